@@ -1,0 +1,27 @@
+# lotmere_library(NAME [LINKS target...])
+#
+# One static library for the subsystem folder that calls it. Its headers are reached as "NAME/file.hpp" through an include root
+# of its own, so that a folder sees only the folders it links: a wrong include doesn't compile.
+add_library(lotmere_options INTERFACE)
+target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                                 -Wnon-virtual-dtor -Werror
+                                                 -Wno-restrict)  # GCC 12 warns falsely inside std::string
+if(LOTMERE_SANITIZE)
+  target_compile_options(lotmere_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                   -fno-omit-frame-pointer)
+  target_link_options(lotmere_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+function(lotmere_library name)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  set(root ${CMAKE_BINARY_DIR}/include-roots/${name})
+  file(MAKE_DIRECTORY ${root})
+  if(NOT EXISTS ${root}/${name})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${name} SYMBOLIC)
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.hpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  add_library(lotmere_${name} STATIC ${sources})
+  target_include_directories(lotmere_${name} PUBLIC ${root})
+  target_link_libraries(lotmere_${name} PUBLIC ${ARG_LINKS} PRIVATE lotmere_options)
+endfunction()
