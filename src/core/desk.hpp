@@ -1,0 +1,93 @@
+// The one door to the person: messages, questions, the running text and the course of a long job. The window
+// puts widgets behind it, the command line a terminal, a test a script of answers.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lotmere {
+
+enum class Tone { information, warning, error };
+
+// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF.
+class RunningText {
+ public:
+  [[nodiscard]] const std::string& text() const { return text_; }
+  void set(std::string text) { text_ = std::move(text); }
+  // Two line breaks and then the line, behind what stands.
+  void append_Line(std::string_view line);
+  // Two line breaks and then the line behind a base saved earlier: so a result line takes the place of the
+  // line that said the step is under way.
+  void set_Line(const std::string& base, std::string_view line);
+
+ private:
+  std::string text_;
+};
+
+class Desk {
+ public:
+  Desk() = default;
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+  virtual ~Desk() = default;
+
+  // A message that the person closes.
+  virtual void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) = 0;
+  // A question answered by yes or no.
+  [[nodiscard]] virtual bool ask(std::string_view text, std::string_view title = {}) = 0;
+  // A text typed by the person; nothing when they cancel.
+  [[nodiscard]] virtual std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
+                                                            std::string_view proposed) = 0;
+  // A message that goes away by itself after ten seconds.
+  virtual void show_Tip(std::string_view text, std::string_view title) = 0;
+
+  [[nodiscard]] RunningText& running_Text() { return running_text_; }
+
+  // Lets the face repaint and take clicks; called at least every 16 ms by every long loop.
+  virtual void serve() {}
+
+  // The `StopFlag`: set by the stop button, read by every loop that can be stopped, cleared at the end of the
+  // job.
+  [[nodiscard]] bool stop_Requested() const { return stop_requested_; }
+  void request_Stop() { stop_requested_ = true; }
+  void clear_Stop() { stop_requested_ = false; }
+
+ protected:
+  friend class Job;
+  // The progress bar and the stop button appear, other commands are disabled.
+  virtual void begin_Job(std::int64_t /*maximum*/, bool /*can_stop*/) {}
+  virtual void show_Progress(std::int64_t /*value*/) {}
+  virtual void end_Job() {}
+
+ private:
+  RunningText running_text_;
+  bool stop_requested_ = false;
+};
+
+// A job under way: the bar from 0 to `maximum`. Its end puts the controls back, on the route of a failure as
+// well.
+class Job {
+ public:
+  enum class Stop { possible, impossible };
+
+  Job(Desk& desk, std::int64_t maximum, Stop stop) : desk_(desk) {
+    desk_.begin_Job(maximum, stop == Stop::possible);
+  }
+  Job(const Job&) = delete;
+  Job& operator=(const Job&) = delete;
+  ~Job() { desk_.end_Job(); }
+
+  // Shows how far the job is and serves the person; true when they asked to stop.
+  bool advance(std::int64_t value) {
+    desk_.show_Progress(value);
+    desk_.serve();
+    return desk_.stop_Requested();
+  }
+
+ private:
+  Desk& desk_;
+};
+
+}  // namespace lotmere

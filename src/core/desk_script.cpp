@@ -1,0 +1,47 @@
+#include "core/desk_script.hpp"
+
+#include <stdexcept>
+
+namespace lotmere {
+namespace {
+
+template <class T>
+T take(std::deque<T>& answers, std::string_view question) {
+  if (answers.empty()) throw std::logic_error("no scripted answer to: " + std::string(question));
+  T answer = std::move(answers.front());
+  answers.pop_front();
+  return answer;
+}
+
+}  // namespace
+
+void ScriptedDesk::tell(std::string_view text, Tone tone, std::string_view title) {
+  told.push_back({std::string(text), std::string(title), tone});
+}
+
+bool ScriptedDesk::ask(std::string_view text, std::string_view /*title*/) {
+  asked.emplace_back(text);
+  return take(answers, text);
+}
+
+std::optional<std::string> ScriptedDesk::ask_Text(std::string_view prompt, std::string_view /*title*/,
+                                                  std::string_view /*proposed*/) {
+  asked.emplace_back(prompt);
+  return take(texts, prompt);
+}
+
+void ScriptedDesk::show_Tip(std::string_view text, std::string_view title) {
+  tips.push_back({std::string(text), std::string(title), Tone::information});
+}
+
+void ScriptedDesk::serve() {
+  if (on_serve) on_serve();
+}
+
+void ScriptedDesk::begin_Job(std::int64_t /*maximum*/, bool /*can_stop*/) { ++jobs_open; }
+
+void ScriptedDesk::show_Progress(std::int64_t value) { progress = value; }
+
+void ScriptedDesk::end_Job() { --jobs_open; }
+
+}  // namespace lotmere

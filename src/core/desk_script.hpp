@@ -1,0 +1,47 @@
+// A desk for tests: answers come from a script, and everything said is kept.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/desk.hpp"
+
+namespace lotmere {
+
+class ScriptedDesk : public Desk {
+ public:
+  // Answers of ask(), first to last; an unscripted question throws std::logic_error, so that no test answers
+  // by accident.
+  std::deque<bool> answers;
+  // Answers of ask_Text(); an empty entry stands for cancel.
+  std::deque<std::optional<std::string>> texts;
+  // Called at every serve(), for instance to press stop in the middle of a job.
+  std::function<void()> on_serve;
+
+  struct Said {
+    std::string text;
+    std::string title;
+    Tone tone;
+  };
+  std::vector<Said> told;
+  std::vector<std::string> asked;
+  std::vector<Said> tips;
+  int jobs_open = 0;
+  std::int64_t progress = 0;
+
+  void tell(std::string_view text, Tone tone, std::string_view title) override;
+  bool ask(std::string_view text, std::string_view title) override;
+  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
+                                      std::string_view proposed) override;
+  void show_Tip(std::string_view text, std::string_view title) override;
+  void serve() override;
+
+ protected:
+  void begin_Job(std::int64_t maximum, bool can_stop) override;
+  void show_Progress(std::int64_t value) override;
+  void end_Job() override;
+};
+
+}  // namespace lotmere

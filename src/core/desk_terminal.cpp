@@ -1,0 +1,68 @@
+#include "core/desk_terminal.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ostream>
+
+namespace lotmere {
+namespace {
+
+// A message of several lines becomes one: the line ends turn into blanks.
+std::string one_Line(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\r') continue;
+    if (c != '\n')
+      line += c;
+    else if (!line.empty() && line.back() != ' ')
+      line += ' ';
+  }
+  return line;
+}
+
+}  // namespace
+
+std::atomic<bool> TerminalDesk::interrupted_{false};
+
+void TerminalDesk::tell(std::string_view text, Tone tone, std::string_view /*title*/) {
+  if (tone != Tone::information) refused_ = true;
+  (tone == Tone::information ? out_ : err_) << one_Line(text) << '\n';
+}
+
+bool TerminalDesk::ask(std::string_view text, std::string_view /*title*/) {
+  err_ << one_Line(text) << (answer_ ? " [是]" : " [否]") << '\n';
+  return answer_;
+}
+
+std::optional<std::string> TerminalDesk::ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
+                                                  std::string_view /*proposed*/) {
+  return std::nullopt;
+}
+
+void TerminalDesk::show_Tip(std::string_view text, std::string_view /*title*/) {
+  err_ << one_Line(text) << '\n';
+}
+
+void TerminalDesk::serve() {
+  if (interrupted_.exchange(false)) request_Stop();
+}
+
+void TerminalDesk::begin_Job(std::int64_t maximum, bool /*can_stop*/) {
+  maximum_ = maximum;
+  percent_ = -1;
+}
+
+void TerminalDesk::show_Progress(std::int64_t value) {
+  if (!show_bar_ || maximum_ <= 0) return;
+  const int percent = static_cast<int>(std::min<std::int64_t>(100, value * 100 / maximum_));
+  if (percent == percent_) return;
+  percent_ = percent;
+  err_ << fmt::format("\r{:3}%", percent) << std::flush;
+}
+
+void TerminalDesk::end_Job() {
+  if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
+}
+
+}  // namespace lotmere

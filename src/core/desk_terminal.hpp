@@ -1,0 +1,49 @@
+// The desk of the command line: results go to one stream, questions and progress to another.
+#pragma once
+
+#include <atomic>
+#include <iosfwd>
+
+#include "core/desk.hpp"
+
+namespace lotmere {
+
+class TerminalDesk final : public Desk {
+ public:
+  // `answer` replies to every yes/no question. `out` takes information, `err` warnings, errors, questions and
+  // progress. With `show_bar` the progress stands as a percentage on one line of `err`.
+  TerminalDesk(std::ostream& out, std::ostream& err, bool answer, bool show_bar)
+      : out_(out), err_(err), answer_(answer), show_bar_(show_bar) {}
+
+  // Asks the job under way to stop as soon as it serves the desk; safe in a signal handler when the flag is
+  // lock-free.
+  static void interrupt() { interrupted_ = true; }
+
+  void tell(std::string_view text, Tone tone, std::string_view title) override;
+  bool ask(std::string_view text, std::string_view title) override;
+  // Nobody types at a command that takes no input: always cancelled.
+  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
+                                      std::string_view proposed) override;
+  void show_Tip(std::string_view text, std::string_view title) override;
+  void serve() override;
+
+  // Whether a warning or an error was told: the command then counts as refused.
+  [[nodiscard]] bool refused() const { return refused_; }
+
+ protected:
+  void begin_Job(std::int64_t maximum, bool can_stop) override;
+  void show_Progress(std::int64_t value) override;
+  void end_Job() override;
+
+ private:
+  static std::atomic<bool> interrupted_;
+  std::ostream& out_;
+  std::ostream& err_;
+  bool answer_;
+  bool show_bar_;
+  bool refused_ = false;
+  std::int64_t maximum_ = 0;
+  int percent_ = -1;
+};
+
+}  // namespace lotmere

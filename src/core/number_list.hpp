@@ -1,0 +1,16 @@
+// Lists of whole numbers as a person writes them: "1,2,5-9".
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lotmere {
+
+// Reads numbers and ascending ranges separated by commas; blanks around a part are allowed. Each number must
+// lie in first to last and may stand once. The answer is ascending. Nothing for a text that breaks a rule,
+// the empty text included.
+[[nodiscard]] std::optional<std::vector<int>> parse_NumberList(std::string_view text, int first, int last);
+
+}  // namespace lotmere

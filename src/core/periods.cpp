@@ -1,0 +1,72 @@
+#include "core/periods.hpp"
+
+namespace lotmere {
+namespace {
+
+// The last row of a query that names periods.
+PeriodNo last_Period(Query&& rows) {
+  PeriodNo period = kDefaultPeriod;
+  while (rows.next()) period = rows.number(0);
+  return period;
+}
+
+constexpr const char* kNumbers = R"("期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")";
+
+StoredDraw read_Draw(const Query& row) {
+  StoredDraw draw;
+  draw.period = row.number(0);
+  for (int i = 0; i < kRedsPerTicket; ++i) draw.numbers.reds[i] = row.number(1 + i);
+  draw.numbers.blue = row.number(1 + kRedsPerTicket);
+  return draw;
+}
+
+}  // namespace
+
+PeriodNo latestPeriod(Store& store) {
+  return last_Period(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT 1)"));
+}
+
+PeriodNo firstPeriod(Store& store) {
+  return last_Period(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" ASC LIMIT 1)"));
+}
+
+PeriodNo periodsBack(Store& store, PeriodNo period, int n) {
+  Query rows = store.query(R"(SELECT "期号" FROM "历史记录" WHERE "期号"<? ORDER BY "期号" DESC LIMIT ?)");
+  rows.bind(period, n);
+  PeriodNo last = kDefaultPeriod;
+  while (rows.next()) last = rows.number(0);
+  return last;
+}
+
+PeriodNo periodsUpTo(Store& store, PeriodNo period, int n) { return periodsBack(store, period + 1, n); }
+
+Date latestDrawDate(Store& store) {
+  constexpr Date far_future{std::chrono::December / 31 / 9999};
+  Query rows = store.query(R"(SELECT max("开奖日期") FROM "历史记录")");
+  if (!rows.next()) return far_future;
+  return parse_Date(rows.text(0)).value_or(far_future);
+}
+
+PeriodNo nextPeriod(Store& store, Date entry_date) {
+  const PeriodNo last = latestPeriod(store);
+  if (year_Of(latestDrawDate(store)) > last / 1000) return year_Of(entry_date) * 1000 + 1;
+  return last + 1;
+}
+
+std::vector<StoredDraw> drawsBefore(Store& store, PeriodNo period, int count) {
+  Query rows = store.query(std::string("SELECT ") + kNumbers +
+                           R"( FROM "历史记录" WHERE "期号"<? ORDER BY "期号" DESC LIMIT ?)");
+  rows.bind(period, count);
+  std::vector<StoredDraw> draws;
+  while (rows.next()) draws.push_back(read_Draw(rows));
+  return draws;
+}
+
+std::optional<StoredDraw> findDraw(Store& store, PeriodNo period) {
+  Query rows = store.query(std::string("SELECT ") + kNumbers + R"( FROM "历史记录" WHERE "期号"=?)");
+  rows.bind(period);
+  if (!rows.next()) return std::nullopt;
+  return read_Draw(rows);
+}
+
+}  // namespace lotmere

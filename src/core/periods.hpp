@@ -1,0 +1,41 @@
+// Look-ups of periods and dates in the history. Periods are never computed from one another: the previous one
+// always comes from the table, so that gaps and year changes need no rule.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "core/dates.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The newest and the oldest period; kDefaultPeriod with an empty history.
+[[nodiscard]] PeriodNo latestPeriod(Store& store);
+[[nodiscard]] PeriodNo firstPeriod(Store& store);
+
+// The n-th draw (n from 1) before a period, or the oldest one where fewer stand; kDefaultPeriod with none.
+[[nodiscard]] PeriodNo periodsBack(Store& store, PeriodNo period, int n);
+
+// The same with the period itself counted as the first.
+[[nodiscard]] PeriodNo periodsUpTo(Store& store, PeriodNo period, int n);
+
+// The date of the newest draw by date; a day far in the future with an empty history.
+[[nodiscard]] Date latestDrawDate(Store& store);
+
+// The period that prompts propose: the last one + 1; or the first one of the year of `entry_date` (the date
+// field's value) once the newest draw lies in a later year than the newest period, and with an empty history.
+[[nodiscard]] PeriodNo nextPeriod(Store& store, Date entry_date);
+
+// A draw of the history with its numbers alone.
+struct StoredDraw {
+  PeriodNo period = 0;
+  DrawNumbers numbers;
+};
+// The newest `count` draws before a period, newest first.
+[[nodiscard]] std::vector<StoredDraw> drawsBefore(Store& store, PeriodNo period, int count);
+// One draw, if it is stored.
+[[nodiscard]] std::optional<StoredDraw> findDraw(Store& store, PeriodNo period);
+
+}  // namespace lotmere

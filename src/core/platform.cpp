@@ -1,0 +1,100 @@
+#include "core/platform.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <system_error>
+
+namespace lotmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const char* step, const fs::path& path) {
+  throw fs::filesystem_error(step, path, std::error_code(errno, std::generic_category()));
+}
+
+// A file descriptor that closes itself.
+class Descriptor {
+ public:
+  Descriptor(const fs::path& path, int flags, mode_t mode = S_IRUSR | S_IWUSR)
+      : fd_(::open(path.c_str(), flags, mode)) {
+    if (fd_ < 0) fail("open", path);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { ::close(fd_); }
+  [[nodiscard]] int get() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+void write_All(const Descriptor& file, const fs::path& path, const std::string& bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t n = ::write(file.get(), bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) fail("write", path);
+    done += static_cast<std::size_t>(n);
+  }
+}
+
+class RealFiles final : public FileSystem {
+ public:
+  bool exists(const fs::path& path) override { return fs::exists(path); }
+
+  void remove(const fs::path& path) override { fs::remove(path); }
+
+  void sync(const fs::path& path) override {
+    const Descriptor file(path, O_RDONLY | O_CLOEXEC);
+    if (::fsync(file.get()) != 0) fail("fsync", path);
+  }
+
+  void replace(const fs::path& from, const fs::path& to) override {
+    fs::rename(from, to);
+    sync(to.has_parent_path() ? to.parent_path() : fs::path("."));
+  }
+
+  void write_Whole(const fs::path& path, const std::string& bytes) override {
+    fs::path beside = path;
+    beside += ".new";
+    try {
+      const Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
+      write_All(file, beside, bytes);
+      if (::fsync(file.get()) != 0) fail("fsync", beside);
+    } catch (...) {
+      ::unlink(beside.c_str());
+      throw;
+    }
+    replace(beside, path);
+  }
+};
+
+class RealClock final : public Clock {
+ public:
+  Date today() override {
+    // The person's own day, not the one at Greenwich.
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    return Date{std::chrono::year{local.tm_year + 1900} / (local.tm_mon + 1) / local.tm_mday};
+  }
+};
+
+}  // namespace
+
+FileSystem& real_Files() {
+  static RealFiles files;
+  return files;
+}
+
+Clock& real_Clock() {
+  static RealClock clock;
+  return clock;
+}
+
+}  // namespace lotmere

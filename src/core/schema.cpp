@@ -1,0 +1,270 @@
+#include "core/schema.hpp"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "core/attributes.hpp"
+#include "core/factory.hpp"
+
+namespace lotmere {
+namespace {
+
+std::vector<DrawColumn> make_DrawColumns() {
+  using enum DrawColumnType;
+  std::vector<DrawColumn> columns;
+  const auto add = [&](DrawColumnType type, std::initializer_list<const char*> names) {
+    for (const char* name : names) columns.push_back({name, type});
+  };
+  const auto add_Series = [&](const std::string& name, int count) {
+    for (int i = 1; i <= count; ++i) columns.push_back({name + std::to_string(i), whole});
+  };
+  add(whole, {"期号"});
+  add(date, {"开奖日期"});
+  add_Series("红球", kRedsPerTicket);
+  add(whole, {"蓝球", "和值", "奇数和值", "偶数和值", "奇数个数", "偶数个数", "大数个数", "小数个数",
+              "高尾码个数", "低尾码个数"});
+  add_Series("区间", 4);
+  add_Series("自定义组", 10);
+  add(text, {"尾数形式",       "间距七",    "间距八",        "七分组",   "大小尾七分组", "间距九",
+             "间距十一",       "间距十二",  "间距十二3分组", "间距四",   "间距3",        "间距6",
+             "三波排异",       "区间排异",  "和数33",        "和数34",   "和数35",       "奇偶连",
+             "偶奇连",         "等差16组",  "等差17组",      "间距11链", "生肖链",       "四数八分自然段",
+             "八数四分自然段", "间距5",     "间距10",        "四区间",   "三波组",       "大小奇偶组",
+             "双尾5分组",      "大小奇偶尾"});
+  add(whole, {"跨度", "最大间距", "AC值"});
+  add(text, {"连号"});
+  add(whole, {"重叠号", "尾数重叠", "合数重叠", "前3期出现个数", "斜位码", "尾数和值", "合数和值", "大数和值",
+              "小数和值", "温度5", "温度10", "遗漏数据"});
+  add(text, {"已完成"});
+  add(whole, {"总期号", "临时数据"});
+  return columns;
+}
+
+const char* sql_Type(DrawColumnType type) { return type == DrawColumnType::whole ? "INTEGER" : "TEXT"; }
+
+void create_History(SQLite::Database& db) {
+  std::string columns;
+  for (const DrawColumn& column : draw_Columns()) {
+    columns +=
+        fmt::format("{}{} {}", columns.empty() ? "" : ", ", sql_Name(column.name), sql_Type(column.type));
+    if (column.name == "期号") columns += " PRIMARY KEY";
+  }
+  db.exec(fmt::format("CREATE TABLE \"历史记录\" ({})", columns));
+}
+
+void create_Tickets(SQLite::Database& db) {
+  // ID is the row's own key, so that reading in row order is reading in the order of creation.
+  db.exec(
+      "CREATE TABLE \"日志表\" (\"ID\" INTEGER PRIMARY KEY, \"序号\" INTEGER, \"期号\" INTEGER, \"红球1\" "
+      "INTEGER, "
+      "\"红球2\" INTEGER, \"红球3\" INTEGER, \"红球4\" INTEGER, \"红球5\" INTEGER, \"红球6\" INTEGER, "
+      "\"蓝球\" INTEGER, "
+      "\"过滤标记\" INTEGER DEFAULT 0, \"缩水标记\" INTEGER DEFAULT 0, \"精选标记\" INTEGER DEFAULT 0, "
+      "\"临时数据\" INTEGER DEFAULT 0, \"红球中\" INTEGER DEFAULT 0, \"蓝球中\" INTEGER DEFAULT 0)");
+}
+
+// `过滤条件` and `过滤条件使用情况`, or their factory twins with the prefix 默认.
+void create_Conditions(SQLite::Database& db, const std::string& prefix) {
+  const std::string cells = sql_Name(prefix + "过滤条件");
+  const std::string usages = sql_Name(prefix + "过滤条件使用情况");
+  db.exec(fmt::format("CREATE TABLE {} (\"ID\" INTEGER PRIMARY KEY, \"Value\" INTEGER NOT NULL DEFAULT 0)",
+                      cells));
+  db.exec(fmt::format(
+      "CREATE TABLE {} (\"条件\" INTEGER PRIMARY KEY, \"使用情况\" INTEGER NOT NULL DEFAULT 0)", usages));
+  SQLite::Statement add_cell(db, fmt::format("INSERT INTO {} VALUES (?, ?)", cells));
+  for (const FactoryCell& cell : all_FactoryCells()) {
+    add_cell.bind(1, cell.id);
+    add_cell.bind(2, cell.value);
+    add_cell.exec();
+    add_cell.reset();
+  }
+  SQLite::Statement add_usage(db, fmt::format("INSERT INTO {} VALUES (?, ?)", usages));
+  for (const FactoryUsage& usage : all_FactoryUsages()) {
+    add_usage.bind(1, usage.id);
+    add_usage.bind(2, usage.on ? 1 : 0);
+    add_usage.exec();
+    add_usage.reset();
+  }
+}
+
+// What the factory puts into the columns of a table for one number, in column order.
+std::vector<bool> factory_Row(AttributeTable table, int number) {
+  std::vector<bool> row;
+  for (const AttributeFamily& family : attribute_Families()) {
+    if (family.table != table) continue;
+    for (int g = 0; g < std::max(1, family.count); ++g) row.push_back(family.holds(g, number));
+  }
+  if (table == AttributeTable::third)
+    for (const CustomInterval& interval : factory_CustomIntervals())
+      row.push_back(division_Holds(interval.division, interval.index, number));
+  return row;
+}
+
+void create_Attributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
+  const auto columns = attribute_Columns(table);
+  std::string definition = "\"INDEX\" INTEGER PRIMARY KEY, \"号码\" INTEGER NOT NULL UNIQUE";
+  std::string marks = "?, ?";
+  for (const std::string& column : columns) {
+    definition += fmt::format(", {} INTEGER NOT NULL DEFAULT 0", sql_Name(column));
+    marks += ", ?";
+  }
+  db.exec(fmt::format("CREATE TABLE {} ({})", sql_Name(name), definition));
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES ({})", sql_Name(name), marks));
+  for (int n = 1; n <= kRedCount; ++n) {
+    add.bind(1, n);
+    add.bind(2, n);
+    int place = 3;
+    for (const bool member : factory_Row(table, n)) add.bind(place++, member ? 1 : 0);
+    add.exec();
+    add.reset();
+  }
+}
+
+// The division of the reds into the four intervals, one row a number.
+void create_IntervalDefinition(SQLite::Database& db, const std::string& name) {
+  db.exec(fmt::format("CREATE TABLE {} (\"号码\" INTEGER PRIMARY KEY, \"区间\" INTEGER NOT NULL DEFAULT 0)",
+                      sql_Name(name)));
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(name)));
+  for (int n = 1; n <= kRedCount; ++n) {
+    add.bind(1, n);
+    add.bind(2, (n - 1) / 10 + 1);
+    add.exec();
+    add.reset();
+  }
+}
+
+void create_CustomIntervals(SQLite::Database& db) {
+  db.exec(
+      "CREATE TABLE \"自定义区间\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL UNIQUE, "
+      "\"条件使用情况\" INTEGER NOT "
+      "NULL, \"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
+  SQLite::Statement add(db, "INSERT INTO \"自定义区间\" VALUES (?, ?, ?, ?, ?)");
+  for (const CustomInterval& interval : factory_CustomIntervals()) {
+    add.bind(1, interval.turn);
+    add.bind(2, interval.name);
+    add.bind(3, interval.usage);
+    add.bind(4, interval.first);
+    add.bind(5, interval.last);
+    add.exec();
+    add.reset();
+  }
+}
+
+// The combination filters in the order of their turns: the history column, the switch and the cells of its
+// shape filter.
+struct CombinationRow {
+  const char* name;
+  UsageId usage;
+  ConditionId first;
+  ConditionId last;
+};
+
+constexpr CombinationRow kCombinations[] = {
+    {"尾数形式", 37, 4000, 4019},       {"间距七", 39, 4040, 4059},        {"间距九", 38, 4020, 4039},
+    {"间距十一", 40, 4060, 4079},       {"间距十二3分组", 73, 5000, 5019}, {"间距八", 43, 4090, 4109},
+    {"七分组", 42, 4070, 4089},         {"大小尾七分组", 44, 4110, 4129},  {"间距四", 45, 4130, 4149},
+    {"间距3", 46, 4150, 4159},          {"间距6", 47, 4160, 4169},         {"和数33", 48, 4170, 4179},
+    {"和数34", 49, 4180, 4189},         {"和数35", 50, 4190, 4199},        {"奇偶连", 51, 4200, 4209},
+    {"偶奇连", 52, 4210, 4219},         {"等差16组", 53, 4220, 4229},      {"等差17组", 54, 4230, 4239},
+    {"间距11链", 55, 4240, 4249},       {"生肖链", 56, 4250, 4259},        {"四数八分自然段", 57, 4260, 4269},
+    {"八数四分自然段", 58, 4270, 4279}, {"三波排异", 60, 4300, 4309},      {"区间排异", 61, 4310, 4319},
+    {"间距5", 66, 5020, 5039},          {"间距10", 67, 5040, 5059},        {"四区间", 68, 5060, 5079},
+    {"三波组", 69, 5080, 5099},         {"大小奇偶组", 70, 5100, 5119},    {"双尾5分组", 71, 5120, 5139},
+    {"大小奇偶尾", 72, 5140, 5159},     {"间距十二", 41, 4050, 4069},
+};
+
+void create_Combinations(SQLite::Database& db) {
+  db.exec(
+      "CREATE TABLE \"组合过滤\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL, \"条件使用情况\" "
+      "INTEGER NOT NULL, "
+      "\"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
+  SQLite::Statement add(db, "INSERT INTO \"组合过滤\" VALUES (?, ?, ?, ?, ?)");
+  int turn = 0;
+  for (const CombinationRow& row : kCombinations) {
+    add.bind(1, turn++);
+    add.bind(2, row.name);
+    add.bind(3, row.usage);
+    add.bind(4, row.first);
+    add.bind(5, row.last);
+    add.exec();
+    add.reset();
+  }
+}
+
+void create_Distribution(SQLite::Database& db) {
+  std::string columns = "\"期号\" INTEGER PRIMARY KEY";
+  for (int n = 1; n <= kRedCount; ++n) columns += fmt::format(", \"红{:02}\" TEXT", n);
+  for (int n = 1; n <= kBlueCount; ++n) columns += fmt::format(", \"蓝{:02}\" TEXT", n);
+  db.exec(fmt::format("CREATE TABLE \"号码分布\" ({})", columns));
+}
+
+void create_SmallTables(SQLite::Database& db) {
+  db.exec(
+      "CREATE TABLE \"历史数据过滤\" (\"使用状态\" INTEGER NOT NULL, \"最小值\" INTEGER NOT NULL, \"最大值\" "
+      "INTEGER NOT NULL, "
+      "\"匹配值\" INTEGER NOT NULL)");
+  db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6)", kDefaultPeriod));
+  db.exec("CREATE TABLE \"概率表\" (\"号码\" INTEGER PRIMARY KEY, \"概率\" INTEGER NOT NULL DEFAULT 0)");
+  SQLite::Statement add(db, "INSERT INTO \"概率表\" (\"号码\") VALUES (?)");
+  for (int i = 1; i <= kCodeCount; ++i) {
+    add.bind(1, i <= kRedCount ? i : kBlueCodeBase + i - kRedCount);
+    add.exec();
+    add.reset();
+  }
+  db.exec(
+      "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT)");
+  db.exec("INSERT INTO \"用户表\" VALUES ('临时用户', '', NULL)");
+  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL)");
+  db.exec("INSERT INTO \"用户模式\" VALUES (0)");
+  db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
+  db.exec("INSERT INTO \"下载地址\" VALUES ('')");
+}
+
+}  // namespace
+
+std::string sql_Name(std::string_view name) {
+  std::string text = "\"";
+  for (const char c : name) {
+    if (c == '"') text += '"';
+    text += c;
+  }
+  return text + '"';
+}
+
+std::string column_List(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ",") + sql_Name(name);
+  return list;
+}
+
+const std::vector<DrawColumn>& draw_Columns() {
+  static const auto columns = make_DrawColumns();
+  return columns;
+}
+
+void create_ProfileTables(SQLite::Database& db) {
+  create_Conditions(db, "");
+  create_Attributes(db, AttributeTable::first, "号码特性");
+  create_IntervalDefinition(db, "区间定义");
+}
+
+void create_Schema(SQLite::Database& db) {
+  create_History(db);
+  create_Tickets(db);
+  create_ProfileTables(db);
+  create_Conditions(db, "默认");
+  create_Attributes(db, AttributeTable::first, "默认号码特性");
+  create_IntervalDefinition(db, "默认区间定义");
+  create_Attributes(db, AttributeTable::second, "号码特性2");
+  create_Attributes(db, AttributeTable::third, "号码特性3");
+  create_CustomIntervals(db);
+  create_Combinations(db);
+  create_Distribution(db);
+  create_SmallTables(db);
+  db.exec(fmt::format("PRAGMA user_version = {}", kSchemaVersion));
+}
+
+}  // namespace lotmere

@@ -1,0 +1,95 @@
+// The open database: the one connection of the process (`MainConn`), its prepared statements and its
+// transactions.
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "core/platform.hpp"
+
+namespace lotmere {
+
+// A prepared statement borrowed from the store; it is reset when the borrower is done, so that no cursor
+// stays open.
+class Query {
+ public:
+  explicit Query(SQLite::Statement& statement) : statement_(statement) {}
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+  ~Query();
+
+  template <class... Values>
+  Query& bind(const Values&... values) {
+    int place = 0;
+    (statement_.bind(++place, values), ...);
+    return *this;
+  }
+  // Steps to the next row; false at the end.
+  bool next() { return statement_.executeStep(); }
+  // Runs a statement without rows and makes it ready for the next values; returns the number of changed rows.
+  int run();
+  [[nodiscard]] std::int64_t whole(int column) const { return statement_.getColumn(column).getInt64(); }
+  [[nodiscard]] int number(int column) const { return statement_.getColumn(column).getInt(); }
+  [[nodiscard]] std::string text(int column) const { return statement_.getColumn(column).getString(); }
+  SQLite::Statement& statement() { return statement_; }
+
+ private:
+  SQLite::Statement& statement_;
+};
+
+class Store {
+ public:
+  // Opens an existing store. Brings an older schema up to date in one transaction. Throws SQLite::Exception
+  // when the file is missing, damaged or of a newer program.
+  explicit Store(const std::filesystem::path& path);
+
+  // Writes a new store with factory rows to `path`, whole or not at all, readable by its owner only.
+  static void create(const std::filesystem::path& path, FileSystem& files = real_Files());
+
+  [[nodiscard]] SQLite::Database& db() { return db_; }
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  // The statement of this text, prepared once. Nesting the same text is an error of the caller.
+  [[nodiscard]] Query query(const std::string& sql);
+
+  // The first column of the first row, or 0 without a row.
+  template <class... Values>
+  [[nodiscard]] std::int64_t value(const std::string& sql, const Values&... values) {
+    Query rows = query(sql);
+    rows.bind(values...);
+    return rows.next() ? rows.whole(0) : 0;
+  }
+
+ private:
+  std::filesystem::path path_;
+  SQLite::Database db_;
+  std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> statements_;
+};
+
+// A change that stands whole or not at all: rolled back unless committed. Nests: an inner one rolls back only
+// its own part.
+class StoreChange {
+ public:
+  explicit StoreChange(Store& store);
+  StoreChange(const StoreChange&) = delete;
+  StoreChange& operator=(const StoreChange&) = delete;
+  ~StoreChange();
+  void commit();
+
+ private:
+  SQLite::Database& db_;
+  bool outermost_;
+  bool done_ = false;
+};
+
+// Settings that every connection of the program works with; a commit survives a power failure.
+void set_StorePragmas(SQLite::Database& db);
+
+// True when the engine finds the file a whole store: its pages sound and its schema version known.
+[[nodiscard]] bool is_SoundStore(const std::filesystem::path& path);
+
+}  // namespace lotmere

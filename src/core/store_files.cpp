@@ -1,0 +1,131 @@
+#include "core/store_files.hpp"
+
+#include <SQLiteCpp/Backup.h>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <fmt/format.h>
+
+#include "core/store.hpp"
+
+namespace lotmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path with_Suffix(fs::path path, const char* suffix) {
+  path += suffix;
+  return path;
+}
+
+// A file under construction beside its target: removed unless it was put in place.
+class NewFile {
+ public:
+  NewFile(const fs::path& target, FileSystem& files)
+      : target_(target), path_(with_Suffix(target, ".new")), files_(files) {
+    clear();
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() {
+    std::error_code ignored;  // a left-over is overwritten by the next try
+    fs::remove(path_, ignored);
+    fs::remove(journal_Of(path_), ignored);
+  }
+
+  [[nodiscard]] const fs::path& path() const { return path_; }
+
+  void put_InPlace() {
+    fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write);
+    files_.sync(path_);
+    // The journal of the file that goes away must not be taken for one of the new file.
+    files_.remove(journal_Of(target_));
+    files_.replace(path_, target_);
+  }
+
+ private:
+  static fs::path journal_Of(const fs::path& path) { return with_Suffix(path, "-journal"); }
+  void clear() {
+    files_.remove(path_);
+    files_.remove(journal_Of(path_));
+  }
+
+  fs::path target_;
+  fs::path path_;
+  FileSystem& files_;
+};
+
+void vacuum_Into(const fs::path& from, const fs::path& to) {
+  SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
+  SQLite::Statement vacuum(source, "VACUUM INTO ?");
+  vacuum.bind(1, to.string());
+  vacuum.exec();
+}
+
+// The compaction proper, without a backup; throws on failure with the file as it was.
+void compact_InPlace(const fs::path& path, FileSystem& files) {
+  NewFile file(path, files);
+  vacuum_Into(path, file.path());
+  file.put_InPlace();
+}
+
+}  // namespace
+
+void write_Database(const fs::path& path, FileSystem& files,
+                    const std::function<void(SQLite::Database&)>& fill) {
+  NewFile file(path, files);
+  {
+    SQLite::Database db(file.path().string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    fill(db);
+  }
+  file.put_InPlace();
+}
+
+bool copy_Database(const fs::path& from, const fs::path& to, FileSystem& files) {
+  if (!files.exists(from) || !is_SoundStore(from)) return false;
+  write_Database(to, files, [&](SQLite::Database& target) {
+    SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
+    SQLite::Backup copy(target, source);
+    copy.executeStep(-1);
+  });
+  return true;
+}
+
+CompactResult compact_MainDb(const fs::path& path, const fs::path& backup, bool refresh_backup,
+                             FileSystem& files) {
+  CompactResult result;
+  result.existed = files.exists(path);
+  if (!result.existed) return result;
+  if (refresh_backup) {
+    try {
+      result.backup_refreshed = copy_Database(path, backup, files);
+    } catch (const std::exception& failure) {
+      result.failure = failure.what();
+    }
+  }
+  try {
+    compact_InPlace(path, files);
+    result.compacted = true;
+  } catch (const std::exception& failure) {
+    result.failure = failure.what();
+    if (!is_SoundStore(path)) result.restored = restore_FromBackup(path, backup, files);
+  }
+  return result;
+}
+
+CompactResult compact_Template(const fs::path& path, FileSystem& files) {
+  CompactResult result;
+  result.existed = files.exists(path);
+  if (!result.existed) return result;
+  try {
+    compact_InPlace(path, files);
+    result.compacted = true;
+  } catch (const std::exception& failure) {
+    result.failure = failure.what();
+  }
+  return result;
+}
+
+bool restore_FromBackup(const fs::path& path, const fs::path& backup, FileSystem& files) {
+  return copy_Database(backup, path, files);
+}
+
+}  // namespace lotmere

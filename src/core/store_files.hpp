@@ -1,0 +1,50 @@
+// Copying, compacting and restoring whole database files. Every new file is made by the engine beside its
+// target, flushed, and put in its place in one step; a copy of a file that the engine calls damaged never
+// takes the place of a good one.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "core/platform.hpp"
+
+namespace SQLite {
+class Database;
+}
+
+namespace lotmere {
+
+// Makes a database file at `path`: `fill` writes it as a new file beside `path`, which then takes its place.
+// Throws what `fill` or the machine throws and leaves `path` as it was.
+void write_Database(const std::filesystem::path& path, FileSystem& files,
+                    const std::function<void(SQLite::Database&)>& fill);
+
+// Copies the database `from` over `to`. False, with `to` as it was, when `from` isn't a sound store. Throws
+// when the machine refuses (disk full); `to` then stands as it was too.
+[[nodiscard]] bool copy_Database(const std::filesystem::path& from, const std::filesystem::path& to,
+                                 FileSystem& files);
+
+struct CompactResult {
+  bool existed = false;           // false: there was no file, nothing was done
+  bool backup_refreshed = false;  // the backup now equals the file as it was before compaction
+  bool compacted = false;
+  bool restored = false;  // the file was damaged and came back from the backup
+  std::string failure;    // what went wrong, empty when nothing did
+};
+
+// Compacts the store at `path`; with `refresh_backup` its copy goes to `backup` first. A failure of one step
+// doesn't keep the others from being tried, and the store never ends worse than it was: a damaged one comes
+// back from a sound backup.
+CompactResult compact_MainDb(const std::filesystem::path& path, const std::filesystem::path& backup,
+                             bool refresh_backup, FileSystem& files = real_Files());
+
+// Compacts the profile template. The first failure ends it and leaves the file as it was.
+CompactResult compact_Template(const std::filesystem::path& path, FileSystem& files = real_Files());
+
+// Puts the backup in the place of the store, a left-over journal of the old file removed first. False when
+// the backup is missing or damaged itself; the store then stands as it was.
+[[nodiscard]] bool restore_FromBackup(const std::filesystem::path& path, const std::filesystem::path& backup,
+                                      FileSystem& files = real_Files());
+
+}  // namespace lotmere

@@ -1,0 +1,63 @@
+#include "core/text.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace lotmere {
+
+std::string format_Ball(int number) { return fmt::format("{:02}", number); }
+
+std::string to_QuanJiao(std::string_view text) {
+  std::string wide;
+  wide.reserve(text.size() * 3);
+  for (const char c : text) {
+    if (c >= '0' && c <= '9') {
+      // U+FF10 is EF BC 90 in UTF-8, and the ten digits follow one another.
+      wide += "\xEF\xBC";
+      wide += static_cast<char>(0x90 + (c - '0'));
+    } else {
+      wide += c;
+    }
+  }
+  return wide;
+}
+
+std::string to_QuanJiao(std::int64_t number) { return to_QuanJiao(std::to_string(number)); }
+
+std::string_view trim(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::int64_t leading_Number(std::string_view text) {
+  std::int64_t value = 0;
+  int digits = 0;
+  for (const char c : trim(text)) {
+    if (c < '0' || c > '9' || ++digits > 10) break;
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
+
+PeriodNo parse_Period(std::string_view text) {
+  return static_cast<PeriodNo>(leading_Number(trim(text).substr(0, 7)));
+}
+
+std::size_t count_Characters(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string decode_Text(std::string_view text, int mode, std::string_view key) {
+  constexpr int shift = 5;
+  constexpr std::size_t key_length = 8;
+  if (mode == 0 && key.size() != key_length) return {};
+  std::string result(text.rbegin(), text.rend());
+  for (char& c : result) c = static_cast<char>(static_cast<unsigned char>(c) + (mode == 0 ? -shift : shift));
+  return result;
+}
+
+}  // namespace lotmere

@@ -1,0 +1,46 @@
+// A home folder for one test, with a fresh store of factory rows on demand.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "core/game.hpp"
+#include "core/home.hpp"
+#include "core/store.hpp"
+
+namespace lotmere::test {
+
+// A new folder, removed with everything in it at the end.
+class TempHome {
+ public:
+  TempHome();
+  TempHome(const TempHome&) = delete;
+  TempHome& operator=(const TempHome&) = delete;
+  ~TempHome();
+
+  [[nodiscard]] const std::filesystem::path& path() const { return home_.folder; }
+  [[nodiscard]] const Home& home() const { return home_; }
+  // The store of the folder; made with factory rows at the first call.
+  [[nodiscard]] Store& store();
+  // Closes the store, so that its file can be damaged or opened by another.
+  void close() { store_.reset(); }
+
+ private:
+  Home home_;
+  std::unique_ptr<Store> store_;
+};
+
+// Writes a draw's identity and numbers without any statistics.
+void put_Draw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers);
+
+// Writes a ticket row with an ID and a running number of the caller's choice.
+void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers);
+
+// Replaces the selection: state by number, codes 1 to 33 and 101 to 116.
+void put_Pick(Store& store, int code, PickState state);
+
+// The whole text of a file.
+[[nodiscard]] std::string read_File(const std::filesystem::path& path);
+
+}  // namespace lotmere::test
