@@ -1,0 +1,59 @@
+// The catalogue of conditions: each condition once, with its switch, its cells and what they stand for.
+// Lists, command line and passes read this table.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "conditions/families.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// What the cells of a condition stand for.
+enum class CellKind {
+  value,        // cell k: the figure equals k
+  count,        // cell k: k reds, 0 to 6
+  run_shape,    // cell k: run shape number k
+  shape,        // cell k: shape number k of the family's set
+  sum_family,   // cell k: sum family k takes part
+  position,     // no cells: the numbers allowed at a place stand in a column of `号码特性`
+  combination,  // no cells: a turn of 组合（具体）
+  setting       // a switch alone
+};
+
+struct Condition {
+  UsageId usage = 0;
+  std::string name;
+  CellKind kind = CellKind::setting;
+  ConditionId first = 0;  // first and last row of `过滤条件`; 0 where it has no cells
+  ConditionId last = 0;
+  std::string item_text = {};  // what list items show in front of the number, "总和值="
+  int first_item = 0;          // numbers of the first and last list item
+  int last_item = 0;
+  const Family* family = nullptr;  // of a shape or combination condition
+  int turn = 0;  // place (1 to 7) of a position, turn (0 to 31) of a combination, `序号` of a custom interval
+};
+
+// The conditions that every store has, by ascending switch.
+[[nodiscard]] const std::vector<Condition>& catalogue();
+// The same and the custom intervals that the store's `自定义区间` names.
+[[nodiscard]] std::vector<Condition> all_Conditions(Store& store);
+
+// A condition by its name or by the number of its switch.
+[[nodiscard]] std::optional<Condition> find_Condition(Store& store, std::string_view name_or_usage);
+
+// What one cell stands for, as lists show it: "总和值=100", "连号=2+2", "2,2,1,1".
+[[nodiscard]] std::string item_Text(const Condition& condition, int k);
+
+// The number of cells that can be set one by one (cells 0 to this - 1); the rows behind them are never
+// tested.
+[[nodiscard]] int cell_Count(const Condition& condition);
+
+// The names of the seven sum families of 前2期和值相同组.
+[[nodiscard]] std::span<const std::string_view> sum_FamilyTexts();
+
+}  // namespace lotmere

@@ -1,0 +1,86 @@
+#include "conditions/condition_store.hpp"
+
+#include <fmt/format.h>
+
+#include "core/row_copy.hpp"
+#include "core/schema.hpp"
+
+namespace lotmere {
+
+ValueArray load_ConditionRange(Store& store, ConditionId minId, ConditionId maxId) {
+  Query rows = store.query(R"(SELECT "Value" FROM "过滤条件" WHERE "ID">=? AND "ID"<=? ORDER BY "ID" ASC)");
+  rows.bind(minId, maxId);
+  ValueArray cells{};
+  for (std::size_t index = minId % 10; index < cells.size() && rows.next(); ++index)
+    cells[index] = rows.number(0);
+  return cells;
+}
+
+int condition_Value(Store& store, ConditionId id) {
+  return static_cast<int>(store.value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=?)", id));
+}
+
+bool is_Used(Store& store, UsageId usage) {
+  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage) == 1;
+}
+
+bool set_Cell(Store& store, ConditionId id, bool allowed) {
+  return set_ConditionValue(store, id, allowed ? 1 : 0);
+}
+
+bool set_ConditionValue(Store& store, ConditionId id, int value) {
+  return store.query(R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)").bind(value, id).run() > 0;
+}
+
+bool set_Usage(Store& store, UsageId usage, bool on) {
+  return store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)")
+             .bind(on ? 1 : 0, usage)
+             .run() > 0;
+}
+
+void clear_RedPicks(Store& store) { store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID"<40)").run(); }
+
+void clear_BluePicks(Store& store) {
+  store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID">100 AND "ID"<200)").run();
+}
+
+RedTable read_AttributeColumn(Store& store, AttributeTable table, std::string_view column) {
+  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"号码\" ASC", sql_Name(column),
+                                       sql_Name(table_Name(table))));
+  RedTable members{};
+  while (rows.next()) {
+    const int number = rows.number(0);
+    if (number >= 1 && number <= kRedCount) members[number] = rows.number(1) != 0;
+  }
+  return members;
+}
+
+void write_Attribute(Store& store, AttributeTable table, std::string_view column, int number, bool member) {
+  store
+      .query(
+          fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sql_Name(table_Name(table)), sql_Name(column)))
+      .bind(member ? 1 : 0, number)
+      .run();
+}
+
+void toggle_Attribute(Store& store, std::string_view column, int number) {
+  const bool member = read_AttributeColumn(store, AttributeTable::first, column)[number] != 0;
+  write_Attribute(store, AttributeTable::first, column, number, !member);
+}
+
+void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers) {
+  StoreChange change(store);
+  store.query(fmt::format("UPDATE {} SET {}=0", sql_Name(table_Name(table)), sql_Name(column))).run();
+  for (const int number : numbers) write_Attribute(store, table, column, number, true);
+  change.commit();
+}
+
+void restore_Defaults(Store& store) {
+  StoreChange change(store);
+  restoreTiaojian(store);
+  clear_BluePicks(store);
+  clear_RedPicks(store);
+  change.commit();
+}
+
+}  // namespace lotmere

@@ -1,0 +1,56 @@
+// The stored conditions: cells of allowed values, switches, and the yes/no columns that a person edits. Every
+// write takes effect at once; passes read the tables at the start of each run.
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/attributes.hpp"
+#include "core/game.hpp"
+#include "core/metrics.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+inline constexpr ConditionId kShrinkTypeCell = 3900;  // `Value` is the shrink type, 3 to 7
+inline constexpr ConditionId kToleranceCell = 3901;   // `Value` is the position filter's tolerance, 0 to 7
+inline constexpr UsageId kSmartOptimisation = 300;
+
+// The work array of one condition. A range that starts at a multiple of ten has the cell of value k at index
+// k; the selection rows 1 to 33 and 101 to 116 land on the index of their number.
+using ValueArray = std::array<int, 200>;
+
+// Reads the rows of a range in order into the array, from index minId modulo 10 on; cells beyond the range
+// are 0: not allowed.
+[[nodiscard]] ValueArray load_ConditionRange(Store& store, ConditionId minId, ConditionId maxId);
+
+// The `Value` of one row, 0 where it is missing.
+[[nodiscard]] int condition_Value(Store& store, ConditionId id);
+// A pass runs only when its switch is exactly 1.
+[[nodiscard]] bool is_Used(Store& store, UsageId usage);
+
+// Cell and switch writes store 1 or 0. False, with nothing written, where the row is missing.
+bool set_Cell(Store& store, ConditionId id, bool allowed);
+bool set_ConditionValue(Store& store, ConditionId id, int value);
+bool set_Usage(Store& store, UsageId usage, bool on);
+
+// Bulk clears of the selection.
+void clear_RedPicks(Store& store);
+void clear_BluePicks(Store& store);
+
+// One yes/no column as a table with 1 for each number that belongs to it.
+[[nodiscard]] RedTable read_AttributeColumn(Store& store, AttributeTable table, std::string_view column);
+// Sets one field.
+void write_Attribute(Store& store, AttributeTable table, std::string_view column, int number, bool member);
+// Turns one field of `号码特性` over.
+void toggle_Attribute(Store& store, std::string_view column, int number);
+// Makes a column hold exactly these numbers; an empty list clears it.
+void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers);
+
+// The factory conditions with an empty selection ("还原默认值").
+void restore_Defaults(Store& store);
+
+}  // namespace lotmere

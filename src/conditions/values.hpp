@@ -1,0 +1,28 @@
+// The allowed values of a condition as texts: what stands, and what a person types.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "conditions/catalogue.hpp"
+#include "core/desk.hpp"
+
+namespace lotmere {
+
+// The ticked cells of a range as a short text: runs "３～５", single values, joined by " 或 ", in full-width
+// digits. Empty with none.
+[[nodiscard]] std::string tj_CurrentValue(Store& store, ConditionId first, ConditionId last);
+
+// The current value of any condition: numbers as above, shapes and sum families joined by ";", the numbers
+// allowed at a place. Empty for a switch alone.
+[[nodiscard]] std::string current_Value(Store& store, const Condition& condition);
+
+// Allows exactly the values of a text and switches the others off: "60-140,150" for numbers, texts separated
+// by ";" for shapes, run shapes and sum families. Tells what is wrong with a text that names no value of the
+// condition, and then writes nothing.
+bool allow_Values(Store& store, Desk& desk, const Condition& condition, std::string_view values);
+
+// Switches a condition on or off.
+void use_Condition(Store& store, const Condition& condition, bool on);
+
+}  // namespace lotmere
