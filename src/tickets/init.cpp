@@ -1,0 +1,76 @@
+#include "tickets/init.hpp"
+
+#include <fmt/format.h>
+
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr std::int64_t kBlock = 512;  // rows between two looks at the desk, some milliseconds of inserts
+
+// Removes or keeps the rows that the period has already; returns how many are kept.
+std::int64_t settle_OldRows(Store& store, Desk& desk, PeriodNo period) {
+  const auto rows = static_cast<std::int64_t>(count_Tickets(store, period));
+  if (rows == 0) return 0;
+  const std::string question =
+      fmt::format("该期数已有记录存在日志表中!要删除它吗？{0}{0}按'是',删除它;按'否'保留它!", kLineBreak);
+  if (!desk.ask(question, "信息提示")) return rows;
+  store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
+  return 0;
+}
+
+// Writes the tickets one behind the other; `done` gets the rows written so far and answers whether to stop.
+template <class Done>
+std::int64_t write_Tickets(Store& store, const NumberSelection& selection, PeriodNo period, std::int64_t id,
+                           Done&& done) {
+  Query insert = store.query(
+      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+         VALUES (?,?,?,?,?,?,?,?,?,?))");
+  std::int64_t seq = 0;
+  SQLite::Statement& row = insert.statement();
+  row.bind(3, period);
+  expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+    for (int i = 0; i < kRedsPerTicket; ++i) row.bind(4 + i, six[i]);
+    for (const int blue : blues) {
+      row.bind(1, ++id);
+      row.bind(2, ++seq);
+      row.bind(4 + kRedsPerTicket, blue);
+      row.exec();
+      row.reset();
+      if (seq % kBlock == 0 && done(seq)) return false;
+    }
+    return true;
+  });
+  return seq;
+}
+
+}  // namespace
+
+InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period) {
+  InitResult result;
+  if (period < 1 || !check_Selection(store, desk, Tell::yes)) return result;
+  const NumberSelection selection = load_Selection(store);
+
+  StoreChange change(store);
+  store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
+  // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
+  const std::int64_t last_id = store.value(R"(SELECT max("ID") FROM "日志表")");
+  const std::int64_t kept = settle_OldRows(store, desk, period);
+  {
+    Job job(desk, count_Combos(selection).tickets, Job::Stop::possible);
+    result.rows = kept + write_Tickets(store, selection, period, last_id,
+                                       [&](std::int64_t written) { return job.advance(kept + written); });
+  }
+  change.commit();
+
+  result.done = !desk.stop_Requested();
+  desk.clear_Stop();
+  if (!result.done) return result;
+  const std::string text = fmt::format("初始化选号完成!共 {} 注！", to_QuanJiao(result.rows));
+  desk.tell(text);
+  desk.running_Text().set(fmt::format("{0}{1}{0}{0}", kLineBreak, text));
+  return result;
+}
+
+}  // namespace lotmere

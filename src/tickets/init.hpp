@@ -1,0 +1,62 @@
+// The first step of the work: the selection expanded into all tickets of a period.
+#pragma once
+
+#include <cstdint>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+#include "tickets/selection.hpp"
+#include "tickets/ticket_set.hpp"
+
+namespace lotmere {
+
+// Calls `visit(six, blues)` for every red six of the selection that holds all its red Dan, in lexicographic
+// order; `blues` are the picked blues ascending. `visit` returns false to end it.
+template <class Visit>
+void expand_Selection(const NumberSelection& selection, Visit&& visit);
+
+struct InitResult {
+  bool done = false;      // false: refused or stopped
+  std::int64_t rows = 0;  // rows of the period at the end
+};
+
+// Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other
+// periods are removed; rows of the same period are asked about: removed on yes, kept on no (then the new
+// `序号` start at 1 all the same, and IDs go on behind the highest). A period below 1 and a selection without
+// a ticket change nothing. Everything is one change of the store: a crash leaves the tables as they were; a
+// stop keeps the rows written so far and tells nothing.
+InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period);
+
+template <class Visit>
+void expand_Selection(const NumberSelection& selection, Visit&& visit) {
+  std::vector<int> pool;
+  std::uint64_t dan = 0;
+  for (int n = 1; n <= kRedCount; ++n) {
+    if (selection.red[n] != PickState::none) pool.push_back(n);
+    if (selection.red[n] == PickState::dan) dan |= std::uint64_t{1} << n;
+  }
+  std::vector<int> blues;
+  for (int n = 1; n <= kBlueCount; ++n)
+    if (selection.blue[n] != PickState::none) blues.push_back(n);
+
+  const int count = static_cast<int>(pool.size());
+  if (count < kRedsPerTicket) return;
+  std::array<int, kRedsPerTicket> place{0, 1, 2, 3, 4, 5};
+  for (;;) {
+    Reds six{};
+    std::uint64_t mask = 0;
+    for (int i = 0; i < kRedsPerTicket; ++i) {
+      six[i] = pool[place[i]];
+      mask |= std::uint64_t{1} << six[i];
+    }
+    if ((mask & dan) == dan && !visit(six, blues)) return;
+    int i = kRedsPerTicket - 1;
+    while (i >= 0 && place[i] == count - kRedsPerTicket + i) --i;
+    if (i < 0) return;
+    ++place[i];
+    for (int j = i + 1; j < kRedsPerTicket; ++j) place[j] = place[j - 1] + 1;
+  }
+}
+
+}  // namespace lotmere
