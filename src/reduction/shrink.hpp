@@ -1,0 +1,26 @@
+// The last step of a run: the cover shrink, with the smart optimisation in front of it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/desk.hpp"
+#include "core/store.hpp"
+#include "tickets/ticket_set.hpp"
+
+namespace lotmere {
+
+inline constexpr int kSmallestShrink = 3;
+inline constexpr int kLargestShrink = 7;  // touches no ticket, only counts them
+
+// "保三型" to "保七型" for 3 to 7.
+[[nodiscard]] std::string shrink_Caption(int type);
+
+// Thins the tickets so that any two that stay share fewer than `type` of their seven numbers, blue included:
+// visited in the order of creation, a ticket stays (a centre, `缩水标记` = type, `序号` from 1) unless an
+// earlier centre shares `type` or more. Type 7 and any value that names no type only count. Calls the smart
+// optimisation first, whatever the type. On a stop the tickets not reached stay as they were. Returns the
+// number of centres.
+std::int64_t shrink_Cover(Store& store, Desk& desk, TicketSet& tickets, int type);
+
+}  // namespace lotmere

@@ -1,0 +1,36 @@
+// The smart optimisation: a score for every ticket against the last ten draws.
+#pragma once
+
+#include "core/desk.hpp"
+#include "core/store.hpp"
+#include "tickets/ticket_set.hpp"
+
+namespace lotmere {
+
+// The numbers of the last ten draws by row (0 the newest) and place (six reds, then the blue as a plain
+// value). With fewer draws the newest rows stay zero: the oldest draw lies in the last row.
+using DrawMatrix = std::array<std::array<int, kRedsPerTicket + 1>, 10>;
+
+// Scores a ticket by how many differences it has in common with the newest draw: its differences to the nine
+// draws before and among its own numbers, against those of the newest draw to the nine before that one and
+// among its own. The differences to draws depend on one number of the ticket each, so they are counted ahead
+// by place and number.
+class SmartScore {
+ public:
+  explicit SmartScore(const DrawMatrix& draws);
+  // 1 to 463.
+  [[nodiscard]] int score(Balls ticket) const;
+
+ private:
+  static constexpr int kPlaces = kRedsPerTicket + 1;
+  static constexpr int kLowest = 0;
+  std::array<std::array<int, kRedCount + 1>, kPlaces> agreeing_{};  // by place and number
+  std::array<int, kPlaces> newest_{};
+};
+
+// Scores the tickets of the set into `临时数据` and sets the lower 60 percent (rounded up; ties by `序号`) to
+// 0. Only with its switch on and a type below 7; otherwise it says that it isn't used. Says nothing without a
+// ticket.
+void optimise_Smart(Store& store, Desk& desk, TicketSet& tickets, int type);
+
+}  // namespace lotmere
