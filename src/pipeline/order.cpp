@@ -1,0 +1,80 @@
+#include "pipeline/order.hpp"
+
+namespace lotmere {
+namespace {
+
+using enum PassKind;
+
+constexpr PassStep kOrder[] = {
+    {figure, 1, "[ 总和值 ]"},
+    {figure, 2, "[奇数和值]"},
+    {figure, 3, "[偶数和值]"},
+    {figure, 62, "[ 尾数和值 ]"},
+    {figure, 64, "[ 大数和值 ]"},
+    {figure, 63, "[ 合数和值 ]"},
+    {figure, 65, "[ 小数和值 ]"},
+    {figure, 10, "[奇数个数]"},
+    {figure, 11, "[偶数个数]"},
+    {figure, 12, "[大数个数]"},
+    {figure, 13, "[小数个数]"},
+    {figure, 14, "[高尾码个数]"},
+    {figure, 15, "[低尾码个数]"},
+    {intervals, 0, ""},
+    {custom_groups, 0, ""},
+    {figure, 4, "[ 跨 度 ]"},
+    {figure, 5, "[最大间距]"},
+    {figure, 6, "[连号]"},
+    {figure, 9, "[AC值]"},
+    {figure, 7, "[重叠号]"},
+    {figure, 8, "[斜位码]"},
+    {positions, 0, ""},
+    {history_match, 0, ""},
+    {figure, 301, "[温度5]"},
+    {figure, 302, "[温度10]"},
+    {figure, 37, "[尾数形式]"},
+    {figure, 38, "[间距九]"},
+    {figure, 39, "[间距七]"},
+    {figure, 40, "[间距十一]"},
+    {figure, 41, "[间距十二]"},
+    {figure, 43, "[间距八]"},
+    {figure, 45, "[间距四]"},
+    {figure, 42, "[区间单双七分组]"},
+    {figure, 44, "[大小尾七分组]"},
+    {figure, 46, "[间距3]"},
+    {figure, 47, "[间距6]"},
+    {figure, 48, "[和数33]"},
+    {figure, 49, "[和数34]"},
+    {figure, 50, "[和数35]"},
+    {figure, 51, "[奇偶连]"},
+    {figure, 52, "[偶奇连]"},
+    {figure, 53, "[等差16组]"},
+    {figure, 54, "[等差17组]"},
+    {figure, 55, "[间距11链]"},
+    {figure, 56, "[生肖链]"},
+    {figure, 57, "[四数八分自然段]"},
+    {figure, 58, "[八数四分自然段]"},
+    {figure, 59, "[11数3分自然段]"},
+    {figure, 60, "[三波排异]"},
+    {figure, 61, "[区间排异]"},
+    {figure, 66, "[间距5]"},
+    {figure, 67, "[间距10]"},
+    {figure, 68, "[四区间]"},
+    {figure, 69, "[三波组]"},
+    {figure, 70, "[大小奇偶组]"},
+    {figure, 71, "[双尾5分组]"},
+    {figure, 72, "[大小奇偶尾]"},
+    {figure, 73, "[间距12三分组]"},
+    {combinations, 0, ""},
+    {figure, 263, "[尾数重叠]"},
+    {figure, 264, "[合数重叠]"},
+    {figure, 265, "[前3期出现个数]"},
+    {sum_families, 266, "[前2期和值相同组]"},
+    {custom_intervals, 0, ""},
+    {reduction, 0, ""},
+};
+
+}  // namespace
+
+std::span<const PassStep> pass_Order() { return kOrder; }
+
+}  // namespace lotmere
