@@ -5,7 +5,7 @@
 add_library(lotmere_options INTERFACE)
 target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                                  -Wnon-virtual-dtor -Werror
-                                                 -Wno-restrict)  # GCC 12 warns falsely inside std::string
+                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 warns falsely in std::string
 if(LOTMERE_SANITIZE)
   target_compile_options(lotmere_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)

@@ -130,19 +130,48 @@ std::optional<int> shape_Number(const Family& family, GroupCounts counts) {
   return kLookups[int(family.set)][largest][groups];
 }
 
-std::string group_Text(GroupCounts counts, int first_group_id) {
-  std::string text = "[";
-  for (int id = first_group_id; counts != 0; ++id, counts >>= kGroupBits) {
-    for (GroupCounts i = counts & 7; i > 0; --i) text += fmt::format("{}{}", text.size() > 1 ? "," : "", id);
+namespace {
+
+// Ids and counts have one or two digits; appending them by hand is several times faster than formatting.
+void append_Number(std::string& text, int number) {
+  if (number >= 10) text += static_cast<char>('0' + number / 10);
+  text += static_cast<char>('0' + number % 10);
+}
+
+void append_Groups(std::string& text, GroupCounts counts, int first_group_id) {
+  text += '[';
+  const std::size_t start = text.size();
+  while (counts != 0) {
+    const int group = std::countr_zero(counts) / kGroupBits;
+    const GroupCounts field = GroupCounts{7} << (group * kGroupBits);
+    for (GroupCounts i = (counts & field) >> (group * kGroupBits); i > 0; --i) {
+      if (text.size() > start) text += ',';
+      append_Number(text, first_group_id + group);
+    }
+    counts &= ~field;
   }
-  return text + "]";
+  text += ']';
+}
+
+}  // namespace
+
+std::string group_Text(GroupCounts counts, int first_group_id) {
+  std::string text;
+  append_Groups(text, counts, first_group_id);
+  return text;
 }
 
 std::string draw_Text(const Family& family, GroupCounts counts) {
-  const auto shape = shape_Number(family, counts);
-  const std::string text =
-      shape ? std::string(shape_Texts(family.set)[*shape]) : std::to_string(largest_Count(counts));
-  return fmt::format("{}（{}）", group_Text(counts, family.first_group_id), text);
+  std::string text;
+  text.reserve(48);  // "[12,13,14,15,16,17]" and the longest shape
+  append_Groups(text, counts, family.first_group_id);
+  text += "（";
+  if (const auto shape = shape_Number(family, counts))
+    text += shape_Texts(family.set)[*shape];
+  else
+    append_Number(text, largest_Count(counts));
+  text += "）";
+  return text;
 }
 
 }  // namespace lotmere

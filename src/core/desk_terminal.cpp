@@ -26,7 +26,6 @@ std::string one_Line(std::string_view text) {
 std::atomic<bool> TerminalDesk::interrupted_{false};
 
 void TerminalDesk::tell(std::string_view text, Tone tone, std::string_view /*title*/) {
-  if (tone != Tone::information) refused_ = true;
   (tone == Tone::information ? out_ : err_) << one_Line(text) << '\n';
 }
 

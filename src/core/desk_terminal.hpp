@@ -27,9 +27,6 @@ class TerminalDesk final : public Desk {
   void show_Tip(std::string_view text, std::string_view title) override;
   void serve() override;
 
-  // Whether a warning or an error was told: the command then counts as refused.
-  [[nodiscard]] bool refused() const { return refused_; }
-
  protected:
   void begin_Job(std::int64_t maximum, bool can_stop) override;
   void show_Progress(std::int64_t value) override;
@@ -41,7 +38,6 @@ class TerminalDesk final : public Desk {
   std::ostream& err_;
   bool answer_;
   bool show_bar_;
-  bool refused_ = false;
   std::int64_t maximum_ = 0;
   int percent_ = -1;
 };

@@ -66,11 +66,11 @@ class RealFiles final : public FileSystem {
       const Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
       write_All(file, beside, bytes);
       if (::fsync(file.get()) != 0) fail("fsync", beside);
+      replace(beside, path);
     } catch (...) {
       ::unlink(beside.c_str());
       throw;
     }
-    replace(beside, path);
   }
 };
 

@@ -15,6 +15,7 @@ struct TwinTables {
   std::string target;
   std::string key;   // the column both are ordered by
   int first_column;  // every column from this place on is copied
+  int columns = 0;   // or only so many of them, where above 0
 };
 
 // Copies and returns the number of rows written. Runs inside the caller's change. Throws SQLite::Exception

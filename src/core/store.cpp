@@ -82,13 +82,17 @@ void set_StorePragmas(SQLite::Database& db) {
       "temp_store = MEMORY");
 }
 
-bool is_SoundStore(const std::filesystem::path& path) {
+StoreState check_Store(const std::filesystem::path& path) {
   try {
     SQLite::Database db(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
-    check_Version(db);
-    return db.execAndGet("PRAGMA integrity_check(1)").getString() == "ok";
-  } catch (const SQLite::Exception&) {
-    return false;
+    const int version = schema_Version(db);
+    if (version < 1 || db.execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
+      return StoreState::damaged;
+    return version > kSchemaVersion ? StoreState::newer : StoreState::sound;
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getErrorCode() == SQLITE_CORRUPT || failure.getErrorCode() == SQLITE_NOTADB)
+      return StoreState::damaged;
+    throw;
   }
 }
 

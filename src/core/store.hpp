@@ -89,7 +89,14 @@ class StoreChange {
 // Settings that every connection of the program works with; a commit survives a power failure.
 void set_StorePragmas(SQLite::Database& db);
 
-// True when the engine finds the file a whole store: its pages sound and its schema version known.
-[[nodiscard]] bool is_SoundStore(const std::filesystem::path& path);
+// What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken or that
+// was never a store; or the store of a newer program, which is nobody's to replace.
+enum class StoreState { sound, damaged, newer };
+// Throws SQLite::Exception when the file can't be read at present (missing, locked, refused by the machine):
+// that is no damage.
+[[nodiscard]] StoreState check_Store(const std::filesystem::path& path);
+[[nodiscard]] inline bool is_SoundStore(const std::filesystem::path& path) {
+  return check_Store(path) == StoreState::sound;
+}
 
 }  // namespace lotmere

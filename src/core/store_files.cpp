@@ -3,6 +3,7 @@
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <fmt/format.h>
+#include <sqlite3.h>
 
 #include "core/store.hpp"
 
@@ -36,12 +37,24 @@ class NewFile {
   void put_InPlace() {
     fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write);
     files_.sync(path_);
+    settle_Target();
     // The journal of the file that goes away must not be taken for one of the new file.
     files_.remove(journal_Of(target_));
     files_.replace(path_, target_);
   }
 
  private:
+  // An unfinished change of the old file is undone first: should the power fail between the two steps below,
+  // the old file must be whole without its journal.
+  void settle_Target() {
+    if (!files_.exists(target_) || !files_.exists(journal_Of(target_))) return;
+    try {
+      SQLite::Database(target_.string(), SQLite::OPEN_READWRITE, 2000).execAndGet("PRAGMA user_version");
+    } catch (const SQLite::Exception& failure) {
+      // A broken old file has nothing to lose.
+      if (failure.getErrorCode() != SQLITE_CORRUPT && failure.getErrorCode() != SQLITE_NOTADB) throw;
+    }
+  }
   static fs::path journal_Of(const fs::path& path) { return with_Suffix(path, "-journal"); }
   void clear() {
     files_.remove(path_);
@@ -84,7 +97,8 @@ bool copy_Database(const fs::path& from, const fs::path& to, FileSystem& files) 
   write_Database(to, files, [&](SQLite::Database& target) {
     SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
     SQLite::Backup copy(target, source);
-    copy.executeStep(-1);
+    if (copy.executeStep(-1) != SQLITE_DONE)
+      throw SQLite::Exception("the database is busy and can't be copied");
   });
   return true;
 }
@@ -102,11 +116,16 @@ CompactResult compact_MainDb(const fs::path& path, const fs::path& backup, bool 
     }
   }
   try {
+    // A compaction of damaged pages can succeed and leave out what they held; so it isn't tried.
+    if (check_Store(path) == StoreState::damaged) {
+      result.failure = "the store is damaged";
+      result.restored = restore_FromBackup(path, backup, files);
+      return result;
+    }
     compact_InPlace(path, files);
     result.compacted = true;
   } catch (const std::exception& failure) {
     result.failure = failure.what();
-    if (!is_SoundStore(path)) result.restored = restore_FromBackup(path, backup, files);
   }
   return result;
 }
