@@ -1,0 +1,52 @@
+// The draw list as a web address serves it: reduced to digits, slashes and single "#", then read entry by
+// entry.
+//
+// A list starts with "#336#". Anywhere behind stand entries in any order, each
+//   PPPPPPP#YYYY/MM/DD#RR#RR#RR#RR#RR#RR#BB
+// the period, the date, six reds in ascending order and the blue. So any text whose fields are separated by
+// characters other than digits and slashes will do, such as "2007001 2007/01/02 01 02 03 04 05 06 07".
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "core/dates.hpp"
+#include "core/game.hpp"
+
+namespace lotmere {
+
+// Keeps digits and slashes; every run of other characters, of any length and wherever it stands, becomes one
+// "#".
+[[nodiscard]] std::string compactDrawText(std::string_view raw);
+
+struct ListedDraw {
+  Date date;
+  DrawNumbers numbers;
+};
+
+// A compacted reply, with the places of its entries found once.
+class DrawList {
+ public:
+  explicit DrawList(std::string compacted);
+
+  // Whether the text claims to be a draw list. Any other start means that the reply is something else.
+  [[nodiscard]] bool is_DrawList() const { return text_.starts_with("#336#"); }
+
+  // Whether an entry for the period stands in the text, readable or not.
+  [[nodiscard]] bool names(PeriodNo period) const { return place_.contains(period); }
+
+  // The first entry of a period. Nothing where none stands or where it isn't whole: cut short, a field of
+  // another length, a day that is none, a number outside its range, reds out of order or repeated.
+  [[nodiscard]] std::optional<ListedDraw> parseDraw(PeriodNo period) const;
+
+  // The highest period whose entry is whole; 0 with none.
+  [[nodiscard]] PeriodNo newest() const;
+
+ private:
+  std::string text_;
+  std::unordered_map<PeriodNo, std::size_t> place_;  // of the first character of an entry
+};
+
+}  // namespace lotmere

@@ -1,0 +1,137 @@
+#include "history/draw_stats.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "core/periods.hpp"
+#include "history/draw_columns.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr std::size_t kLongWindow = 10;
+constexpr std::size_t kShortWindow = 5;
+constexpr std::size_t kThreeDraws = 3;
+
+// A row takes some hundredths of a millisecond.
+constexpr std::size_t kRowsBetweenServes = 64;
+// Shorter jobs are over before a bar could be seen.
+constexpr std::size_t kRowsWorthABar = 200;
+
+constexpr std::string_view kHeatColumns[] = {"温度5", "温度10"};
+constexpr std::string_view kIntervalColumns[] = {"区间1", "区间2", "区间3", "区间4"};
+
+// A row that another program wrote may hold anything; a number outside the game counts as missing.
+Reds usable(Reds reds) {
+  for (int& red : reds)
+    if (red < 0 || red > kRedCount) red = 0;
+  return reds;
+}
+
+// Draws in ascending order. Those from place `first` on lie in the range asked for; before them stand as many
+// as a figure looks back.
+struct DrawSeries {
+  std::vector<StoredDraw> draws;
+  std::size_t first = 0;
+
+  [[nodiscard]] std::span<const StoredDraw> before(std::size_t place, std::size_t count) const {
+    count = std::min(count, place);
+    return std::span(draws).subspan(place - count, count);
+  }
+};
+
+DrawSeries read_Series(Store& store, PeriodNo from, PeriodNo to) {
+  DrawSeries series;
+  Query rows = store.query(
+      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6" FROM "历史记录"
+         WHERE "期号">=? AND "期号"<=? ORDER BY "期号" ASC)");
+  rows.bind(std::min(from, periodsBack(store, from, kLongWindow)), to);
+  while (rows.next()) {
+    StoredDraw& draw = series.draws.emplace_back();
+    draw.period = rows.number(0);
+    for (int i = 0; i < kRedsPerTicket; ++i) draw.numbers.reds[i] = rows.number(1 + i);
+    draw.numbers.reds = usable(draw.numbers.reds);
+    if (draw.period < from) ++series.first;
+  }
+  return series;
+}
+
+DrawView view_Draw(const DrawSeries& series, std::size_t place) {
+  DrawView view;
+  view.reds = series.draws[place].numbers.reds;
+  if (place > 0) view.previous = series.draws[place - 1].numbers.reds;
+  const auto three = series.before(place, kThreeDraws);
+  if (three.size() == kThreeDraws) view.repeats_of_three = sum_Of(mark_Drawn(three), view.reds);
+  view.heat5 = sum_Of(count_Heat(series.before(place, kShortWindow)), view.reds);
+  view.heat10 = sum_Of(count_Heat(series.before(place, kLongWindow)), view.reds);
+  return view;
+}
+
+// Writes the draws from place `first` on, with a bar over a long series.
+void write_Draws(Desk& desk, DrawWriter& writer, const DrawSeries& series, std::size_t first) {
+  const std::size_t count = series.draws.size() - first;
+  std::optional<Job> job;
+  if (count >= kRowsWorthABar) job.emplace(desk, static_cast<std::int64_t>(count), Job::Stop::impossible);
+  for (std::size_t done = 0; done < count; ++done) {
+    const std::size_t place = first + done;
+    writer.write(series.draws[place].period, view_Draw(series, place));
+    if (job && done % kRowsBetweenServes == 0) job->advance(static_cast<std::int64_t>(done));
+  }
+  if (job) job->advance(static_cast<std::int64_t>(count));
+}
+
+// Some columns of every draw of the range.
+void rewrite_Columns(Store& store, Desk& desk, PeriodNo from, PeriodNo to,
+                     std::span<const std::string_view> names) {
+  const DrawSeries series = read_Series(store, from, to);
+  if (series.first == series.draws.size()) return;
+  StoreChange change(store);
+  DrawWriter writer(store, names);
+  write_Draws(desk, writer, series, series.first);
+  change.commit();
+}
+
+}  // namespace
+
+void calc_DrawStats(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+  const DrawSeries series = read_Series(store, from, to);
+  std::size_t first = series.first;
+  const std::size_t count = series.draws.size() - first;
+  if (count == 0) return;
+  StoreChange change(store);
+  if (first == 0 && count > 1) {
+    // With nothing before it the earliest draw only serves as the previous draw of the second.
+    DrawWriter(store, kHeatColumns).write(series.draws.front().period, view_Draw(series, 0));
+    first = 1;
+  }
+  DrawWriter writer(store);
+  write_Draws(desk, writer, series, first);
+  change.commit();
+}
+
+void updateWenDu(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+  rewrite_Columns(store, desk, from, to, kHeatColumns);
+}
+
+void recountQuJian(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+  desk.tell("区间重新划分之后，各区间的开出号码个数需要重新计算。。。");
+  rewrite_Columns(store, desk, from, to, kIntervalColumns);
+}
+
+int calc_WenDu(Store& store, PeriodNo period, int window) {
+  const DrawSeries series = read_Series(store, period, period);
+  if (series.first == series.draws.size()) return 0;
+  const auto before = drawsBefore(store, period, window);
+  return sum_Of(count_Heat(before), series.draws.back().numbers.reds);
+}
+
+int calc_qian3qi(Store& store, PeriodNo period) {
+  const DrawSeries series = read_Series(store, period, period);
+  if (series.draws.size() <= kThreeDraws) return 0;
+  const std::size_t newest = series.draws.size() - 1;
+  return sum_Of(mark_Drawn(series.before(newest, kThreeDraws)), series.draws[newest].numbers.reds);
+}
+
+}  // namespace lotmere

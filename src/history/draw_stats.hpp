@@ -1,0 +1,37 @@
+// The statistics of the draws: some seventy figures and texts that every row of `历史记录` carries beside its
+// seven numbers.
+//
+// "Before" always means the order of periods in the table, whatever the numbers, so that gaps and year
+// changes need no rule. Each pass reads the draws it needs in one select, works in memory and writes in one
+// change: a failure on the way leaves every row as it was. A range may name periods that don't exist; one
+// without a stored draw changes nothing.
+#pragma once
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// Computes every derived column of the draws from one period to another, temperatures included. The draw
+// before the first one comes from the table, so a range may start anywhere. The earliest draw of the history
+// has none: a range of that draw alone computes it against six zeros, a longer range gives it temperatures
+// only.
+void calc_DrawStats(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+
+// The two temperatures alone.
+void updateWenDu(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+
+// The counts `区间1` to `区间4` alone, after the intervals were divided anew; says so first. The text
+// `四区间` stays.
+void recountQuJian(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+
+// How often the reds of a stored draw came up in the `window` draws before it, or in as many as there are; 0
+// for a period that isn't stored.
+[[nodiscard]] int calc_WenDu(Store& store, PeriodNo period, int window);
+
+// How many reds of the newest draw up to a period stood in the three draws before that draw; 0 with fewer
+// than three.
+[[nodiscard]] int calc_qian3qi(Store& store, PeriodNo period);
+
+}  // namespace lotmere

@@ -1,0 +1,25 @@
+// Adding, replacing and deleting single draws of the history.
+#pragma once
+
+#include "core/dates.hpp"
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+enum class Recalc { yes, no };
+
+// Stores one draw. A stored period gets the new date and numbers and keeps its place. The caller has checked
+// the numbers (is_Draw) and the period (1 or more). With `Recalc::yes` the row's statistics are computed too,
+// in the same change; rows after it keep the figures they had. Without, a bulk job computes its range once at
+// the end.
+void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers,
+              Recalc recalc);
+
+// Removes one draw and tells so; false, with a message, where the period isn't stored. No other row changes:
+// a hole stays a hole, and the next draw keeps the figures it had against the removed one until a range
+// covers it again.
+bool deleteDraw(Store& store, Desk& desk, PeriodNo period);
+
+}  // namespace lotmere

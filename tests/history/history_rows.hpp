@@ -1,0 +1,51 @@
+// Invented draws, and the history as text to compare.
+#pragma once
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/periods.hpp"
+#include "core/store.hpp"
+
+namespace lotmere::test {
+
+// Draws with gaps between the periods and a year change on the way, ascending.
+inline std::vector<StoredDraw> invent_Draws(int count, unsigned seed, PeriodNo period = 2007100) {
+  std::mt19937 random(seed);
+  std::vector<int> pool(kRedCount);
+  std::iota(pool.begin(), pool.end(), 1);
+  std::vector<StoredDraw> draws(static_cast<std::size_t>(count));
+  for (StoredDraw& draw : draws) {
+    std::shuffle(pool.begin(), pool.end(), random);
+    std::copy_n(pool.begin(), kRedsPerTicket, draw.numbers.reds.begin());
+    std::sort(draw.numbers.reds.begin(), draw.numbers.reds.end());
+    draw.numbers.blue = static_cast<int>(random() % kBlueCount) + 1;
+    draw.period = period;
+    period += random() % 4 == 0 ? 3 : 1;
+    if (period % 1000 > 153) period = (period / 1000 + 1) * 1000 + 1;
+  }
+  return draws;
+}
+
+// Every field of every row, a line a row.
+inline std::string dump_History(Store& store) {
+  Query rows = store.query(R"(SELECT * FROM "历史记录" ORDER BY "期号" ASC)");
+  std::string dump;
+  while (rows.next()) {
+    for (int i = 0; i < rows.statement().getColumnCount(); ++i) dump += rows.text(i) + "|";
+    dump += '\n';
+  }
+  return dump;
+}
+
+// One field of one row as text.
+inline std::string field(Store& store, PeriodNo period, const std::string& column) {
+  Query rows = store.query("SELECT \"" + column + R"(" FROM "历史记录" WHERE "期号"=?)");
+  rows.bind(period);
+  return rows.next() ? rows.text(0) : "no row";
+}
+
+}  // namespace lotmere::test
