@@ -1,0 +1,41 @@
+// The ticket file: one line a ticket, in one of two layouts that bet sites read.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/platform.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// What a line holds, and how it is written.
+struct ExportSwitches {
+  bool seq = false;        // the running number
+  bool period = false;     // the period
+  bool numbers = true;     // the six reds and the blue
+  bool separator = false;  // an empty line behind every fifth ticket
+  int format = 0;          // 0: blanks and "+"; 1: every blank a comma, "+" a "|"
+};
+
+// The line of one ticket, without a line end: "12      2007001   01 02 03 04 05 06+07" with everything on.
+// The running number is filled up with blanks to eight places, three blanks follow the period, blanks at both
+// ends are cut off; format 1 turns those in between into commas. An empty text when nothing is switched on.
+[[nodiscard]] std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
+                                      const ExportSwitches& switches);
+
+// Writes the tickets of a period to `target` in the order of their running numbers, lines ended by CR LF, and
+// returns how many there were; a period without tickets gives an empty file. Appends "号码导出完成．" to the
+// running text. The file is written whole or not at all: throws std::filesystem::filesystem_error when the
+// machine refuses, SQLite::Exception when the store does; an earlier file then stands as it was.
+int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
+                   const ExportSwitches& switches, FileSystem& files = real_Files());
+
+// The command "导出": exports the period of the first ticket of the table. With no ticket at all the file
+// ends up empty and a warning says so. Returns the number of tickets; throws as export_Tickets does.
+int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
+                   const ExportSwitches& switches, FileSystem& files = real_Files());
+
+}  // namespace lotmere
