@@ -1,6 +1,8 @@
 #include "pipeline/filter_pass.hpp"
 
+#include <algorithm>
 #include <array>
+#include <numeric>
 
 #include "conditions/condition_store.hpp"
 #include "core/text.hpp"
@@ -64,6 +66,21 @@ JudgeBlock make_Judge(const Verdicts& verdicts, const Metric& metric) {
   return judge_ByShape(verdicts, metric);
 }
 
+// Behind a walk: the first `passed` tickets were kept, those from `row` on weren't reached and keep their
+// marks and numbers.
+void settle_Rows(TicketSet& tickets, std::size_t passed, std::size_t row) {
+  std::size_t kept = passed;
+  for (; row < tickets.size(); ++row, ++kept) {
+    keep_Row(tickets, row, kept);
+    tickets.mark[kept] = tickets.mark[row];
+    tickets.seq[kept] = tickets.seq[row];
+  }
+  tickets.truncate(kept);
+  std::fill_n(tickets.mark.begin(), passed, std::int8_t{1});
+  std::iota(tickets.seq.begin(), tickets.seq.begin() + static_cast<std::ptrdiff_t>(passed), 1);
+  tickets.recall_Scores();
+}
+
 }  // namespace
 
 PassLines lines_Of(std::string_view log_name) {
@@ -87,8 +104,7 @@ std::int64_t walk_Tickets(PipelineRun& run, const PassLines& lines, const JudgeB
     if (job.advance(static_cast<std::int64_t>(row))) break;
   }
   const std::size_t passed = kept;
-  for (; row < tickets.size(); ++row) tickets.move_Row(row, kept++);
-  tickets.truncate(kept);
+  settle_Rows(tickets, passed, row);
   if (!run.desk.stop_Requested())
     text.set_Line(base, lines.result + to_QuanJiao(static_cast<std::int64_t>(passed)) + " 注");
   return static_cast<std::int64_t>(passed);

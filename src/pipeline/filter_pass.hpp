@@ -36,11 +36,11 @@ struct PassLines {
 using JudgeBlock =
     std::function<std::size_t(TicketSet& tickets, std::size_t first, std::size_t end, std::size_t kept)>;
 
-// Keeps one ticket: moves it to its new place, mark 1, next running number.
+// Keeps one ticket: moves its numbers to their new place. Marks and running numbers follow when the walk
+// ends.
 inline void keep_Row(TicketSet& tickets, std::size_t row, std::size_t kept) {
-  if (row != kept) tickets.move_Row(row, kept);
-  tickets.mark[kept] = 1;
-  tickets.seq[kept] = static_cast<std::int32_t>(kept + 1);
+  tickets.balls[kept] = tickets.balls[row];
+  tickets.origin[kept] = tickets.origin[row];
 }
 
 // A judge by the six reds: tickets with the same six stand together and share the verdict of the first.

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 #include "conditions/condition_store.hpp"
 #include "core/metrics.hpp"
 #include "core/periods.hpp"
 #include "core/text.hpp"
+#include "reduction/cover.hpp"
 
 namespace lotmere {
 namespace {
@@ -65,27 +65,43 @@ int count_Hits(const std::vector<ActiveFamily>& families, const Reds& reds) {
   return hits;
 }
 
-// The draws of the range as masks of their reds.
-std::vector<std::uint64_t> load_Masks(Store& store, PeriodNo first, PeriodNo last) {
+// The reds of the draws of a range.
+std::vector<Balls> load_Draws(Store& store, PeriodNo first, PeriodNo last) {
   Query rows = store.query(
       R"(SELECT "红球1","红球2","红球3","红球4","红球5","红球6" FROM "历史记录" WHERE "期号">=? AND "期号"<=?
          ORDER BY "期号" ASC)");
   rows.bind(first, last);
-  std::vector<std::uint64_t> masks;
+  std::vector<Balls> draws;
   while (rows.next()) {
     Reds reds{};
     for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = rows.number(i);
-    masks.push_back(red_Mask(pack_Balls(reds, 0)));
+    draws.push_back(pack_Balls(reds, 0));
   }
-  return masks;
+  return draws;
 }
 
-// Reds of a ticket in a draw; a red that stands twice counts twice.
-int count_Matches(std::uint64_t draw, const Reds& reds) {
-  int matches = 0;
-  for (const int red : reds) matches += static_cast<int>(draw >> red & 1);
-  return matches;
-}
+// Whether a ticket shares at least `match` reds with any of the draws. Once all subsets of that size of every
+// draw are marked, a ticket of six different reds needs a look at its own at most twenty subsets.
+class DrawMatch {
+ public:
+  DrawMatch(std::vector<Balls> draws, int match)
+      : draws_(std::move(draws)), match_(match), marks_(kRedCount, std::clamp(match, 1, kRedsPerTicket)) {
+    for (const Balls draw : draws_) marks_.mark(red_Codes(draw));
+  }
+
+  [[nodiscard]] bool matches(Balls ticket) const {
+    const CodeList reds = red_Codes(ticket);
+    const bool bitmap_answers = reds.count == kRedsPerTicket && match_ >= 1 && match_ <= kRedsPerTicket;
+    if (bitmap_answers) return marks_.any(reds);
+    return std::any_of(draws_.begin(), draws_.end(),
+                       [&](Balls draw) { return count_Shared(draw, ticket & kRedBytes) >= match_; });
+  }
+
+ private:
+  std::vector<Balls> draws_;
+  int match_;
+  SubsetMarks marks_;
+};
 
 }  // namespace
 
@@ -119,10 +135,9 @@ std::int64_t filter_LiShi(PipelineRun& run) {
   if (!settings.next() || settings.number(0) != 1) return 0;
   const PeriodNo first = settings.number(1);
   PeriodNo last = settings.number(2);
-  const int match = settings.number(3);
   if (last >= run.period) last = periodsBack(run.store, run.period, 1);
   const PassLines lines{"[历史数据过滤]过滤正进行中．．．", "[历史数据过滤]过滤后余："};
-  const auto draws = load_Masks(run.store, first, last);
+  auto draws = load_Draws(run.store, first, last);
   if (draws.empty()) {
     // Nothing is filtered, so the marks stay too; the line tells the tickets that stand.
     if (run.tickets.size() != 0)
@@ -130,17 +145,8 @@ std::int64_t filter_LiShi(PipelineRun& run) {
                                           to_QuanJiao(static_cast<std::int64_t>(run.tickets.size())) + " 注");
     return static_cast<std::int64_t>(run.tickets.size());
   }
-  return walk_Tickets(run, lines, judge_ByReds([&draws, match](Balls balls) {
-                        const Reds reds = reds_Of(balls);
-                        const std::uint64_t mask = red_Mask(balls);
-                        if (std::popcount(mask) == kRedsPerTicket)
-                          return std::none_of(draws.begin(), draws.end(), [mask, match](std::uint64_t draw) {
-                            return std::popcount(draw & mask) >= match;
-                          });
-                        return std::none_of(draws.begin(), draws.end(), [&reds, match](std::uint64_t draw) {
-                          return count_Matches(draw, reds) >= match;
-                        });
-                      }));
+  const DrawMatch match(std::move(draws), settings.number(3));
+  return walk_Tickets(run, lines, judge_ByReds([&match](Balls balls) { return !match.matches(balls); }));
 }
 
 }  // namespace lotmere

@@ -9,7 +9,6 @@
 #include "core/text.hpp"
 #include "pipeline/history_relative.hpp"
 #include "pipeline/order.hpp"
-#include "pipeline/position.hpp"
 #include "reduction/shrink.hpp"
 
 namespace lotmere {
@@ -108,9 +107,7 @@ std::optional<TicketSet> reset_Marks(Store& store, Desk& desk, PeriodNo period) 
   return tickets;
 }
 
-void run_Passes(PipelineRun& run) {
-  const CombinationTurns turns =
-      prepare_Combinations(run.store, run.desk, periodsBack(run.store, run.period, 1));
+void run_Passes(PipelineRun& run, const CombinationTurns& turns) {
   for (const PassStep& step : pass_Order()) {
     // The closing of the combinations runs after a stop too: it numbers what is left.
     if (!run.desk.stop_Requested() || step.kind == PassKind::combinations) run_Step(run, step, turns);
@@ -119,9 +116,11 @@ void run_Passes(PipelineRun& run) {
 
 RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period) {
   RunResult result;
+  // First, as it stands on the draws alone: a run without tickets leaves the reference draw up to date too.
+  const CombinationTurns turns = prepare_Combinations(store, desk, periodsBack(store, period, 1));
   if (auto tickets = reset_Marks(store, desk, period)) {
     PipelineRun run{store, desk, *tickets, period};
-    run_Passes(run);
+    run_Passes(run, turns);
     save_Result(store, desk, *tickets);
     result = {true, desk.stop_Requested(), static_cast<std::int64_t>(tickets->size())};
     desk.running_Text().append_Line(

@@ -8,6 +8,7 @@
 #include "core/game.hpp"
 #include "core/store.hpp"
 #include "pipeline/filter_pass.hpp"
+#include "pipeline/position.hpp"
 
 namespace lotmere {
 
@@ -19,7 +20,7 @@ namespace lotmere {
 // Runs every step of pass_Order() over the set, in memory; each pass reads its own switch, cells and tables
 // from the store. A stop ends the pass under way behind its current block and lets no further step run but
 // the closing of the combinations.
-void run_Passes(PipelineRun& run);
+void run_Passes(PipelineRun& run, const CombinationTurns& turns);
 
 struct RunResult {
   bool ran = false;  // false: no tickets, or stopped while they were read

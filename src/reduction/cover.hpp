@@ -1,16 +1,20 @@
-// The cover: which numbers of a ticket are already covered by the tickets kept so far.
+// The cover: which tickets share too many numbers with those kept so far.
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
-#include "core/game.hpp"
+#include "reduction/subsets.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
 
 // How many of a ticket's seven numbers stand in a centre. A red that the ticket holds twice counts twice.
 [[nodiscard]] int count_Shared(Balls centre, Balls ticket);
+
+// The different reds of a ticket as codes 0 to 32, and with its blue as a code 33 to 48. A number outside its
+// range has no code.
+[[nodiscard]] CodeList red_Codes(Balls ticket);
+[[nodiscard]] CodeList all_Codes(Balls ticket);
 
 // Keeps the tickets that share fewer than N numbers with every ticket kept before, in the order in which they
 // are asked for. The answers equal those of comparing each ticket with each centre, in time that doesn't grow
@@ -19,20 +23,16 @@ namespace lotmere {
 class Cover {
  public:
   // `shared` is N, 1 to 6.
-  explicit Cover(int shared);
+  explicit Cover(int shared) : shared_(shared), marks_(kCodeCount, shared) {}
 
   // True when the ticket becomes a centre, false when an earlier centre covers it.
   bool take(Balls ticket);
 
  private:
-  bool is_Covered(const std::array<int, kRedsPerTicket + 1>& codes, int count) const;
-  bool is_CoveredLiterally(Balls ticket) const;
-  void mark(const std::array<int, kRedsPerTicket + 1>& codes, int count);
-  template <class Visit>
-  bool any_Subset(const std::array<int, kRedsPerTicket + 1>& codes, int count, Visit&& visit) const;
+  [[nodiscard]] bool is_CoveredLiterally(Balls ticket) const;
 
   int shared_;
-  std::vector<std::uint64_t> bits_;
+  SubsetMarks marks_;
   std::vector<Balls> centres_;  // for tickets with a repeated red, which the bitmap doesn't answer for
 };
 

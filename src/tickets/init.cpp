@@ -64,7 +64,8 @@ InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period) {
   }
   change.commit();
 
-  result.done = !desk.stop_Requested();
+  result.stopped = desk.stop_Requested();
+  result.done = !result.stopped;
   desk.clear_Stop();
   if (!result.done) return result;
   const std::string text = fmt::format("初始化选号完成!共 {} 注！", to_QuanJiao(result.rows));

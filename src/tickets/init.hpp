@@ -17,7 +17,8 @@ template <class Visit>
 void expand_Selection(const NumberSelection& selection, Visit&& visit);
 
 struct InitResult {
-  bool done = false;      // false: refused or stopped
+  bool done = false;
+  bool stopped = false;   // neither done nor stopped: refused
   std::int64_t rows = 0;  // rows of the period at the end
 };
 

@@ -5,29 +5,6 @@ namespace {
 
 constexpr std::size_t kBlock = 4096;
 
-void reserve_Stored(TicketSet::Stored& stored, std::size_t rows) {
-  stored.id.reserve(rows);
-  stored.seq.reserve(rows);
-  stored.mark.reserve(rows);
-  stored.shrink.reserve(rows);
-  stored.score.reserve(rows);
-}
-
-// Deletes the stored rows from place `first` to before `end`: all rows of the period in that span of IDs.
-void delete_Span(Store& store, const TicketSet& tickets, std::size_t first, std::size_t end) {
-  if (first == end) return;
-  store.query(R"(DELETE FROM "日志表" WHERE "ID">=? AND "ID"<=? AND "期号"=?)")
-      .bind(tickets.stored.id[first], tickets.stored.id[end - 1], tickets.period)
-      .run();
-}
-
-bool has_Changed(const TicketSet& tickets, std::size_t row) {
-  const TicketSet::Stored& stored = tickets.stored;
-  const std::size_t place = tickets.origin[row];
-  return tickets.seq[row] != stored.seq[place] || tickets.mark[row] != stored.mark[place] ||
-         tickets.shrink[row] != stored.shrink[place] || tickets.score[row] != stored.score[place];
-}
-
 }  // namespace
 
 void TicketSet::reserve(std::size_t rows) {
@@ -57,6 +34,11 @@ void TicketSet::truncate(std::size_t rows) {
   score.resize(rows);
 }
 
+void TicketSet::recall_Scores() {
+  if (!stored.scored) return;
+  for (std::size_t row = 0; row < size(); ++row) score[row] = stored.score[origin[row]];
+}
+
 std::size_t count_Tickets(Store& store, PeriodNo period) {
   return static_cast<std::size_t>(store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period));
 }
@@ -64,9 +46,6 @@ std::size_t count_Tickets(Store& store, PeriodNo period) {
 std::optional<TicketSet> load_Tickets(Store& store, PeriodNo period, const RowsDone& done) {
   TicketSet tickets;
   tickets.period = period;
-  const std::size_t rows = count_Tickets(store, period);
-  tickets.reserve(rows);
-  reserve_Stored(tickets.stored, rows);
   Query query = store.query(
       R"(SELECT "ID","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记","临时数据"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
@@ -83,34 +62,10 @@ std::optional<TicketSet> load_Tickets(Store& store, PeriodNo period, const RowsD
     tickets.stored.mark.push_back(static_cast<std::int8_t>(query.number(9)));
     tickets.stored.shrink.push_back(static_cast<std::int8_t>(query.number(10)));
     tickets.stored.score.push_back(query.number(11));
+    tickets.stored.scored = tickets.stored.scored || query.number(11) != 0;
   }
   if (done(tickets.size())) return std::nullopt;
   return tickets;
-}
-
-void save_Tickets(Store& store, const TicketSet& tickets, const RowsDone& done) {
-  StoreChange change(store);
-  std::size_t place = 0;
-  for (std::size_t row = 0; row < tickets.size(); ++row) {
-    if (row % kBlock == 0) done(row);
-    delete_Span(store, tickets, place, tickets.origin[row]);
-    place = tickets.origin[row] + std::size_t{1};
-  }
-  delete_Span(store, tickets, place, tickets.stored.id.size());
-
-  store.query(R"(UPDATE "日志表" SET "精选标记"=0 WHERE "期号"=? AND "精选标记"<>0)")
-      .bind(tickets.period)
-      .run();
-  Query update =
-      store.query(R"(UPDATE "日志表" SET "序号"=?,"过滤标记"=?,"缩水标记"=?,"临时数据"=? WHERE "ID"=?)");
-  for (std::size_t row = 0; row < tickets.size(); ++row) {
-    if (row % kBlock == 0) done(row);
-    if (!has_Changed(tickets, row)) continue;
-    update.bind(tickets.seq[row], int{tickets.mark[row]}, int{tickets.shrink[row]}, tickets.score[row],
-                tickets.stored.id[tickets.origin[row]]);
-    update.run();
-  }
-  change.commit();
 }
 
 }  // namespace lotmere

@@ -55,6 +55,7 @@ struct TicketSet {
     std::vector<std::int8_t> mark;
     std::vector<std::int8_t> shrink;
     std::vector<std::int32_t> score;
+    bool scored = false;  // whether any score isn't 0
   } stored;
 
   [[nodiscard]] std::size_t size() const { return balls.size(); }
@@ -72,6 +73,8 @@ struct TicketSet {
   }
   // Keeps the first `rows` tickets.
   void truncate(std::size_t rows);
+  // Sets the scores to those of the stored rows again, for a caller that moved tickets without them.
+  void recall_Scores();
 };
 
 // How many rows a period has in `日志表`.

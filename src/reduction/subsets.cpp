@@ -1,0 +1,76 @@
+#include "reduction/subsets.hpp"
+
+#include <bit>
+
+namespace lotmere {
+namespace {
+
+constexpr int kMost = CodeList::kMost;
+
+// C(n, k) for n up to 49, k up to 6.
+constexpr auto make_Choose() {
+  std::array<std::array<std::uint32_t, kMost>, kCodeCount + 1> choose{};
+  for (int n = 0; n <= kCodeCount; ++n) {
+    choose[n][0] = 1;
+    for (int k = 1; k < kMost && k <= n; ++k)
+      choose[n][k] = choose[n - 1][k - 1] + (k <= n - 1 ? choose[n - 1][k] : 0);
+  }
+  return choose;
+}
+constexpr auto kChoose = make_Choose();
+
+// The places of the subsets of one size of a list of one length.
+struct Subsets {
+  std::array<std::array<std::uint8_t, kMost>, 35> places{};
+  int count = 0;
+};
+
+constexpr Subsets make_Subsets(int numbers, int size) {
+  Subsets subsets;
+  for (unsigned set = 0; set < 1U << numbers; ++set) {
+    if (std::popcount(set) != size) continue;
+    int k = 0;
+    for (int place = 0; place < numbers; ++place)
+      if (set >> place & 1) subsets.places[subsets.count][k++] = static_cast<std::uint8_t>(place);
+    ++subsets.count;
+  }
+  return subsets;
+}
+
+constexpr auto make_AllSubsets() {
+  std::array<std::array<Subsets, kMost>, kMost + 1> all{};
+  for (int numbers = 1; numbers <= kMost; ++numbers)
+    for (int size = 1; size < kMost && size <= numbers; ++size)
+      all[numbers][size] = make_Subsets(numbers, size);
+  return all;
+}
+constexpr auto kSubsets = make_AllSubsets();
+
+}  // namespace
+
+SubsetMarks::SubsetMarks(int numbers, int size) : size_(size), bits_((kChoose[numbers][size] + 63) / 64) {}
+
+// A subset's bit is its rank: the sum of C(code, place) over its ascending codes.
+template <class Visit>
+bool SubsetMarks::visit_Subsets(const CodeList& list, Visit&& visit) const {
+  const Subsets& subsets = kSubsets[list.count][size_];
+  for (int i = 0; i < subsets.count; ++i) {
+    std::uint32_t rank = 0;
+    for (int k = 0; k < size_; ++k) rank += kChoose[list.codes[subsets.places[i][k]]][k + 1];
+    if (visit(rank)) return true;
+  }
+  return false;
+}
+
+void SubsetMarks::mark(const CodeList& list) {
+  visit_Subsets(list, [this](std::uint32_t rank) {
+    bits_[rank / 64] |= std::uint64_t{1} << rank % 64;
+    return false;
+  });
+}
+
+bool SubsetMarks::any(const CodeList& list) const {
+  return visit_Subsets(list, [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
+}
+
+}  // namespace lotmere

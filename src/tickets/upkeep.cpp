@@ -1,0 +1,25 @@
+#include "tickets/upkeep.hpp"
+
+namespace lotmere {
+
+PeriodNo first_TicketPeriod(Store& store) {
+  return static_cast<PeriodNo>(
+      store.value(R"(SELECT "期号" FROM "日志表" ORDER BY "期号" ASC,"序号" ASC LIMIT 1)"));
+}
+
+void clear_Tickets(Store& store, Desk& desk, PeriodNo period) {
+  if (period == 0)
+    store.query(R"(DELETE FROM "日志表")").run();
+  else
+    store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
+  desk.running_Text().append_Line("表格中号码全部删除已完成．");
+}
+
+bool clear_AllTickets(Store& store, Desk& desk) {
+  if (!desk.ask("确认要删除全部记录吗？")) return false;
+  clear_Tickets(store, desk, 0);
+  desk.tell("删除记录完成！");
+  return true;
+}
+
+}  // namespace lotmere
