@@ -1,0 +1,72 @@
+// One command of the command line: its name, what it takes, and what it does with the open store.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/home.hpp"
+#include "core/platform.hpp"
+#include "core/store.hpp"
+
+namespace CLI {
+class App;
+}
+
+namespace lotmere {
+
+// What a command runs with. Results go to `out`; what the person must know goes through the desk.
+struct Session {
+  const Home& home;
+  Store& store;
+  Desk& desk;
+  std::ostream& out;
+};
+
+inline constexpr int kExitDone = 0;
+inline constexpr int kExitRefused = 1;
+inline constexpr int kExitUsage = 2;
+
+class Command {
+ public:
+  Command(const char* group, const char* name, const char* description)
+      : group_(group), name_(name), description_(description) {}
+  Command(const Command&) = delete;
+  Command& operator=(const Command&) = delete;
+  virtual ~Command() = default;
+
+  [[nodiscard]] const char* group() const { return group_; }
+  [[nodiscard]] const char* name() const { return name_; }
+  [[nodiscard]] const char* description() const { return description_; }
+
+  virtual void add_Options(CLI::App& /*app*/) {}
+  // Exit status: kExitDone, or kExitRefused after the desk told why.
+  virtual int run(Session& session) = 0;
+
+ private:
+  const char* group_;
+  const char* name_;
+  const char* description_;
+};
+
+using CommandList = std::vector<std::unique_ptr<Command>>;
+void add_DrawCommands(CommandList& list);
+void add_NumberCommands(CommandList& list);
+void add_ConditionCommands(CommandList& list);
+void add_TicketCommands(CommandList& list);
+
+// A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
+[[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
+
+// Tells a refusal and gives its exit status.
+int refuse(Desk& desk, std::string_view text);
+
+// "01 04 16 22 26 31+04"
+[[nodiscard]] std::string numbers_Text(const DrawNumbers& numbers);
+
+}  // namespace lotmere

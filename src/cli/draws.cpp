@@ -1,0 +1,158 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/command.hpp"
+#include "core/periods.hpp"
+#include "core/text.hpp"
+#include "history/curl_fetcher.hpp"
+#include "history/download.hpp"
+#include "history/draw_stats.hpp"
+#include "history/entry.hpp"
+#include "history/upkeep.hpp"
+
+namespace lotmere {
+namespace {
+
+class FetchCommand final : public Command {
+ public:
+  FetchCommand() : Command("draws", "fetch", "下载开奖数据并合并到历史记录") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("ADDRESS", address_,
+                   "开奖数据的地址（http、https 或 file），下载成功后记住，下次可以不写");
+    app.add_flag("--all", all_, "一直下载到没有更新的数据为止");
+  }
+
+  int run(Session& session) override {
+    const std::string address = address_.empty() ? download_Address(session.store) : address_;
+    if (address.empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
+    const auto fetcher = make_CurlFetcher();
+    const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
+                                       : downloadDraws(session.store, session.desk, *fetcher, address);
+    if (!result.ok) return kExitRefused;
+    remember_Address(session.store, address);
+    session.out << fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，最新一期 {}\n", result.added,
+                               result.overwritten, result.skipped, latestPeriod(session.store));
+    return kExitDone;
+  }
+
+ private:
+  std::string address_;
+  bool all_ = false;
+};
+
+class AddCommand final : public Command {
+ public:
+  AddCommand() : Command("draws", "add", "录入一期开奖号码并统计") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("PERIOD", period_, "期号，如 2007001")->required();
+    app.add_option("DATE", date_, "开奖日期，如 2007-01-02")->required();
+    app.add_option("NUMBERS", numbers_, "六个红球和一个蓝球")->required()->expected(kRedsPerTicket + 1);
+  }
+
+  int run(Session& session) override {
+    const auto period = read_Period(session.desk, period_);
+    if (!period) return kExitRefused;
+    const auto date = parse_Date(date_);
+    if (!date) return refuse(session.desk, fmt::format("日期“{}”不对，应为 YYYY-MM-DD。", date_));
+    DrawEntry entry{period_, {}, std::to_string(numbers_.back())};
+    for (int i = 0; i < kRedsPerTicket; ++i) entry.reds[i] = std::to_string(numbers_[i]);
+    const CheckedEntry checked = checkManualEntry(entry);
+    if (!checked.ok) {
+      session.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
+      return kExitRefused;
+    }
+    saveDraw(session.store, session.desk, *period, *date, checked.numbers, Recalc::yes);
+    session.out << fmt::format("{} {} {}\n", *period, format_Date(*date), numbers_Text(checked.numbers));
+    return kExitDone;
+  }
+
+ private:
+  std::string period_;
+  std::string date_;
+  std::vector<int> numbers_;
+};
+
+class DeleteCommand final : public Command {
+ public:
+  DeleteCommand() : Command("draws", "delete", "删除一期开奖记录") {}
+
+  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
+
+  int run(Session& session) override {
+    const auto period = read_Period(session.desk, period_);
+    if (!period) return kExitRefused;
+    return deleteDraw(session.store, session.desk, *period) ? kExitDone : kExitRefused;
+  }
+
+ private:
+  std::string period_;
+};
+
+class ListCommand final : public Command {
+ public:
+  ListCommand() : Command("draws", "list", "列出开奖记录，一期一行") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("--last", last_, "只列最近的几期")->check(CLI::PositiveNumber);
+  }
+
+  int run(Session& session) override {
+    Query rows = session.store.query(
+        R"(SELECT * FROM (SELECT "期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
+           ORDER BY "期号" DESC LIMIT ?) ORDER BY "期号" ASC)");
+    rows.bind(last_);
+    while (rows.next()) {
+      DrawNumbers numbers;
+      for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = rows.number(2 + i);
+      numbers.blue = rows.number(2 + kRedsPerTicket);
+      session.out << fmt::format("{} {} {}\n", rows.number(0), rows.text(1), numbers_Text(numbers));
+    }
+    return kExitDone;
+  }
+
+ private:
+  int last_ = -1;  // no limit
+};
+
+class StatsCommand final : public Command {
+ public:
+  StatsCommand() : Command("draws", "stats", "重新统计一段期号的各项值") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("FROM", from_, "起始期号")->required();
+    app.add_option("TO", to_, "结束期号")->required();
+  }
+
+  int run(Session& session) override {
+    const auto from = read_Period(session.desk, from_);
+    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
+    if (!to) return kExitRefused;
+    if (*from > *to) return refuse(session.desk, "起始期号不能大于结束期号。");
+    const auto rows =
+        session.store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", *from, *to);
+    if (rows == 0) return refuse(session.desk, "这段期号里没有开奖记录。");
+    calc_DrawStats(session.store, session.desk, *from, *to);
+    session.out << fmt::format("统计完成，共 {} 期\n", rows);
+    return kExitDone;
+  }
+
+ private:
+  std::string from_;
+  std::string to_;
+};
+
+}  // namespace
+
+void add_DrawCommands(CommandList& list) {
+  list.push_back(std::make_unique<FetchCommand>());
+  list.push_back(std::make_unique<AddCommand>());
+  list.push_back(std::make_unique<DeleteCommand>());
+  list.push_back(std::make_unique<ListCommand>());
+  list.push_back(std::make_unique<StatsCommand>());
+}
+
+}  // namespace lotmere

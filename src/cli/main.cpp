@@ -1,0 +1,32 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+#include "cli/app.hpp"
+#include "core/desk_terminal.hpp"
+
+namespace {
+
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+void on_Interrupt(int /*signal*/) { lotmere::TerminalDesk::interrupt(); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
+  std::signal(SIGINT, on_Interrupt);
+  std::ios::sync_with_stdio(false);
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  const lotmere::Surroundings surroundings{program.parent_path(), variable("XDG_DATA_HOME"), variable("HOME"),
+                                           ::isatty(STDERR_FILENO) != 0};
+  return lotmere::run_Cli({argv + 1, argv + argc}, std::cout, std::cerr, surroundings);
+}

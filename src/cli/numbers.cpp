@@ -1,0 +1,95 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/command.hpp"
+#include "conditions/condition_store.hpp"
+#include "core/number_list.hpp"
+#include "core/text.hpp"
+#include "tickets/selection.hpp"
+
+namespace lotmere {
+namespace {
+
+std::string ball_List(const std::vector<int>& numbers) {
+  std::string text;
+  for (const int n : numbers) text += " " + format_Ball(n);
+  return text;
+}
+
+void print_Selection(Session& session) {
+  const NumberSelection selection = load_Selection(session.store);
+  session.out << "红球拖码:" << ball_List(picked_Reds(selection, PickState::tuo)) << '\n'
+              << "红球胆码:" << ball_List(picked_Reds(selection, PickState::dan)) << '\n'
+              << "蓝球拖码:" << ball_List(picked_Blues(selection, PickState::tuo)) << '\n'
+              << "蓝球胆码:" << ball_List(picked_Blues(selection, PickState::dan)) << '\n'
+              << fmt::format("注数: {}\n", count_Combos(selection).tickets);
+}
+
+class PickCommand final : public Command {
+ public:
+  PickCommand() : Command("numbers", "pick", "选取号码，替换原来的选号；L 如 1,2,5-9") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("--red-tuo", lists_[0], "红球拖码");
+    app.add_option("--red-dan", lists_[1], "红球胆码");
+    app.add_option("--blue-tuo", lists_[2], "蓝球拖码");
+    app.add_option("--blue-dan", lists_[3], "蓝球胆码");
+  }
+
+  int run(Session& session) override {
+    NumberSelection selection;
+    for (int i = 0; i < 4; ++i) {
+      if (!lists_[i]) continue;
+      const bool blue = i >= 2;
+      const auto numbers = parse_NumberList(*lists_[i], 1, blue ? kBlueCount : kRedCount);
+      if (!numbers)
+        return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
+                                                *lists_[i], blue ? kBlueCount : kRedCount));
+      for (const int n : *numbers) {
+        PickState& state = blue ? selection.blue[n] : selection.red[n];
+        if (state != PickState::none)
+          return refuse(session.desk, fmt::format("号码 {} 不能既是拖码又是胆码。", format_Ball(n)));
+        state = i % 2 == 0 ? PickState::tuo : PickState::dan;
+      }
+    }
+    if (!replace_Selection(session.store, session.desk, selection)) return kExitRefused;
+    print_Selection(session);
+    return kExitDone;
+  }
+
+ private:
+  std::array<std::optional<std::string>, 4> lists_;
+};
+
+class ShowCommand final : public Command {
+ public:
+  ShowCommand() : Command("numbers", "show", "显示已选的号码和注数") {}
+  int run(Session& session) override {
+    print_Selection(session);
+    return kExitDone;
+  }
+};
+
+class ClearCommand final : public Command {
+ public:
+  ClearCommand() : Command("numbers", "clear", "清空已选的号码") {}
+  int run(Session& session) override {
+    StoreChange change(session.store);
+    clear_RedPicks(session.store);
+    clear_BluePicks(session.store);
+    change.commit();
+    return kExitDone;
+  }
+};
+
+}  // namespace
+
+void add_NumberCommands(CommandList& list) {
+  list.push_back(std::make_unique<PickCommand>());
+  list.push_back(std::make_unique<ShowCommand>());
+  list.push_back(std::make_unique<ClearCommand>());
+}
+
+}  // namespace lotmere

@@ -1,0 +1,159 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/command.hpp"
+#include "core/text.hpp"
+#include "files/export.hpp"
+#include "pipeline/run.hpp"
+#include "tickets/init.hpp"
+#include "tickets/upkeep.hpp"
+
+namespace lotmere {
+namespace {
+
+// A command that works on the tickets of one period.
+class PeriodCommand : public Command {
+ public:
+  using Command::Command;
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("PERIOD", period_, "期号，如 2007001")->required();
+  }
+
+  int run(Session& session) override {
+    const auto period = read_Period(session.desk, period_);
+    return period ? run_Period(session, *period) : kExitRefused;
+  }
+
+ protected:
+  virtual int run_Period(Session& session, PeriodNo period) = 0;
+
+ private:
+  std::string period_;
+};
+
+class InitCommand final : public PeriodCommand {
+ public:
+  InitCommand() : PeriodCommand("tickets", "init", "把已选的号码展开成一期的全部号码") {}
+
+ protected:
+  int run_Period(Session& session, PeriodNo period) override {
+    const InitResult result = init_Tickets(session.store, session.desk, period);
+    if (!result.stopped) return result.done ? kExitDone : kExitRefused;
+    return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", to_QuanJiao(result.rows)));
+  }
+};
+
+class RunCommand final : public PeriodCommand {
+ public:
+  RunCommand() : PeriodCommand("tickets", "run", "过滤缩水，并显示过程") {}
+
+ protected:
+  int run_Period(Session& session, PeriodNo period) override {
+    const RunResult result = run_Pipeline(session.store, session.desk, period);
+    std::string_view text = trim(session.desk.running_Text().text());
+    if (!result.ran) return refuse(session.desk, text);
+    for (const char c : text)
+      if (c != '\r') session.out << c;
+    session.out << '\n';
+    return kExitDone;
+  }
+};
+
+class ListCommand final : public Command {
+ public:
+  ListCommand() : Command("tickets", "list", "列出号码，一注一行：期号、序号、号码") {}
+
+  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "只列这一期"); }
+
+  int run(Session& session) override {
+    PeriodNo wanted = 0;
+    if (!period_.empty()) {
+      const auto period = read_Period(session.desk, period_);
+      if (!period) return kExitRefused;
+      wanted = *period;
+    }
+    Query rows = session.store.query(
+        R"(SELECT "期号","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表"
+           WHERE ?1=0 OR "期号"=?1 ORDER BY "期号" ASC,"序号" ASC)");
+    rows.bind(wanted);
+    while (rows.next()) {
+      DrawNumbers numbers;
+      for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = rows.number(2 + i);
+      numbers.blue = rows.number(2 + kRedsPerTicket);
+      session.out << fmt::format("{} {} {}\n", rows.number(0), rows.number(1), numbers_Text(numbers));
+    }
+    return kExitDone;
+  }
+
+ private:
+  std::string period_;
+};
+
+class ClearCommand final : public Command {
+ public:
+  ClearCommand() : Command("tickets", "clear", "删除全部号码") {}
+  int run(Session& session) override {
+    return clear_AllTickets(session.store, session.desk) ? kExitDone : kExitRefused;
+  }
+};
+
+class ExportCommand final : public Command {
+ public:
+  ExportCommand() : Command("tickets", "export", "把号码写到文本文件，一注一行") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("FILE", file_, "文件名")->required();
+    app.add_option("--columns", columns_, "内容，用逗号隔开：序号,期号,号码,分隔行（不写时只有号码）");
+    app.add_option("--format", switches_.format, "0 淘宝彩票网格式，1 财付通彩票格式")
+        ->check(CLI::Range(0, 1));
+  }
+
+  int run(Session& session) override {
+    if (columns_ && !read_Columns())
+      return refuse(session.desk, fmt::format("内容“{}”不对，可用：序号,期号,号码,分隔行。", *columns_));
+    const int count = export_Command(session.store, session.desk, file_, switches_);
+    if (count == 0) return kExitRefused;
+    session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
+    return kExitDone;
+  }
+
+ private:
+  bool read_Columns() {
+    switches_.numbers = false;
+    for (std::size_t from = 0; from <= columns_->size();) {
+      const std::size_t end = std::min(columns_->find(',', from), columns_->size());
+      const std::string_view name = trim(std::string_view(*columns_).substr(from, end - from));
+      if (name == "序号")
+        switches_.seq = true;
+      else if (name == "期号")
+        switches_.period = true;
+      else if (name == "号码")
+        switches_.numbers = true;
+      else if (name == "分隔行")
+        switches_.separator = true;
+      else
+        return false;
+      from = end + 1;
+    }
+    return true;
+  }
+
+  std::string file_;
+  std::optional<std::string> columns_;
+  ExportSwitches switches_;
+};
+
+}  // namespace
+
+void add_TicketCommands(CommandList& list) {
+  list.push_back(std::make_unique<InitCommand>());
+  list.push_back(std::make_unique<RunCommand>());
+  list.push_back(std::make_unique<ListCommand>());
+  list.push_back(std::make_unique<ClearCommand>());
+  list.push_back(std::make_unique<ExportCommand>());
+}
+
+}  // namespace lotmere
