@@ -1,0 +1,251 @@
+#include "workloads.hpp"
+
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "conditions/condition_store.hpp"
+#include "core/periods.hpp"
+#include "floors.hpp"
+#include "history/draw_stats.hpp"
+#include "pipeline/run.hpp"
+#include "reduction/cover.hpp"
+#include "tickets/init.hpp"
+#include "world.hpp"
+
+namespace lotmere::bench {
+namespace {
+
+using benchmark::State;
+
+// Sizes of a full run and of a smoke run.
+struct Sizes {
+  int reds;  // picked, with 8 blues
+  int blues;
+  int draws;
+  int rounds;  // of floor and subject in turn
+};
+constexpr Sizes kFull{17, 8, 3500, 5};
+constexpr Sizes kSmoke{9, 4, 60, 1};
+
+void check(bool holds, const char* what) {
+  if (!holds) throw std::runtime_error(what);
+}
+
+void report(State& state, double subject, double floor, double ratio, std::size_t items) {
+  state.SetIterationTime(subject);
+  state.counters["ratio"] = ratio;
+  state.counters["subject_ms"] = subject * 1000;
+  state.counters["floor_ms"] = floor * 1000;
+  if (items != 0) state.counters["items"] = static_cast<double>(items);
+  if (items != 0) state.counters["items_per_s"] = static_cast<double>(items) / subject;
+  state.counters["peak_MB"] = peak_Megabytes();
+}
+
+void init_100k(State& state, const Sizes& sizes) {
+  World world;
+  world.pick(sizes.reds, sizes.blues);
+  const TicketSet tickets = make_Tickets(load_Selection(world.store()), kTarget);
+  const auto other = world.other_Store();
+  QuietDesk desk;
+  for (auto _ : state) {
+    double floor = 1e9;
+    double subject = 1e9;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      other->db().exec("DELETE FROM \"日志表\"");
+      world.store().db().exec("DELETE FROM \"日志表\"");
+      floor = std::min(floor, seconds([&] { insert_Plainly(*other, tickets); }));
+      subject = std::min(subject, seconds([&] { init_Tickets(world.store(), desk, kTarget); }));
+    }
+    check(count_Tickets(world.store(), kTarget) == tickets.size(), "init-100k wrote other rows");
+    report(state, subject, floor, subject / floor, tickets.size());
+  }
+}
+
+// A world whose table holds the tickets, every condition on.
+void set_Up(World& world, const Sizes& sizes) {
+  world.add_Draws(sizes.draws);
+  world.pick(sizes.reds, sizes.blues);
+  world.set_ShrinkType(7);
+  world.use_AllConditions(make_Tickets(load_Selection(world.store()), kTarget));
+  QuietDesk desk;
+  init_Tickets(world.store(), desk, kTarget);
+}
+
+// What a run left, for rows whose IDs start at another number.
+std::vector<PlainRow> shift_IDs(std::vector<PlainRow> rows, std::int64_t step) {
+  for (PlainRow& row : rows) row.id += step;
+  return rows;
+}
+
+std::int64_t first_ID(Store& store) { return store.value(R"(SELECT min("ID") FROM "日志表")"); }
+
+void run_100k(State& state, const Sizes& sizes) {
+  World world;
+  set_Up(world, sizes);
+  Store& store = world.store();
+  QuietDesk desk;
+  for (auto _ : state) {
+    double floor = 1e9;
+    double subject = 1e9;
+    std::size_t survivors = 0;
+    std::size_t tickets = 0;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      tickets = static_cast<std::size_t>(init_Tickets(store, desk, kTarget).rows);
+      const std::int64_t first = first_ID(store);
+      subject = std::min(subject, seconds([&] { run_Pipeline(store, desk, kTarget); }));
+      const auto left = read_Plainly(store, kTarget);
+      survivors = left.size();
+
+      init_Tickets(store, desk, kTarget);
+      const auto after = shift_IDs(left, first_ID(store) - first);
+      floor = std::min(floor, seconds([&] { write_Plainly(store, read_Plainly(store, kTarget), after); }));
+      check(count_Tickets(store, kTarget) == survivors, "the floor left other rows");
+    }
+    report(state, subject, floor, subject / floor, tickets);
+    state.counters["survivors"] = static_cast<double>(survivors);
+  }
+}
+
+void run_100k_walk(State& state, const Sizes& sizes) {
+  World world;
+  set_Up(world, sizes);
+  Store& store = world.store();
+  QuietDesk desk;
+  // The walk covers the figure passes; the run it stands against leaves the others off too.
+  for (const Condition& condition : catalogue())
+    if (condition.kind == CellKind::position || condition.kind == CellKind::combination ||
+        condition.kind == CellKind::sum_family || condition.kind == CellKind::setting)
+      set_Usage(store, condition.usage, false);
+  store.db().exec("UPDATE \"历史数据过滤\" SET \"使用状态\"=0");
+  for (auto _ : state) {
+    init_Tickets(store, desk, kTarget);
+    const double subject = seconds([&] { run_Pipeline(store, desk, kTarget); });
+    const std::size_t survivors = count_Tickets(store, kTarget);
+    init_Tickets(store, desk, kTarget);
+    int passes = 0;
+    const double walk = seconds([&] { passes = walk_Passes(store, kTarget); });
+    check(count_Tickets(store, kTarget) == survivors, "the walk left other rows");
+    report(state, subject, walk, walk / subject, 0);
+    state.counters["passes"] = passes;
+    state.counters["survivors"] = static_cast<double>(survivors);
+  }
+}
+
+// The centres of a set by bitmaps.
+std::size_t count_Centres(const TicketSet& tickets, int shared) {
+  Cover cover(shared);
+  std::size_t centres = 0;
+  for (const Balls balls : tickets.balls) centres += cover.take(balls);
+  return centres;
+}
+
+TicketSet selected_Tickets(const Sizes& sizes) {
+  World world;
+  world.pick(sizes.reds, sizes.blues);
+  return make_Tickets(load_Selection(world.store()), kTarget);
+}
+
+void shrink_100k(State& state, const Sizes& sizes, int shared) {
+  const TicketSet tickets = selected_Tickets(sizes);
+  for (auto _ : state) {
+    std::size_t centres = 0;
+    std::size_t literal_centres = 0;
+    double subject = 1e9;
+    for (int round = 0; round < sizes.rounds; ++round)
+      subject = std::min(subject, seconds([&] { centres = count_Centres(tickets, shared); }));
+    const double literal = seconds([&] { literal_centres = shrink_Literally(tickets, 6).size(); });
+    if (shared == 6) check(centres == literal_centres, "the two shrinks differ");
+    report(state, subject, literal, literal / subject, tickets.size());
+    state.counters["centres"] = static_cast<double>(centres);
+  }
+}
+
+void shrink_All(State& state, int shared) {
+  const TicketSet small = selected_Tickets(kFull);
+  const TicketSet all = make_Tickets(whole_Game(), kTarget);
+  for (auto _ : state) {
+    double floor = 1e9;
+    for (int round = 0; round < 5; ++round)
+      floor = std::min(floor, seconds([&] { benchmark::DoNotOptimize(count_Centres(small, shared)); }));
+    std::size_t centres = 0;
+    const double subject = seconds([&] { centres = count_Centres(all, shared); });
+    const double per_ticket = subject / static_cast<double>(all.size());
+    report(state, subject, floor, per_ticket / (floor / static_cast<double>(small.size())), all.size());
+    state.counters["centres"] = static_cast<double>(centres);
+  }
+}
+
+// All passes but the shrink over a set in memory; returns the seconds, and the tickets walked by every pass
+// in `walked`.
+double pass_All(World& world, TicketSet tickets, double& walked) {
+  QuietDesk desk;
+  Store& store = world.store();
+  const CombinationTurns turns = prepare_Combinations(store, desk, periodsBack(store, kTarget, 1));
+  PipelineRun run{store, desk, tickets, kTarget};
+  const double time = seconds([&] { run_Passes(run, turns); });
+  walked = static_cast<double>(tickets.size());
+  return time;
+}
+
+void passes_All(State& state, const Sizes& sizes) {
+  World world;
+  world.add_Draws(sizes.draws);
+  world.set_ShrinkType(7);
+  world.pick(sizes.reds, sizes.blues);
+  TicketSet small = make_Tickets(load_Selection(world.store()), kTarget);
+  TicketSet all = make_Tickets(whole_Game(), kTarget);
+  world.use_AllConditions(small);
+  for (auto _ : state) {
+    const auto small_size = static_cast<double>(small.size());
+    const auto all_size = static_cast<double>(all.size());
+    double left = 0;
+    const double floor = pass_All(world, std::move(small), left);
+    const double subject = pass_All(world, std::move(all), left);
+    report(state, subject, floor, (subject / all_size) / (floor / small_size),
+           static_cast<std::size_t>(all_size));
+    state.counters["survivors"] = left;
+  }
+}
+
+void stats_3500(State& state, const Sizes& sizes) {
+  World world;
+  world.add_Draws(sizes.draws);
+  QuietDesk desk;
+  for (auto _ : state) {
+    double subject = 1e9;
+    for (int round = 0; round < sizes.rounds; ++round)
+      subject =
+          std::min(subject, seconds([&] { calc_DrawStats(world.store(), desk, 2001001, kTarget - 1); }));
+    const double floor = seconds([&] { count_Temperatures(world.store(), sizes.draws); });
+    report(state, subject, floor, floor / subject, static_cast<std::size_t>(sizes.draws));
+  }
+}
+
+template <class Workload>
+void add(const std::string& name, Workload&& workload) {
+  benchmark::RegisterBenchmark(name.c_str(), std::forward<Workload>(workload))
+      ->Iterations(1)
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond);
+}
+
+}  // namespace
+
+void register_Workloads(bool smoke) {
+  const Sizes sizes = smoke ? kSmoke : kFull;
+  add("init-100k", [=](State& state) { init_100k(state, sizes); });
+  add("run-100k-all", [=](State& state) { run_100k(state, sizes); });
+  add("run-100k-walk", [=](State& state) { run_100k_walk(state, sizes); });
+  for (int shared = 3; shared <= 6; ++shared)
+    add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
+  add("stats-3500", [=](State& state) { stats_3500(state, sizes); });
+  if (smoke) return;
+  for (int shared = 3; shared <= 6; ++shared)
+    add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrink_All(state, shared); });
+  add("passes-all", [=](State& state) { passes_All(state, sizes); });
+}
+
+}  // namespace lotmere::bench

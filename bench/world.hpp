@@ -1,0 +1,67 @@
+// What the workloads run on: a store with invented draws, a selection of some 100,000 tickets, every
+// condition on.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "core/desk_script.hpp"
+#include "core/store.hpp"
+#include "tickets/selection.hpp"
+#include "tickets/ticket_set.hpp"
+
+namespace lotmere::bench {
+
+inline constexpr PeriodNo kTarget = 2099001;  // a period behind every invented draw
+
+// A desk that nobody sits at.
+class QuietDesk final : public ScriptedDesk {
+ public:
+  bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return true; }
+  void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
+  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+};
+
+// A temporary folder with a store, removed at the end.
+class World {
+ public:
+  World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+  ~World();
+
+  [[nodiscard]] Store& store() { return *store_; }
+  // An empty store beside the first one, for floors that must not disturb it.
+  [[nodiscard]] std::unique_ptr<Store> other_Store();
+
+  void add_Draws(int count);
+  // Picks `reds` reds and `blues` blues as Tuo: 17 and 8 make 99,008 tickets.
+  void pick(int reds, int blues);
+  // Switches every condition on, each allowing the most frequent figures that hold 99.5 percent of the
+  // tickets. History-relative conditions read the draws, so those come first.
+  void use_AllConditions(const TicketSet& tickets);
+  void set_ShrinkType(int type);
+
+ private:
+  std::filesystem::path folder_;
+  std::unique_ptr<Store> store_;
+};
+
+// Every ticket of a selection, in memory alone.
+[[nodiscard]] TicketSet make_Tickets(const NumberSelection& selection, PeriodNo period);
+[[nodiscard]] NumberSelection whole_Game();
+
+// Seconds that a call takes.
+template <class Call>
+double seconds(Call&& call) {
+  const auto start = std::chrono::steady_clock::now();
+  call();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// The highest resident memory of the process so far, in MB.
+[[nodiscard]] double peak_Megabytes();
+
+}  // namespace lotmere::bench
