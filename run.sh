@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs the main job on the command line, in a temporary home that goes away again: sample draws, picked numbers,
+# conditions, initialisation, filters, shrink, export.
+set -euo pipefail
+cd "$(dirname "$0")"
+scripts/setup.sh
+cmake --preset release > /dev/null
+cmake --build --preset release --target lotmere-cli
+
+home=$(mktemp -d)
+tickets=$(mktemp --suffix=.txt)
+trap 'rm -rf "$home"' EXIT
+lotmere() { build/release/bin/lotmere-cli --home "$home" "$@"; }
+
+echo "== 开奖数据（虚构的示例）"
+lotmere draws fetch --all "file://$PWD/samples/draws.txt"
+lotmere draws list --last 3
+echo "== 选号"
+lotmere numbers pick --red-tuo 1,3,5,8,10,12,15,17,19,22,24,26,29,31,33 --blue-tuo 2,7,11,16
+echo "== 过滤条件"
+lotmere conditions use 尾数形式 on
+lotmere conditions allow 奇数个数 2-4
+lotmere conditions allow 大数个数 2-4
+lotmere conditions use 重叠号 on
+lotmere conditions list | awk -F '\t' '$3 == "on"'
+echo "== 初始化"
+lotmere tickets init 2026001
+echo "== 过滤缩水"
+lotmere tickets run 2026001
+echo "== 导出"
+lotmere tickets export "$tickets" --columns 序号,号码
+head -n 5 "$tickets"
