@@ -118,9 +118,12 @@ std::optional<Condition> find_Condition(Store& store, std::string_view name_or_u
   UsageId usage = 0;
   const auto [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), usage);
   if (error != std::errc{} || end != wanted.data() + wanted.size()) usage = 0;
-  for (Condition& condition : all_Conditions(store))
-    if (condition.name == wanted || (usage != 0 && condition.usage == usage)) return std::move(condition);
-  return std::nullopt;
+  const auto list = all_Conditions(store);
+  const auto found = std::find_if(list.begin(), list.end(), [&](const Condition& condition) {
+    return condition.name == wanted || (usage != 0 && condition.usage == usage);
+  });
+  if (found == list.end()) return std::nullopt;
+  return *found;
 }
 
 std::string item_Text(const Condition& condition, int k) {

@@ -106,6 +106,7 @@ const Family* family_OfUsage(UsageId usage) {
 
 GroupTable load_GroupTable(Store& store, const Family& family, int groups) {
   std::vector<std::string> columns;
+  columns.reserve(static_cast<std::size_t>(groups));
   for (int g = 0; g < groups; ++g)
     columns.push_back(std::string(family.column) + std::to_string(family.first_suffix + g));
   Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"INDEX\" ASC",

@@ -61,11 +61,12 @@ std::optional<std::vector<int>> parse_Texts(const Condition& condition, std::str
 }
 
 std::string refusal(const Condition& condition) {
-  if (has_Texts(condition.kind))
-    return fmt::format("“{}”没有这样的取值，可用的取值（用分号隔开）如：{}", condition.name,
-                       bare_Text(condition, 0));
-  return fmt::format("“{}”的取值应为 0 到 {} 之间的数字，如 1,3-5。", condition.name,
-                     cell_Count(condition) - 1);
+  if (!has_Texts(condition.kind))
+    return fmt::format("“{}”的取值应为 0 到 {} 之间的数字，如 1,3-5。", condition.name,
+                       cell_Count(condition) - 1);
+  std::string all;
+  for (int k = 0; k < cell_Count(condition); ++k) all += (k == 0 ? "" : ";") + bare_Text(condition, k);
+  return fmt::format("“{}”可用的取值（用分号隔开）：{}", condition.name, all);
 }
 
 }  // namespace

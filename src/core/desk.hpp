@@ -66,6 +66,19 @@ class Desk {
   bool stop_requested_ = false;
 };
 
+// An operation that a person can stop: the `StopFlag` is down again when it ends, on the route of a failure as well, so that the next one
+// doesn't stop at once.
+class StopScope {
+ public:
+  explicit StopScope(Desk& desk) : desk_(desk) {}
+  StopScope(const StopScope&) = delete;
+  StopScope& operator=(const StopScope&) = delete;
+  ~StopScope() { desk_.clear_Stop(); }
+
+ private:
+  Desk& desk_;
+};
+
 // A job under way: the bar from 0 to `maximum`. Its end puts the controls back, on the route of a failure as
 // well.
 class Job {

@@ -60,7 +60,7 @@ bool mend_Store(const Home& home, Desk& desk, FileSystem& files) {
 }  // namespace
 
 Home find_Home(const fs::path& program_folder, const std::string& data_home, const std::string& user_home) {
-  const Home beside{program_folder};
+  Home beside{program_folder};
   std::error_code unreadable;
   if (fs::exists(beside.main_Db(), unreadable) || fs::exists(program_folder / "portable", unreadable))
     return beside;

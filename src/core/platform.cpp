@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <system_error>
 
@@ -21,8 +22,8 @@ namespace fs = std::filesystem;
 // A file descriptor that closes itself.
 class Descriptor {
  public:
-  Descriptor(const fs::path& path, int flags, mode_t mode = S_IRUSR | S_IWUSR)
-      : fd_(::open(path.c_str(), flags, mode)) {
+  // Takes over an open file; fails in the name of `path` where opening it failed.
+  Descriptor(int fd, const fs::path& path) : fd_(fd) {
     if (fd_ < 0) fail("open", path);
   }
   Descriptor(const Descriptor&) = delete;
@@ -50,7 +51,7 @@ class RealFiles final : public FileSystem {
   void remove(const fs::path& path) override { fs::remove(path); }
 
   void sync(const fs::path& path) override {
-    const Descriptor file(path, O_RDONLY | O_CLOEXEC);
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC), path);
     if (::fsync(file.get()) != 0) fail("fsync", path);
   }
 
@@ -60,12 +61,14 @@ class RealFiles final : public FileSystem {
   }
 
   void write_Whole(const fs::path& path, const std::string& bytes) override {
-    fs::path beside = path;
-    beside += ".new";
+    // A device or a pipe is no file to be replaced.
+    if (fs::exists(path) && !fs::is_regular_file(path))
+      throw fs::filesystem_error("write", path, std::make_error_code(std::errc::invalid_argument));
+    std::string beside = path.string() + ".XXXXXX";
+    const Descriptor file(::mkstemp(beside.data()), path);
     try {
-      const Descriptor file(beside, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC);
-      write_All(file, beside, bytes);
-      if (::fsync(file.get()) != 0) fail("fsync", beside);
+      write_All(file, path, bytes);
+      if (::fsync(file.get()) != 0) fail("fsync", path);
       replace(beside, path);
     } catch (...) {
       ::unlink(beside.c_str());
