@@ -89,10 +89,13 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
     return {};
   }
   Merge merge(store, desk, list);
+  StoreChange change(store);
   if (runs == Runs::one)
     merge.run(latestPeriod(store));
   else
     merge_All(store, merge, list);
+  remember_Address(store, address);
+  change.commit();
   desk.tell("已成功更新!");
   return merge.result();
 }

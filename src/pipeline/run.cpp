@@ -115,7 +115,10 @@ void run_Passes(PipelineRun& run, const CombinationTurns& turns) {
 }
 
 RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period) {
+  const StopScope stop(desk);
   RunResult result;
+  // The reference draw's figures and the tickets stand in one change: a crash leaves both as they were.
+  StoreChange change(store);
   // First, as it stands on the draws alone: a run without tickets leaves the reference draw up to date too.
   const CombinationTurns turns = prepare_Combinations(store, desk, periodsBack(store, period, 1));
   if (auto tickets = reset_Marks(store, desk, period)) {
@@ -123,12 +126,13 @@ RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period) {
     run_Passes(run, turns);
     save_Result(store, desk, *tickets);
     result = {true, desk.stop_Requested(), static_cast<std::int64_t>(tickets->size())};
-    desk.running_Text().append_Line(
-        fmt::format("{}：{} 注", result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
-                    to_QuanJiao(result.tickets)));
-    desk.serve();
   }
-  desk.clear_Stop();
+  change.commit();
+  if (!result.ran) return result;
+  desk.running_Text().append_Line(fmt::format("{}：{} 注",
+                                              result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
+                                              to_QuanJiao(result.tickets)));
+  desk.serve();
   return result;
 }
 

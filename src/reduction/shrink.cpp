@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <array>
 
 #include "core/text.hpp"
@@ -14,27 +13,40 @@ namespace {
 
 constexpr std::size_t kBlock = 2048;
 
-// The loop proper. Kept tickets move down to the front; with a stop the tickets behind the last one visited
-// move down too.
+void mark_Centre(TicketSet& tickets, std::size_t place, int type) {
+  tickets.shrink[place] = static_cast<std::int8_t>(type);
+  tickets.seq[place] = static_cast<std::int32_t>(place + 1);
+}
+
+// Moves the tickets from `row` on behind the first `kept` and ends the set there.
+void close_Gap(TicketSet& tickets, std::size_t kept, std::size_t row) {
+  for (; row < tickets.size(); ++row) tickets.move_Row(row, kept++);
+  tickets.truncate(kept);
+}
+
+// With the stop asked for beforehand the first ticket still becomes a centre, and one ticket is compared with it.
+std::int64_t keep_FirstCentre(TicketSet& tickets, int type) {
+  mark_Centre(tickets, 0, type);
+  const bool covered = tickets.size() > 1 && count_Shared(tickets.balls[0], tickets.balls[1]) >= type;
+  close_Gap(tickets, 1, covered ? 2 : 1);
+  return 1;
+}
+
+// The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind them.
 std::int64_t keep_Centres(Desk& desk, TicketSet& tickets, int type) {
   Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
+  if (desk.stop_Requested()) return keep_FirstCentre(tickets, type);
   Cover cover(type);
   std::size_t kept = 0;
   std::size_t row = 0;
-  // A flag that is up already ends the work behind the first comparison, as a flag that goes up later ends it
-  // behind the current block.
-  const std::size_t limit = desk.stop_Requested() ? std::min<std::size_t>(2, tickets.size()) : tickets.size();
-  for (; row < limit; ++row) {
+  for (; row < tickets.size(); ++row) {
     if (row % kBlock == 0 && row != 0 && job.advance(static_cast<std::int64_t>(row))) break;
     if (!cover.take(tickets.balls[row])) continue;
     tickets.move_Row(row, kept);
-    tickets.shrink[kept] = static_cast<std::int8_t>(type);
-    ++kept;
-    tickets.seq[kept - 1] = static_cast<std::int32_t>(kept);
+    mark_Centre(tickets, kept++, type);
   }
   const auto centres = static_cast<std::int64_t>(kept);
-  for (; row < tickets.size(); ++row) tickets.move_Row(row, kept++);
-  tickets.truncate(kept);
+  close_Gap(tickets, kept, row);
   return centres;
 }
 

@@ -52,6 +52,7 @@ InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period) {
   if (period < 1 || !check_Selection(store, desk, Tell::yes)) return result;
   const NumberSelection selection = load_Selection(store);
 
+  const StopScope stop(desk);
   StoreChange change(store);
   store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
   // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
@@ -66,7 +67,6 @@ InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period) {
 
   result.stopped = desk.stop_Requested();
   result.done = !result.stopped;
-  desk.clear_Stop();
   if (!result.done) return result;
   const std::string text = fmt::format("初始化选号完成!共 {} 注！", to_QuanJiao(result.rows));
   desk.tell(text);
