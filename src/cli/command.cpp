@@ -2,15 +2,39 @@
 
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+
 #include "core/text.hpp"
 
 namespace lotmere {
 
 std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text) {
-  const PeriodNo period = parse_Period(text);
-  if (period >= kDefaultPeriod && period % 1000 != 0) return period;
-  refuse(desk, fmt::format("期号“{}”不对，应为7位数字，如 2007001。", text));
+  // A prompt would cut what is too long; here a slip must not name another draw, so it is refused.
+  constexpr int last_year = 2099;
+  constexpr int most_draws = 366;
+  const bool digits =
+      text.size() == 7 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const PeriodNo period = digits ? parse_Period(text) : 0;
+  if (period >= kDefaultPeriod && period / 1000 <= last_year && period % 1000 >= 1 &&
+      period % 1000 <= most_draws)
+    return period;
+  refuse(desk, fmt::format("期号“{}”不对，应为年份加三位期次的7位数字，如 2007001。", text));
   return std::nullopt;
+}
+
+CLI::Validator whole_Number(int first, int last) {
+  const auto check = [=](std::string& text) -> std::string {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc{} || end != text.data() + text.size() || value < first ||
+        value > last)
+      return fmt::format("“{}”应为 {} 到 {} 的整数", text, first, last);
+    text = std::to_string(value);  // the parser itself would take a leading zero for octal
+    return {};
+  };
+  return CLI::Validator(check, "");
 }
 
 int refuse(Desk& desk, std::string_view text) {

@@ -16,7 +16,8 @@
 
 namespace CLI {
 class App;
-}
+class Validator;
+}  // namespace CLI
 
 namespace lotmere {
 
@@ -62,6 +63,9 @@ void add_TicketCommands(CommandList& list);
 
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
+
+// Lets a whole number of first to last through, in decimal digits and with leading zeros (09 is nine).
+[[nodiscard]] CLI::Validator whole_Number(int first, int last);
 
 // Tells a refusal and gives its exit status.
 int refuse(Desk& desk, std::string_view text);

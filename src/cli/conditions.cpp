@@ -21,15 +21,18 @@ std::optional<Condition> named_Condition(Session& session, const std::string& na
   return condition;
 }
 
+void print_Condition(Session& session, const Condition& condition) {
+  session.out << fmt::format("{}\t{}\t{}\t{}\n", condition.usage, condition.name,
+                             is_Used(session.store, condition.usage) ? "on" : "off",
+                             current_Value(session.store, condition));
+}
+
 class ListCommand final : public Command {
  public:
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
   int run(Session& session) override {
-    for (const Condition& condition : all_Conditions(session.store))
-      session.out << fmt::format("{}\t{}\t{}\t{}\n", condition.usage, condition.name,
-                                 is_Used(session.store, condition.usage) ? "on" : "off",
-                                 current_Value(session.store, condition));
+    for (const Condition& condition : all_Conditions(session.store)) print_Condition(session, condition);
     return kExitDone;
   }
 };
@@ -47,6 +50,7 @@ class UseCommand final : public Command {
     const auto condition = named_Condition(session, name_);
     if (!condition) return kExitRefused;
     use_Condition(session.store, *condition, state_ == "on");
+    print_Condition(session, *condition);
     return kExitDone;
   }
 
@@ -67,7 +71,9 @@ class AllowCommand final : public Command {
   int run(Session& session) override {
     const auto condition = named_Condition(session, name_);
     if (!condition) return kExitRefused;
-    return allow_Values(session.store, session.desk, *condition, values_) ? kExitDone : kExitRefused;
+    if (!allow_Values(session.store, session.desk, *condition, values_)) return kExitRefused;
+    print_Condition(session, *condition);
+    return kExitDone;
   }
 
  private:
@@ -82,26 +88,31 @@ class MembersCommand : public Command {
       : Command("conditions", name, description), column_(std::move(column)), count_(count) {}
 
   void add_Options(CLI::App& app) override {
-    app.add_option("INDEX", index_, fmt::format("1 到 {}", count_))->required()->check(CLI::Range(1, count_));
+    app.add_option("INDEX", index_, fmt::format("1 到 {}", count_))
+        ->required()
+        ->transform(whole_Number(1, count_));
     app.add_option("L", numbers_, "红球号码，如 1,2,5-9；写“无”清空")->required();
   }
 
   int run(Session& session) override {
     std::vector<int> members;
-    if (!trim(numbers_).empty() && numbers_ != "无") {
+    if (numbers_ != "无") {
       auto numbers = parse_NumberList(numbers_, 1, kRedCount);
       if (!numbers)
         return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
                                                 numbers_, kRedCount));
       members = std::move(*numbers);
     }
+    StoreChange change(session.store);
     set_Column(session.store, AttributeTable::first, column_ + std::to_string(index_), members);
-    return changed(session);
+    changed(session);
+    change.commit();
+    return kExitDone;
   }
 
  protected:
-  // What follows from a new division; the exit status.
-  virtual int changed(Session& /*session*/) { return kExitDone; }
+  // What follows from a new division, in the same change.
+  virtual void changed(Session& /*session*/) {}
 
  private:
   std::string column_;
@@ -115,9 +126,8 @@ class IntervalCommand final : public MembersCommand {
   IntervalCommand() : MembersCommand("interval", "设置区间1到区间4的号码", "区间", 4) {}
 
  protected:
-  int changed(Session& session) override {
+  void changed(Session& session) override {
     recountQuJian(session.store, session.desk, firstPeriod(session.store), latestPeriod(session.store));
-    return kExitDone;
   }
 };
 

@@ -32,9 +32,11 @@ class FetchCommand final : public Command {
     const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
                                        : downloadDraws(session.store, session.desk, *fetcher, address);
     if (!result.ok) return kExitRefused;
-    remember_Address(session.store, address);
-    session.out << fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，最新一期 {}\n", result.added,
-                               result.overwritten, result.skipped, latestPeriod(session.store));
+    session.out << fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，", result.added,
+                               result.overwritten, result.skipped)
+                << (session.store.value(R"(SELECT count(*) FROM "历史记录")") == 0
+                        ? "历史记录还是空的，首次下载请加 --all\n"
+                        : fmt::format("最新一期 {}\n", latestPeriod(session.store)));
     return kExitDone;
   }
 
@@ -50,7 +52,10 @@ class AddCommand final : public Command {
   void add_Options(CLI::App& app) override {
     app.add_option("PERIOD", period_, "期号，如 2007001")->required();
     app.add_option("DATE", date_, "开奖日期，如 2007-01-02")->required();
-    app.add_option("NUMBERS", numbers_, "六个红球和一个蓝球")->required()->expected(kRedsPerTicket + 1);
+    app.add_option("NUMBERS", numbers_, "六个红球和一个蓝球")
+        ->required()
+        ->expected(kRedsPerTicket + 1)
+        ->transform(whole_Number(0, 99));
   }
 
   int run(Session& session) override {
@@ -97,7 +102,7 @@ class ListCommand final : public Command {
   ListCommand() : Command("draws", "list", "列出开奖记录，一期一行") {}
 
   void add_Options(CLI::App& app) override {
-    app.add_option("--last", last_, "只列最近的几期")->check(CLI::PositiveNumber);
+    app.add_option("--last", last_, "只列最近的几期")->transform(whole_Number(1, 1'000'000));
   }
 
   int run(Session& session) override {

@@ -16,7 +16,11 @@ std::string variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-void on_Interrupt(int /*signal*/) { lotmere::TerminalDesk::interrupt(); }
+// The first Ctrl-C asks the job to stop in good order; a second one ends the process, which loses nothing that was stored.
+void on_Interrupt(int /*signal*/) {
+  lotmere::TerminalDesk::interrupt();
+  std::signal(SIGINT, SIG_DFL);
+}
 
 }  // namespace
 
