@@ -22,6 +22,11 @@ class QuietDesk final : public ScriptedDesk {
   bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return true; }
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
   void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+
+  std::int64_t rows_begun = 0;  // the sum of the sizes of all jobs
+
+ protected:
+  void begin_Job(std::int64_t maximum, bool /*can_stop*/) override { rows_begun += maximum; }
 };
 
 // A temporary folder with a store, removed at the end.
