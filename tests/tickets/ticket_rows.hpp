@@ -1,0 +1,60 @@
+// The ticket table as plain rows, for comparing it before and after an operation.
+#pragma once
+
+#include <ostream>
+#include <vector>
+
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere::test {
+
+struct Row {
+  int id = 0, seq = 0, period = 0;
+  Reds reds{};
+  int blue = 0;
+  int mark = 0, shrink = 0, pick = 0, score = 0;
+
+  friend bool operator==(const Row&, const Row&) = default;
+  friend std::ostream& operator<<(std::ostream& out, const Row& row) {
+    out << "#" << row.id << " " << row.seq << "/" << row.period;
+    for (const int red : row.reds) out << " " << red;
+    return out << "+" << row.blue << " marks " << row.mark << " " << row.shrink << " " << row.pick << " "
+               << row.score;
+  }
+};
+
+// Every row of `日志表` in the order of creation.
+inline std::vector<Row> read_Rows(Store& store) {
+  Query query = store.query(R"(SELECT "ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6",
+                               "蓝球","过滤标记","缩水标记","精选标记","临时数据" FROM "日志表" ORDER BY "ID")");
+  std::vector<Row> rows;
+  while (query.next()) {
+    Row row{query.number(0), query.number(1), query.number(2)};
+    for (int i = 0; i < kRedsPerTicket; ++i) row.reds[i] = query.number(3 + i);
+    row.blue = query.number(9);
+    row.mark = query.number(10);
+    row.shrink = query.number(11);
+    row.pick = query.number(12);
+    row.score = query.number(13);
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+// Replaces the ticket table.
+inline void write_Rows(Store& store, const std::vector<Row>& rows) {
+  StoreChange change(store);
+  store.query(R"(DELETE FROM "日志表")").run();
+  Query insert = store.query(R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4",
+      "红球5","红球6","蓝球","过滤标记","缩水标记","精选标记","临时数据") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?))");
+  for (const Row& row : rows) {
+    const auto& [a, b, c, d, e, f] = row.reds;
+    insert.bind(row.id, row.seq, row.period, a, b, c, d, e, f, row.blue, row.mark, row.shrink, row.pick,
+                row.score);
+    insert.run();
+  }
+  change.commit();
+}
+
+}  // namespace lotmere::test
