@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/text.hpp"
+#include "tickets/upkeep.hpp"
 
 namespace lotmere {
 namespace {
@@ -77,11 +78,6 @@ std::string file_Text(const std::vector<ExportRow>& tickets, PeriodNo period, co
   return text;
 }
 
-PeriodNo period_OfFirstTicket(Store& store) {
-  return static_cast<PeriodNo>(
-      store.value(R"(SELECT "期号" FROM "日志表" ORDER BY "期号" ASC,"序号" ASC LIMIT 1)"));
-}
-
 }  // namespace
 
 std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
@@ -105,7 +101,7 @@ int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesys
 
 int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files) {
-  const int count = export_Tickets(store, desk, period_OfFirstTicket(store), target, switches, files);
+  const int count = export_Tickets(store, desk, first_TicketPeriod(store), target, switches, files);
   if (count == 0) desk.tell("表格中还没有号码！", Tone::warning);
   return count;
 }

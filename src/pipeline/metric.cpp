@@ -2,6 +2,7 @@
 
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
+#include "history/draw_columns.hpp"
 
 namespace lotmere {
 namespace {
@@ -22,24 +23,6 @@ Metric member_Count(Store& store, AttributeTable table, std::string_view column,
 Metric to_PreviousDraw(Store& store, PeriodNo period, RedTable (*mark)(const Reds&)) {
   const auto draws = drawsBefore(store, period, 1);
   return sum_Metric(draws.empty() ? RedTable{} : mark(draws.front().numbers.reds));
-}
-
-// The numbers of the three draws before the period.
-Metric in_ThreeDraws(Store& store, PeriodNo period) {
-  RedTable marks{};
-  for (const StoredDraw& draw : drawsBefore(store, period, 3))
-    for (const int red : draw.numbers.reds) marks[red] = 1;
-  return sum_Metric(marks);
-}
-
-// How often each number came in the last draws before the period.
-Metric heat(Store& store, PeriodNo period, int draws) {
-  RedTable hits{};
-  for (const StoredDraw& draw : drawsBefore(store, period, draws)) {
-    const RedTable marks = mark_Reds(draw.numbers.reds);
-    for (int n = 1; n <= kRedCount; ++n) hits[n] = static_cast<std::int16_t>(hits[n] + marks[n]);
-  }
-  return sum_Metric(hits);
 }
 
 Metric shape_Metric(Store& store, const Family& family) {
@@ -94,11 +77,11 @@ std::optional<Metric> prepare_Metric(Store& store, const Condition& condition, P
     case 264:
       return to_PreviousDraw(store, period, mark_DigitRoots);
     case 265:
-      return in_ThreeDraws(store, period);
+      return sum_Metric(mark_Drawn(drawsBefore(store, period, 3)));
     case 301:
-      return heat(store, period, 5);
+      return sum_Metric(count_Heat(drawsBefore(store, period, 5)));
     case 302:
-      return heat(store, period, 10);
+      return sum_Metric(count_Heat(drawsBefore(store, period, 10)));
     default:
       break;
   }
