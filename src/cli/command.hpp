@@ -59,6 +59,7 @@ using CommandList = std::vector<std::unique_ptr<Command>>;
 void add_DrawCommands(CommandList& list);
 void add_NumberCommands(CommandList& list);
 void add_ConditionCommands(CommandList& list);
+void add_OwnSetCommands(CommandList& list);
 void add_TicketCommands(CommandList& list);
 
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.

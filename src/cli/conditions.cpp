@@ -5,11 +5,9 @@
 
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
+#include "conditions/summary.hpp"
 #include "conditions/values.hpp"
-#include "core/number_list.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
-#include "history/draw_stats.hpp"
 
 namespace lotmere {
 namespace {
@@ -47,6 +45,13 @@ class UseCommand final : public Command {
   }
 
   int run(Session& session) override {
+    // The match with past draws has a switch of its own, outside the table of the others.
+    if (name_ == kHistoryMatchName) {
+      HistoryMatch settings = load_HistoryMatch(session.store);
+      settings.used = state_ == "on";
+      save_HistoryMatch(session.store, settings);
+      return kExitDone;
+    }
     const auto condition = named_Condition(session, name_);
     if (!condition) return kExitRefused;
     use_Condition(session.store, *condition, state_ == "on");
@@ -81,59 +86,66 @@ class AllowCommand final : public Command {
   std::string values_;
 };
 
-// Sets the members of one of the user's own sets.
-class MembersCommand : public Command {
+// Stores one number of the settings.
+class NumberSettingCommand final : public Command {
  public:
-  MembersCommand(const char* name, const char* description, std::string column, int count)
-      : Command("conditions", name, description), column_(std::move(column)), count_(count) {}
+  NumberSettingCommand(const char* name, const char* description, ConditionId cell, int first, int last)
+      : Command("conditions", name, description), cell_(cell), first_(first), last_(last) {}
 
   void add_Options(CLI::App& app) override {
-    app.add_option("INDEX", index_, fmt::format("1 到 {}", count_))
+    app.add_option("N", number_, fmt::format("{} 到 {}", first_, last_))
         ->required()
-        ->transform(whole_Number(1, count_));
-    app.add_option("L", numbers_, "红球号码，如 1,2,5-9；写“无”清空")->required();
+        ->transform(whole_Number(first_, last_));
   }
 
   int run(Session& session) override {
-    std::vector<int> members;
-    if (numbers_ != "无") {
-      auto numbers = parse_NumberList(numbers_, 1, kRedCount);
-      if (!numbers)
-        return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
-                                                numbers_, kRedCount));
-      members = std::move(*numbers);
-    }
-    StoreChange change(session.store);
-    set_Column(session.store, AttributeTable::first, column_ + std::to_string(index_), members);
-    changed(session);
-    change.commit();
+    set_ConditionValue(session.store, cell_, number_);
     return kExitDone;
   }
 
- protected:
-  // What follows from a new division, in the same change.
-  virtual void changed(Session& /*session*/) {}
+ private:
+  ConditionId cell_;
+  int first_;
+  int last_;
+  int number_ = 0;
+};
+
+class MatchCommand final : public Command {
+ public:
+  MatchCommand()
+      : Command("conditions", "match",
+                "历史数据过滤：过滤掉与这段期号里任何一期有 N 个或更多相同红球的号码，并打开这个条件") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("FROM", from_, "起始期号")->required();
+    app.add_option("TO", to_, "结束期号")->required();
+    app.add_option("N", match_, "最大匹配值，1 到 6")->required()->transform(whole_Number(1, kRedsPerTicket));
+  }
+
+  int run(Session& session) override {
+    const auto from = read_Period(session.desk, from_);
+    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
+    if (!to) return kExitRefused;
+    if (*from > *to) return refuse(session.desk, "起始期号不能大于结束期号。");
+    save_HistoryMatch(session.store, {true, *from, *to, match_});
+    return kExitDone;
+  }
 
  private:
-  std::string column_;
-  int count_;
-  int index_ = 0;
-  std::string numbers_;
+  std::string from_;
+  std::string to_;
+  int match_ = 0;
 };
 
-class IntervalCommand final : public MembersCommand {
+class SummaryCommand final : public Command {
  public:
-  IntervalCommand() : MembersCommand("interval", "设置区间1到区间4的号码", "区间", 4) {}
+  SummaryCommand() : Command("conditions", "show", "显示全部设置") {}
 
- protected:
-  void changed(Session& session) override {
-    recountQuJian(session.store, session.desk, firstPeriod(session.store), latestPeriod(session.store));
+  int run(Session& session) override {
+    for (const char c : tj_Summary(session.store))
+      if (c != '\r') session.out << c;
+    return kExitDone;
   }
-};
-
-class GroupCommand final : public MembersCommand {
- public:
-  GroupCommand() : MembersCommand("group", "设置自定义组1到10的号码", "自定义组", 10) {}
 };
 
 class ResetCommand final : public Command {
@@ -153,8 +165,13 @@ void add_ConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<UseCommand>());
   list.push_back(std::make_unique<AllowCommand>());
-  list.push_back(std::make_unique<IntervalCommand>());
-  list.push_back(std::make_unique<GroupCommand>());
+  list.push_back(std::make_unique<SummaryCommand>());
+  add_OwnSetCommands(list);
+  list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
+                                                        kPlaceCount));
+  list.push_back(std::make_unique<NumberSettingCommand>("shrink", "缩水类型：3 保三型 到 7 保七型（不缩水）",
+                                                        kShrinkTypeCell, kSmallestShrink, kLargestShrink));
+  list.push_back(std::make_unique<MatchCommand>());
   list.push_back(std::make_unique<ResetCommand>());
 }
 

@@ -155,6 +155,11 @@ int cell_Count(const Condition& condition) {
   }
 }
 
+std::string shrink_Caption(int type) {
+  constexpr const char* captions[] = {"保三型", "保四型", "保五型", "保六型", "保七型"};
+  return type < kSmallestShrink || type > kLargestShrink ? "" : captions[type - kSmallestShrink];
+}
+
 std::span<const std::string_view> sum_FamilyTexts() {
   static constexpr std::string_view texts[kSumFamilyCount] = {
       "尾数和值相同组", "合数和值相同组", "大数和值相同组", "小数和值相同组",

@@ -53,6 +53,11 @@ struct Condition {
 // tested.
 [[nodiscard]] int cell_Count(const Condition& condition);
 
+// The shrink types, and "保三型" to "保七型" for 3 to 7; empty for a number that names none.
+inline constexpr int kSmallestShrink = 3;
+inline constexpr int kLargestShrink = 7;  // touches no ticket, only counts them
+[[nodiscard]] std::string shrink_Caption(int type);
+
 // The names of the seven sum families of 前2期和值相同组.
 [[nodiscard]] std::span<const std::string_view> sum_FamilyTexts();
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
 #include "core/metrics.hpp"
 #include "core/periods.hpp"
 #include "core/text.hpp"
@@ -131,13 +132,11 @@ std::int64_t filter_Qian2HeZhi(PipelineRun& run) {
 }
 
 std::int64_t filter_LiShi(PipelineRun& run) {
-  Query settings = run.store.query(R"(SELECT "使用状态","最小值","最大值","匹配值" FROM "历史数据过滤")");
-  if (!settings.next() || settings.number(0) != 1) return 0;
-  const PeriodNo first = settings.number(1);
-  PeriodNo last = settings.number(2);
-  if (last >= run.period) last = periodsBack(run.store, run.period, 1);
+  const HistoryMatch settings = load_HistoryMatch(run.store);
+  if (!settings.used) return 0;
+  const PeriodNo last = settings.last >= run.period ? periodsBack(run.store, run.period, 1) : settings.last;
   const PassLines lines{"[历史数据过滤]过滤正进行中．．．", "[历史数据过滤]过滤后余："};
-  auto draws = load_Draws(run.store, first, last);
+  auto draws = load_Draws(run.store, settings.first, last);
   if (draws.empty()) {
     // Nothing is filtered, so the marks stay too; the line tells the tickets that stand.
     if (run.tickets.size() != 0)
@@ -145,7 +144,7 @@ std::int64_t filter_LiShi(PipelineRun& run) {
                                           to_QuanJiao(static_cast<std::int64_t>(run.tickets.size())) + " 注");
     return static_cast<std::int64_t>(run.tickets.size());
   }
-  const DrawMatch match(std::move(draws), settings.number(3));
+  const DrawMatch match(std::move(draws), settings.match);
   return walk_Tickets(run, lines, judge_ByReds([&match](Balls balls) { return !match.matches(balls); }));
 }
 

@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
-
+#include "conditions/catalogue.hpp"
 #include "core/text.hpp"
 #include "reduction/cover.hpp"
 #include "reduction/smart.hpp"
@@ -51,11 +50,6 @@ std::int64_t keep_Centres(Desk& desk, TicketSet& tickets, int type) {
 }
 
 }  // namespace
-
-std::string shrink_Caption(int type) {
-  constexpr std::array<const char*, 5> captions = {"保三型", "保四型", "保五型", "保六型", "保七型"};
-  return captions[static_cast<std::size_t>(type - kSmallestShrink)];
-}
 
 std::int64_t shrink_Cover(Store& store, Desk& desk, TicketSet& tickets, int type) {
   // A value below the smallest type names none; taking it for a type would delete tickets that nobody asked

@@ -2,19 +2,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "core/desk.hpp"
 #include "core/store.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
-
-inline constexpr int kSmallestShrink = 3;
-inline constexpr int kLargestShrink = 7;  // touches no ticket, only counts them
-
-// "保三型" to "保七型" for 3 to 7.
-[[nodiscard]] std::string shrink_Caption(int type);
 
 // Thins the tickets so that any two that stay share fewer than `type` of their seven numbers, blue included:
 // visited in the order of creation, a ticket stays (a centre, `缩水标记` = type, `序号` from 1) unless an

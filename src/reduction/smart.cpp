@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <numeric>
 
+#include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
-#include "reduction/shrink.hpp"
 
 namespace lotmere {
 namespace {

@@ -1,0 +1,134 @@
+#include "conditions/own_sets.hpp"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/command.hpp"
+#include "conditions/condition_store.hpp"
+#include "core/number_list.hpp"
+#include "core/periods.hpp"
+#include "history/draw_stats.hpp"
+
+namespace lotmere {
+namespace {
+
+// Sets the members of one of the person's own sets, in one change with what follows from it.
+class MembersCommand : public Command {
+ public:
+  using Command::Command;
+
+  int run(Session& session) override {
+    std::vector<int> members;
+    if (numbers_ != "无") {
+      auto numbers = parse_NumberList(numbers_, 1, largest());
+      if (!numbers)
+        return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
+                                                numbers_, largest()));
+      members = std::move(*numbers);
+    }
+    StoreChange change(session.store);
+    if (!store_Members(session, members)) return kExitRefused;
+    change.commit();
+    return kExitDone;
+  }
+
+ protected:
+  void add_ListOption(CLI::App& app) {
+    app.add_option("L", numbers_, "号码，如 1,2,5-9；写“无”清空")->required();
+  }
+  [[nodiscard]] virtual int largest() const { return kRedCount; }
+  // False, told, when there is no such set.
+  virtual bool store_Members(Session& session, std::span<const int> members) = 0;
+
+ private:
+  std::string numbers_;
+};
+
+// A set named by its number.
+class NumberedSetCommand : public MembersCommand {
+ public:
+  NumberedSetCommand(const char* name, const char* description, int count)
+      : MembersCommand("conditions", name, description), count_(count) {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("INDEX", index_, fmt::format("1 到 {}", count_))
+        ->required()
+        ->transform(whole_Number(1, count_));
+    add_ListOption(app);
+  }
+
+ protected:
+  [[nodiscard]] int index() const { return index_; }
+
+ private:
+  int count_;
+  int index_ = 0;
+};
+
+class IntervalCommand final : public NumberedSetCommand {
+ public:
+  IntervalCommand() : NumberedSetCommand("interval", "设置区间1到区间4的号码", 4) {}
+
+ protected:
+  bool store_Members(Session& session, std::span<const int> members) override {
+    set_Column(session.store, AttributeTable::first, fmt::format("区间{}", index()), members);
+    recountQuJian(session.store, session.desk, firstPeriod(session.store), latestPeriod(session.store));
+    return true;
+  }
+};
+
+class GroupCommand final : public NumberedSetCommand {
+ public:
+  GroupCommand() : NumberedSetCommand("group", "设置自定义组1到10的号码", 10) {}
+
+ protected:
+  bool store_Members(Session& session, std::span<const int> members) override {
+    set_Column(session.store, AttributeTable::first, fmt::format("自定义组{}", index()), members);
+    return true;
+  }
+};
+
+class PositionCommand final : public NumberedSetCommand {
+ public:
+  PositionCommand()
+      : NumberedSetCommand("position", "号码定位：设置每个位置允许的号码，7 是蓝球", kPlaceCount) {}
+
+ protected:
+  [[nodiscard]] int largest() const override { return index() == kPlaceCount ? kBlueCount : kRedCount; }
+  bool store_Members(Session& session, std::span<const int> members) override {
+    set_Place(session.store, index(), members);
+    return true;
+  }
+};
+
+class DivisionCommand final : public MembersCommand {
+ public:
+  DivisionCommand() : MembersCommand("conditions", "division", "设置自定义区间的号码，如 六区间1") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("NAME", name_, "六区间1 到 十二区间12")->required();
+    add_ListOption(app);
+  }
+
+ protected:
+  bool store_Members(Session& session, std::span<const int> members) override {
+    if (set_CustomInterval(session.store, name_, members)) return true;
+    refuse(session.desk, fmt::format("没有名为“{}”的自定义区间，名称如 六区间1。", name_));
+    return false;
+  }
+
+ private:
+  std::string name_;
+};
+
+}  // namespace
+
+void add_OwnSetCommands(CommandList& list) {
+  list.push_back(std::make_unique<IntervalCommand>());
+  list.push_back(std::make_unique<GroupCommand>());
+  list.push_back(std::make_unique<PositionCommand>());
+  list.push_back(std::make_unique<DivisionCommand>());
+}
+
+}  // namespace lotmere

@@ -1,0 +1,34 @@
+// The settings that are a person's own: numbers allowed at the places of a ticket, the custom interval divisions, and the match with past
+// draws.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+inline constexpr int kPlaceCount = 7;  // six reds in ascending order, then the blue
+
+// Makes `numbers` the ones allowed at a place (1 to 7). Picking numbers switches the place on, an empty list switches it off.
+void set_Place(Store& store, int place, std::span<const int> numbers);
+
+// Makes `numbers` the members of a custom interval ("六区间1" to "十二区间12"). False, with nothing written, when no interval has the name.
+bool set_CustomInterval(Store& store, std::string_view name, std::span<const int> numbers);
+
+// 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last goes.
+struct HistoryMatch {
+  bool used = false;
+  PeriodNo first = 0;
+  PeriodNo last = 0;
+  int match = 0;
+};
+inline constexpr std::string_view kHistoryMatchName = "历史数据过滤";
+[[nodiscard]] HistoryMatch load_HistoryMatch(Store& store);
+void save_HistoryMatch(Store& store, const HistoryMatch& settings);
+
+}  // namespace lotmere

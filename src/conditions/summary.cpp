@@ -1,0 +1,150 @@
+#include "conditions/summary.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "conditions/catalogue.hpp"
+#include "conditions/condition_store.hpp"
+#include "conditions/values.hpp"
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr std::string_view kUnused = " 未 使 用";
+constexpr int kGroupCount = 10;
+constexpr UsageId kBeforeFirstGroup = 19;
+
+// The lines of conditions, in the order in which they are read.
+struct SummaryLine {
+  const char* label;
+  UsageId usage;
+};
+constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", 5},
+                                  {" 连号取值范围： ", 6},
+                                  {" 重叠号取值范围： ", 7},
+                                  {" 斜位码取值范围： ", 8},
+                                  {" ＡＣ值取值范围： ", 9},
+                                  {" 奇数个数取值范围： ", 10},
+                                  {" 大数个数取值范围： ", 12},
+                                  {" 高尾码个数取值范围： ", 14},
+                                  {" 区间1开出号码个数取值范围： ", 16},
+                                  {" 区间2开出号码个数取值范围： ", 17},
+                                  {" 区间3开出号码个数取值范围： ", 18},
+                                  {" 区间4开出号码个数取值范围： ", 19},
+                                  {" 尾数形式： ", 37},
+                                  {" 间距九： ", 38},
+                                  {" 间距七： ", 39},
+                                  {" 间距十一： ", 40},
+                                  {" 间距十二： ", 41},
+                                  {" 区间单双七分组： ", 42},
+                                  {" 大小尾七分组： ", 44},
+                                  {" 间距四： ", 45},
+                                  {" 间距八： ", 43},
+                                  {" 间距3： ", 46},
+                                  {" 间距6： ", 47},
+                                  {" 和数33： ", 48},
+                                  {" 和数34： ", 49},
+                                  {" 和数35： ", 50},
+                                  {" 奇偶连： ", 51},
+                                  {" 偶奇连： ", 52},
+                                  {" 等差16组： ", 53},
+                                  {" 等差17组： ", 54},
+                                  {" 间距11链： ", 55},
+                                  {" 生肖链： ", 56},
+                                  {" 4数8分自然段： ", 57},
+                                  {" 8数4分自然段： ", 58},
+                                  {" 三波排异： ", 60},
+                                  {" 区间排异： ", 61}};
+
+bool is_Ticked(Store& store, UsageId usage) {
+  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage) > 0;
+}
+
+// The numbers of one colour with one state in the selection.
+std::string picked_Text(Store& store, ConditionId first, ConditionId last, int state) {
+  const ValueArray cells = load_ConditionRange(store, first, last);
+  std::string text;
+  for (int n = 1; n <= last - first + 1; ++n)
+    if (cells[n] == state) text += to_QuanJiao(format_Ball(n)) + "  ";
+  return text;
+}
+
+std::string ticked_Values(Store& store, const Condition& condition) {
+  if (condition.kind == CellKind::value && condition.usage == 5)
+    return tj_CurrentValue(store, condition.first, condition.last);
+  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
+  const bool shapes = condition.kind == CellKind::shape;
+  const int count = shapes ? cell_Count(condition) : condition.last - condition.first + 1;
+  std::string text;
+  for (int k = 0; k < count; ++k) {
+    if (cells[k] <= 0) continue;
+    if (shapes)
+      text += fmt::format("（{}）   ", to_QuanJiao(item_Text(condition, k)));
+    else
+      text += to_QuanJiao(condition.kind == CellKind::run_shape ? std::string(run_Shapes()[k])
+                                                                : std::to_string(k)) +
+              "  ";
+  }
+  return text;
+}
+
+std::string members_Text(const RedTable& members) {
+  std::string list;
+  for (int n = 1; n <= kRedCount; ++n)
+    if (members[n]) list += (list.empty() ? "" : ",") + to_QuanJiao(format_Ball(n));
+  return list.empty() ? "（ 无 号 码 ）" : fmt::format("　号码：（{}）", list);
+}
+
+std::string counts_Text(Store& store, const Condition& group) {
+  const ValueArray cells = load_ConditionRange(store, group.first, group.last);
+  std::string list;
+  for (int k = 0; k < cell_Count(group); ++k)
+    if (cells[k] > 0) list += fmt::format("{}{}个", list.empty() ? "" : ",", k);
+  return list.empty() ? "（条 件 未 设 置）" : fmt::format(" 允许开出个数（{}）", list);
+}
+
+const Condition& condition_OfUsage(UsageId usage) {
+  const auto& list = catalogue();
+  return *std::find_if(list.begin(), list.end(),
+                       [&](const Condition& condition) { return condition.usage == usage; });
+}
+
+}  // namespace
+
+std::array<std::string, 10> tj_FillGroups(Store& store) {
+  std::array<std::string, 10> items;
+  for (int g = 1; g <= kGroupCount; ++g) {
+    const Condition& group = condition_OfUsage(kBeforeFirstGroup + g);
+    std::string& item = items[static_cast<std::size_t>(g - 1)];
+    if (is_Ticked(store, group.usage))
+      item = group.name + members_Text(read_AttributeColumn(store, AttributeTable::first, group.name)) +
+             " ——" + counts_Text(store, group);
+    else
+      // The tenth name is a character longer; one blank less keeps the lines even.
+      item = group.name + (g == kGroupCount ? "——　未 使 用 " : " ——　未 使 用 ");
+  }
+  return items;
+}
+
+std::string tj_Summary(Store& store) {
+  std::string text(kLineBreak);
+  const auto add = [&](std::string_view label, std::string_view content) {
+    text += fmt::format("{}{}{}{}", label, content, kLineBreak, kLineBreak);
+  };
+  constexpr ConditionId first_blue = kBlueCodeBase + 1;
+  constexpr ConditionId last_blue = kBlueCodeBase + kBlueCount;
+  add(" 红球“拖码”： ", picked_Text(store, 1, kRedCount, int(PickState::tuo)));
+  add(" 红球“胆码”： ", picked_Text(store, 1, kRedCount, int(PickState::dan)));
+  add(" 蓝球“拖码”： ", picked_Text(store, first_blue, last_blue, int(PickState::tuo)));
+  add(" 蓝球“胆码”： ", picked_Text(store, first_blue, last_blue, int(PickState::dan)));
+  for (const SummaryLine& line : kLines)
+    add(line.label, is_Ticked(store, line.usage) ? ticked_Values(store, condition_OfUsage(line.usage))
+                                                 : std::string(kUnused));
+  for (const std::string& item : tj_FillGroups(store)) add(" ", item);
+  add(" 缩 水 类 型： ", shrink_Caption(condition_Value(store, kShrinkTypeCell)));
+  return text;
+}
+
+}  // namespace lotmere

@@ -1,0 +1,18 @@
+// The settings as one text for reading.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The ten custom groups, a line each (the items of `List_ZDY`): name, members and allowed counts, or that the group isn't in use.
+[[nodiscard]] std::array<std::string, 10> tj_FillGroups(Store& store);
+
+// Selection, conditions, groups and shrink type, a line each, CR LF and an empty line between them (`Text_TiaoJianList`). A condition that
+// is off says so in place of its values.
+[[nodiscard]] std::string tj_Summary(Store& store);
+
+}  // namespace lotmere
