@@ -1,158 +1,264 @@
-// Whole database files under damage, refusals and crashes. Stores are told apart by their tickets: the main
-// one holds three, its backup one.
+// Whole database files, and the folder they stand in, under damage, refusals and crashes.
 #include "core/store_files.hpp"
 
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
-#include "core/schema.hpp"
-#include "faults.hpp"
+#include <functional>
 
-namespace lotmere {
+#include "core/desk_script.hpp"
+#include "core/schema.hpp"
+#include "support/test_store.hpp"
+
+namespace lotmere::test {
 namespace {
 
-using namespace test;
+namespace fs = std::filesystem;
 
-struct Files {
-  TempHome home;
-  fs::path main = home.home().main_Db();
-  fs::path backup = home.home().backup_Db();
+// The real machine, but the step with the number `fail_at` (from 1) is refused; `before_step` is told of
+// every step.
+class FaultyFiles final : public FileSystem {
+ public:
+  using Path = const fs::path&;
+  explicit FaultyFiles(int fail_at = 0) : fail_at_(fail_at) {}
+  std::function<void()> before_step = [] {};
+  std::string steps;  // what was done, as "sync Lotmere.db.new "
+  [[nodiscard]] bool failed() const { return step_ >= fail_at_; }
+  bool exists(Path path) override { return real_Files().exists(path); }
+  void remove(Path path) override { pass("remove", path), real_Files().remove(path); }
+  void sync(Path path) override { pass("sync", path), real_Files().sync(path); }
+  void replace(Path from, Path to) override { pass("replace", to), real_Files().replace(from, to); }
+  void write_Whole(Path path, const std::string& text) override { real_Files().write_Whole(path, text); }
 
-  Files() {
-    make_Store(main, 3);
-    make_Store(backup, 1);
+ private:
+  void pass(const char* step, Path path) {
+    before_step();
+    steps += step + (' ' + path.filename().string()) + ' ';
+    if (++step_ == fail_at_) throw fs::filesystem_error("refused", path, {});
+  }
+  int fail_at_;
+  int step_ = 0;
+};
+
+// Runs `work` again and again, refusing its first step, its second, ..., until a run meets no refusal.
+void refuse_EachStep(const std::function<void(FaultyFiles&)>& work) {
+  for (int step = 1;; ++step) {
+    SCOPED_TRACE("refused step " + std::to_string(step));
+    FaultyFiles files(step);
+    work(files);
+    if (!files.failed()) return;
+  }
+}
+
+fs::path with_Suffix(fs::path path, const char* suffix) { return path += suffix; }
+
+// The bytes of a file, "missing" without one. Compare with ==, so that a failed test doesn't print them.
+std::string bytes_Of(const fs::path& path) { return fs::exists(path) ? read_File(path) : "missing"; }
+
+void write_File(const fs::path& path, const std::string& text) { real_Files().write_Whole(path, text); }
+
+// A store with so many tickets, by which the tests tell one from another.
+void put_Store(const fs::path& path, int tickets) {
+  Store::create(path);
+  Store store(path);
+  for (int i = 1; i <= tickets; ++i) put_Ticket(store, i, i, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
+}
+
+// The tickets of a sound store, -1 for a file that is none.
+int tickets_In(const fs::path& path) {
+  if (!fs::exists(path) || !is_SoundStore(path)) return -1;
+  return static_cast<int>(Store(path).value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=2007001)"));
+}
+
+void cut_Short(const fs::path& path) { fs::resize_file(path, fs::file_size(path) / 2 + 100); }
+void overwrite(const fs::path& path) { write_File(path, std::string(8192, 'x')); }
+
+// A row is lost inside a page: the engine's check finds it, a plain read doesn't.
+void lose_Row(const fs::path& path) {
+  SQLite::Database db(path.string());
+  const int page = db.execAndGet("SELECT rootpage FROM sqlite_master WHERE name='日志表'").getInt();
+  std::string bytes = read_File(path);
+  --bytes[std::size_t(page - 1) * db.execAndGet("PRAGMA page_size").getUInt() + 4];
+  write_File(path, bytes);
+}
+
+// Leaves a store as a crash in the middle of a change would: pages half written, the journal that undoes them
+// beside it. Without its journal the file has no ticket.
+void crash_InChange(const fs::path& path) {
+  SQLite::Database db(path.string(), SQLite::OPEN_READWRITE);
+  // A cache of a few pages writes the first changes out while the others are still being made.
+  db.exec(R"(PRAGMA synchronous = OFF; PRAGMA cache_size = 3; BEGIN; UPDATE "日志表" SET "期号"=1;
+             UPDATE "号码特性" SET "大数"=7; UPDATE "号码特性2" SET "三波组0"=7; UPDATE "号码特性3" SET "六区间1"=7)");
+  const std::string half = read_File(path);
+  const std::string undo = read_File(with_Suffix(path, "-journal"));
+  db.exec("ROLLBACK");
+  write_File(path, half);
+  ASSERT_EQ(tickets_In(path), 0) << "the crash has to reach the file";
+  write_File(with_Suffix(path, "-journal"), undo);
+}
+
+enum class File { missing, good, damaged, newer, crashed, journal_only };
+using enum File;
+
+// A folder whose store holds three tickets and whose backup holds one.
+struct Folder {
+  TempHome temp;
+  const Home& home = temp.home();
+  const fs::path main = home.main_Db();
+  const fs::path backup = home.backup_Db();
+  ScriptedDesk desk;
+
+  explicit Folder(File store = good, File copy = good) { put(main, store, 3), put(backup, copy, 1); }
+  static void put(const fs::path& path, File state, int tickets) {
+    if (state != missing) put_Store(path, tickets);
+    if (state == damaged) cut_Short(path);
+    if (state == newer) Store(path).db().exec("PRAGMA user_version = " + std::to_string(kSchemaVersion + 1));
+    if (state >= crashed) crash_InChange(path);
+    if (state == journal_only) fs::remove(path);
   }
 };
 
+TEST(Home, IsTheProgramFolderWhereItIsMarkedAndHasOneHolder) {
+  TempHome temp;
+  EXPECT_EQ(find_Home(temp.path(), "/data", "/home/u").folder, "/data/Lotmere");
+  EXPECT_EQ(find_Home(temp.path(), "relative", "/home/u").folder, "/home/u/.local/share/Lotmere");
+  write_File(temp.path() / "portable", "");
+  EXPECT_EQ(find_Home(temp.path(), "/data", "/home/u").folder, temp.path());
+  EXPECT_FALSE(HomeLock::take(temp.home()) && HomeLock::take(temp.home())) << "the first still holds it";
+}
+
+TEST(OpenHome, InEveryCombinationOfStoreAndBackup) {
+  constexpr int kRefused = -2;
+  const struct {
+    const char* name;
+    File main, backup;
+    int tickets, backup_tickets;  // afterwards
+    std::size_t tips;
+  } rows[] = {{"a new folder", missing, missing, 0, 0, 0},
+              {"store lost", missing, good, 1, 1, 1},
+              {"store lost, its journal left", journal_only, good, 1, 1, 1},
+              {"store lost, backup damaged", missing, damaged, kRefused, 0, 0},
+              {"no backup yet", good, missing, 3, 3, 0},
+              {"backup damaged", good, damaged, 3, -1, 0},
+              {"crashed in a change", crashed, good, 3, 1, 0},
+              {"store of a newer program", newer, good, kRefused, 0, 0},
+              {"store damaged", damaged, good, 1, 1, 1},
+              {"both damaged", damaged, damaged, kRefused, 0, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Folder folder(row.main, row.backup);
+    const std::string main = bytes_Of(folder.main);
+    const std::string backup = bytes_Of(folder.backup);
+    EXPECT_EQ(open_Home(folder.home, folder.desk) != nullptr, row.tickets != kRefused);
+    EXPECT_EQ(folder.desk.tips.size(), row.tips);
+    EXPECT_EQ(folder.desk.told.size(), row.tickets == kRefused ? 1u : 0u);
+    if (row.tickets == kRefused) {
+      EXPECT_TRUE(bytes_Of(folder.main) == main && bytes_Of(folder.backup) == backup);
+      continue;
+    }
+    EXPECT_EQ(tickets_In(folder.main), row.tickets);
+    EXPECT_EQ(tickets_In(folder.backup), row.backup_tickets);
+    const std::string aside = bytes_Of(with_Suffix(folder.main, ".damaged"));
+    EXPECT_TRUE(aside == (row.main == damaged ? main : "missing"));
+  }
+}
+
+TEST(OpenHome, ARefusedStepLosesNothingAndTheNextStartMends) {
+  for (const File before : {missing, damaged}) {
+    refuse_EachStep([before](FaultyFiles& machine) {
+      Folder folder(before, before == damaged ? good : missing);
+      try {
+        EXPECT_TRUE(open_Home(folder.home, folder.desk, machine));
+      } catch (const fs::filesystem_error&) {
+        EXPECT_TRUE(machine.failed());
+      }
+      ASSERT_TRUE(open_Home(folder.home, folder.desk));
+      EXPECT_EQ(tickets_In(folder.main), before == damaged ? 1 : 0);
+      EXPECT_EQ(tickets_In(folder.backup), before == damaged ? 1 : 0);
+    });
+  }
+}
+
+// What can't be read is not therefore damaged: the work may throw or answer nothing, but both files stay.
+TEST(StoreFiles, AStoreLockedByAnotherProgramIsNeitherReplacedNorCopied) {
+  for (const bool after_check : {false, true}) {
+    Folder folder;
+    SQLite::Database other(folder.main.string(), SQLite::OPEN_READWRITE);
+    FaultyFiles machine;
+    machine.before_step = [&] { other.tryExec("BEGIN EXCLUSIVE"); };
+    if (!after_check) {
+      machine.before_step();
+      EXPECT_THROW((void)open_Home(folder.home, folder.desk), SQLite::Exception);
+      EXPECT_NE(compact_MainDb(folder.main, folder.backup, false).failure, "");
+    }
+    EXPECT_THROW((void)copy_Database(folder.main, folder.backup, machine), SQLite::Exception);
+    other.tryExec("ROLLBACK");
+    EXPECT_EQ(tickets_In(folder.main), 3);
+    EXPECT_EQ(tickets_In(folder.backup), 1);
+  }
+}
+
 TEST(StoreFiles, ARestoreOverAHalfWrittenStoreIsWholeWhereverItBreaksOff) {
   refuse_EachStep([](FaultyFiles& machine) {
-    Files files;
-    crash_InChange(files.main);
+    Folder folder(crashed);
     bool restored = false;
     try {
-      restored = restore_FromBackup(files.main, files.backup, machine);
+      restored = restore_FromBackup(folder.main, folder.backup, machine);
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed());
     }
     EXPECT_EQ(restored, !machine.failed());
-    EXPECT_EQ(tickets_In(files.main), restored ? 1 : 3)
-        << "half-written pages stand without the journal that undoes them";
-    EXPECT_EQ(tickets_In(files.backup), 1);
-    EXPECT_FALSE(fs::exists(with_Suffix(files.main, ".new")));
+    EXPECT_EQ(tickets_In(folder.main), restored ? 1 : 3) << "half-written pages without their journal";
+    EXPECT_FALSE(fs::exists(with_Suffix(folder.main, ".new")));
   });
 }
 
-TEST(StoreFiles, ANewFileIsFlushedBeforeItTakesItsPlace) {
-  Files files;
-  FaultyFiles machine;
-  ASSERT_TRUE(copy_Database(files.main, files.backup, machine));
-  const std::size_t flushed = machine.steps.find("sync Lotmere.backup.db.new");
-  ASSERT_NE(flushed, std::string::npos);
-  EXPECT_NE(machine.steps.find("replace Lotmere.backup.db ", flushed), std::string::npos);
-}
-
-TEST(StoreFiles, ASourceThatIsLockedMeanwhileLeavesTheTarget) {
-  Files files;
-  SQLite::Database other(files.main.string(), SQLite::OPEN_READWRITE);
-  bool locked = false;
-  FaultyFiles machine;
-  machine.before_step = [&] {
-    if (!locked) other.exec("BEGIN EXCLUSIVE");
-    locked = true;
-  };
-  try {
-    EXPECT_FALSE(copy_Database(files.main, files.backup, machine));
-  } catch (const std::exception&) {
-    EXPECT_TRUE(locked);
-  }
-  EXPECT_EQ(tickets_In(files.backup), 1);
-}
-
 TEST(Compaction, RefreshesTheBackupAndShrinksTheFile) {
-  Files files;
-  change_File(files.main, "CREATE TABLE waste AS SELECT randomblob(99999); DROP TABLE waste");
-  const auto size = fs::file_size(files.main);
-  const CompactResult result = compact_MainDb(files.main, files.backup, true);
-  EXPECT_TRUE(result.existed && result.backup_refreshed && result.compacted && !result.restored);
-  EXPECT_EQ(result.failure, "");
-  EXPECT_EQ(tickets_In(files.main), 3);
-  EXPECT_EQ(tickets_In(files.backup), 3);
-  EXPECT_EQ(fs::file_size(files.backup), size);
-  EXPECT_LT(fs::file_size(files.main), size);
-}
-
-TEST(Compaction, OfAMissingFileDoesNothing) {
-  Files files;
-  fs::remove(files.main);
-  const std::string bytes = bytes_Of(files.backup);
-  const CompactResult result = compact_MainDb(files.main, files.backup, true);
-  EXPECT_FALSE(result.existed || result.backup_refreshed || result.compacted || result.restored);
-  EXPECT_FALSE(compact_Template(files.main).existed);
-  EXPECT_FALSE(fs::exists(files.main));
-  EXPECT_TRUE(bytes_Of(files.backup) == bytes);
+  Folder folder;
+  Store(folder.main).db().exec("CREATE TABLE waste AS SELECT randomblob(99999); DROP TABLE waste");
+  const auto size = fs::file_size(folder.main);
+  FaultyFiles machine;
+  EXPECT_EQ(compact_MainDb(folder.main, folder.backup, true, machine).failure, "");
+  EXPECT_EQ(tickets_In(folder.main), 3);
+  EXPECT_EQ(tickets_In(folder.backup), 3);
+  EXPECT_LT(fs::file_size(folder.main), size);
+  for (const std::string file : {"Lotmere.db", "Lotmere.backup.db"})
+    EXPECT_LT(machine.steps.find("sync " + file + ".new "), machine.steps.find("replace " + file + " "));
 }
 
 TEST(Compaction, ADamagedStoreNeverCostsTheGoodBackup) {
-  for (const Damage& damage : kDamage) {
-    SCOPED_TRACE(damage.name);
-    Files files;
-    damage.inflict(files.main);
-    ASSERT_EQ(tickets_In(files.main), -1);
-    const std::string bytes = bytes_Of(files.main);
-    const CompactResult result = compact_MainDb(files.main, files.backup, true);
+  for (const auto damage : {cut_Short, overwrite, lose_Row}) {
+    Folder folder;
+    damage(folder.main);
+    const std::string bytes = bytes_Of(folder.main);
+    const CompactResult result = compact_MainDb(folder.main, folder.backup, true);
     EXPECT_TRUE(result.restored && !result.backup_refreshed && !result.compacted);
-    EXPECT_EQ(tickets_In(files.main), 1);
-    EXPECT_EQ(tickets_In(files.backup), 1);
-
-    write_File(files.main, bytes);
-    fs::remove(files.backup);
-    EXPECT_NE(compact_MainDb(files.main, files.backup, true).failure, "");
-    EXPECT_TRUE(bytes_Of(files.main) == bytes) << "without a backup what there is must stay";
-    EXPECT_FALSE(fs::exists(files.backup));
+    EXPECT_EQ(tickets_In(folder.main), 1);
+    EXPECT_EQ(tickets_In(folder.backup), 1);
+    write_File(folder.main, bytes);
+    fs::remove(folder.backup);
+    EXPECT_NE(compact_MainDb(folder.main, folder.backup, true).failure, "");
+    EXPECT_TRUE(bytes_Of(folder.main) == bytes) << "without a backup what there is must stay";
   }
 }
 
 TEST(Compaction, ARefusedStepIsReportedAndCostsNothing) {
-  for (const bool damaged : {false, true}) {
-    refuse_EachStep([damaged](FaultyFiles& machine) {
-      Files files;
-      if (damaged) kDamage[0].inflict(files.main);
-      CompactResult result;
-      EXPECT_NO_THROW(result = compact_MainDb(files.main, files.backup, true, machine));
-      EXPECT_EQ(result.failure.empty(), !machine.failed() && !damaged);
-      EXPECT_EQ(tickets_In(files.main), damaged ? (result.restored ? 1 : -1) : 3);
-      EXPECT_EQ(tickets_In(files.backup), result.backup_refreshed ? 3 : 1);
+  for (const bool broken : {false, true}) {
+    refuse_EachStep([broken](FaultyFiles& machine) {
+      Folder folder(broken ? damaged : good);
+      const CompactResult result = compact_MainDb(folder.main, folder.backup, true, machine);
+      EXPECT_EQ(result.failure.empty(), !machine.failed() && !broken);
+      EXPECT_EQ(tickets_In(folder.main), broken ? (result.restored ? 1 : -1) : 3);
+      EXPECT_EQ(tickets_In(folder.backup), result.backup_refreshed ? 3 : 1);
     });
   }
-}
-
-TEST(Compaction, TheTemplateStaysWholeWhereverItBreaksOff) {
   refuse_EachStep([](FaultyFiles& machine) {
-    TempHome home;
-    const fs::path path = home.path() / "TJmode.tjmod";
-    write_Database(path, real_Files(), [](SQLite::Database& db) {
-      SQLite::Transaction change(db);
-      create_ProfileTables(db);
-      db.exec("CREATE TABLE waste AS SELECT randomblob(99999); DROP TABLE waste");
-      change.commit();
-    });
-    const std::string bytes = bytes_Of(path);
-    const CompactResult result = compact_Template(path, machine);
-    EXPECT_EQ(result.compacted, !machine.failed());
-    EXPECT_EQ(result.compacted, result.failure.empty());
-    EXPECT_TRUE(result.compacted ? fs::file_size(path) < bytes.size() : bytes_Of(path) == bytes);
-    EXPECT_EQ(SQLite::Database(path.string()).execAndGet("SELECT count(*) FROM \"号码特性\"").getInt(),
-              kRedCount);
+    Folder folder;
+    const bool compacted = compact_Template(folder.main, machine).compacted;
+    EXPECT_EQ(compacted, !machine.failed());
+    EXPECT_EQ(tickets_In(folder.main), 3);
   });
 }
 
-TEST(WholeFile, AFailedWriteLeavesNothingBehind) {
-  TempHome home;
-  const fs::path taken = home.path() / "folder";
-  fs::create_directories(taken / "inside");
-  EXPECT_THROW(real_Files().write_Whole(taken, "text"), fs::filesystem_error);
-  EXPECT_THROW(real_Files().write_Whole(home.path() / "missing" / "file", "text"), fs::filesystem_error);
-  EXPECT_FALSE(fs::exists(with_Suffix(taken, ".new")));
-}
-
 }  // namespace
-}  // namespace lotmere
+}  // namespace lotmere::test

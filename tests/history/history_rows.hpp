@@ -13,16 +13,15 @@
 namespace lotmere::test {
 
 // Draws with gaps between the periods and a year change on the way, ascending.
-inline std::vector<StoredDraw> invent_Draws(int count, unsigned seed, PeriodNo period = 2007100) {
+inline std::vector<StoredDraw> invent_Draws(std::size_t count, unsigned seed) {
   std::mt19937 random(seed);
   std::vector<int> pool(kRedCount);
   std::iota(pool.begin(), pool.end(), 1);
-  std::vector<StoredDraw> draws(static_cast<std::size_t>(count));
+  std::vector<StoredDraw> draws(count, {0, {{}, 7}});
+  PeriodNo period = 2007100;
   for (StoredDraw& draw : draws) {
-    std::shuffle(pool.begin(), pool.end(), random);
-    std::copy_n(pool.begin(), kRedsPerTicket, draw.numbers.reds.begin());
-    std::sort(draw.numbers.reds.begin(), draw.numbers.reds.end());
-    draw.numbers.blue = static_cast<int>(random() % kBlueCount) + 1;
+    std::sample(pool.begin(), pool.end(), draw.numbers.reds.begin(), kRedsPerTicket,
+                random);  // in ascending order
     draw.period = period;
     period += random() % 4 == 0 ? 3 : 1;
     if (period % 1000 > 153) period = (period / 1000 + 1) * 1000 + 1;
@@ -30,14 +29,12 @@ inline std::vector<StoredDraw> invent_Draws(int count, unsigned seed, PeriodNo p
   return draws;
 }
 
-// Every field of every row, a line a row.
+// Every field of every row.
 inline std::string dump_History(Store& store) {
   Query rows = store.query(R"(SELECT * FROM "历史记录" ORDER BY "期号" ASC)");
   std::string dump;
-  while (rows.next()) {
+  while (rows.next())
     for (int i = 0; i < rows.statement().getColumnCount(); ++i) dump += rows.text(i) + "|";
-    dump += '\n';
-  }
   return dump;
 }
 

@@ -1,0 +1,85 @@
+// What is computed without a store: texts, number lists, dates and the metrics of six numbers.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "core/dates.hpp"
+#include "core/metrics.hpp"
+#include "core/number_list.hpp"
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+TEST(Text, ReadsPeriodsAndWritesFullWidthDigits) {
+  const std::pair<const char*, PeriodNo> periods[] = {
+      {"  2007001\t\r\n", 2007001}, {"20070019", 2007001}, {"2007abc", 2007}, {"", 0}, {"-2007001", 0},
+      {"２００７００１", 0}};
+  for (const auto& [typed, period] : periods) EXPECT_EQ(parse_Period(typed), period) << '"' << typed << '"';
+  EXPECT_EQ(leading_Number("123456789012345678901234567890"), 1'234'567'890) << "no overflow";
+  EXPECT_EQ(to_QuanJiao("过滤后余：1234567890 注 aZ-，"), "过滤后余：１２３４５６７８９０ 注 aZ-，");
+  EXPECT_EQ(count_Characters("期号：2007001"), 10u);
+  EXPECT_EQ(decode_Text("ab\xFF", 1, ""), "\x04gf");
+  EXPECT_EQ(decode_Text("hgf", 0, "no key") + decode_Text("hgf", 0, "8 signs."), "abc");
+}
+
+TEST(NumberList, ReadsNumbersAndRangesAndRefusesTheRest) {
+  EXPECT_EQ(parse_NumberList(" 33 , 1 - 3,05,7-7", 1, 33), (std::vector{1, 2, 3, 5, 7, 33}));
+  for (const char* text : {"", "1,", ",1", "0", "34", "9-5", "1-", "-1", "1-2-3", "1-5,3", "1 2"})
+    EXPECT_FALSE(parse_NumberList(text, 1, 33)) << text;
+}
+
+TEST(Dates, DrawDaysAreSundayTuesdayAndThursday) {
+  const char* const days[][2] = {{"1999-12-27", "1999-12-28"}, {"2024-12-31", "2025-01-02"},
+                                 {"2026-08-19", "2026-08-20"}, {"2024-02-29", "2024-03-03"},
+                                 {"2000-01-02", "2000-01-04"}, {"2026-08-21", "2026-08-23"}};
+  for (const auto& [day, next] : days) EXPECT_EQ(format_Date(nextDrawDate(*parse_Date(day))), next);
+  for (const char* text : {"1900-02-29", "2024-13-01", "2024-01-00", "2024/01/02", "2024-1-02"})
+    EXPECT_FALSE(parse_Date(text)) << text;
+}
+
+int root(int n) { return n > 9 ? root(n / 10 + n % 10) : n; }
+
+TEST(Metrics, AgreeWithTheLiteralRulesOnAnySixNumbers) {
+  std::mt19937 random(20240102);
+  for (int turn = 0; turn < 30'000; ++turn) {
+    // A small range makes repeats and long runs common; a missing draw before stands as zeros.
+    const int highest = turn % 2 ? kRedCount : 8;
+    Reds now, before;
+    for (int& red : now) red = std::uniform_int_distribution(1, highest)(random);
+    for (int& red : before) red = std::uniform_int_distribution(0, turn % 5 ? highest : 0)(random);
+    SCOPED_TRACE(turn);
+    const std::set<int> numbers(now.begin(), now.end());
+    std::set<int> differences;
+    for (int i = 0; i < 5; ++i)
+      for (int j = i + 1; j < 6; ++j) differences.insert(std::abs(now[i] - now[j]));
+    int largest_step = 0;
+    for (auto n = numbers.begin(); std::next(n) != numbers.end(); ++n)
+      largest_step = std::max(largest_step, *std::next(n) - *n);
+    ASSERT_EQ(calc_KuaDu(now), *differences.rbegin());
+    ASSERT_EQ(calc_AC(now), static_cast<int>(differences.size()) - 5);
+    ASSERT_EQ(calc_JianJuMax(now), largest_step);
+    std::multiset<std::string, std::greater<>> runs;
+    for (int n = 1, run = 0; n <= kRedCount + 1; ++n) {
+      if (!numbers.contains(n) && run > 1) runs.insert(std::to_string(run));
+      run = numbers.contains(n) ? run + 1 : 0;
+    }
+    ASSERT_EQ(run_Shapes().at(calc_LianHaoMax(now)),
+              runs.empty() ? "0" : fmt::format("{}", fmt::join(runs, "+")));
+    const auto hits = [&](auto same) {
+      return std::count_if(now.begin(), now.end(), [&](int b) {
+        return std::any_of(before.begin(), before.end(), [&](int a) { return same(a, b); });
+      });
+    };
+    ASSERT_EQ(calc_CongDie(before, now), hits([](int a, int b) { return a == b; }));
+    ASSERT_EQ(calc_weisuCongDie(before, now), hits([](int a, int b) { return a % 10 == b % 10; }));
+    ASSERT_EQ(calc_hesuCongDie(before, now), hits([](int a, int b) { return root(a) == root(b); }));
+    ASSERT_EQ(calc_XieWeiMa(before, now), hits([](int a, int b) { return std::abs(a - b) == 1; }));
+  }
+}
+
+}  // namespace
+}  // namespace lotmere
