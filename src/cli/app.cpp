@@ -19,6 +19,7 @@ CommandList all_Commands() {
   add_NumberCommands(list);
   add_ConditionCommands(list);
   add_TicketCommands(list);
+  add_AnalysisCommands(list);
   return list;
 }
 
@@ -51,7 +52,7 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
       ->check(CLI::IsMember({"yes", "no"}));
   app.require_subcommand(1);
   app.fallthrough();
-  std::map<std::string, CLI::App*> groups;
+  std::map<std::string, CLI::App*> groups{{"", &app}};
   for (const auto& [name, description] : kGroups) {
     groups[name] = app.add_subcommand(name, description);
     groups[name]->group("命令");

@@ -35,6 +35,7 @@ inline constexpr int kExitUsage = 2;
 
 class Command {
  public:
+  // A command with the empty group stands at the top level.
   Command(const char* group, const char* name, const char* description)
       : group_(group), name_(name), description_(description) {}
   Command(const Command&) = delete;
@@ -61,6 +62,7 @@ void add_NumberCommands(CommandList& list);
 void add_ConditionCommands(CommandList& list);
 void add_OwnSetCommands(CommandList& list);
 void add_TicketCommands(CommandList& list);
+void add_AnalysisCommands(CommandList& list);
 
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);

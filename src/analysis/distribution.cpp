@@ -1,0 +1,55 @@
+#include "analysis/distribution.hpp"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <string>
+#include <vector>
+
+#include "analysis/draw_range.hpp"
+#include "core/periods.hpp"
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+std::string insert_Sql() {
+  const std::vector<char> marks(kDistributionColumns, '?');
+  return fmt::format(R"(INSERT INTO "号码分布" VALUES ({}))", fmt::join(marks, ","));
+}
+
+void add_Row(SQLite::Statement& insert, PeriodNo period, const DrawNumbers& numbers) {
+  insert.clearBindings();
+  insert.bind(1, period);
+  // Parameters count from 1, columns from 0.
+  for_EachBall(Balls::red, numbers, [&](int red) { insert.bind(1 + red, format_Ball(red)); });
+  for_EachBall(Balls::blue, numbers, [&](int blue) { insert.bind(1 + kRedCount + blue, format_Ball(blue)); });
+  insert.exec();
+  insert.reset();
+}
+
+}  // namespace
+
+std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, DistributionSpan span) {
+  const PeriodNo oldest = periodsUpTo(store, to, static_cast<int>(span));
+  StoreChange change(store);
+  store.query(R"(DELETE FROM "号码分布")").run();
+  const auto count =
+      store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", oldest, to);
+  {
+    WalkProgress progress(desk, count);
+    Query rows = store.query(
+        R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
+           WHERE "期号">=? AND "期号"<=? ORDER BY "期号" ASC)");
+    rows.bind(oldest, to);
+    Query insert = store.query(insert_Sql());
+    while (rows.next()) {
+      add_Row(insert.statement(), rows.number(0), read_Numbers(rows, 1));
+      progress.step();
+    }
+  }
+  change.commit();
+  return count;
+}
+
+}  // namespace lotmere

@@ -1,0 +1,23 @@
+// The distribution of the numbers: a row a draw, a column a number, a cell filled where the draw holds the
+// number.
+#pragma once
+
+#include <cstdint>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The columns of `号码分布`: 0 `期号`, 1 to 33 the reds, 34 to 49 the blues.
+inline constexpr int kDistributionColumns = 1 + kCodeCount;
+
+// How many of the newest draws are shown.
+enum class DistributionSpan : int { recent = 100, all = 10'000 };
+
+// Empties `号码分布` and fills it with the draws up to `to`, in one change: a cell holds the number as two digits
+// or is null. Returns the number of rows; 0 where no draw stands up to there, and the table is empty then.
+std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, DistributionSpan span);
+
+}  // namespace lotmere

@@ -1,0 +1,30 @@
+#include "analysis/draw_range.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr std::int64_t kRowsWorthABar = 200;
+// Writing a row takes some hundredths of a millisecond.
+constexpr std::int64_t kRowsBetweenServes = 64;
+
+}  // namespace
+
+std::string_view ball_Name(Balls balls) { return balls == Balls::red ? "红球" : "蓝球"; }
+
+DrawNumbers read_Numbers(const Query& row, int first) {
+  DrawNumbers numbers;
+  for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = row.number(first + i);
+  numbers.blue = row.number(first + kRedsPerTicket);
+  return numbers;
+}
+
+WalkProgress::WalkProgress(Desk& desk, std::int64_t rows) {
+  if (rows >= kRowsWorthABar) job_.emplace(desk, rows, Job::Stop::impossible);
+}
+
+void WalkProgress::step() {
+  ++done_;
+  if (job_ && done_ % kRowsBetweenServes == 0) job_->advance(done_);
+}
+
+}  // namespace lotmere

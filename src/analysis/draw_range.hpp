@@ -1,0 +1,55 @@
+// What the analyses share: reds or blues, the numbers of a draw, and the course of a walk over many draws.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// Which numbers an analysis is about.
+enum class Balls { red, blue };
+
+// Numbers run from 1 to this.
+[[nodiscard]] constexpr int ball_Count(Balls balls) { return balls == Balls::red ? kRedCount : kBlueCount; }
+
+// "红球" or "蓝球".
+[[nodiscard]] std::string_view ball_Name(Balls balls);
+
+// Reads six reds and the blue behind them from a row, from column `first` on.
+[[nodiscard]] DrawNumbers read_Numbers(const Query& row, int first);
+
+// Calls `visit(number)` for each number of a draw: a red that stands twice once, and nothing for a number
+// outside the game, which only a row of another program can hold.
+template <class Visit>
+void for_EachBall(Balls balls, const DrawNumbers& numbers, Visit visit) {
+  if (balls == Balls::blue) {
+    if (numbers.blue >= 1 && numbers.blue <= kBlueCount) visit(numbers.blue);
+    return;
+  }
+  std::uint64_t seen = 0;
+  for (const int red : numbers.reds) {
+    if (red < 1 || red > kRedCount || (seen >> red & 1) != 0) continue;
+    seen |= std::uint64_t{1} << red;
+    visit(red);
+  }
+}
+
+// The bar over a walk of `rows` steps; a short walk is over before a bar could be seen and gets none. Can't
+// be stopped: the longest walk is a matter of tenths of a second.
+class WalkProgress {
+ public:
+  WalkProgress(Desk& desk, std::int64_t rows);
+  // One row more is done; serves the desk now and then.
+  void step();
+
+ private:
+  std::optional<Job> job_;
+  std::int64_t done_ = 0;
+};
+
+}  // namespace lotmere

@@ -1,0 +1,133 @@
+#include "analysis/omission.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "core/periods.hpp"
+
+namespace lotmere {
+namespace {
+
+// The gaps of one number while the draws go by.
+class GapTally {
+ public:
+  void add_Hit(int place) {
+    gap_ = place - last_place_ - 1;
+    largest_ = std::max(largest_, gap_);
+    sum_ += gap_;
+    last_place_ = place;
+    ++hits_;
+  }
+
+  [[nodiscard]] OmissionFigures figures(int draws) const {
+    OmissionFigures figures{hits_, draws - 1 - last_place_, std::nullopt};
+    if (hits_ > 1) figures.closed = ClosedGaps{largest_, divide_HalfToEven(sum_, hits_ - 1), gap_};
+    return figures;
+  }
+
+ private:
+  int hits_ = 0;
+  int last_place_ = -1;
+  int gap_ = 0;
+  int largest_ = 0;
+  int sum_ = 0;
+};
+
+// A draw and its two work columns, as stored (-1 where never written) or as they are to be.
+struct WorkRow {
+  PeriodNo period = 0;
+  DrawNumbers numbers;
+  int place = 0;  // `总期号`
+  int mark = 0;   // `遗漏数据`
+};
+
+std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, PeriodNo period) {
+  Query row = store.query(
+      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+         ifnull("总期号",-1),ifnull("遗漏数据",-1) FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
+  row.bind(period);
+  std::vector<WorkRow> rows;
+  while (row.next()) {
+    rows.push_back({row.number(0), read_Numbers(row, 1), row.number(8), row.number(9)});
+    progress.step();
+  }
+  return rows;
+}
+
+// Marking every number in turn leaves the largest red in the mark; blues are found without marks.
+int last_Mark(Balls balls, const DrawNumbers& numbers) {
+  int mark = 0;
+  if (balls == Balls::red) for_EachBall(balls, numbers, [&](int red) { mark = std::max(mark, red); });
+  return mark;
+}
+
+// Most rows hold already what they get: the numbering changes behind a hole only, the marks with the colour.
+void write_WorkColumns(Store& store, WalkProgress& progress, Balls balls, const std::vector<WorkRow>& rows) {
+  Query update = store.query(R"(UPDATE "历史记录" SET "总期号"=?,"遗漏数据"=? WHERE "期号"=?)");
+  int place = 0;
+  for (const WorkRow& row : rows) {
+    const int mark = last_Mark(balls, row.numbers);
+    if (row.place != place || row.mark != mark) update.bind(place, mark, row.period).run();
+    ++place;
+    progress.step();
+  }
+}
+
+Omission tally_Gaps(Balls balls, PeriodNo period, const std::vector<WorkRow>& rows) {
+  std::vector<GapTally> tallies(ball_Count(balls));
+  int place = 0;
+  for (const WorkRow& row : rows) {
+    for_EachBall(balls, row.numbers, [&](int number) { tallies[number - 1].add_Hit(place); });
+    ++place;
+  }
+  Omission omission{balls, period, {}, 0};
+  for (const GapTally& tally : tallies) {
+    const OmissionFigures& figures = omission.numbers.emplace_back(tally.figures(place));
+    if (figures.closed) omission.largest = std::max(omission.largest, figures.closed->largest);
+  }
+  return omission;
+}
+
+void tell_Missing(Store& store, Desk& desk, PeriodNo period) {
+  const bool any = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0;
+  desk.tell(
+      any ? fmt::format("历史记录里没有 {} 期，无法统计遗漏。", period) : "历史记录是空的，无法统计遗漏。",
+      Tone::warning);
+}
+
+std::optional<Omission> analyse_Omission(Store& store, Desk& desk, Balls balls, PeriodNo period) {
+  period = std::min(period, latestPeriod(store));
+  if (!findDraw(store, period)) {
+    tell_Missing(store, desk, period);
+    return std::nullopt;
+  }
+  StoreChange change(store);
+  const auto count = store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号"<=?)", period);
+  WalkProgress progress(desk, 2 * count);
+  const auto rows = read_Rows(store, progress, period);
+  write_WorkColumns(store, progress, balls, rows);
+  change.commit();
+  return tally_Gaps(balls, period, rows);
+}
+
+}  // namespace
+
+std::optional<Omission> analyseRedOmission(Store& store, Desk& desk, PeriodNo period) {
+  return analyse_Omission(store, desk, Balls::red, period);
+}
+
+std::optional<Omission> analyseBlueOmission(Store& store, Desk& desk, PeriodNo period) {
+  return analyse_Omission(store, desk, Balls::blue, period);
+}
+
+std::vector<PeriodNo> loadOmissionPeriods(Store& store) {
+  constexpr int listed = 50;
+  Query rows = store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT ?)");
+  rows.bind(listed);
+  std::vector<PeriodNo> periods;
+  while (rows.next()) periods.push_back(rows.number(0));
+  return periods;
+}
+
+}  // namespace lotmere

@@ -1,0 +1,114 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "analysis/counts.hpp"
+#include "analysis/distribution.hpp"
+#include "analysis/omission.hpp"
+#include "analysis/omission_text.hpp"
+#include "cli/command.hpp"
+#include "core/periods.hpp"
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+// The word for reds or blues, first of the arguments.
+void add_Balls(CLI::App& app, std::string& balls) {
+  app.add_option("BALLS", balls, "red 红球，blue 蓝球")->required()->check(CLI::IsMember({"red", "blue"}));
+}
+
+class OmissionCommand final : public Command {
+ public:
+  OmissionCommand()
+      : Command("", "omission",
+                "号码遗漏统计，一个号码一行：号码、开出期数、最大、平均、最近一次、当前遗漏值") {}
+
+  void add_Options(CLI::App& app) override {
+    add_Balls(app, balls_);
+    app.add_option("PERIOD", period_, "截止期号，不写为最新一期");
+  }
+
+  int run(Session& session) override {
+    const auto period = period_.empty() ? latestPeriod(session.store) : read_Period(session.desk, period_);
+    if (!period) return kExitRefused;
+    const auto analyse = balls_ == "red" ? analyseRedOmission : analyseBlueOmission;
+    const auto omission = analyse(session.store, session.desk, *period);
+    if (!omission) return kExitRefused;
+    int number = 0;
+    for (const OmissionFigures& figures : omission->numbers)
+      session.out << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\n", format_Ball(++number), figures.hits,
+                                 gap_Text(figures, &ClosedGaps::largest),
+                                 gap_Text(figures, &ClosedGaps::average),
+                                 gap_Text(figures, &ClosedGaps::last), figures.running);
+    return kExitDone;
+  }
+
+ private:
+  std::string balls_;
+  std::string period_;
+};
+
+class CountsCommand final : public Command {
+ public:
+  CountsCommand() : Command("", "counts", "统计一段期号里各号码的开出次数，一个号码一行") {}
+
+  void add_Options(CLI::App& app) override {
+    add_Balls(app, balls_);
+    app.add_option("FROM", from_, "起始期号")->required();
+    app.add_option("TO", to_, "结束期号")->required();
+  }
+
+  int run(Session& session) override {
+    const auto from = read_Period(session.desk, from_);
+    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
+    if (!to) return kExitRefused;
+    const auto count = balls_ == "red" ? countRedDraws : countBlueDraws;
+    for (const CountRow& row : count(session.store, session.desk, *from, *to))
+      session.out << fmt::format("{}\t{}\n", format_Ball(row.number), row.count);
+    return kExitDone;
+  }
+
+ private:
+  std::string balls_;
+  std::string from_;
+  std::string to_;
+};
+
+class DistributionCommand final : public Command {
+ public:
+  DistributionCommand()
+      : Command("draws", "distribution",
+                "号码分布，最近100期一期一行：期号、33个红球、16个蓝球，未开出的为 ..") {}
+
+  void add_Options(CLI::App& app) override { app.add_flag("--all", all_, "列出全部期号"); }
+
+  int run(Session& session) override {
+    buildHaoMaFenBu(session.store, session.desk, latestPeriod(session.store),
+                    all_ ? DistributionSpan::all : DistributionSpan::recent);
+    Query rows = session.store.query(R"(SELECT * FROM "号码分布" ORDER BY "期号" ASC)");
+    while (rows.next()) {
+      std::string line = rows.text(0);
+      for (int column = 1; column < kDistributionColumns; ++column) {
+        const std::string cell = rows.text(column);
+        line += ' ' + (cell.empty() ? ".." : cell);
+      }
+      session.out << line << '\n';
+    }
+    return kExitDone;
+  }
+
+ private:
+  bool all_ = false;
+};
+
+}  // namespace
+
+void add_AnalysisCommands(CommandList& list) {
+  list.push_back(std::make_unique<OmissionCommand>());
+  list.push_back(std::make_unique<CountsCommand>());
+  list.push_back(std::make_unique<DistributionCommand>());
+}
+
+}  // namespace lotmere
