@@ -6,6 +6,8 @@
 #include "cli/command.hpp"
 #include "core/text.hpp"
 #include "files/export.hpp"
+#include "files/import.hpp"
+#include "files/prize_check.hpp"
 #include "pipeline/run.hpp"
 #include "tickets/init.hpp"
 #include "tickets/upkeep.hpp"
@@ -34,6 +36,13 @@ class PeriodCommand : public Command {
   std::string period_;
 };
 
+// A text of the engine, its line ends those of a terminal.
+void print_Lines(std::ostream& out, std::string_view text) {
+  for (const char c : trim(text))
+    if (c != '\r') out << c;
+  out << '\n';
+}
+
 class InitCommand final : public PeriodCommand {
  public:
   InitCommand() : PeriodCommand("tickets", "init", "把已选的号码展开成一期的全部号码") {}
@@ -53,11 +62,21 @@ class RunCommand final : public PeriodCommand {
  protected:
   int run_Period(Session& session, PeriodNo period) override {
     const RunResult result = run_Pipeline(session.store, session.desk, period);
-    std::string_view text = trim(session.desk.running_Text().text());
-    if (!result.ran) return refuse(session.desk, text);
-    for (const char c : text)
-      if (c != '\r') session.out << c;
-    session.out << '\n';
+    if (!result.ran) return refuse(session.desk, trim(session.desk.running_Text().text()));
+    print_Lines(session.out, session.desk.running_Text().text());
+    return kExitDone;
+  }
+};
+
+class CheckCommand final : public PeriodCommand {
+ public:
+  CheckCommand() : PeriodCommand("tickets", "check", "用一期的开奖号码核对号码，按奖级统计") {}
+
+ protected:
+  int run_Period(Session& session, PeriodNo period) override {
+    const CheckResult result = check_KaiJiang(session.store, session.desk, period);
+    if (!result.refusal.empty()) return refuse(session.desk, result.refusal);
+    print_Lines(session.out, tally_Text(result));
     return kExitDone;
   }
 };
@@ -146,6 +165,34 @@ class ExportCommand final : public Command {
   ExportSwitches switches_;
 };
 
+class ImportCommand final : public Command {
+ public:
+  ImportCommand() : Command("tickets", "import", "从文本文件导入号码（--answer no 时先删除原有的号码）") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("FILE", file_, "文件名")->required();
+    app.add_option("--format", format_, "一行的内容：0 只有号码，1 期号＋号码，2 序号＋号码（不写时为 0）")
+        ->transform(whole_Number(0, 2));
+    app.add_option("--period", period_, "号码的期号，如 2007001；格式 1 用文件里的期号");
+  }
+
+  int run(Session& session) override {
+    ImportChoice choice{static_cast<ImportFormat>(format_), 0};
+    if (choice.format != ImportFormat::period_numbers) {
+      if (period_.empty()) return refuse(session.desk, "请用 --period 写上号码的期号，如 2007001。");
+      const auto period = read_Period(session.desk, period_);
+      if (!period) return kExitRefused;
+      choice.period = *period;
+    }
+    return import_Command(session.store, session.desk, file_, choice).count > 0 ? kExitDone : kExitRefused;
+  }
+
+ private:
+  std::string file_;
+  int format_ = 0;
+  std::string period_;
+};
+
 }  // namespace
 
 void add_TicketCommands(CommandList& list) {
@@ -154,6 +201,8 @@ void add_TicketCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<ClearCommand>());
   list.push_back(std::make_unique<ExportCommand>());
+  list.push_back(std::make_unique<ImportCommand>());
+  list.push_back(std::make_unique<CheckCommand>());
 }
 
 }  // namespace lotmere

@@ -1,18 +1,14 @@
 // Writing a ticket set back. Two statements do it, a DELETE and an UPDATE over the rows of the period, which
-// ask the set about each row through an SQL function: so a row costs a step of one scan and not a statement
-// of its own.
-#include <sqlite3.h>
-
+// ask the set about each row through an SQL function.
 #include <algorithm>
-#include <exception>
 
+#include "tickets/row_function.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
 namespace {
 
 constexpr std::size_t kBlock = 4096;
-constexpr const char* kFunction = "lotmere_ticket";
 
 // What the function is asked for.
 enum Question : int { is_gone, has_changed, new_seq, new_mark, new_shrink, new_score };
@@ -47,12 +43,6 @@ class RowAnswers {
     return 0;
   }
 
-  // A failure of the one who is served, kept while the engine is on the stack.
-  void rethrow() const {
-    if (failure_) std::rethrow_exception(failure_);
-  }
-  void keep(std::exception_ptr failure) { failure_ = std::move(failure); }
-
  private:
   void serve() {
     if (++asked_ % kBlock == 0) done_(std::min(row_, tickets_.size()));
@@ -82,65 +72,22 @@ class RowAnswers {
   std::size_t place_ = static_cast<std::size_t>(-2);  // among the stored rows; before the first one
   std::size_t row_ = 0;                               // among the tickets
   std::size_t asked_ = 0;
-  std::exception_ptr failure_;
 };
-
-// lotmere_ticket(question, ID)
-void answer_Engine(sqlite3_context* context, int /*count*/, sqlite3_value** values) {
-  auto& answers = *static_cast<RowAnswers*>(sqlite3_user_data(context));
-  try {
-    const auto question = static_cast<Question>(sqlite3_value_int(values[0]));
-    sqlite3_result_int(context, answers.answer(question, sqlite3_value_int(values[1])));
-  } catch (...) {
-    // The engine is C: no exception may cross it.
-    answers.keep(std::current_exception());
-    sqlite3_result_error(context, "stopped by a failure", -1);
-  }
-}
-
-// The function as long as the write lasts.
-class FunctionScope {
- public:
-  FunctionScope(Store& store, RowAnswers& answers) : store_(store) {
-    store.db().createFunction(kFunction, 2, false, &answers, answer_Engine);
-  }
-  FunctionScope(const FunctionScope&) = delete;
-  FunctionScope& operator=(const FunctionScope&) = delete;
-  ~FunctionScope() {
-    sqlite3_create_function(store_.db().getHandle(), kFunction, 2, SQLITE_UTF8, nullptr, nullptr, nullptr,
-                            nullptr);
-  }
-
- private:
-  Store& store_;
-};
-
-void run_Statement(Store& store, RowAnswers& answers, const char* sql, PeriodNo period) {
-  SQLite::Statement statement(store.db(), sql);
-  statement.bind(1, period);
-  try {
-    statement.exec();
-  } catch (const SQLite::Exception&) {
-    answers.rethrow();
-    throw;
-  }
-}
 
 }  // namespace
 
 void save_Tickets(Store& store, const TicketSet& tickets, const RowsDone& done) {
   StoreChange change(store);
   RowAnswers answers(tickets, done);
-  const FunctionScope function(store, answers);
-  run_Statement(store, answers, R"(DELETE FROM "日志表" WHERE "期号"=? AND lotmere_ticket(0,"ID"))",
-                tickets.period);
-  run_Statement(store, answers, R"(UPDATE "日志表" SET "精选标记"=0 WHERE "期号"=? AND "精选标记"<>0)",
-                tickets.period);
-  run_Statement(store, answers,
-                R"(UPDATE "日志表" SET "序号"=lotmere_ticket(2,"ID"),"过滤标记"=lotmere_ticket(3,"ID"),
-                   "缩水标记"=lotmere_ticket(4,"ID"),"临时数据"=lotmere_ticket(5,"ID")
-                   WHERE "期号"=? AND lotmere_ticket(1,"ID"))",
-                tickets.period);
+  RowFunction function(store, "lotmere_ticket", 2, [&](std::span<const std::int32_t> values) {
+    return answers.answer(static_cast<Question>(values[0]), values[1]);
+  });
+  function.run(R"(DELETE FROM "日志表" WHERE "期号"=? AND lotmere_ticket(0,"ID"))", tickets.period);
+  function.run(R"(UPDATE "日志表" SET "精选标记"=0 WHERE "期号"=? AND "精选标记"<>0)", tickets.period);
+  function.run(R"(UPDATE "日志表" SET "序号"=lotmere_ticket(2,"ID"),"过滤标记"=lotmere_ticket(3,"ID"),
+                  "缩水标记"=lotmere_ticket(4,"ID"),"临时数据"=lotmere_ticket(5,"ID")
+                  WHERE "期号"=? AND lotmere_ticket(1,"ID"))",
+               tickets.period);
   change.commit();
 }
 

@@ -1,0 +1,66 @@
+// Tickets from a text file, a line a ticket, in whatever separators other programs write.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include "core/desk.hpp"
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// What stands in a line in front of the seven numbers.
+enum class ImportFormat : int {
+  numbers = 0,         // nothing
+  period_numbers = 1,  // anything up to the first seven digits in a row, which are the period
+  seq_numbers = 2      // one field, which is passed over
+};
+
+// The period is that of all tickets, but for lines that hold their own.
+struct ImportChoice {
+  ImportFormat format = ImportFormat::numbers;
+  PeriodNo period = 0;
+};
+
+// What the dialog's two fields say: the index of the format and the period as typed. With format 0 the text must
+// have exactly seven characters; else tells so and gives nothing. The dialog proposes nextPeriod() with today as
+// the date.
+[[nodiscard]] std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::string_view period);
+
+struct ImportTicket {
+  PeriodNo period = 0;
+  DrawNumbers numbers;
+
+  friend bool operator==(const ImportTicket&, const ImportTicket&) = default;
+};
+
+// Reads one line of UTF-8, without its line end. Nothing where the trimmed line has fewer than 15 characters,
+// its period is missing or 0, or its first seven numbers aren't six of 1 to 33 and one of 1 to 16. Numbers are
+// runs of digits; blank, "-", "+", ",", "，", "|" and the full-width blank stand between them; anything else
+// behind a number is passed over up to the next separator. Order and repeated reds don't matter, and what
+// follows the seventh number neither.
+[[nodiscard]] std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice);
+
+struct ImportResult {
+  int count = 0;         // tickets added
+  bool stopped = false;  // by the person; nothing was changed then
+  bool is_text = true;   // false: a file that can't be text; nothing was changed then
+};
+
+// Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. With
+// tickets there already it asks whether to keep them: new rows then go on behind the highest `ID` and the
+// highest `序号`, else both begin at 1 and the old rows of all periods are gone. A stop, a failure, or a file
+// without a single ticket leaves everything as it was, the old rows as well; such a file asks nothing. Linear in
+// the size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
+// SQLite::Exception when the store refuses.
+[[nodiscard]] ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
+                                          const ImportChoice& choice);
+
+// The command "导入": imports, and tells the number of tickets or why there are none, in the running text as
+// well. Without a choice the dialog was cancelled, and the number is 0. Throws as import_Tickets does.
+ImportResult import_Command(Store& store, Desk& desk, const std::filesystem::path& file,
+                            const std::optional<ImportChoice>& choice);
+
+}  // namespace lotmere

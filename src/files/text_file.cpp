@@ -1,0 +1,113 @@
+#include "files/text_file.hpp"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace lotmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kChunk = std::size_t{256} * 1024;  // a millisecond or two of conversion
+constexpr std::size_t kMostBytes = 4;                    // of a character in UTF-8
+constexpr std::string_view kMark = "\xEF\xBB\xBF";
+
+[[noreturn]] void fail(const fs::path& path, std::errc reason) {
+  throw fs::filesystem_error("read", path, std::make_error_code(reason));
+}
+
+// A conversion into UTF-8 that closes itself.
+class Converter {
+ public:
+  explicit Converter(const char* from) : handle_(::iconv_open("UTF-8", from)) {
+    // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the library's own sign of failure
+    if (handle_ == reinterpret_cast<iconv_t>(-1))
+      throw std::system_error(errno, std::generic_category(), from);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+  ~Converter() { ::iconv_close(handle_); }
+
+  // Converts up to a chunk of the rest, takes it off the rest and adds it to `text`. False when it ended at a
+  // byte that begins no whole character.
+  bool convert(std::string_view& rest, std::string& text) {
+    // The call moves the pointer over what it read, and takes no pointer to const for old systems' sake.
+    char* in = const_cast<char*>(rest.data());  // NOLINT(*-const-cast)
+    std::size_t left = std::min(rest.size(), kChunk);
+    const std::size_t size = left;
+    char* out = buffer_.data();
+    std::size_t room = buffer_.size();
+    const bool ended = ::iconv(handle_, &in, &left, &out, &room) != static_cast<std::size_t>(-1);
+    const int reason = ended ? 0 : errno;
+    text.append(buffer_.data(), buffer_.size() - room);
+    rest.remove_prefix(size - left);
+    // A character on the edge of the chunk is whole in the next one.
+    return reason == 0 || reason == E2BIG || (reason == EINVAL && left < rest.size());
+  }
+
+ private:
+  iconv_t handle_;
+  std::vector<char> buffer_ = std::vector<char>(kMostBytes * kChunk);
+};
+
+enum class Strict { yes, no };
+
+// Nothing when a byte is no character and the conversion is strict.
+std::optional<std::string> convert_Text(std::string_view rest, const char* from, Strict strict, Job& job) {
+  Converter converter(from);
+  std::string text;
+  text.reserve(rest.size() + rest.size() / 2);
+  std::size_t serve_at = rest.size();
+  while (!rest.empty()) {
+    if (!converter.convert(rest, text)) {
+      if (strict == Strict::yes) return std::nullopt;
+      text += '?';
+      rest.remove_prefix(1);
+    }
+    if (rest.size() + kChunk > serve_at) continue;
+    if (job.advance(0)) break;
+    serve_at = rest.size();
+  }
+  return text;
+}
+
+}  // namespace
+
+TextFile::TextFile(const fs::path& path) : path_(path) {
+  const fs::file_status status = fs::status(path);
+  if (!fs::exists(status)) fail(path, std::errc::no_such_file_or_directory);
+  if (fs::is_directory(status)) fail(path, std::errc::is_a_directory);
+  if (!fs::is_regular_file(status)) fail(path, std::errc::invalid_argument);
+  size_ = fs::file_size(path);
+  file_.open(path, std::ios::binary);
+  if (!file_) fail(path, std::errc::permission_denied);
+}
+
+std::string TextFile::bytes(Job& job) {
+  std::string bytes;
+  bytes.reserve(size_ + kChunk);
+  while (file_ && !job.advance(0)) {
+    const std::size_t size = bytes.size();
+    bytes.resize(size + kChunk);
+    file_.read(bytes.data() + size, kChunk);
+    bytes.resize(size + static_cast<std::size_t>(file_.gcount()));
+  }
+  if (file_.bad()) fail(path_, std::errc::io_error);
+  return bytes;
+}
+
+std::optional<std::string> decode_Bytes(std::string bytes, Job& job) {
+  if (bytes.find('\0') != std::string::npos) return std::nullopt;
+  if (bytes.starts_with(kMark)) bytes.erase(0, kMark.size());
+  const bool plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
+  if (plain) return bytes;
+  if (auto text = convert_Text(bytes, "UTF-8", Strict::yes, job)) return text;
+  return convert_Text(bytes, "GB18030", Strict::no, job);
+}
+
+}  // namespace lotmere

@@ -1,0 +1,35 @@
+// Reading a text file of a person, in whatever encoding it came.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include "core/desk.hpp"
+
+namespace lotmere {
+
+// A file that is there and may be read. Opening it throws std::filesystem::filesystem_error when it is missing,
+// a folder, a device, or not for this person to read.
+class TextFile {
+ public:
+  explicit TextFile(const std::filesystem::path& path);
+
+  [[nodiscard]] std::size_t size() const { return size_; }
+  // The bytes of the file, which `job` is served for. Throws std::filesystem::filesystem_error when the machine
+  // breaks off. Cut short when the person asks to stop.
+  [[nodiscard]] std::string bytes(Job& job);
+
+ private:
+  std::filesystem::path path_;
+  std::size_t size_ = 0;
+  std::ifstream file_;
+};
+
+// A text as UTF-8 without mark: it is taken for UTF-8 (with or without mark) where all of it is, else for
+// GB18030. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a byte is 0:
+// that is no text. Cut short when the person asks to stop.
+[[nodiscard]] std::optional<std::string> decode_Bytes(std::string bytes, Job& job);
+
+}  // namespace lotmere
