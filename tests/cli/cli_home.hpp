@@ -1,11 +1,16 @@
 // A home folder that the command line works in, and what one call of it gave back.
 #pragma once
 
-#include <filesystem>
+#include <gtest/gtest.h>
+
+#include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "cli/app.hpp"
+#include "core/text.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {
@@ -18,28 +23,61 @@ struct Reply {
 
 using Arguments = std::vector<std::string>;
 
-class CliHome {
+// Runs without --home.
+inline Reply run_Bare(const Arguments& arguments) {
+  std::ostringstream out, err;
+  // No default home: a call that goes as far as opening one fails instead of finding a real one.
+  const Surroundings surroundings{"/proc/lotmere", "/proc/lotmere", "/proc/lotmere"};
+  const int status = run_Cli(arguments, out, err, surroundings);
+  return {status, out.str(), err.str()};
+}
+
+// A refusal or a report: one line that a person reads at a glance.
+inline void expect_OneLine(const Reply& reply, int status) {
+  EXPECT_EQ(reply.status, status);
+  EXPECT_GT(reply.err.size(), 1U);
+  EXPECT_EQ(reply.err.find('\n'), reply.err.size() - 1) << reply.err;
+  EXPECT_LE(count_Characters(reply.err), 160U) << reply.err;
+  EXPECT_EQ(reply.out.empty(), status != 0) << reply.out;
+}
+
+class CliHome : public TempHome {
  public:
   // Runs `lotmere-cli --home <this folder>` with the arguments.
-  [[nodiscard]] Reply run(const Arguments& arguments) const;
+  Reply run(const Arguments& arguments) const {
+    Arguments all{"--home", path().string()};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return run_Bare(all);
+  }
   // The same for a step that the test builds on: fails the test when it isn't done.
-  void do_Step(const Arguments& arguments) const;
-
-  [[nodiscard]] const std::filesystem::path& path() const { return home_.path(); }
-  [[nodiscard]] const Home& home() const { return home_.home(); }
+  void do_Step(const Arguments& arguments) const {
+    const Reply reply = run(arguments);
+    ASSERT_EQ(reply.status, 0) << arguments.at(0) << ' ' << arguments.at(1) << ": " << reply.err;
+  }
   // The address of a new file in this folder.
-  [[nodiscard]] std::string put_File(const std::string& name, const std::string& text) const;
-  // Every row of every table as one text: two stores with the same text hold the same.
-  [[nodiscard]] std::string contents() const;
-  // The names of all files below this folder.
-  [[nodiscard]] std::set<std::string> files() const;
-
- private:
-  TempHome home_;
+  std::string put_File(const std::string& name, const std::string& text) const {
+    std::ofstream(path() / name, std::ios::binary) << text;
+    return "file://" + (path() / name).string();
+  }
+  // Every row of every table and the names of all files: two homes with the same text hold the same.
+  std::string contents() const {
+    SQLite::Database db(home().main_Db().string(), SQLite::OPEN_READWRITE);
+    SQLite::Statement tables(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
+    std::string text;
+    while (tables.executeStep()) {
+      const std::string table = tables.getColumn(0).getString();
+      SQLite::Statement rows(db, "SELECT * FROM \"" + table + "\" ORDER BY rowid");
+      for (text += table; rows.executeStep(); text += '\n')
+        for (int i = 0; i < rows.getColumnCount(); ++i)
+          text += std::to_string(rows.getColumn(i).getType()) + rows.getColumn(i).getString() + '\t';
+    }
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path()))
+      names.insert(entry.path().string());
+    for (const std::string& name : names) text += name + '\n';
+    return text;
+  }
 };
-
-// Runs without --home.
-[[nodiscard]] Reply run_Bare(const Arguments& arguments);
 
 // Six invented draws of 2024; the fourth entry has a red of 35.
 inline constexpr const char* kDrawList =

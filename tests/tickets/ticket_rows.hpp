@@ -19,24 +19,23 @@ struct Row {
   friend std::ostream& operator<<(std::ostream& out, const Row& row) {
     out << "#" << row.id << " " << row.seq << "/" << row.period;
     for (const int red : row.reds) out << " " << red;
-    return out << "+" << row.blue << " marks " << row.mark << " " << row.shrink << " " << row.pick << " "
-               << row.score;
+    return out << "+" << row.blue << " marks " << row.mark << row.shrink << row.pick << " " << row.score;
   }
 };
 
+inline const std::string kRowColumns =
+    R"("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记","精选标记","临时数据")";
+
 // Every row of `日志表` in the order of creation.
 inline std::vector<Row> read_Rows(Store& store) {
-  Query query = store.query(R"(SELECT "ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6",
-                               "蓝球","过滤标记","缩水标记","精选标记","临时数据" FROM "日志表" ORDER BY "ID")");
+  Query query = store.query("SELECT " + kRowColumns + R"( FROM "日志表" ORDER BY "ID")");
   std::vector<Row> rows;
   while (query.next()) {
     Row row{query.number(0), query.number(1), query.number(2)};
     for (int i = 0; i < kRedsPerTicket; ++i) row.reds[i] = query.number(3 + i);
-    row.blue = query.number(9);
-    row.mark = query.number(10);
-    row.shrink = query.number(11);
-    row.pick = query.number(12);
-    row.score = query.number(13);
+    int column = 9;
+    for (int* field : {&row.blue, &row.mark, &row.shrink, &row.pick, &row.score})
+      *field = query.number(column++);
     rows.push_back(row);
   }
   return rows;
@@ -46,13 +45,11 @@ inline std::vector<Row> read_Rows(Store& store) {
 inline void write_Rows(Store& store, const std::vector<Row>& rows) {
   StoreChange change(store);
   store.query(R"(DELETE FROM "日志表")").run();
-  Query insert = store.query(R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4",
-      "红球5","红球6","蓝球","过滤标记","缩水标记","精选标记","临时数据") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?))");
-  for (const Row& row : rows) {
-    const auto& [a, b, c, d, e, f] = row.reds;
-    insert.bind(row.id, row.seq, row.period, a, b, c, d, e, f, row.blue, row.mark, row.shrink, row.pick,
-                row.score);
-    insert.run();
+  Query insert =
+      store.query("INSERT INTO \"日志表\" (" + kRowColumns + ") VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+  for (const auto& [id, seq, period, reds, blue, mark, shrink, pick, score] : rows) {
+    const auto& [a, b, c, d, e, f] = reds;
+    insert.bind(id, seq, period, a, b, c, d, e, f, blue, mark, shrink, pick, score).run();
   }
   change.commit();
 }

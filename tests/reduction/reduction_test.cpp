@@ -1,0 +1,204 @@
+// The cover shrink and the smart optimisation against models that compare ticket by ticket.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "conditions/condition_store.hpp"
+#include "core/desk_script.hpp"
+#include "reduction/shrink.hpp"
+#include "reduction/smart.hpp"
+#include "support/test_store.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr PeriodNo kPeriod = 2026050;
+using Tickets = std::vector<DrawNumbers>;
+
+TicketSet make_Set(const Tickets& tickets) {
+  TicketSet set;
+  set.period = kPeriod;
+  for (const DrawNumbers& ticket : tickets) set.add(pack_Balls(ticket.reds, ticket.blue));
+  for (std::int32_t& seq : set.seq) seq += 100;
+  return set;
+}
+
+// The rule word for word: one walk over what is left for every centre. Returns the places of the centres.
+std::vector<std::uint32_t> centre_ByCentre(const Tickets& tickets, int type) {
+  std::vector<bool> deleted(tickets.size());
+  std::vector<std::uint32_t> centres;
+  for (std::uint32_t centre = 0; centre < tickets.size(); ++centre) {
+    if (deleted[centre]) continue;
+    centres.push_back(centre);
+    const Reds& reds = tickets[centre].reds;
+    for (std::size_t row = centre + 1; row < tickets.size(); ++row) {
+      int shared = tickets[row].blue == tickets[centre].blue;
+      for (const int red : tickets[row].reds)
+        shared += std::find(reds.begin(), reds.end(), red) != reds.end();
+      if (shared >= type) deleted[row] = true;
+    }
+  }
+  return centres;
+}
+
+// Tickets out of the first `reds` numbers; with `wild` out of order, some with a red two or three times.
+Tickets random_Tickets(std::mt19937& random, std::size_t count, int reds, bool wild) {
+  std::uniform_int_distribution<int> red(1, reds), blue(1, 16);
+  Tickets tickets;
+  while (tickets.size() < count) {
+    DrawNumbers ticket{{}, blue(random)};
+    for (int& n : ticket.reds) n = red(random);
+    Reds sorted = ticket.reds;
+    std::sort(sorted.begin(), sorted.end());
+    if (!wild && std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) continue;
+    tickets.push_back(wild ? ticket : DrawNumbers{sorted, ticket.blue});
+  }
+  return tickets;
+}
+
+TEST(Shrink, EqualsTheRuleCentreByCentre) {
+  test::TempHome home;
+  std::mt19937 random(99);
+  for (int trial = 0; trial < 192; ++trial) {
+    SCOPED_TRACE(trial);
+    const int type = 3 + trial % 4;
+    const int reds[] = {33, 12, 33, 9};
+    const auto tickets = random_Tickets(random, 3 * trial, reds[trial / 4 % 4], trial / 4 % 4 >= 2);
+    const auto centres = centre_ByCentre(tickets, type);
+    TicketSet set = make_Set(tickets);
+    ScriptedDesk desk;
+    EXPECT_EQ(shrink_Cover(home.store(), desk, set, type), static_cast<std::int64_t>(centres.size()));
+    EXPECT_EQ(set.origin, centres);
+    for (std::size_t row = 0; row < set.size(); ++row) {
+      EXPECT_EQ(set.shrink[row], type);
+      EXPECT_EQ(set.seq[row], static_cast<int>(row) + 1);
+      EXPECT_EQ(set.balls[row], pack_Balls(tickets[centres[row]].reds, tickets[centres[row]].blue));
+    }
+  }
+}
+
+// A stop that came during the optimisation before lets one centre stand and compares one ticket with it.
+TEST(Shrink, AStopLeavesTheTicketsNotReached) {
+  test::TempHome home;
+  std::mt19937 random(4);
+  auto tickets = random_Tickets(random, 9000, 33, false);
+  for (const auto& [beforehand, near] : {std::pair{false, false}, {true, false}, {true, true}}) {
+    if (near) tickets[1] = tickets[0];
+    TicketSet set = make_Set(tickets);
+    ScriptedDesk desk;
+    if (beforehand) desk.request_Stop();
+    desk.on_serve = [&] { desk.request_Stop(); };
+    const auto centres = static_cast<std::size_t>(shrink_Cover(home.store(), desk, set, 4));
+    const auto literal = centre_ByCentre(tickets, 4);
+    EXPECT_LT(centres, literal.size());
+    EXPECT_EQ(centres == 1, beforehand);
+    const auto visited = tickets.size() - (set.size() - centres);
+    EXPECT_TRUE(!beforehand || visited == (near ? 2U : 1U)) << visited;
+    for (std::size_t i = 0; i < set.size(); ++i) {
+      const bool centre = i < centres;
+      ASSERT_EQ(set.origin[i], centre ? literal[i] : visited + i - centres);
+      ASSERT_EQ(set.shrink[i], centre ? 4 : 0);
+      ASSERT_EQ(set.seq[i], static_cast<int>(centre ? i + 1 : set.origin[i] + 101));
+    }
+  }
+}
+
+// `draws` are the draws before the period, newest first; with fewer than ten the newest rows stay zero. The
+// differences of the newest row to the nine behind the first stand against those of the ticket to the nine
+// from the first on; one slot more always agrees.
+int count_AgreeingSlots(const Tickets& draws, const DrawNumbers& ticket) {
+  const auto seven = [](const DrawNumbers& numbers) {
+    const auto& [a, b, c, d, e, f] = numbers.reds;
+    return std::array{a, b, c, d, e, f, numbers.blue};
+  };
+  std::array<std::array<int, 7>, 10> row{};
+  const std::size_t used = std::min<std::size_t>(10, draws.size());
+  std::transform(draws.begin(), draws.begin() + used, row.end() - used, seven);
+  const auto own = seven(ticket);
+  int score = 1;
+  for (int b = 0; b < 7; ++b)
+    for (int c = 0; c < 7; ++c) {
+      for (int a = 0; a < 9; ++a) score += row[a][b] - own[c] == row[a + 1][b] - row[0][c];
+      if (b < c) score += own[b] - own[c] == row[0][b] - row[0][c];
+    }
+  return score;
+}
+
+// Puts the draws before the period, newest first, and one of the period itself, which takes no part.
+void put_Draws(Store& store, Tickets draws) {
+  StoreChange change(store);
+  store.query(R"(DELETE FROM "历史记录")").run();
+  draws.insert(draws.begin(), {{1, 2, 3, 4, 5, 6}, 7});
+  for (int i = 0; i < static_cast<int>(draws.size()); ++i)
+    test::put_Draw(store, kPeriod - 3 * i, "2026-01-01", draws[i]);
+  change.commit();
+}
+
+TEST(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
+  test::TempHome home;
+  set_Usage(home.store(), kSmartOptimisation, true);
+  std::mt19937 random(77);
+  for (int trial = 0; trial < 52; ++trial) {
+    SCOPED_TRACE(trial);
+    const auto draws = random_Tickets(random, trial % 13, 33, false);
+    put_Draws(home.store(), draws);
+    const int count = 1 + trial % 17;
+    auto tickets = random_Tickets(random, count, 33, trial % 2);
+    if (!draws.empty()) tickets.back() = draws.front();
+    if (trial % 5 == 0) std::fill(tickets.begin(), tickets.end(), tickets[0]);  // ties, which fall by number
+    TicketSet set = make_Set(tickets);
+    std::shuffle(set.seq.begin(), set.seq.end(), random);
+
+    std::vector<int> scores, order(tickets.size());
+    for (const DrawNumbers& ticket : tickets) scores.push_back(count_AgreeingSlots(draws, ticket));
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), [&](int a, int b) {
+      return std::pair(scores[a], set.seq[a]) < std::pair(scores[b], set.seq[b]);
+    });
+    // Sixty percent, a part of a row counted as a row.
+    for (int i = 0; i * 10 < count * 6; ++i) scores[order[i]] = 0;
+
+    ScriptedDesk desk;
+    optimise_Smart(home.store(), desk, set, 6);
+    EXPECT_EQ(std::vector<int>(set.score.begin(), set.score.end()), scores);
+    EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ] 完 成 ");
+  }
+}
+
+// Only a switch of exactly 1 is on; types that name none of 3 to 6 delete nothing and only count.
+TEST(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
+  test::TempHome home;
+  for (const auto& [usage, type] : {std::pair{0, 6}, {2, 6}, {1, 7}, {1, 12}, {1, 2}, {1, -1}}) {
+    home.store().query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=300)").bind(usage).run();
+    TicketSet set = make_Set(Tickets(2, {{1, 2, 3, 4, 5, 6}, 7}));
+    set.score = {42, 42};
+    ScriptedDesk desk;
+    EXPECT_EQ(shrink_Cover(home.store(), desk, set, type), type == 6) << type;
+    EXPECT_EQ(desk.running_Text().text(),
+              std::string("\r\n\r\n[ 智能优化 ] <未使用这个条件>\r\n\r\n") +
+                  (type == 6 ? "[保六型]缩水后余：１ 注" : "[保七型]缩水后余：２ 注"));
+    EXPECT_EQ(set.score[0], 42);
+    EXPECT_EQ(set.seq, type == 6 ? std::vector{1} : (std::vector{101, 102})) << type;
+  }
+}
+
+TEST(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
+  test::TempHome home;
+  set_Usage(home.store(), kSmartOptimisation, true);
+  TicketSet set = make_Set(Tickets(10'000));
+  std::fill(set.score.begin(), set.score.end(), 5000);
+  ScriptedDesk desk;
+  int serves = 0;
+  desk.on_serve = [&] {
+    if (++serves == 2) desk.request_Stop();
+  };
+  optimise_Smart(home.store(), desk, set, 6);
+  EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
+  EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 5000), 4000) << "those not reached keep theirs";
+  EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");
+}
+
+}  // namespace
+}  // namespace lotmere

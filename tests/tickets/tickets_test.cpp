@@ -1,0 +1,195 @@
+// The selection on the pad, its expansion into rows, and the way of the rows through a ticket set.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <stdexcept>
+
+#include "core/desk_script.hpp"
+#include "core/number_list.hpp"
+#include "core/text.hpp"
+#include "support/test_store.hpp"
+#include "tickets/init.hpp"
+#include "tickets/ticket_rows.hpp"
+
+namespace lotmere {
+namespace {
+
+using enum PickState;
+using test::Row;
+
+constexpr PeriodNo kPeriod = 2026050;
+
+// The six nested loops over the pools, as rows behind `id`.
+std::vector<Row> nested_Loops(const NumberSelection& s, int id = 0) {
+  std::vector<Row> tickets;
+  const auto in = [&](int n) { return s.red[n] != none; };
+  const auto dans = std::count(s.red.begin(), s.red.end(), dan);
+  for (int a = 1; a <= 28; ++a)
+    for (int b = a + 1; in(a) && b <= 29; ++b)
+      for (int c = b + 1; in(b) && c <= 30; ++c)
+        for (int d = c + 1; in(c) && d <= 31; ++d)
+          for (int e = d + 1; in(d) && e <= 32; ++e)
+            for (int f = e + 1; in(e) && f <= 33; ++f) {
+              int held = 0;
+              for (const int n : {a, b, c, d, e, f}) held += s.red[n] == dan;
+              for (int blue = 1; in(f) && held == dans && blue <= 16; ++blue)
+                if (s.blue[blue] != none)
+                  tickets.push_back(
+                      {++id, static_cast<int>(tickets.size()) + 1, kPeriod, {a, b, c, d, e, f}, blue});
+            }
+  return tickets;
+}
+
+// From lists of red Tuo, red Dan, blue Tuo and blue Dan.
+NumberSelection picks(const char* red_tuo, const char* red_dan, const char* blue_tuo, const char* blue_dan) {
+  NumberSelection selection;
+  const char* lists[] = {red_tuo, red_dan, blue_tuo, blue_dan};
+  for (int i = 0; i < 4; ++i)
+    for (const int n : parse_NumberList(lists[i], 1, kRedCount).value_or(std::vector<int>{}))
+      (i < 2 ? selection.red[n] : selection.blue[n]) = i % 2 ? dan : tuo;
+  return selection;
+}
+
+class Tickets : public testing::Test {
+ protected:
+  void pick(const NumberSelection& selection) {
+    ScriptedDesk desk;
+    ASSERT_TRUE(replace_Selection(store(), desk, selection));
+  }
+  Store& store() { return home_.store(); }
+  test::TempHome home_;
+};
+
+TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
+  std::mt19937 random(3);
+  std::discrete_distribution<int> red{70, 26, 4}, blue{80, 20};
+  for (int trial = 0; trial < 40; ++trial) {
+    NumberSelection selection;
+    for (int n = 1; n <= kRedCount; ++n) selection.red[n] = PickState(red(random));
+    for (int n = 1; n <= kBlueCount; ++n) selection.blue[n] = PickState(blue(random));
+    if (trial % 5 == 0) selection.blue = {none, none, dan};
+    const auto expected = nested_Loops(selection);
+    const auto count = static_cast<std::int64_t>(expected.size());
+    EXPECT_EQ(count_Combos(selection).tickets, count) << trial;
+    ScriptedDesk desk;
+    const bool fits = replace_Selection(store(), desk, selection);
+    EXPECT_EQ(fits, count <= 100'000) << trial;
+    if (!fits) continue;
+    test::write_Rows(store(), {});
+    EXPECT_EQ(init_Tickets(store(), desk, kPeriod).done, count > 0) << trial;
+    EXPECT_EQ(test::read_Rows(store()), expected) << trial;
+  }
+}
+
+const std::vector<Row> kOldRows = {{5, 1, kPeriod, {1, 2, 3, 4, 5, 6}, 7, 1, 4, 0, 2},
+                                   {8, 1, kPeriod - 1, {1, 2, 3, 4, 5, 6}, 7},
+                                   {12, 2, kPeriod, {2, 3, 4, 5, 6, 7}, 16},
+                                   {40, 1, kPeriod + 1, {1, 2, 3, 4, 5, 6}, 7}};
+
+TEST_F(Tickets, WritesTheTicketsBehindTheOldOnesOfThePeriod) {
+  const NumberSelection selection = picks("1-8", "", "3,16", "");
+  pick(selection);
+  for (const bool keep : {false, true}) {
+    test::write_Rows(store(), kOldRows);
+    std::vector<Row> expected = nested_Loops(selection, 12);
+    if (keep) expected.insert(expected.begin(), {kOldRows[0], kOldRows[2]});
+    ScriptedDesk desk;
+    desk.answers = {!keep};
+    const InitResult result = init_Tickets(store(), desk, kPeriod);
+    EXPECT_TRUE(result.done && !result.stopped);
+    const auto count = static_cast<std::int64_t>(expected.size());
+    EXPECT_EQ(result.rows, count);
+    EXPECT_EQ(test::read_Rows(store()), expected);
+    EXPECT_EQ(desk.told.at(0).text, "初始化选号完成!共 " + to_QuanJiao(count) + " 注！");
+  }
+}
+
+// At every look at the desk: a stop keeps the rows so far, a failure the old ones.
+TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
+  const NumberSelection selection = picks("1-12", "", "3,16", "");
+  const auto all = nested_Loops(selection, 12);  // 1,848 tickets
+  pick(selection);
+  for (int k = 0; k < 8; ++k) {
+    const bool fails = k % 2;
+    test::write_Rows(store(), kOldRows);
+    ScriptedDesk desk;
+    desk.answers = {true};
+    int serves = 0;
+    desk.on_serve = [&] {
+      if (serves++ != k / 2) return;
+      desk.request_Stop();
+      if (fails) throw std::logic_error("desk");
+    };
+    InitResult result;
+    try {
+      result = init_Tickets(store(), desk, kPeriod);
+    } catch (const std::logic_error&) {
+    }
+    const auto rows = test::read_Rows(store());
+    const bool reached = serves > k / 2;
+    EXPECT_EQ(reached, k < 6);
+    EXPECT_EQ(result.stopped, reached && !fails);
+    EXPECT_FALSE(desk.stop_Requested());
+    const auto written = static_cast<std::size_t>(result.rows);
+    EXPECT_EQ(written < all.size(), reached);
+    EXPECT_EQ(rows, reached && fails ? kOldRows : std::vector<Row>(all.begin(), all.begin() + written));
+  }
+}
+
+TEST_F(Tickets, ASavedSetWritesScoresAlone) {
+  test::write_Rows(store(), kOldRows);
+  const auto never = [](std::size_t) { return false; };
+  auto set = load_Tickets(store(), kPeriod, never);
+  ASSERT_TRUE(set.has_value());
+  set->score = {2, 7};
+  save_Tickets(store(), *set, never);
+  auto expected = kOldRows;
+  expected[0].mark = expected[0].shrink = 0;
+  expected[2].score = 7;
+  EXPECT_EQ(test::read_Rows(store()), expected);
+}
+
+TEST_F(Tickets, AClickOnThePad) {
+  const auto empty = picks("", "", "", "");
+  const auto five_dan = picks("6-9", "1-5", "1", "");
+  const auto lone_dan = picks("1-6", "", "", "7");
+  const auto some_blues = picks("1-6", "", "4-6", "");
+  const auto at_limit = picks("1-22", "", "1", "");  // 74,613 tickets
+  const std::string ask_tuo = "号码：５之前已经被设为胆码，现在要把它改为拖码吗？";
+  const std::string ask_dan = "号码：５之前已经被设为拖码，现在要把它改为胆码吗？";
+  const std::string no_dan = "红球“胆码”最多只设 ５ 个.";
+  const std::string limit = "无法处理更多号码,请将注数控制在 １０００００ 注以内.";
+  const struct {
+    const char* what;
+    NumberSelection before;
+    int code;
+    PadTab tab;
+    std::optional<bool> answer;  // to the question, where one comes
+    NumberSelection after;
+    std::string said;  // question or message, empty for none
+  } clicks[] = {
+      {"a free red becomes Tuo", empty, 33, PadTab::tuo, {}, picks("33", "", "", ""), ""},
+      {"a Dan becomes Tuo", five_dan, 5, PadTab::tuo, true, picks("5-9", "1-4", "1", ""), ask_tuo},
+      {"a Dan stays on no", five_dan, 5, PadTab::tuo, false, five_dan, ask_tuo},
+      {"a sixth Dan out of a Tuo", five_dan, 6, PadTab::dan, true, five_dan, no_dan},
+      {"a blue too many", at_limit, 102, PadTab::tuo, {}, at_limit, limit + "请先减少几个红球的拖码个数！"},
+      {"a lone blue Dan locks the others", lone_dan, 108, PadTab::tuo, {}, lone_dan, ""},
+      {"it comes off", lone_dan, 107, PadTab::dan, {}, picks("1-6", "", "", ""), ""},
+      {"a new blue Dan stands alone", some_blues, 109, PadTab::dan, {}, picks("1-6", "", "", "9"), ""},
+      {"out of a Tuo too", some_blues, 105, PadTab::dan, true, picks("1-6", "", "", "5"), ask_dan},
+  };
+  for (const auto& click : clicks) {
+    SCOPED_TRACE(click.what);
+    pick(click.before);
+    ScriptedDesk desk;
+    if (click.answer) desk.answers = {*click.answer};
+    EXPECT_EQ(click_Number(store(), desk, click.code, click.tab), click.before != click.after);
+    EXPECT_EQ(load_Selection(store()), click.after);
+    EXPECT_TRUE(desk.answers.empty());
+    for (const auto& told : desk.told) desk.asked = {told.text};
+    EXPECT_EQ(desk.asked, std::vector<std::string>(click.said.empty() ? 0 : 1, click.said));
+  }
+}
+
+}  // namespace
+}  // namespace lotmere
