@@ -67,6 +67,14 @@ void add_AnalysisCommands(CommandList& list);
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
 
+// Two periods as typed, the first not behind the second; told and nothing otherwise.
+struct PeriodRange {
+  PeriodNo from;
+  PeriodNo to;
+};
+[[nodiscard]] std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from,
+                                                    const std::string& to);
+
 // Lets a whole number of first to last through, in decimal digits and with leading zeros (09 is nine).
 [[nodiscard]] CLI::Validator whole_Number(int first, int last);
 

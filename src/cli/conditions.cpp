@@ -123,11 +123,9 @@ class MatchCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const auto from = read_Period(session.desk, from_);
-    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
-    if (!to) return kExitRefused;
-    if (*from > *to) return refuse(session.desk, "起始期号不能大于结束期号。");
-    save_HistoryMatch(session.store, {true, *from, *to, match_});
+    const auto range = read_Range(session.desk, from_, to_);
+    if (!range) return kExitRefused;
+    save_HistoryMatch(session.store, {true, range->from, range->to, match_});
     return kExitDone;
   }
 

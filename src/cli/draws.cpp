@@ -133,14 +133,12 @@ class StatsCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const auto from = read_Period(session.desk, from_);
-    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
-    if (!to) return kExitRefused;
-    if (*from > *to) return refuse(session.desk, "起始期号不能大于结束期号。");
-    const auto rows =
-        session.store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", *from, *to);
+    const auto range = read_Range(session.desk, from_, to_);
+    if (!range) return kExitRefused;
+    const auto rows = session.store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)",
+                                          range->from, range->to);
     if (rows == 0) return refuse(session.desk, "这段期号里没有开奖记录。");
-    calc_DrawStats(session.store, session.desk, *from, *to);
+    calc_DrawStats(session.store, session.desk, range->from, range->to);
     session.out << fmt::format("统计完成，共 {} 期\n", rows);
     return kExitDone;
   }

@@ -37,8 +37,7 @@ JudgeBlock judge_ByFigure(const Verdicts& verdicts, Figure figure) {
   });
 }
 
-// All the verdicts of a family by (largest, groups) come down to one look-up per word of counts; the word
-// itself is six additions.
+// The counts of all groups are six additions; the shape follows from the word by bit operations.
 JudgeBlock judge_ByShape(const Verdicts& verdicts, const Metric& metric) {
   const Family& family = *metric.family;
   return judge_ByReds([verdicts, groups = metric.groups, &family](Balls balls) {

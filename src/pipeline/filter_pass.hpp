@@ -67,8 +67,8 @@ template <class Keep>
 // stopped. Without tickets nothing happens and nothing is shown. Returns the number of tickets kept.
 std::int64_t walk_Tickets(PipelineRun& run, const PassLines& lines, const JudgeBlock& judge);
 
-// The pass of a condition whose cells stand for figures: returns at once when its switch is off. `warn` shows
-// the warning of a figure that depends on earlier draws.
+// The pass of a condition whose cells stand for figures: returns at once when its switch is off. A
+// figure that depends on earlier draws warns first.
 struct FigurePass {
   std::string log_name;
   const Condition* condition;

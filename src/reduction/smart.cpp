@@ -44,7 +44,7 @@ SmartScore::SmartScore(const DrawMatrix& draws) : newest_(draws.front()) {
     for (std::size_t a = 0; a + 1 < draws.size(); ++a) {
       for (int b = 0; b < kPlaces; ++b) {
         const int number = draws[a][b] - draws[a + 1][b] + newest_[place];
-        if (number >= kLowest && number <= kRedCount) ++agreeing_[place][number];
+        if (number >= 0 && number <= kRedCount) ++agreeing_[place][number];
       }
     }
   }

@@ -23,7 +23,6 @@ class SmartScore {
 
  private:
   static constexpr int kPlaces = kRedsPerTicket + 1;
-  static constexpr int kLowest = 0;
   std::array<std::array<int, kRedCount + 1>, kPlaces> agreeing_{};  // by place and number
   std::array<int, kPlaces> newest_{};
 };

@@ -54,6 +54,7 @@ TEST(LaterCommands, RefuseWhatMakesNoSense) {
       {1, {"omission", "red", "2024004"}},
       {2, {"counts", "red", "2024001"}},
       {1, {"counts", "blue", "2024001", "today"}},
+      {1, {"counts", "blue", "2024002", "2024001"}},
       {1, {"tickets", "import", here + "/none", "--period", "2024007"}},
       {1, {"tickets", "import", here + "/folder", "--period", "2024007"}},
       {1, {"tickets", "import", here + "/empty.txt", "--period", "2024007"}},
