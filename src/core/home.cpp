@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "core/schema.hpp"
 #include "core/store_files.hpp"
 
 namespace lotmere {
@@ -18,43 +19,29 @@ namespace fs = std::filesystem;
 constexpr std::string_view kLost = "(文件丢失,需要重新安装!)";
 
 // Brings a store into being where none stands.
-bool make_Store(const Home& home, Desk& desk, FileSystem& files) {
+std::optional<Mended> make_Store(const Home& home, Desk& desk, FileSystem& files) {
   if (!files.exists(home.backup_Db())) {
     Store::create(home.main_Db(), files);
-    return true;
+    return Mended::made_new;
   }
   if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files)) {
     desk.tell("数据文件丢失，备份文件也已损坏，无法打开。" + std::string(kLost), Tone::error);
-    return false;
+    return std::nullopt;
   }
   desk.show_Tip("数据文件丢失，已从备份恢复。", "数据恢复");
-  return true;
+  return Mended::was_missing;
 }
 
-// The first name of "Lotmere.db.damaged", "Lotmere.db.damaged2", ... that is free.
-fs::path free_Name(const fs::path& path) {
-  fs::path name = path;
-  name += ".damaged";
-  for (int i = 2; fs::exists(name); ++i) {
-    name = path;
-    name += ".damaged" + std::to_string(i);
-  }
-  return name;
-}
-
-bool mend_Store(const Home& home, Desk& desk, FileSystem& files) {
+std::optional<Mended> mend_Store(const Home& home, Desk& desk, FileSystem& files) {
   if (!files.exists(home.backup_Db()) || !is_SoundStore(home.backup_Db())) {
     desk.tell("数据文件已损坏，也没有可用的备份，无法打开。" + std::string(kLost), Tone::error);
-    return false;
+    return std::nullopt;
   }
-  // The damaged file is kept under another name: what it still holds may matter to somebody who can read it.
-  const fs::path aside = free_Name(home.main_Db());
-  fs::copy_file(home.main_Db(), aside);
-  files.sync(aside);
-  if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files)) return false;
+  const fs::path aside = keep_Damaged(home.main_Db(), files);
+  if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files)) return std::nullopt;
   desk.show_Tip("数据文件已损坏，已从备份恢复；损坏的文件保存为 " + aside.filename().string() + "。",
                 "数据恢复");
-  return true;
+  return Mended::was_damaged;
 }
 
 }  // namespace
@@ -83,19 +70,25 @@ std::unique_ptr<HomeLock> HomeLock::take(const Home& home) {
 
 HomeLock::~HomeLock() { ::close(fd_); }
 
-std::unique_ptr<Store> open_Home(const Home& home, Desk& desk, FileSystem& files) {
-  if (!files.exists(home.main_Db())) {
-    if (!make_Store(home, desk, files)) return nullptr;
-  } else if (const StoreState state = check_Store(home.main_Db()); state == StoreState::newer) {
-    desk.tell("数据文件由更新版本的程序建立，本版本无法打开。", Tone::error);
-    return nullptr;
-  } else if (state == StoreState::damaged) {
-    if (!mend_Store(home, desk, files)) return nullptr;
-  }
-  auto store = std::make_unique<Store>(home.main_Db());
+std::optional<Mended> secure_Store(const Home& home, Desk& desk, FileSystem& files) {
+  if (!files.exists(home.main_Db())) return make_Store(home, desk, files);
+  const StoreState state = check_Store(home.main_Db());
+  if (state == StoreState::damaged) return mend_Store(home, desk, files);
+  if (state == StoreState::sound) return Mended::nothing;
+  desk.tell("数据文件由更新版本的程序建立，本版本无法打开。", Tone::error);
+  return std::nullopt;
+}
+
+void complete_Home(const Home& home, FileSystem& files) {
   if (!files.exists(home.backup_Db()) && !copy_Database(home.main_Db(), home.backup_Db(), files))
-    return nullptr;
-  return store;
+    throw fs::filesystem_error("copy", home.backup_Db(), std::make_error_code(std::errc::io_error));
+  if (!files.exists(home.template_File())) write_Database(home.template_File(), files, create_Profile);
+}
+
+std::unique_ptr<Store> open_Home(const Home& home, Desk& desk, FileSystem& files) {
+  if (!secure_Store(home, desk, files)) return nullptr;
+  complete_Home(home, files);
+  return std::make_unique<Store>(home.main_Db());
 }
 
 }  // namespace lotmere

@@ -18,6 +18,7 @@ struct Home {
 
   [[nodiscard]] std::filesystem::path main_Db() const { return folder / "Lotmere.db"; }
   [[nodiscard]] std::filesystem::path backup_Db() const { return folder / "Lotmere.backup.db"; }
+  [[nodiscard]] std::filesystem::path template_File() const { return folder / "TJmode.tjmod"; }
   [[nodiscard]] std::filesystem::path lock_File() const { return folder / "Lotmere.lock"; }
 };
 
@@ -42,10 +43,21 @@ class HomeLock {
   int fd_;
 };
 
-// Opens the store of a folder that this process has locked. A missing or damaged store comes back from the
-// backup, and the desk says so; a folder with neither gets a new store with factory rows; a backup that is
-// missing is made. Nothing when store and backup are both damaged: the desk has told it, and nothing was
+// What had to be mended before the store could be opened.
+enum class Mended { nothing, made_new, was_missing, was_damaged };
+
+// Makes sure that a sound store stands in a folder that this process has locked. A missing or damaged one comes
+// back from the backup, and the desk says so; a folder with neither gets a new store with factory rows. Nothing
+// when that can't be done, or when the store is a newer program's: the desk has told it, and nothing was
 // touched.
+[[nodiscard]] std::optional<Mended> secure_Store(const Home& home, Desk& desk,
+                                                 FileSystem& files = real_Files());
+
+// Makes the files that stand beside the store where they are missing: the backup, the profile template.
+void complete_Home(const Home& home, FileSystem& files = real_Files());
+
+// The three steps of opening a folder that this process has locked: a sound store, the files beside it, the
+// connection. Nothing when there is no sound store; the desk has told it.
 [[nodiscard]] std::unique_ptr<Store> open_Home(const Home& home, Desk& desk,
                                                FileSystem& files = real_Files());
 

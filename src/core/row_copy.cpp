@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "core/schema.hpp"
 
 namespace lotmere {
@@ -16,47 +18,63 @@ std::pair<std::string, int> assignments(SQLite::Statement& columns, int first, i
   return {list, count};
 }
 
+TwinValue read_Value(const SQLite::Column& column) {
+  if (column.isText()) return column.getString();
+  return column.getInt64();
+}
+
 }  // namespace
 
-int copy_Rows(Store& store, const TwinTables& twins) {
-  SQLite::Statement source(store.db(),
-                           fmt::format("SELECT * FROM {} ORDER BY {}", twins.source, sql_Name(twins.key)));
-  SQLite::Statement layout(store.db(), fmt::format("SELECT * FROM {} LIMIT 0", twins.target));
+TwinRows read_Rows(SQLite::Database& source, const TwinTables& twins) {
+  SQLite::Statement row(
+      source, fmt::format("SELECT * FROM {} ORDER BY {}", sql_Name(twins.source), sql_Name(twins.key)));
+  TwinRows rows;
+  while (row.executeStep()) {
+    auto& values = rows.emplace_back();
+    for (int i = twins.first_column; i < row.getColumnCount(); ++i)
+      values.push_back(read_Value(row.getColumn(i)));
+  }
+  return rows;
+}
+
+int write_Rows(SQLite::Database& target, const TwinTables& twins, const TwinRows& rows) {
+  const std::string name = sql_Name(twins.target);
+  SQLite::Statement layout(target, fmt::format("SELECT * FROM {} LIMIT 0", name));
   const auto [list, count] = assignments(layout, twins.first_column, twins.columns);
-  if (source.getColumnCount() < twins.first_column + count)
-    throw SQLite::Exception("the tables to copy differ in their columns");
 
-  // The row numbers are read first: a copied column may be the one that the order goes by.
-  std::vector<std::int64_t> rows;
-  SQLite::Statement order(store.db(),
-                          fmt::format("SELECT rowid FROM {} ORDER BY {}", twins.target, sql_Name(twins.key)));
-  while (order.executeStep()) rows.push_back(order.getColumn(0).getInt64());
+  // The places are read first: a copied column may be the one that the order goes by.
+  std::vector<std::int64_t> places;
+  SQLite::Statement order(target, fmt::format("SELECT rowid FROM {} ORDER BY {}", name, sql_Name(twins.key)));
+  while (order.executeStep()) places.push_back(order.getColumn(0).getInt64());
 
-  SQLite::Statement update(store.db(), fmt::format("UPDATE {} SET {} WHERE rowid=?", twins.target, list));
-  int copied = 0;
-  for (const std::int64_t row : rows) {
-    if (!source.executeStep()) break;
-    for (int i = 0; i < count; ++i) {
-      const SQLite::Column value = source.getColumn(twins.first_column + i);
-      if (value.isText())
-        update.bind(i + 1, value.getString());
-      else
-        update.bind(i + 1, value.getInt64());
-    }
-    update.bind(count + 1, row);
+  SQLite::Statement update(target, fmt::format("UPDATE {} SET {} WHERE rowid=?", name, list));
+  const std::size_t copied = std::min(places.size(), rows.size());
+  for (std::size_t row = 0; row < copied; ++row) {
+    if (rows[row].size() < static_cast<std::size_t>(count))
+      throw SQLite::Exception("the tables to copy differ in their columns");
+    for (int i = 0; i < count; ++i)
+      std::visit([&](const auto& value) { update.bind(i + 1, value); }, rows[row][i]);
+    update.bind(count + 1, places[row]);
     update.exec();
     update.reset();
-    ++copied;
   }
-  return copied;
+  return static_cast<int>(copied);
+}
+
+const std::vector<TwinTables>& profile_Twins() {
+  static const std::vector<TwinTables> twins = {{"过滤条件", "过滤条件", "ID", 1, 1},
+                                                {"过滤条件使用情况", "过滤条件使用情况", "条件", 1, 1},
+                                                {"号码特性", "号码特性", "号码", 2},
+                                                {"区间定义", "区间定义", "号码", 0}};
+  return twins;
 }
 
 void restoreTiaojian(Store& store) {
   StoreChange change(store);
-  copy_Rows(store, {sql_Name("默认过滤条件"), sql_Name("过滤条件"), "ID", 1, 1});
-  copy_Rows(store, {sql_Name("默认过滤条件使用情况"), sql_Name("过滤条件使用情况"), "条件", 1, 1});
-  copy_Rows(store, {sql_Name("默认区间定义"), sql_Name("区间定义"), "号码", 0});
-  copy_Rows(store, {sql_Name("默认号码特性"), sql_Name("号码特性"), "号码", 2});
+  for (TwinTables twins : profile_Twins()) {
+    twins.source = "默认" + twins.source;
+    write_Rows(store.db(), twins, read_Rows(store.db(), twins));
+  }
   change.commit();
 }
 

@@ -217,10 +217,21 @@ void create_SmallTables(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT)");
   db.exec("INSERT INTO \"用户表\" VALUES ('临时用户', '', NULL)");
-  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL)");
-  db.exec("INSERT INTO \"用户模式\" VALUES (0)");
+  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL, \"当前用户\" TEXT NOT NULL DEFAULT '')");
+  db.exec("INSERT INTO \"用户模式\" (\"模式\") VALUES (0)");
   db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
   db.exec("INSERT INTO \"下载地址\" VALUES ('')");
+}
+
+// What belongs to a user: the working tables, and all of a profile.
+void create_UserTables(SQLite::Database& db) {
+  create_Conditions(db, "");
+  create_Attributes(db, AttributeTable::first, "号码特性");
+  create_IntervalDefinition(db, "区间定义");
+}
+
+void set_Version(SQLite::Database& db, int version) {
+  db.exec(fmt::format("PRAGMA user_version = {}", version));
 }
 
 }  // namespace
@@ -245,16 +256,10 @@ const std::vector<DrawColumn>& draw_Columns() {
   return columns;
 }
 
-void create_ProfileTables(SQLite::Database& db) {
-  create_Conditions(db, "");
-  create_Attributes(db, AttributeTable::first, "号码特性");
-  create_IntervalDefinition(db, "区间定义");
-}
-
 void create_Schema(SQLite::Database& db) {
   create_History(db);
   create_Tickets(db);
-  create_ProfileTables(db);
+  create_UserTables(db);
   create_Conditions(db, "默认");
   create_Attributes(db, AttributeTable::first, "默认号码特性");
   create_IntervalDefinition(db, "默认区间定义");
@@ -264,7 +269,20 @@ void create_Schema(SQLite::Database& db) {
   create_Combinations(db);
   create_Distribution(db);
   create_SmallTables(db);
-  db.exec(fmt::format("PRAGMA user_version = {}", kSchemaVersion));
+  set_Version(db, kSchemaVersion);
+}
+
+void create_Profile(SQLite::Database& db) {
+  create_UserTables(db);
+  set_Version(db, kSchemaVersion);
+}
+
+void upgrade_Schema(SQLite::Database& db) {
+  const int version = db.execAndGet("PRAGMA user_version").getInt();
+  if (version < 1 || version > kSchemaVersion)
+    throw SQLite::Exception(fmt::format("unknown schema version {}", version));
+  if (version < 2) db.exec("ALTER TABLE \"用户模式\" ADD COLUMN \"当前用户\" TEXT NOT NULL DEFAULT ''");
+  set_Version(db, kSchemaVersion);
 }
 
 }  // namespace lotmere

@@ -14,7 +14,7 @@ class Database;
 namespace lotmere {
 
 // What `PRAGMA user_version` holds in a store of this program.
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 // A name as an SQL identifier, quotes doubled. Only names of the data model pass through here, never what a
 // person typed.
@@ -38,8 +38,11 @@ inline constexpr int kPatternColumnCount = 32;
 // inside the caller's transaction. Throws SQLite::Exception.
 void create_Schema(SQLite::Database& db);
 
-// The four tables that a profile holds: `过滤条件`, `过滤条件使用情况`, `号码特性`, `区间定义`, with their
-// factory rows.
-void create_ProfileTables(SQLite::Database& db);
+// The database of a profile: `过滤条件`, `过滤条件使用情况`, `号码特性`, `区间定义`, with their factory rows.
+void create_Profile(SQLite::Database& db);
+
+// Brings the tables of an older version (1 on) up to this one, step by step. Runs inside the caller's
+// transaction. Throws SQLite::Exception for a version that this program doesn't know.
+void upgrade_Schema(SQLite::Database& db);
 
 }  // namespace lotmere

@@ -1,6 +1,5 @@
 #include "core/store.hpp"
 
-#include <fmt/format.h>
 #include <sqlite3.h>
 
 #include "core/schema.hpp"
@@ -13,10 +12,11 @@ constexpr int kBusyTimeoutMs = 2000;
 
 int schema_Version(SQLite::Database& db) { return db.execAndGet("PRAGMA user_version").getInt(); }
 
-void check_Version(SQLite::Database& db) {
-  const int version = schema_Version(db);
-  if (version < 1 || version > kSchemaVersion)
-    throw SQLite::Exception(fmt::format("unknown schema version {}", version));
+void bring_UpToDate(SQLite::Database& db) {
+  if (schema_Version(db) == kSchemaVersion) return;
+  SQLite::Transaction change(db, SQLite::TransactionBehavior::IMMEDIATE);
+  upgrade_Schema(db);
+  change.commit();
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ int Query::run() {
 Store::Store(const std::filesystem::path& path)
     : path_(path), db_(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs) {
   set_StorePragmas(db_);
-  check_Version(db_);
+  bring_UpToDate(db_);
 }
 
 void Store::create(const std::filesystem::path& path, FileSystem& files) {

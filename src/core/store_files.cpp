@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include "core/failure.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
@@ -108,24 +109,27 @@ CompactResult compact_MainDb(const fs::path& path, const fs::path& backup, bool 
   CompactResult result;
   result.existed = files.exists(path);
   if (!result.existed) return result;
+  result.size_before = fs::file_size(path);
+  result.size_after = result.size_before;
   if (refresh_backup) {
     try {
       result.backup_refreshed = copy_Database(path, backup, files);
     } catch (const std::exception& failure) {
-      result.failure = failure.what();
+      result.failure = failure_Text(failure);
     }
   }
   try {
     // A compaction of damaged pages can succeed and leave out what they held; so it isn't tried.
     if (check_Store(path) == StoreState::damaged) {
-      result.failure = "the store is damaged";
+      result.failure = "数据文件已损坏。";
       result.restored = restore_FromBackup(path, backup, files);
       return result;
     }
     compact_InPlace(path, files);
     result.compacted = true;
+    result.size_after = fs::file_size(path);
   } catch (const std::exception& failure) {
-    result.failure = failure.what();
+    result.failure = failure_Text(failure);
   }
   return result;
 }
@@ -138,9 +142,18 @@ CompactResult compact_Template(const fs::path& path, FileSystem& files) {
     compact_InPlace(path, files);
     result.compacted = true;
   } catch (const std::exception& failure) {
-    result.failure = failure.what();
+    result.failure = failure_Text(failure);
   }
   return result;
+}
+
+fs::path keep_Damaged(const fs::path& path, FileSystem& files) {
+  fs::path aside = with_Suffix(path, ".damaged");
+  for (int i = 2; files.exists(aside); ++i)
+    aside = with_Suffix(path, (".damaged" + std::to_string(i)).c_str());
+  fs::copy_file(path, aside);
+  files.sync(aside);
+  return aside;
 }
 
 bool restore_FromBackup(const fs::path& path, const fs::path& backup, FileSystem& files) {

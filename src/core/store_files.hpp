@@ -29,8 +29,10 @@ struct CompactResult {
   bool existed = false;           // false: there was no file, nothing was done
   bool backup_refreshed = false;  // the backup now equals the file as it was before compaction
   bool compacted = false;
-  bool restored = false;  // the file was damaged and came back from the backup
-  std::string failure;    // what went wrong, empty when nothing did
+  bool restored = false;           // the file was damaged and came back from the backup
+  std::string failure;             // what went wrong, empty when nothing did
+  std::uintmax_t size_before = 0;  // bytes
+  std::uintmax_t size_after = 0;
 };
 
 // Compacts the store at `path`; with `refresh_backup` its copy goes to `backup` first. A failure of one step
@@ -41,6 +43,10 @@ CompactResult compact_MainDb(const std::filesystem::path& path, const std::files
 
 // Compacts the profile template. The first failure ends it and leaves the file as it was.
 CompactResult compact_Template(const std::filesystem::path& path, FileSystem& files = real_Files());
+
+// Copies a damaged file to the first free of the names "FILE.damaged", "FILE.damaged2", ...: what it still
+// holds may matter to somebody who can read it. Returns that name. Throws when the machine refuses.
+std::filesystem::path keep_Damaged(const std::filesystem::path& path, FileSystem& files = real_Files());
 
 // Puts the backup in the place of the store, a left-over journal of the old file removed first. False when
 // the backup is missing or damaged itself; the store then stands as it was.

@@ -4,51 +4,15 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "core/desk_script.hpp"
 #include "core/schema.hpp"
+#include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The real machine, but the step with the number `fail_at` (from 1) is refused; `before_step` is told of
-// every step.
-class FaultyFiles final : public FileSystem {
- public:
-  using Path = const fs::path&;
-  explicit FaultyFiles(int fail_at = 0) : fail_at_(fail_at) {}
-  std::function<void()> before_step = [] {};
-  std::string steps;  // what was done, as "sync Lotmere.db.new "
-  [[nodiscard]] bool failed() const { return step_ >= fail_at_; }
-  bool exists(Path path) override { return real_Files().exists(path); }
-  void remove(Path path) override { pass("remove", path), real_Files().remove(path); }
-  void sync(Path path) override { pass("sync", path), real_Files().sync(path); }
-  void replace(Path from, Path to) override { pass("replace", to), real_Files().replace(from, to); }
-  void write_Whole(Path path, const std::string& text) override { real_Files().write_Whole(path, text); }
-
- private:
-  void pass(const char* step, Path path) {
-    before_step();
-    steps += step + (' ' + path.filename().string()) + ' ';
-    if (++step_ == fail_at_) throw fs::filesystem_error("refused", path, {});
-  }
-  int fail_at_;
-  int step_ = 0;
-};
-
-// Runs `work` again and again, refusing its first step, its second, ..., until a run meets no refusal.
-void refuse_EachStep(const std::function<void(FaultyFiles&)>& work) {
-  for (int step = 1;; ++step) {
-    SCOPED_TRACE("refused step " + std::to_string(step));
-    FaultyFiles files(step);
-    work(files);
-    if (!files.failed()) return;
-  }
-}
 
 fs::path with_Suffix(fs::path path, const char* suffix) { return path += suffix; }
 

@@ -1,0 +1,88 @@
+// The steps of a start, and what each failure leaves.
+#include "core/startup.hpp"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "core/desk_script.hpp"
+#include "core/failure.hpp"
+#include "core/schema.hpp"
+#include "support/test_store.hpp"
+
+namespace lotmere::test {
+namespace {
+
+// A start as the window makes it, without the steps that show something.
+StartOutcome start_All(ProgramStart& start) {
+  const StartStep steps[] = {start.single_Instance(), start.database_Presence(), start.compaction(),
+                             start.size_Guard(),      start.home_Files(),        start.main_Connection()};
+  return run_Steps(steps);
+}
+
+TEST(Start, ASecondOneTouchesNothing) {
+  TempHome temp;
+  ScriptedDesk desk;
+  ProgramStart first(temp.home(), desk);
+  ASSERT_TRUE(start_All(first).ready);
+  const std::string store = read_File(temp.home().main_Db());
+  ProgramStart second(temp.home(), desk);
+  const StartOutcome outcome = start_All(second);
+  EXPECT_EQ(outcome.step, "single instance");
+  EXPECT_TRUE(outcome.messages.empty());
+  ASSERT_EQ(desk.told.size(), 1u);
+  EXPECT_EQ(desk.told[0].text, "程序正在运行,不允许同时打开多个!!!");
+  EXPECT_TRUE(read_File(temp.home().main_Db()) == store);
+}
+
+TEST(Start, AFailureEndsItWithTheAdviceOfItsStep) {
+  std::string ran;
+  const auto step = [&](const char* name, StartAdvice advice, bool fails) {
+    return StartStep{name,
+                     [&ran, name, fails] {
+                       ran += name;
+                       if (fails) throw SQLite::Exception("gone", SQLITE_CANTOPEN);
+                       return true;
+                     },
+                     advice};
+  };
+  const std::string text = failure_Text(SQLite::Exception("gone", SQLITE_CANTOPEN));
+  for (const auto& [advice, messages, last] :
+       {std::tuple{StartAdvice::administrator, 2u, "不要直接双击打开。)"},
+        {StartAdvice::security, 1u, "重启计算机]"},
+        {StartAdvice::reinstall, 1u, "(文件丢失,需要重新安装!)"}}) {
+    ran.clear();
+    const StartStep steps[] = {step("a", advice, false), step("b", advice, true), step("c", advice, false)};
+    const StartOutcome outcome = run_Steps(steps);
+    EXPECT_EQ(ran, "ab");
+    EXPECT_EQ(outcome.step, "b");
+    ASSERT_EQ(outcome.messages.size(), messages);
+    EXPECT_TRUE(outcome.messages.front().starts_with(text));
+    EXPECT_TRUE(outcome.messages.back().ends_with(last)) << outcome.messages.back();
+  }
+}
+
+// An old backup in the place of a large store would lose what came after it.
+TEST(Start, ALargeStoreKeepsEverything) {
+  TempHome temp;
+  temp.store().db().exec("CREATE TABLE large AS SELECT randomblob(12000000) AS bytes");
+  temp.close();
+  ScriptedDesk desk;
+  ProgramStart start(temp.home(), desk);
+  ASSERT_TRUE(start_All(start).ready);
+  EXPECT_GT(start.compaction_Result()->size_after, kLargestMainDb);
+  EXPECT_EQ(start.store().value("SELECT length(bytes) FROM large"), 12000000);
+}
+
+TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
+  TempHome temp;
+  temp.store().db().exec(R"(ALTER TABLE "用户模式" DROP COLUMN "当前用户"; PRAGMA user_version = 1)");
+  put_Pick(temp.store(), 7, PickState::dan);
+  temp.close();
+  EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
+  EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
+  EXPECT_EQ(temp.store().value(R"(SELECT count(*) FROM "用户模式" WHERE "当前用户"='')"), 1);
+  EXPECT_EQ(temp.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
+}
+
+}  // namespace
+}  // namespace lotmere::test
