@@ -8,7 +8,10 @@
 #include <ostream>
 
 #include "cli/command.hpp"
+#include "cli/users.hpp"
 #include "core/desk_terminal.hpp"
+#include "core/failure.hpp"
+#include "core/store_files.hpp"
 
 namespace lotmere {
 namespace {
@@ -20,11 +23,14 @@ CommandList all_Commands() {
   add_ConditionCommands(list);
   add_TicketCommands(list);
   add_AnalysisCommands(list);
+  add_UserCommands(list);
+  add_StoreCommands(list);
   return list;
 }
 
-constexpr std::pair<const char*, const char*> kGroups[] = {
-    {"draws", "开奖记录"}, {"numbers", "选号"}, {"conditions", "过滤条件"}, {"tickets", "号码"}};
+constexpr std::pair<const char*, const char*> kGroups[] = {{"draws", "开奖记录"},      {"numbers", "选号"},
+                                                           {"conditions", "过滤条件"}, {"tickets", "号码"},
+                                                           {"users", "用户"},          {"store", "数据文件"}};
 
 constexpr std::pair<const char*, const char*> kHelpLabels[] = {{"Usage", "用法"},
                                                                {"OPTIONS", "选项"},
@@ -36,6 +42,8 @@ constexpr std::pair<const char*, const char*> kHelpLabels[] = {{"Usage", "用法
 struct Call {
   std::string home;
   std::string answer = "yes";
+  std::string user;
+  std::string password_file;
   Command* command = nullptr;
 };
 
@@ -50,6 +58,8 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
       ->check(CLI::Validator([](const std::string& text) { return text.empty() ? "文件夹名为空" : ""; }, ""));
   app.add_option("--answer", call.answer, "对所有是否问题的回答：yes 或 no（默认 yes）")
       ->check(CLI::IsMember({"yes", "no"}));
+  app.add_option("--user", call.user, "多用户模式下的用户名");
+  app.add_option("--password-file", call.password_file, "写有密码的文件，密码在第一行");
   app.require_subcommand(1);
   app.fallthrough();
   std::map<std::string, CLI::App*> groups{{"", &app}};
@@ -87,28 +97,62 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
   return fmt::format("参数 {} 的值不对。{}", name, help);
 }
 
-std::string reason_Text(const std::error_code& code) {
-  if (code == std::errc::no_such_file_or_directory) return "没有这个文件或文件夹";
-  if (code == std::errc::permission_denied || code == std::errc::read_only_file_system) return "没有权限";
-  if (code == std::errc::no_space_on_device) return "磁盘已满";
-  if (code == std::errc::is_a_directory || code == std::errc::not_a_directory) return "文件和文件夹弄混了";
-  if (code == std::errc::invalid_argument) return "不是普通文件";
-  return code.message();
+// The steps of a start that this command needs, in their order.
+std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& desk,
+                                   const Credentials& typed) {
+  std::vector<StartStep> order{start.single_Instance(), start.database_Presence()};
+  if (call.command->compacts()) {
+    order.push_back(start.compaction());
+    order.push_back(start.size_Guard());
+  }
+  order.push_back(start.home_Files());
+  order.push_back(start.main_Connection());
+  if (call.command->needs_User())
+    order.push_back({"login", [&] { return enter_AsUser(start, desk, typed); }});
+  return order;
+}
+
+// What the exit of the program does: the user's settings go to their profile. The command's own result stands
+// already and stays current, so a failure is told and saved at the next chance.
+void save_Settings(const ProgramStart& start, Desk& desk) {
+  if (user_Mode(start.store()) != UserMode::multi) return;
+  try {
+    static_cast<void>(save_CurrentUser({start.store(), start.home(), desk, real_Clock().today()}));
+  } catch (const std::exception& failure) {
+    desk.show_Tip("用户文件没有更新。" + failure_Text(failure), "用户");
+  }
+}
+
+// Draws, conditions and users last; tickets and work columns are made anew at will. A copy of what lasts is
+// kept beside the store, should its file be lost before the next compaction.
+void refresh_Backup(const ProgramStart& start, const Command& command, Desk& desk) {
+  const std::string_view group = command.group();
+  if (group.empty() || group == "tickets" || start.store().db().getTotalChanges() == 0) return;
+  try {
+    if (!copy_Database(start.home().main_Db(), start.home().backup_Db(), real_Files()))
+      desk.show_Tip("备份没有更新：数据文件已损坏。", "备份");
+  } catch (const std::exception& failure) {
+    desk.show_Tip("备份没有更新。" + failure_Text(failure), "备份");
+  }
 }
 
 int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
   TerminalDesk desk(out, err, call.answer == "yes", surroundings.show_bar);
   if (call.home.empty() && surroundings.data_home.empty() && surroundings.user_home.empty())
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
-  const Home home = call.home.empty() ? find_Home(surroundings.program_folder, surroundings.data_home,
-                                                  surroundings.user_home)
-                                      : Home{std::filesystem::path(call.home)};
-  const auto lock = HomeLock::take(home);
-  if (!lock) return refuse(desk, "程序已经在运行，请先关闭它再试。");
-  const auto store = open_Home(home, desk);
-  if (!store) return kExitRefused;
-  Session session{home, *store, desk, out};
+  const auto password = read_Password(desk, call.password_file);
+  if (!password) return kExitRefused;
+  ProgramStart start(call.home.empty() ? find_Home(surroundings.program_folder, surroundings.data_home,
+                                                   surroundings.user_home)
+                                       : Home{std::filesystem::path(call.home)},
+                     desk);
+  const StartOutcome outcome = run_Steps(start_Order(start, call, desk, {call.user, *password}));
+  if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
+  if (!outcome.ready) return kExitRefused;
+  Session session{start, start.store(), desk, out, *password};
   const int status = call.command->run(session);
+  if (call.command->needs_User()) save_Settings(start, desk);
+  refresh_Backup(start, *call.command, desk);
   out.flush();
   if (!out) return refuse(desk, "无法写出结果。");
   return status;
@@ -119,12 +163,8 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
 int run_Command(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
   try {
     return run_InHome(call, out, err, surroundings);
-  } catch (const SQLite::Exception& failure) {
-    err << fmt::format("数据库操作失败，数据保持原样：{}\n", failure.what());
-  } catch (const std::filesystem::filesystem_error& failure) {
-    err << fmt::format("文件操作失败：{}（{}）\n", failure.path1().string(), reason_Text(failure.code()));
   } catch (const std::exception& failure) {
-    err << fmt::format("操作失败，数据保持原样：{}\n", failure.what());
+    err << failure_Text(failure) << '\n';
   }
   return kExitRefused;
 }

@@ -10,8 +10,8 @@
 
 #include "core/desk.hpp"
 #include "core/game.hpp"
-#include "core/home.hpp"
 #include "core/platform.hpp"
+#include "core/startup.hpp"
 #include "core/store.hpp"
 
 namespace CLI {
@@ -23,10 +23,11 @@ namespace lotmere {
 
 // What a command runs with. Results go to `out`; what the person must know goes through the desk.
 struct Session {
-  const Home& home;
+  const ProgramStart& start;
   Store& store;
   Desk& desk;
   std::ostream& out;
+  const std::string& password;  // of the password file, empty without one
 };
 
 inline constexpr int kExitDone = 0;
@@ -46,6 +47,10 @@ class Command {
   [[nodiscard]] const char* name() const { return name_; }
   [[nodiscard]] const char* description() const { return description_; }
 
+  // Whether it works on somebody's settings: where several people use the program, it then asks who.
+  [[nodiscard]] virtual bool needs_User() const { return true; }
+  // Whether its start refreshes the backup and compacts the store.
+  [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void add_Options(CLI::App& /*app*/) {}
   // Exit status: kExitDone, or kExitRefused after the desk told why.
   virtual int run(Session& session) = 0;
@@ -63,6 +68,8 @@ void add_ConditionCommands(CommandList& list);
 void add_OwnSetCommands(CommandList& list);
 void add_TicketCommands(CommandList& list);
 void add_AnalysisCommands(CommandList& list);
+void add_UserCommands(CommandList& list);
+void add_StoreCommands(CommandList& list);
 
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);

@@ -1,0 +1,21 @@
+// Who a command works for, where several people use the program.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/desk.hpp"
+#include "core/startup.hpp"
+#include "users/login.hpp"
+
+namespace lotmere {
+
+// The first line of a password file, UTF-8 or GB18030; an empty password without a file name. Told and nothing
+// for a file that is no short text. Throws std::filesystem::filesystem_error when it can't be read.
+[[nodiscard]] std::optional<std::string> read_Password(Desk& desk, const std::string& file);
+
+// The login step of a start: in multi-user mode it goes on with the session of the user or opens one; in
+// single-user mode there is nobody to be. False when it was told why not.
+[[nodiscard]] bool enter_AsUser(const ProgramStart& start, Desk& desk, const Credentials& typed);
+
+}  // namespace lotmere

@@ -1,0 +1,110 @@
+#include "users/profile.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include "core/row_copy.hpp"
+#include "core/schema.hpp"
+#include "core/store_files.hpp"
+
+namespace lotmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kBusyTimeoutMs = 2000;
+constexpr std::size_t kLongestFileName = 200;  // leaves room for the endings of a file under construction
+
+bool is_Control(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+
+std::string encode_FileName(std::string_view name) {
+  constexpr std::string_view unsafe = "/\\:*?\"<>|%";
+  constexpr std::string_view unsafe_at_ends = ". ";
+  std::string text;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char c = name[i];
+    const bool leads = name.find_first_not_of(unsafe_at_ends) >= i;
+    const bool trails = name.find_first_not_of(unsafe_at_ends, i) == std::string_view::npos;
+    const bool at_end = unsafe_at_ends.find(c) != std::string_view::npos && (leads || trails);
+    if (is_Control(c) || unsafe.find(c) != std::string_view::npos || at_end)
+      text += fmt::format("%{:02X}", static_cast<unsigned char>(c));
+    else
+      text += c;
+  }
+  return text;
+}
+
+// Copies the working tables into the template. False when it has fewer rows than they have.
+bool fill_Template(Store& store, const fs::path& path) {
+  SQLite::Database form(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
+  set_StorePragmas(form);
+  SQLite::Transaction change(form);
+  for (const TwinTables& twins : profile_Twins()) {
+    const TwinRows rows = read_Rows(store.db(), twins);
+    if (write_Rows(form, twins, rows) < static_cast<int>(rows.size())) return false;
+  }
+  change.commit();
+  return true;
+}
+
+// The template holds nothing that isn't in the store: one that is broken or falls short is made anew.
+void refill_Template(Store& store, const fs::path& path, FileSystem& files) {
+  if (is_SoundStore(path) && compact_Template(path, files).compacted && fill_Template(store, path)) return;
+  write_Database(path, files, create_Profile);
+  fill_Template(store, path);
+}
+
+// Reads the tables of a profile one by one and hands each over. False when the file breaks off.
+bool read_Profile(const fs::path& path,
+                  const std::function<void(const TwinTables&, const TwinRows&)>& take_Over) {
+  std::unique_ptr<SQLite::Database> profile;
+  for (const TwinTables& twins : profile_Twins()) {
+    TwinRows rows;
+    try {
+      if (!profile)
+        profile = std::make_unique<SQLite::Database>(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
+      rows = read_Rows(*profile, twins);
+    } catch (const SQLite::Exception&) {
+      return false;
+    }
+    take_Over(twins, rows);
+  }
+  return true;
+}
+
+}  // namespace
+
+fs::path profile_File(const Home& home, std::string_view name) {
+  return home.folder / (encode_FileName(name) + ".uLotmere");
+}
+
+bool is_UserName(std::string_view name) {
+  return !name.empty() && std::none_of(name.begin(), name.end(), is_Control) &&
+         encode_FileName(name).size() <= kLongestFileName;
+}
+
+bool save_Profile(Store& store, const Home& home, Desk& desk, std::string_view name, FileSystem& files) {
+  const fs::path form = home.template_File();
+  if (!files.exists(form)) {
+    desk.tell("数据模板文件丢失无法导出，请重新安装！", Tone::error);
+    return false;
+  }
+  refill_Template(store, form, files);
+  if (copy_Database(form, profile_File(home, name), files)) return true;
+  throw fs::filesystem_error("copy", form, std::make_error_code(std::errc::io_error));
+}
+
+void restore_Profile(Store& store, const Home& home, Desk& desk, std::string_view name, FileSystem& files) {
+  const fs::path path = profile_File(home, name);
+  if (!files.exists(path)) return;
+  const bool whole = read_Profile(
+      path, [&](const TwinTables& twins, const TwinRows& rows) { write_Rows(store.db(), twins, rows); });
+  if (whole) return;
+  desk.tell("用户文件丢失或损坏,无法打开！", Tone::error);
+  keep_Damaged(path, files);
+}
+
+}  // namespace lotmere

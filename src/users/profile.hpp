@@ -1,0 +1,37 @@
+// A user's profile: a file of the four tables that belong to a user, written when the user leaves and read
+// when the user comes. In between the working copy stands in the store.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "core/desk.hpp"
+#include "core/home.hpp"
+#include "core/platform.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The file of a user. Bytes of the name that a file name can't hold everywhere, or that would lead out of the
+// folder, are percent-encoded: slashes, control characters, the characters that other systems forbid, the
+// percent sign itself, a point or blank at either end.
+[[nodiscard]] std::filesystem::path profile_File(const Home& home, std::string_view name);
+
+// Whether a user of this name can have a file: not empty, no control characters, and no longer than a file
+// name may be (200 bytes as encoded).
+[[nodiscard]] bool is_UserName(std::string_view name);
+
+// Fills the template with the working tables and puts a copy of it in the place of the user's file: after a
+// failure or a power cut either the old or the new file stands. False, told through the desk, when the template
+// is missing. Throws when the store or the machine refuses.
+[[nodiscard]] bool save_Profile(Store& store, const Home& home, Desk& desk, std::string_view name,
+                                FileSystem& files = real_Files());
+
+// Copies the tables of a user's file into the store, table by table, inside the caller's change. No file: the
+// tables stay as they are. A file that breaks off is told and kept under another name; the tables read before
+// the break stay copied.
+void restore_Profile(Store& store, const Home& home, Desk& desk, std::string_view name,
+                     FileSystem& files = real_Files());
+
+}  // namespace lotmere

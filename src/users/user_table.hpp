@@ -1,0 +1,49 @@
+// Who uses the program: the mode, the users' rows, and whose settings the working tables hold.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/dates.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The guest: never asked for a password, never removed, nothing saved for it.
+inline constexpr std::string_view kGuest = "临时用户";
+
+// A user who hasn't logged in for so many days or more is removed by the next login.
+inline constexpr int kIdleDays = 30;
+
+enum class UserMode : int { unchosen = 0, single = 1, multi = 2 };
+[[nodiscard]] UserMode user_Mode(Store& store);
+// Answers the question of the first run. The mode is chosen once in the life of a store: false, with nothing
+// written, when another one was chosen before.
+[[nodiscard]] bool choose_UserMode(Store& store, UserMode mode);
+
+// The text of the first-run question.
+[[nodiscard]] std::string user_ModeText();
+
+struct User {
+  std::string name;
+  std::string password;
+  std::optional<Date> last_login;  // nothing before the first one
+};
+// By name, ascending.
+[[nodiscard]] std::vector<User> all_Users(Store& store);
+[[nodiscard]] std::optional<User> find_User(Store& store, std::string_view name);
+void add_User(Store& store, std::string_view name, std::string_view password);
+void renew_Login(Store& store, std::string_view name, Date today);
+
+// Removes the rows of all idle users but the guest, and gives their names.
+std::vector<std::string> remove_IdleUsers(Store& store, Date today);
+
+// Whose settings stand in the working tables (`CurrentUser`); empty when that is nobody: in single-user mode,
+// before the first login and after an exit. It outlives the process, so that the settings of a session that
+// was cut short are saved before somebody else's take their place.
+[[nodiscard]] std::string current_User(Store& store);
+void set_CurrentUser(Store& store, std::string_view name);
+
+}  // namespace lotmere
