@@ -6,7 +6,9 @@
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
 #include "core/number_list.hpp"
+#include "core/periods.hpp"
 #include "core/text.hpp"
+#include "reduction/hints.hpp"
 #include "tickets/selection.hpp"
 
 namespace lotmere {
@@ -84,12 +86,33 @@ class ClearCommand final : public Command {
   }
 };
 
+class HintsCommand final : public Command {
+ public:
+  HintsCommand() : Command("numbers", "hints", "标出下期出现几率较低的号码：六个红球、五个蓝球") {}
+
+  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "期号，不写为下一期"); }
+
+  int run(Session& session) override {
+    const auto period = period_.empty() ? nextPeriod(session.store, real_Clock().today())
+                                        : read_Period(session.desk, period_);
+    if (!period) return kExitRefused;
+    hint_GaiLv(session.store, session.desk, *period);
+    const LowChanceNumbers marked = low_ChanceNumbers(session.store);
+    session.out << "红球" << ball_List(marked.reds) << "\n蓝球" << ball_List(marked.blues) << '\n';
+    return kExitDone;
+  }
+
+ private:
+  std::string period_;
+};
+
 }  // namespace
 
 void add_NumberCommands(CommandList& list) {
   list.push_back(std::make_unique<PickCommand>());
   list.push_back(std::make_unique<ShowCommand>());
   list.push_back(std::make_unique<ClearCommand>());
+  list.push_back(std::make_unique<HintsCommand>());
 }
 
 }  // namespace lotmere

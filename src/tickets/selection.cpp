@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
 
 #include "conditions/condition_store.hpp"
 #include "core/text.hpp"
+#include "tickets/low_chance.hpp"
 
 namespace lotmere {
 namespace {
@@ -115,9 +115,10 @@ bool is_Enabled(const NumberSelection& selection, int code) {
   return lone == selection.blue.end() || lone - selection.blue.begin() == number_Of(code);
 }
 
-bool click_Number(Store& store, Desk& desk, int code, PadTab tab) {
+bool click_Number(Store& store, Desk& desk, int code, PadTab tab, std::optional<PeriodNo> hint_period) {
   NumberSelection selection = load_Selection(store);
   if (!is_Enabled(selection, code)) return false;
+  if (hint_period && is_LowChance(store, code)) desk.tell(low_ChanceWarning(code, *hint_period));
   const NumberSelection before = selection;
   const auto target = static_cast<PickState>(tab);
   PickState& state = state_Of(selection, code);

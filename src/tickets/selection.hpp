@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,10 @@ enum class PadTab : int { tuo = 1, dan = 2 };
 // A click on the pad button of a number code (1 to 33, 101 to 116): picks it, takes it off, or asks before it
 // moves between Tuo and Dan. A blue Dan stands alone: it clears the others, and they don't react while it
 // stands. What would break a limit is told and undone. Returns whether the selection changed. The change is
-// stored at once.
-bool click_Number(Store& store, Desk& desk, int code, PadTab tab);
+// stored at once. With the period that the low-probability marks were made for, a marked number first tells
+// its warning; the click then goes on as usual.
+bool click_Number(Store& store, Desk& desk, int code, PadTab tab,
+                  std::optional<PeriodNo> hint_period = std::nullopt);
 // False for a blue number that a lone blue Dan keeps locked.
 [[nodiscard]] bool is_Enabled(const NumberSelection& selection, int code);
 

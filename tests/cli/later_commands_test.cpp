@@ -17,6 +17,7 @@ TEST(Analyses, AnswerALineANumberOrADraw) {
       {{"omission", "red", "2024005"}, "27\t2\t2\t2\t0\t0\n"},
       {{"omission", "blue", "2025001"}, "07\t1\t—\t—\t—\t4\n"},
       {{"counts", "red", "2024002", "2024005"}, "14\t2\n"},
+      {{"numbers", "hints", "2024005"}, "红球 01 02 03 04 05 06\n蓝球 01 02 03 04 05\n"},
       {{"draws", "distribution", "--all"}, " 24 .. .. .. .. .. .. .. 32 33 01 .. "}};
   for (const auto& [arguments, line] : cases)
     EXPECT_NE(home.run(arguments).out.find(line), std::string::npos) << arguments[0] << ' ' << arguments[1];
@@ -55,6 +56,7 @@ TEST(LaterCommands, RefuseWhatMakesNoSense) {
       {2, {"counts", "red", "2024001"}},
       {1, {"counts", "blue", "2024001", "today"}},
       {1, {"counts", "blue", "2024002", "2024001"}},
+      {1, {"numbers", "hints", "202400"}},
       {1, {"tickets", "import", here + "/none", "--period", "2024007"}},
       {1, {"tickets", "import", here + "/folder", "--period", "2024007"}},
       {1, {"tickets", "import", here + "/empty.txt", "--period", "2024007"}},

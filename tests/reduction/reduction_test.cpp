@@ -1,12 +1,16 @@
-// The cover shrink and the smart optimisation against models that compare ticket by ticket.
+// Cover shrink, smart optimisation and hints against models that compare ticket by ticket and row by row.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <numeric>
 #include <random>
 
 #include "conditions/condition_store.hpp"
 #include "core/desk_script.hpp"
+#include "reduction/cai_piao.hpp"
+#include "reduction/hints.hpp"
 #include "reduction/shrink.hpp"
 #include "reduction/smart.hpp"
 #include "support/test_store.hpp"
@@ -198,6 +202,69 @@ TEST(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 5000), 4000) << "those not reached keep theirs";
   EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");
+}
+
+std::string chances_Text(Store& store) {
+  Query rows = store.query(R"(SELECT group_concat("号码" || ':' || "概率", ' ') FROM "概率表")");
+  return rows.next() ? rows.text(0) : "";
+}
+
+// The hints statement by statement; `draws` are those before the period, newest first.
+void mark_OnTheTable(Store& store, const Tickets& draws) {
+  const auto guess = [](int seed, int period, int factor, int count) {
+    return static_cast<int>(std::nearbyint(rnd_Fixed(-(seed + period)) * factor + 1)) % count + 1;
+  };
+  store.db().exec("UPDATE 概率表 SET 概率=0");
+  for (const auto& [base, red_top, blue_top] : {std::tuple{0, 2, 2}, {6000, 2, 2}, {12000, 2, 1}}) {
+    std::map<int, int> votes;
+    for (int i = base + 1; draws.size() >= 5 && i <= base + 1988; ++i) {
+      for (const int red : draws[1].reds)
+        if (guess(i, kPeriod - 1, 12345, 33) == red) ++votes[guess(i, kPeriod, 12345, 33)];
+      if (i <= base + 518 && (guess(i, kPeriod - 1, 45678, 16) == draws[1].blue ||
+                              guess(i, kPeriod - 2, 45678, 16) == draws[2].blue))
+        ++votes[100 + guess(i, kPeriod, 45678, 16)];
+    }
+    if (!votes.empty() && votes.rbegin()->first < 100) continue;
+    for (const auto& [code, count] : votes)
+      store.query("UPDATE 概率表 SET 概率=? WHERE 号码=? AND 概率>=0").bind(count, code).run();
+    for (const auto& [colour, top] : {std::pair{"<100", red_top}, {">100", blue_top}})
+      store.db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码 IN (SELECT 号码 FROM 概率表 WHERE 号码" +
+                      std::string(colour) + " ORDER BY 概率 DESC,号码 ASC LIMIT " + std::to_string(top) +
+                      ")");
+    store.db().exec("UPDATE 概率表 SET 概率=0 WHERE 概率>0");
+  }
+}
+
+TEST(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
+  test::TempHome home;
+  Store& store = home.store();
+  StoreChange all(store);  // one change of all trials, so that they don't wait for the disk
+  std::mt19937 random(5);
+  for (std::size_t trial = 0; trial < 260; ++trial) {
+    SCOPED_TRACE(trial);
+    auto draws = random_Tickets(random, trial % 13, 33, false);
+    const bool unmarked = trial % 5 == 4 && draws.size() >= 5;
+    for (DrawNumbers& draw : draws) draw.blue *= !unmarked;  // no guess hits a 0
+    put_Draws(store, draws);
+    ScriptedDesk desk;
+    desk.on_serve = [&, old = chances_Text(store)] { EXPECT_EQ(chances_Text(store), old); };
+    hint_GaiLv(store, desk, kPeriod);
+    const std::string marks = chances_Text(store);
+    const auto [reds, blues] = low_ChanceNumbers(store);
+    EXPECT_TRUE(reds.size() == (unmarked ? 0 : 6) && blues.size() == (unmarked ? 0 : 5)) << marks;
+    mark_OnTheTable(store, draws);
+    EXPECT_EQ(marks, chances_Text(store));
+  }
+}
+
+TEST(CaiPiao, CountsWithAHistoryAloneAndAnswersWithinItsBounds) {
+  CaiPiao cai_piao;
+  cai_piao.TargetPeriod = kPeriod;
+  EXPECT_TRUE(cai_piao.KillCOUNT(7) == 0 && cai_piao.KillCOUNTblue(16) == 0 && !cai_piao.Ready);
+  cai_piao.set_HistoryRcord({{{}, {{1, 2, 3, 4, 5, 6}, 7}, {}}});
+  for (int n = 1; n <= 33; ++n) EXPECT_GT(cai_piao.KillCOUNT(n), 0) << "of some eleven";
+  EXPECT_TRUE(cai_piao.KillCOUNT(0) == -1 && cai_piao.KillCOUNT(100) == 0 && cai_piao.KillCOUNT(101) == -1);
+  EXPECT_TRUE(cai_piao.KillCOUNTblue(0) == -1 && cai_piao.KillCOUNTblue(17) == -1 && cai_piao.Ready);
 }
 
 }  // namespace

@@ -191,5 +191,17 @@ TEST_F(Tickets, AClickOnThePad) {
   }
 }
 
+TEST_F(Tickets, AClickOnAMarkedNumberWarnsFirst) {
+  store().db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
+  ScriptedDesk desk;
+  desk.answers = {false};
+  EXPECT_TRUE(click_Number(store(), desk, 105, PadTab::tuo)) << "no period, no warning";
+  EXPECT_FALSE(click_Number(store(), desk, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
+  EXPECT_TRUE(click_Number(store(), desk, 107, PadTab::dan, kPeriod)) << "not marked";
+  EXPECT_FALSE(click_Number(store(), desk, 105, PadTab::tuo, kPeriod)) << "locked";
+  ASSERT_TRUE(desk.told.size() == 1 && desk.answers.empty());
+  EXPECT_EQ(desk.told[0].text, "根据概率统计,号码: 05 在第 2026050 期出现的几率较低！");
+}
+
 }  // namespace
 }  // namespace lotmere

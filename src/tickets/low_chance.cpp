@@ -1,0 +1,31 @@
+#include "tickets/low_chance.hpp"
+
+#include <fmt/format.h>
+
+#include "core/text.hpp"
+
+namespace lotmere {
+
+LowChanceNumbers low_ChanceNumbers(Store& store) {
+  LowChanceNumbers marked;
+  Query rows = store.query(R"(SELECT "号码" FROM "概率表" WHERE "概率"<0 ORDER BY "号码" ASC)");
+  while (rows.next()) {
+    const int code = rows.number(0);
+    if (code > kBlueCodeBase)
+      marked.blues.push_back(code - kBlueCodeBase);
+    else
+      marked.reds.push_back(code);
+  }
+  return marked;
+}
+
+bool is_LowChance(Store& store, int code) {
+  return store.value(R"(SELECT "概率" FROM "概率表" WHERE "号码"=?)", code) < 0;
+}
+
+std::string low_ChanceWarning(int code, PeriodNo period) {
+  return fmt::format("根据概率统计,号码: {} 在第 {} 期出现的几率较低！", format_Ball(code % kBlueCodeBase),
+                     period);
+}
+
+}  // namespace lotmere

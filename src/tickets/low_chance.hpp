@@ -1,0 +1,25 @@
+// The numbers marked as unlikely for the coming draw: advice beside the pad, which no pass reads.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/game.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+// The marks as they stand in `概率表`, ascending; blue ones as 1 to 16.
+struct LowChanceNumbers {
+  std::vector<int> reds;
+  std::vector<int> blues;
+};
+[[nodiscard]] LowChanceNumbers low_ChanceNumbers(Store& store);
+
+// Whether the number with this code (1 to 33, 101 to 116) is marked; false for any other code.
+[[nodiscard]] bool is_LowChance(Store& store, int code);
+
+// What a click on a marked number says; `period` is the one that the marks were made for.
+[[nodiscard]] std::string low_ChanceWarning(int code, PeriodNo period);
+
+}  // namespace lotmere
