@@ -95,6 +95,4 @@ StartStep ProgramStart::main_Connection() {
           StartAdvice::reinstall};
 }
 
-bool confirm_Exit(Desk& desk) { return desk.ask("确认要退出吗？"); }
-
 }  // namespace lotmere

@@ -84,7 +84,4 @@ class ProgramStart {
   std::optional<CompactResult> compaction_;
 };
 
-// The question in front of every exit; false: the program goes on.
-[[nodiscard]] bool confirm_Exit(Desk& desk);
-
 }  // namespace lotmere

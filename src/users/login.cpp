@@ -94,6 +94,12 @@ bool log_Out(const UserDesk& at) {
   return true;
 }
 
+bool exit_Program(const UserDesk& at) {
+  if (!at.desk.ask("确认要退出吗？")) return false;
+  if (user_Mode(at.store) == UserMode::multi) static_cast<void>(log_Out(at));
+  return true;
+}
+
 std::string new_UserText() {
   return "请在<用户名>及<密码>栏中输入一个新的用户名称及设置密码；\r\n\r\n"
          "然后再点击<登陆>按钮，系统将为您建立一个相应的新用户...";

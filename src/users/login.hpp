@@ -46,6 +46,11 @@ struct Credentials {
 // The end of a session: saved as above, and nobody is current afterwards.
 [[nodiscard]] bool log_Out(const UserDesk& at);
 
+// The exit of the program: asks, and logs out in multi-user mode. False: the program goes on and nothing was
+// saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
+// from leaving.
+[[nodiscard]] bool exit_Program(const UserDesk& at);
+
 // What the button for new users says.
 [[nodiscard]] std::string new_UserText();
 

@@ -79,8 +79,11 @@ TEST(Users, EachFindsTheirOwnSettingsAgain) {
   shop.enter(std::string(kGuest), "whatever");
   EXPECT_EQ(shop.settings(), left["甲乙丙2"]);
   EXPECT_FALSE(shop.has_File(std::string(kGuest)));
-  ASSERT_TRUE(log_Out(shop.at()));
-  EXPECT_EQ(current_User(shop.store), "");
+  for (const bool leaves : {false, true}) {
+    shop.desk.answers = {leaves};
+    EXPECT_EQ(exit_Program(shop.at()), leaves);
+    EXPECT_EQ(current_User(shop.store), leaves ? "" : kGuest);
+  }
 }
 
 TEST(Users, AMonthWithoutALoginEndsAUser) {
