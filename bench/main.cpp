@@ -1,15 +1,26 @@
-// Workloads, each with a ratio against a floor measured in the same run (the best of some rounds counts):
+// Workloads, each with a ratio against a floor measured in the same run (the best of some rounds counts, from
+// smart-100k to import-linear the median). A row whose two results differ ends the run with a failure.
 //
-//   init-100k       init_Tickets for 99,008 tickets against a plain prepared insert of the same rows; at most 1.5
+//   init-100k       init_Tickets for 99,008 tickets against a plain prepared insert of the same rows; at most
+//                   1.5
 //   run-100k-all    run_Pipeline with every condition on against one plain read of the rows and one plain
 //                   write-back of the same changes; at most 2
-//   run-100k-walk   walking and updating the rows one by one in the store for each pass, against run_Pipeline;
-//                   at least 50
+//   run-100k-walk   walking and updating the rows one by one in the store for each pass, against
+//                   run_Pipeline; at least 50
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
 //   stats-3500      66 counting selects a row against calc_DrawStats over 3,500 draws; at least 20
+//   smart-100k      the literal comparison of 463 differences a ticket against optimise_Smart; at least 15
+//   match-100k/N    one walk over the tickets a draw against filter_LiShi at match value N over 3,500 draws
+//                   (for N = 4 the newest 150, so that tickets are left); at least 20
+//   omission-3500   two selects and a mark in every row a number against analyseRedOmission over 3,500 draws,
+//                   which hold the right marks already (repeat) or those of the other colour (rewrite); at
+//                   least 20
+//   import-1m       import_Tickets of 1,000,000 lines against a plain read, parse and insert of the same
+//                   lines; at most 2
+//   import-linear   seconds a line of 1,000,000 lines against those of 100,000; 1
 //   shrink-all/N    all 17,721,088 tickets in memory, seconds a ticket against shrink-100k/N
-//   passes-all      every condition over all 17,721,088 tickets in memory, seconds for each ticket that a pass
-//                   looks at against the same over 99,008 tickets
+//   passes-all      every condition over all 17,721,088 tickets in memory, seconds for each ticket that a
+//                   pass looks at against the same over 99,008 tickets
 //
 // --smoke runs the small ones with small sizes, to show that they work; its figures mean nothing.
 #include <benchmark/benchmark.h>

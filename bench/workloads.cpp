@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
@@ -13,36 +12,13 @@
 #include "pipeline/run.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
+#include "workload.hpp"
 #include "world.hpp"
 
 namespace lotmere::bench {
 namespace {
 
 using benchmark::State;
-
-// Sizes of a full run and of a smoke run.
-struct Sizes {
-  int reds;  // picked, with 8 blues
-  int blues;
-  int draws;
-  int rounds;  // of floor and subject in turn
-};
-constexpr Sizes kFull{17, 8, 3500, 5};
-constexpr Sizes kSmoke{9, 4, 60, 1};
-
-void check(bool holds, const char* what) {
-  if (!holds) throw std::runtime_error(what);
-}
-
-void report(State& state, double subject, double floor, double ratio, std::size_t items) {
-  state.SetIterationTime(subject);
-  state.counters["ratio"] = ratio;
-  state.counters["subject_ms"] = subject * 1000;
-  state.counters["floor_ms"] = floor * 1000;
-  if (items != 0) state.counters["items"] = static_cast<double>(items);
-  if (items != 0) state.counters["items_per_s"] = static_cast<double>(items) / subject;
-  state.counters["peak_MB"] = peak_Megabytes();
-}
 
 void init_100k(State& state, const Sizes& sizes) {
   World world;
@@ -232,14 +208,6 @@ void stats_3500(State& state, const Sizes& sizes) {
   }
 }
 
-template <class Workload>
-void add(const std::string& name, Workload&& workload) {
-  benchmark::RegisterBenchmark(name.c_str(), std::forward<Workload>(workload))
-      ->Iterations(1)
-      ->UseManualTime()
-      ->Unit(benchmark::kMillisecond);
-}
-
 }  // namespace
 
 void register_Workloads(bool smoke) {
@@ -250,6 +218,8 @@ void register_Workloads(bool smoke) {
   for (int shared = 3; shared <= 6; ++shared)
     add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
   add("stats-3500", [=](State& state) { stats_3500(state, sizes); });
+  register_JudgementWorkloads(sizes);
+  register_StoreWorkloads(sizes);
   if (smoke) return;
   for (int shared = 3; shared <= 6; ++shared)
     add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrink_All(state, shared); });

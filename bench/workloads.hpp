@@ -1,8 +1,14 @@
 #pragma once
 
+#include "workload.hpp"
+
 namespace lotmere::bench {
 
 // Registers the workloads of main.cpp's list; with `smoke` the small ones in small sizes.
 void register_Workloads(bool smoke);
+// Those that judge tickets in memory: smart-100k, match-100k.
+void register_JudgementWorkloads(const Sizes& sizes);
+// Those that read and write the store: omission-3500, import-1m.
+void register_StoreWorkloads(const Sizes& sizes);
 
 }  // namespace lotmere::bench

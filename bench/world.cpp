@@ -14,6 +14,8 @@
 #include "history/draw_stats.hpp"
 #include "pipeline/metric.hpp"
 #include "tickets/init.hpp"
+#include "tickets/selection.hpp"
+#include "tickets/ticket_set.hpp"
 
 namespace lotmere::bench {
 namespace {
@@ -22,17 +24,6 @@ namespace fs = std::filesystem;
 
 constexpr unsigned kSeed = 20261122;
 constexpr double kHeld = 0.995;  // the part of the tickets whose figures a condition allows
-
-DrawNumbers random_Draw(std::mt19937& random) {
-  std::array<int, kRedCount> reds{};
-  std::iota(reds.begin(), reds.end(), 1);
-  std::shuffle(reds.begin(), reds.end(), random);
-  DrawNumbers numbers;
-  std::copy_n(reds.begin(), kRedsPerTicket, numbers.reds.begin());
-  std::sort(numbers.reds.begin(), numbers.reds.end());
-  numbers.blue = static_cast<int>(random() % kBlueCount) + 1;
-  return numbers;
-}
 
 // Allows the most frequent cells of a condition up to the part held.
 void allow_Frequent(Store& store, const Condition& condition, const std::vector<std::int64_t>& tickets,
@@ -60,6 +51,17 @@ void allow_Figures(Store& store, const Condition& condition, const TicketSet& ti
 }
 
 }  // namespace
+
+DrawNumbers random_Draw(std::mt19937& random) {
+  std::array<int, kRedCount> reds{};
+  std::iota(reds.begin(), reds.end(), 1);
+  std::shuffle(reds.begin(), reds.end(), random);
+  DrawNumbers numbers;
+  std::copy_n(reds.begin(), kRedsPerTicket, numbers.reds.begin());
+  std::sort(numbers.reds.begin(), numbers.reds.end());
+  numbers.blue = static_cast<int>(random() % kBlueCount) + 1;
+  return numbers;
+}
 
 World::World() {
   std::string name = (fs::temp_directory_path() / "lotmere-bench-XXXXXX").string();

@@ -5,12 +5,17 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <vector>
 
 #include "core/desk_script.hpp"
+#include "core/game.hpp"
 #include "core/store.hpp"
-#include "tickets/selection.hpp"
-#include "tickets/ticket_set.hpp"
+
+namespace lotmere {
+struct NumberSelection;
+struct TicketSet;
+}  // namespace lotmere
 
 namespace lotmere::bench {
 
@@ -38,6 +43,7 @@ class World {
   ~World();
 
   [[nodiscard]] Store& store() { return *store_; }
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
   // An empty store beside the first one, for floors that must not disturb it.
   [[nodiscard]] std::unique_ptr<Store> other_Store();
 
@@ -53,6 +59,9 @@ class World {
   std::filesystem::path folder_;
   std::unique_ptr<Store> store_;
 };
+
+// Six reds in order and a blue.
+[[nodiscard]] DrawNumbers random_Draw(std::mt19937& random);
 
 // Every ticket of a selection, in memory alone.
 [[nodiscard]] TicketSet make_Tickets(const NumberSelection& selection, PeriodNo period);

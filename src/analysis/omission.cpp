@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/periods.hpp"
+#include "core/row_function.hpp"
 
 namespace lotmere {
 namespace {
@@ -34,27 +35,6 @@ class GapTally {
   int sum_ = 0;
 };
 
-// A draw and its two work columns, as stored (-1 where never written) or as they are to be.
-struct WorkRow {
-  PeriodNo period = 0;
-  DrawNumbers numbers;
-  int place = 0;  // `总期号`
-  int mark = 0;   // `遗漏数据`
-};
-
-std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, PeriodNo period) {
-  Query row = store.query(
-      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
-         ifnull("总期号",-1),ifnull("遗漏数据",-1) FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
-  row.bind(period);
-  std::vector<WorkRow> rows;
-  while (row.next()) {
-    rows.push_back({row.number(0), read_Numbers(row, 1), row.number(8), row.number(9)});
-    progress.step();
-  }
-  return rows;
-}
-
 // Marking every number in turn leaves the largest red in the mark; blues are found without marks.
 int last_Mark(Balls balls, const DrawNumbers& numbers) {
   int mark = 0;
@@ -62,16 +42,57 @@ int last_Mark(Balls balls, const DrawNumbers& numbers) {
   return mark;
 }
 
-// Most rows hold already what they get: the numbering changes behind a hole only, the marks with the colour.
-void write_WorkColumns(Store& store, WalkProgress& progress, Balls balls, const std::vector<WorkRow>& rows) {
-  Query update = store.query(R"(UPDATE "历史记录" SET "总期号"=?,"遗漏数据"=? WHERE "期号"=?)");
-  int place = 0;
-  for (const WorkRow& row : rows) {
-    const int mark = last_Mark(balls, row.numbers);
-    if (row.place != place || row.mark != mark) update.bind(place, mark, row.period).run();
-    ++place;
+// A draw, by its place in the history, and what its work columns get.
+struct WorkRow {
+  PeriodNo period = 0;
+  DrawNumbers numbers;
+  int mark = 0;          // `遗漏数据`
+  bool changes = false;  // the row holds another place or mark
+};
+
+std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, Balls balls, PeriodNo period) {
+  Query row = store.query(
+      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+         ifnull("总期号",-1),ifnull("遗漏数据",-1) FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
+  row.bind(period);
+  std::vector<WorkRow> rows;
+  for (int place = 0; row.next(); ++place) {
+    WorkRow& draw = rows.emplace_back(WorkRow{row.number(0), read_Numbers(row, 1)});
+    draw.mark = last_Mark(balls, draw.numbers);
+    draw.changes = row.number(8) != place || row.number(9) != draw.mark;
     progress.step();
   }
+  return rows;
+}
+
+// What the engine asks about a draw.
+enum Question : int { changes, new_place, new_mark };
+
+// Most rows hold already what they get: the numbering changes behind a hole only, the marks with the colour.
+// A row has 83 columns, all of them read and built anew by a write, so those that change are written by one
+// statement in one scan: a statement each costs as much again.
+void write_WorkColumns(Store& store, WalkProgress& progress, const std::vector<WorkRow>& rows) {
+  if (std::none_of(rows.begin(), rows.end(), [](const WorkRow& row) { return row.changes; })) return;
+  auto row = rows.begin();
+  RowFunction draw(store, "lotmere_draw", 2, [&](std::span<const std::int32_t> values) {
+    const PeriodNo period = values[1];
+    const auto found = [&] { return row != rows.end() && row->period == period; };
+    if (!found()) row = std::ranges::lower_bound(rows, period, {}, &WorkRow::period);
+    if (!found()) return 0;
+    switch (static_cast<Question>(values[0])) {
+      case changes:
+        progress.step();
+        return row->changes ? 1 : 0;
+      case new_place:
+        return static_cast<int>(row - rows.begin());
+      case new_mark:
+        return row->mark;
+    }
+    return 0;
+  });
+  draw.run(R"(UPDATE "历史记录" SET "总期号"=lotmere_draw(1,"期号"),"遗漏数据"=lotmere_draw(2,"期号")
+              WHERE "期号"<=? AND lotmere_draw(0,"期号"))",
+           rows.back().period);
 }
 
 Omission tally_Gaps(Balls balls, PeriodNo period, const std::vector<WorkRow>& rows) {
@@ -105,8 +126,8 @@ std::optional<Omission> analyse_Omission(Store& store, Desk& desk, Balls balls, 
   StoreChange change(store);
   const auto count = store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号"<=?)", period);
   WalkProgress progress(desk, 2 * count);
-  const auto rows = read_Rows(store, progress, period);
-  write_WorkColumns(store, progress, balls, rows);
+  const auto rows = read_Rows(store, progress, balls, period);
+  write_WorkColumns(store, progress, rows);
   change.commit();
   return tally_Gaps(balls, period, rows);
 }

@@ -52,9 +52,8 @@ int refuse(Desk& desk, std::string_view text) {
 }
 
 std::string numbers_Text(const DrawNumbers& numbers) {
-  std::string text;
-  for (const int red : numbers.reds) text += (text.empty() ? "" : " ") + format_Ball(red);
-  return text + "+" + format_Ball(numbers.blue);
+  const auto& [a, b, c, d, e, f] = numbers.reds;
+  return fmt::format("{:02} {:02} {:02} {:02} {:02} {:02}+{:02}", a, b, c, d, e, f, numbers.blue);
 }
 
 }  // namespace lotmere

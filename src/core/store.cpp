@@ -37,8 +37,9 @@ int Query::run() {
   return changed;
 }
 
+// One thread works with the connection, so the engine needs no lock around each of its calls.
 Store::Store(const std::filesystem::path& path)
-    : path_(path), db_(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs) {
+    : path_(path), db_(path.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, kBusyTimeoutMs) {
   set_StorePragmas(db_);
   bring_UpToDate(db_);
 }

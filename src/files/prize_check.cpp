@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "core/periods.hpp"
+#include "core/row_function.hpp"
 #include "core/text.hpp"
-#include "tickets/row_function.hpp"
 
 namespace lotmere {
 namespace {

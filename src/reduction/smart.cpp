@@ -1,7 +1,7 @@
 #include "reduction/smart.hpp"
 
 #include <algorithm>
-#include <numeric>
+#include <tuple>
 
 #include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
@@ -25,40 +25,70 @@ DrawMatrix load_Draws(Store& store, PeriodNo period) {
   return matrix;
 }
 
+// Scores are small numbers, so a count of each tells which one the last ticket to clear has; among the
+// tickets with that score the running number decides. A stop leaves scores as they were stored, and those may
+// be anything: one outside shares a bin with the nearest one inside.
 void clear_LowerScores(TicketSet& tickets) {
-  std::vector<std::uint32_t> order(tickets.size());
-  std::iota(order.begin(), order.end(), 0U);
-  const std::size_t cleared = (tickets.size() * 3 + 4) / 5;
-  const auto lower = [&](std::uint32_t a, std::uint32_t b) {
-    if (tickets.score[a] != tickets.score[b]) return tickets.score[a] < tickets.score[b];
-    return tickets.seq[a] != tickets.seq[b] ? tickets.seq[a] < tickets.seq[b] : a < b;
-  };
-  std::nth_element(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(cleared), order.end(), lower);
-  for (std::size_t i = 0; i < cleared; ++i) tickets.score[order[i]] = 0;
+  constexpr std::int32_t last_bin = 464;
+  const auto bin_Of = [&](std::size_t row) { return std::clamp(tickets.score[row], 0, last_bin); };
+  std::array<std::size_t, last_bin + 1> counts{};
+  for (std::size_t row = 0; row < tickets.size(); ++row) ++counts[bin_Of(row)];
+  std::size_t cleared = (tickets.size() * 3 + 4) / 5;
+  std::int32_t edge_bin = 0;
+  for (; cleared > counts[edge_bin]; ++edge_bin) cleared -= counts[edge_bin];
+
+  std::vector<std::uint32_t> edge;
+  for (std::size_t row = 0; row < tickets.size(); ++row) {
+    if (bin_Of(row) == edge_bin) edge.push_back(static_cast<std::uint32_t>(row));
+    if (bin_Of(row) < edge_bin) tickets.score[row] = 0;
+  }
+  const auto end = edge.begin() + static_cast<std::ptrdiff_t>(cleared);
+  std::nth_element(edge.begin(), end, edge.end(), [&](std::uint32_t a, std::uint32_t b) {
+    return std::tie(tickets.score[a], tickets.seq[a], a) < std::tie(tickets.score[b], tickets.seq[b], b);
+  });
+  std::for_each(edge.begin(), end, [&](std::uint32_t row) { tickets.score[row] = 0; });
+}
+
+// 1 in each byte that is 0 in the word, 0 in the others.
+std::uint64_t mark_ZeroBytes(std::uint64_t word) {
+  constexpr std::uint64_t low = 0x7F7F'7F7F'7F7F'7F7F;
+  return ~(((word & low) + low) | word | low) >> 7;
 }
 
 }  // namespace
 
-SmartScore::SmartScore(const DrawMatrix& draws) : newest_(draws.front()) {
+SmartScore::SmartScore(const DrawMatrix& draws) {
+  const auto& newest = draws.front();
   for (int place = 0; place < kPlaces; ++place) {
+    newest_word_ |= static_cast<Balls>(newest[place] & 0x7F) << (8 * place);
     for (std::size_t a = 0; a + 1 < draws.size(); ++a) {
       for (int b = 0; b < kPlaces; ++b) {
-        const int number = draws[a][b] - draws[a + 1][b] + newest_[place];
+        const int number = draws[a][b] - draws[a + 1][b] + newest[place];
         if (number >= 0 && number <= kRedCount) ++agreeing_[place][number];
       }
     }
   }
 }
 
+// Two numbers of a ticket differ as those of the newest draw do when both lie equally far from them.
+int SmartScore::count_EqualDifferences(Balls ticket) const {
+  constexpr Balls used = 0x00FF'FFFF'FFFF'FFFF;
+  constexpr Balls high = 0x8080'8080'8080'8080;
+  // The high bits keep a byte from borrowing from the next.
+  const Balls distances = ((ticket | high) - newest_word_) & used;
+  std::uint64_t equal = 0;
+  // Turned by one to three places, the seven bytes meet all their pairs.
+  for (int places = 1; places <= kPlaces / 2; ++places) {
+    const Balls turned = (distances >> (8 * places) | distances << (8 * (kPlaces - places))) & used;
+    equal += mark_ZeroBytes((distances ^ turned) | ~used);
+  }
+  return static_cast<int>(equal * 0x0101'0101'0101'0101 >> 56);
+}
+
 int SmartScore::score(Balls ticket) const {
-  std::array<int, kPlaces> numbers{};
-  for (int place = 0; place < kPlaces; ++place)
-    numbers[place] = static_cast<int>(ticket >> (8 * place) & 0xFF);
   int score = 1;  // the comparison has one slot more than there are differences, and it always agrees
-  for (int place = 0; place < kPlaces; ++place) score += agreeing_[place][numbers[place]];
-  for (int b = 0; b < kPlaces; ++b)
-    for (int c = b + 1; c < kPlaces; ++c) score += numbers[b] - numbers[c] == newest_[b] - newest_[c];
-  return score;
+  for (int place = 0; place < kPlaces; ++place) score += agreeing_[place][ticket >> (8 * place) & 0xFF];
+  return score + count_EqualDifferences(ticket);
 }
 
 void optimise_Smart(Store& store, Desk& desk, TicketSet& tickets, int type) {

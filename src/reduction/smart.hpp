@@ -23,8 +23,10 @@ class SmartScore {
 
  private:
   static constexpr int kPlaces = kRedsPerTicket + 1;
+  [[nodiscard]] int count_EqualDifferences(Balls ticket) const;
+
   std::array<std::array<int, kRedCount + 1>, kPlaces> agreeing_{};  // by place and number
-  std::array<int, kPlaces> newest_{};
+  Balls newest_word_ = 0;
 };
 
 // Scores the tickets of the set into `临时数据` and sets the lower 60 percent (rounded up; ties by `序号`) to

@@ -1,5 +1,5 @@
-// An SQL function that answers from memory: a statement over many rows asks it about each, so that a row costs
-// a step of one scan and not a statement of its own.
+// An SQL function that answers from memory: a statement over many rows asks it about each, so that a row
+// costs a step of one scan and not a statement of its own.
 #pragma once
 
 #include <array>
@@ -20,8 +20,8 @@ class RowFunction {
   // the engine is C and no exception may cross it.
   using Answer = std::function<int(std::span<const std::int32_t> values)>;
 
-  // Makes the function known to the engine under `name`, with `count` values (up to kMostValues), for as long as
-  // this object lives.
+  // Makes the function known to the engine under `name`, with `count` values (up to kMostValues), for as long
+  // as this object lives.
   RowFunction(Store& store, const char* name, std::size_t count, Answer answer);
   RowFunction(const RowFunction&) = delete;
   RowFunction& operator=(const RowFunction&) = delete;

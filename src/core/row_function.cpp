@@ -1,4 +1,4 @@
-#include "tickets/row_function.hpp"
+#include "core/row_function.hpp"
 
 #include <sqlite3.h>
 

@@ -1,0 +1,151 @@
+// smart-100k and match-100k: tickets judged in memory against the rule done literally.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "conditions/condition_store.hpp"
+#include "core/periods.hpp"
+#include "pipeline/history_relative.hpp"
+#include "reduction/smart.hpp"
+#include "tickets/selection.hpp"
+#include "workloads.hpp"
+#include "world.hpp"
+
+namespace lotmere::bench {
+namespace {
+
+using benchmark::State;
+
+constexpr int kPlaces = kRedsPerTicket + 1;
+using Seven = std::array<std::int32_t, kPlaces>;
+using Differences = std::array<std::int32_t, 463>;
+
+// Every difference of the numbers to those of nine draws, then those among themselves; the last slot stays 0.
+Differences list_Differences(const Seven* draws, const Seven& numbers) {
+  Differences list{};
+  std::size_t k = 0;
+  for (int a = 0; a < 9; ++a)
+    for (const std::int32_t drawn : draws[a])
+      for (const std::int32_t number : numbers) list[k++] = drawn - number;
+  for (int b = 0; b < kPlaces; ++b)
+    for (int c = b + 1; c < kPlaces; ++c) list[k++] = numbers[b] - numbers[c];
+  return list;
+}
+
+Seven seven_Of(const Reds& reds, int blue) {
+  return {reds[0], reds[1], reds[2], reds[3], reds[4], reds[5], blue};
+}
+
+void score_Literally(const std::vector<StoredDraw>& newest_first, TicketSet& tickets) {
+  std::array<Seven, 10> draws{};
+  auto row = draws.rbegin();
+  for (auto draw = newest_first.rbegin(); draw != newest_first.rend(); ++draw, ++row)
+    *row = seven_Of(draw->numbers.reds, draw->numbers.blue);
+  const Differences newest = list_Differences(&draws[1], draws[0]);
+  for (std::size_t ticket = 0; ticket < tickets.size(); ++ticket) {
+    const Balls balls = tickets.balls[ticket];
+    const Differences own = list_Differences(draws.data(), seven_Of(reds_Of(balls), blue_Of(balls)));
+    int score = 0;
+    for (std::size_t k = 0; k < own.size(); ++k) score += newest[k] == own[k];
+    tickets.score[ticket] = score;
+  }
+}
+
+// The lower 60 percent by score and running number, cleared.
+void clear_Lower(TicketSet& tickets) {
+  std::vector<std::size_t> order(tickets.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return tickets.score[a] < tickets.score[b]; });
+  order.resize((order.size() * 60 + 99) / 100);
+  for (const std::size_t row : order) tickets.score[row] = 0;
+}
+
+// The floor is the scoring alone; the subject clears the lower scores as well.
+void smart_100k(State& state, const Sizes& sizes) {
+  World world;
+  world.add_Draws(sizes.draws);
+  world.pick(sizes.reds, sizes.blues);
+  set_Usage(world.store(), kSmartOptimisation, true);
+  const TicketSet tickets = make_Tickets(load_Selection(world.store()), kTarget);
+  const auto draws = drawsBefore(world.store(), kTarget, 10);
+  QuietDesk desk;
+  for (auto _ : state) {
+    std::vector<double> floor, subject;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      TicketSet literal = tickets, scored = tickets;
+      floor.push_back(seconds([&] { score_Literally(draws, literal); }));
+      subject.push_back(seconds([&] { optimise_Smart(world.store(), desk, scored, 6); }));
+      clear_Lower(literal);
+      check(scored.score == literal.score, "smart-100k scores otherwise than the literal comparison");
+    }
+    report(state, median(subject), median(floor), median(floor) / median(subject), tickets.size());
+  }
+}
+
+// One walk over what is left for each draw.
+void match_Literally(const std::vector<StoredDraw>& draws, int match, TicketSet& tickets) {
+  for (const StoredDraw& draw : draws) {
+    std::array<std::uint8_t, 256> drawn{};
+    for (const int red : draw.numbers.reds) drawn[red] = 1;
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < tickets.size(); ++row) {
+      int hits = 0;
+      for (const int red : reds_Of(tickets.balls[row])) hits += drawn[red];
+      if (hits >= match) continue;
+      if (row != kept) tickets.move_Row(row, kept);
+      tickets.mark[kept] = 1;
+      tickets.seq[kept] = static_cast<std::int32_t>(kept) + 1;
+      ++kept;
+    }
+    tickets.truncate(kept);
+  }
+}
+
+void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
+  World world;
+  Store& store = world.store();
+  world.add_Draws(sizes.draws);
+  world.pick(sizes.reds, sizes.blues);
+  store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
+      .bind(periodsBack(store, kTarget, draw_count), kTarget, match)
+      .run();
+  const TicketSet tickets = make_Tickets(load_Selection(store), kTarget);
+  QuietDesk desk;
+  for (auto _ : state) {
+    std::vector<double> floor, subject;
+    TicketSet left;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      TicketSet literal = tickets;
+      left = tickets;
+      floor.push_back(seconds([&] {
+        auto draws = drawsBefore(store, kTarget, draw_count);
+        std::reverse(draws.begin(), draws.end());
+        match_Literally(draws, match, literal);
+      }));
+      subject.push_back(seconds([&] {
+        PipelineRun run{store, desk, left, kTarget};
+        filter_LiShi(run);
+      }));
+      check(left.balls == literal.balls && left.origin == literal.origin && left.seq == literal.seq &&
+                left.mark == literal.mark,
+            "match-100k leaves other tickets than one walk a draw");
+    }
+    report(state, median(subject), median(floor), median(floor) / median(subject), tickets.size());
+    state.counters["survivors"] = static_cast<double>(left.size());
+  }
+}
+
+}  // namespace
+
+void register_JudgementWorkloads(const Sizes& sizes) {
+  constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
+  add("smart-100k", [=](State& state) { smart_100k(state, sizes); });
+  for (const auto& [match, draws] :
+       {std::pair(4, std::min(few_draws, sizes.draws)), std::pair(5, sizes.draws), std::pair(6, sizes.draws)})
+    add(fmt::format("match-100k/{}", match),
+        [=, m = match, d = draws](State& state) { match_100k(state, sizes, m, d); });
+}
+
+}  // namespace lotmere::bench
