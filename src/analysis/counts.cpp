@@ -7,14 +7,14 @@
 namespace lotmere {
 namespace {
 
-std::vector<CountRow> empty_Rows(Balls balls) {
+std::vector<CountRow> empty_Rows(BallColour balls) {
   std::vector<CountRow> rows;
   for (int n = 1; n <= ball_Count(balls); ++n)
     rows.push_back({n, 0, fmt::format("{}:{}", ball_Name(balls), format_Ball(n))});
   return rows;
 }
 
-std::vector<CountRow> count_Draws(Store& store, Desk& desk, Balls balls, PeriodNo from, PeriodNo to) {
+std::vector<CountRow> count_Draws(Store& store, Desk& desk, BallColour balls, PeriodNo from, PeriodNo to) {
   std::vector<CountRow> counts = empty_Rows(balls);
   WalkProgress progress(
       desk, store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", from, to));
@@ -32,11 +32,11 @@ std::vector<CountRow> count_Draws(Store& store, Desk& desk, Balls balls, PeriodN
 }  // namespace
 
 std::vector<CountRow> countRedDraws(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  return count_Draws(store, desk, Balls::red, from, to);
+  return count_Draws(store, desk, BallColour::red, from, to);
 }
 
 std::vector<CountRow> countBlueDraws(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  return count_Draws(store, desk, Balls::blue, from, to);
+  return count_Draws(store, desk, BallColour::blue, from, to);
 }
 
 ChartPeriods loadChartPeriods(Store& store) {

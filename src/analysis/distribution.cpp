@@ -22,8 +22,9 @@ void add_Row(SQLite::Statement& insert, PeriodNo period, const DrawNumbers& numb
   insert.clearBindings();
   insert.bind(1, period);
   // Parameters count from 1, columns from 0.
-  for_EachBall(Balls::red, numbers, [&](int red) { insert.bind(1 + red, format_Ball(red)); });
-  for_EachBall(Balls::blue, numbers, [&](int blue) { insert.bind(1 + kRedCount + blue, format_Ball(blue)); });
+  for_EachBall(BallColour::red, numbers, [&](int red) { insert.bind(1 + red, format_Ball(red)); });
+  for_EachBall(BallColour::blue, numbers,
+               [&](int blue) { insert.bind(1 + kRedCount + blue, format_Ball(blue)); });
   insert.exec();
   insert.reset();
 }

@@ -9,7 +9,7 @@ constexpr std::int64_t kRowsBetweenServes = 64;
 
 }  // namespace
 
-std::string_view ball_Name(Balls balls) { return balls == Balls::red ? "红球" : "蓝球"; }
+std::string_view ball_Name(BallColour balls) { return balls == BallColour::red ? "红球" : "蓝球"; }
 
 DrawNumbers read_Numbers(const Query& row, int first) {
   DrawNumbers numbers;

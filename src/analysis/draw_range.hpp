@@ -12,13 +12,15 @@
 namespace lotmere {
 
 // Which numbers an analysis is about.
-enum class Balls { red, blue };
+enum class BallColour { red, blue };
 
 // Numbers run from 1 to this.
-[[nodiscard]] constexpr int ball_Count(Balls balls) { return balls == Balls::red ? kRedCount : kBlueCount; }
+[[nodiscard]] constexpr int ball_Count(BallColour balls) {
+  return balls == BallColour::red ? kRedCount : kBlueCount;
+}
 
 // "红球" or "蓝球".
-[[nodiscard]] std::string_view ball_Name(Balls balls);
+[[nodiscard]] std::string_view ball_Name(BallColour balls);
 
 // Reads six reds and the blue behind them from a row, from column `first` on.
 [[nodiscard]] DrawNumbers read_Numbers(const Query& row, int first);
@@ -26,8 +28,8 @@ enum class Balls { red, blue };
 // Calls `visit(number)` for each number of a draw: a red that stands twice once, and nothing for a number
 // outside the game, which only a row of another program can hold.
 template <class Visit>
-void for_EachBall(Balls balls, const DrawNumbers& numbers, Visit visit) {
-  if (balls == Balls::blue) {
+void for_EachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
+  if (balls == BallColour::blue) {
     if (numbers.blue >= 1 && numbers.blue <= kBlueCount) visit(numbers.blue);
     return;
   }

@@ -36,9 +36,9 @@ class GapTally {
 };
 
 // Marking every number in turn leaves the largest red in the mark; blues are found without marks.
-int last_Mark(Balls balls, const DrawNumbers& numbers) {
+int last_Mark(BallColour balls, const DrawNumbers& numbers) {
   int mark = 0;
-  if (balls == Balls::red) for_EachBall(balls, numbers, [&](int red) { mark = std::max(mark, red); });
+  if (balls == BallColour::red) for_EachBall(balls, numbers, [&](int red) { mark = std::max(mark, red); });
   return mark;
 }
 
@@ -50,7 +50,7 @@ struct WorkRow {
   bool changes = false;  // the row holds another place or mark
 };
 
-std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, Balls balls, PeriodNo period) {
+std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, BallColour balls, PeriodNo period) {
   Query row = store.query(
       R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
          ifnull("总期号",-1),ifnull("遗漏数据",-1) FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
@@ -95,7 +95,7 @@ void write_WorkColumns(Store& store, WalkProgress& progress, const std::vector<W
            rows.back().period);
 }
 
-Omission tally_Gaps(Balls balls, PeriodNo period, const std::vector<WorkRow>& rows) {
+Omission tally_Gaps(BallColour balls, PeriodNo period, const std::vector<WorkRow>& rows) {
   std::vector<GapTally> tallies(ball_Count(balls));
   int place = 0;
   for (const WorkRow& row : rows) {
@@ -117,7 +117,7 @@ void tell_Missing(Store& store, Desk& desk, PeriodNo period) {
       Tone::warning);
 }
 
-std::optional<Omission> analyse_Omission(Store& store, Desk& desk, Balls balls, PeriodNo period) {
+std::optional<Omission> analyse_Omission(Store& store, Desk& desk, BallColour balls, PeriodNo period) {
   period = std::min(period, latestPeriod(store));
   if (!findDraw(store, period)) {
     tell_Missing(store, desk, period);
@@ -135,11 +135,11 @@ std::optional<Omission> analyse_Omission(Store& store, Desk& desk, Balls balls, 
 }  // namespace
 
 std::optional<Omission> analyseRedOmission(Store& store, Desk& desk, PeriodNo period) {
-  return analyse_Omission(store, desk, Balls::red, period);
+  return analyse_Omission(store, desk, BallColour::red, period);
 }
 
 std::optional<Omission> analyseBlueOmission(Store& store, Desk& desk, PeriodNo period) {
-  return analyse_Omission(store, desk, Balls::blue, period);
+  return analyse_Omission(store, desk, BallColour::blue, period);
 }
 
 std::vector<PeriodNo> loadOmissionPeriods(Store& store) {

@@ -35,7 +35,7 @@ struct OmissionFigures {
 
 // The figures of all numbers of one colour.
 struct Omission {
-  Balls balls = Balls::red;
+  BallColour balls = BallColour::red;
   PeriodNo period = 0;                   // the chosen one, or the newest where that lay behind it
   std::vector<OmissionFigures> numbers;  // of number n at place n - 1
   int largest = 0;                       // closed gap of any number

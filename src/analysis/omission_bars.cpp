@@ -24,7 +24,7 @@ int scale_Of(const Omission& omission, const ClosedGaps& gaps) {
 
 }  // namespace
 
-Box place_Group(Balls balls, int number, double frame_width, double frame_height) {
+Box place_Group(BallColour balls, int number, double frame_width, double frame_height) {
   const double unit = frame_width / ball_Count(balls);
   return {(number - 1) * unit + unit * 0.1, frame_height * 0.1, unit * 0.8, frame_height * 0.8};
 }

@@ -43,7 +43,7 @@ std::string tell_Figures(const Omission& omission, int number, const std::string
 std::string omission_Report(const Omission& omission, int number) {
   const std::string until = fmt::format("截止 {} 期", to_QuanJiao(omission.period));
   const std::string head = fmt::format("{}号码{} {}", ball_Name(omission.balls), wide_Ball(number),
-                                       omission.balls == Balls::red ? "(" + until + ")" : until);
+                                       omission.balls == BallColour::red ? "(" + until + ")" : until);
   return tell_Figures(omission, number, head, std::string(kLineBreak) + std::string(kRuleLength, '_'));
 }
 

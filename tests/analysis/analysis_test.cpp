@@ -30,7 +30,7 @@ std::vector<StoredDraw> put_Draws(Store& store, std::size_t count, unsigned seed
 constexpr const char* kHasRed = R"( ?1 IN ("红球1","红球2","红球3","红球4","红球5","红球6"))";
 
 // The analysis step by step on the table: two selects and a mark in every row a number.
-std::vector<OmissionFigures> model_Figures(Store& store, Balls balls, PeriodNo period) {
+std::vector<OmissionFigures> model_Figures(Store& store, BallColour balls, PeriodNo period) {
   StoreChange change(store);
   store
       .query(R"(UPDATE "历史记录" SET "遗漏数据"=0,"总期号"=(SELECT count(*) FROM "历史记录" AS "前"
@@ -41,13 +41,13 @@ std::vector<OmissionFigures> model_Figures(Store& store, Balls balls, PeriodNo p
       static_cast<int>(store.value(R"(SELECT "总期号" FROM "历史记录" WHERE "期号"=?)", period));
   std::vector<OmissionFigures> figures;
   for (int n = 1; n <= ball_Count(balls); ++n) {
-    if (balls == Balls::red)
+    if (balls == BallColour::red)
       store.query(R"(UPDATE "历史记录" SET "遗漏数据"=?1 WHERE "期号"<=?2 AND)" + std::string(kHasRed))
           .bind(n, period)
           .run();
-    Query hits =
-        store.query(std::string(R"(SELECT "总期号" FROM "历史记录" WHERE "期号"<=? AND )") +
-                    (balls == Balls::red ? R"("遗漏数据")" : R"("蓝球")") + R"(=? ORDER BY "总期号" ASC)");
+    Query hits = store.query(std::string(R"(SELECT "总期号" FROM "历史记录" WHERE "期号"<=? AND )") +
+                             (balls == BallColour::red ? R"("遗漏数据")" : R"("蓝球")") +
+                             R"(=? ORDER BY "总期号" ASC)");
     int previous = -1, sum = 0, count = 0;
     ClosedGaps gaps;
     for (hits.bind(period, n); hits.next(); previous = hits.number(0), ++count) {
@@ -68,8 +68,8 @@ class Analysis : public testing::Test {
   Store& store_ = home_.store();
   ScriptedDesk desk_;
 
-  std::optional<Omission> analyse(Balls balls, PeriodNo period) {
-    return (balls == Balls::red ? analyseRedOmission : analyseBlueOmission)(store_, desk_, period);
+  std::optional<Omission> analyse(BallColour balls, PeriodNo period) {
+    return (balls == BallColour::red ? analyseRedOmission : analyseBlueOmission)(store_, desk_, period);
   }
 };
 
@@ -79,13 +79,15 @@ TEST_F(Analysis, OmissionFiguresAndRowsAreThoseOfTheStepByStepAnalysis) {
     TempHome model;
     put_Draws(model.store(), count, 5);
     // Back and forth, so that values of an earlier analysis stand; the third one finds a hole to close.
-    const std::pair<Balls, std::size_t> steps[] = {
-        {Balls::red, 0}, {Balls::blue, count / 4}, {Balls::red, count / 8}, {Balls::blue, 0}};
+    const std::pair<BallColour, std::size_t> steps[] = {{BallColour::red, 0},
+                                                        {BallColour::blue, count / 4},
+                                                        {BallColour::red, count / 8},
+                                                        {BallColour::blue, 0}};
     for (const auto& [balls, before_newest] : steps) {
       const PeriodNo period = draws[count - 1 - before_newest].period;
       EXPECT_EQ(analyse(balls, period)->numbers, model_Figures(model.store(), balls, period)) << count;
       EXPECT_EQ(dump_History(store_), dump_History(model.store())) << count;
-      if (balls == Balls::blue && count > 4)
+      if (balls == BallColour::blue && count > 4)
         for (Store* store : {&store_, &model.store()})
           store->query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(draws[count / 2].period).run();
     }
@@ -94,15 +96,15 @@ TEST_F(Analysis, OmissionFiguresAndRowsAreThoseOfTheStepByStepAnalysis) {
 }
 
 TEST_F(Analysis, OmissionOfAPeriodAboveTheNewestIsThatOfTheNewestAndAMissingOneIsTold) {
-  EXPECT_FALSE(analyse(Balls::red, kDefaultPeriod));
+  EXPECT_FALSE(analyse(BallColour::red, kDefaultPeriod));
   put_Draw(store_, 2024001, "2024-01-02", {{1, 2, 3, 4, 5, 6}, 7});
   put_Draw(store_, 2024003, "2024-01-07", {{1, 2, 3, 4, 5, 33}, 7});
   const std::string before = dump_History(store_);
-  EXPECT_FALSE(analyse(Balls::blue, 2024002));
+  EXPECT_FALSE(analyse(BallColour::blue, 2024002));
   EXPECT_EQ(dump_History(store_), before);
   EXPECT_EQ(desk_.told.at(0).text, "历史记录是空的，无法统计遗漏。");
   EXPECT_EQ(desk_.told.at(1).text, "历史记录里没有 2024002 期，无法统计遗漏。");
-  EXPECT_EQ(analyse(Balls::red, 2099001)->period, 2024003);
+  EXPECT_EQ(analyse(BallColour::red, 2099001)->period, 2024003);
 }
 
 // Red 7 came in the draws 2, 3 and 7 of ten, red 5 and blue 16 in all but the last.
@@ -111,7 +113,7 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
     const int sixth = i == 2 || i == 3 || i == 7 ? 7 : 20 + i;
     put_Draw(store_, 2024001 + i, "2024-01-02", {{1, 2, 3, 4, i == 9 ? 8 : 5, sixth}, i == 9 ? 1 : 16});
   }
-  const Omission red = *analyse(Balls::red, 2024010), blue = *analyse(Balls::blue, 2024010);
+  const Omission red = *analyse(BallColour::red, 2024010), blue = *analyse(BallColour::blue, 2024010);
   EXPECT_EQ(red.of(7), (OmissionFigures{3, 2, ClosedGaps{3, 2, 3}}));
   const std::string figures =
       "\r\n\r\n总共开出：９ 期 \r\n\r\n历史遗漏最大值：０ 期\r\n\r\n历史遗漏平均值：０ 期"
@@ -124,7 +126,7 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
       {omission_Tip(blue, 16), "蓝球号码 １６" + figures}};
   for (const auto& [text, expected] : texts) EXPECT_EQ(text, expected);
 
-  const Box group = place_Group(Balls::red, 7, 33'000, 1000);
+  const Box group = place_Group(BallColour::red, 7, 33'000, 1000);
   EXPECT_DOUBLE_EQ(group.left, 6100);
   // A base of 400, and a scale of 4.4 rounded to 4.
   const OmissionBars bars = drawOmissionBars(red, 7, 500, 760.3);
