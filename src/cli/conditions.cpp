@@ -47,9 +47,7 @@ class UseCommand final : public Command {
   int run(Session& session) override {
     // The match with past draws has a switch of its own, outside the table of the others.
     if (name_ == kHistoryMatchName) {
-      HistoryMatch settings = load_HistoryMatch(session.store);
-      settings.used = state_ == "on";
-      save_HistoryMatch(session.store, settings);
+      set_HistoryMatch(session.store, &HistoryMatch::used, state_ == "on");
       return kExitDone;
     }
     const auto condition = named_Condition(session, name_);

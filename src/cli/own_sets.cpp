@@ -84,7 +84,7 @@ class GroupCommand final : public NumberedSetCommand {
 
  protected:
   bool store_Members(Session& session, std::span<const int> members) override {
-    set_Column(session.store, AttributeTable::first, fmt::format("自定义组{}", index()), members);
+    set_Group(session.store, index(), members);
     return true;
   }
 };

@@ -13,9 +13,8 @@ namespace {
 
 using enum CellKind;
 
-constexpr int kPositionCount = 7;
-constexpr int kCombinationCount = 32;
 constexpr int kSumFamilyCount = 7;
+constexpr const char* kCountItem = "开出个数=";  // of the groups and intervals that a person makes
 
 Condition value_Condition(UsageId usage, const char* name, ConditionId first, ConditionId last,
                           int first_item, int last_item) {
@@ -52,14 +51,15 @@ void add_Counts(std::vector<Condition>& list) {
   list.push_back(count_Condition(13, "小数个数", 3670, 3679, "小数个数="));
   list.push_back(count_Condition(14, "高尾码个数", 3680, 3689, "高尾码="));
   list.push_back(count_Condition(15, "低尾码个数", 3690, 3699, "低尾码个数="));
-  for (int i = 1; i <= 4; ++i) {
+  for (int i = 1; i <= kIntervalCount; ++i) {
     const ConditionId cell = 3700 + 10 * (i - 1);
-    list.push_back(
-        count_Condition(15 + i, fmt::format("区间{}", i), cell, cell + 9, fmt::format("区间{}开出个数=", i)));
+    list.push_back(count_Condition(usage_OfInterval(i), fmt::format("区间{}", i), cell, cell + 9,
+                                   fmt::format("区间{}{}", i, kCountItem)));
   }
-  for (int i = 1; i <= 10; ++i) {
+  for (int i = 1; i <= kGroupCount; ++i) {
     const ConditionId cell = 3800 + 10 * (i - 1);
-    list.push_back(count_Condition(19 + i, fmt::format("自定义组{}", i), cell, cell + 9, ""));
+    list.push_back(
+        count_Condition(usage_OfGroup(i), fmt::format("自定义组{}", i), cell, cell + 9, kCountItem));
   }
   list.push_back(count_Condition(263, "尾数重叠", 6650, 6659, "尾数重叠="));
   list.push_back(count_Condition(264, "合数重叠", 6660, 6669, "合数重叠="));
@@ -72,13 +72,13 @@ void add_Others(std::vector<Condition>& list) {
     list.push_back({family.usage, std::string(family.name), shape, family.first, family.last, "", 0,
                     items - 1, &family, family.turn});
   }
-  for (int place = 1; place <= kPositionCount; ++place)
-    list.push_back({29 + place, fmt::format("号码定位{}", place), position, 0, 0, "", 1,
-                    place == kPositionCount ? kBlueCount : kRedCount, nullptr, place});
-  for (int turn = 0; turn < kCombinationCount; ++turn) {
+  for (int place = 1; place <= kPlaceCount; ++place)
+    list.push_back({usage_OfPlace(place), fmt::format("号码定位{}", place), position, 0, 0, "", 1,
+                    place == kPlaceCount ? kBlueCount : kRedCount, nullptr, place});
+  for (int turn = 0; turn < kTurnCount; ++turn) {
     const Family& family = family_OfTurn(turn);
-    list.push_back({100 + turn, std::string(family.draw_column) + "（具体）", combination, 0, 0, "", 0, 0,
-                    &family, turn});
+    list.push_back({usage_OfTurn(turn), std::string(family.draw_column) + "（具体）", combination, 0, 0, "",
+                    0, 0, &family, turn});
   }
   list.push_back({266, "前2期和值相同组", sum_family, 6680, 6689, "", 0, kSumFamilyCount - 1});
   list.push_back({kSmartOptimisation, "智能优化", setting});
@@ -101,12 +101,19 @@ const std::vector<Condition>& catalogue() {
   return list;
 }
 
+const Condition& condition_OfUsage(UsageId usage) {
+  return *std::lower_bound(
+      catalogue().begin(), catalogue().end(), usage,
+      [](const Condition& condition, UsageId wanted) { return condition.usage < wanted; });
+}
+
 std::vector<Condition> all_Conditions(Store& store) {
   std::vector<Condition> list = catalogue();
   Query rows = store.query(
       R"(SELECT "序号","名称","条件使用情况","值min","值max" FROM "自定义区间" ORDER BY "序号" ASC)");
   while (rows.next()) {
-    Condition interval = count_Condition(rows.number(2), rows.text(1), rows.number(3), rows.number(4), "");
+    Condition interval =
+        count_Condition(rows.number(2), rows.text(1), rows.number(3), rows.number(4), kCountItem);
     interval.turn = rows.number(0);
     list.push_back(std::move(interval));
   }
@@ -159,6 +166,8 @@ std::string shrink_Caption(int type) {
   constexpr const char* captions[] = {"保三型", "保四型", "保五型", "保六型", "保七型"};
   return type < kSmallestShrink || type > kLargestShrink ? "" : captions[type - kSmallestShrink];
 }
+
+std::string place_Column(int place) { return fmt::format("第{}", place); }
 
 std::span<const std::string_view> sum_FamilyTexts() {
   static constexpr std::string_view texts[kSumFamilyCount] = {

@@ -38,8 +38,20 @@ struct Condition {
   int turn = 0;  // place (1 to 7) of a position, turn (0 to 31) of a combination, `序号` of a custom interval
 };
 
+// The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
+inline constexpr int kIntervalCount = 4;
+inline constexpr int kGroupCount = 10;
+inline constexpr int kPlaceCount = 7;  // six reds in ascending order, then the blue
+inline constexpr int kTurnCount = 32;
+[[nodiscard]] constexpr UsageId usage_OfInterval(int interval) { return 15 + interval; }
+[[nodiscard]] constexpr UsageId usage_OfGroup(int group) { return 19 + group; }
+[[nodiscard]] constexpr UsageId usage_OfPlace(int place) { return 29 + place; }
+[[nodiscard]] constexpr UsageId usage_OfTurn(int turn) { return 100 + turn; }
+
 // The conditions that every store has, by ascending switch.
 [[nodiscard]] const std::vector<Condition>& catalogue();
+// One of them; the switch must be one of the catalogue.
+[[nodiscard]] const Condition& condition_OfUsage(UsageId usage);
 // The same and the custom intervals that the store's `自定义区间` names.
 [[nodiscard]] std::vector<Condition> all_Conditions(Store& store);
 
@@ -57,6 +69,9 @@ struct Condition {
 inline constexpr int kSmallestShrink = 3;
 inline constexpr int kLargestShrink = 7;  // touches no ticket, only counts them
 [[nodiscard]] std::string shrink_Caption(int type);
+
+// The column of `号码特性` with the numbers allowed at a place, "第1" to "第7".
+[[nodiscard]] std::string place_Column(int place);
 
 // The names of the seven sum families of 前2期和值相同组.
 [[nodiscard]] std::span<const std::string_view> sum_FamilyTexts();

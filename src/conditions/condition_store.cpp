@@ -20,9 +20,16 @@ int condition_Value(Store& store, ConditionId id) {
   return static_cast<int>(store.value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=?)", id));
 }
 
-bool is_Used(Store& store, UsageId usage) {
-  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage) == 1;
+namespace {
+
+std::int64_t usage_Value(Store& store, UsageId usage) {
+  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage);
 }
+
+}  // namespace
+
+bool is_Used(Store& store, UsageId usage) { return usage_Value(store, usage) == 1; }
+bool is_Ticked(Store& store, UsageId usage) { return usage_Value(store, usage) > 0; }
 
 bool set_Cell(Store& store, ConditionId id, bool allowed) {
   return set_ConditionValue(store, id, allowed ? 1 : 0);

@@ -31,6 +31,8 @@ using ValueArray = std::array<int, 200>;
 [[nodiscard]] int condition_Value(Store& store, ConditionId id);
 // A pass runs only when its switch is exactly 1.
 [[nodiscard]] bool is_Used(Store& store, UsageId usage);
+// Panels and the summary show a switch as on when it is above 0.
+[[nodiscard]] bool is_Ticked(Store& store, UsageId usage);
 
 // Cell and switch writes store 1 or 0. False, with nothing written, where the row is missing.
 bool set_Cell(Store& store, ConditionId id, bool allowed);

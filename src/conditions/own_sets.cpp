@@ -7,16 +7,18 @@
 #include "conditions/condition_store.hpp"
 
 namespace lotmere {
-namespace {
 
-constexpr UsageId kBeforeFirstPlace = 29;
-
-}  // namespace
+void set_Group(Store& store, int group, std::span<const int> numbers) {
+  StoreChange change(store);
+  set_Column(store, AttributeTable::first, condition_OfUsage(usage_OfGroup(group)).name, numbers);
+  if (numbers.empty()) set_Usage(store, usage_OfGroup(group), false);
+  change.commit();
+}
 
 void set_Place(Store& store, int place, std::span<const int> numbers) {
   StoreChange change(store);
-  set_Column(store, AttributeTable::first, fmt::format("第{}", place), numbers);
-  set_Usage(store, kBeforeFirstPlace + place, !numbers.empty());
+  set_Column(store, AttributeTable::first, place_Column(place), numbers);
+  set_Usage(store, usage_OfPlace(place), !numbers.empty());
   change.commit();
 }
 

@@ -1,23 +1,27 @@
-// The settings that are a person's own: numbers allowed at the places of a ticket, the custom interval divisions, and the match with past
-// draws.
+// The settings that are a person's own: custom groups, numbers allowed at the places of a ticket, the custom
+// interval divisions, and the match with past draws.
 #pragma once
 
 #include <optional>
 #include <span>
 #include <string_view>
 
-#include "core/desk.hpp"
+#include "conditions/catalogue.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
 
-inline constexpr int kPlaceCount = 7;  // six reds in ascending order, then the blue
+// Makes `numbers` the members of a custom group (1 to 10). An empty group isn't used: its switch goes off; its
+// allowed counts stay.
+void set_Group(Store& store, int group, std::span<const int> numbers);
 
-// Makes `numbers` the ones allowed at a place (1 to 7). Picking numbers switches the place on, an empty list switches it off.
+// Makes `numbers` the ones allowed at a place (1 to 7). Picking numbers switches the place on, an empty list
+// switches it off.
 void set_Place(Store& store, int place, std::span<const int> numbers);
 
-// Makes `numbers` the members of a custom interval ("六区间1" to "十二区间12"). False, with nothing written, when no interval has the name.
+// Makes `numbers` the members of a custom interval ("六区间1" to "十二区间12"). False, with nothing written,
+// when no interval has the name.
 bool set_CustomInterval(Store& store, std::string_view name, std::span<const int> numbers);
 
 // 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last goes.
@@ -30,5 +34,12 @@ struct HistoryMatch {
 inline constexpr std::string_view kHistoryMatchName = "历史数据过滤";
 [[nodiscard]] HistoryMatch load_HistoryMatch(Store& store);
 void save_HistoryMatch(Store& store, const HistoryMatch& settings);
+// One of the settings alone; the others stay.
+template <class Value>
+void set_HistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
+  HistoryMatch settings = load_HistoryMatch(store);
+  settings.*setting = value;
+  save_HistoryMatch(store, settings);
+}
 
 }  // namespace lotmere

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/values.hpp"
@@ -13,8 +11,6 @@ namespace lotmere {
 namespace {
 
 constexpr std::string_view kUnused = " 未 使 用";
-constexpr int kGroupCount = 10;
-constexpr UsageId kBeforeFirstGroup = 19;
 
 // The lines of conditions, in the order in which they are read.
 struct SummaryLine {
@@ -57,10 +53,6 @@ constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", 5},
                                   {" 8数4分自然段： ", 58},
                                   {" 三波排异： ", 60},
                                   {" 区间排异： ", 61}};
-
-bool is_Ticked(Store& store, UsageId usage) {
-  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage) > 0;
-}
 
 // The numbers of one colour with one state in the selection.
 std::string picked_Text(Store& store, ConditionId first, ConditionId last, int state) {
@@ -105,18 +97,12 @@ std::string counts_Text(Store& store, const Condition& group) {
   return list.empty() ? "（条 件 未 设 置）" : fmt::format(" 允许开出个数（{}）", list);
 }
 
-const Condition& condition_OfUsage(UsageId usage) {
-  const auto& list = catalogue();
-  return *std::find_if(list.begin(), list.end(),
-                       [&](const Condition& condition) { return condition.usage == usage; });
-}
-
 }  // namespace
 
 std::array<std::string, 10> tj_FillGroups(Store& store) {
   std::array<std::string, 10> items;
   for (int g = 1; g <= kGroupCount; ++g) {
-    const Condition& group = condition_OfUsage(kBeforeFirstGroup + g);
+    const Condition& group = condition_OfUsage(usage_OfGroup(g));
     std::string& item = items[static_cast<std::size_t>(g - 1)];
     if (is_Ticked(store, group.usage))
       item = group.name + members_Text(read_AttributeColumn(store, AttributeTable::first, group.name)) +

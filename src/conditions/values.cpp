@@ -38,8 +38,7 @@ std::string ticked_Texts(Store& store, const Condition& condition) {
 }
 
 std::string allowed_AtPlace(Store& store, const Condition& condition) {
-  const RedTable members =
-      read_AttributeColumn(store, AttributeTable::first, fmt::format("第{}", condition.turn));
+  const RedTable members = read_AttributeColumn(store, AttributeTable::first, place_Column(condition.turn));
   std::string text;
   for (int n = 1; n <= condition.last_item; ++n)
     if (members[n]) text += (text.empty() ? "" : ",") + format_Ball(n);

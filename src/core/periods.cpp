@@ -62,6 +62,14 @@ std::vector<StoredDraw> drawsBefore(Store& store, PeriodNo period, int count) {
   return draws;
 }
 
+std::vector<PeriodNo> newestPeriods(Store& store, int count) {
+  Query rows = store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT ?)");
+  rows.bind(count);
+  std::vector<PeriodNo> periods;
+  while (rows.next()) periods.push_back(rows.number(0));
+  return periods;
+}
+
 std::optional<StoredDraw> findDraw(Store& store, PeriodNo period) {
   Query rows = store.query(std::string("SELECT ") + kNumbers + R"( FROM "历史记录" WHERE "期号"=?)");
   rows.bind(period);

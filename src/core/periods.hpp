@@ -35,6 +35,8 @@ struct StoredDraw {
 };
 // The newest `count` draws before a period, newest first.
 [[nodiscard]] std::vector<StoredDraw> drawsBefore(Store& store, PeriodNo period, int count);
+// The newest `count` periods, newest first.
+[[nodiscard]] std::vector<PeriodNo> newestPeriods(Store& store, int count);
 // One draw, if it is stored.
 [[nodiscard]] std::optional<StoredDraw> findDraw(Store& store, PeriodNo period);
 

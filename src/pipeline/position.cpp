@@ -5,22 +5,20 @@
 #include <algorithm>
 #include <numeric>
 
+#include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
 #include "core/text.hpp"
-#include "history/draw_stats.hpp"
+#include "history/combination_list.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr int kPlaces = kRedsPerTicket + 1;
-constexpr UsageId kFirstPlaceUsage = 30;
-constexpr UsageId kFirstTurnUsage = 100;
 constexpr int kLowestMark = -1;
 constexpr std::size_t kBlock = 8192;
 
 // 1 where a number is wrong at a place.
-using ErrorTable = std::array<std::array<std::int8_t, kRedCount + 1>, kPlaces>;
+using ErrorTable = std::array<std::array<std::int8_t, kRedCount + 1>, kPlaceCount>;
 
 struct Places {
   ErrorTable wrong{};
@@ -29,10 +27,10 @@ struct Places {
 
 Places load_Places(Store& store) {
   Places places;
-  for (int p = 0; p < kPlaces; ++p) {
-    if (!is_Used(store, kFirstPlaceUsage + p)) continue;
+  for (int p = 0; p < kPlaceCount; ++p) {
+    if (!is_Used(store, usage_OfPlace(p + 1))) continue;
     ++places.used;
-    const RedTable allowed = read_AttributeColumn(store, AttributeTable::first, fmt::format("第{}", p + 1));
+    const RedTable allowed = read_AttributeColumn(store, AttributeTable::first, place_Column(p + 1));
     for (int n = 0; n <= kRedCount; ++n) places.wrong[p][n] = allowed[n] == 0;
   }
   return places;
@@ -40,7 +38,7 @@ Places load_Places(Store& store) {
 
 int count_Wrong(const ErrorTable& wrong, Balls balls) {
   int errors = 0;
-  for (int p = 0; p < kPlaces; ++p) errors += wrong[p][balls >> (8 * p) & 0xFF];
+  for (int p = 0; p < kPlaceCount; ++p) errors += wrong[p][balls >> (8 * p) & 0xFF];
   return errors;
 }
 
@@ -66,12 +64,9 @@ std::int64_t filter_DingWei(PipelineRun& run) {
 }
 
 CombinationTurns prepare_Combinations(Store& store, Desk& desk, PeriodNo previous) {
-  calc_DrawStats(store, desk, previous, previous);
   CombinationTurns turns;
-  Query rows = store.query(
-      R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件">=? ORDER BY "条件" ASC LIMIT 32)");
-  rows.bind(kFirstTurnUsage);
-  for (bool& used : turns.used) used = rows.next() && rows.number(0) > 0;
+  const auto list = build_ZuHeList(store, desk, previous);
+  for (std::size_t turn = 0; turn < list.size(); ++turn) turns.used[turn] = list[turn].selected;
   if (const auto draw = findDraw(store, previous)) turns.reference = draw->numbers.reds;
   return turns;
 }

@@ -50,7 +50,7 @@ TEST_F(Conditions, AreFoundByNameOrSwitchAndNameTheirItems) {
                {" 连号 ", 6, 2, "连号=2+2"},
                {"11数3分自然段", 59, 6, "6"},
                {"号码定位7", 36, 5, "05"},
-               {"十二区间12", 463, 4, "4"},
+               {"十二区间12", 463, 4, "开出个数=4"},
                {"", 0, 0, ""},
                {"1x", 0, 0, ""}};
   for (const auto& row : cases) {

@@ -11,6 +11,7 @@
 #include "core/desk_script.hpp"
 #include "core/metrics.hpp"
 #include "core/schema.hpp"
+#include "history/combination_list.hpp"
 #include "history/draw_columns.hpp"
 #include "history/upkeep.hpp"
 #include "history_rows.hpp"
@@ -174,6 +175,20 @@ TEST_F(DrawStats, SavingADrawRecomputesItsRowAlone) {
   saveDraw(store, desk, 2007001, Date{}, {reds, 16}, Recalc::yes);
   EXPECT_EQ(findDraw(store, 2007001)->numbers, (DrawNumbers{reds, 16}));
   EXPECT_EQ(field(store, 2007001, "和值") + field(store, 2007002, "重叠号"), "210");
+}
+
+TEST_F(DrawStats, TheCombinationListShowsTheGroupsOfADrawAsTheyAreNow) {
+  put_Draw(store, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
+  set_Column(store, AttributeTable::first, "区间1", std::vector{1, 11, 12});
+  set_Column(store, AttributeTable::first, "区间2", {});
+  set_Usage(store, 100, true);
+  store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
+  const auto list = build_ZuHeList(store, desk, 2007002);
+  EXPECT_EQ(list[0], (PanelItem{"尾数形式 ≠ [1,1,1,1,2,3]", 0, true}));
+  EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3]", 4, false}));
+  EXPECT_EQ(list[26], (PanelItem{"四区间 ≠ [1,1,1,3,4,4]", 26, false}));
+  EXPECT_TRUE(list[31].selected);
+  EXPECT_EQ(build_ZuHeList(store, desk, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
 }
 
 }  // namespace

@@ -1,0 +1,81 @@
+// The pages of what a person makes: the custom groups, the numbers allowed at the places, the match with past
+// draws, and how the reds are divided into intervals.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "conditions/own_sets.hpp"
+#include "conditions/panel.hpp"
+#include "core/desk.hpp"
+#include "core/metrics.hpp"
+
+namespace lotmere {
+
+struct GroupPage {
+  RedTable members{};    // 1 for each number whose button is green
+  ConditionPanel panel;  // the allowed counts; the box is enabled when the group has members
+};
+// Fills the page of a group (1 to 10). A group without members has no list, and its box is clear; that
+// writes nothing.
+[[nodiscard]] GroupPage group_Page(Store& store, int group);
+
+// A click on a number button: the number joins the group or leaves it. With the last one gone no count is
+// allowed any longer, and the group is switched off.
+void click_GroupNumber(Store& store, int group, int number);
+
+// Empties every group in one change; one group alone is emptied by `set_Group`.
+void empty_Groups(Store& store);
+
+// The seven places. A place without a number is disabled unless it is in use all the same, so that it can be
+// switched off. The options of the tolerance, 0 to 7, have full-width digits.
+struct PlacePage {
+  std::array<ConditionPanel, kPlaceCount> places;
+  std::vector<PanelItem> tolerances;
+};
+[[nodiscard]] PlacePage load_DingWei(Store& store);
+
+// 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value, end.
+struct MatchPage {
+  HistoryMatch settings;
+  std::vector<PeriodNo> periods;  // to choose from: the last fifty, newest first
+  std::vector<PanelItem> matches;
+};
+struct MatchTexts {
+  std::string_view box = "使用这个条件(如果要使用这个条件来过滤掉历史数据相关的号码，请在前面打上勾)";
+  std::string_view lead = "过滤掉：";
+  std::string_view dash = "～";
+  std::string_view middle = "最大匹配值为";
+  std::string_view end = "及以上的号码";
+};
+inline constexpr MatchTexts kMatchTexts;
+// Every load sets the stored range to the last fifty draws. With an empty history it stays as it is. A choice
+// is stored by `set_HistoryMatch`.
+[[nodiscard]] MatchPage load_LiShi(Store& store);
+
+// The draws keep the number counts of the four intervals. After a change of them `recountQuJian` is due for
+// the whole history; the window does it when the page is left. A number button there is `toggle_Attribute`.
+
+// What each of the four intervals holds: " 区间1：　０１  ０２  ", or a hint how numbers get there.
+[[nodiscard]] std::array<std::string, kIntervalCount> interval_Previews(Store& store);
+
+// Takes all numbers out of the four intervals and switches their conditions off, then tells that they are to
+// be set anew.
+void clear_Intervals(Store& store, Desk& desk);
+
+inline constexpr int kSmallestDivision = 6;
+inline constexpr int kLargestDivision = 12;
+// "六区间" to "十二区间", the options of the divisions.
+[[nodiscard]] std::string division_Caption(int division);
+
+struct DivisionPanel {
+  ConditionPanel panel;  // the caption is the name of the interval, also its column of `号码特性3`
+  Condition condition;   // what a click is passed on with
+  std::string numbers;   // its members, or a hint
+};
+// The intervals of a division, 6 to 12. Those of the other divisions stay as they are, in use or not.
+[[nodiscard]] std::vector<DivisionPanel> division_Panels(Store& store, int division);
+
+}  // namespace lotmere

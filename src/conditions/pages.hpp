@@ -1,0 +1,61 @@
+// The pages of `TabStrip_TiaoJian`: one for each condition or series of conditions, then the shrink settings
+// and the summary. The pages of what a person makes (groups, places, match) have a header of their own.
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "conditions/panel.hpp"
+
+namespace lotmere {
+
+enum class PageKind {
+  picks,          // the counts of the picked numbers
+  value,          // one box; the values are edited on the sheet
+  counts,         // two lists of counts
+  intervals,      // the four intervals
+  places,         // the numbers allowed at the seven places
+  shapes,         // one list of shapes
+  groups,         // the custom groups
+  history_match,  // the match with past draws
+  shrink,         // shrink type and smart optimisation
+  summary         // all settings as one text
+};
+
+struct ConditionPage {
+  std::string_view caption;  // of the tab
+  PageKind kind;
+  UsageId first = 0;  // the switches that the page has; 0 where it has none
+  UsageId last = 0;
+  std::string_view shown_name{};  // of its box, where that isn't the condition's name
+};
+
+// The 44 pages in the order of their tabs.
+[[nodiscard]] std::span<const ConditionPage> condition_Pages();
+// A page by its tab, 1 to 44.
+[[nodiscard]] const ConditionPage& condition_Page(int tab);
+
+// The box of a value page. 跨度, which the sheet doesn't have, has its list here.
+[[nodiscard]] ConditionPanel value_Page(Store& store, int tab);
+
+// The two lists of a count page (tabs 11 to 13). Its boxes are its own: those of the sheet stay as they are.
+[[nodiscard]] std::array<ConditionPanel, 2> tj_FillCounts(Store& store, int tab);
+
+// The shape page of a condition (37 to 61), and the text beside the list.
+struct ShapePage {
+  ConditionPanel panel;
+  std::string tip;
+};
+[[nodiscard]] ShapePage tj_FillShape(Store& store, UsageId usage);
+
+struct ShrinkPage {
+  std::vector<PanelItem> types;
+  ConditionPanel smart;
+  std::string_view hint;
+};
+[[nodiscard]] ShrinkPage shrink_Page(Store& store);
+
+}  // namespace lotmere
