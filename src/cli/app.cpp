@@ -19,6 +19,7 @@ namespace {
 CommandList all_Commands() {
   CommandList list;
   add_DrawCommands(list);
+  add_DrawViewCommands(list);
   add_NumberCommands(list);
   add_ConditionCommands(list);
   add_TicketCommands(list);

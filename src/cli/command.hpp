@@ -10,6 +10,7 @@
 
 #include "core/desk.hpp"
 #include "core/game.hpp"
+#include "core/periods.hpp"
 #include "core/platform.hpp"
 #include "core/startup.hpp"
 #include "core/store.hpp"
@@ -63,6 +64,7 @@ class Command {
 
 using CommandList = std::vector<std::unique_ptr<Command>>;
 void add_DrawCommands(CommandList& list);
+void add_DrawViewCommands(CommandList& list);
 void add_NumberCommands(CommandList& list);
 void add_ConditionCommands(CommandList& list);
 void add_OwnSetCommands(CommandList& list);
@@ -75,10 +77,6 @@ void add_StoreCommands(CommandList& list);
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
 
 // Two periods as typed, the first not behind the second; told and nothing otherwise.
-struct PeriodRange {
-  PeriodNo from;
-  PeriodNo to;
-};
 [[nodiscard]] std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from,
                                                     const std::string& to);
 

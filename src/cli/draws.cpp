@@ -6,6 +6,7 @@
 #include "cli/command.hpp"
 #include "core/periods.hpp"
 #include "core/text.hpp"
+#include "history/addresses.hpp"
 #include "history/curl_fetcher.hpp"
 #include "history/download.hpp"
 #include "history/draw_stats.hpp"
@@ -26,7 +27,8 @@ class FetchCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const std::string address = address_.empty() ? download_Address(session.store) : address_;
+    const std::string address =
+        address_.empty() ? stored_Address(session.store, AddressUse::draw_list) : address_;
     if (address.empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
     const auto fetcher = make_CurlFetcher();
     const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
@@ -97,32 +99,6 @@ class DeleteCommand final : public Command {
   std::string period_;
 };
 
-class ListCommand final : public Command {
- public:
-  ListCommand() : Command("draws", "list", "列出开奖记录，一期一行") {}
-
-  void add_Options(CLI::App& app) override {
-    app.add_option("--last", last_, "只列最近的几期")->transform(whole_Number(1, 1'000'000));
-  }
-
-  int run(Session& session) override {
-    Query rows = session.store.query(
-        R"(SELECT * FROM (SELECT "期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
-           ORDER BY "期号" DESC LIMIT ?) ORDER BY "期号" ASC)");
-    rows.bind(last_);
-    while (rows.next()) {
-      DrawNumbers numbers;
-      for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = rows.number(2 + i);
-      numbers.blue = rows.number(2 + kRedsPerTicket);
-      session.out << fmt::format("{} {} {}\n", rows.number(0), rows.text(1), numbers_Text(numbers));
-    }
-    return kExitDone;
-  }
-
- private:
-  int last_ = -1;  // no limit
-};
-
 class StatsCommand final : public Command {
  public:
   StatsCommand() : Command("draws", "stats", "重新统计一段期号的各项值") {}
@@ -154,7 +130,6 @@ void add_DrawCommands(CommandList& list) {
   list.push_back(std::make_unique<FetchCommand>());
   list.push_back(std::make_unique<AddCommand>());
   list.push_back(std::make_unique<DeleteCommand>());
-  list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<StatsCommand>());
 }
 

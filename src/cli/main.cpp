@@ -27,6 +27,7 @@ void on_Interrupt(int /*signal*/) {
 int main(int argc, char** argv) {
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
   std::signal(SIGINT, on_Interrupt);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   std::ios::sync_with_stdio(false);
   std::error_code unknown;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);

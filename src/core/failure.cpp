@@ -5,21 +5,13 @@
 #include <sqlite3.h>
 
 #include <filesystem>
-#include <system_error>
+
+#include "core/platform.hpp"
 
 namespace lotmere {
 namespace {
 
-std::string reason_Text(const std::error_code& code) {
-  if (code == std::errc::no_such_file_or_directory) return "没有这个文件或文件夹";
-  if (code == std::errc::permission_denied || code == std::errc::read_only_file_system) return "没有权限";
-  if (code == std::errc::no_space_on_device || code == std::errc::file_too_large) return "磁盘已满";
-  if (code == std::errc::is_a_directory || code == std::errc::not_a_directory) return "文件和文件夹弄混了";
-  if (code == std::errc::invalid_argument) return "不是普通文件";
-  return code.message();
-}
-
-std::string reason_Text(const SQLite::Exception& failure) {
+std::string store_Reason(const SQLite::Exception& failure) {
   switch (failure.getErrorCode()) {
     case SQLITE_FULL:
       return "磁盘已满";
@@ -44,7 +36,7 @@ std::string reason_Text(const SQLite::Exception& failure) {
 
 std::string failure_Text(const std::exception& failure) {
   if (const auto* store = dynamic_cast<const SQLite::Exception*>(&failure))
-    return fmt::format("数据库操作失败，数据保持原样：{}", reason_Text(*store));
+    return fmt::format("数据库操作失败，数据保持原样：{}", store_Reason(*store));
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&failure))
     return fmt::format("文件操作失败：{}（{}）", file->path1().string(), reason_Text(file->code()));
   return fmt::format("操作失败，数据保持原样：{}", failure.what());

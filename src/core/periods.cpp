@@ -41,10 +41,14 @@ PeriodNo periodsBack(Store& store, PeriodNo period, int n) {
 PeriodNo periodsUpTo(Store& store, PeriodNo period, int n) { return periodsBack(store, period + 1, n); }
 
 Date latestDrawDate(Store& store) {
-  constexpr Date far_future{std::chrono::December / 31 / 9999};
   Query rows = store.query(R"(SELECT max("开奖日期") FROM "历史记录")");
-  if (!rows.next()) return far_future;
-  return parse_Date(rows.text(0)).value_or(far_future);
+  if (!rows.next()) return kNoDrawDate;
+  return parse_Date(rows.text(0)).value_or(kNoDrawDate);
+}
+
+Date upcomingDrawDate(Store& store, Date today) {
+  const Date latest = latestDrawDate(store);
+  return nextDrawDate(latest == kNoDrawDate ? today - std::chrono::days{1} : latest);
 }
 
 PeriodNo nextPeriod(Store& store, Date entry_date) {

@@ -11,6 +11,12 @@
 
 namespace lotmere {
 
+// The periods from one to another, both included.
+struct PeriodRange {
+  PeriodNo from = 0;
+  PeriodNo to = 0;
+};
+
 // The newest and the oldest period; kDefaultPeriod with an empty history.
 [[nodiscard]] PeriodNo latestPeriod(Store& store);
 [[nodiscard]] PeriodNo firstPeriod(Store& store);
@@ -21,8 +27,13 @@ namespace lotmere {
 // The same with the period itself counted as the first.
 [[nodiscard]] PeriodNo periodsUpTo(Store& store, PeriodNo period, int n);
 
-// The date of the newest draw by date; a day far in the future with an empty history.
+// The date of the newest draw by date; kNoDrawDate, a day far in the future, with an empty history.
+inline constexpr Date kNoDrawDate{std::chrono::December / 31 / 9999};
 [[nodiscard]] Date latestDrawDate(Store& store);
+
+// The day of the draw that comes next, which the date field of the entry holds at first and after a draw was
+// deleted: the first draw day after the newest draw; with an empty history the first one from `today` on.
+[[nodiscard]] Date upcomingDrawDate(Store& store, Date today);
 
 // The period that prompts propose: the last one + 1; or the first one of the year of `entry_date` (the date
 // field's value) once the newest draw lies in a later year than the newest period, and with an empty history.

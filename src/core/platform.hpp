@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "core/dates.hpp"
 
@@ -28,6 +29,9 @@ class FileSystem {
   // only.
   virtual void write_Whole(const std::filesystem::path& path, const std::string& bytes) = 0;
 };
+
+// Why the machine refused, in a few words for the person: "磁盘已满".
+[[nodiscard]] std::string reason_Text(const std::error_code& code);
 
 // The real machine.
 [[nodiscard]] FileSystem& real_Files();

@@ -1,6 +1,7 @@
 #include "history/download.hpp"
 
 #include "core/periods.hpp"
+#include "history/addresses.hpp"
 #include "history/draw_list.hpp"
 #include "history/draw_stats.hpp"
 #include "history/upkeep.hpp"
@@ -94,7 +95,7 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
     merge.run(latestPeriod(store));
   else
     merge_All(store, merge, list);
-  remember_Address(store, address);
+  remember_Address(store, AddressUse::draw_list, address);
   change.commit();
   desk.tell("已成功更新!");
   return merge.result();
@@ -112,18 +113,6 @@ DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher, const s
 
 DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address) {
   return download(store, desk, fetcher, address, Runs::all);
-}
-
-std::string download_Address(Store& store) {
-  Query rows = store.query(R"(SELECT "地址" FROM "下载地址" LIMIT 1)");
-  return rows.next() ? rows.text(0) : std::string();
-}
-
-void remember_Address(Store& store, const std::string& address) {
-  StoreChange change(store);
-  if (store.query(R"(UPDATE "下载地址" SET "地址"=?)").bind(address).run() == 0)
-    store.query(R"(INSERT INTO "下载地址" VALUES (?))").bind(address).run();
-  change.commit();
 }
 
 }  // namespace lotmere

@@ -32,8 +32,4 @@ struct DownloadResult {
 [[nodiscard]] DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher,
                                          const std::string& address);
 
-// The address of the draw list that the store remembers; empty until the first one is given.
-[[nodiscard]] std::string download_Address(Store& store);
-void remember_Address(Store& store, const std::string& address);
-
 }  // namespace lotmere

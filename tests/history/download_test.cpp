@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/desk_script.hpp"
+#include "history/addresses.hpp"
 #include "history_rows.hpp"
 #include "support/test_store.hpp"
 
@@ -89,7 +90,7 @@ TEST(Download, RunsReachFiveThousandPeriodsAndAllRunsStepOverAGap) {
   EXPECT_EQ(result.added, 4);
   EXPECT_EQ(result.overwritten, 0) << "runs overlap; an entry counts once";
   EXPECT_EQ(field(all.store(), 2019001, "重叠号"), "6");
-  EXPECT_EQ(download_Address(all.store()), "https://example.org/'; --");
+  EXPECT_EQ(stored_Address(all.store(), AddressUse::draw_list), "https://example.org/'; --");
 }
 
 TEST(Download, AFailureOnTheWayLeavesTheHistoryAsItWas) {

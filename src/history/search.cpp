@@ -1,0 +1,54 @@
+#include "history/search.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "core/schema.hpp"
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+constexpr int kRecentDraws = 100;
+
+bool is_DrawColumn(const std::string& name) {
+  return std::ranges::any_of(draw_Columns(), [&](const DrawColumn& column) { return column.name == name; });
+}
+
+}  // namespace
+
+PeriodRange loadHistoryRows(Store& store, HistorySpan span) {
+  const PeriodNo newest = latestPeriod(store);
+  return {span == HistorySpan::all ? firstPeriod(store) : periodsUpTo(store, newest, kRecentDraws), newest};
+}
+
+std::optional<SearchCondition> buildSearchWhere(Desk& desk, const std::vector<ColumnFilter>& filters) {
+  SearchCondition condition;
+  for (const auto& [column, text] : filters) {
+    if (!is_DrawColumn(column)) {
+      desk.tell(fmt::format("历史记录没有“{}”这一列。", column), Tone::warning);
+      return std::nullopt;
+    }
+    if (trim(text).empty()) continue;
+    condition.texts.push_back(text);
+    condition.where +=
+        fmt::format("{0}substr(CAST({1} AS TEXT),1,length(?{2}))=?{2}",
+                    condition.where.empty() ? "" : " AND ", sql_Name(column), condition.texts.size());
+  }
+  return condition;
+}
+
+void searchDraws(Store& store, const SearchCondition& condition,
+                 const std::function<void(const Query&)>& visit) {
+  // Not one of the store's statements: it would keep every combination of columns that was ever searched.
+  SQLite::Statement statement(store.db(),
+                              fmt::format(R"(SELECT * FROM "历史记录" {} {} ORDER BY "期号" ASC)",
+                                          condition.where.empty() ? "" : "WHERE", condition.where));
+  int place = 0;
+  for (const std::string& text : condition.texts) statement.bind(++place, text);
+  Query rows(statement);
+  while (rows.next()) visit(rows);
+}
+
+}  // namespace lotmere

@@ -1,0 +1,138 @@
+#include "history/spreadsheet.hpp"
+
+#include <fmt/format.h>
+#include <minizip/unzip.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <xlsxwriter.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace lotmere {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::error_code& code) {
+  std::error_code unknown;
+  throw fs::filesystem_error("spreadsheet", fs::temp_directory_path(unknown), code);
+}
+
+void check(lxw_error error) {
+  if (error != LXW_NO_ERROR) fail(std::make_error_code(std::errc::io_error));
+}
+
+lxw_row_t row_Of(int row) { return static_cast<lxw_row_t>(row); }
+lxw_col_t column_Of(int column) { return static_cast<lxw_col_t>(column); }
+
+// The parts of a finished file, which are XML texts in a zip archive.
+class Archive {
+ public:
+  explicit Archive(const std::string& name) : zip_(::unzOpen64(name.c_str())) {}
+
+  // Whether every part ends with the end of its outermost element.
+  [[nodiscard]] bool is_Whole() {
+    if (!zip_) return false;
+    int step = ::unzGoToFirstFile(zip_.get());
+    for (; step == UNZ_OK; step = ::unzGoToNextFile(zip_.get()))
+      if (!is_WholePart(read_Part())) return false;
+    return step == UNZ_END_OF_LIST_OF_FILE;
+  }
+
+ private:
+  struct Close {
+    void operator()(void* zip) const { ::unzClose(zip); }
+  };
+
+  // Empty where the part can't be read.
+  std::string read_Part() {
+    if (::unzOpenCurrentFile(zip_.get()) != UNZ_OK) return {};
+    std::string text;
+    std::array<char, std::size_t{64} * 1024> block;
+    int size = 0;
+    while ((size = ::unzReadCurrentFile(zip_.get(), block.data(), block.size())) > 0)
+      text.append(block.data(), static_cast<std::size_t>(size));
+    return ::unzCloseCurrentFile(zip_.get()) == UNZ_OK && size == 0 ? text : std::string();
+  }
+
+  static bool is_WholePart(std::string_view text) {
+    const auto declaration = text.find("?>");
+    const auto element = text.find('<', declaration);
+    if (declaration == std::string_view::npos || element == std::string_view::npos) return false;
+    const auto name = text.substr(element + 1, text.find_first_of(" >", element) - element - 1);
+    return text.substr(0, text.find_last_not_of('\n') + 1).ends_with(fmt::format("</{}>", name));
+  }
+
+  std::unique_ptr<void, Close> zip_;
+};
+
+}  // namespace
+
+Spreadsheet::MemoryFile::MemoryFile() : fd_(::memfd_create("spreadsheet", MFD_CLOEXEC)) {
+  if (fd_ < 0) fail({errno, std::generic_category()});
+}
+
+Spreadsheet::MemoryFile::~MemoryFile() { ::close(fd_); }
+
+std::string Spreadsheet::MemoryFile::name() const { return fmt::format("/proc/self/fd/{}", fd_); }
+
+std::string Spreadsheet::MemoryFile::bytes() const {
+  std::string bytes(fs::file_size(name()), '\0');
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t n = ::pread(fd_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
+    if (n <= 0) fail(std::make_error_code(std::errc::io_error));
+    done += static_cast<std::size_t>(n);
+  }
+  return bytes;
+}
+
+void Spreadsheet::Free::operator()(lxw_workbook* book) const { ::lxw_workbook_free(book); }
+
+Spreadsheet::Spreadsheet(const char* sheet_name)
+    : book_(::workbook_new(file_.name().c_str())),
+      sheet_(::workbook_add_worksheet(book_.get(), sheet_name)),
+      date_format_(::workbook_add_format(book_.get())),
+      head_format_(::workbook_add_format(book_.get())) {
+  if (!book_ || sheet_ == nullptr || date_format_ == nullptr || head_format_ == nullptr)
+    fail(std::make_error_code(std::errc::not_enough_memory));
+  ::format_set_num_format(date_format_, "yyyy-mm-dd");
+  ::format_set_bold(head_format_);
+}
+
+void Spreadsheet::put_Number(int row, int column, double number) {
+  check(::worksheet_write_number(sheet_, row_Of(row), column_Of(column), number, nullptr));
+}
+
+void Spreadsheet::put_Text(int row, int column, const std::string& text) {
+  check(::worksheet_write_string(sheet_, row_Of(row), column_Of(column), text.c_str(), nullptr));
+}
+
+void Spreadsheet::put_Date(int row, int column, Date date) {
+  const std::chrono::year_month_day day{date};
+  lxw_datetime value{int(day.year()), int(unsigned(day.month())), int(unsigned(day.day())), 0, 0, 0};
+  check(::worksheet_write_datetime(sheet_, row_Of(row), column_Of(column), &value, date_format_));
+}
+
+void Spreadsheet::put_Head(int column, const std::string& text) {
+  check(::worksheet_write_string(sheet_, 0, column_Of(column), text.c_str(), head_format_));
+}
+
+void Spreadsheet::set_Width(int column, double width) {
+  check(::worksheet_set_column(sheet_, column_Of(column), column_Of(column), width, nullptr));
+}
+
+void Spreadsheet::freeze_Head() { ::worksheet_freeze_panes(sheet_, 1, 0); }
+
+std::string Spreadsheet::finish() {
+  check(::workbook_close(book_.release()));
+  // The library doesn't look whether the disk took all that it wrote to its intermediate files.
+  if (!Archive(file_.name()).is_Whole()) fail(std::make_error_code(std::errc::no_space_on_device));
+  return file_.bytes();
+}
+
+}  // namespace lotmere

@@ -1,0 +1,21 @@
+// The status line below the history: which draw comes next, and whether one is missing.
+#pragma once
+
+#include <string>
+
+#include "core/dates.hpp"
+#include "core/store.hpp"
+
+namespace lotmere {
+
+struct HistoryStatus {
+  std::string history;      // panel 1: up to date or not
+  std::string next_draw;    // panel 3: the next period, its date, and today
+  bool incomplete = false;  // a draw is missing, so the download is worth offering
+};
+
+// `entry_date` is the value of the date field of the entry, which the next period may take its year from. A
+// draw that is due today isn't missing yet; in an empty history one always is.
+[[nodiscard]] HistoryStatus updateHistoryStatus(Store& store, Date today, Date entry_date);
+
+}  // namespace lotmere

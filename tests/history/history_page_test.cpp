@@ -1,0 +1,128 @@
+// The page of draws: what it searches, says of the next draw, opens on a web site and exports.
+#include <gtest/gtest.h>
+
+#include "core/desk_script.hpp"
+#include "history/addresses.hpp"
+#include "history/detail.hpp"
+#include "history/export_sheet.hpp"
+#include "history/search.hpp"
+#include "history/status.hpp"
+#include "history_rows.hpp"
+#include "support/test_store.hpp"
+
+namespace lotmere::test {
+namespace {
+
+TEST(Search, EveryTextIsAPlainPrefixOfItsColumn) {
+  std::mt19937 random(6);
+  const auto random_Text = [&] {
+    constexpr std::string_view characters = "112%_'\"[?*\\ aA";
+    std::string text(random() % 4, ' ');
+    for (char& c : text) c = characters[random() % characters.size()];
+    return text;
+  };
+  TempHome home;
+  ScriptedDesk desk;
+  const auto draws = invent_Draws(300, 5);
+  const StoreChange change(home.store());
+  for (const auto& [period, numbers] : draws) {
+    put_Draw(home.store(), period, "2007-01-" + std::to_string(10 + random() % 20), numbers);
+    Query texts = home.store().query(R"(UPDATE "历史记录" SET "尾数形式"=?,"连号"=? WHERE "期号"=?)");
+    texts.bind(random_Text(), random_Text(), period).run();
+  }
+  std::size_t found = 0;
+  for (int turn = 0; turn < 200; ++turn) {
+    std::vector<ColumnFilter> filters{{"开奖日期", "2007-01-" + std::to_string(random() % 4)}};
+    for (const char* column : {"期号", "红球6", "尾数形式", "连号"})
+      if (random() % 3 == 0) filters.push_back({column, random_Text()});
+    std::vector<PeriodNo> wanted, got;
+    for (const StoredDraw& draw : draws) {
+      const bool fits = std::ranges::all_of(filters, [&](const ColumnFilter& filter) {
+        return filter.text.find_first_not_of(' ') == std::string::npos ||
+               field(home.store(), draw.period, filter.column).starts_with(filter.text);
+      });
+      if (fits) wanted.push_back(draw.period);
+    }
+    searchDraws(home.store(), buildSearchWhere(desk, filters).value(),
+                [&](const Query& row) { got.push_back(row.number(0)); });
+    EXPECT_EQ(got, wanted);
+    found += got.size();
+  }
+  EXPECT_GT(found, 500U) << "some filters find something";
+  EXPECT_FALSE(buildSearchWhere(desk, {{"期号", "2"}, {"期号\" OR 1=1 --", "2"}}));
+  EXPECT_EQ(desk.told.size(), 1U);
+  const auto recent = loadHistoryRows(home.store(), HistorySpan::recent);
+  EXPECT_TRUE(recent.from == draws[200].period && recent.to == draws[299].period);
+  EXPECT_EQ(loadHistoryRows(home.store(), HistorySpan::all).from, draws[0].period);
+}
+
+TEST(HistoryStatus, ADrawIsMissingFromTheDayAfterItWasDue) {
+  TempHome home;
+  const auto status_On = [&](const char* day) {
+    return updateHistoryStatus(home.store(), *parse_Date(day), *parse_Date("2008-01-01"));
+  };
+  EXPECT_TRUE(status_On("2007-12-27").incomplete) << "an empty history";
+  EXPECT_NE(status_On("2007-12-27").next_draw.find("2008001 期 于 2007-12-27 开奖"), std::string::npos);
+  put_Draw(home.store(), 2007153, "2007-12-27", {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_EQ(status_On("2007-12-30").history, "  ☆☆☆  历史记录： 已更新！  ☆☆☆  ");
+  EXPECT_EQ(status_On("2007-12-31").history, " ◆◇◆→  历史记录： 不完整，请下载或手工添加开奖记录  ←◆◇◆  ");
+  EXPECT_EQ(status_On("2007-12-31").next_draw,
+            "     ※※※  2007154 期 于 2007-12-30 开奖     今天是： 2007-12-31  ※※※     ");
+}
+
+// A page about the game, in two encodings, at addresses that end in 8118.
+struct Site : Fetcher {
+  std::optional<std::string> fetch(const std::string& address) override {
+    if (!address.ends_with("8118.html")) return std::nullopt;
+    return address.starts_with("https://gb/") ? "x\xCB\xAB\xC9\xAB\xC7\xF2" : "<title>双色球</title>";
+  }
+};
+
+TEST(DetailPage, OpensWhereTheSiteSpeaksOfTheGame) {
+  const std::string prefix = "https://site/d/";
+  const struct {
+    std::optional<std::string> period, prefix;
+    std::string address;
+    std::size_t told;
+  } cases[] = {{"2008118", prefix, prefix + "08118.html", 0},
+               {" 08118\n", " https://gb/ ", "https://gb/08118.html", 0},
+               {"2008119", prefix, "", 1},
+               {"2008118", "ftp://site/", "", 1},
+               {"2008118", std::nullopt, "", 0},
+               {"2.8118", prefix, "", 1},
+               {"", prefix, "", 0},
+               {std::nullopt, prefix, "", 0}};
+  for (const auto& [period, typed, address, told] : cases) {
+    TempHome home;
+    ScriptedDesk desk;
+    Site site;
+    desk.texts = {period, typed};
+    EXPECT_EQ(query_DetailPage(home.store(), desk, site).value_or(""), address) << period.value_or("cancel");
+    EXPECT_EQ(desk.told.size(), told);
+    EXPECT_EQ(stored_Address(home.store(), AddressUse::detail_page).empty(), address.empty());
+    remember_Address(home.store(), AddressUse::draw_list, "list");
+    desk.texts = {std::nullopt};
+    EXPECT_EQ(find_DetailPage(home.store(), desk, site, "2008118").value_or(""), address);
+  }
+}
+
+TEST(HistoryExport, AStopLeavesTheOldFile) {
+  TempHome home;
+  const StoreChange change(home.store());
+  for (const auto& [period, numbers] : invent_Draws(100, 3))
+    put_Draw(home.store(), period, "2007-01-02", numbers);
+  const auto file = home.path() / "x.xlsx";
+  real_Files().write_Whole(file, "old");
+  ScriptedDesk desk;
+  int served = 0;  // once while rows are put in, then while the file is made
+  desk.on_serve = [&] {
+    if (++served == 2) desk.request_Stop();
+  };
+  EXPECT_EQ(exportHistory(home.store(), desk, file), 0);
+  EXPECT_EQ(read_File(file), "old");
+  desk.on_serve = nullptr;
+  EXPECT_EQ(exportHistory(home.store(), desk, file), 100) << "the stop ended with its job";
+}
+
+}  // namespace
+}  // namespace lotmere::test
