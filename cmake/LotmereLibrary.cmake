@@ -11,6 +11,15 @@ if(LOTMERE_SANITIZE)
                                                    -fno-omit-frame-pointer)
   target_link_options(lotmere_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(LOTMERE_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "The fuzz targets need clang: configure with the preset fuzz")
+  endif()
+  # The code is watched everywhere; the fuzzer itself is linked into the targets alone.
+  target_compile_options(lotmere_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                   -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(lotmere_options INTERFACE -fsanitize=address,undefined)
+endif()
 
 function(lotmere_library name)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})

@@ -31,7 +31,7 @@ class OmissionCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const auto period = period_.empty() ? latestPeriod(session.store) : read_Period(session.desk, period_);
+    const auto period = period_ ? read_Period(session.desk, *period_) : latestPeriod(session.store);
     if (!period) return kExitRefused;
     const auto analyse = balls_ == "red" ? analyseRedOmission : analyseBlueOmission;
     const auto omission = analyse(session.store, session.desk, *period);
@@ -47,7 +47,7 @@ class OmissionCommand final : public Command {
 
  private:
   std::string balls_;
-  std::string period_;
+  std::optional<std::string> period_;
 };
 
 class CountsCommand final : public Command {

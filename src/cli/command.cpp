@@ -10,17 +10,28 @@
 
 namespace lotmere {
 
+std::string quote_Typed(std::string_view text) {
+  constexpr std::size_t longest = 40;
+  std::string shown = "“";
+  std::size_t characters = 0;
+  for (const char c : text) {
+    characters += count_Characters({&c, 1});
+    if (characters > longest || shown.size() > 4 * longest) {  // the latter for what isn't UTF-8
+      shown += "…";
+      break;
+    }
+    const bool steers = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    shown += steers ? '?' : c;
+  }
+  return shown + "”";
+}
+
 std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text) {
   // A prompt would cut what is too long; here a slip must not name another draw, so it is refused.
-  constexpr int last_year = 2099;
-  constexpr int most_draws = 366;
   const bool digits =
       text.size() == 7 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-  const PeriodNo period = digits ? parse_Period(text) : 0;
-  if (period >= kDefaultPeriod && period / 1000 <= last_year && period % 1000 >= 1 &&
-      period % 1000 <= most_draws)
-    return period;
-  refuse(desk, fmt::format("期号“{}”不对，应为年份加三位期次的7位数字，如 2007001。", text));
+  if (const PeriodNo period = digits ? parse_Period(text) : 0; is_Period(period)) return period;
+  refuse(desk, fmt::format("期号{}不对，应为年份加三位期次的7位数字，如 2007001。", quote_Typed(text)));
   return std::nullopt;
 }
 

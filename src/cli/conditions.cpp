@@ -15,7 +15,7 @@ namespace {
 // The condition that a person names; told when there is none.
 std::optional<Condition> named_Condition(Session& session, const std::string& name) {
   auto condition = find_Condition(session.store, name);
-  if (!condition) refuse(session.desk, fmt::format("没有名为“{}”的条件。", name));
+  if (!condition) refuse(session.desk, fmt::format("没有名为{}的条件。", quote_Typed(name)));
   return condition;
 }
 

@@ -55,7 +55,8 @@ class SearchCommand final : public Command {
     for (const std::string& filter : filters_) {
       const auto sign = filter.find('=');
       if (sign == std::string::npos)
-        return refuse(session.desk, fmt::format("条件“{}”不对，应为 列名=文本，如 期号=2008。", filter));
+        return refuse(session.desk,
+                      fmt::format("条件{}不对，应为 列名=文本，如 期号=2008。", quote_Typed(filter)));
       filters.push_back({filter.substr(0, sign), filter.substr(sign + 1)});
     }
     const auto condition = buildSearchWhere(session.desk, filters);
@@ -97,7 +98,7 @@ class ExportCommand final : public Command {
   int run(Session& session) override {
     const std::filesystem::path file(file_);
     if (::strcasecmp(file.extension().c_str(), ".xlsx") != 0)
-      return refuse(session.desk, fmt::format("文件名“{}”不对，应以 .xlsx 结尾。", file_));
+      return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 结尾。", quote_Typed(file_)));
     const int draws = exportHistory(session.store, session.desk, file);
     if (draws == 0) return kExitRefused;
     session.out << fmt::format("已导出 {} 期到 {}\n", draws, file_);

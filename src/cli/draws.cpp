@@ -27,8 +27,7 @@ class FetchCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const std::string address =
-        address_.empty() ? stored_Address(session.store, AddressUse::draw_list) : address_;
+    const std::string address = address_ ? *address_ : stored_Address(session.store, AddressUse::draw_list);
     if (address.empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
     const auto fetcher = make_CurlFetcher();
     const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
@@ -43,7 +42,7 @@ class FetchCommand final : public Command {
   }
 
  private:
-  std::string address_;
+  std::optional<std::string> address_;
   bool all_ = false;
 };
 
@@ -64,7 +63,7 @@ class AddCommand final : public Command {
     const auto period = read_Period(session.desk, period_);
     if (!period) return kExitRefused;
     const auto date = parse_Date(date_);
-    if (!date) return refuse(session.desk, fmt::format("日期“{}”不对，应为 YYYY-MM-DD。", date_));
+    if (!date) return refuse(session.desk, fmt::format("日期{}不对，应为 YYYY-MM-DD。", quote_Typed(date_)));
     DrawEntry entry{period_, {}, std::to_string(numbers_.back())};
     for (int i = 0; i < kRedsPerTicket; ++i) entry.reds[i] = std::to_string(numbers_[i]);
     const CheckedEntry checked = checkManualEntry(entry);

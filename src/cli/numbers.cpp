@@ -47,8 +47,8 @@ class PickCommand final : public Command {
       const bool blue = i >= 2;
       const auto numbers = parse_NumberList(*lists_[i], 1, blue ? kBlueCount : kRedCount);
       if (!numbers)
-        return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
-                                                *lists_[i], blue ? kBlueCount : kRedCount));
+        return refuse(session.desk, fmt::format("号码{}不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
+                                                quote_Typed(*lists_[i]), blue ? kBlueCount : kRedCount));
       for (const int n : *numbers) {
         PickState& state = blue ? selection.blue[n] : selection.red[n];
         if (state != PickState::none)

@@ -23,8 +23,8 @@ class MembersCommand : public Command {
     if (numbers_ != "无") {
       auto numbers = parse_NumberList(numbers_, 1, largest());
       if (!numbers)
-        return refuse(session.desk, fmt::format("号码“{}”不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
-                                                numbers_, largest()));
+        return refuse(session.desk, fmt::format("号码{}不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
+                                                quote_Typed(numbers_), largest()));
       members = std::move(*numbers);
     }
     StoreChange change(session.store);
@@ -114,7 +114,7 @@ class DivisionCommand final : public MembersCommand {
  protected:
   bool store_Members(Session& session, std::span<const int> members) override {
     if (set_CustomInterval(session.store, name_, members)) return true;
-    refuse(session.desk, fmt::format("没有名为“{}”的自定义区间，名称如 六区间1。", name_));
+    refuse(session.desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quote_Typed(name_)));
     return false;
   }
 

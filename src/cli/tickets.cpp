@@ -15,6 +15,8 @@
 namespace lotmere {
 namespace {
 
+constexpr std::string_view kNoFileName = "文件名为空。";
+
 // A command that works on the tickets of one period.
 class PeriodCommand : public Command {
  public:
@@ -89,8 +91,8 @@ class ListCommand final : public Command {
 
   int run(Session& session) override {
     PeriodNo wanted = 0;
-    if (!period_.empty()) {
-      const auto period = read_Period(session.desk, period_);
+    if (period_) {
+      const auto period = read_Period(session.desk, *period_);
       if (!period) return kExitRefused;
       wanted = *period;
     }
@@ -108,7 +110,7 @@ class ListCommand final : public Command {
   }
 
  private:
-  std::string period_;
+  std::optional<std::string> period_;
 };
 
 class ClearCommand final : public Command {
@@ -132,7 +134,9 @@ class ExportCommand final : public Command {
 
   int run(Session& session) override {
     if (columns_ && !read_Columns())
-      return refuse(session.desk, fmt::format("内容“{}”不对，可用：序号,期号,号码,分隔行。", *columns_));
+      return refuse(session.desk,
+                    fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quote_Typed(*columns_)));
+    if (file_.empty()) return refuse(session.desk, kNoFileName);
     const int count = export_Command(session.store, session.desk, file_, switches_);
     if (count == 0) return kExitRefused;
     session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
@@ -177,6 +181,7 @@ class ImportCommand final : public Command {
   }
 
   int run(Session& session) override {
+    if (file_.empty()) return refuse(session.desk, kNoFileName);
     ImportChoice choice{static_cast<ImportFormat>(format_), 0};
     if (choice.format != ImportFormat::period_numbers) {
       if (period_.empty()) return refuse(session.desk, "请用 --period 写上号码的期号，如 2007001。");

@@ -80,7 +80,7 @@ std::optional<std::string> read_Password(Desk& desk, const std::string& file) {
   auto text =
       text_file.size() <= kLongestPasswordFile ? decode_Bytes(text_file.bytes(job), job) : std::nullopt;
   if (!text) {
-    refuse(desk, fmt::format("文件“{}”不像密码文件：应是一行文字。", file));
+    refuse(desk, fmt::format("文件{}不像密码文件：应是一行文字。", quote_Typed(file)));
     return std::nullopt;
   }
   return std::string(trim(text->substr(0, text->find_first_of("\r\n"))));

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
 
 #include "conditions/condition_store.hpp"
 #include "core/number_list.hpp"
@@ -97,13 +96,17 @@ std::string current_Value(Store& store, const Condition& condition) {
   return tj_CurrentValue(store, condition.first, condition.last);
 }
 
+std::optional<std::vector<int>> parse_Values(const Condition& condition, std::string_view values) {
+  return has_Texts(condition.kind) ? parse_Texts(condition, values)
+                                   : parse_NumberList(values, 0, cell_Count(condition) - 1);
+}
+
 bool allow_Values(Store& store, Desk& desk, const Condition& condition, std::string_view values) {
   if (cell_Count(condition) == 0) {
     desk.tell(fmt::format("“{}”没有可以设置的取值。", condition.name), Tone::warning);
     return false;
   }
-  const auto cells = has_Texts(condition.kind) ? parse_Texts(condition, values)
-                                               : parse_NumberList(values, 0, cell_Count(condition) - 1);
+  const auto cells = parse_Values(condition, values);
   if (!cells) {
     desk.tell(refusal(condition), Tone::warning);
     return false;

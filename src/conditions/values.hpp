@@ -1,8 +1,10 @@
 // The allowed values of a condition as texts: what stands, and what a person types.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "conditions/catalogue.hpp"
 #include "core/desk.hpp"
@@ -17,9 +19,13 @@ namespace lotmere {
 // allowed at a place. Empty for a switch alone.
 [[nodiscard]] std::string current_Value(Store& store, const Condition& condition);
 
-// Allows exactly the values of a text and switches the others off: "60-140,150" for numbers, texts separated
-// by ";" for shapes, run shapes and sum families. Tells what is wrong with a text that names no value of the
-// condition, and then writes nothing.
+// The cells that a text names, each of 0 to cell_Count(condition) - 1: "60-140,150" for numbers, texts separated by
+// ";" for shapes, run shapes and sum families. Nothing for any other text.
+[[nodiscard]] std::optional<std::vector<int>> parse_Values(const Condition& condition,
+                                                           std::string_view values);
+
+// Allows exactly the values of a text, as parse_Values reads it, and switches the others off. Tells what is wrong
+// with a text that names no value of the condition, and then writes nothing.
 bool allow_Values(Store& store, Desk& desk, const Condition& condition, std::string_view values);
 
 // Switches a condition on or off.

@@ -85,22 +85,23 @@ class Job {
  public:
   enum class Stop { possible, impossible };
 
-  Job(Desk& desk, std::int64_t maximum, Stop stop) : desk_(desk) {
-    desk_.begin_Job(maximum, stop == Stop::possible);
+  Job(Desk& desk, std::int64_t maximum, Stop stop) : desk_(desk), can_stop_(stop == Stop::possible) {
+    desk_.begin_Job(maximum, can_stop_);
   }
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
   ~Job() { desk_.end_Job(); }
 
-  // Shows how far the job is and serves the person; true when they asked to stop.
+  // Shows how far the job is and serves the person; true when they asked to stop and the job can be stopped.
   bool advance(std::int64_t value) {
     desk_.show_Progress(value);
     desk_.serve();
-    return desk_.stop_Requested();
+    return can_stop_ && desk_.stop_Requested();
   }
 
  private:
   Desk& desk_;
+  bool can_stop_;
 };
 
 }  // namespace lotmere

@@ -2,6 +2,13 @@
 
 namespace lotmere {
 
+bool is_Period(PeriodNo period) {
+  constexpr PeriodNo last_year = 2099;
+  constexpr PeriodNo most_draws = 366;
+  const PeriodNo draw = period % 1000;
+  return period >= kDefaultPeriod && period / 1000 <= last_year && draw >= 1 && draw <= most_draws;
+}
+
 bool is_Draw(const DrawNumbers& numbers) {
   int before = 0;
   for (const int red : numbers.reds) {

@@ -19,6 +19,9 @@ using PeriodNo = std::int32_t;
 // What every period lookup answers when the history holds no fitting row.
 inline constexpr PeriodNo kDefaultPeriod = 2003001;
 
+// True for a period that a draw can have: a year of 2003 to 2099 and a running number of 1 to 366.
+[[nodiscard]] bool is_Period(PeriodNo period);
+
 // The row of one allowed value or setting in `过滤条件`.
 using ConditionId = std::int32_t;
 // The row of one switch in `过滤条件使用情况`.

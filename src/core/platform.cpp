@@ -93,7 +93,8 @@ class RealClock final : public Clock {
 std::string reason_Text(const std::error_code& code) {
   if (code == std::errc::no_such_file_or_directory) return "没有这个文件或文件夹";
   if (code == std::errc::permission_denied || code == std::errc::read_only_file_system) return "没有权限";
-  if (code == std::errc::no_space_on_device || code == std::errc::file_too_large) return "磁盘已满";
+  if (code == std::errc::no_space_on_device) return "磁盘已满";
+  if (code == std::errc::file_too_large) return "文件太大";
   if (code == std::errc::is_a_directory || code == std::errc::not_a_directory) return "文件和文件夹弄混了";
   if (code == std::errc::invalid_argument) return "不是普通文件";
   if (code == std::errc::io_error) return "读写出错";

@@ -78,6 +78,18 @@ std::string file_Text(const std::vector<ExportRow>& tickets, PeriodNo period, co
   return text;
 }
 
+// Whether a file would stand in the place of the store, a file beside it that belongs to it, a profile or their
+// template. What counts is the name in the folder: that is what a new file replaces.
+bool is_OwnFile(const Store& store, const std::filesystem::path& target) {
+  std::error_code missing;
+  const auto folder = [](const std::filesystem::path& file) {
+    return file.has_parent_path() ? file.parent_path() : ".";
+  };
+  const bool own_name = target.stem().stem() == store.path().stem() || target.extension() == ".uLotmere" ||
+                        target.extension() == ".tjmod";
+  return own_name && std::filesystem::equivalent(folder(target), folder(store.path()), missing);
+}
+
 }  // namespace
 
 std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
@@ -101,6 +113,10 @@ int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesys
 
 int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files) {
+  if (is_OwnFile(store, target)) {
+    desk.tell("这是程序自己的数据文件，请换一个文件名！", Tone::warning);
+    return 0;
+  }
   const int count = export_Tickets(store, desk, first_TicketPeriod(store), target, switches, files);
   if (count == 0) desk.tell("表格中还没有号码！", Tone::warning);
   return count;

@@ -34,7 +34,8 @@ int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesys
                    const ExportSwitches& switches, FileSystem& files = real_Files());
 
 // The command "导出": exports the period of the first ticket of the table. With no ticket at all the file
-// ends up empty and a warning says so. Returns the number of tickets; throws as export_Tickets does.
+// ends up empty and a warning says so. A target in the place of the store, its backup or another file of its name is
+// refused. Returns the number of tickets; throws as export_Tickets does.
 int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files = real_Files());
 

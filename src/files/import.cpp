@@ -76,30 +76,20 @@ class RowWriter {
   LastRow last_;
 };
 
-// Takes a line off the text; a lone CR ends one as well.
-std::string_view take_Line(std::string_view& text) {
-  std::size_t end = 0;
-  while (end < text.size() && text[end] != '\n' && text[end] != '\r') ++end;
-  const std::string_view line = text.substr(0, end);
-  text.remove_prefix(std::min(text.size(), end + 1));
-  return line;
-}
-
-// Walks over the usable lines of a text; the bar runs up to its size. Ends early when the person asks to stop or
-// `use` says that it has enough.
+// Walks over the usable lines of a text; the bar runs up to its size. Ends early when `use` says that it has enough.
 template <class Use>
 ImportResult walk_Lines(std::string_view text, const ImportChoice& choice, Job& job, Use&& use) {
   ImportResult result;
   const std::size_t size = text.size();
   std::size_t served = 0;
-  while (!text.empty() && !result.stopped) {
+  while (!text.empty()) {
     if (const auto ticket = import_Line(take_Line(text), choice)) {
       ++result.count;
       if (!use(*ticket)) return result;
     }
     const std::size_t done = size - text.size();
     if (done - served < kBlock && !text.empty()) continue;
-    result.stopped = job.advance(static_cast<std::int64_t>(done));
+    job.advance(static_cast<std::int64_t>(done));
     served = done;
   }
   return result;
@@ -107,16 +97,15 @@ ImportResult walk_Lines(std::string_view text, const ImportChoice& choice, Job& 
 
 // Reads a file; the count tells whether it holds any ticket.
 ImportResult read_Text(TextFile& source, Desk& desk, const ImportChoice& choice, std::string& text) {
-  Job job(desk, static_cast<std::int64_t>(source.size()), Job::Stop::possible);
+  Job job(desk, static_cast<std::int64_t>(source.size()), Job::Stop::impossible);
   auto decoded = decode_Bytes(source.bytes(job), job);
-  if (desk.stop_Requested()) return {.stopped = true};
   if (!decoded) return {.is_text = false};
   text = *std::move(decoded);
   return walk_Lines(text, choice, job, [](const ImportTicket&) { return false; });
 }
 
 ImportResult write_Tickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
-  Job job(desk, static_cast<std::int64_t>(text.size()), Job::Stop::possible);
+  Job job(desk, static_cast<std::int64_t>(text.size()), Job::Stop::impossible);
   RowWriter writer(store, last_Row(store, job));
   return walk_Lines(text, choice, job, [&](const ImportTicket& ticket) {
     writer.add(ticket);
@@ -125,7 +114,6 @@ ImportResult write_Tickets(Store& store, Desk& desk, std::string_view text, cons
 }
 
 std::string result_Text(const ImportResult& result) {
-  if (result.stopped) return "用户中止,表格保持原样！";
   if (!result.is_text) return "这不是文本文件，没有导入号码！";
   return fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
 }
@@ -146,7 +134,7 @@ ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::pat
   const StopScope stop(desk);
   std::string text;
   ImportResult result = read_Text(source, desk, choice, text);
-  if (result.stopped || result.count == 0) return result;
+  if (result.count == 0) return result;
   const bool has_rows = store.value(R"(SELECT EXISTS(SELECT 1 FROM "日志表"))") != 0;
   const bool keeps = !has_rows || desk.ask("表格中原有的数据要保留吗？");
 
@@ -154,7 +142,6 @@ ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::pat
   StoreChange change(store);
   if (!keeps) clear_Tickets(store, desk, 0);
   result = write_Tickets(store, desk, text, choice);
-  if (result.stopped) return {.stopped = true};
   change.commit();
   running.keep();
   return result;

@@ -44,16 +44,15 @@ struct ImportTicket {
 [[nodiscard]] std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice);
 
 struct ImportResult {
-  int count = 0;         // tickets added
-  bool stopped = false;  // by the person; nothing was changed then
-  bool is_text = true;   // false: a file that can't be text; nothing was changed then
+  int count = 0;        // tickets added
+  bool is_text = true;  // false: a file that can't be text; nothing was changed then
 };
 
 // Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. With
 // tickets there already it asks whether to keep them: new rows then go on behind the highest `ID` and the
-// highest `序号`, else both begin at 1 and the old rows of all periods are gone. A stop, a failure, or a file
-// without a single ticket leaves everything as it was, the old rows as well; such a file asks nothing. Linear in
-// the size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
+// highest `序号`, else both begin at 1 and the old rows of all periods are gone. A failure, or a file without a
+// single ticket, leaves everything as it was, the old rows as well; such a file asks nothing. Only the end of the
+// file ends it: it can't be stopped. Linear in the size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
 // SQLite::Exception when the store refuses.
 [[nodiscard]] ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
                                           const ImportChoice& choice);

@@ -13,8 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kChunk = std::size_t{256} * 1024;  // a millisecond or two of conversion
-constexpr std::size_t kMostBytes = 4;                    // of a character in UTF-8
+constexpr std::size_t kChunk = std::size_t{256} * 1024;     // a millisecond or two of conversion
+constexpr std::size_t kLargestFile = std::size_t{1} << 30;  // all tickets that there are, with some room
+constexpr std::size_t kMostBytes = 4;                       // of a character in UTF-8
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 [[noreturn]] void fail(const fs::path& path, std::errc reason) {
@@ -24,7 +25,9 @@ constexpr std::string_view kMark = "\xEF\xBB\xBF";
 // A conversion into UTF-8 that closes itself.
 class Converter {
  public:
-  explicit Converter(const char* from) : handle_(::iconv_open("UTF-8", from)) {
+  // `size` is that of the whole text.
+  Converter(const char* from, std::size_t size)
+      : handle_(::iconv_open("UTF-8", from)), buffer_(kMostBytes * std::min(size, kChunk)) {
     // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the library's own sign of failure
     if (handle_ == reinterpret_cast<iconv_t>(-1))
       throw std::system_error(errno, std::generic_category(), from);
@@ -52,14 +55,14 @@ class Converter {
 
  private:
   iconv_t handle_;
-  std::vector<char> buffer_ = std::vector<char>(kMostBytes * kChunk);
+  std::vector<char> buffer_;
 };
 
 enum class Strict { yes, no };
 
 // Nothing when a byte is no character and the conversion is strict.
 std::optional<std::string> convert_Text(std::string_view rest, const char* from, Strict strict, Job& job) {
-  Converter converter(from);
+  Converter converter(from, rest.size());
   std::string text;
   text.reserve(rest.size() + rest.size() / 2);
   std::size_t serve_at = rest.size();
@@ -76,6 +79,14 @@ std::optional<std::string> convert_Text(std::string_view rest, const char* from,
   return text;
 }
 
+// Whether a converted text holds a code above the last character, which the library lets pass.
+bool is_BeyondUnicode(std::string_view text) {
+  const auto beyond = [](unsigned char lead, unsigned char next) {
+    return lead > 0xF4 || (lead == 0xF4 && next >= 0x90);
+  };
+  return std::adjacent_find(text.begin(), text.end(), beyond) != text.end();
+}
+
 }  // namespace
 
 TextFile::TextFile(const fs::path& path) : path_(path) {
@@ -84,6 +95,7 @@ TextFile::TextFile(const fs::path& path) : path_(path) {
   if (fs::is_directory(status)) fail(path, std::errc::is_a_directory);
   if (!fs::is_regular_file(status)) fail(path, std::errc::invalid_argument);
   size_ = fs::file_size(path);
+  if (size_ > kLargestFile) fail(path, std::errc::file_too_large);
   file_.open(path, std::ios::binary);
   if (!file_) fail(path, std::errc::permission_denied);
 }
@@ -96,6 +108,7 @@ std::string TextFile::bytes(Job& job) {
     bytes.resize(size + kChunk);
     file_.read(bytes.data() + size, kChunk);
     bytes.resize(size + static_cast<std::size_t>(file_.gcount()));
+    if (bytes.find('\0', size) != std::string::npos) break;  // no text, and often much more of it
   }
   if (file_.bad()) fail(path_, std::errc::io_error);
   return bytes;
@@ -103,11 +116,21 @@ std::string TextFile::bytes(Job& job) {
 
 std::optional<std::string> decode_Bytes(std::string bytes, Job& job) {
   if (bytes.find('\0') != std::string::npos) return std::nullopt;
-  if (bytes.starts_with(kMark)) bytes.erase(0, kMark.size());
   const bool plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
   if (plain) return bytes;
-  if (auto text = convert_Text(bytes, "UTF-8", Strict::yes, job)) return text;
-  return convert_Text(bytes, "GB18030", Strict::no, job);
+  auto text = convert_Text(bytes, "UTF-8", Strict::yes, job);
+  if (!text || is_BeyondUnicode(*text)) text = convert_Text(bytes, "GB18030", Strict::no, job);
+  // Either encoding has a mark, and both come out as the same character.
+  if (text->starts_with(kMark)) text->erase(0, kMark.size());
+  return text;
+}
+
+std::string_view take_Line(std::string_view& text) {
+  std::size_t end = 0;
+  while (end < text.size() && text[end] != '\n' && text[end] != '\r') ++end;
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(text.size(), end + 1));
+  return line;
 }
 
 }  // namespace lotmere

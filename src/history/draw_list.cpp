@@ -52,7 +52,8 @@ DrawList::DrawList(std::string compacted) : text_(std::move(compacted)) {
 
 std::optional<ListedDraw> DrawList::parseDraw(PeriodNo period) const {
   const auto found = place_.find(period);
-  if (found == place_.end() || text_.size() < found->second + kEntryLength) return std::nullopt;
+  if (found == place_.end() || !is_Period(period) || text_.size() < found->second + kEntryLength)
+    return std::nullopt;
   const std::string_view rest = std::string_view(text_).substr(found->second);
   if (rest.size() > kEntryLength && is_Digit(rest[kEntryLength])) return std::nullopt;
 

@@ -38,7 +38,7 @@ class DrawList {
   [[nodiscard]] bool names(PeriodNo period) const { return place_.contains(period); }
 
   // The first entry of a period. Nothing where none stands or where it isn't whole: cut short, a field of
-  // another length, a day that is none, a number outside its range, reds out of order or repeated.
+  // another length, a period or a day that is none, a number outside its range, reds out of order or repeated.
   [[nodiscard]] std::optional<ListedDraw> parseDraw(PeriodNo period) const;
 
   // The highest period whose entry is whole; 0 with none.

@@ -9,8 +9,10 @@ Arguments add_Draw(const std::string& period, const std::string& date, const Arg
   return arguments;
 }
 
+const std::string kLongWord = "\x1B[2J" + std::string(300, 'x');
+
 struct BadCase {
-  const char* fault;
+  std::string fault;
   int status;
   Arguments arguments;
 };
@@ -54,7 +56,9 @@ TEST_F(BadInput, Usage) {
 TEST_F(BadInput, PeriodsAndDraws) {
   const Arguments good{"1", "2", "3", "4", "5", "6", "7"};
   expect_AllRefused({
-      {"a period of letters", 1, {"tickets", "init", "abc"}},
+      {"a period of letters", 1, {"tickets", "init", kLongWord}},
+      {"an empty period, which isn't a missing one", 1, {"tickets", "list", ""}},
+      {"an empty period, which isn't a missing one", 1, {"omission", "red", ""}},
       {"a period without a number in its year", 1, {"tickets", "init", "2026000"}},
       {"a period that isn't stored", 1, {"draws", "delete", "2024004"}},
       {"a period without tickets", 1, {"tickets", "run", "2024001"}},
@@ -71,8 +75,8 @@ TEST_F(BadInput, PeriodsAndDraws) {
 
 TEST_F(BadInput, NumberLists) {
   std::vector<BadCase> cases;
-  for (const char* list :
-       {"", "1,,2", ",1", "1,", "5-2", "1-", "-", "1-2-3", "0", "1-99", "1,1", "a", "1;2"}) {
+  for (const std::string list :
+       {"", "1,,2", ",1", "1,", "5-2", "1-", "-", "1-2-3", "0", "1-99", "1,1", kLongWord.c_str(), "1;2"}) {
     cases.push_back({list, 1, {"numbers", "pick", "--red-tuo", list, "--blue-tuo", "1"}});
     cases.push_back({list, 1, {"numbers", "pick", "--red-tuo", "1-6", "--blue-tuo", list}});
     cases.push_back({list, 1, {"conditions", "interval", "1", list}});
@@ -88,7 +92,7 @@ TEST_F(BadInput, SelectionsAndConditions) {
       {"a blue Tuo beside a blue Dan", 1, {"numbers", "pick", "--blue-dan", "1", "--blue-tuo", "2"}},
       {"blue 17", 1, {"numbers", "pick", "--blue-tuo", "17"}},
       {"100,947 tickets", 1, {"numbers", "pick", "--red-tuo", "1-23", "--blue-tuo", "1"}},
-      {"an unknown name", 1, {"conditions", "use", "没有这个", "on"}},
+      {"an unknown name", 1, {"conditions", "use", kLongWord, "on"}},
       {"an unknown state", 2, {"conditions", "use", "总和值", "maybe"}},
       {"a value past the last", 1, {"conditions", "allow", "总和值", "300"}},
   });
@@ -101,6 +105,9 @@ TEST_F(BadInput, FilesAndAddresses) {
   expect_AllRefused({
       {"a file in a folder that isn't there", 1, {"tickets", "export", here + "/none/x.txt"}},
       {"no file name", 1, {"tickets", "export", ""}},
+      {"the store in place of a file", 1, {"tickets", "export", here + "/Lotmere.db"}},
+      {"its backup", 1, {"tickets", "export", here + "/./Lotmere.backup.db"}},
+      {"an empty address, which isn't a missing one", 1, {"draws", "fetch", ""}},
       {"an unknown column", 1, {"tickets", "export", here + "/x.txt", "--columns", "红球"}},
       {"a file that isn't there", 1, {"draws", "fetch", "file://" + here + "/none.txt"}},
       {"an address where nobody answers", 1, {"draws", "fetch", "http://127.0.0.1:1/list.txt"}},

@@ -38,6 +38,7 @@ inline void expect_OneLine(const Reply& reply, int status) {
   EXPECT_GT(reply.err.size(), 1U);
   EXPECT_EQ(reply.err.find('\n'), reply.err.size() - 1) << reply.err;
   EXPECT_LE(count_Characters(reply.err), 160U) << reply.err;
+  EXPECT_EQ(reply.err.find('\x1B'), std::string::npos) << "nothing steers the terminal";
   EXPECT_EQ(reply.out.empty(), status != 0) << reply.out;
 }
 

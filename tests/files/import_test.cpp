@@ -144,6 +144,10 @@ TEST_F(Import, ReadsUtf8AndElseGb18030) {
   const std::string gb = std::string(300'000, '\xFF') + "\n11\x81|9\xA3\xAC 2\xA1\xA1 3 4 5 6 7 \xB5\xDA\xA1";
   EXPECT_EQ(import(gb).count, 1);
   EXPECT_EQ(rows(), "1 1 2024007 11 7 0;");
+  desk.answers = {true, true};
+  // A mark in front; two characters that would be one beyond the last of UTF-8, and the line too short.
+  for (const char* line : {"\x84\x31\x95\x33 01 02 3 4 5 6 7", "1 2 3 4 5 6 7\xF4\x90\x81\x81"})
+    EXPECT_EQ(import(line).count, 1) << line;
 }
 
 TEST_F(Import, ChangesNothingUnlessItSucceeds) {
@@ -152,16 +156,18 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   const std::string line = "01 02 03 04 05 06 07\n";
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += line;
-  int served = 0;
-  desk.on_serve = [&] { ++served == 12 ? desk.request_Stop() : void(); };
   for (const std::string& bytes : {std::string(), line + '\0', std::string("01 02 03 04 05 06\n")})
     EXPECT_EQ(import(bytes).count, 0) << "without asking anything";
-  served = 0;
-  desk.answers = {false, false};
-  EXPECT_TRUE(import(large).stopped);
+  desk.answers = {false};
   desk.on_serve = [&] { desk.answers.empty() ? throw std::runtime_error("the face fails") : void(); };
   EXPECT_THROW(import(large), std::runtime_error);
-  for (const auto& path : {home.path() / "none", home.path(), std::filesystem::path()})
+  int served = 0;
+  desk.on_serve = [&] { ++served; };
+  std::filesystem::resize_file(file, std::uintmax_t{1} << 30);
+  EXPECT_FALSE(import_Tickets(home.store(), desk, file, {}).is_text);
+  EXPECT_LT(served, 5) << "what is no text isn't read to its end";
+  std::filesystem::resize_file(file, (std::uintmax_t{1} << 30) + 1);
+  for (const auto& path : {home.path() / "none", home.path(), std::filesystem::path(), file})
     EXPECT_THROW((void)import_Tickets(home.store(), desk, path, {}), std::filesystem::filesystem_error);
   EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
   EXPECT_EQ(desk.running_Text().text(), "text");
@@ -169,6 +175,14 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   EXPECT_EQ(import_Command(home.store(), desk, file, std::nullopt).count, 0) << "a cancelled dialog";
   EXPECT_EQ(desk.running_Text().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
   EXPECT_TRUE(!read_ImportChoice(desk, 0, "200700") && read_ImportChoice(desk, 2, "200700"));
+}
+
+TEST_F(Import, GoesOnToTheEndOfTheFile) {
+  desk.on_serve = [&] { desk.request_Stop(); };
+  std::string large;
+  for (int i = 0; i < 20'000; ++i) large += "01 02 03 04 05 06 07\n";
+  EXPECT_EQ(import(large).count, 20'000);
+  EXPECT_FALSE(desk.stop_Requested()) << "the next job isn't stopped for it";
 }
 
 }  // namespace

@@ -1,0 +1,80 @@
+// The reply of a web address. Whatever it holds, only draws come out that stand in it as they are read.
+#include "history/draw_list.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <map>
+
+#include "fuzzing.hpp"
+
+namespace lotmere::fuzz {
+namespace {
+
+constexpr std::size_t kPeriodLength = 7;
+constexpr std::size_t kEntryLength = 39;
+
+bool is_Digit(char c) { return c >= '0' && c <= '9'; }
+
+void check_Compaction(std::string_view raw, const std::string& text) {
+  const auto is_kept = [](char c) { return is_Digit(c) || c == '/'; };
+  std::string kept, kept_before;
+  std::copy_if(text.begin(), text.end(), std::back_inserter(kept), is_kept);
+  std::copy_if(raw.begin(), raw.end(), std::back_inserter(kept_before), is_kept);
+  expect(kept == kept_before, "digits and slashes stay");
+  expect(std::all_of(text.begin(), text.end(), [&](char c) { return is_kept(c) || c == '#'; }),
+         "all else becomes a mark");
+  expect(text.find("##") == std::string::npos, "marks stand alone");
+  expect(compactDrawText(text) == text, "a compacted text stays");
+}
+
+// The periods of a text, each with the place of its first entry: seven digits without an eighth, and a mark.
+std::map<PeriodNo, std::size_t> find_Periods(const std::string& text) {
+  std::map<PeriodNo, std::size_t> places;
+  for (std::size_t at = 0; at + kPeriodLength < text.size(); ++at) {
+    const std::string run = text.substr(at, kPeriodLength);
+    if (text[at + kPeriodLength] != '#' || !std::all_of(run.begin(), run.end(), is_Digit)) continue;
+    if (at == 0 || !is_Digit(text[at - 1])) places.try_emplace(std::stoi(run), at);
+  }
+  return places;
+}
+
+void check_Draw(std::string entry, PeriodNo period, const ListedDraw& draw) {
+  expect(is_Period(period) && is_Draw(draw.numbers), "a listed draw is a draw");
+  expect(entry.size() <= kEntryLength || !is_Digit(entry[kEntryLength]), "the blue has two digits");
+  std::string written = fmt::format("{:07}#{}", period, format_Date(draw.date));
+  for (const int red : draw.numbers.reds) written += fmt::format("#{:02}", red);
+  written += fmt::format("#{:02}", draw.numbers.blue);
+  std::replace(written.begin(), written.end(), '-', '/');
+  // What separates the numbers isn't looked at.
+  for (std::size_t at = 18; at < kEntryLength; at += 3)
+    if (entry.size() > at && !is_Digit(entry[at])) entry[at] = '#';
+  expect(entry.substr(0, kEntryLength) == written, "a draw is what its first entry says");
+}
+
+void check_List(const std::string& text) {
+  const DrawList list(text);
+  PeriodNo newest = 0;
+  for (const auto& [period, place] : find_Periods(text)) {
+    expect(list.names(period), "every entry is found");
+    const auto draw = list.parseDraw(period);
+    if (!draw) continue;
+    newest = std::max(newest, period);
+    check_Draw(text.substr(place, kEntryLength + 1), period, *draw);
+  }
+  expect(list.newest() == newest, "the newest is the highest whole one");
+}
+
+}  // namespace
+}  // namespace lotmere::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace lotmere;
+  const std::string raw(data, data + size);
+  const std::string text = compactDrawText(raw);
+  fuzz::check_Compaction(raw, text);
+  fuzz::check_List(text);
+  return 0;
+}
