@@ -42,6 +42,13 @@ inline void expect_OneLine(const Reply& reply, int status) {
   EXPECT_EQ(reply.out.empty(), status != 0) << reply.out;
 }
 
+// A call that a command must refuse with this status.
+struct BadCall {
+  const char* fault;
+  int status;
+  Arguments arguments;
+};
+
 class CliHome : public TempHome {
  public:
   // Runs `lotmere-cli --home <this folder>` with the arguments.
@@ -54,6 +61,15 @@ class CliHome : public TempHome {
   void do_Step(const Arguments& arguments) const {
     const Reply reply = run(arguments);
     ASSERT_EQ(reply.status, 0) << arguments.at(0) << ' ' << arguments.at(1) << ": " << reply.err;
+  }
+  // Every call is refused in one line, and the home stays as it is.
+  void expect_Refused(const std::vector<BadCall>& calls) const {
+    const std::string before = contents();
+    for (const BadCall& call : calls) {
+      SCOPED_TRACE(call.fault);
+      expect_OneLine(run(call.arguments), call.status);
+      EXPECT_TRUE(contents() == before) << "the home has changed";
+    }
   }
   // The address of a new file in this folder.
   std::string put_File(const std::string& name, const std::string& text) const {

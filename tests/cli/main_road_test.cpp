@@ -47,6 +47,7 @@ TEST(MainRoad, FromADrawListToATicketFile) {
   expect_Reply(home, {"tickets", "list", "2024007"},
                "2024007 1 01 02 03 04 05 06+01\n2024007 2 01 02 03 04 05 07+02\n"
                "2024007 3 01 02 03 04 06 08+02\n2024007 4 01 02 03 04 07 08+01\n");
+  expect_Reply(home, {"tickets", "list", "2024008"}, "");
 
   const std::string target = (home.path() / "tickets.txt").string();
   expect_Reply(home, {"tickets", "export", target, "--columns", "序号,号码", "--format", "1"},
@@ -84,7 +85,7 @@ TEST(MainRoad, OwnSetsAndReset) {
   home.do_Step({"numbers", "pick", "--red-dan", "1-5", "--red-tuo", "6", "--blue-dan", "16"});
   expect_Reply(home, {"conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n");
   EXPECT_EQ(home.contents(), factory);
-  home.do_Step({"numbers", "pick", "--red-tuo", "1-9"});
+  home.do_Step({"numbers", "pick", "--red-tuo", "25-33", "--blue-tuo", "16"});
   home.do_Step({"numbers", "clear"});
   EXPECT_EQ(home.contents(), factory);
 }
@@ -98,6 +99,33 @@ TEST(Help, StandsOnEveryLevelWithoutAHome) {
     EXPECT_EQ(reply.err, "");
     EXPECT_NE(reply.out.find(level.empty() ? "lotmere-cli" : level.back()), std::string::npos) << reply.out;
   }
+}
+
+TEST(Analyses, AnswerALineANumberOrADraw) {
+  const CliHome home;
+  home.do_Step({"draws", "fetch", "--all", home.put_File("list.txt", kDrawList)});
+  const std::pair<Arguments, std::string> cases[] = {
+      {{"omission", "red"}, "04\t2\t2\t2\t2\t1\n"},
+      {{"omission", "red", "2024005"}, "27\t2\t2\t2\t0\t0\n"},
+      {{"omission", "blue", "2025001"}, "07\t1\t—\t—\t—\t4\n"},
+      {{"counts", "red", "2024002", "2024005"}, "14\t2\n"},
+      {{"counts", "blue", "2024002", "2024005"}, "01\t1\n"},
+      {{"numbers", "hints", "2024005"}, "红球 01 02 03 04 05 06\n蓝球 01 02 03 04 05\n"},
+      {{"draws", "distribution", "--all"}, " 24 .. .. .. .. .. .. .. 32 33 01 .. "}};
+  for (const auto& [arguments, line] : cases)
+    EXPECT_NE(home.run(arguments).out.find(line), std::string::npos) << arguments[0] << ' ' << arguments[1];
+}
+
+TEST(TicketFiles, ComeBackInAndAreCheckedAgainstTheDraw) {
+  const CliHome home;
+  home.do_Step({"draws", "fetch", "--all", home.put_File("list.txt", kDrawList)});
+  home.put_File("in.txt", "01,11,14,19,20,27+03\r\n01 11 14 19 20 27 04\nnothing here\n");
+  home.do_Step({"tickets", "import", (home.path() / "in.txt").string(), "--period", "2024006"});
+  EXPECT_EQ(home.run({"tickets", "list"}).out,
+            "2024006 1 01 11 14 19 20 27+03\n2024006 2 01 11 14 19 20 27+04\n");
+  const Reply check = home.run({"tickets", "check", "2024006"});
+  EXPECT_EQ(check.status, 0);
+  EXPECT_NE(check.out.find("一等奖"), std::string::npos) << check.out;
 }
 
 }  // namespace

@@ -40,25 +40,19 @@ TEST_F(TwoUsers, WorkOnSettingsOfTheirOwn) {
 
 TEST_F(TwoUsers, AreAskedWhoTheyAre) {
   const std::string folder = home_.path().string();
-  const std::string before = home_.contents();
-  const std::pair<int, Arguments> cases[] = {
-      {1, {"numbers", "clear"}},
-      {1, {"--user", "乙", "numbers", "clear"}},
-      {1, {"--user", "乙", "--password-file", folder + "/甲.pw", "numbers", "clear"}},
-      {1, {"--user", "乙", "--password-file", folder, "numbers", "clear"}},
-      {1, {"--user", "乙", "--password-file", folder + "/Lotmere.db", "numbers", "clear"}},
-      {1, {"--user", "丙", "numbers", "clear"}},
-      {1, {"users", "login", "甲"}},
-      {1, {"users", "login", ""}},
-      {1, {"users", "login", "丙", "--answer", "no"}},
-      {1, {"users", "mode", "single"}},
-      {2, {"users", "mode", "three"}},
-  };
-  for (const auto& [status, arguments] : cases) {
-    SCOPED_TRACE(arguments.back());
-    expect_OneLine(home_.run(arguments), status);
-    EXPECT_TRUE(home_.contents() == before);
-  }
+  home_.expect_Refused({
+      {"nobody", 1, {"numbers", "clear"}},
+      {"no password", 1, {"--user", "乙", "numbers", "clear"}},
+      {"another's", 1, {"--user", "乙", "--password-file", folder + "/甲.pw", "numbers", "clear"}},
+      {"a folder", 1, {"--user", "乙", "--password-file", folder, "numbers", "clear"}},
+      {"no text", 1, {"--user", "乙", "--password-file", folder + "/Lotmere.db", "numbers", "clear"}},
+      {"a stranger", 1, {"--user", "丙", "numbers", "clear"}},
+      {"no password to log in", 1, {"users", "login", "甲"}},
+      {"no name", 1, {"users", "login", ""}},
+      {"a new user not wanted", 1, {"users", "login", "丙", "--answer", "no"}},
+      {"two users and a mode for one", 1, {"users", "mode", "single"}},
+      {"an unknown mode", 2, {"users", "mode", "three"}},
+  });
 }
 
 TEST_F(TwoUsers, LoseNothingWithTheStore) {

@@ -7,28 +7,25 @@
 #include "conditions/own_pages.hpp"
 #include "conditions/pages.hpp"
 #include "conditions/sheet.hpp"
-#include "core/desk_script.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere {
 namespace {
 
-class Panels : public testing::Test {
+class Panels : public test::StoreTest {
  protected:
   void clear(ConditionId first, ConditionId last) {
-    for (ConditionId id = first; id <= last; ++id) set_Cell(store(), id, false);
+    for (ConditionId id = first; id <= last; ++id) set_Cell(store_, id, false);
   }
-  Store& store() { return home_.store(); }
-  test::TempHome home_;
 };
 
 TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
   std::mt19937 random(7);
-  StoreChange change(store());  // one for all: thousands of commits would take their time
-  for (ConditionId id = 1000; id < 7700; ++id) set_ConditionValue(store(), id, int(random() % 3));
-  const ConditionSheet sheet = panel_Reload(store());
-  const auto counts = tj_FillCounts(store(), 13);
-  const ConditionPanel span = value_Page(store(), 5);
+  StoreChange change(store_);  // one for all: thousands of commits would take their time
+  for (ConditionId id = 1000; id < 7700; ++id) set_ConditionValue(store_, id, int(random() % 3));
+  const ConditionSheet sheet = panel_Reload(store_);
+  const auto counts = tj_FillCounts(store_, 13);
+  const ConditionPanel span = value_Page(store_, 5);
   const struct {
     const ConditionPanel& panel;
     UsageId usage;
@@ -61,13 +58,13 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
     EXPECT_EQ(items.front().text + " " + items.back().text + " " + std::to_string(items.size()), row.items);
     EXPECT_EQ(row.panel.usage, row.usage) << row.items;
     for (std::size_t i = 0; i < items.size(); ++i)
-      EXPECT_EQ(items[i].selected, condition_Value(store(), row.cell + int(i)) > 0) << items[i].text;
+      EXPECT_EQ(items[i].selected, condition_Value(store_, row.cell + int(i)) > 0) << items[i].text;
   }
   EXPECT_TRUE(sheet.slots[1].items.empty() && sheet.tips[1].empty());
 }
 
 TEST_F(Panels, ATipTellsTheTickedCells) {
-  StoreChange change(store());
+  StoreChange change(store_);
   const struct {
     int slot;
     std::vector<int> ticked;
@@ -81,13 +78,13 @@ TEST_F(Panels, ATipTellsTheTickedCells) {
   for (const auto& row : cases) {
     const Condition& condition = *slot_Condition(row.slot);
     clear(condition.first, condition.last);
-    for (const int k : row.ticked) click_Item(store(), condition, k, true);
+    for (const int k : row.ticked) click_Item(store_, condition, k, true);
     const std::string values = row.values;
-    EXPECT_EQ(slot_Tip(store(), row.slot), values.empty() ? "" : "\r\n当前取值：\r\n\r\n" + values);
+    EXPECT_EQ(slot_Tip(store_, row.slot), values.empty() ? "" : "\r\n当前取值：\r\n\r\n" + values);
   }
-  store().query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2)").run();
-  EXPECT_FALSE(tj_FillList(store(), 0).ticked) << "a slot is ticked at exactly 1";
-  EXPECT_TRUE(tj_FillShapes(store())[0].ticked);
+  store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2)").run();
+  EXPECT_FALSE(tj_FillList(store_, 0).ticked) << "a slot is ticked at exactly 1";
+  EXPECT_TRUE(tj_FillShapes(store_)[0].ticked);
 }
 
 TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
@@ -96,7 +93,7 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
     const ConditionPage& page = condition_Page(tab);
     for (UsageId u = page.first; u != 0 && u <= page.last; ++u) EXPECT_TRUE(tabs.emplace(u, tab).second);
     if (page.kind != PageKind::shapes) continue;
-    EXPECT_EQ(tj_FillShape(store(), page.first).tip, std::string(page.caption) + "\r\n");
+    EXPECT_EQ(tj_FillShape(store_, page.first).tip, std::string(page.caption) + "\r\n");
     EXPECT_EQ(page.first, tab + 21);
   }
   EXPECT_EQ(condition_Pages().size(), 44U);
@@ -104,8 +101,8 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
   EXPECT_EQ(tabs.size(), 61U);
   EXPECT_EQ(tabs.rbegin()->first, 61);
   EXPECT_TRUE(tabs[1] == 2 && tabs[15] == 13 && tabs[16] == 14 && tabs[29] == 41 && tabs[36] == 15);
-  EXPECT_EQ(value_Page(store(), 10).caption, "使用“ＡＣ值”过滤");
-  EXPECT_EQ(tj_FillCounts(store(), 13)[1].caption, "使用“低尾码个数”过滤");
+  EXPECT_EQ(value_Page(store_, 10).caption, "使用“ＡＣ值”过滤");
+  EXPECT_EQ(tj_FillCounts(store_, 13)[1].caption, "使用“低尾码个数”过滤");
 }
 
 TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
@@ -114,7 +111,7 @@ TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
   EXPECT_EQ(sets[int(ShapeSet::four)], "45 58 68 70 72 ");
   EXPECT_EQ(sets[int(ShapeSet::three)], "46 59 69 73 ");
   Query rows =
-      store().query(R"(SELECT "名称","条件使用情况","值min","值max" FROM "组合过滤" ORDER BY "序号")");
+      store_.query(R"(SELECT "名称","条件使用情况","值min","值max" FROM "组合过滤" ORDER BY "序号")");
   for (int turn = 0; turn < kTurnCount; ++turn) {
     const Family& family = family_OfTurn(turn);
     ASSERT_TRUE(rows.next());
@@ -124,7 +121,7 @@ TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
 }
 
 TEST_F(Panels, SomeListsLeadTheirBox) {
-  StoreChange change(store());
+  StoreChange change(store_);
   clear(4020, 4029);
   clear(3810, 3819);
   const struct {
@@ -136,63 +133,65 @@ TEST_F(Panels, SomeListsLeadTheirBox) {
                 {38, 0, false, {false, true}}, {21, 3, true, {true, true}},    {21, 3, false, {false, false}},
                 {36, 16, true, {true, true}},  {36, 16, false, {false, false}}};
   for (const auto& [usage, k, selected, box] : clicks) {
-    EXPECT_EQ(click_LeadingItem(store(), condition_OfUsage(usage), k, selected), box) << usage << " " << k;
-    EXPECT_EQ(is_Used(store(), usage), box.ticked) << usage << " " << k;
+    EXPECT_EQ(click_LeadingItem(store_, condition_OfUsage(usage), k, selected), box) << usage << " " << k;
+    EXPECT_EQ(is_Used(store_, usage), box.ticked) << usage << " " << k;
   }
-  set_Usage(store(), 16, true);
-  for (int k = 0; k <= 6; ++k) click_Item(store(), condition_OfUsage(16), k, false);
-  EXPECT_TRUE(is_Used(store(), 16)) << "the other lists leave their box alone";
-  click_Item(store(), condition_OfUsage(131), 0, true);
-  EXPECT_TRUE(is_Used(store(), 131));
+  set_Usage(store_, 16, true);
+  for (int k = 0; k <= 6; ++k) click_Item(store_, condition_OfUsage(16), k, false);
+  EXPECT_TRUE(is_Used(store_, 16)) << "the other lists leave their box alone";
+  click_Item(store_, condition_OfUsage(131), 0, true);
+  EXPECT_TRUE(is_Used(store_, 131));
 }
 
 TEST_F(Panels, AGroupWithoutMembersIsNotInUse) {
-  set_Usage(store(), 22, true);
-  GroupPage page = group_Page(store(), 3);
+  set_Usage(store_, 22, true);
+  GroupPage page = group_Page(store_, 3);
   EXPECT_TRUE(page.panel.items.empty() && !page.panel.ticked && !page.panel.enabled);
-  EXPECT_TRUE(is_Used(store(), 22)) << "showing a page writes nothing";
-  for (const int number : {33, 4, 33}) click_GroupNumber(store(), 3, number);
-  page = group_Page(store(), 3);
+  EXPECT_TRUE(is_Used(store_, 22)) << "showing a page writes nothing";
+  for (const int number : {33, 4, 33}) click_GroupNumber(store_, 3, number);
+  page = group_Page(store_, 3);
   EXPECT_TRUE(page.panel.ticked && page.panel.enabled && page.members[4] && !page.members[33]);
   EXPECT_EQ(page.panel.items.back(), (PanelItem{"开出个数=6", 6, true}));
-  click_GroupNumber(store(), 3, 4);
-  EXPECT_FALSE(is_Used(store(), 22));
-  EXPECT_EQ(load_ConditionRange(store(), 3820, 3826), ValueArray{});
-  set_Group(store(), 10, std::vector{1});
-  set_Usage(store(), 29, true);
-  empty_Groups(store());
-  EXPECT_EQ(group_Page(store(), 10).members, RedTable{});
-  EXPECT_FALSE(is_Used(store(), 29));
+  click_GroupNumber(store_, 3, 4);
+  EXPECT_FALSE(is_Used(store_, 22));
+  EXPECT_EQ(load_ConditionRange(store_, 3820, 3826), ValueArray{});
+  set_Group(store_, 10, std::vector{1});
+  set_Usage(store_, 29, true);
+  empty_Groups(store_);
+  EXPECT_EQ(group_Page(store_, 10).members, RedTable{});
+  EXPECT_FALSE(is_Used(store_, 29));
 }
 
 TEST_F(Panels, OptionsPlacesAndTheMatchShowWhatIsStored) {
-  StoreChange change(store());
-  set_Usage(store(), 31, true);  // in use without a number
-  set_Place(store(), 7, std::vector{16});
-  set_ConditionValue(store(), kToleranceCell, 7);
-  const PlacePage page = load_DingWei(store());
+  StoreChange change(store_);
+  set_Usage(store_, 31, true);  // in use without a number
+  set_Place(store_, 7, std::vector{16});
+  set_ConditionValue(store_, kToleranceCell, 7);
+  const PlacePage page = load_DingWei(store_);
   EXPECT_EQ(page.tolerances.back(), (PanelItem{"７", 7, true}));
   EXPECT_EQ(page.places[6].items.back(), (PanelItem{"16", 16, true}));
   EXPECT_TRUE(!page.places[0].enabled && page.places[1].enabled && page.places[6].ticked);
-  EXPECT_EQ(shrink_Page(store()).types[3], (PanelItem{"保六型", 6, true}));
+  EXPECT_EQ(shrink_Page(store_).types[3], (PanelItem{"保六型", 6, true}));
 
-  save_HistoryMatch(store(), {true, 2001001, 2001002, 4});
-  EXPECT_EQ(load_LiShi(store()).settings.first, 2001001) << "no draws: the range stays";
-  for (int i = 1; i <= 51; ++i) test::put_Draw(store(), 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
-  EXPECT_EQ(load_LiShi(store()).periods.size(), 50U);
-  const HistoryMatch stored = load_HistoryMatch(store());
+  set_Place(store_, 7, {});
+  EXPECT_FALSE(is_Used(store_, 36)) << "the last number gone";
+
+  save_HistoryMatch(store_, {true, 2001001, 2001002, 4});
+  EXPECT_EQ(load_LiShi(store_).settings.first, 2001001) << "no draws: the range stays";
+  for (int i = 1; i <= 51; ++i) test::put_Draw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_EQ(load_LiShi(store_).periods.size(), 50U);
+  const HistoryMatch stored = load_HistoryMatch(store_);
   EXPECT_TRUE(stored.used && stored.first == 2007002 && stored.last == 2007051 && stored.match == 4);
-  EXPECT_EQ(panel_Reload(store()).periods.back(), 2007042);
+  EXPECT_EQ(panel_Reload(store_).periods.back(), 2007042);
 }
 
 TEST_F(Panels, IntervalsAreClearedAndDivisionsShown) {
-  ScriptedDesk desk;
-  set_Usage(store(), 19, true);
-  EXPECT_EQ(interval_Previews(store())[3], " 区间4：　３１  ３２  ３３  ");
-  clear_Intervals(store(), desk);
-  EXPECT_EQ(interval_Previews(store())[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
-  EXPECT_TRUE(desk.told.size() == 1 && !is_Used(store(), 19));
-  const auto panels = division_Panels(store(), 11);
+  set_Usage(store_, 19, true);
+  EXPECT_EQ(interval_Previews(store_)[3], " 区间4：　３１  ３２  ３３  ");
+  clear_Intervals(store_, desk_);
+  EXPECT_EQ(interval_Previews(store_)[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
+  EXPECT_TRUE(desk_.told.size() == 1 && !is_Used(store_, 19));
+  const auto panels = division_Panels(store_, 11);
   EXPECT_EQ(panels.size(), 11U);
   EXPECT_EQ(panels.back().panel.caption, division_Caption(11) + "11");
   EXPECT_EQ(panels.back().numbers, "３１  ３２  ３３");

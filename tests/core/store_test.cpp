@@ -10,29 +10,32 @@
 #include "core/periods.hpp"
 #include "core/row_copy.hpp"
 #include "core/schema.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere::test {
 namespace {
 
-TEST(StoreChange, StandsWholeOrNotAtAll) {
-  TempHome home;
-  Store& store = home.store();
-  const auto add = [&](int id) { put_Ticket(store, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, 7}); };
+using Changes = StoreTest;
+using Attributes = StoreTest;
+using Schema = StoreTest;
+using Periods = StoreTest;
+
+TEST_F(Changes, StandWholeOrNotAtAll) {
+  const auto add = [&](int id) { put_Ticket(store_, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, 7}); };
   for (const bool commit : {true, false}) {
-    StoreChange outer(store);
+    StoreChange outer(store_);
     add(commit ? 1 : 16);
     {
-      StoreChange dropped(store);
+      StoreChange dropped(store_);
       add(commit ? 2 : 32);
     }
-    StoreChange kept(store);
+    StoreChange kept(store_);
     add(commit ? 4 : 64);
     EXPECT_THROW(add(1), SQLite::Exception) << "stands already";
     kept.commit();
     if (commit) outer.commit();
   }
-  EXPECT_EQ(store.value(R"(SELECT total("ID") FROM "日志表")"), 1 + 4);
+  EXPECT_EQ(store_.value(R"(SELECT total("ID") FROM "日志表")"), 1 + 4);
 }
 
 TEST(Store, OpensOnlyAStoreThatItKnows) {
@@ -47,7 +50,7 @@ TEST(Store, OpensOnlyAStoreThatItKnows) {
   EXPECT_EQ(int(std::filesystem::status(path).permissions()), 0600);
 }
 
-TEST(Attributes, FactoryGroupsHoldTheirNumbers) {
+TEST_F(Attributes, FactoryGroupsHoldTheirNumbers) {
   std::istringstream groups(
       "区间4=31-33 四0=1,5,9,13,17,21,25,29,33 七6=7,14,21,28 八7=8,16,24,32 九8=9,18,27 十一10=11,22,33 "
       "十二2=9-12,21-24,33 尾0=10,20,30 七分组3=12,14,16,18,20 尾七分组5=25-29 和数三三0=1,32 "
@@ -58,19 +61,18 @@ TEST(Attributes, FactoryGroupsHoldTheirNumbers) {
       "大小奇偶组3=2,4,6,8,10,12,14,16 大小奇偶尾1=6,8,16,18,26,28 双尾5分组0=1,10-11,20-21,30-31 "
       "间距十二11=12,24 间距六5=6,12,18,24,30 间距五0=1,6,11,16,21,26,31 "
       "间距三2=3,6,9,12,15,18,21,24,27,30,33 六区间6=29-33 七区间5=21-25 十二区间9=25-27");
-  TempHome home;
   for (std::string group; groups >> group;) {
     const std::string column = group.substr(0, group.find('='));
-    Query rows = home.store().query(R"(SELECT "号码" FROM "号码特性" JOIN "号码特性2" USING ("号码")
+    Query rows = store_.query(R"(SELECT "号码" FROM "号码特性" JOIN "号码特性2" USING ("号码")
                                        JOIN "号码特性3" USING ("号码") WHERE ")" +
-                                    column + "\"=1 ORDER BY 1");
+                              column + "\"=1 ORDER BY 1");
     std::vector<int> members;
     while (rows.next()) members.push_back(rows.number(0));
     EXPECT_EQ(members, parse_NumberList(group.substr(column.size() + 1), 1, kRedCount)) << column;
   }
 }
 
-TEST(Schema, ANewStoreHoldsItsColumnsAndFirstSettings) {
+TEST_F(Schema, ANewStoreHoldsItsColumnsAndFirstSettings) {
   const std::pair<const char*, const char*> values[] = {
       {R"(group_concat(name,' ') FROM pragma_table_info('历史记录'))",
        "期号 开奖日期 红球1 红球2 红球3 红球4 红球5 红球6 蓝球 和值 奇数和值 偶数和值 奇数个数 偶数个数 "
@@ -87,9 +89,8 @@ TEST(Schema, ANewStoreHoldsItsColumnsAndFirstSettings) {
        "63"},
       {R"(group_concat("Value") FROM "过滤条件" WHERE "ID" IN (33,3900,7000,7629))", "0,6,1,0"},
       {R"(group_concat("条件") FROM "过滤条件使用情况" WHERE "使用情况"<>0)", "1,5,6,9,10,12"}};
-  TempHome home;
   for (const auto& [select, value] : values)
-    EXPECT_EQ(home.store().db().execAndGet(std::string("SELECT ") + select).getString(), value) << select;
+    EXPECT_EQ(store_.db().execAndGet(std::string("SELECT ") + select).getString(), value) << select;
 }
 
 TEST(RowCopy, TheFactoryValuesComeBackWholeOrNotAtAll) {
@@ -115,30 +116,27 @@ TEST(RowCopy, TheFactoryValuesComeBackWholeOrNotAtAll) {
 
 constexpr DrawNumbers kNumbers{{1, 2, 3, 4, 5, 6}, 7};
 
-TEST(Periods, LookUpsStepOverGapsAndYears) {
-  TempHome home;
-  Store& store = home.store();
-  put_Draw(store, 2004002, "2004-01-06", {{2, 3, 4, 5, 6, 7}, 8});
-  put_Draw(store, 2003007, "2003-03-16", kNumbers);
-  put_Draw(store, 2003089, "2003-12-28", kNumbers);
-  EXPECT_EQ(firstPeriod(store), 2003007);
+TEST_F(Periods, LookUpsStepOverGapsAndYears) {
+  put_Draw(store_, 2004002, "2004-01-06", {{2, 3, 4, 5, 6, 7}, 8});
+  put_Draw(store_, 2003007, "2003-03-16", kNumbers);
+  put_Draw(store_, 2003089, "2003-12-28", kNumbers);
+  EXPECT_EQ(firstPeriod(store_), 2003007);
   const PeriodNo rows[][4] = {// period, steps, back from it, back with itself
                               {2004002, 1, 2003089, 2004002}, {2004002, 2, 2003007, 2003089},
                               {2004002, 9, 2003007, 2003007}, {2003050, 1, 2003007, 2003007},
                               {9999999, 1, 2004002, 2004002}, {2003007, 1, kDefaultPeriod, 2003007}};
   for (const auto& [period, n, back, up_to] : rows) {
-    EXPECT_EQ(periodsBack(store, period, n), back) << period << " back " << n;
-    EXPECT_EQ(periodsUpTo(store, period, n), up_to) << period << " up to " << n;
+    EXPECT_EQ(periodsBack(store_, period, n), back) << period << " back " << n;
+    EXPECT_EQ(periodsUpTo(store_, period, n), up_to) << period << " up to " << n;
   }
-  EXPECT_EQ(drawsBefore(store, 2004002, 1).at(0).period, 2003089);
-  EXPECT_EQ(findDraw(store, 2004002).value().numbers, (DrawNumbers{{2, 3, 4, 5, 6, 7}, 8}));
+  EXPECT_EQ(drawsBefore(store_, 2004002, 1).at(0).period, 2003089);
+  EXPECT_EQ(findDraw(store_, 2004002).value().numbers, (DrawNumbers{{2, 3, 4, 5, 6, 7}, 8}));
 }
 
-TEST(Periods, TheNextPeriodCountsOnUntilADrawOfTheNewYearStands) {
-  TempHome home;
+TEST_F(Periods, TheNextPeriodCountsOnUntilADrawOfTheNewYearStands) {
   const auto next_After = [&](PeriodNo stored, const char* date) {
-    put_Draw(home.store(), stored, date, kNumbers);
-    return nextPeriod(home.store(), *parse_Date("2004-01-01"));
+    put_Draw(store_, stored, date, kNumbers);
+    return nextPeriod(store_, *parse_Date("2004-01-01"));
   };
   EXPECT_EQ(next_After(2003089, "2003-12-28"), 2003090) << "the entry's date alone doesn't turn the year";
   EXPECT_EQ(next_After(2003090, "2004-01-01"), 2004001);

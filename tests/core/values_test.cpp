@@ -28,7 +28,7 @@ TEST(Text, ReadsPeriodsAndWritesFullWidthDigits) {
 
 TEST(NumberList, ReadsNumbersAndRangesAndRefusesTheRest) {
   EXPECT_EQ(parse_NumberList(" 33 , 1 - 3,05,7-7", 1, 33), (std::vector{1, 2, 3, 5, 7, 33}));
-  for (const char* text : {"", "1,", ",1", "0", "34", "9-5", "1-", "-1", "1-2-3", "1-5,3", "1 2"})
+  for (const char* text : {"", "1,", ",1", "0", "34", "9-5", "1-", "-1", "1-2-3", "1-5,3", "1 2", "a"})
     EXPECT_FALSE(parse_NumberList(text, 1, 33)) << text;
 }
 

@@ -5,8 +5,7 @@
 
 #include <csignal>
 
-#include "core/desk_script.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere::test {
 namespace {
@@ -26,51 +25,49 @@ TEST(ExportLine, HoldsWhatTheSwitchesSay) {
   for (const auto& [switches, line] : rows) EXPECT_EQ(export_Line(12, 2007001, kNumbers, switches), line);
 }
 
-class Export : public testing::Test {
+class Export : public StoreTest {
  protected:
-  TempHome home;
-  ScriptedDesk desk;
-  const std::filesystem::path file = home.path() / "tickets.txt";
+  const std::filesystem::path file_ = home_.path() / "tickets.txt";
 };
 
 TEST_F(Export, WritesOnePeriodByRunningNumberWithASeparatorBehindEachFifth) {
-  for (int i = 1; i <= 12; ++i) put_Ticket(home.store(), i, 13 - i, i > 9 ? 2008001 : 2007001, kNumbers);
-  put_Ticket(home.store(), 13, 99, 2007001, {{9, 8, 8, 33, 1, 2}, 16});
-  EXPECT_EQ(export_Tickets(home.store(), desk, 2007001, file, {true, false, false, true}), 10);
-  EXPECT_EQ(read_File(file), "4\r\n5\r\n6\r\n7\r\n8\r\n\r\n9\r\n10\r\n11\r\n12\r\n99\r\n\r\n");
-  put_Ticket(home.store(), 14, 1, 2006001, {{9, 8, 8, 33, 1, 2}, 16});
-  EXPECT_EQ(export_Command(home.store(), desk, file, {}), 1) << "of the first period";
-  EXPECT_EQ(read_File(file), "09 08 08 33 01 02+16\r\n");
-  EXPECT_TRUE(desk.told.empty());
+  for (int i = 1; i <= 12; ++i) put_Ticket(store_, i, 13 - i, i > 9 ? 2008001 : 2007001, kNumbers);
+  put_Ticket(store_, 13, 99, 2007001, {{9, 8, 8, 33, 1, 2}, 16});
+  EXPECT_EQ(export_Tickets(store_, desk_, 2007001, file_, {true, false, false, true}), 10);
+  EXPECT_EQ(read_File(file_), "4\r\n5\r\n6\r\n7\r\n8\r\n\r\n9\r\n10\r\n11\r\n12\r\n99\r\n\r\n");
+  put_Ticket(store_, 14, 1, 2006001, {{9, 8, 8, 33, 1, 2}, 16});
+  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 1) << "of the first period";
+  EXPECT_EQ(read_File(file_), "09 08 08 33 01 02+16\r\n");
+  EXPECT_TRUE(desk_.told.empty());
 }
 
 TEST_F(Export, OfNoTicketEmptiesTheFileAndWarns) {
-  real_Files().write_Whole(file, "yesterday");
-  EXPECT_EQ(export_Command(home.store(), desk, file, {}), 0);
-  EXPECT_EQ(read_File(file), "");
-  EXPECT_EQ(desk.told.at(0).tone, Tone::warning);
+  real_Files().write_Whole(file_, "yesterday");
+  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 0);
+  EXPECT_EQ(read_File(file_), "");
+  EXPECT_EQ(desk_.told.at(0).tone, Tone::warning);
 }
 
 TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {
-  StoreChange change(home.store());
-  for (int i = 1; i <= 20'000; ++i) put_Ticket(home.store(), i, i, 2007001, kNumbers);
+  StoreChange change(store_);
+  for (int i = 1; i <= 20'000; ++i) put_Ticket(store_, i, i, 2007001, kNumbers);
   change.commit();
-  real_Files().write_Whole(file, "yesterday");
+  real_Files().write_Whole(file_, "yesterday");
   int served = 0;
-  desk.on_serve = [&] { ++served, desk.request_Stop(); };
+  desk_.on_serve = [&] { ++served, desk_.request_Stop(); };
   rlimit usual{};
   ::getrlimit(RLIMIT_FSIZE, &usual);
   const rlimit full{1000, usual.rlim_max};
   std::signal(SIGXFSZ, SIG_IGN);
   ::setrlimit(RLIMIT_FSIZE, &full);
-  EXPECT_THROW(export_Command(home.store(), desk, file, {}), std::filesystem::filesystem_error);
+  EXPECT_THROW(export_Command(store_, desk_, file_, {}), std::filesystem::filesystem_error);
   ::setrlimit(RLIMIT_FSIZE, &usual);
-  EXPECT_EQ(read_File(file), "yesterday");
-  const std::filesystem::directory_iterator files(home.path());
+  EXPECT_EQ(read_File(file_), "yesterday");
+  const std::filesystem::directory_iterator files(home_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "a half-written file is left behind";
-  EXPECT_EQ(desk.jobs_open, 0);
-  EXPECT_EQ(export_Command(home.store(), desk, file, {}), 20'000) << "an export stops for nobody";
-  EXPECT_EQ(read_File(file).size(), 20'000u * 22u);
+  EXPECT_EQ(desk_.jobs_open, 0);
+  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 20'000) << "an export stops for nobody";
+  EXPECT_EQ(read_File(file_).size(), 20'000u * 22u);
   EXPECT_GE(served, 40);
 }
 

@@ -8,14 +8,13 @@
 
 #include "conditions/condition_store.hpp"
 #include "conditions/families.hpp"
-#include "core/desk_script.hpp"
 #include "core/metrics.hpp"
 #include "core/schema.hpp"
 #include "history/combination_list.hpp"
 #include "history/draw_columns.hpp"
 #include "history/upkeep.hpp"
 #include "history_rows.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere::test {
 namespace {
@@ -24,19 +23,6 @@ namespace {
 // column and against which earlier draws is told here once more; the metrics have a model of their own.
 using ModelRow = std::map<std::string, std::string>;  // column to text, for every derived column
 
-// The prefix of the attribute columns that a pattern of the history tells, where it isn't the pattern's name.
-constexpr std::string_view kPrefixes =
-    " 尾数形式=尾 间距七=七 间距八=八 大小尾七分组=尾七分组 间距九=九 间距十一=十一 间距十二3分组=十二 "
-    "间距四=四 间距3=间距三 间距6=间距六 间距5=间距五 间距10=间距十 和数33=和数三三 和数34=和数三四 "
-    "和数35=和数三五 四区间=区间 ";
-
-std::string prefix_Of(const std::string& pattern) {
-  const auto place = kPrefixes.find(" " + pattern + "=");
-  if (place == std::string_view::npos) return pattern;
-  const auto start = place + pattern.size() + 2;
-  return std::string(kPrefixes.substr(start, kPrefixes.find(' ', start) - start));
-}
-
 bool holds(const Reds& reds, int n) { return std::find(reds.begin(), reds.end(), n) != reds.end(); }
 
 int members(Store& store, std::string_view table, const std::string& column, const Reds& reds) {
@@ -44,11 +30,11 @@ int members(Store& store, std::string_view table, const std::string& column, con
                                                   column, table, fmt::join(reds, ","))));
 }
 
-// How the groups of a family are told is the business of conditions/families; here counts which.
-std::string group_Form(Store& store, const Family& family, const std::string& prefix, const Reds& reds) {
+// How the groups of a family are told, and which they are, is the business of conditions/families.
+std::string group_Form(Store& store, const Family& family, const Reds& reds) {
   GroupCounts counts = 0;
   for (int g = 0; g < family.draw_groups; ++g) {
-    const std::string column = prefix + std::to_string(family.first_suffix + g);
+    const std::string column = std::string(family.column) + std::to_string(family.first_suffix + g);
     const auto hit = static_cast<GroupCounts>(members(store, table_Name(family.table), column, reds));
     counts += hit << (kGroupBits * g);
   }
@@ -96,99 +82,95 @@ ModelRow model_Row(Store& store, const std::vector<StoredDraw>& draws, std::size
   for (const auto& [column, value] : figure) row[column] = std::to_string(value);
   for (const Family& family : families()) {
     const std::string name(family.draw_column);
-    if (!name.empty()) row[name] = group_Form(store, family, prefix_Of(name), reds);
+    if (!name.empty()) row[name] = group_Form(store, family, reds);
   }
   return row;
 }
 
-class DrawStats : public testing::Test {
+class DrawStats : public StoreTest {
  protected:
   void put(std::size_t count) {
-    draws = invent_Draws(count, 20070725);
+    draws_ = invent_Draws(count, 20070725);
     // Against six zeros: tails of zero, and the one beside it.
-    draws[0].numbers.reds = {1, 9, 10, 20, 27, 30};
-    StoreChange change(store);
-    for (const StoredDraw& draw : draws) put_Draw(store, draw.period, "2007-01-02", draw.numbers);
-    change.commit();
+    draws_[0].numbers.reds = {1, 9, 10, 20, 27, 30};
+    put_Draws(store_, draws_);
   }
-  TempHome home;
-  Store& store = home.store();
-  ScriptedDesk desk;
-  std::vector<StoredDraw> draws;
+  std::vector<StoredDraw> draws_;
 };
 
 TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
   // Groups as a person may edit them: overlapping intervals with a hole, another split of big numbers, tails
   // that follow no rule.
-  store.db().exec(
+  store_.db().exec(
       R"(UPDATE "号码特性" SET "区间1"="号码"<13, "区间2"="号码" BETWEEN 8 AND 17, "区间3"="号码" IN (25,26),
                      "大数"="号码" IN (3,20,21,22,23,24,30), "低尾码"="号码"%4=1, "自定义组10"="号码"%2=0)");
   put(60);
   std::vector<ModelRow> model;
-  for (std::size_t i = 0; i < draws.size(); ++i) model.push_back(model_Row(store, draws, i));
+  for (std::size_t i = 0; i < draws_.size(); ++i) model.push_back(model_Row(store_, draws_, i));
   EXPECT_EQ(model[0].size(), draw_ColumnRules().size());
 
   const struct {
-    std::size_t from, to;  // places of draws
+    std::size_t from, to;  // places of draws_
     int widen;             // periods that the range reaches further on both sides
   } ranges[] = {{0, 59, 0}, {0, 59, 4000}, {23, 41, 0}, {30, 30, 0},
                 {0, 0, 0},  {1, 1, 0},     {0, 3, 0},   {59, 59, 0}};
   for (const auto& range : ranges) {
-    const StoreChange dropped(store);
-    calc_DrawStats(store, desk, draws[range.from].period - range.widen, draws[range.to].period + range.widen);
-    for (std::size_t i = 0; i < draws.size(); ++i) {
+    const StoreChange dropped(store_);
+    calc_DrawStats(store_, desk_, draws_[range.from].period - range.widen,
+                   draws_[range.to].period + range.widen);
+    for (std::size_t i = 0; i < draws_.size(); ++i) {
       const bool covered = i >= range.from && i <= range.to;
       for (const auto& [column, value] : model[i]) {
         const bool computed = covered && (i > 0 || range.to == 0 || column.starts_with("温度"));
-        EXPECT_EQ(field(store, draws[i].period, column), computed ? value : "") << column << i;
+        EXPECT_EQ(field(store_, draws_[i].period, column), computed ? value : "") << column << i;
       }
     }
   }
-  recountQuJian(store, desk, draws[20].period, draws[40].period);
-  updateWenDu(store, desk, draws[20].period, draws[40].period);
-  for (std::size_t i = 0; i < draws.size(); ++i) {
-    const PeriodNo period = draws[i].period;
+  recountQuJian(store_, desk_, draws_[20].period, draws_[40].period);
+  updateWenDu(store_, desk_, draws_[20].period, draws_[40].period);
+  for (std::size_t i = 0; i < draws_.size(); ++i) {
+    const PeriodNo period = draws_[i].period;
     for (const char* column : {"温度5", "温度10", "区间1", "区间4"})
-      EXPECT_EQ(field(store, period, column), i < 20 || i > 40 ? "" : model[i].at(column)) << i;
-    EXPECT_EQ(field(store, period, "和值") + field(store, period, "四区间"), "") << i;
-    EXPECT_EQ(std::to_string(calc_WenDu(store, period, 5)), model[i].at("温度5"));
-    EXPECT_EQ(std::to_string(calc_qian3qi(store, period)), model[i].at("前3期出现个数"));
+      EXPECT_EQ(field(store_, period, column), i < 20 || i > 40 ? "" : model[i].at(column)) << i;
+    EXPECT_EQ(field(store_, period, "和值") + field(store_, period, "四区间"), "") << i;
+    EXPECT_EQ(std::to_string(calc_WenDu(store_, period, 5)), model[i].at("温度5"));
+    EXPECT_EQ(std::to_string(calc_qian3qi(store_, period)), model[i].at("前3期出现个数"));
   }
 }
 
 TEST_F(DrawStats, AFailureOnTheWayLeavesEveryRowAsItWas) {
   put(400);
-  const PeriodNo newest = draws.back().period;
-  const std::string before = dump_History(store);
-  calc_DrawStats(store, desk, newest + 1, newest + 9);
-  desk.on_serve = [&] {
-    if (desk.progress > 200) throw std::runtime_error("the power fails");
+  const PeriodNo newest = draws_.back().period;
+  const std::string before = dump_History(store_);
+  calc_DrawStats(store_, desk_, newest + 1, newest + 9);
+  desk_.on_serve = [&] {
+    if (desk_.progress > 200) throw std::runtime_error("the power fails");
   };
-  EXPECT_THROW(calc_DrawStats(store, desk, 0, newest), std::runtime_error);
-  EXPECT_EQ(dump_History(store), before);
+  EXPECT_THROW(calc_DrawStats(store_, desk_, 0, newest), std::runtime_error);
+  EXPECT_EQ(dump_History(store_), before);
 }
 
 TEST_F(DrawStats, SavingADrawRecomputesItsRowAlone) {
   const Reds reds{1, 2, 3, 4, 5, 6};
-  saveDraw(store, desk, 2007001, Date{}, {{7, 8, 9, 10, 11, 12}, 1}, Recalc::yes);
-  saveDraw(store, desk, 2007002, Date{}, {reds, 2}, Recalc::yes);
-  saveDraw(store, desk, 2007001, Date{}, {reds, 16}, Recalc::yes);
-  EXPECT_EQ(findDraw(store, 2007001)->numbers, (DrawNumbers{reds, 16}));
-  EXPECT_EQ(field(store, 2007001, "和值") + field(store, 2007002, "重叠号"), "210");
+  saveDraw(store_, desk_, 2007001, Date{}, {{7, 8, 9, 10, 11, 12}, 1}, Recalc::yes);
+  saveDraw(store_, desk_, 2007002, Date{}, {reds, 2}, Recalc::yes);
+  saveDraw(store_, desk_, 2007001, Date{}, {reds, 16}, Recalc::yes);
+  EXPECT_EQ(findDraw(store_, 2007001)->numbers, (DrawNumbers{reds, 16}));
+  EXPECT_EQ(field(store_, 2007001, "和值") + field(store_, 2007002, "重叠号"), "210");
 }
 
 TEST_F(DrawStats, TheCombinationListShowsTheGroupsOfADrawAsTheyAreNow) {
-  put_Draw(store, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
-  set_Column(store, AttributeTable::first, "区间1", std::vector{1, 11, 12});
-  set_Column(store, AttributeTable::first, "区间2", {});
-  set_Usage(store, 100, true);
-  store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
-  const auto list = build_ZuHeList(store, desk, 2007002);
+  put_Draw(store_, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
+  set_Column(store_, AttributeTable::first, "区间1", std::vector{1, 11, 12});
+  set_Column(store_, AttributeTable::first, "区间2", {});
+  set_Usage(store_, 100, true);
+  store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
+  const auto list = build_ZuHeList(store_, desk_, 2007002);
   EXPECT_EQ(list[0], (PanelItem{"尾数形式 ≠ [1,1,1,1,2,3]", 0, true}));
   EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3]", 4, false}));
   EXPECT_EQ(list[26], (PanelItem{"四区间 ≠ [1,1,1,3,4,4]", 26, false}));
   EXPECT_TRUE(list[31].selected);
-  EXPECT_EQ(build_ZuHeList(store, desk, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
+  EXPECT_EQ(build_ZuHeList(store_, desk_, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
 }
 
 }  // namespace

@@ -1,19 +1,22 @@
 // The page of draws: what it searches, says of the next draw, opens on a web site and exports.
 #include <gtest/gtest.h>
 
-#include "core/desk_script.hpp"
 #include "history/addresses.hpp"
 #include "history/detail.hpp"
 #include "history/export_sheet.hpp"
 #include "history/search.hpp"
 #include "history/status.hpp"
 #include "history_rows.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere::test {
 namespace {
 
-TEST(Search, EveryTextIsAPlainPrefixOfItsColumn) {
+using Search = StoreTest;
+using StatusOfHistory = StoreTest;
+using HistoryExport = StoreTest;
+
+TEST_F(Search, EveryTextIsAPlainPrefixOfItsColumn) {
   std::mt19937 random(6);
   const auto random_Text = [&] {
     constexpr std::string_view characters = "112%_'\"[?*\\ aA";
@@ -21,13 +24,11 @@ TEST(Search, EveryTextIsAPlainPrefixOfItsColumn) {
     for (char& c : text) c = characters[random() % characters.size()];
     return text;
   };
-  TempHome home;
-  ScriptedDesk desk;
   const auto draws = invent_Draws(300, 5);
-  const StoreChange change(home.store());
+  const StoreChange change(store_);
   for (const auto& [period, numbers] : draws) {
-    put_Draw(home.store(), period, "2007-01-" + std::to_string(10 + random() % 20), numbers);
-    Query texts = home.store().query(R"(UPDATE "历史记录" SET "尾数形式"=?,"连号"=? WHERE "期号"=?)");
+    put_Draw(store_, period, "2007-01-" + std::to_string(10 + random() % 20), numbers);
+    Query texts = store_.query(R"(UPDATE "历史记录" SET "尾数形式"=?,"连号"=? WHERE "期号"=?)");
     texts.bind(random_Text(), random_Text(), period).run();
   }
   std::size_t found = 0;
@@ -39,31 +40,30 @@ TEST(Search, EveryTextIsAPlainPrefixOfItsColumn) {
     for (const StoredDraw& draw : draws) {
       const bool fits = std::ranges::all_of(filters, [&](const ColumnFilter& filter) {
         return filter.text.find_first_not_of(' ') == std::string::npos ||
-               field(home.store(), draw.period, filter.column).starts_with(filter.text);
+               field(store_, draw.period, filter.column).starts_with(filter.text);
       });
       if (fits) wanted.push_back(draw.period);
     }
-    searchDraws(home.store(), buildSearchWhere(desk, filters).value(),
+    searchDraws(store_, buildSearchWhere(desk_, filters).value(),
                 [&](const Query& row) { got.push_back(row.number(0)); });
     EXPECT_EQ(got, wanted);
     found += got.size();
   }
   EXPECT_GT(found, 500U) << "some filters find something";
-  EXPECT_FALSE(buildSearchWhere(desk, {{"期号", "2"}, {"期号\" OR 1=1 --", "2"}}));
-  EXPECT_EQ(desk.told.size(), 1U);
-  const auto recent = loadHistoryRows(home.store(), HistorySpan::recent);
+  EXPECT_FALSE(buildSearchWhere(desk_, {{"期号", "2"}, {"期号\" OR 1=1 --", "2"}}));
+  EXPECT_EQ(desk_.told.size(), 1U);
+  const auto recent = loadHistoryRows(store_, HistorySpan::recent);
   EXPECT_TRUE(recent.from == draws[200].period && recent.to == draws[299].period);
-  EXPECT_EQ(loadHistoryRows(home.store(), HistorySpan::all).from, draws[0].period);
+  EXPECT_EQ(loadHistoryRows(store_, HistorySpan::all).from, draws[0].period);
 }
 
-TEST(HistoryStatus, ADrawIsMissingFromTheDayAfterItWasDue) {
-  TempHome home;
+TEST_F(StatusOfHistory, ADrawIsMissingFromTheDayAfterItWasDue) {
   const auto status_On = [&](const char* day) {
-    return updateHistoryStatus(home.store(), *parse_Date(day), *parse_Date("2008-01-01"));
+    return updateHistoryStatus(store_, *parse_Date(day), *parse_Date("2008-01-01"));
   };
   EXPECT_TRUE(status_On("2007-12-27").incomplete) << "an empty history";
   EXPECT_NE(status_On("2007-12-27").next_draw.find("2008001 期 于 2007-12-27 开奖"), std::string::npos);
-  put_Draw(home.store(), 2007153, "2007-12-27", {{1, 2, 3, 4, 5, 6}, 7});
+  put_Draw(store_, 2007153, "2007-12-27", {{1, 2, 3, 4, 5, 6}, 7});
   EXPECT_EQ(status_On("2007-12-30").history, "  ☆☆☆  历史记录： 已更新！  ☆☆☆  ");
   EXPECT_EQ(status_On("2007-12-31").history, " ◆◇◆→  历史记录： 不完整，请下载或手工添加开奖记录  ←◆◇◆  ");
   EXPECT_EQ(status_On("2007-12-31").next_draw,
@@ -106,22 +106,18 @@ TEST(DetailPage, OpensWhereTheSiteSpeaksOfTheGame) {
   }
 }
 
-TEST(HistoryExport, AStopLeavesTheOldFile) {
-  TempHome home;
-  const StoreChange change(home.store());
-  for (const auto& [period, numbers] : invent_Draws(100, 3))
-    put_Draw(home.store(), period, "2007-01-02", numbers);
-  const auto file = home.path() / "x.xlsx";
+TEST_F(HistoryExport, AStopLeavesTheOldFile) {
+  put_Draws(store_, invent_Draws(100, 3));
+  const auto file = home_.path() / "x.xlsx";
   real_Files().write_Whole(file, "old");
-  ScriptedDesk desk;
   int served = 0;  // once while rows are put in, then while the file is made
-  desk.on_serve = [&] {
-    if (++served == 2) desk.request_Stop();
+  desk_.on_serve = [&] {
+    if (++served == 2) desk_.request_Stop();
   };
-  EXPECT_EQ(exportHistory(home.store(), desk, file), 0);
+  EXPECT_EQ(exportHistory(store_, desk_, file), 0);
   EXPECT_EQ(read_File(file), "old");
-  desk.on_serve = nullptr;
-  EXPECT_EQ(exportHistory(home.store(), desk, file), 100) << "the stop ended with its job";
+  desk_.on_serve = nullptr;
+  EXPECT_EQ(exportHistory(store_, desk_, file), 100) << "the stop ended with its job";
 }
 
 }  // namespace

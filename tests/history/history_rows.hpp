@@ -1,27 +1,22 @@
 // Invented draws, and the history as text to compare.
 #pragma once
 
-#include <algorithm>
-#include <numeric>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "core/periods.hpp"
 #include "core/store.hpp"
+#include "support/random_numbers.hpp"
 
 namespace lotmere::test {
 
 // Draws with gaps between the periods and a year change on the way, ascending.
 inline std::vector<StoredDraw> invent_Draws(std::size_t count, unsigned seed) {
   std::mt19937 random(seed);
-  std::vector<int> pool(kRedCount);
-  std::iota(pool.begin(), pool.end(), 1);
   std::vector<StoredDraw> draws(count, {0, {{}, 7}});
   PeriodNo period = 2007100;
   for (StoredDraw& draw : draws) {
-    std::sample(pool.begin(), pool.end(), draw.numbers.reds.begin(), kRedsPerTicket,
-                random);  // in ascending order
+    draw.numbers.reds = random_Numbers(random).reds;
     draw.period = period;
     period += random() % 4 == 0 ? 3 : 1;
     if (period % 1000 > 153) period = (period / 1000 + 1) * 1000 + 1;

@@ -5,10 +5,11 @@
 #include <map>
 #include <ranges>
 #include <set>
-#include <utility>
 
 #include "conditions/catalogue.hpp"
+#include "core/metrics.hpp"
 #include "core/text.hpp"
+#include "reduction/cover.hpp"
 
 namespace lotmere::test {
 namespace {
@@ -16,7 +17,6 @@ namespace {
 using Figure = std::function<int(const Reds&)>;
 using Texts = std::vector<std::string>;
 
-const Texts kRuns = {"", "2", "2+2", "2+2+2", "3", "3+2", "3+3", "4", "4+2", "5", "6"};
 const Texts kSix = {"1,1,1,1,1,1", "2,1,1,1,1", "2,2,1,1", "2,2,2", "3,1,1,1",
                     "3,2,1",       "3,3",       "4,1,1",   "4,2",   "5,1"};
 const Texts kFour = {"2,2,1,1", "2,2,2", "3,1,1,1", "3,2,1", "3,3", "4,1,1", "4,2", "5,1", "6"};
@@ -47,36 +47,6 @@ int same(int n) { return n; }
 // In the order of their columns.
 const Figure kSums[] = {sum_Of(tail), sum_Of(digit_Root), sum_Of(big), sum_Of(small),
                         sum_Of(odd),  sum_Of(even),       sum_Of(same)};
-
-int largest_Gap(const Reds& reds) {
-  const std::set<int> numbers(reds.begin(), reds.end());
-  int gap = 0;
-  for (int last = *numbers.begin(); const int n : numbers) gap = std::max(gap, n - std::exchange(last, n));
-  return gap;
-}
-
-int span_Of(const Reds& reds) { return std::ranges::max(reds) - std::ranges::min(reds); }
-
-int ac_Of(const Reds& reds) {
-  std::set<int> differences;
-  for (int i = 0; i < 6; ++i)
-    for (int j = i + 1; j < 6; ++j) differences.insert(std::abs(reds[i] - reds[j]));
-  return static_cast<int>(differences.size()) - 5;
-}
-
-int run_Shape(const Reds& reds) {
-  std::multiset<int, std::greater<>> runs;
-  const std::set<int> numbers(reds.begin(), reds.end());
-  for (int n = 1, length = 0; n <= 34; ++n) {
-    length += static_cast<int>(numbers.count(n));
-    if (numbers.count(n)) continue;
-    if (length > 1) runs.insert(length);
-    length = 0;
-  }
-  std::string text;
-  for (const int run : runs) text += (text.empty() ? "" : "+") + std::to_string(run);
-  return static_cast<int>(std::find(kRuns.begin(), kRuns.end(), text) - kRuns.begin());
-}
 
 class Model {
  public:
@@ -184,10 +154,10 @@ class Model {
     figure(14, "[高尾码个数]", 3680, 3689, members("高尾码"));
     figure(15, "[低尾码个数]", 3690, 3699, members("高尾码", 0));
     series(16, 29);
-    figure(4, "[ 跨 度 ]", 3300, 3340, span_Of);
-    figure(5, "[最大间距]", 3400, 3440, largest_Gap);
-    figure(6, "[连号]", 3450, 3460, run_Shape);
-    figure(9, "[AC值]", 3600, 3630, ac_Of);
+    figure(4, "[ 跨 度 ]", 3300, 3340, calc_KuaDu);
+    figure(5, "[最大间距]", 3400, 3440, calc_JianJuMax);
+    figure(6, "[连号]", 3450, 3460, calc_LianHaoMax);
+    figure(9, "[AC值]", 3600, 3630, calc_AC);
   }
 
   // How often what `of` makes of a red came in the newest `draws` draws, each at most `most` times.
@@ -312,9 +282,9 @@ class Model {
     line("[ 智能优化 ] <未使用这个条件>");
     std::vector<Row> centres;
     const auto covered = [&](const Row& row) {
+      const Balls ticket = pack_Balls(row.reds, row.blue);
       return std::ranges::any_of(centres, [&](const Row& centre) {
-        const std::set<int> reds(centre.reds.begin(), centre.reds.end());
-        return (row.blue == centre.blue) + sum_Of([&](int n) { return reds.count(n); })(row.reds) >= type;
+        return count_Shared(pack_Balls(centre.reds, centre.blue), ticket) >= type;
       });
     };
     for (Row& row : rows_) {

@@ -4,22 +4,22 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <numeric>
-#include <random>
 #include <set>
 #include <stdexcept>
 
 #include "core/attributes.hpp"
-#include "core/desk_script.hpp"
 #include "core/periods.hpp"
 #include "history/draw_stats.hpp"
+#include "pipeline/filter_pass.hpp"
 #include "pipeline/run_model.hpp"
-#include "support/test_store.hpp"
+#include "support/random_numbers.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere {
 namespace {
 
 using test::kPeriod;
+using test::random_Numbers;
 
 int pick(std::mt19937& random, int first, int last) {
   return std::uniform_int_distribution<int>(first, last)(random);
@@ -34,14 +34,6 @@ void set_Rows(Store& store, const std::string& table, const std::string& column,
   while (keys.next()) rows.emplace_back(keys.number(0), keys.number(1));
   Query update = store.query("UPDATE \"" + table + "\" SET \"" + column + "\"=? WHERE rowid=?");
   for (const auto& [row, old] : rows) update.bind(value(old), row).run();
-}
-
-DrawNumbers random_Numbers(std::mt19937& random) {
-  std::array<int, kRedCount> numbers{};
-  std::iota(numbers.begin(), numbers.end(), 1);
-  DrawNumbers draw{{}, pick(random, 1, kBlueCount)};
-  std::sample(numbers.begin(), numbers.end(), draw.reds.begin(), kRedsPerTicket, random);
-  return draw;
 }
 
 // Replaces the history by `count` draws before the period and its own; the newest draw before has the
@@ -115,25 +107,22 @@ void put_Conditions(Store& store, std::mt19937& random, int used, int allowed) {
   change.commit();
 }
 
-class Run : public testing::Test {
+class Run : public test::StoreTest {
  protected:
   // Runs and compares everything with the model.
   void expect_LikeModel(const std::string& front = {}) {
-    const test::Outcome expected = test::model_Run(store());
+    const test::Outcome expected = test::model_Run(store_);
     ScriptedDesk desk;
     desk.running_Text().set(front);
-    const RunResult result = run_Pipeline(store(), desk, kPeriod);
+    const RunResult result = run_Pipeline(store_, desk, kPeriod);
     EXPECT_TRUE(result.ran && !result.stopped);
     // A front of more than 30 characters goes.
     EXPECT_EQ(desk.running_Text().text(), (front.size() > 30 ? "" : front) + expected.text);
-    EXPECT_EQ(test::read_Rows(store()), expected.rows);
+    EXPECT_EQ(test::read_Rows(store_), expected.rows);
     std::vector<std::string> tips;
     for (const auto& tip : desk.tips) tips.push_back(tip.text);
     EXPECT_EQ(tips, expected.tips);
   }
-
-  Store& store() { return home_.store(); }
-  test::TempHome home_;
 };
 
 struct Kind {
@@ -164,15 +153,14 @@ TEST_F(Run, LeavesWhatTheRulesLeave) {
     for (int trial = 0; trial < 12 && !HasFailure(); ++trial) {
       SCOPED_TRACE(trial);
       const int draws[] = {0, 1, 2, 3, 12};
-      put_History(store(), random, draws[trial % 5]);
-      put_Conditions(store(), random, kind.used, kind.allowed);
-      store()
-          .query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
+      put_History(store_, random, draws[trial % 5]);
+      put_Conditions(store_, random, kind.used, kind.allowed);
+      store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
           .bind(kind.first, kind.last)
           .run();
-      put_Tickets(store(), random, 60 + 30 * trial);
+      put_Tickets(store_, random, 60 + 30 * trial);
       expect_LikeModel(std::string(static_cast<std::size_t>(25 + trial), 'x'));
-      const std::size_t left = count_Tickets(store(), kPeriod);
+      const std::size_t left = count_Tickets(store_, kPeriod);
       emptied += left == 0;
       rejected += left > 0 && left < std::size_t(60 + 30 * trial);
       if (left > 0) expect_LikeModel();  // again over what is left
@@ -185,17 +173,17 @@ TEST_F(Run, LeavesWhatTheRulesLeave) {
 // left, a failure leaves the table as it was.
 TEST_F(Run, AStopOrAFailureInTheMiddle) {
   std::mt19937 random(11);
-  put_History(store(), random, 12);
-  put_Conditions(store(), random, 12, 95);
-  store().query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=1 WHERE "条件" IN (1,301,302))").run();
-  put_Tickets(store(), random, 300);
-  const auto rows = test::read_Rows(store());
+  put_History(store_, random, 12);
+  put_Conditions(store_, random, 12, 95);
+  store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=1 WHERE "条件" IN (1,301,302))").run();
+  put_Tickets(store_, random, 300);
+  const auto rows = test::read_Rows(store_);
   std::set<std::string> stopped_in;
   bool reached = true;
   for (int k = 0; reached && !HasFailure(); ++k) {
     SCOPED_TRACE(k);
     const bool fails = k % 2;
-    test::write_Rows(store(), rows);
+    test::write_Rows(store_, rows);
     ScriptedDesk desk;
     int serves = 0;
     std::string last;
@@ -206,20 +194,16 @@ TEST_F(Run, AStopOrAFailureInTheMiddle) {
       desk.request_Stop();
       if (fails) throw std::runtime_error("desk");
     };
-    RunResult result;
-    try {
-      result = run_Pipeline(store(), desk, kPeriod);
-    } catch (const std::runtime_error&) {
-    }
+    const auto result = test::value_OrNothing([&] { return run_Pipeline(store_, desk, kPeriod); });
     reached = serves > k / 2;
     EXPECT_FALSE(desk.stop_Requested());
     EXPECT_EQ(desk.jobs_open, 0);
-    const auto left = test::read_Rows(store());
+    const auto left = test::read_Rows(store_);
     const bool saved = !reached || last.starts_with("全部过滤") ||
                        (!fails && !last.empty() && !last.starts_with("正读取数据"));
     EXPECT_EQ(result.ran, saved && (!reached || !fails));
-    test::write_Rows(store(), rows);
-    const test::Outcome expected = test::model_Run(store(), last);
+    test::write_Rows(store_, rows);
+    const test::Outcome expected = test::model_Run(store_, last);
     EXPECT_EQ(left, saved ? expected.rows : rows);
     if (fails || last.find("过滤正") == std::string::npos) continue;
     stopped_in.insert(last);
@@ -227,6 +211,35 @@ TEST_F(Run, AStopOrAFailureInTheMiddle) {
     EXPECT_EQ(desk.running_Text().text(), expected.text);
   }
   EXPECT_GE(stopped_in.size(), 4U);
+}
+
+using Walk = test::StoreTest;
+
+// A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old order.
+TEST_F(Walk, AStopBetweenBlocksLeavesTheRestAsItStood) {
+  constexpr std::size_t rows = 20'000;
+  TicketSet tickets;
+  for (std::size_t row = 0; row < rows; ++row)
+    tickets.add(pack_Balls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
+  desk_.on_serve = [&] { desk_.request_Stop(); };
+  PipelineRun run{store_, desk_, tickets, kPeriod};
+  const auto kept =
+      walk_Tickets(run, lines_Of("[x]"), judge_ByReds([](Balls balls) { return reds_Of(balls)[0] > 11; }));
+
+  const auto passed = static_cast<std::size_t>(kept);
+  const std::size_t left = tickets.size() - passed;
+  ASSERT_GT(passed, 0U);
+  ASSERT_GT(left, 0U);
+  EXPECT_NEAR(static_cast<double>(passed) / static_cast<double>(rows - left), 2.0 / 3, 0.01);
+  for (std::size_t row = 0; row < tickets.size(); ++row) {
+    const bool judged = row < passed;
+    ASSERT_EQ(tickets.mark[row], judged ? 1 : 0) << row;
+    ASSERT_EQ(tickets.seq[row], judged ? row + 1 : tickets.origin[row] + 1U) << row;
+    if (!judged) {
+      ASSERT_EQ(tickets.origin[row], rows - (tickets.size() - row)) << row;
+    }
+  }
+  EXPECT_TRUE(desk_.running_Text().text().ends_with("[x]过滤正在进行中．．．"));
 }
 
 }  // namespace

@@ -4,16 +4,14 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <numeric>
-#include <random>
 
 #include "conditions/condition_store.hpp"
-#include "core/desk_script.hpp"
 #include "reduction/cai_piao.hpp"
 #include "reduction/hints.hpp"
 #include "reduction/shrink.hpp"
 #include "reduction/smart.hpp"
-#include "support/test_store.hpp"
+#include "support/random_numbers.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere {
 namespace {
@@ -49,21 +47,21 @@ std::vector<std::uint32_t> centre_ByCentre(const Tickets& tickets, int type) {
 
 // Tickets out of the first `reds` numbers; with `wild` out of order, some with a red two or three times.
 Tickets random_Tickets(std::mt19937& random, std::size_t count, int reds, bool wild) {
-  std::uniform_int_distribution<int> red(1, reds), blue(1, 16);
-  Tickets tickets;
-  while (tickets.size() < count) {
-    DrawNumbers ticket{{}, blue(random)};
-    for (int& n : ticket.reds) n = red(random);
-    Reds sorted = ticket.reds;
-    std::sort(sorted.begin(), sorted.end());
-    if (!wild && std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) continue;
-    tickets.push_back(wild ? ticket : DrawNumbers{sorted, ticket.blue});
+  Tickets tickets(count);
+  for (DrawNumbers& ticket : tickets) {
+    ticket = test::random_Numbers(random, reds);
+    if (!wild) continue;
+    std::shuffle(ticket.reds.begin(), ticket.reds.end(), random);
+    for (auto repeats = random() % 3; repeats > 0; --repeats) ticket.reds[repeats] = ticket.reds[0];
   }
   return tickets;
 }
 
-TEST(Shrink, EqualsTheRuleCentreByCentre) {
-  test::TempHome home;
+using Shrink = test::StoreTest;
+using Smart = test::StoreTest;
+using Hints = test::StoreTest;
+
+TEST_F(Shrink, EqualsTheRuleCentreByCentre) {
   std::mt19937 random(99);
   for (int trial = 0; trial < 192; ++trial) {
     SCOPED_TRACE(trial);
@@ -73,7 +71,7 @@ TEST(Shrink, EqualsTheRuleCentreByCentre) {
     const auto centres = centre_ByCentre(tickets, type);
     TicketSet set = make_Set(tickets);
     ScriptedDesk desk;
-    EXPECT_EQ(shrink_Cover(home.store(), desk, set, type), static_cast<std::int64_t>(centres.size()));
+    EXPECT_EQ(shrink_Cover(store_, desk, set, type), static_cast<std::int64_t>(centres.size()));
     EXPECT_EQ(set.origin, centres);
     for (std::size_t row = 0; row < set.size(); ++row) {
       EXPECT_EQ(set.shrink[row], type);
@@ -84,8 +82,7 @@ TEST(Shrink, EqualsTheRuleCentreByCentre) {
 }
 
 // A stop that came during the optimisation before lets one centre stand and compares one ticket with it.
-TEST(Shrink, AStopLeavesTheTicketsNotReached) {
-  test::TempHome home;
+TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
   std::mt19937 random(4);
   auto tickets = random_Tickets(random, 9000, 33, false);
   for (const auto& [beforehand, near] : {std::pair{false, false}, {true, false}, {true, true}}) {
@@ -94,7 +91,7 @@ TEST(Shrink, AStopLeavesTheTicketsNotReached) {
     ScriptedDesk desk;
     if (beforehand) desk.request_Stop();
     desk.on_serve = [&] { desk.request_Stop(); };
-    const auto centres = static_cast<std::size_t>(shrink_Cover(home.store(), desk, set, 4));
+    const auto centres = static_cast<std::size_t>(shrink_Cover(store_, desk, set, 4));
     const auto literal = centre_ByCentre(tickets, 4);
     EXPECT_LT(centres, literal.size());
     EXPECT_EQ(centres == 1, beforehand);
@@ -131,23 +128,20 @@ int count_AgreeingSlots(const Tickets& draws, const DrawNumbers& ticket) {
 }
 
 // Puts the draws before the period, newest first, and one of the period itself, which takes no part.
-void put_Draws(Store& store, Tickets draws) {
-  StoreChange change(store);
+void put_Draws(Store& store, const Tickets& draws) {
   store.query(R"(DELETE FROM "历史记录")").run();
-  draws.insert(draws.begin(), {{1, 2, 3, 4, 5, 6}, 7});
-  for (int i = 0; i < static_cast<int>(draws.size()); ++i)
-    test::put_Draw(store, kPeriod - 3 * i, "2026-01-01", draws[i]);
-  change.commit();
+  std::vector<StoredDraw> rows{{kPeriod, {{1, 2, 3, 4, 5, 6}, 7}}};
+  for (const DrawNumbers& draw : draws) rows.push_back({kPeriod - 3 * static_cast<int>(rows.size()), draw});
+  test::put_Draws(store, rows);
 }
 
-TEST(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
-  test::TempHome home;
-  set_Usage(home.store(), kSmartOptimisation, true);
+TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
+  set_Usage(store_, kSmartOptimisation, true);
   std::mt19937 random(77);
   for (int trial = 0; trial < 52; ++trial) {
     SCOPED_TRACE(trial);
     const auto draws = random_Tickets(random, trial % 13, 33, false);
-    put_Draws(home.store(), draws);
+    put_Draws(store_, draws);
     const int count = 1 + trial % 17;
     auto tickets = random_Tickets(random, count, 33, trial % 2);
     if (!draws.empty()) tickets.back() = draws.front();
@@ -165,21 +159,20 @@ TEST(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
     for (int i = 0; i * 10 < count * 6; ++i) scores[order[i]] = 0;
 
     ScriptedDesk desk;
-    optimise_Smart(home.store(), desk, set, 6);
+    optimise_Smart(store_, desk, set, 6);
     EXPECT_EQ(std::vector<int>(set.score.begin(), set.score.end()), scores);
     EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ] 完 成 ");
   }
 }
 
 // Only a switch of exactly 1 is on; types that name none of 3 to 6 delete nothing and only count.
-TEST(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
-  test::TempHome home;
+TEST_F(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
   for (const auto& [usage, type] : {std::pair{0, 6}, {2, 6}, {1, 7}, {1, 12}, {1, 2}, {1, -1}}) {
-    home.store().query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=300)").bind(usage).run();
+    store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=300)").bind(usage).run();
     TicketSet set = make_Set(Tickets(2, {{1, 2, 3, 4, 5, 6}, 7}));
     set.score = {42, 42};
     ScriptedDesk desk;
-    EXPECT_EQ(shrink_Cover(home.store(), desk, set, type), type == 6) << type;
+    EXPECT_EQ(shrink_Cover(store_, desk, set, type), type == 6) << type;
     EXPECT_EQ(desk.running_Text().text(),
               std::string("\r\n\r\n[ 智能优化 ] <未使用这个条件>\r\n\r\n") +
                   (type == 6 ? "[保六型]缩水后余：１ 注" : "[保七型]缩水后余：２ 注"));
@@ -188,9 +181,8 @@ TEST(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
   }
 }
 
-TEST(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
-  test::TempHome home;
-  set_Usage(home.store(), kSmartOptimisation, true);
+TEST_F(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
+  set_Usage(store_, kSmartOptimisation, true);
   TicketSet set = make_Set(Tickets(10'000));
   std::fill(set.score.begin(), set.score.end(), 5000);
   ScriptedDesk desk;
@@ -198,7 +190,7 @@ TEST(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
   desk.on_serve = [&] {
     if (++serves == 2) desk.request_Stop();
   };
-  optimise_Smart(home.store(), desk, set, 6);
+  optimise_Smart(store_, desk, set, 6);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 5000), 4000) << "those not reached keep theirs";
   EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");
@@ -235,25 +227,23 @@ void mark_OnTheTable(Store& store, const Tickets& draws) {
   }
 }
 
-TEST(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
-  test::TempHome home;
-  Store& store = home.store();
-  StoreChange all(store);  // one change of all trials, so that they don't wait for the disk
+TEST_F(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
+  StoreChange all(store_);  // one change of all trials, so that they don't wait for the disk
   std::mt19937 random(5);
   for (std::size_t trial = 0; trial < 260; ++trial) {
     SCOPED_TRACE(trial);
     auto draws = random_Tickets(random, trial % 13, 33, false);
     const bool unmarked = trial % 5 == 4 && draws.size() >= 5;
     for (DrawNumbers& draw : draws) draw.blue *= !unmarked;  // no guess hits a 0
-    put_Draws(store, draws);
+    put_Draws(store_, draws);
     ScriptedDesk desk;
-    desk.on_serve = [&, old = chances_Text(store)] { EXPECT_EQ(chances_Text(store), old); };
-    hint_GaiLv(store, desk, kPeriod);
-    const std::string marks = chances_Text(store);
-    const auto [reds, blues] = low_ChanceNumbers(store);
+    desk.on_serve = [&, old = chances_Text(store_)] { EXPECT_EQ(chances_Text(store_), old); };
+    hint_GaiLv(store_, desk, kPeriod);
+    const std::string marks = chances_Text(store_);
+    const auto [reds, blues] = low_ChanceNumbers(store_);
     EXPECT_TRUE(reds.size() == (unmarked ? 0 : 6) && blues.size() == (unmarked ? 0 : 5)) << marks;
-    mark_OnTheTable(store, draws);
-    EXPECT_EQ(marks, chances_Text(store));
+    mark_OnTheTable(store_, draws);
+    EXPECT_EQ(marks, chances_Text(store_));
   }
 }
 

@@ -42,6 +42,12 @@ void put_Draw(Store& store, PeriodNo period, const std::string& date, const Draw
       .run();
 }
 
+void put_Draws(Store& store, const std::vector<StoredDraw>& draws) {
+  StoreChange change(store);
+  for (const auto& [period, numbers] : draws) put_Draw(store, period, "2007-01-02", numbers);
+  change.commit();
+}
+
 void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers) {
   const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
   store

@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/game.hpp"
 #include "core/home.hpp"
+#include "core/periods.hpp"
 #include "core/store.hpp"
 
 namespace lotmere::test {
@@ -33,6 +35,9 @@ class TempHome {
 
 // Writes a draw's identity and numbers without any statistics.
 void put_Draw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers);
+
+// The same for a list, each with the date 2007-01-02, in one change.
+void put_Draws(Store& store, const std::vector<StoredDraw>& draws);
 
 // Writes a ticket row with an ID and a running number of the caller's choice.
 void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers);

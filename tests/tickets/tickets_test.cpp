@@ -4,10 +4,9 @@
 #include <random>
 #include <stdexcept>
 
-#include "core/desk_script.hpp"
 #include "core/number_list.hpp"
 #include "core/text.hpp"
-#include "support/test_store.hpp"
+#include "support/store_test.hpp"
 #include "tickets/init.hpp"
 #include "tickets/ticket_rows.hpp"
 
@@ -50,14 +49,9 @@ NumberSelection picks(const char* red_tuo, const char* red_dan, const char* blue
   return selection;
 }
 
-class Tickets : public testing::Test {
+class Tickets : public test::StoreTest {
  protected:
-  void pick(const NumberSelection& selection) {
-    ScriptedDesk desk;
-    ASSERT_TRUE(replace_Selection(store(), desk, selection));
-  }
-  Store& store() { return home_.store(); }
-  test::TempHome home_;
+  void pick(const NumberSelection& selection) { ASSERT_TRUE(replace_Selection(store_, desk_, selection)); }
 };
 
 TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
@@ -71,13 +65,12 @@ TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
     const auto expected = nested_Loops(selection);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(count_Combos(selection).tickets, count) << trial;
-    ScriptedDesk desk;
-    const bool fits = replace_Selection(store(), desk, selection);
+    const bool fits = replace_Selection(store_, desk_, selection);
     EXPECT_EQ(fits, count <= 100'000) << trial;
     if (!fits) continue;
-    test::write_Rows(store(), {});
-    EXPECT_EQ(init_Tickets(store(), desk, kPeriod).done, count > 0) << trial;
-    EXPECT_EQ(test::read_Rows(store()), expected) << trial;
+    test::write_Rows(store_, {});
+    EXPECT_EQ(init_Tickets(store_, desk_, kPeriod).done, count > 0) << trial;
+    EXPECT_EQ(test::read_Rows(store_), expected) << trial;
   }
 }
 
@@ -90,16 +83,16 @@ TEST_F(Tickets, WritesTheTicketsBehindTheOldOnesOfThePeriod) {
   const NumberSelection selection = picks("1-8", "", "3,16", "");
   pick(selection);
   for (const bool keep : {false, true}) {
-    test::write_Rows(store(), kOldRows);
+    test::write_Rows(store_, kOldRows);
     std::vector<Row> expected = nested_Loops(selection, 12);
     if (keep) expected.insert(expected.begin(), {kOldRows[0], kOldRows[2]});
     ScriptedDesk desk;
     desk.answers = {!keep};
-    const InitResult result = init_Tickets(store(), desk, kPeriod);
+    const InitResult result = init_Tickets(store_, desk, kPeriod);
     EXPECT_TRUE(result.done && !result.stopped);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(result.rows, count);
-    EXPECT_EQ(test::read_Rows(store()), expected);
+    EXPECT_EQ(test::read_Rows(store_), expected);
     EXPECT_EQ(desk.told.at(0).text, "初始化选号完成!共 " + to_QuanJiao(count) + " 注！");
   }
 }
@@ -111,21 +104,17 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
   pick(selection);
   for (int k = 0; k < 8; ++k) {
     const bool fails = k % 2;
-    test::write_Rows(store(), kOldRows);
+    test::write_Rows(store_, kOldRows);
     ScriptedDesk desk;
     desk.answers = {true};
     int serves = 0;
     desk.on_serve = [&] {
       if (serves++ != k / 2) return;
       desk.request_Stop();
-      if (fails) throw std::logic_error("desk");
+      if (fails) throw std::runtime_error("desk");
     };
-    InitResult result;
-    try {
-      result = init_Tickets(store(), desk, kPeriod);
-    } catch (const std::logic_error&) {
-    }
-    const auto rows = test::read_Rows(store());
+    const auto result = test::value_OrNothing([&] { return init_Tickets(store_, desk, kPeriod); });
+    const auto rows = test::read_Rows(store_);
     const bool reached = serves > k / 2;
     EXPECT_EQ(reached, k < 6);
     EXPECT_EQ(result.stopped, reached && !fails);
@@ -137,16 +126,16 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
 }
 
 TEST_F(Tickets, ASavedSetWritesScoresAlone) {
-  test::write_Rows(store(), kOldRows);
+  test::write_Rows(store_, kOldRows);
   const auto never = [](std::size_t) { return false; };
-  auto set = load_Tickets(store(), kPeriod, never);
+  auto set = load_Tickets(store_, kPeriod, never);
   ASSERT_TRUE(set.has_value());
   set->score = {2, 7};
-  save_Tickets(store(), *set, never);
+  save_Tickets(store_, *set, never);
   auto expected = kOldRows;
   expected[0].mark = expected[0].shrink = 0;
   expected[2].score = 7;
-  EXPECT_EQ(test::read_Rows(store()), expected);
+  EXPECT_EQ(test::read_Rows(store_), expected);
 }
 
 TEST_F(Tickets, AClickOnThePad) {
@@ -183,8 +172,8 @@ TEST_F(Tickets, AClickOnThePad) {
     pick(click.before);
     ScriptedDesk desk;
     if (click.answer) desk.answers = {*click.answer};
-    EXPECT_EQ(click_Number(store(), desk, click.code, click.tab), click.before != click.after);
-    EXPECT_EQ(load_Selection(store()), click.after);
+    EXPECT_EQ(click_Number(store_, desk, click.code, click.tab), click.before != click.after);
+    EXPECT_EQ(load_Selection(store_), click.after);
     EXPECT_TRUE(desk.answers.empty());
     for (const auto& told : desk.told) desk.asked = {told.text};
     EXPECT_EQ(desk.asked, std::vector<std::string>(click.said.empty() ? 0 : 1, click.said));
@@ -192,15 +181,14 @@ TEST_F(Tickets, AClickOnThePad) {
 }
 
 TEST_F(Tickets, AClickOnAMarkedNumberWarnsFirst) {
-  store().db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
-  ScriptedDesk desk;
-  desk.answers = {false};
-  EXPECT_TRUE(click_Number(store(), desk, 105, PadTab::tuo)) << "no period, no warning";
-  EXPECT_FALSE(click_Number(store(), desk, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
-  EXPECT_TRUE(click_Number(store(), desk, 107, PadTab::dan, kPeriod)) << "not marked";
-  EXPECT_FALSE(click_Number(store(), desk, 105, PadTab::tuo, kPeriod)) << "locked";
-  ASSERT_TRUE(desk.told.size() == 1 && desk.answers.empty());
-  EXPECT_EQ(desk.told[0].text, "根据概率统计,号码: 05 在第 2026050 期出现的几率较低！");
+  store_.db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
+  desk_.answers = {false};
+  EXPECT_TRUE(click_Number(store_, desk_, 105, PadTab::tuo)) << "no period, no warning";
+  EXPECT_FALSE(click_Number(store_, desk_, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
+  EXPECT_TRUE(click_Number(store_, desk_, 107, PadTab::dan, kPeriod)) << "not marked";
+  EXPECT_FALSE(click_Number(store_, desk_, 105, PadTab::tuo, kPeriod)) << "locked";
+  ASSERT_TRUE(desk_.told.size() == 1 && desk_.answers.empty());
+  EXPECT_EQ(desk_.told[0].text, "根据概率统计,号码: 05 在第 2026050 期出现的几率较低！");
 }
 
 }  // namespace
