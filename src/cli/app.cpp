@@ -12,6 +12,7 @@
 #include "core/desk_terminal.hpp"
 #include "core/failure.hpp"
 #include "core/store_files.hpp"
+#include "core/text.hpp"
 
 namespace lotmere {
 namespace {
@@ -88,7 +89,8 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
   // The parser misses a command before it looks at the words that it couldn't place; the person wants to know the word.
   const auto unknown = app.remaining(true);
   if (!unknown.empty() && (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError))
-    return fmt::format("有不认识的命令或参数：{}。{}", fmt::join(unknown, " "), help);
+    return fmt::format("有不认识的命令或参数{}。{}", quote_Typed(fmt::format("{}", fmt::join(unknown, " "))),
+                       help);
   if (code == CLI::ExitCodes::RequiredError)
     return detail.starts_with("A subcommand")
                ? fmt::format("缺少命令。{}", help)

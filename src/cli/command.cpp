@@ -10,22 +10,6 @@
 
 namespace lotmere {
 
-std::string quote_Typed(std::string_view text) {
-  constexpr std::size_t longest = 40;
-  std::string shown = "“";
-  std::size_t characters = 0;
-  for (const char c : text) {
-    characters += count_Characters({&c, 1});
-    if (characters > longest || shown.size() > 4 * longest) {  // the latter for what isn't UTF-8
-      shown += "…";
-      break;
-    }
-    const bool steers = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
-    shown += steers ? '?' : c;
-  }
-  return shown + "”";
-}
-
 std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text) {
   // A prompt would cut what is too long; here a slip must not name another draw, so it is refused.
   const bool digits =

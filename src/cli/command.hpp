@@ -73,10 +73,6 @@ void add_AnalysisCommands(CommandList& list);
 void add_UserCommands(CommandList& list);
 void add_StoreCommands(CommandList& list);
 
-// A typed text as a refusal shows it, in quotation marks: cut behind 40 characters, and nothing in it that steers
-// a terminal.
-[[nodiscard]] std::string quote_Typed(std::string_view text);
-
 // A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
 [[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
 

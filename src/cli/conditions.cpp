@@ -8,6 +8,7 @@
 #include "conditions/own_sets.hpp"
 #include "conditions/summary.hpp"
 #include "conditions/values.hpp"
+#include "core/text.hpp"
 
 namespace lotmere {
 namespace {

@@ -8,6 +8,7 @@
 #include "conditions/condition_store.hpp"
 #include "core/number_list.hpp"
 #include "core/periods.hpp"
+#include "core/text.hpp"
 #include "history/draw_stats.hpp"
 
 namespace lotmere {

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "core/platform.hpp"
+#include "core/text.hpp"
 
 namespace lotmere {
 namespace {
@@ -35,10 +36,12 @@ std::string store_Reason(const SQLite::Exception& failure) {
 }  // namespace
 
 std::string failure_Text(const std::exception& failure) {
+  constexpr std::size_t longest_path = 120;
   if (const auto* store = dynamic_cast<const SQLite::Exception*>(&failure))
     return fmt::format("数据库操作失败，数据保持原样：{}", store_Reason(*store));
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&failure))
-    return fmt::format("文件操作失败：{}（{}）", file->path1().string(), reason_Text(file->code()));
+    return fmt::format("文件操作失败：{}（{}）", quote_Typed(file->path1().string(), longest_path),
+                       reason_Text(file->code()));
   return fmt::format("操作失败，数据保持原样：{}", failure.what());
 }
 

@@ -60,10 +60,13 @@ class RealFiles final : public FileSystem {
     sync(to.has_parent_path() ? to.parent_path() : fs::path("."));
   }
 
-  void write_Whole(const fs::path& path, const std::string& bytes) override {
-    // A device or a pipe is no file to be replaced.
+  void write_Whole(const fs::path& name, const std::string& bytes) override {
+    // What a link names is replaced, not the link.
+    const fs::path path = fs::is_symlink(name) ? fs::weakly_canonical(name) : name;
+    // A device or a pipe is no file to be replaced, and one that nobody may write stays.
     if (fs::exists(path) && !fs::is_regular_file(path))
       throw fs::filesystem_error("write", path, std::make_error_code(std::errc::invalid_argument));
+    if (fs::exists(path) && ::access(path.c_str(), W_OK) != 0) fail("write", path);
     std::string beside = path.string() + ".XXXXXX";
     const Descriptor file(::mkstemp(beside.data()), path);
     try {
@@ -98,6 +101,8 @@ std::string reason_Text(const std::error_code& code) {
   if (code == std::errc::is_a_directory || code == std::errc::not_a_directory) return "文件和文件夹弄混了";
   if (code == std::errc::invalid_argument) return "不是普通文件";
   if (code == std::errc::io_error) return "读写出错";
+  if (code == std::errc::filename_too_long) return "文件名太长";
+  if (code == std::errc::too_many_symbolic_link_levels) return "链接绕了圈子";
   return code.message();
 }
 

@@ -51,6 +51,21 @@ std::size_t count_Characters(std::string_view text) {
       text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
+std::string quote_Typed(std::string_view text, std::size_t longest) {
+  std::string shown = "“";
+  std::size_t characters = 0;
+  for (const char c : text) {
+    characters += count_Characters({&c, 1});
+    if (characters > longest || shown.size() > 4 * longest) {  // the latter for what isn't UTF-8
+      shown += "…";
+      break;
+    }
+    const bool steers = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    shown += steers ? '?' : c;
+  }
+  return shown + "”";
+}
+
 std::string decode_Text(std::string_view text, int mode, std::string_view key) {
   constexpr int shift = 5;
   constexpr std::size_t key_length = 8;

@@ -33,6 +33,10 @@ inline constexpr std::string_view kLineBreak = "\r\n";
 // The number of characters (code points) of a UTF-8 text.
 [[nodiscard]] std::size_t count_Characters(std::string_view text);
 
+// A text that somebody typed as a refusal shows it, in quotation marks: cut behind so many characters, and
+// nothing in it that steers a terminal.
+[[nodiscard]] std::string quote_Typed(std::string_view text, std::size_t longest = 40);
+
 // Scrambles (mode other than 0: reversed, each byte raised by 5) or unscrambles (mode 0: each byte lowered by
 // 5, then reversed) a stored name. Unscrambling asks for a key of exactly eight characters and gives an empty
 // text with any other.
