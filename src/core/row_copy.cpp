@@ -1,6 +1,7 @@
 #include "core/row_copy.hpp"
 
 #include <fmt/format.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -51,7 +52,7 @@ int write_Rows(SQLite::Database& target, const TwinTables& twins, const TwinRows
   const std::size_t copied = std::min(places.size(), rows.size());
   for (std::size_t row = 0; row < copied; ++row) {
     if (rows[row].size() < static_cast<std::size_t>(count))
-      throw SQLite::Exception("the tables to copy differ in their columns");
+      throw SQLite::Exception("the tables to copy differ in their columns", SQLITE_MISMATCH);
     for (int i = 0; i < count; ++i)
       std::visit([&](const auto& value) { update.bind(i + 1, value); }, rows[row][i]);
     update.bind(count + 1, places[row]);

@@ -74,14 +74,18 @@ void create_Conditions(SQLite::Database& db, const std::string& prefix) {
                       cells));
   db.exec(fmt::format(
       "CREATE TABLE {} (\"条件\" INTEGER PRIMARY KEY, \"使用情况\" INTEGER NOT NULL DEFAULT 0)", usages));
-  SQLite::Statement add_cell(db, fmt::format("INSERT INTO {} VALUES (?, ?)", cells));
+}
+
+void fill_Conditions(SQLite::Database& db, const std::string& prefix) {
+  SQLite::Statement add_cell(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(prefix + "过滤条件")));
   for (const FactoryCell& cell : all_FactoryCells()) {
     add_cell.bind(1, cell.id);
     add_cell.bind(2, cell.value);
     add_cell.exec();
     add_cell.reset();
   }
-  SQLite::Statement add_usage(db, fmt::format("INSERT INTO {} VALUES (?, ?)", usages));
+  SQLite::Statement add_usage(
+      db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(prefix + "过滤条件使用情况")));
   for (const FactoryUsage& usage : all_FactoryUsages()) {
     add_usage.bind(1, usage.id);
     add_usage.bind(2, usage.on ? 1 : 0);
@@ -104,14 +108,15 @@ std::vector<bool> factory_Row(AttributeTable table, int number) {
 }
 
 void create_Attributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
-  const auto columns = attribute_Columns(table);
   std::string definition = "\"INDEX\" INTEGER PRIMARY KEY, \"号码\" INTEGER NOT NULL UNIQUE";
-  std::string marks = "?, ?";
-  for (const std::string& column : columns) {
+  for (const std::string& column : attribute_Columns(table))
     definition += fmt::format(", {} INTEGER NOT NULL DEFAULT 0", sql_Name(column));
-    marks += ", ?";
-  }
   db.exec(fmt::format("CREATE TABLE {} ({})", sql_Name(name), definition));
+}
+
+void fill_Attributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
+  std::string marks = "?, ?";
+  for (std::size_t i = 0; i < attribute_Columns(table).size(); ++i) marks += ", ?";
   SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES ({})", sql_Name(name), marks));
   for (int n = 1; n <= kRedCount; ++n) {
     add.bind(1, n);
@@ -127,6 +132,9 @@ void create_Attributes(SQLite::Database& db, AttributeTable table, const std::st
 void create_IntervalDefinition(SQLite::Database& db, const std::string& name) {
   db.exec(fmt::format("CREATE TABLE {} (\"号码\" INTEGER PRIMARY KEY, \"区间\" INTEGER NOT NULL DEFAULT 0)",
                       sql_Name(name)));
+}
+
+void fill_IntervalDefinition(SQLite::Database& db, const std::string& name) {
   SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(name)));
   for (int n = 1; n <= kRedCount; ++n) {
     add.bind(1, n);
@@ -141,6 +149,9 @@ void create_CustomIntervals(SQLite::Database& db) {
       "CREATE TABLE \"自定义区间\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL UNIQUE, "
       "\"条件使用情况\" INTEGER NOT "
       "NULL, \"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
+}
+
+void fill_CustomIntervals(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"自定义区间\" VALUES (?, ?, ?, ?, ?)");
   for (const CustomInterval& interval : factory_CustomIntervals()) {
     add.bind(1, interval.turn);
@@ -181,6 +192,9 @@ void create_Combinations(SQLite::Database& db) {
       "CREATE TABLE \"组合过滤\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL, \"条件使用情况\" "
       "INTEGER NOT NULL, "
       "\"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
+}
+
+void fill_Combinations(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"组合过滤\" VALUES (?, ?, ?, ?, ?)");
   int turn = 0;
   for (const CombinationRow& row : kCombinations) {
@@ -206,28 +220,31 @@ void create_SmallTables(SQLite::Database& db) {
       "CREATE TABLE \"历史数据过滤\" (\"使用状态\" INTEGER NOT NULL, \"最小值\" INTEGER NOT NULL, \"最大值\" "
       "INTEGER NOT NULL, "
       "\"匹配值\" INTEGER NOT NULL)");
-  db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6)", kDefaultPeriod));
   db.exec("CREATE TABLE \"概率表\" (\"号码\" INTEGER PRIMARY KEY, \"概率\" INTEGER NOT NULL DEFAULT 0)");
+  db.exec(
+      "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT)");
+  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL, \"当前用户\" TEXT NOT NULL DEFAULT '')");
+  db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
+}
+
+void fill_SmallTables(SQLite::Database& db) {
+  db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6)", kDefaultPeriod));
   SQLite::Statement add(db, "INSERT INTO \"概率表\" (\"号码\") VALUES (?)");
   for (int i = 1; i <= kCodeCount; ++i) {
     add.bind(1, i <= kRedCount ? i : kBlueCodeBase + i - kRedCount);
     add.exec();
     add.reset();
   }
-  db.exec(
-      "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT)");
   db.exec("INSERT INTO \"用户表\" VALUES ('临时用户', '', NULL)");
-  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL, \"当前用户\" TEXT NOT NULL DEFAULT '')");
   db.exec("INSERT INTO \"用户模式\" (\"模式\") VALUES (0)");
-  db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
   db.exec("INSERT INTO \"下载地址\" VALUES ('')");
 }
 
-// What belongs to a user: the working tables, and all of a profile.
-void create_UserTables(SQLite::Database& db) {
-  create_Conditions(db, "");
-  create_Attributes(db, AttributeTable::first, "号码特性");
-  create_IntervalDefinition(db, "区间定义");
+// Writes the factory rows of what belongs to a user.
+void fill_UserTables(SQLite::Database& db) {
+  fill_Conditions(db, "");
+  fill_Attributes(db, AttributeTable::first, "号码特性");
+  fill_IntervalDefinition(db, "区间定义");
 }
 
 void set_Version(SQLite::Database& db, int version) {
@@ -256,7 +273,13 @@ const std::vector<DrawColumn>& draw_Columns() {
   return columns;
 }
 
-void create_Schema(SQLite::Database& db) {
+void create_UserTables(SQLite::Database& db) {
+  create_Conditions(db, "");
+  create_Attributes(db, AttributeTable::first, "号码特性");
+  create_IntervalDefinition(db, "区间定义");
+}
+
+void create_Tables(SQLite::Database& db) {
   create_History(db);
   create_Tickets(db);
   create_UserTables(db);
@@ -269,11 +292,25 @@ void create_Schema(SQLite::Database& db) {
   create_Combinations(db);
   create_Distribution(db);
   create_SmallTables(db);
+}
+
+void create_Schema(SQLite::Database& db) {
+  create_Tables(db);
+  fill_UserTables(db);
+  fill_Conditions(db, "默认");
+  fill_Attributes(db, AttributeTable::first, "默认号码特性");
+  fill_IntervalDefinition(db, "默认区间定义");
+  fill_Attributes(db, AttributeTable::second, "号码特性2");
+  fill_Attributes(db, AttributeTable::third, "号码特性3");
+  fill_CustomIntervals(db);
+  fill_Combinations(db);
+  fill_SmallTables(db);
   set_Version(db, kSchemaVersion);
 }
 
 void create_Profile(SQLite::Database& db) {
   create_UserTables(db);
+  fill_UserTables(db);
   set_Version(db, kSchemaVersion);
 }
 

@@ -34,6 +34,10 @@ struct DrawColumn {
 inline constexpr int kFirstPatternColumn = 32;
 inline constexpr int kPatternColumnCount = 32;
 
+// Creates every table in an empty database, or only those of a profile, without rows.
+void create_Tables(SQLite::Database& db);
+void create_UserTables(SQLite::Database& db);
+
 // Creates every table in an empty database and fills it with the factory rows; the history starts empty. Runs
 // inside the caller's transaction. Throws SQLite::Exception.
 void create_Schema(SQLite::Database& db);

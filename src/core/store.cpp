@@ -1,6 +1,10 @@
 #include "core/store.hpp"
 
 #include <sqlite3.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <set>
 
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
@@ -9,6 +13,7 @@ namespace lotmere {
 namespace {
 
 constexpr int kBusyTimeoutMs = 2000;
+constexpr int kHighestVersion = 255;  // above it no version stands but flipped bits
 
 int schema_Version(SQLite::Database& db) { return db.execAndGet("PRAGMA user_version").getInt(); }
 
@@ -17,6 +22,42 @@ void bring_UpToDate(SQLite::Database& db) {
   SQLite::Transaction change(db, SQLite::TransactionBehavior::IMMEDIATE);
   upgrade_Schema(db);
   change.commit();
+}
+
+// Every column of every table: its table, place, name, type and constraints.
+std::set<std::string> all_Columns(SQLite::Database& db) {
+  SQLite::Statement row(
+      db,
+      R"(SELECT t.name||'|'||c.cid||'|'||c.name||'|'||c.type||'|'||c."notnull"||'|'||c.pk||'|'||ifnull(c.dflt_value,'')
+                               FROM sqlite_master t, pragma_table_info(t.name) c WHERE t.type='table')");
+  std::set<std::string> columns;
+  while (row.executeStep()) columns.insert(row.getColumn(0).getString());
+  return columns;
+}
+
+std::set<std::string> expected_Columns(StoreKind kind) {
+  SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  kind == StoreKind::main ? create_Tables(fresh) : create_UserTables(fresh);
+  return all_Columns(fresh);
+}
+
+// A byte that changed in the middle of a table's definition leaves whole pages and a name that nothing finds.
+bool has_Columns(SQLite::Database& db, StoreKind kind) {
+  const auto columns = all_Columns(db);
+  const auto expected = expected_Columns(kind);
+  return std::includes(columns.begin(), columns.end(), expected.begin(), expected.end());
+}
+
+// The header can name a format that the engine reads and doesn't write.
+bool is_ReadOnlyFormat(SQLite::Database& db, const std::filesystem::path& path) {
+  return sqlite3_db_readonly(db.getHandle(), "main") == 1 && ::access(path.c_str(), W_OK) == 0;
+}
+
+// The engine reads what is missing of the last page as zeros.
+bool is_CutShort(SQLite::Database& db, const std::filesystem::path& path) {
+  const auto pages = db.execAndGet("PRAGMA page_count").getInt64();
+  const auto page_size = db.execAndGet("PRAGMA page_size").getInt64();
+  return std::filesystem::file_size(path) < static_cast<std::uintmax_t>(pages * page_size);
 }
 
 }  // namespace
@@ -83,17 +124,32 @@ void set_StorePragmas(SQLite::Database& db) {
       "temp_store = MEMORY");
 }
 
-StoreState check_Store(const std::filesystem::path& path) {
+StoreState check_Store(const std::filesystem::path& path, StoreKind kind) {
   try {
     SQLite::Database db(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
     const int version = schema_Version(db);
-    if (version < 1 || db.execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
+    if (version < 1 || version > kHighestVersion || is_ReadOnlyFormat(db, path) || is_CutShort(db, path) ||
+        db.execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
       return StoreState::damaged;
-    return version > kSchemaVersion ? StoreState::newer : StoreState::sound;
+    if (version > kSchemaVersion) return StoreState::newer;
+    // An older version gets its last columns when it is opened.
+    return version < kSchemaVersion || has_Columns(db, kind) ? StoreState::sound : StoreState::damaged;
   } catch (const SQLite::Exception& failure) {
-    if (failure.getErrorCode() == SQLITE_CORRUPT || failure.getErrorCode() == SQLITE_NOTADB)
-      return StoreState::damaged;
+    if (is_Damage(failure)) return StoreState::damaged;
     throw;
+  }
+}
+
+bool is_Damage(const SQLite::Exception& failure) {
+  switch (failure.getErrorCode()) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR:  // a format that the engine doesn't know; a table or column that isn't there
+    case SQLITE_MISMATCH:
+    case SQLITE_CONSTRAINT:
+      return true;
+    default:
+      return false;
   }
 }
 

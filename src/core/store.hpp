@@ -89,14 +89,19 @@ class StoreChange {
 // Settings that every connection of the program works with; a commit survives a power failure.
 void set_StorePragmas(SQLite::Database& db);
 
-// What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken or that
-// was never a store; or the store of a newer program, which is nobody's to replace.
+// What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken, that lacks
+// a table or column, or that was never a store; or the store of a newer program, which is nobody's to replace.
 enum class StoreState { sound, damaged, newer };
+// A profile and its template hold only the tables of a user.
+enum class StoreKind { main, profile };
 // Throws SQLite::Exception when the file can't be read at present (missing, locked, refused by the machine):
 // that is no damage.
-[[nodiscard]] StoreState check_Store(const std::filesystem::path& path);
-[[nodiscard]] inline bool is_SoundStore(const std::filesystem::path& path) {
-  return check_Store(path) == StoreState::sound;
+[[nodiscard]] StoreState check_Store(const std::filesystem::path& path, StoreKind kind = StoreKind::main);
+[[nodiscard]] inline bool is_SoundStore(const std::filesystem::path& path, StoreKind kind = StoreKind::main) {
+  return check_Store(path, kind) == StoreState::sound;
 }
+
+// Whether a failure speaks of what stands in the file and not of the moment.
+[[nodiscard]] bool is_Damage(const SQLite::Exception& failure);
 
 }  // namespace lotmere

@@ -6,7 +6,6 @@
 #include <sqlite3.h>
 
 #include "core/failure.hpp"
-#include "core/store.hpp"
 
 namespace lotmere {
 namespace {
@@ -53,7 +52,7 @@ class NewFile {
       SQLite::Database(target_.string(), SQLite::OPEN_READWRITE, 2000).execAndGet("PRAGMA user_version");
     } catch (const SQLite::Exception& failure) {
       // A broken old file has nothing to lose.
-      if (failure.getErrorCode() != SQLITE_CORRUPT && failure.getErrorCode() != SQLITE_NOTADB) throw;
+      if (!is_Damage(failure)) throw;
     }
   }
   static fs::path journal_Of(const fs::path& path) { return with_Suffix(path, "-journal"); }
@@ -93,8 +92,8 @@ void write_Database(const fs::path& path, FileSystem& files,
   file.put_InPlace();
 }
 
-bool copy_Database(const fs::path& from, const fs::path& to, FileSystem& files) {
-  if (!files.exists(from) || !is_SoundStore(from)) return false;
+bool copy_Database(const fs::path& from, const fs::path& to, FileSystem& files, StoreKind kind) {
+  if (!files.exists(from) || !is_SoundStore(from, kind)) return false;
   write_Database(to, files, [&](SQLite::Database& target) {
     SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
     SQLite::Backup copy(target, source);
@@ -151,8 +150,13 @@ fs::path keep_Damaged(const fs::path& path, FileSystem& files) {
   fs::path aside = with_Suffix(path, ".damaged");
   for (int i = 2; files.exists(aside); ++i)
     aside = with_Suffix(path, (".damaged" + std::to_string(i)).c_str());
-  fs::copy_file(path, aside);
-  files.sync(aside);
+  try {
+    fs::copy_file(path, aside);
+    files.sync(aside);
+  } catch (const fs::filesystem_error&) {
+    fs::remove(aside);  // half a copy on a full disk, and another at the next try
+    throw;
+  }
   return aside;
 }
 

@@ -8,10 +8,7 @@
 #include <string>
 
 #include "core/platform.hpp"
-
-namespace SQLite {
-class Database;
-}
+#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -20,10 +17,10 @@ namespace lotmere {
 void write_Database(const std::filesystem::path& path, FileSystem& files,
                     const std::function<void(SQLite::Database&)>& fill);
 
-// Copies the database `from` over `to`. False, with `to` as it was, when `from` isn't a sound store. Throws
-// when the machine refuses (disk full); `to` then stands as it was too.
+// Copies the database `from` over `to`. False, with `to` as it was, when `from` isn't sound. Throws when the
+// machine refuses (disk full); `to` then stands as it was too.
 [[nodiscard]] bool copy_Database(const std::filesystem::path& from, const std::filesystem::path& to,
-                                 FileSystem& files);
+                                 FileSystem& files, StoreKind kind = StoreKind::main);
 
 struct CompactResult {
   bool existed = false;           // false: there was no file, nothing was done

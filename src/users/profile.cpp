@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <functional>
-#include <memory>
 
 #include "core/row_copy.hpp"
 #include "core/schema.hpp"
@@ -52,27 +50,28 @@ bool fill_Template(Store& store, const fs::path& path) {
 
 // The template holds nothing that isn't in the store: one that is broken or falls short is made anew.
 void refill_Template(Store& store, const fs::path& path, FileSystem& files) {
-  if (is_SoundStore(path) && compact_Template(path, files).compacted && fill_Template(store, path)) return;
+  if (is_SoundStore(path, StoreKind::profile) && compact_Template(path, files).compacted &&
+      fill_Template(store, path))
+    return;
   write_Database(path, files, create_Profile);
   fill_Template(store, path);
 }
 
-// Reads the tables of a profile one by one and hands each over. False when the file breaks off.
-bool read_Profile(const fs::path& path,
-                  const std::function<void(const TwinTables&, const TwinRows&)>& take_Over) {
-  std::unique_ptr<SQLite::Database> profile;
-  for (const TwinTables& twins : profile_Twins()) {
-    TwinRows rows;
-    try {
-      if (!profile)
-        profile = std::make_unique<SQLite::Database>(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
-      rows = read_Rows(*profile, twins);
-    } catch (const SQLite::Exception&) {
-      return false;
+// Copies the tables of a profile one by one, each whole or not at all. False when the file breaks off.
+bool copy_Profile(Store& store, const fs::path& path) {
+  try {
+    const bool sound = check_Store(path, StoreKind::profile) != StoreState::damaged;
+    SQLite::Database profile(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
+    for (const TwinTables& twins : profile_Twins()) {
+      StoreChange table(store);
+      write_Rows(store.db(), twins, read_Rows(profile, twins));
+      table.commit();
     }
-    take_Over(twins, rows);
+    return sound;
+  } catch (const SQLite::Exception& failure) {
+    if (is_Damage(failure)) return false;
+    throw;
   }
-  return true;
 }
 
 }  // namespace
@@ -93,16 +92,14 @@ bool save_Profile(Store& store, const Home& home, Desk& desk, std::string_view n
     return false;
   }
   refill_Template(store, form, files);
-  if (copy_Database(form, profile_File(home, name), files)) return true;
+  if (copy_Database(form, profile_File(home, name), files, StoreKind::profile)) return true;
   throw fs::filesystem_error("copy", form, std::make_error_code(std::errc::io_error));
 }
 
 void restore_Profile(Store& store, const Home& home, Desk& desk, std::string_view name, FileSystem& files) {
   const fs::path path = profile_File(home, name);
   if (!files.exists(path)) return;
-  const bool whole = read_Profile(
-      path, [&](const TwinTables& twins, const TwinRows& rows) { write_Rows(store.db(), twins, rows); });
-  if (whole) return;
+  if (copy_Profile(store, path)) return;
   desk.tell("用户文件丢失或损坏,无法打开！", Tone::error);
   keep_Damaged(path, files);
 }

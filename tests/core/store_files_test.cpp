@@ -37,14 +37,21 @@ int tickets_In(const fs::path& path) {
 void cut_Short(const fs::path& path) { fs::resize_file(path, fs::file_size(path) / 2 + 100); }
 void overwrite(const fs::path& path) { write_File(path, std::string(8192, 'x')); }
 
-// A row is lost inside a page: the engine's check finds it, a plain read doesn't.
-void lose_Row(const fs::path& path) {
-  SQLite::Database db(path.string());
-  const int page = db.execAndGet("SELECT rootpage FROM sqlite_master WHERE name='日志表'").getInt();
+void lose_Ticket(const fs::path& path) { lose_Row(path, "日志表"); }
+
+// One byte of the file's header: the number of a format, which the engine then refuses, or only reads.
+void flip(const fs::path& path, std::size_t place) {
   std::string bytes = read_File(path);
-  --bytes[std::size_t(page - 1) * db.execAndGet("PRAGMA page_size").getUInt() + 4];
+  bytes.at(place) = static_cast<char>(~bytes.at(place));
   write_File(path, bytes);
 }
+void spoil_SchemaFormat(const fs::path& path) { flip(path, 47); }
+void spoil_WriteFormat(const fs::path& path) { flip(path, 18); }
+void spoil_Version(const fs::path& path) { flip(path, 61); }
+void rename_Column(const fs::path& path) {
+  Store(path).db().exec(R"(ALTER TABLE "过滤条件" RENAME COLUMN "Value" TO "value ")");
+}
+void become_Profile(const fs::path& path) { write_Database(path, real_Files(), create_Profile); }
 
 // Leaves a store as a crash in the middle of a change would: pages half written, the journal that undoes them
 // beside it. Without its journal the file has no ticket.
@@ -191,7 +198,8 @@ TEST(Compaction, RefreshesTheBackupAndShrinksTheFile) {
 }
 
 TEST(Compaction, ADamagedStoreNeverCostsTheGoodBackup) {
-  for (const auto damage : {cut_Short, overwrite, lose_Row}) {
+  for (const auto damage : {cut_Short, overwrite, lose_Ticket, spoil_SchemaFormat, spoil_WriteFormat,
+                            spoil_Version, rename_Column, become_Profile}) {
     Folder folder;
     damage(folder.main);
     const std::string bytes = bytes_Of(folder.main);

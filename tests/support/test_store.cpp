@@ -67,4 +67,12 @@ std::string read_File(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+void lose_Row(const fs::path& path, const std::string& table) {
+  SQLite::Database db(path.string());
+  const int page = db.execAndGet("SELECT rootpage FROM sqlite_master WHERE name='" + table + "'").getInt();
+  std::string bytes = read_File(path);
+  --bytes[std::size_t(page - 1) * db.execAndGet("PRAGMA page_size").getUInt() + 4];
+  real_Files().write_Whole(path, bytes);
+}
+
 }  // namespace lotmere::test

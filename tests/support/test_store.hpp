@@ -45,6 +45,10 @@ void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumber
 // Replaces the selection: state by number, codes 1 to 33 and 101 to 116.
 void put_Pick(Store& store, int code, PickState state);
 
+// Damages a database file: the last row of a table's first page is lost. The engine's check finds it, a plain
+// read doesn't.
+void lose_Row(const std::filesystem::path& path, const std::string& table);
+
 // The whole text of a file.
 [[nodiscard]] std::string read_File(const std::filesystem::path& path);
 

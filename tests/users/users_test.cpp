@@ -161,6 +161,13 @@ TEST(Users, ABrokenProfileIsToldAndKept) {
          SQLite::Database(file.string(), SQLite::OPEN_READWRITE).exec(R"(DROP TABLE "号码特性")");
        },
        true},
+      {"a table has lost columns",
+       [](const fs::path& file) {
+         SQLite::Database(file.string(), SQLite::OPEN_READWRITE)
+             .exec(R"(ALTER TABLE "号码特性" DROP COLUMN "四0")");
+       },
+       true},
+      {"a row is lost", [](const fs::path& file) { lose_Row(file, "过滤条件使用情况"); }, true},
       {"not a database", [](const fs::path& file) { std::ofstream(file) << std::string(9000, 'x'); }, false},
       {"cut short", [](const fs::path& file) { fs::resize_file(file, 5000); }, false},
       {"empty", [](const fs::path& file) { fs::resize_file(file, 0); }, false}};
@@ -179,6 +186,18 @@ TEST(Users, ABrokenProfileIsToldAndKept) {
     EXPECT_EQ(shop.settings() == before, !row.some);
     EXPECT_TRUE(fs::exists(profile_File(shop.temp.home(), "甲") += ".damaged"));
   }
+}
+
+TEST(Users, AProfileLockedByAnotherProgramIsNoBrokenOne) {
+  Shop shop;
+  for (const char* name : {"甲", "乙"}) shop.enter(name), shop.scramble(1);
+  const std::string settings = shop.settings();
+  const fs::path file = profile_File(shop.temp.home(), "甲");
+  SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+  other.exec("BEGIN EXCLUSIVE");
+  EXPECT_THROW((void)log_In(shop.at(), {"甲", "pw"}), SQLite::Exception);
+  EXPECT_TRUE(shop.settings() == settings && current_User(shop.store) == "乙");
+  EXPECT_FALSE(fs::exists(fs::path(file) += ".damaged"));
 }
 
 TEST(Users, AProfileIsWholeWhereverItsSavingBreaksOff) {
@@ -210,6 +229,10 @@ TEST(Users, ATemplateThatFallsShortIsMadeAnewAndAMissingOneIsTold) {
   const std::string settings = shop.settings();
   const fs::path form = shop.temp.home().template_File();
   SQLite::Database(form.string(), SQLite::OPEN_READWRITE).exec(R"(DELETE FROM "过滤条件" WHERE "ID">3000)");
+  shop.enter("乙");
+  SQLite::Database(form.string(), SQLite::OPEN_READWRITE).exec(R"(DROP TABLE "区间定义")");
+  shop.enter("甲");
+  EXPECT_TRUE(shop.settings() == settings);
   shop.enter("乙");
   std::ofstream(form) << "no template";
   shop.enter("甲");
