@@ -18,12 +18,15 @@ using DrawMatrix = std::array<std::array<int, kRedsPerTicket + 1>, 10>;
 class SmartScore {
  public:
   explicit SmartScore(const DrawMatrix& draws);
-  // 1 to 463.
-  [[nodiscard]] int score(Balls ticket) const;
+  // The score, 1 to 463, in two parts: what the six reds add among themselves and to the draws (the blue isn't
+  // looked at), and what the blue adds beside these reds.
+  [[nodiscard]] int score_Reds(Balls ticket) const;
+  [[nodiscard]] int score_Blue(Balls ticket) const;
 
  private:
   static constexpr int kPlaces = kRedsPerTicket + 1;
-  [[nodiscard]] int count_EqualDifferences(Balls ticket) const;
+  [[nodiscard]] Balls distances(
+      Balls ticket) const;  // of each number to that of the newest draw, 128 for none
 
   std::array<std::array<int, kRedCount + 1>, kPlaces> agreeing_{};  // by place and number
   Balls newest_word_ = 0;
