@@ -61,10 +61,12 @@ class CountsCommand final : public Command {
   }
 
   int run(Session& session) override {
-    const auto range = read_Range(session.desk, from_, to_);
-    if (!range) return kExitRefused;
+    // A range turned round holds no draw, so every number stands at 0.
+    const auto from = read_Period(session.desk, from_);
+    const auto to = from ? read_Period(session.desk, to_) : std::nullopt;
+    if (!to) return kExitRefused;
     const auto count = balls_ == "red" ? countRedDraws : countBlueDraws;
-    for (const CountRow& row : count(session.store, session.desk, range->from, range->to))
+    for (const CountRow& row : count(session.store, session.desk, *from, *to))
       session.out << fmt::format("{}\t{}\n", format_Ball(row.number), row.count);
     return kExitDone;
   }

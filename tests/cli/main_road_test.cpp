@@ -109,6 +109,7 @@ TEST(Analyses, AnswerALineANumberOrADraw) {
       {{"omission", "red", "2024005"}, "27\t2\t2\t2\t0\t0\n"},
       {{"omission", "blue", "2025001"}, "07\t1\t—\t—\t—\t4\n"},
       {{"counts", "red", "2024002", "2024005"}, "14\t2\n"},
+      {{"counts", "red", "2024005", "2024002"}, "14\t0\n"},
       {{"counts", "blue", "2024002", "2024005"}, "01\t1\n"},
       {{"numbers", "hints", "2024005"}, "红球 01 02 03 04 05 06\n蓝球 01 02 03 04 05\n"},
       {{"draws", "distribution", "--all"}, " 24 .. .. .. .. .. .. .. 32 33 01 .. "}};
