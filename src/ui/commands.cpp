@@ -1,0 +1,59 @@
+#include "ui/commands.hpp"
+
+#include <stdexcept>
+
+#include "core/failure.hpp"
+
+namespace lotmere::ui {
+
+void CommandRunner::run(const std::function<void()>& command) {
+  if (running_) return;
+  running_ = true;
+  try {
+    command();
+  } catch (const std::exception& failure) {
+    desk_.tell(failure_Text(failure), Tone::error);
+  }
+  running_ = false;
+  desk_.show_RunningText();
+  Q_EMIT finished();
+}
+
+Commands::Commands(WindowDesk& desk) : runner_(desk) {}
+
+QAction* Commands::add(const ActionText& text, std::function<void()> handler) {
+  auto* action = new QAction(text.text, this);
+  action->setObjectName(QString::fromUtf8(text.name));
+  action->setShortcut(text.shortcut);
+  if (!text.tip.isEmpty()) {
+    action->setToolTip(text.tip);
+    action->setStatusTip(text.tip);
+  }
+  connect(action, &QAction::triggered, this, [this, handler = std::move(handler)] { runner_.run(handler); });
+  actions_.append(action);
+  return action;
+}
+
+QAction* Commands::action(const char* name) const {
+  auto* found = findChild<QAction*>(QString::fromUtf8(name), Qt::FindDirectChildrenOnly);
+  if (found == nullptr) throw std::logic_error(std::string("no command ") + name);
+  return found;
+}
+
+QPushButton* Commands::make_Button(const char* name, const QString& caption, QAction* action) const {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(QString::fromUtf8(name));
+  button->setAutoDefault(false);
+  const auto follow = [button, action] {
+    button->setEnabled(action->isEnabled());
+    const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+    const QString tip = action->toolTip();
+    button->setToolTip(keys.isEmpty() ? tip : QStringLiteral("%1（%2）").arg(tip, keys));
+  };
+  follow();
+  connect(action, &QAction::changed, button, follow);
+  connect(button, &QPushButton::clicked, action, &QAction::trigger);
+  return button;
+}
+
+}  // namespace lotmere::ui

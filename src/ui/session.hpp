@@ -1,0 +1,26 @@
+// What the pages of the window work on.
+#pragma once
+
+#include "core/dates.hpp"
+#include "core/home.hpp"
+#include "core/periods.hpp"
+#include "core/platform.hpp"
+#include "core/store.hpp"
+#include "ui/commands.hpp"
+#include "ui/window_desk.hpp"
+
+namespace lotmere::ui {
+
+struct Session {
+  Store& store;
+  Home home;
+  WindowDesk& desk;
+  Clock& clock;
+  Commands& commands;
+  Date entry_date = {};  // the value of the date field of the entry strip
+
+  // The period that every prompt proposes.
+  [[nodiscard]] PeriodNo next_Period() const { return nextPeriod(store, entry_date); }
+};
+
+}  // namespace lotmere::ui

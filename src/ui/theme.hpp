@@ -1,0 +1,42 @@
+// How the window looks: the one place that knows colours, fonts and the shape of the standard controls.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QIcon>
+
+class QApplication;
+
+namespace lotmere::ui {
+
+enum class Appearance { light, dark };
+
+// Colours that mean something; everything else comes from the palette.
+struct Colours {
+  QColor red_ball;    // of the reds of a draw
+  QColor blue_ball;   // of the blue
+  QColor tuo;         // a number picked as 拖码
+  QColor dan;         // a number picked as 胆码
+  QColor plain;       // a number that isn't picked
+  QColor low_chance;  // an unpicked number marked as unlikely
+  QColor red_text;
+  QColor blue_text;
+  QColor identity;  // behind period and date of a draw
+  QColor faint;     // of secondary texts
+  QColor line;      // between areas
+  QColor good;      // of a state that is as it should be
+  QColor warning;   // of one that isn't
+};
+
+// Sets style, palette, font and style sheet of the whole program; may be called again at any time.
+void apply_Appearance(QApplication& application, Appearance appearance);
+[[nodiscard]] Appearance current_Appearance();
+[[nodiscard]] const Colours& colours();
+
+// What the desktop asks for at the start: dark where its windows are darker than their text.
+[[nodiscard]] Appearance desktop_Appearance(const QApplication& application);
+
+// Two balls, drawn at every size that a desktop asks for.
+[[nodiscard]] QIcon program_Icon();
+
+}  // namespace lotmere::ui

@@ -1,0 +1,127 @@
+#include "ui/window_desk.hpp"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+
+#include "ui/text.hpp"
+#include "ui/tip_dialog.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+// Long enough that a tight loop loses next to nothing, short enough that a click is taken at once.
+constexpr qint64 kServeEvery = 8;
+constexpr qint64 kProgressEvery = 30;
+
+constexpr const char* kProgram = "Lotmere";
+
+QString title_Of(std::string_view title) {
+  return title.empty() ? QString::fromUtf8(kProgram) : shown(title);
+}
+
+QMessageBox::Icon icon_Of(Tone tone) {
+  switch (tone) {
+    case Tone::warning:
+      return QMessageBox::Warning;
+    case Tone::error:
+      return QMessageBox::Critical;
+    case Tone::information:
+      break;
+  }
+  return QMessageBox::Information;
+}
+
+}  // namespace
+
+void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) {
+  show_RunningText();
+  QMessageBox box(icon_Of(tone), title_Of(title), shown(text), QMessageBox::NoButton, window_);
+  box.setTextFormat(Qt::PlainText);
+  box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+  run_Dialog(box);
+}
+
+bool WindowDesk::ask(std::string_view text, std::string_view title) {
+  show_RunningText();
+  QMessageBox box(QMessageBox::Question, title_Of(title), shown(text), QMessageBox::NoButton, window_);
+  box.setTextFormat(Qt::PlainText);
+  QAbstractButton* yes = box.addButton(QStringLiteral("是(&Y)"), QMessageBox::YesRole);
+  QPushButton* no = box.addButton(QStringLiteral("否(&N)"), QMessageBox::NoRole);
+  box.setEscapeButton(no);
+  run_Dialog(box);
+  return box.clickedButton() == yes;
+}
+
+std::optional<std::string> WindowDesk::ask_Text(std::string_view prompt, std::string_view title,
+                                                std::string_view proposed) {
+  show_RunningText();
+  QInputDialog box(window_);
+  box.setWindowTitle(title_Of(title));
+  box.setLabelText(shown(prompt));
+  box.setTextValue(shown(proposed));
+  box.setOkButtonText(QStringLiteral("确定"));
+  box.setCancelButtonText(QStringLiteral("取消"));
+  if (auto* line = box.findChild<QLineEdit*>()) line->selectAll();
+  if (!run_Dialog(box)) return std::nullopt;
+  return utf8(box.textValue());
+}
+
+void WindowDesk::show_Tip(std::string_view text, std::string_view title) {
+  show_RunningText();
+  TipDialog tip(shown(text), title_Of(title), window_);
+  run_Dialog(tip);
+}
+
+void WindowDesk::serve() {
+  if (since_serve_.isValid() && since_serve_.elapsed() < kServeEvery) return;
+  show_RunningText();
+  QCoreApplication::processEvents();
+  since_serve_.start();
+}
+
+QString WindowDesk::choose_File(const QString& title, const QString& filter) {
+  return QFileDialog::getOpenFileName(window_, title, QString(), filter);
+}
+
+bool WindowDesk::run_Dialog(QDialog& dialog) { return dialog.exec() == QDialog::Accepted; }
+
+bool WindowDesk::open_Outside(const QUrl& address) { return QDesktopServices::openUrl(address); }
+
+ProgressView* WindowDesk::set_ProgressView(ProgressView* view) { return std::exchange(view_, view); }
+
+void WindowDesk::show_RunningText() {
+  const std::string& text = running_Text().text();
+  if (text == shown_text_) return;
+  shown_text_ = text;
+  Q_EMIT running_TextChanged(shown(text));
+}
+
+void WindowDesk::begin_Job(std::int64_t maximum, bool can_stop) {
+  const bool first = jobs_.empty();
+  jobs_.push_back(view_);
+  if (view_ != nullptr) view_->begin(maximum, can_stop);
+  if (first) Q_EMIT job_Begun(can_stop);
+}
+
+void WindowDesk::show_Progress(std::int64_t value) {
+  if (jobs_.empty() || jobs_.back() == nullptr) return;
+  if (since_progress_.isValid() && since_progress_.elapsed() < kProgressEvery) return;
+  jobs_.back()->advance(value);
+  since_progress_.start();
+}
+
+void WindowDesk::end_Job() {
+  if (jobs_.empty()) return;
+  if (jobs_.back() != nullptr) jobs_.back()->end();
+  jobs_.pop_back();
+  show_RunningText();
+  if (jobs_.empty()) Q_EMIT job_Ended();
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,83 @@
+// The desk of the window: messages, questions and the course of jobs behind widgets. Whatever the program asks
+// the desktop or a person goes through here, so that a test can answer ahead of time.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+#include <vector>
+
+#include "core/desk.hpp"
+#include "ui/progress_view.hpp"
+
+class QDialog;
+
+namespace lotmere::ui {
+
+class WindowDesk : public QObject, public Desk {
+  Q_OBJECT
+
+ public:
+  explicit WindowDesk(QObject* parent = nullptr) : QObject(parent) {}
+
+  // The window that dialogs stand over; may be none.
+  void set_Window(QWidget* window) { window_ = window; }
+  [[nodiscard]] QWidget* window() const { return window_; }
+
+  void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
+  bool ask(std::string_view text, std::string_view title = {}) override;
+  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
+                                      std::string_view proposed) override;
+  void show_Tip(std::string_view text, std::string_view title) override;
+  // Lets the window repaint and take clicks, at most every few milliseconds however often it is called.
+  void serve() override;
+
+  // A file that the person picks to be read; empty when they cancel.
+  virtual QString choose_File(const QString& title, const QString& filter);
+  // Shows a dialog until the person closes it; true when they accepted it.
+  virtual bool run_Dialog(QDialog& dialog);
+  // Hands a file or an address to the desktop's program for it; false where there is none.
+  virtual bool open_Outside(const QUrl& address);
+
+  [[nodiscard]] bool job_Running() const { return !jobs_.empty(); }
+  // Where the jobs begun from now on are shown, nowhere with none. Gives the place so far.
+  ProgressView* set_ProgressView(ProgressView* view);
+  // Puts a change of the running text on the screen at once.
+  void show_RunningText();
+
+ Q_SIGNALS:
+  void job_Begun(bool can_stop);
+  void job_Ended();
+  void running_TextChanged(const QString& text);
+
+ protected:
+  void begin_Job(std::int64_t maximum, bool can_stop) override;
+  void show_Progress(std::int64_t value) override;
+  void end_Job() override;
+
+ private:
+  QPointer<QWidget> window_;
+  ProgressView* view_ = nullptr;
+  std::vector<ProgressView*> jobs_;  // the view of each open job, the innermost last
+  std::string shown_text_;
+  QElapsedTimer since_serve_;
+  QElapsedTimer since_progress_;
+};
+
+// Shows the jobs of a command in one place, on every route out of it.
+class ProgressPlace {
+ public:
+  ProgressPlace(WindowDesk& desk, ProgressView& view) : desk_(desk), before_(desk.set_ProgressView(&view)) {}
+  ProgressPlace(const ProgressPlace&) = delete;
+  ProgressPlace& operator=(const ProgressPlace&) = delete;
+  ~ProgressPlace() { desk_.set_ProgressView(before_); }
+
+ private:
+  WindowDesk& desk_;
+  ProgressView* before_;
+};
+
+}  // namespace lotmere::ui
