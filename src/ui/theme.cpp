@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <QStyle>
 #include <QStyleFactory>
 
 #include "ui/balls.hpp"
