@@ -1,11 +1,26 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the main job on the command line, in a temporary home that goes away again: sample draws, picked numbers,
-# conditions, initialisation, filters, shrink, export.
+# Sets up, builds and runs: on a desktop the window, which takes the arguments and keeps its data in the user's own folder.
+# Without a desktop, or with --terminal, the main job on the command line, in a temporary home that goes away again: sample
+# draws, picked numbers, conditions, initialisation, filters, shrink, export.
 set -euo pipefail
+here=$PWD
 cd "$(dirname "$0")"
+root=$PWD
+
+program=lotmere
+[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || program=lotmere-cli
+for argument in "$@"; do
+  [ "$argument" != --terminal ] || program=lotmere-cli
+done
+
 scripts/setup.sh
 cmake --preset release > /dev/null
-cmake --build --preset release --target lotmere-cli
+cmake --build --preset release --target "$program"
+
+if [ "$program" = lotmere ]; then
+  cd "$here" # paths among the arguments start where the user stands
+  exec "$root/build/release/bin/lotmere" "$@"
+fi
 
 home=$(mktemp -d)
 tickets=$(mktemp --suffix=.txt)
