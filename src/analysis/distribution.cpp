@@ -53,4 +53,16 @@ std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, Distribution
   return count;
 }
 
+std::vector<DistributionRow> load_Distribution(Store& store) {
+  std::vector<DistributionRow> table;
+  table.reserve(static_cast<std::size_t>(store.value(R"(SELECT count(*) FROM "号码分布")")));
+  Query rows = store.query(R"(SELECT * FROM "号码分布" ORDER BY "期号" ASC)");
+  while (rows.next()) {
+    DistributionRow& row = table.emplace_back();
+    row.period = rows.number(0);
+    for (int i = 0; i < kCodeCount; ++i) row.drawn[i] = !rows.statement().isColumnNull(1 + i);
+  }
+  return table;
+}
+
 }  // namespace lotmere

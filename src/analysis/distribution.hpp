@@ -2,7 +2,9 @@
 // number.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <vector>
 
 #include "core/desk.hpp"
 #include "core/game.hpp"
@@ -19,5 +21,13 @@ enum class DistributionSpan : int { recent = 100, all = 10'000 };
 // Empties `号码分布` and fills it with the draws up to `to`, in one change: a cell holds the number as two digits
 // or is null. Returns the number of rows; 0 where no draw stands up to there, and the table is empty then.
 std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, DistributionSpan span);
+
+struct DistributionRow {
+  PeriodNo period = 0;
+  std::array<bool, kCodeCount> drawn{};  // place i stands for column i + 1
+};
+
+// `号码分布` as it was built last, in the order of the periods.
+[[nodiscard]] std::vector<DistributionRow> load_Distribution(Store& store);
 
 }  // namespace lotmere

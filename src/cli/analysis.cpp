@@ -88,13 +88,10 @@ class DistributionCommand final : public Command {
   int run(Session& session) override {
     buildHaoMaFenBu(session.store, session.desk, latestPeriod(session.store),
                     all_ ? DistributionSpan::all : DistributionSpan::recent);
-    Query rows = session.store.query(R"(SELECT * FROM "号码分布" ORDER BY "期号" ASC)");
-    while (rows.next()) {
-      std::string line = rows.text(0);
-      for (int column = 1; column < kDistributionColumns; ++column) {
-        const std::string cell = rows.text(column);
-        line += ' ' + (cell.empty() ? ".." : cell);
-      }
+    for (const DistributionRow& row : load_Distribution(session.store)) {
+      std::string line = std::to_string(row.period);
+      for (int i = 0; i < kCodeCount; ++i)
+        line += ' ' + (row.drawn[i] ? format_Ball(i < kRedCount ? i + 1 : i + 1 - kRedCount) : "..");
       session.out << line << '\n';
     }
     return kExitDone;

@@ -29,9 +29,10 @@ class FetchCommand final : public Command {
   int run(Session& session) override {
     const std::string address = address_ ? *address_ : stored_Address(session.store, AddressUse::draw_list);
     if (address.empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
-    const auto fetcher = make_CurlFetcher();
+    const auto fetcher = make_CurlFetcher(session.desk);
     const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
                                        : downloadDraws(session.store, session.desk, *fetcher, address);
+    if (result.stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
     if (!result.ok) return kExitRefused;
     session.out << fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，", result.added,
                                result.overwritten, result.skipped)

@@ -10,6 +10,7 @@
 #include "files/prize_check.hpp"
 #include "pipeline/run.hpp"
 #include "tickets/init.hpp"
+#include "tickets/ticket_list.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {
@@ -96,16 +97,9 @@ class ListCommand final : public Command {
       if (!period) return kExitRefused;
       wanted = *period;
     }
-    Query rows = session.store.query(
-        R"(SELECT "期号","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表"
-           WHERE ?1=0 OR "期号"=?1 ORDER BY "期号" ASC,"序号" ASC)");
-    rows.bind(wanted);
-    while (rows.next()) {
-      DrawNumbers numbers;
-      for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = rows.number(2 + i);
-      numbers.blue = rows.number(2 + kRedsPerTicket);
-      session.out << fmt::format("{} {} {}\n", rows.number(0), rows.number(1), numbers_Text(numbers));
-    }
+    for (const TicketRow& ticket : load_TicketList(session.store))
+      if (wanted == 0 || ticket.period == wanted)
+        session.out << fmt::format("{} {} {}\n", ticket.period, ticket.seq, numbers_Text(ticket.numbers));
     return kExitDone;
   }
 

@@ -42,6 +42,8 @@ class Desk {
                                                             std::string_view proposed) = 0;
   // A message that goes away by itself after ten seconds.
   virtual void show_Tip(std::string_view text, std::string_view title) = 0;
+  // A passing message beside the work, in the place of the one before; an empty text takes it away.
+  virtual void show_Status(std::string_view /*text*/) {}
 
   [[nodiscard]] RunningText& running_Text() { return running_text_; }
 
@@ -79,8 +81,20 @@ class StopScope {
   Desk& desk_;
 };
 
-// A job under way: the bar from 0 to `maximum`. Its end puts the controls back, on the route of a failure as
-// well.
+// The passing messages of an operation: none is left when it ends, on the route of a failure as well.
+class StatusScope {
+ public:
+  explicit StatusScope(Desk& desk) : desk_(desk) {}
+  StatusScope(const StatusScope&) = delete;
+  StatusScope& operator=(const StatusScope&) = delete;
+  ~StatusScope() { desk_.show_Status({}); }
+
+ private:
+  Desk& desk_;
+};
+
+// A job under way: the bar from 0 to `maximum`, which is 0 where nobody knows how long it takes. Its end puts
+// the controls back, on the route of a failure as well.
 class Job {
  public:
   enum class Stop { possible, impossible };

@@ -34,6 +34,8 @@ void ScriptedDesk::show_Tip(std::string_view text, std::string_view title) {
   tips.push_back({std::string(text), std::string(title), Tone::information});
 }
 
+void ScriptedDesk::show_Status(std::string_view text) { statuses.emplace_back(text); }
+
 void ScriptedDesk::serve() {
   if (on_serve) on_serve();
 }

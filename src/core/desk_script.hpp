@@ -28,6 +28,7 @@ class ScriptedDesk : public Desk {
   std::vector<Said> told;
   std::vector<std::string> asked;
   std::vector<Said> tips;
+  std::vector<std::string> statuses;  // an empty one each time the message went away
   int jobs_open = 0;
   std::int64_t progress = 0;
 
@@ -36,6 +37,7 @@ class ScriptedDesk : public Desk {
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                       std::string_view proposed) override;
   void show_Tip(std::string_view text, std::string_view title) override;
+  void show_Status(std::string_view text) override;
   void serve() override;
 
  protected:

@@ -48,7 +48,7 @@ class Clock {
 class Fetcher {
  public:
   virtual ~Fetcher() = default;
-  // The whole reply, or nothing where the address can't be read or the reply breaks off.
+  // The whole reply, or nothing where the address can't be read, the reply breaks off or the person stops it.
   [[nodiscard]] virtual std::optional<std::string> fetch(const std::string& address) = 0;
 };
 

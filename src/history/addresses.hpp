@@ -1,8 +1,10 @@
 // The web addresses that the store remembers, rows of `下载地址`.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "core/desk.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
@@ -17,5 +19,13 @@ enum class AddressUse : int {
 // Empty until the first one is remembered.
 [[nodiscard]] std::string stored_Address(Store& store, AddressUse use);
 void remember_Address(Store& store, AddressUse use, const std::string& address);
+
+// The stored address, or while none is stored the one that the person types then, without remembering it.
+// Nothing when they cancel or leave it empty; nothing, and told, when it is no http, https or file address.
+[[nodiscard]] std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use);
+
+// The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. False
+// when the person cancels, and, told, when it is no http, https or file address: nothing changes then.
+bool change_Address(Store& store, Desk& desk, AddressUse use);
 
 }  // namespace lotmere

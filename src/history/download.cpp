@@ -1,9 +1,12 @@
 #include "history/download.hpp"
 
+#include <utility>
+
 #include "core/periods.hpp"
 #include "history/addresses.hpp"
 #include "history/draw_list.hpp"
 #include "history/draw_stats.hpp"
+#include "history/fetch_job.hpp"
 #include "history/upkeep.hpp"
 
 namespace lotmere {
@@ -12,6 +15,9 @@ namespace {
 constexpr PeriodNo kLookBack = 10;
 constexpr PeriodNo kLookAhead = 5000;
 constexpr PeriodNo kPeriodsBetweenServes = 50;
+
+constexpr std::string_view kDownloading = " ■■■■■  正在下载开奖数据。。。。。。  ";
+constexpr std::string_view kComputing = " >>>>>>>>  正在统计各项值，请稍等！  <<<<<<<<  ";
 
 constexpr std::string_view kFailure =
     "服务器忙或网络链接断开,无法完成更新!\r\n\r\n"
@@ -29,7 +35,9 @@ class Merge {
   // One run around `latest`.
   void run(PeriodNo latest) {
     StoreChange change(store_);
+    desk_.show_Status(kDownloading);
     store_Entries(latest);
+    desk_.show_Status(kComputing);
     const PeriodNo first = firstPeriod(store_);
     calc_DrawStats(store_, desk_, first, first);
     calc_DrawStats(store_, desk_, latest - kLookBack, latest + kLookAhead);
@@ -83,12 +91,15 @@ void merge_All(Store& store, Merge& merge, const DrawList& list) {
 
 enum class Runs { one, all };
 
-DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Runs runs) {
-  const DrawList list(fetchDrawText(fetcher, address));
-  if (!list.is_DrawList()) {
-    desk.tell(kFailure, Tone::error);
-    return {};
-  }
+// What a download comes to, without telling it.
+DownloadResult fetch_AndMerge(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address,
+                              Runs runs) {
+  const StatusScope status(desk);
+  desk.show_Status(kDownloading);
+  auto text = fetchDrawText(desk, fetcher, address);
+  if (!text) return {.stopped = true};
+  const DrawList list(std::move(*text));
+  if (!list.is_DrawList()) return {};
   Merge merge(store, desk, list);
   StoreChange change(store);
   if (runs == Runs::one)
@@ -97,14 +108,24 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
     merge_All(store, merge, list);
   remember_Address(store, AddressUse::draw_list, address);
   change.commit();
-  desk.tell("已成功更新!");
   return merge.result();
+}
+
+DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Runs runs) {
+  const DownloadResult result = fetch_AndMerge(store, desk, fetcher, address, runs);
+  if (result.ok)
+    desk.tell("已成功更新!");
+  else if (!result.stopped)
+    desk.tell(kFailure, Tone::error);
+  return result;
 }
 
 }  // namespace
 
-std::string fetchDrawText(Fetcher& fetcher, const std::string& address) {
-  return compactDrawText(fetcher.fetch(address).value_or(std::string()));
+std::optional<std::string> fetchDrawText(Desk& desk, Fetcher& fetcher, const std::string& address) {
+  const Fetched fetched = fetch_AsJob(desk, fetcher, address);
+  if (fetched.stopped) return std::nullopt;
+  return compactDrawText(fetched.reply.value_or(std::string()));
 }
 
 DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address) {
@@ -113,6 +134,11 @@ DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher, const s
 
 DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address) {
   return download(store, desk, fetcher, address, Runs::all);
+}
+
+DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher) {
+  const auto address = known_Address(store, desk, AddressUse::draw_list);
+  return address ? downloadDraws(store, desk, fetcher, *address) : DownloadResult{};
 }
 
 }  // namespace lotmere

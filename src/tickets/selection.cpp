@@ -151,6 +151,18 @@ bool replace_Selection(Store& store, Desk& desk, const NumberSelection& selectio
   return true;
 }
 
+void clear_Reds(Store& store) {
+  NumberSelection selection = load_Selection(store);
+  selection.red.fill(PickState::none);
+  store_Selection(store, selection);
+}
+
+void clear_Blues(Store& store) {
+  NumberSelection selection = load_Selection(store);
+  selection.blue.fill(PickState::none);
+  store_Selection(store, selection);
+}
+
 std::vector<int> picked_Reds(const NumberSelection& selection, PickState state) {
   return numbers_In(selection.red, state);
 }

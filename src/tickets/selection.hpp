@@ -62,6 +62,10 @@ bool click_Number(Store& store, Desk& desk, int code, PadTab tab,
 // Replaces the whole selection. A selection beyond a limit is told and nothing changes.
 bool replace_Selection(Store& store, Desk& desk, const NumberSelection& selection);
 
+// Takes all numbers of a colour off; a lone blue Dan no longer locks the other blues then. Stored at once.
+void clear_Reds(Store& store);
+void clear_Blues(Store& store);
+
 // The numbers of a colour in a state, ascending; blue ones as 1 to 16.
 [[nodiscard]] std::vector<int> picked_Reds(const NumberSelection& selection, PickState state);
 [[nodiscard]] std::vector<int> picked_Blues(const NumberSelection& selection, PickState state);

@@ -6,20 +6,26 @@
 
 namespace lotmere::ui {
 
+void run_Guarded(WindowDesk& desk, const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::exception& failure) {
+    desk.tell(failure_Text(failure), Tone::error);
+  }
+}
+
 void CommandRunner::run(const std::function<void()>& command) {
   if (running_) return;
   running_ = true;
-  try {
-    command();
-  } catch (const std::exception& failure) {
-    desk_.tell(failure_Text(failure), Tone::error);
-  }
+  run_Guarded(desk_, command);
   running_ = false;
   desk_.show_RunningText();
   Q_EMIT finished();
 }
 
-Commands::Commands(WindowDesk& desk) : runner_(desk) {}
+Commands::Commands(WindowDesk& desk) : runner_(desk), actions_(this) {
+  actions_.setExclusionPolicy(QActionGroup::ExclusionPolicy::None);
+}
 
 QAction* Commands::add(const ActionText& text, std::function<void()> handler) {
   auto* action = new QAction(text.text, this);
@@ -30,7 +36,7 @@ QAction* Commands::add(const ActionText& text, std::function<void()> handler) {
     action->setStatusTip(text.tip);
   }
   connect(action, &QAction::triggered, this, [this, handler = std::move(handler)] { runner_.run(handler); });
-  actions_.append(action);
+  actions_.addAction(action);
   return action;
 }
 

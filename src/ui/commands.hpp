@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAction>
+#include <QActionGroup>
 #include <QHash>
 #include <QKeySequence>
 #include <QObject>
@@ -13,6 +14,10 @@
 
 namespace lotmere::ui {
 
+// Does a piece of work; a failure of the store or of a file is told, the work has rolled its change back by
+// then.
+void run_Guarded(WindowDesk& desk, const std::function<void()>& work);
+
 // Runs commands one at a time.
 class CommandRunner : public QObject {
   Q_OBJECT
@@ -20,9 +25,8 @@ class CommandRunner : public QObject {
  public:
   explicit CommandRunner(WindowDesk& desk) : desk_(desk) {}
 
-  // Runs a command. While another one runs, also when that one waits in a dialog or serves the window, nothing
-  // happens. A failure of the store or of a file is told here; the operation has rolled its change back by
-  // then.
+  // Runs a command, guarded. While another one runs, also when that one waits in a dialog or serves the window,
+  // nothing happens.
   void run(const std::function<void()>& command);
   [[nodiscard]] bool is_Running() const { return running_; }
 
@@ -52,7 +56,9 @@ class Commands : public QObject {
   QAction* add(const ActionText& text, std::function<void()> handler);
   // A command that was registered before.
   [[nodiscard]] QAction* action(const char* name) const;
-  [[nodiscard]] const QList<QAction*>& all() const { return actions_; }
+  [[nodiscard]] QList<QAction*> all() const { return actions_.actions(); }
+  // No command can be given while busy; afterwards those can that could before.
+  void set_Busy(bool busy) { actions_.setEnabled(!busy); }
 
   // A button of another caption for a command: it can be pressed when the command can be given.
   [[nodiscard]] QPushButton* make_Button(const char* name, const QString& caption, QAction* action) const;
@@ -61,7 +67,7 @@ class Commands : public QObject {
 
  private:
   CommandRunner runner_;
-  QList<QAction*> actions_;
+  QActionGroup actions_;
 };
 
 }  // namespace lotmere::ui

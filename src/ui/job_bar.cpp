@@ -10,7 +10,9 @@ constexpr int kSteps = 1000;  // of the bar; a job may have more rows than a bar
 
 }  // namespace
 
-JobBar::JobBar(WindowDesk& desk, const char* bar_name, QWidget* parent) : QWidget(parent) {
+JobBar::JobBar(WindowDesk& desk, const char* bar_name, QWidget* parent) : QFrame(parent) {
+  setFrameShape(QFrame::StyledPanel);
+  setAutoFillBackground(true);
   bar_ = new QProgressBar;
   bar_->setObjectName(QString::fromUtf8(bar_name));
   bar_->setMinimumWidth(220);
@@ -24,7 +26,7 @@ JobBar::JobBar(WindowDesk& desk, const char* bar_name, QWidget* parent) : QWidge
     stop_->setEnabled(false);
   });
   auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(10, 8, 10, 8);
   layout->addWidget(bar_, 1);
   layout->addWidget(stop_);
   hide();

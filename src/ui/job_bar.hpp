@@ -1,16 +1,16 @@
 // A bar in the page with a stop button beside it, there only while a job runs.
 #pragma once
 
+#include <QFrame>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QWidget>
 
 #include "ui/progress_view.hpp"
 #include "ui/window_desk.hpp"
 
 namespace lotmere::ui {
 
-class JobBar : public QWidget, public ProgressView {
+class JobBar : public QFrame, public ProgressView {
   Q_OBJECT
 
  public:

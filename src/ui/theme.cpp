@@ -162,4 +162,29 @@ QIcon program_Icon() {
   return icon;
 }
 
+QPixmap sign_Picture(Sign sign, int size, double pixel_ratio) {
+  struct Shape {
+    QColor colour;
+    const char* text;
+  };
+  const Shape shapes[] = {
+      {look().highlight, "i"}, {colours().warning, "!"}, {colours().red_ball, "!"}, {look().highlight, "?"}};
+  const Shape& shape = shapes[static_cast<std::size_t>(sign)];
+  QPixmap picture(QSize(size, size) * pixel_ratio);
+  picture.setDevicePixelRatio(pixel_ratio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(shape.colour);
+  painter.drawEllipse(QRectF(1, 1, size - 2, size - 2));
+  QFont font = QApplication::font();
+  font.setBold(true);
+  font.setPixelSize(size * 6 / 10);
+  painter.setFont(font);
+  painter.setPen(Qt::white);
+  painter.drawText(QRectF(0, 0, size, size), Qt::AlignCenter, QString::fromUtf8(shape.text));
+  return picture;
+}
+
 }  // namespace lotmere::ui

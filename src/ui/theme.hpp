@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QFont>
 #include <QIcon>
+#include <QPixmap>
 
 class QApplication;
 
@@ -38,5 +39,9 @@ void apply_Appearance(QApplication& application, Appearance appearance);
 
 // Two balls, drawn at every size that a desktop asks for.
 [[nodiscard]] QIcon program_Icon();
+
+// The sign of a message: "i", "!" or "?" on a disc.
+enum class Sign { information, warning, error, question };
+[[nodiscard]] QPixmap sign_Picture(Sign sign, int size, double pixel_ratio);
 
 }  // namespace lotmere::ui

@@ -19,7 +19,7 @@ class TipDialog : public QDialog {
 
   int counter_ = 10;  // seconds left
   QPushButton* ok_;
-  QTimer timer_;
+  QTimer timer_{this};
 };
 
 }  // namespace lotmere::ui

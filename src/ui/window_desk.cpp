@@ -1,15 +1,17 @@
 #include "ui/window_desk.hpp"
 
 #include <QAbstractButton>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "ui/text.hpp"
+#include "ui/theme.hpp"
 #include "ui/tip_dialog.hpp"
 
 namespace lotmere::ui {
@@ -25,32 +27,44 @@ QString title_Of(std::string_view title) {
   return title.empty() ? QString::fromUtf8(kProgram) : shown(title);
 }
 
-QMessageBox::Icon icon_Of(Tone tone) {
+Sign sign_Of(Tone tone) {
   switch (tone) {
     case Tone::warning:
-      return QMessageBox::Warning;
+      return Sign::warning;
     case Tone::error:
-      return QMessageBox::Critical;
+      return Sign::error;
     case Tone::information:
       break;
   }
-  return QMessageBox::Information;
+  return Sign::information;
+}
+
+constexpr int kSignSize = 36;
+
+// A dialog that is open already, or the window.
+QWidget* parent_Of(QWidget* window) {
+  QWidget* dialog = QApplication::activeModalWidget();
+  return dialog != nullptr ? dialog : window;
 }
 
 }  // namespace
 
 void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) {
   show_RunningText();
-  QMessageBox box(icon_Of(tone), title_Of(title), shown(text), QMessageBox::NoButton, window_);
+  QMessageBox box(QMessageBox::NoIcon, title_Of(title), shown(text), QMessageBox::NoButton,
+                  parent_Of(window_));
   box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(sign_Picture(sign_Of(tone), kSignSize, box.devicePixelRatioF()));
   box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
   run_Dialog(box);
 }
 
 bool WindowDesk::ask(std::string_view text, std::string_view title) {
   show_RunningText();
-  QMessageBox box(QMessageBox::Question, title_Of(title), shown(text), QMessageBox::NoButton, window_);
+  QMessageBox box(QMessageBox::NoIcon, title_Of(title), shown(text), QMessageBox::NoButton,
+                  parent_Of(window_));
   box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(sign_Picture(Sign::question, kSignSize, box.devicePixelRatioF()));
   QAbstractButton* yes = box.addButton(QStringLiteral("是(&Y)"), QMessageBox::YesRole);
   QPushButton* no = box.addButton(QStringLiteral("否(&N)"), QMessageBox::NoRole);
   box.setEscapeButton(no);
@@ -61,7 +75,7 @@ bool WindowDesk::ask(std::string_view text, std::string_view title) {
 std::optional<std::string> WindowDesk::ask_Text(std::string_view prompt, std::string_view title,
                                                 std::string_view proposed) {
   show_RunningText();
-  QInputDialog box(window_);
+  QInputDialog box(parent_Of(window_));
   box.setWindowTitle(title_Of(title));
   box.setLabelText(shown(prompt));
   box.setTextValue(shown(proposed));
@@ -74,14 +88,16 @@ std::optional<std::string> WindowDesk::ask_Text(std::string_view prompt, std::st
 
 void WindowDesk::show_Tip(std::string_view text, std::string_view title) {
   show_RunningText();
-  TipDialog tip(shown(text), title_Of(title), window_);
+  TipDialog tip(shown(text), title_Of(title), parent_Of(window_));
   run_Dialog(tip);
 }
+
+void WindowDesk::show_Status(std::string_view text) { Q_EMIT status_Changed(shown(text)); }
 
 void WindowDesk::serve() {
   if (since_serve_.isValid() && since_serve_.elapsed() < kServeEvery) return;
   show_RunningText();
-  QCoreApplication::processEvents();
+  QApplication::processEvents();
   since_serve_.start();
 }
 

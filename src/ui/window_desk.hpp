@@ -32,6 +32,7 @@ class WindowDesk : public QObject, public Desk {
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                       std::string_view proposed) override;
   void show_Tip(std::string_view text, std::string_view title) override;
+  void show_Status(std::string_view text) override;
   // Lets the window repaint and take clicks, at most every few milliseconds however often it is called.
   void serve() override;
 
@@ -51,6 +52,7 @@ class WindowDesk : public QObject, public Desk {
  Q_SIGNALS:
   void job_Begun(bool can_stop);
   void job_Ended();
+  void status_Changed(const QString& text);
   void running_TextChanged(const QString& text);
 
  protected:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/failure.hpp"
 #include "core/row_copy.hpp"
 #include "core/text.hpp"
 #include "users/profile.hpp"
@@ -96,7 +97,11 @@ bool log_Out(const UserDesk& at) {
 
 bool exit_Program(const UserDesk& at) {
   if (!at.desk.ask("确认要退出吗？")) return false;
-  if (user_Mode(at.store) == UserMode::multi) static_cast<void>(log_Out(at));
+  try {
+    if (user_Mode(at.store) == UserMode::multi) static_cast<void>(log_Out(at));
+  } catch (const std::exception& failure) {
+    at.desk.tell(failure_Text(failure), Tone::error);
+  }
   return true;
 }
 

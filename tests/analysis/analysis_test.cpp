@@ -156,6 +156,8 @@ TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {
   const auto draws = put_OddDraws(store_, 250, 9);
   EXPECT_EQ(buildHaoMaFenBu(store_, desk_, 2099001, DistributionSpan::all), 250);
   EXPECT_EQ(buildHaoMaFenBu(store_, desk_, draws[200].period, DistributionSpan::recent), 100);
+  const auto table = load_Distribution(store_);
+  ASSERT_EQ(table.size(), 100U);
   Query rows = store_.query(R"(SELECT * FROM "号码分布" ORDER BY rowid)");
   std::size_t place = 101;
   for (; rows.next(); ++place) {
@@ -166,6 +168,9 @@ TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {
     cells[33 + blue] = format_Ball(blue);
     for (int i = 0; i < 50; ++i) found.push_back(rows.text(i));
     EXPECT_EQ(found, cells);
+    const DistributionRow& row = table[place - 101];
+    EXPECT_EQ(row.period, draws[place].period);
+    for (int i = 0; i < kCodeCount; ++i) EXPECT_EQ(row.drawn[i], !cells[1 + i].empty());
   }
   EXPECT_EQ(place, 201U);
 }

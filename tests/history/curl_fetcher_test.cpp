@@ -5,20 +5,27 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <stdexcept>
 #include <thread>
 
-#include "support/test_store.hpp"
+#include "history/addresses.hpp"
+#include "history/detail.hpp"
+#include "history/download.hpp"
+#include "support/store_test.hpp"
 
 namespace lotmere::test {
 namespace {
 
-// What the fetcher makes of a server on the loopback that gives one answer and closes.
-std::optional<std::string> fetch_From(const std::string& answer) {
+// Runs `work` on the address of a server on the loopback that gives one caller one answer, and then closes or
+// holds the line. Whether the caller left while it was held.
+bool with_Server(const std::string& answer, bool holds, const std::function<void(std::string)>& work) {
   const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in place{};
   place.sin_family = AF_INET;
@@ -28,20 +35,34 @@ std::optional<std::string> fetch_From(const std::string& answer) {
   if (::bind(listener, generic, size) != 0 || ::listen(listener, 1) != 0 ||
       ::getsockname(listener, generic, &size) != 0)
     throw std::runtime_error("no loopback");
-  const std::jthread server([&] {
-    pollfd waiting{listener, POLLIN, 0};  // gives up by itself when nobody comes
-    const int client = ::poll(&waiting, 1, /*ms*/ 5000) == 1 ? ::accept(listener, nullptr, nullptr) : -1;
+  ::setenv("no_proxy", "127.0.0.1", 1);
+  bool left = false;
+  std::jthread server([&] {
+    const auto wait = [](int fd) {
+      pollfd waiting{fd, POLLIN, 0};  // gives up by itself when nobody comes or leaves
+      return ::poll(&waiting, 1, /*ms*/ 5000) == 1;
+    };
+    const int client = wait(listener) ? ::accept(listener, nullptr, nullptr) : -1;
     char request[4096];  // small enough to come in one piece
     if (::recv(client, request, sizeof request, 0) > 0)
       ::send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
+    if (holds) left = wait(client) && ::recv(client, request, sizeof request, 0) <= 0;
     ::close(client);
     ::close(listener);
   });
-  return make_CurlFetcher()->fetch("http://127.0.0.1:" + std::to_string(ntohs(place.sin_port)) + "/list");
+  work("http://127.0.0.1:" + std::to_string(ntohs(place.sin_port)) + "/list");
+  server.join();
+  return left;
+}
+
+std::optional<std::string> fetch_From(const std::string& answer) {
+  ScriptedDesk desk;
+  std::optional<std::string> reply;
+  with_Server(answer, false, [&](const auto& address) { reply = make_CurlFetcher(desk)->fetch(address); });
+  return reply;
 }
 
 TEST(CurlFetcher, TakesOnlyWholeAnswers) {
-  ::setenv("no_proxy", "127.0.0.1", 1);
   const TempHome home;
   const auto secret = home.path() / "secret.txt";
   std::ofstream(secret) << "secret";
@@ -54,16 +75,68 @@ TEST(CurlFetcher, TakesOnlyWholeAnswers) {
   for (const std::string& answer : bad) EXPECT_EQ(fetch_From(answer), std::nullopt) << answer;
 }
 
+// Before the server says a word, and in the middle of its list.
+TEST(CurlFetcher, AStopOrAFailureWhileTheServerIsSilent) {
+  for (const std::string answer : {"", "HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n=336= 2007001"})
+    for (const bool fails : {false, true}) {
+      TempHome home;
+      ScriptedDesk desk;
+      int served = 0;
+      desk.on_serve = [&] {
+        EXPECT_EQ(desk.jobs_open, 1);
+        if (++served != 5) return;
+        if (fails) throw std::runtime_error("desk");
+        desk.request_Stop();
+      };
+      const auto fetcher = make_CurlFetcher(desk);
+      EXPECT_TRUE(with_Server(answer, true, [&](const auto& address) {
+        const auto fetch = [&] { return downloadDraws(home.store(), desk, *fetcher, address).stopped; };
+        EXPECT_NE(value_OrNothing(fetch), fails);
+      }));
+      EXPECT_TRUE(desk.told.empty() && desk.jobs_open == 0 && !desk.stop_Requested());
+      EXPECT_EQ(desk.statuses.back(), "");
+      EXPECT_EQ(stored_Address(home.store(), AddressUse::draw_list), "");
+    }
+}
+
+TEST(CurlFetcher, AStopEndsTheSearchForAPage) {
+  TempHome home;
+  ScriptedDesk desk;
+  int served = 0;  // the first times the caller may not have come yet
+  desk.on_serve = [&] {
+    if (++served == 5) desk.request_Stop();
+  };
+  EXPECT_TRUE(with_Server("", true, [&](const auto& address) {
+    remember_Address(home.store(), AddressUse::detail_page, address);
+    EXPECT_FALSE(find_DetailPage(home.store(), desk, *make_CurlFetcher(desk), "2008118"));
+  }));
+  EXPECT_TRUE(desk.told.empty() && !desk.stop_Requested());
+}
+
 TEST(CurlFetcher, ReadsFilesUpToALimit) {
   const TempHome home;
-  const auto list = home.path() / "list.txt";
+  const auto list = home.path() / "开奖.txt";
   std::ofstream(list) << "=336=\n2007001";
-  const auto fetcher = make_CurlFetcher();
+  ScriptedDesk desk;
+  const auto fetcher = make_CurlFetcher(desk);
   EXPECT_EQ(fetcher->fetch("file://" + list.string()), "=336=\n2007001");
   std::filesystem::resize_file(list, std::uintmax_t{32} << 20);
   EXPECT_TRUE(fetcher->fetch("file://" + list.string()).has_value());
   std::filesystem::resize_file(list, (std::uintmax_t{32} << 20) + 1);
   EXPECT_EQ(fetcher->fetch("file://" + list.string()), std::nullopt);
+}
+
+TEST(CurlFetcher, ReadsNoFileThatMayStaySilent) {
+  const TempHome home;
+  const auto pipe = home.path() / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
+  ScriptedDesk desk;
+  ::alarm(60);  // ends the test where the pipe is opened
+  for (const std::string& address :
+       {"file://" + pipe.string(), "FILE://localhost" + home.path().string() + "/%70ipe",
+        "file://" + home.path().string(), std::string("file:///dev/null"), std::string("file:")})
+    EXPECT_EQ(make_CurlFetcher(desk)->fetch(address), std::nullopt) << address;
+  ::alarm(0);
 }
 
 }  // namespace

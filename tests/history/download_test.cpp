@@ -70,6 +70,10 @@ TEST(Download, StoresWholeDrawsInReachOfADrawList) {
     EXPECT_EQ(result.overwritten, overwritten);
     EXPECT_EQ(result.skipped, skipped);
     EXPECT_EQ(home.store().value(R"(SELECT count("和值") FROM "历史记录")"), ok ? 1 + added : 0);
+    const std::string stages[] = {" ■■■■■  正在下载开奖数据。。。。。。  ",
+                                  " >>>>>>>>  正在统计各项值，请稍等！  <<<<<<<<  "};
+    EXPECT_EQ(desk.statuses, ok ? std::vector<std::string>({stages[0], stages[0], stages[1], ""})
+                                : std::vector<std::string>({stages[0], ""}));
   }
 }
 
@@ -114,7 +118,58 @@ TEST(Download, AFailureOnTheWayLeavesTheHistoryAsItWas) {
     };
     EXPECT_THROW((void)downloadAll(home.store(), desk, fetcher, ""), std::runtime_error) << moment;
     EXPECT_EQ(dump_History(home.store()), before) << moment;
+    EXPECT_EQ(desk.statuses.back(), "") << moment;
   }
+}
+
+TEST(Download, TheCommandAsksForAnAddressWhileNoneIsRemembered) {
+  const struct {
+    std::optional<std::string> typed;
+    bool ok;
+    std::size_t told;
+    std::string remembered;
+  } cases[] = {{std::nullopt, false, 0, ""},
+               {" \t", false, 0, ""},
+               {"ftp://site/list", false, 1, ""},
+               {"/home/me/list.txt", false, 1, ""},
+               {"https://site/page", false, 1, ""},
+               {" HTTPS://site/list\n", true, 1, "HTTPS://site/list"},
+               {"file:///home/me/list", true, 1, "file:///home/me/list"}};
+  for (const auto& [typed, ok, told, remembered] : cases) {
+    SCOPED_TRACE(typed.value_or("cancel"));
+    TempHome home;
+    ScriptedDesk desk;
+    desk.texts = {typed};
+    ScriptedFetcher list(typed && typed->find("page") != std::string::npos ? "<html>" : "<336>");
+    EXPECT_EQ(download_Command(home.store(), desk, list).ok, ok);
+    EXPECT_EQ(desk.told.size(), told);
+    EXPECT_EQ(stored_Address(home.store(), AddressUse::draw_list), remembered);
+    desk.texts = {std::nullopt};
+    ScriptedFetcher again("<336>");
+    EXPECT_EQ(download_Command(home.store(), desk, again).ok, ok);
+  }
+}
+
+TEST(Download, AnAddressChangesToWhatIsTyped) {
+  TempHome home;
+  const struct {
+    std::optional<std::string> typed;
+    bool changed;
+    std::string stored;
+  } cases[] = {{"file:///b", true, "file:///b"},
+               {std::nullopt, false, "file:///b"},
+               {"b", false, "file:///b"},
+               {"http://c", true, "http://c"},
+               {" ", true, ""}};
+  remember_Address(home.store(), AddressUse::draw_list, "http://list");
+  for (const auto& [typed, changed, stored] : cases) {
+    ScriptedDesk desk;
+    desk.texts = {typed};
+    EXPECT_EQ(change_Address(home.store(), desk, AddressUse::detail_page), changed);
+    EXPECT_EQ(stored_Address(home.store(), AddressUse::detail_page), stored) << typed.value_or("cancel");
+    EXPECT_EQ(desk.told.size(), typed == "b" ? 1U : 0U);
+  }
+  EXPECT_EQ(stored_Address(home.store(), AddressUse::draw_list), "http://list");
 }
 
 }  // namespace

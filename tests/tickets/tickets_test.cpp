@@ -8,6 +8,7 @@
 #include "core/text.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
+#include "tickets/ticket_list.hpp"
 #include "tickets/ticket_rows.hpp"
 
 namespace lotmere {
@@ -136,6 +137,18 @@ TEST_F(Tickets, ASavedSetWritesScoresAlone) {
   expected[0].mark = expected[0].shrink = 0;
   expected[2].score = 7;
   EXPECT_EQ(test::read_Rows(store_), expected);
+}
+
+TEST_F(Tickets, ListsEveryPeriodInTheOrderOfTheGrid) {
+  test::write_Rows(store_, kOldRows);
+  store_.db().exec("UPDATE 日志表 SET 红球中=6,蓝球中=1 WHERE ID=12");
+  store_.db().exec("UPDATE 日志表 SET 红球中=NULL,蓝球中=NULL,蓝球=NULL WHERE ID=40");
+  const Reds first{1, 2, 3, 4, 5, 6};
+  const std::vector<TicketRow> expected{{1, kPeriod - 1, {first, 7}, 0, 0},
+                                        {1, kPeriod, {first, 7}, 0, 0},
+                                        {2, kPeriod, {{2, 3, 4, 5, 6, 7}, 16}, 6, 1},
+                                        {1, kPeriod + 1, {first, 0}, 0, 0}};
+  EXPECT_EQ(load_TicketList(store_), expected);
 }
 
 TEST_F(Tickets, AClickOnThePad) {

@@ -1,0 +1,13 @@
+#include "history/fetch_job.hpp"
+
+namespace lotmere {
+
+Fetched fetch_AsJob(Desk& desk, Fetcher& fetcher, const std::string& address) {
+  const StopScope stop(desk);
+  const Job job(desk, 0, Job::Stop::possible);
+  auto reply = fetcher.fetch(address);
+  if (desk.stop_Requested()) return {std::nullopt, true};
+  return {std::move(reply), false};
+}
+
+}  // namespace lotmere

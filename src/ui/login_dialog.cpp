@@ -1,0 +1,64 @@
+#include "ui/login_dialog.hpp"
+
+#include <QGridLayout>
+
+#include "ui/dialog_parts.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+
+UserDesk user_Desk(Session& session) {
+  return {session.store, session.home, session.desk, session.clock.today()};
+}
+
+LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
+  setObjectName(QStringLiteral("frmODBCLogon"));
+  setWindowTitle(QStringLiteral("用户登录"));
+  name_ = new QComboBox;
+  name_->setObjectName(QStringLiteral("Combo_userName"));
+  name_->setEditable(true);
+  name_->setMinimumWidth(220);
+  for (const User& user : all_Users(session_.store)) name_->addItem(shown(user.name));
+  const QString current = shown(current_User(session_.store));
+  name_->setCurrentText(current);
+  password_ = new QLineEdit;
+  password_->setObjectName(QStringLiteral("txtPWD"));
+  password_->setEchoMode(QLineEdit::Password);
+  auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(12);
+  auto* name_label = new QLabel(QStringLiteral("用户名:"));
+  name_label->setBuddy(name_);
+  auto* password_label = new QLabel(QStringLiteral("密  码:"));
+  password_label->setBuddy(password_);
+  grid->addWidget(name_label, 0, 0);
+  grid->addWidget(name_, 0, 1);
+  grid->addWidget(password_label, 1, 0);
+  grid->addWidget(password_, 1, 1);
+  auto* ok = make_DialogButton("cmdOK", QStringLiteral("登 陆"), IsDefault::yes);
+  auto* new_user = make_DialogButton("cmd_newUser", QStringLiteral("我是新用户"));
+  auto* end = make_DialogButton("cmd_End", QStringLiteral("退出系统"));
+  connect(ok, &QPushButton::clicked, this, &LoginDialog::log_In);
+  connect(new_user, &QPushButton::clicked, this, &LoginDialog::show_NewUser);
+  connect(end, &QPushButton::clicked, this, [this] {
+    program_ends_ = true;
+    reject();
+  });
+  auto* layout = make_DialogLayout(this);
+  layout->addLayout(grid);
+  layout->addLayout(make_DialogFoot({ok, new_user, end}));
+  (current.isEmpty() ? static_cast<QWidget*>(name_) : password_)->setFocus();
+}
+
+void LoginDialog::log_In() {
+  run_Guarded(session_.desk, [this] {
+    if (lotmere::log_In(user_Desk(session_), {utf8(name_->currentText()), utf8(password_->text())})) accept();
+  });
+}
+
+void LoginDialog::show_NewUser() {
+  session_.desk.tell(new_UserText());
+  password_->setEchoMode(QLineEdit::Normal);
+  name_->setFocus();
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,36 @@
+// The login (`frmODBCLogon`).
+#pragma once
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+
+#include "ui/session.hpp"
+#include "users/login.hpp"
+
+namespace lotmere::ui {
+
+class LoginDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  LoginDialog(Session& session, QWidget* parent);
+
+  // Accepted: current_User() is the one who logged in. Otherwise whether the person asked to end the program,
+  // which is more than closing the dialog.
+  [[nodiscard]] bool program_Ends() const { return program_ends_; }
+
+ private:
+  void log_In();
+  void show_NewUser();
+
+  Session& session_;
+  QComboBox* name_;
+  QLineEdit* password_;
+  bool program_ends_ = false;
+};
+
+// What the operations of users work on.
+[[nodiscard]] UserDesk user_Desk(Session& session);
+
+}  // namespace lotmere::ui

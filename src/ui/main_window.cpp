@@ -1,0 +1,271 @@
+#include "ui/main_window.hpp"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QStatusBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "history/status.hpp"
+#include "ui/first_run_dialog.hpp"
+#include "ui/help_texts.hpp"
+#include "ui/login_dialog.hpp"
+#include "ui/text.hpp"
+#include "ui/theme.hpp"
+#include "users/login.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kTabCount = 3;
+constexpr QSize kSize{1240, 780};
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session)
+    : session_(session),
+      main_caption_(QStringLiteral("Lotmere 双色球")),
+      tabs_(new QTabBar),
+      pages_(new QStackedWidget),
+      progress_(nullptr),
+      history_(new HistoryPage(session)),
+      conditions_(new ConditionsPage(session)),
+      tickets_(new TicketPage(session)),
+      other_(new OtherPage(session)) {
+  setObjectName(QStringLiteral("Form_main"));
+  setWindowTitle(main_caption_);
+  if (const QScreen* shown_on = screen(); shown_on != nullptr)
+    resize(kSize.boundedTo(shown_on->availableSize()));
+  session_.desk.set_Window(this);
+  pages_->setObjectName(QStringLiteral("Pic_Main"));
+  for (QWidget* page : {static_cast<QWidget*>(history_), static_cast<QWidget*>(conditions_),
+                        static_cast<QWidget*>(tickets_), static_cast<QWidget*>(other_)})
+    pages_->addWidget(page);
+  history_->setObjectName(QStringLiteral("Frm_Sub_0"));
+  conditions_->setObjectName(QStringLiteral("Frm_Sub_1"));
+  tickets_->setObjectName(QStringLiteral("Frm_Sub_2"));
+  other_->setObjectName(QStringLiteral("Frm_Sub_5"));
+  add_Commands();
+  make_Top();
+  make_Menus();
+  make_StatusBar();
+  progress_ = new ProgressControl(session_.desk, this);
+  progress_->setObjectName(QStringLiteral("myJinDuCTL1"));
+  progress_->set_TipTxt(QStringLiteral("正在下载，请稍候．．．"));
+  history_->set_Progress(*progress_);
+  connect_Pages();
+  history_->load_Entry();
+  history_->refreshHistoryView();
+  update_Status();
+}
+
+void MainWindow::add_Commands() {
+  session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
+  session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switch_User(); });
+  session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
+                        [this] { session_.desk.tell(utf8(steps_Text()), Tone::information, "如何使用？"); });
+  session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
+                        [this] { toggle_Appearance(); });
+}
+
+void MainWindow::make_Top() {
+  tabs_->setObjectName(QStringLiteral("TabStrip_Top"));
+  tabs_->setExpanding(false);
+  for (const char* caption : {"历史数据", "过滤条件", "投注号码"}) tabs_->addTab(QString::fromUtf8(caption));
+  for (int i = 0; i < kTabCount; ++i) tabs_->setTabToolTip(i, QStringLiteral("Alt+%1").arg(i + 1));
+  QFont large = tabs_->font();
+  large.setPointSizeF(large.pointSizeF() + 1.5);
+  tabs_->setFont(large);
+  auto* top = new QWidget;
+  top->setObjectName(QStringLiteral("Pic_mainTop"));
+  auto* row = new QHBoxLayout(top);
+  row->setContentsMargins(12, 4, 12, 0);
+  row->addWidget(tabs_);
+  row->addStretch();
+  row->addWidget(session_.commands.make_Button("cmm_kjqk", QStringLiteral("详细开奖情况查询"),
+                                               session_.commands.action("cmm_kjqk")));
+  row->addWidget(session_.commands.make_Button("cmm_Autochosenumber", QStringLiteral("如何使用？"),
+                                               session_.commands.action("cmm_help")));
+  auto* body = new QWidget;
+  auto* column = new QVBoxLayout(body);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(top);
+  column->addWidget(pages_, 1);
+  setCentralWidget(body);
+}
+
+void MainWindow::add_Menu(const char* name, const QString& title,
+                          std::initializer_list<const char*> entries) {
+  QMenu* menu = menuBar()->addMenu(title);
+  menu->setObjectName(QString::fromUtf8(name));
+  for (const char* entry : entries) {
+    if (entry == nullptr)
+      menu->addSeparator();
+    else
+      menu->addAction(session_.commands.action(entry));
+  }
+}
+
+void MainWindow::make_Menus() {
+  add_Menu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
+  add_Menu("mnu_History", QStringLiteral("1.历史数据(&D)"),
+           {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
+            "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress"});
+  add_Menu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
+           {"mnu_TiaojianChoseNumber", nullptr, "huanyuan", "mnu_TiaojianView"});
+  add_Menu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
+           {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
+            "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
+  add_Menu("mnu_Else", QStringLiteral("其它(&E)"),
+           {"mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
+  add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan"});
+  user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
+}
+
+void MainWindow::make_StatusBar() {
+  statusBar()->setObjectName(QStringLiteral("StatusBar"));
+  statusBar()->setSizeGripEnabled(false);
+  for (int i = 0; i < 3; ++i) {
+    panels_[i] = new QLabel;
+    panels_[i]->setObjectName(QStringLiteral("StatusBar_%1").arg(i + 1));
+    panels_[i]->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(panels_[i], i == 1 ? 1 : 0);
+  }
+}
+
+void MainWindow::connect_Pages() {
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
+    session_.commands.runner().run([this, index] { show_Page(static_cast<Page>(index)); });
+    // Refused while a command runs: the strip goes on showing where the person is.
+    const QSignalBlocker quiet(tabs_);
+    if (page_ != Page::other) tabs_->setCurrentIndex(static_cast<int>(page_));
+  });
+  connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
+    if (page_ == Page::other && index == tabs_->currentIndex())
+      session_.commands.runner().run([this, index] { show_Page(static_cast<Page>(index)); });
+  });
+  for (int i = 0; i < kTabCount; ++i) {
+    auto* go = session_.commands.add({("tab_" + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
+                                      QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))},
+                                     [this, i] { show_Page(static_cast<Page>(i)); });
+    addAction(go);
+  }
+  connect(history_, &HistoryPage::wanted, this, [this] { show_Page(Page::history); });
+  connect(conditions_, &ConditionsPage::wanted, this, [this] { show_Page(Page::conditions); });
+  connect(tickets_, &TicketPage::wanted, this, [this] { show_Page(Page::tickets); });
+  connect(other_, &OtherPage::wanted, this, [this] { show_Page(Page::other); });
+  connect(tickets_, &TicketPage::numbers_Wanted, this, [this] {
+    conditions_->show_Pad();
+    show_Page(Page::conditions);
+  });
+  connect(conditions_, &ConditionsPage::defaults_Restored, this, [this] { show_Page(Page::history); });
+  connect(history_, &HistoryPage::history_Changed, this, &MainWindow::update_Status);
+  connect(&session_.desk, &WindowDesk::job_Begun, this, [this] { set_Busy(true); });
+  connect(&session_.desk, &WindowDesk::job_Ended, this, [this] { set_Busy(false); });
+  connect(&session_.desk, &WindowDesk::status_Changed, panels_[1], &QLabel::setText);
+  connect(&session_.commands.runner(), &CommandRunner::finished, this, [this] {
+    if (std::exchange(close_wanted_, false)) QTimer::singleShot(0, this, &QWidget::close);
+  });
+}
+
+void MainWindow::show_Page(Page page) {
+  {
+    const QSignalBlocker quiet(tabs_);
+    if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
+  }
+  if (page == page_) return;
+  page_ = page;
+  pages_->setCurrentIndex(static_cast<int>(page));
+  if (page == Page::conditions) conditions_->open();
+  if (page == Page::tickets) tickets_->refresh_Tickets();
+}
+
+void MainWindow::update_Status() {
+  const HistoryStatus status =
+      updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date);
+  panels_[0]->setText(shown(status.history));
+  panels_[2]->setText(shown(status.next_draw));
+  QPalette palette = panels_[0]->palette();
+  palette.setColor(QPalette::WindowText, status.incomplete ? colours().warning : colours().good);
+  panels_[0]->setPalette(palette);
+}
+
+bool MainWindow::choose_Mode() {
+  if (user_Mode(session_.store) == UserMode::unchosen) {
+    FirstRunDialog dialog(this);
+    if (!session_.desk.run_Dialog(dialog)) return false;
+    static_cast<void>(choose_UserMode(session_.store, dialog.mode()));
+  }
+  user_menu_->menuAction()->setVisible(user_Mode(session_.store) == UserMode::multi);
+  return true;
+}
+
+bool MainWindow::log_In() {
+  if (user_Mode(session_.store) != UserMode::multi) return true;
+  LoginDialog dialog(session_, this);
+  if (!session_.desk.run_Dialog(dialog)) return false;
+  show_User();
+  return true;
+}
+
+void MainWindow::show_User() {
+  setWindowTitle(shown(user_Caption(current_User(session_.store), utf8(main_caption_))));
+  tickets_->refresh_Tickets();
+}
+
+void MainWindow::switch_User() {
+  if (!save_CurrentUser(user_Desk(session_))) return;
+  LoginDialog dialog(session_, this);
+  if (!session_.desk.run_Dialog(dialog)) {
+    if (dialog.program_Ends()) end_Program();
+    return;
+  }
+  show_User();
+  show_Page(Page::history);
+}
+
+void MainWindow::check_History() {
+  update_Status();
+  if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).incomplete) return;
+  session_.commands.runner().run([this] {
+    if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
+  });
+}
+
+void MainWindow::set_Busy(bool busy) {
+  if (busy) focus_ = QApplication::focusWidget();
+  session_.commands.set_Busy(busy);
+  tabs_->setEnabled(!busy);
+  if (!busy && focus_ != nullptr && focus_->isVisible()) focus_->setFocus();
+}
+
+void MainWindow::toggle_Appearance() {
+  apply_Appearance(*qApp, current_Appearance() == Appearance::light ? Appearance::dark : Appearance::light);
+  update_Status();
+}
+
+void MainWindow::end_Program() {
+  ending_ = true;
+  close_wanted_ = session_.commands.runner().is_Running();
+  if (!close_wanted_) close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  // A job ends at its next block and stores what it keeps; then the question comes again.
+  CommandRunner& runner = session_.commands.runner();
+  if (!ending_ && runner.is_Running()) {
+    close_wanted_ = true;
+    if (session_.desk.job_Running()) session_.desk.request_Stop();
+    event->ignore();
+    return;
+  }
+  if (!ending_) runner.run([this] { ending_ = exit_Program(user_Desk(session_)); });
+  event->setAccepted(ending_);
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,63 @@
+#include "ui/program.hpp"
+
+#include <utility>
+
+#include "core/store_files.hpp"
+
+namespace lotmere::ui {
+
+Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files)
+    : desk_(desk), clock_(clock), files_(files), start_(std::move(home), desk, files), commands_(desk) {}
+
+Program::~Program() { desk_.set_Window(nullptr); }
+
+std::vector<StartStep> Program::start_Order() {
+  return {start_.single_Instance(),
+          {"splash",
+           [this] {
+             splash_ = std::make_unique<Splash>();
+             splash_->show_Now();
+             return true;
+           }},
+          start_.database_Presence(),
+          start_.compaction(),
+          start_.size_Guard(),
+          start_.home_Files(),
+          start_.main_Connection(),
+          {"main window",
+           [this] {
+             session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_});
+             window_ = std::make_unique<MainWindow>(*session_);
+             return true;
+           },
+           StartAdvice::security},
+          {"show",
+           [this] {
+             splash_.reset();
+             window_->show();
+             return true;
+           }},
+          {"user mode", [this] { return window_->choose_Mode(); }},
+          {"login", [this] { return window_->log_In(); }},
+          {"history", [this] {
+             window_->check_History();
+             return true;
+           }}};
+}
+
+bool Program::start() {
+  const StartOutcome outcome = run_Steps(start_Order());
+  splash_.reset();
+  for (const std::string& message : outcome.messages) desk_.tell(message, Tone::error);
+  return outcome.ready;
+}
+
+void Program::finish() {
+  if (!session_ || session_->store.db().getTotalChanges() == 0) return;
+  run_Guarded(desk_, [this] {
+    if (!copy_Database(start_.home().main_Db(), start_.home().backup_Db(), files_))
+      desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);
+  });
+}
+
+}  // namespace lotmere::ui

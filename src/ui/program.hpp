@@ -1,0 +1,49 @@
+// The program with its window, from the start of the process to its end.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "core/platform.hpp"
+#include "core/startup.hpp"
+#include "ui/main_window.hpp"
+#include "ui/session.hpp"
+#include "ui/splash.hpp"
+#include "ui/window_desk.hpp"
+
+namespace lotmere::ui {
+
+class Program {
+ public:
+  // Nothing happens before start(). `desk`, `clock` and `files` outlive the program.
+  Program(Home home, WindowDesk& desk, Clock& clock = real_Clock(), FileSystem& files = real_Files());
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  // The whole start order up to the ready window. False: the program ends; a failure has been told, and
+  // nothing was changed that a later start would miss.
+  [[nodiscard]] bool start();
+  // Only after a start that came to its end.
+  [[nodiscard]] MainWindow& window() { return *window_; }
+  [[nodiscard]] Store& store() { return start_.store(); }
+  [[nodiscard]] Commands& commands() { return commands_; }
+
+  // What a person would miss if the store's file were lost before the next start goes to the backup. Behind
+  // the last event of the program; a failure is told.
+  void finish();
+
+ private:
+  [[nodiscard]] std::vector<StartStep> start_Order();
+
+  WindowDesk& desk_;
+  Clock& clock_;
+  FileSystem& files_;
+  ProgramStart start_;
+  Commands commands_;
+  std::optional<Session> session_;
+  std::unique_ptr<Splash> splash_;
+  std::unique_ptr<MainWindow> window_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,20 @@
+// What is seen before the main window (`frmInitapp`).
+#pragma once
+
+#include <QWidget>
+
+namespace lotmere::ui {
+
+class Splash : public QWidget {
+  Q_OBJECT
+
+ public:
+  Splash();
+  // On the screen when it returns.
+  void show_Now();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace lotmere::ui

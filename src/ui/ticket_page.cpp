@@ -1,0 +1,211 @@
+#include "ui/ticket_page.hpp"
+
+#include <QFile>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QVBoxLayout>
+
+#include "core/text.hpp"
+#include "files/import.hpp"
+#include "files/prize_check.hpp"
+#include "pipeline/run.hpp"
+#include "tickets/init.hpp"
+#include "tickets/upkeep.hpp"
+#include "ui/ball_delegate.hpp"
+#include "ui/export_dialog.hpp"
+#include "ui/import_dialog.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr const char* kExportFile = "LotmereTemp.txt";
+constexpr int kRowHeight = 26;
+
+// The steps in the order of their buttons. The third one has no operation: its button stays hidden, and it has
+// no menu entry.
+struct Step {
+  const char* action;  // of the menu
+  const char* button;
+  const char* menu_text;
+  const char* caption;
+  const char* shortcut;
+  const char* tip;
+};
+constexpr Step kSteps[] = {
+    {"mnu_ShengCeng_0", "cmmTouZhu_0", "初始化(&I)...", "第一步：初始化...", "Ctrl+I",
+     "把选好的号码展开成一期的全部投注号"},
+    {"mnu_ShengCeng_1", "cmmTouZhu_1", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R",
+     "按设置的条件过滤，再缩水"},
+    {nullptr, "cmmTouZhu_2", "", "精选号码", "", ""},
+    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+E", "把投注号写到文本文件并打开"},
+    {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+M", "从文本文件读入投注号"},
+    {"mnu_ShengCeng_5", "cmmTouZhu_5", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
+    {"mnu_ShengCeng_6", "cmmTouZhu_6", "开奖核对(&C)", "开奖核对", "Ctrl+K", "与一期开奖号码核对"},
+};
+
+}  // namespace
+
+TicketPage::TicketPage(Session& session, QWidget* parent)
+    : QWidget(parent), session_(session), model_(new TicketModel(this)) {
+  add_Commands();
+  auto* body = new QHBoxLayout;
+  body->setSpacing(12);
+  body->addWidget(make_Grid(), 3);
+  body->addWidget(make_Log(), 2);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->setSpacing(10);
+  layout->addWidget(make_Strip());
+  layout->addLayout(body, 1);
+  connect(&session_.desk, &WindowDesk::running_TextChanged, this, &TicketPage::show_Log);
+}
+
+void TicketPage::add_Commands() {
+  void (TicketPage::*const handlers[])() = {
+      &TicketPage::init,        &TicketPage::run,   nullptr,           &TicketPage::export_File,
+      &TicketPage::import_File, &TicketPage::clear, &TicketPage::check};
+  for (std::size_t i = 0; i < std::size(kSteps); ++i) {
+    const Step& step = kSteps[i];
+    if (step.action == nullptr) continue;
+    session_.commands.add({step.action, QString::fromUtf8(step.menu_text),
+                           QKeySequence(QString::fromUtf8(step.shortcut)), QString::fromUtf8(step.tip)},
+                          [this, handler = handlers[i]] {
+                            Q_EMIT wanted();
+                            const ProgressPlace place(session_.desk, *bar_);
+                            (this->*handler)();
+                          });
+  }
+}
+
+QWidget* TicketPage::make_Strip() {
+  auto* strip = new QWidget;
+  strip->setObjectName(QStringLiteral("Pic_subTouZhu"));
+  auto* layout = new QHBoxLayout(strip);
+  layout->setContentsMargins(0, 0, 0, 0);
+  for (const Step& step : kSteps) {
+    const QString caption = QString::fromUtf8(step.caption);
+    QPushButton* button = nullptr;
+    if (step.action != nullptr) {
+      button = session_.commands.make_Button(step.button, caption, session_.commands.action(step.action));
+    } else {
+      button = new QPushButton(caption);
+      button->setObjectName(QString::fromUtf8(step.button));
+      button->hide();
+    }
+    layout->addWidget(button);
+  }
+  layout->addStretch();
+  return strip;
+}
+
+QWidget* TicketPage::make_Grid() {
+  grid_ = new QTableView;
+  grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
+  grid_->setModel(model_);
+  grid_->setItemDelegate(new BallDelegate(grid_));
+  grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  grid_->setTabKeyNavigation(false);
+  grid_->setWordWrap(false);
+  grid_->setShowGrid(false);
+  grid_->setAlternatingRowColors(true);
+  grid_->verticalHeader()->hide();
+  // Rows of one height: the place of each follows from its number, also among 100,000.
+  grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  grid_->verticalHeader()->setDefaultSectionSize(kRowHeight);
+  grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  grid_->horizontalHeader()->setHighlightSections(false);
+  bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy");
+  auto* place = new QWidget;
+  auto* layout = new QGridLayout(place);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(grid_, 0, 0);
+  layout->addWidget(bar_, 0, 0, Qt::AlignCenter);
+  return place;
+}
+
+QWidget* TicketPage::make_Log() {
+  log_ = new QPlainTextEdit;
+  log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
+  log_->setReadOnly(true);
+  log_->setPlaceholderText(QStringLiteral("各步操作的结果显示在这里。"));
+  return log_;
+}
+
+void TicketPage::refresh_Tickets() { model_->show_Tickets(load_TicketList(session_.store)); }
+
+void TicketPage::show_Log(const QString& text) {
+  log_->setPlainText(text);
+  log_->moveCursor(QTextCursor::End);
+}
+
+PeriodNo TicketPage::current_Period() const {
+  const auto& tickets = model_->tickets();
+  if (tickets.empty()) return session_.next_Period();
+  const QModelIndex current = grid_->currentIndex();
+  return tickets[static_cast<std::size_t>(current.isValid() ? current.row() : 0)].period;
+}
+
+std::optional<std::string> TicketPage::ask_Period(std::string_view prompt, PeriodNo proposed) {
+  auto answer = session_.desk.ask_Text(prompt, "", std::to_string(proposed));
+  if (answer && trim(*answer).empty()) return std::nullopt;
+  return answer;
+}
+
+void TicketPage::init() {
+  const auto answer =
+      ask_Period("请输入期号：\r\n\r\n[注意,只需要输入7位数(如,2007001)的期号！]", session_.next_Period());
+  if (!answer) return;
+  const InitResult result = init_Tickets(session_.store, session_.desk, parse_Period(*answer));
+  // A stopped one leaves the grid as it was until the page is opened again.
+  if (result.done)
+    refresh_Tickets();
+  else if (!check_Selection(session_.store, session_.desk, Tell::no))
+    Q_EMIT numbers_Wanted();
+}
+
+void TicketPage::run() {
+  const auto answer = ask_Period("要过滤哪期的号码 ？", current_Period());
+  if (!answer) return;
+  run_Pipeline(session_.store, session_.desk, parse_Period(*answer));
+  refresh_Tickets();
+}
+
+void TicketPage::export_File() {
+  ExportDialog dialog(export_, session_.desk.window());
+  const bool accepted = session_.desk.run_Dialog(dialog);
+  export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
+  if (!accepted) return;
+  const auto target = session_.home.folder / kExportFile;
+  if (export_Command(session_.store, session_.desk, target, export_) == 0) return;
+  const QString path = shown(target.string());
+  if (!session_.desk.open_Outside(QUrl::fromLocalFile(path)))
+    session_.desk.tell(utf8(QStringLiteral("号码已写到文件 %1").arg(path)));
+}
+
+void TicketPage::import_File() {
+  const QString file = session_.desk.choose_File(QStringLiteral("数 据 导 入"), QStringLiteral("*.txt;;*"));
+  if (file.isEmpty()) return;
+  ImportDialog dialog(session_, session_.desk.window());
+  const auto choice = session_.desk.run_Dialog(dialog) ? dialog.choice() : std::nullopt;
+  import_Command(session_.store, session_.desk, QFile::encodeName(file).toStdString(), choice);
+  refresh_Tickets();
+}
+
+void TicketPage::clear() {
+  if (clear_AllTickets(session_.store, session_.desk)) refresh_Tickets();
+}
+
+void TicketPage::check() {
+  const auto answer = ask_Period("您要核对哪期的数据?", current_Period());
+  if (!answer) return;
+  const PeriodNo period = parse_Period(*answer);
+  const CheckResult result = check_Command(session_.store, session_.desk, period);
+  if (!result.refusal.empty()) return;
+  refresh_Tickets();
+  if (const auto draw = findDraw(session_.store, period)) model_->mark_Draw(*draw);
+}
+
+}  // namespace lotmere::ui

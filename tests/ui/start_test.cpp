@@ -1,0 +1,229 @@
+// From the start of the process to the ready window, users, and the end.
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QRadioButton>
+#include <QTimer>
+
+#include "ui/first_run_dialog.hpp"
+#include "ui/login_dialog.hpp"
+#include "ui/text.hpp"
+#include "ui/tip_dialog.hpp"
+#include "users/login.hpp"
+#include "window_fixture.hpp"
+
+namespace lotmere::ui::test {
+namespace {
+
+class StartTest : public WindowTest {
+ protected:
+  // Answers the first-run question.
+  static std::function<bool(QDialog&)> choose_Mode(UserMode mode) {
+    return [mode](QDialog& dialog) {
+      dialog.findChild<QRadioButton*>(QStringLiteral("Option_userMode_%1").arg(static_cast<int>(mode)))
+          ->setChecked(true);
+      dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
+      return dialog.result() == QDialog::Accepted;
+    };
+  }
+  // Types name and password into the login and presses a button of it.
+  static std::function<bool(QDialog&)> log_In(const char* name, const char* password,
+                                              const char* button = "cmdOK") {
+    return [=](QDialog& dialog) {
+      dialog.findChild<QComboBox*>(QStringLiteral("Combo_userName"))->setCurrentText(QString::fromUtf8(name));
+      dialog.findChild<QLineEdit*>(QStringLiteral("txtPWD"))->setText(QString::fromUtf8(password));
+      dialog.findChild<QPushButton*>(QString::fromUtf8(button))->click();
+      return dialog.result() == QDialog::Accepted;
+    };
+  }
+  [[nodiscard]] bool user_MenuShown() { return part<QMenu>("mnu_User").menuAction()->isVisible(); }
+};
+
+TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
+  desk_.dialogs = {choose_Mode(UserMode::single)};
+  desk_.answers = {false};
+  MainWindow& window = open();
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_EQ(user_Mode(store()), UserMode::single);
+  EXPECT_FALSE(user_MenuShown());
+  ASSERT_EQ(desk_.asked.size(), 1);
+  EXPECT_EQ(desk_.asked[0], "开奖记录不是最新的，是否需要更新到最新的数据．．．");
+  EXPECT_TRUE(part<QLabel>("StatusBar_1").text().contains(QStringLiteral("不完整")));
+  EXPECT_TRUE(part<QLabel>("StatusBar_3").text().contains(QStringLiteral("2026001 期")));
+}
+
+TEST_F(StartTest, LeavingTheFirstQuestionEndsTheProgramAndAsksAgainNextTime) {
+  desk_.dialogs = {[](QDialog& dialog) {
+    dialog.findChild<QPushButton*>(QStringLiteral("cmd_End"))->click();
+    return false;
+  }};
+  Program program(home_.home(), desk_, clock_);
+  EXPECT_FALSE(program.start());
+  EXPECT_EQ(user_Mode(program.store()), UserMode::unchosen);
+}
+
+TEST_F(StartTest, ASecondStartSaysSoAndTouchesNothing) {
+  open_Settled();
+  const std::string before = lotmere::test::read_File(home_.home().main_Db());
+  Program second(home_.home(), desk_, clock_);
+  EXPECT_FALSE(second.start());
+  EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
+  EXPECT_EQ(lotmere::test::read_File(home_.home().main_Db()), before);
+}
+
+TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
+  settle_Home(home_.store());
+  clock_.day = std::chrono::sys_days{std::chrono::August / 20 / 2026};
+  open();
+  EXPECT_TRUE(desk_.asked.empty());
+  program_.reset();
+  clock_.day += std::chrono::days(1);
+  desk_.answers = {false};
+  open();
+  EXPECT_EQ(desk_.asked.size(), 1);
+}
+
+TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
+  settle_Home(home_.store());
+  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  desk_.dialogs = {[](QDialog& dialog) {
+    EXPECT_FALSE(log_In("", "x")(dialog)) << "no name";
+    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "a user who doesn't exist, and no is answered";
+    return log_In("甲", "1")(dialog);
+  }};
+  desk_.answers = {false, true};
+  MainWindow& window = open();
+  EXPECT_EQ(desk_.told.front().text, "用户名不能为空！");
+  EXPECT_TRUE(user_MenuShown());
+  EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
+  choose("tab_2");
+  pick({33});
+  lotmere::test::put_Ticket(store(), 1, 1, 2026091, {{1, 2, 3, 4, 5, 6}, 7});
+
+  desk_.answers = {true};
+  desk_.dialogs = {log_In("乙", "2")};
+  choose("mnu_UserQiehuan");
+  EXPECT_EQ(current_User(store()), "乙");
+  EXPECT_EQ(window.current_Page(), MainWindow::Page::history);
+  EXPECT_EQ(load_Selection(store()).red[33], PickState::none);
+  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), 0) << "a login empties the tickets";
+
+  desk_.dialogs = {[](QDialog& dialog) {
+    EXPECT_FALSE(log_In("甲", "wrong")(dialog));
+    return log_In("甲", "1")(dialog);
+  }};
+  choose("mnu_UserQiehuan");
+  EXPECT_EQ(told(), "密码错误！(注意大小写区分)");
+  EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
+  EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
+
+  desk_.dialogs = {[](QDialog&) { return false; }};
+  choose("mnu_UserQiehuan");
+  EXPECT_TRUE(window.isVisible()) << "a closed dialog changes nothing";
+  EXPECT_EQ(current_User(store()), "甲");
+  desk_.dialogs = {log_In("", "", "cmd_End")};
+  choose("mnu_UserQiehuan");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+}
+
+TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTyped) {
+  Store& store = home_.store();
+  settle_Home(store);
+  store.query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  desk_.dialogs = {[](QDialog& dialog) {
+    auto* password = dialog.findChild<QLineEdit*>(QStringLiteral("txtPWD"));
+    EXPECT_EQ(password->echoMode(), QLineEdit::Password);
+    dialog.findChild<QPushButton*>(QStringLiteral("cmd_newUser"))->click();
+    EXPECT_EQ(password->echoMode(), QLineEdit::Normal);
+    return log_In("临时用户", "")(dialog);
+  }};
+  open();
+  EXPECT_EQ(told(), new_UserText());
+}
+
+TEST_F(StartTest, TheExitAsksAndNoGoesOn) {
+  MainWindow& window = open_Settled();
+  desk_.answers = {false};
+  EXPECT_FALSE(window.close());
+  EXPECT_TRUE(window.isVisible());
+  desk_.answers = {true};
+  choose("mnu_Exit");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+  program_->finish();
+  EXPECT_TRUE(is_SoundStore(home_.home().backup_Db()));
+}
+
+TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
+  MainWindow& window = open_Settled();
+  press("cmm_Autochosenumber");
+  EXPECT_TRUE(shown(told()).contains(QStringLiteral("5. ")));
+  for (const char* name : {"Text_yxgz", "Text_dingyi"}) {
+    choose(std::string(name) == "Text_yxgz" ? "mnu_youxiguizhe" : "mnu_TiaojianDingYi");
+    EXPECT_EQ(window.current_Page(), MainWindow::Page::other);
+    EXPECT_TRUE(part<QPlainTextEdit>(name).isVisible());
+  }
+  QTest::mouseClick(&part<QTabBar>("TabStrip_Top"), Qt::LeftButton, {},
+                    part<QTabBar>("TabStrip_Top").tabRect(0).center());
+  EXPECT_EQ(window.current_Page(), MainWindow::Page::history) << "the tab of the page behind leads back";
+}
+
+// Real message boxes, driven as a person would.
+TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
+  const auto press_Next = [](const QString& text) {
+    QTimer::singleShot(0, [text] {
+      for (auto* button : QApplication::activeModalWidget()->findChildren<QAbstractButton*>())
+        if (button->text() == text) return button->click();
+      ADD_FAILURE() << "no button " << text.toStdString();
+      QApplication::activeModalWidget()->close();
+    });
+  };
+  WindowDesk desk;
+  press_Next(QStringLiteral("是(&Y)"));
+  EXPECT_TRUE(desk.ask("?"));
+  press_Next(QStringLiteral("否(&N)"));
+  EXPECT_FALSE(desk.ask("?"));
+  QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+  EXPECT_FALSE(desk.ask("?")) << "Esc is no";
+  press_Next(QStringLiteral("确定"));
+  desk.tell("<b>text</b>\r\nline", Tone::error);
+  press_Next(QStringLiteral("确定"));
+  EXPECT_EQ(desk.ask_Text("?", "", "2026091"), "2026091");
+  press_Next(QStringLiteral("取消"));
+  EXPECT_EQ(desk.ask_Text("?", "", "2026091"), std::nullopt);
+}
+
+TEST(WindowDeskTest, ATipCountsDownAndClosesItself) {
+  TipDialog tip(QStringLiteral("text"), {}, nullptr);
+  EXPECT_EQ(tip.windowTitle(), QStringLiteral("信息提示"));
+  auto* button = tip.findChild<QPushButton*>(QStringLiteral("cmdOK"));
+  EXPECT_EQ(button->text(), QStringLiteral("知道了 (10)"));
+  tip.findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1);
+  EXPECT_EQ(tip.exec(), QDialog::Accepted);
+  EXPECT_EQ(button->text(), QStringLiteral("知道了 (0)"));
+}
+
+TEST(ProgressControlTest, EndsAndValueAreCut) {
+  WindowDesk desk;
+  QWidget window;
+  ProgressControl control(desk, &window);
+  control.set_MaxJindu(10);
+  control.set_MinJindu(20);
+  EXPECT_EQ(control.minJindu(), 10);
+  control.set_MaxJindu(5);
+  EXPECT_EQ(control.maxJindu(), 10);
+  control.set_MinJindu(0);
+  control.set_ValueJindu(99);
+  EXPECT_EQ(control.ValueJindu(), 99);
+  EXPECT_EQ(control.findChild<QLabel*>(QStringLiteral("LabelJindu"))->text(), QStringLiteral("10"));
+  control.begin(100, true);
+  auto* stop = control.findChild<QPushButton*>(QStringLiteral("cmm_stop"));
+  QTest::mousePress(stop, Qt::LeftButton);
+  EXPECT_TRUE(control.Tingzhi());
+  EXPECT_TRUE(desk.stop_Requested());
+  EXPECT_FALSE(control.StopEnabled());
+}
+
+}  // namespace
+}  // namespace lotmere::ui::test

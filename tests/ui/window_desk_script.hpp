@@ -1,0 +1,76 @@
+// The desk of the window with a script of answers in the place of dialogs, and a record of what was said. Jobs
+// and their bars are the real ones.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ui/window_desk.hpp"
+
+namespace lotmere::ui {
+
+class ScriptedWindowDesk : public WindowDesk {
+ public:
+  // Answers, first to last; a question without one throws std::logic_error, so that no test answers by accident.
+  std::deque<bool> answers;                           // of ask()
+  std::deque<std::optional<std::string>> texts;       // of ask_Text(); an empty entry stands for cancel
+  std::deque<QString> files;                          // of choose_File(); an empty one stands for cancel
+  std::deque<std::function<bool(QDialog&)>> dialogs;  // of run_Dialog()
+  bool opens = true;                                  // what open_Outside() answers
+  // Called at every serve(), for instance to press stop in the middle of a job.
+  std::function<void()> on_serve;
+
+  struct Said {
+    std::string text;
+    std::string title;
+    Tone tone;
+  };
+  std::vector<Said> told;
+  std::vector<std::string> asked;
+  std::vector<std::string> proposed;  // with each question for a text
+  std::vector<Said> tips;
+  std::vector<QUrl> opened;
+
+  void tell(std::string_view text, Tone tone, std::string_view title) override {
+    told.push_back({std::string(text), std::string(title), tone});
+  }
+  bool ask(std::string_view text, std::string_view /*title*/) override {
+    asked.emplace_back(text);
+    return take(answers, asked.back());
+  }
+  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view /*title*/,
+                                      std::string_view proposal) override {
+    asked.emplace_back(prompt);
+    proposed.emplace_back(proposal);
+    return take(texts, asked.back());
+  }
+  void show_Tip(std::string_view text, std::string_view title) override {
+    tips.push_back({std::string(text), std::string(title), Tone::information});
+  }
+  QString choose_File(const QString& title, const QString& /*filter*/) override {
+    return take(files, title.toStdString());
+  }
+  bool run_Dialog(QDialog& dialog) override { return take(dialogs, "a dialog")(dialog); }
+  bool open_Outside(const QUrl& address) override {
+    opened.push_back(address);
+    return opens;
+  }
+  void serve() override {
+    if (on_serve) on_serve();
+    WindowDesk::serve();
+  }
+
+ private:
+  template <class T>
+  static T take(std::deque<T>& script, const std::string& question) {
+    if (script.empty()) throw std::logic_error("no scripted answer to: " + question);
+    T answer = std::move(script.front());
+    script.pop_front();
+    return answer;
+  }
+};
+
+}  // namespace lotmere::ui
