@@ -4,10 +4,9 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
-#include <QStyle>
-#include <QStyleFactory>
 
 #include "ui/balls.hpp"
+#include "ui/flat_style.hpp"
 
 namespace lotmere::ui {
 namespace {
@@ -77,11 +76,12 @@ QPushButton:focus { border-color: palette(highlight); }
 QPushButton:pressed, QPushButton:checked { background: palette(highlight); color: palette(highlighted-text); }
 QPushButton:default { border-color: palette(highlight); }
 QPushButton:disabled { color: @disabled; background: palette(window); }
-QLineEdit, QComboBox, QDateEdit, QSpinBox { background: palette(base); border: 1px solid @line;
+QLineEdit { background: palette(base); border: 1px solid @line;
   border-radius: 4px; padding: 3px 6px; selection-background-color: palette(highlight); }
-QLineEdit:focus, QComboBox:focus, QDateEdit:focus { border-color: palette(highlight); }
-QLineEdit:disabled, QComboBox:disabled, QDateEdit:disabled { color: @disabled; background: palette(window); }
-QComboBox::drop-down, QDateEdit::drop-down { border: none; width: 20px; }
+QLineEdit:focus { border-color: palette(highlight); }
+QLineEdit:disabled { color: @disabled; background: palette(window); }
+QComboBox QLineEdit, QDateEdit QLineEdit { border: none; background: transparent; padding: 0; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QPlainTextEdit, QTextEdit, QTableView, QListView { background: palette(base); border: 1px solid @line; border-radius: 5px; }
 QTableView { gridline-color: @line; }
 QHeaderView { background: palette(window); border: none; }
@@ -106,10 +106,20 @@ QStatusBar { border-top: 1px solid @line; }
 QStatusBar::item { border: none; }
 QProgressBar { background: palette(base); border: 1px solid @line; border-radius: 5px; text-align: center; min-height: 14px; }
 QProgressBar::chunk { background: palette(highlight); border-radius: 4px; }
+QScrollBar { background: transparent; margin: 0; }
+QScrollBar:vertical { width: 12px; }
+QScrollBar:horizontal { height: 12px; }
+QScrollBar::handle { background: @handle; border-radius: 4px; margin: 2px; }
+QScrollBar::handle:vertical { min-height: 30px; }
+QScrollBar::handle:horizontal { min-width: 30px; }
+QScrollBar::handle:hover { background: @faint; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 10px; padding-top: 6px; }
 QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; color: @faint; }
 )")
       .replace(QStringLiteral("@line"), look.colours.line.name())
+      .replace(QStringLiteral("@handle"), look.disabled.name())
       .replace(QStringLiteral("@disabled"), look.disabled.name())
       .replace(QStringLiteral("@faint"), look.colours.faint.name());
 }
@@ -129,8 +139,8 @@ QFont program_Font(const QApplication& application) {
 
 void apply_Appearance(QApplication& application, Appearance appearance) {
   g_appearance = appearance;
-  if (application.style()->objectName().compare(QStringLiteral("fusion"), Qt::CaseInsensitive) != 0)
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  static bool styled = false;
+  if (!std::exchange(styled, true)) QApplication::setStyle(new FlatStyle);
   QApplication::setPalette(palette_Of(look()));
   QApplication::setFont(program_Font(application));
   application.setStyleSheet(style_Sheet(look()));

@@ -130,6 +130,7 @@ QWidget* TicketPage::make_Log() {
   log_ = new QPlainTextEdit;
   log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
   log_->setReadOnly(true);
+  log_->document()->setDocumentMargin(12);
   log_->setPlaceholderText(QStringLiteral("各步操作的结果显示在这里。"));
   return log_;
 }

@@ -1,0 +1,182 @@
+// Takes a picture of every page and dialog, over a home of invented draws that goes away again.
+//
+//   lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QTemporaryDir>
+#include <cstdio>
+
+#include "history/curl_fetcher.hpp"
+#include "history/download.hpp"
+#include "tickets/selection.hpp"
+#include "ui/application.hpp"
+#include "ui/program.hpp"
+#include "ui/progress_control.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+// The day behind the last invented draw.
+class SampleClock : public Clock {
+ public:
+  Date today() override { return std::chrono::January / 1 / 2026; }
+};
+
+// Photographs every dialog in place of waiting for a person, and answers it.
+class PictureDesk : public WindowDesk {
+ public:
+  PictureDesk(const QString& folder, const QString& suffix) : folder_(folder), suffix_(suffix) {}
+
+  // The name of the next dialog's picture; dialogs without one aren't kept.
+  QString next;
+  bool answer = true;
+  PeriodNo period = 0;  // typed at every question for a period; 0: the one that is proposed
+
+  void save(QWidget& widget, const QString& name) {
+    QApplication::processEvents();
+    const QString path = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
+    if (!widget.grab().save(path)) throw std::runtime_error("can't write " + path.toStdString());
+    std::puts(path.toUtf8().constData());
+  }
+  bool ask(std::string_view text, std::string_view title) override {
+    WindowDesk::ask(text, title);
+    return answer;
+  }
+  bool run_Dialog(QDialog& dialog) override {
+    if (next.isEmpty()) return answer;
+    dialog.show();
+    save(dialog, std::exchange(next, QString()));
+    dialog.hide();
+    return answer;
+  }
+  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
+                                      std::string_view proposed) override {
+    const std::string text = period > 0 ? std::to_string(period) : std::string(proposed);
+    WindowDesk::ask_Text(prompt, title, text);
+    return text;
+  }
+  QString choose_File(const QString& /*title*/, const QString& /*filter*/) override {
+    return QStringLiteral("/dev/null");
+  }
+  bool open_Outside(const QUrl& /*address*/) override { return true; }
+
+ private:
+  QString folder_;
+  QString suffix_;
+};
+
+// A home with draws and picked numbers.
+void fill_Home(const Home& home, WindowDesk& desk, const std::string& draws) {
+  Store::create(home.main_Db());
+  Store store(home.main_Db());
+  const auto fetcher = make_CurlFetcher(desk);
+  if (!downloadAll(store, desk, *fetcher, "file://" + draws).ok)
+    throw std::runtime_error("no draw list at " + draws);
+  NumberSelection selection;
+  for (const int red : {3, 5, 8, 10, 12, 15, 17, 19, 22, 24, 26, 29, 31}) selection.red[red] = PickState::tuo;
+  selection.red[12] = PickState::dan;
+  for (const int blue : {2, 7, 9, 11, 16}) selection.blue[blue] = PickState::tuo;
+  replace_Selection(store, desk, selection);
+}
+
+class Pictures {
+ public:
+  Pictures(PictureDesk& desk, const Home& home) : desk_(desk), home_(home) {}
+
+  void take_All() {
+    {
+      Program program(home_, desk_, clock_);
+      program_ = &program;
+      desk_.next = QStringLiteral("first-run");
+      if (!program.start()) throw std::runtime_error("the start came to no end");
+      program.window().resize(1240, 720);
+      take_Pages();
+    }
+    Store(home_.main_Db()).query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+    Program program(home_, desk_, clock_);
+    desk_.next = QStringLiteral("login");
+    desk_.answer = false;
+    static_cast<void>(program.start());
+  }
+
+ private:
+  void take_Pages() {
+    shoot("history");
+    give("mnu_HistoryTubiao");
+    shoot("distribution");
+    give("mnu_HistoryData");
+    give("tab_2");
+    shoot("numbers");
+    give("mnu_TiaojianView");
+    shoot("settings");
+    shoot_Dialog("init-prompt", "mnu_ShengCeng_0");
+    give("mnu_ShengCeng_1");
+    shoot("tickets");
+    shoot_Dialog("export", "mnu_ShengCeng_3");
+    shoot_Dialog("import", "mnu_ShengCeng_4");
+    take_Check();
+    give("mnu_youxiguizhe");
+    shoot("rules");
+    give("mnu_TiaojianDingYi");
+    shoot("definitions");
+    shoot_Dialog("message", "cmm_help");
+    desk_.next = QStringLiteral("tip");
+    desk_.show_Tip("此过滤条件与历史数据有关，只对当前这一期有效。", "信息提示");
+    give("tab_1");
+    auto* progress = program_->window().findChild<ProgressControl*>();
+    progress->begin(5000, true);
+    progress->set_ValueJindu(2140);
+    shoot("progress");
+    progress->end();
+  }
+  // Tickets of a period that has been drawn, held against it.
+  void take_Check() {
+    desk_.period = latestPeriod(program_->store());
+    give("mnu_ShengCeng_0");
+    give("mnu_ShengCeng_6");
+    shoot("check");
+  }
+
+  void give(const char* command) { program_->commands().action(command)->trigger(); }
+  void shoot(const char* name) { desk_.save(program_->window(), QString::fromUtf8(name)); }
+  void shoot_Dialog(const char* name, const char* command) {
+    desk_.next = QString::fromUtf8(name);
+    give(command);
+  }
+
+  PictureDesk& desk_;
+  const Home home_;
+  SampleClock clock_;
+  Program* program_ = nullptr;
+};
+
+int run(QApplication& application) {
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() != 4) {
+    std::fputs("usage: lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark\n", stderr);
+    return 2;
+  }
+  const bool dark = arguments[3] == QStringLiteral("dark");
+  apply_Appearance(application, dark ? Appearance::dark : Appearance::light);
+  const QTemporaryDir folder;
+  const Home home{folder.path().toStdString()};
+  PictureDesk desk(arguments[2], dark ? QStringLiteral("-dark") : QString());
+  fill_Home(home, desk, arguments[1].toStdString());
+  Pictures(desk, home).take_All();
+  return 0;
+}
+
+}  // namespace
+}  // namespace lotmere::ui
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  lotmere::ui::set_UpApplication(application);
+  try {
+    return lotmere::ui::run(application);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 1;
+  }
+}
