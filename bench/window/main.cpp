@@ -1,0 +1,250 @@
+// Workloads of the window, each with a ratio against a floor measured in the same run; the median of some rounds
+// counts. Runs without a screen unless QT_QPA_PLATFORM says otherwise.
+//
+//   start-3500      from nothing to the painted window over 3,500 draws, against an empty painted window and
+//                   the steps that open the store; at most 2
+//   history-3500    the grid of all draws read anew and painted, against a plain read of every field
+//   tickets-100k    the ticket grid read anew and painted, 99,008 tickets, against a plain read of the rows
+//   alive-100k      a run with every condition on over 99,008 tickets in the window: its longest time without
+//                   serving the person, against 100 ms; at most 1
+//   stop-100k       the same run stopped in its middle: from the press to the end of the command, against
+//                   100 ms; at most 1
+//
+// --smoke runs them with small sizes, to show that they work; its figures mean nothing.
+#include <benchmark/benchmark.h>
+
+#include <QMainWindow>
+#include <cstring>
+
+#include "core/startup.hpp"
+#include "tickets/init.hpp"
+#include "tickets/selection.hpp"
+#include "ui/application.hpp"
+#include "ui/program.hpp"
+#include "users/user_table.hpp"
+#include "workload.hpp"
+#include "world.hpp"
+
+namespace lotmere::bench {
+namespace {
+
+using benchmark::State;
+
+constexpr double kPatience = 0.1;  // seconds
+
+// The window's desk with nobody at it; notes how long the person isn't served.
+class EmptyDesk final : public ui::WindowDesk {
+ public:
+  void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
+  bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return false; }
+  std::optional<std::string> ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
+                                      std::string_view /*proposed*/) override {
+    begun();
+    return std::to_string(kTarget);
+  }
+  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+  void serve() override {
+    longest = std::max(longest, elapsed(last_));
+    if (stop_at > 0 && ++served == stop_at) {
+      request_Stop();
+      pressed = std::chrono::steady_clock::now();
+    }
+    WindowDesk::serve();
+    last_ = std::chrono::steady_clock::now();
+  }
+  void begun() {
+    last_ = std::chrono::steady_clock::now();
+    longest = 0;
+    served = 0;
+  }
+  static double elapsed(std::chrono::steady_clock::time_point since) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - since).count();
+  }
+
+  double longest = 0;
+  int served = 0;
+  int stop_at = 0;  // the call of serve() at which stop is pressed; 0: never
+  std::chrono::steady_clock::time_point pressed;
+
+ private:
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+// A home that asks nothing at its start: draws, and the tickets of the coming period.
+class WindowWorld {
+ public:
+  explicit WindowWorld(const Sizes& sizes, bool tickets) {
+    world_.add_Draws(sizes.draws);
+    world_.pick(sizes.reds, sizes.blues);
+    if (tickets) {
+      world_.use_AllConditions(make_Tickets(load_Selection(world_.store()), kTarget));
+      init();
+    }
+    check(choose_UserMode(world_.store(), UserMode::single), "the user mode");
+  }
+  void init() { check(init_Tickets(world_.store(), quiet_, kTarget).done, "initialisation"); }
+  [[nodiscard]] Home home() const { return {world_.folder()}; }
+  [[nodiscard]] Store& store() { return world_.store(); }
+
+ private:
+  World world_;
+  QuietDesk quiet_;
+};
+
+void paint(QWidget& window) {
+  window.repaint();
+  QApplication::processEvents();
+}
+
+// A started program.
+class Open {
+ public:
+  explicit Open(const Home& home) : program_(home, desk_) {
+    check(program_.start(), "the start");
+    paint(program_.window());
+  }
+  EmptyDesk& desk() { return desk_; }
+  ui::Program& program() { return program_; }
+
+ private:
+  EmptyDesk desk_;
+  ui::Program program_;
+};
+
+double start_Plainly(const Home& home) {
+  return seconds([&] {
+    EmptyDesk desk;
+    ProgramStart start(home, desk);
+    const StartStep steps[] = {start.single_Instance(), start.database_Presence(), start.compaction(),
+                               start.size_Guard(),      start.home_Files(),        start.main_Connection()};
+    check(run_Steps(steps).ready, "the plain start");
+    QMainWindow window;
+    window.resize(1240, 720);
+    window.show();
+    paint(window);
+  });
+}
+
+void start_3500(State& state, const Sizes& sizes) {
+  const WindowWorld world(sizes, false);
+  static_cast<void>(start_Plainly(world.home()));  // fonts and pictures of the process
+  std::vector<double> floors;
+  std::vector<double> subjects;
+  for (auto _ : state) {
+    for (int round = 0; round < sizes.rounds; ++round) {
+      floors.push_back(start_Plainly(world.home()));
+      subjects.push_back(seconds([&] { const Open open(world.home()); }));
+    }
+    report(state, median(subjects), median(floors), median(subjects) / median(floors), 0);
+  }
+}
+
+double read_Plainly(Store& store, const std::string& sql) {
+  return seconds([&] {
+    Query rows = store.query(sql);
+    std::int64_t sum = 0;
+    const int columns = rows.statement().getColumnCount();
+    while (rows.next())
+      for (int i = 0; i < columns; ++i) {
+        const SQLite::Column field = rows.statement().getColumn(i);
+        sum += field.isText() ? static_cast<std::int64_t>(field.getString().size()) : field.getInt64();
+      }
+    check(sum > 0, "a read without rows");
+  });
+}
+
+// A page filled anew and painted, against a plain read of the same rows.
+void fill(State& state, const Sizes& sizes, const char* sql, ui::MainWindow::Page page,
+          const std::function<void(ui::MainWindow&)>& refill) {
+  WindowWorld world(sizes, page == ui::MainWindow::Page::tickets);
+  Open open(world.home());
+  Store& store = open.program().store();
+  ui::MainWindow& window = open.program().window();
+  window.show_Page(page);
+  paint(window);
+  std::vector<double> floors;
+  std::vector<double> subjects;
+  for (auto _ : state) {
+    for (int round = 0; round < sizes.rounds; ++round) {
+      floors.push_back(read_Plainly(store, sql));
+      subjects.push_back(seconds([&] {
+        refill(window);
+        paint(window);
+      }));
+    }
+    report(state, median(subjects), median(floors), median(subjects) / median(floors), 0);
+  }
+}
+
+void history_3500(State& state, const Sizes& sizes) {
+  fill(state, sizes, R"(SELECT * FROM "历史记录" ORDER BY "期号")", ui::MainWindow::Page::history,
+       [](ui::MainWindow& window) { window.findChild<ui::HistoryPage*>()->refreshHistoryView(); });
+}
+
+void tickets_100k(State& state, const Sizes& sizes) {
+  fill(
+      state, sizes,
+      R"(SELECT "序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中" FROM "日志表"
+          ORDER BY "期号","序号")",
+      ui::MainWindow::Page::tickets,
+      [](ui::MainWindow& window) { window.findChild<ui::TicketPage*>()->refresh_Tickets(); });
+}
+
+// Runs over all tickets again and again; `measure` gives the seconds of one.
+void run_Again(State& state, const Sizes& sizes, const std::function<double(Open&)>& measure) {
+  std::vector<double> subjects;
+  for (auto _ : state) {
+    for (int round = 0; round < sizes.rounds; ++round) {
+      WindowWorld world(sizes, true);
+      Open open(world.home());
+      open.program().window().show_Page(ui::MainWindow::Page::tickets);
+      paint(open.program().window());
+      subjects.push_back(measure(open));
+    }
+    report(state, median(subjects), kPatience, median(subjects) / kPatience, 0);
+  }
+}
+
+void run_Command(Open& open) { open.program().commands().action("mnu_ShengCeng_1")->trigger(); }
+
+void alive_100k(State& state, const Sizes& sizes) {
+  run_Again(state, sizes, [](Open& open) {
+    run_Command(open);
+    open.desk().serve();  // behind the grid's refill
+    return open.desk().longest;
+  });
+}
+
+void stop_100k(State& state, const Sizes& sizes) {
+  run_Again(state, sizes, [](Open& open) {
+    open.desk().stop_at = 40;
+    run_Command(open);
+    check(open.desk().served >= 40, "the run was over before the stop");
+    return EmptyDesk::elapsed(open.desk().pressed);
+  });
+}
+
+void register_WindowWorkloads(const Sizes& sizes) {
+  add("start-3500", [sizes](State& state) { start_3500(state, sizes); });
+  add("history-3500", [sizes](State& state) { history_3500(state, sizes); });
+  add("tickets-100k", [sizes](State& state) { tickets_100k(state, sizes); });
+  add("alive-100k", [sizes](State& state) { alive_100k(state, sizes); });
+  add("stop-100k", [sizes](State& state) { stop_100k(state, sizes); });
+}
+
+}  // namespace
+}  // namespace lotmere::bench
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  lotmere::ui::set_UpApplication(application);
+  const bool smoke = argc > 1 && std::strcmp(argv[argc - 1], "--smoke") == 0;
+  if (smoke) --argc;
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  lotmere::bench::register_WindowWorkloads(smoke ? lotmere::bench::kSmoke : lotmere::bench::kFull);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
