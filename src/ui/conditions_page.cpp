@@ -1,20 +1,28 @@
 #include "ui/conditions_page.hpp"
 
 #include <QHBoxLayout>
+#include <QVBoxLayout>
 
 #include "conditions/condition_store.hpp"
+#include "conditions/pages.hpp"
 #include "conditions/summary.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
 namespace {
 
-QPlainTextEdit* make_TextView(const char* name) {
-  auto* view = new QPlainTextEdit;
-  view->setObjectName(QString::fromUtf8(name));
-  view->setReadOnly(true);
-  view->document()->setDocumentMargin(14);
-  return view;
+constexpr int kPadWidth = 330;
+constexpr int kTabsWidth = 138;
+
+int tab_OfKind(PageKind kind) {
+  const auto pages = condition_Pages();
+  const auto page = std::ranges::find(pages, kind, &ConditionPage::kind);
+  return static_cast<int>(page - pages.begin()) + 1;
+}
+
+// The count of the picked numbers under the pad, without the empty lines of the text.
+QString compact(const QString& text) {
+  return text.trimmed().replace(QStringLiteral("\n\n"), QStringLiteral("\n"));
 }
 
 }  // namespace
@@ -22,59 +30,130 @@ QPlainTextEdit* make_TextView(const char* name) {
 ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
     : QWidget(parent),
       session_(session),
+      clicks_(session),
       pad_(new NumberPad(session)),
-      tabs_(new QTabWidget),
-      count_(make_TextView("Text_ChoseNumberTip")),
-      summary_(make_TextView("Text_TiaoJianList")) {
-  tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
-  tabs_->addTab(count_, QStringLiteral("选取号码"));
-  tabs_->addTab(summary_, QStringLiteral("查看全部"));
-  pad_->setFixedWidth(330);
+      count_(new QLabel),
+      pages_(new QStackedWidget),
+      sheet_(new ConditionSheetView(session, clicks_)),
+      panels_(new PanelPage(session, clicks_)),
+      places_(new PlacePageView(session, clicks_)),
+      groups_(new GroupPageView(session, clicks_)),
+      match_(new MatchPageView(session, clicks_)),
+      shrink_(new ShrinkPageView(session, clicks_)),
+      summary_(new QPlainTextEdit) {
+  count_->setObjectName(QStringLiteral("Text_ChoseNumberTip"));
+  summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
+  summary_->setReadOnly(true);
+  summary_->document()->setDocumentMargin(14);
+  for (QWidget* page :
+       std::initializer_list<QWidget*>{sheet_, panels_, places_, groups_, match_, shrink_, summary_})
+    pages_->addWidget(page);
+  auto* left = new QVBoxLayout;
+  left->setSpacing(8);
+  left->addWidget(pad_, 1);
+  left->addWidget(count_);
+  pad_->setFixedWidth(kPadWidth);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
-  layout->setSpacing(16);
-  layout->addWidget(pad_);
-  layout->addWidget(tabs_, 1);
-  connect(pad_, &NumberPad::counted, count_, &QPlainTextEdit::setPlainText);
-  connect(tabs_, &QTabWidget::currentChanged, this, [this] {
-    if (tabs_->currentWidget() == summary_) run_Guarded(session_.desk, [this] { show_Summary(); });
-  });
+  layout->setSpacing(12);
+  layout->addLayout(left);
+  layout->addWidget(make_Tabs());
+  layout->addWidget(pages_, 1);
+  connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
   add_Commands();
 }
 
+QWidget* ConditionsPage::make_Tabs() {
+  QStringList captions;
+  for (const ConditionPage& page : condition_Pages()) captions.append(shown(page.caption));
+  captions_.setStringList(captions);
+  tabs_ = new QListView;
+  tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
+  tabs_->setModel(&captions_);
+  tabs_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  tabs_->setFixedWidth(kTabsWidth);
+  tabs_->setSpacing(2);
+  tabs_->setAccessibleName(QStringLiteral("过滤条件"));
+  tabs_->setCurrentIndex(captions_.index(0));
+  connect(tabs_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& index) {
+            session_.commands.runner().run([this, &index] { show_Tab(index.row() + 1); });
+          });
+  return tabs_;
+}
+
 void ConditionsPage::add_Commands() {
-  session_.commands.add({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
-                         QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
-                        [this] {
-                          show_Pad();
-                          Q_EMIT wanted();
-                        });
-  session_.commands.add({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"),
-                         QKeySequence(QStringLiteral("Ctrl+L")), QStringLiteral("全部设置一览")},
-                        [this] {
-                          Q_EMIT wanted();
-                          tabs_->setCurrentWidget(summary_);
-                        });
-  session_.commands.add(
-      {"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
-      [this] { restore_Defaults(); });
+  Commands& commands = session_.commands;
+  const auto add_Tab = [&](const ActionText& text, int tab) {
+    commands.add(text, [this, tab] {
+      Q_EMIT wanted();
+      show_Tab(tab);
+    });
+  };
+  add_Tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
+           QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
+          tab_OfKind(PageKind::picks));
+  add_Tab(
+      {"mnu_TiaojianShuosui", QStringLiteral("缩水设置(&K)..."), {}, QStringLiteral("缩水的类型和智能优化")},
+      tab_OfKind(PageKind::shrink));
+  add_Tab({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
+           QStringLiteral("全部设置一览")},
+          tab_OfKind(PageKind::summary));
+  for (int tab = tab_OfKind(PageKind::value); tab < tab_OfKind(PageKind::shrink); ++tab)
+    add_Tab({tab_Command(tab).c_str(), shown(condition_Page(tab).caption)}, tab);
+  commands.add({"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
+               [this] { restore_Defaults(); });
+}
+
+void ConditionsPage::show_Tab(int tab) {
+  tab_ = tab;
+  const QSignalBlocker quiet(tabs_->selectionModel());
+  tabs_->setCurrentIndex(captions_.index(tab - 1));
+  tabs_->viewport()->update();
+  load_Tab();
+}
+
+void ConditionsPage::load_Tab() {
+  const PageKind kind = condition_Page(tab_).kind;
+  switch (kind) {
+    case PageKind::picks:
+      sheet_->open();
+      return pages_->setCurrentWidget(sheet_);
+    case PageKind::places:
+      places_->load_DingWei();
+      return pages_->setCurrentWidget(places_);
+    case PageKind::groups:
+      groups_->load();
+      return pages_->setCurrentWidget(groups_);
+    case PageKind::history_match:
+      match_->load_LiShi();
+      return pages_->setCurrentWidget(match_);
+    case PageKind::shrink:
+      shrink_->load();
+      return pages_->setCurrentWidget(shrink_);
+    case PageKind::summary:
+      summary_->setPlainText(shown(tj_Summary(session_.store)));
+      return pages_->setCurrentWidget(summary_);
+    default:
+      panels_->open(tab_);
+      return pages_->setCurrentWidget(panels_);
+  }
 }
 
 void ConditionsPage::open() {
   pad_->open();
-  if (tabs_->currentWidget() == summary_) show_Summary();
+  load_Tab();
 }
 
 void ConditionsPage::restore_Defaults() {
-  show_Pad();
   Q_EMIT wanted();
+  show_Pad();
   if (!session_.desk.ask("要把全部过滤条件还原为默认值，并清空已选的号码吗？")) return;
   lotmere::restore_Defaults(session_.store);
+  sheet_->mark_Stale();
   pad_->reload();
   session_.desk.tell("完成，过滤条件已经还原为默认值！");
   Q_EMIT defaults_Restored();
 }
-
-void ConditionsPage::show_Summary() { summary_->setPlainText(shown(tj_Summary(session_.store))); }
 
 }  // namespace lotmere::ui

@@ -1,12 +1,22 @@
-// The condition page: the number pad, and beside it what is set.
+// The condition page: the number pad, and beside it everything that can be set.
 #pragma once
 
+#include <QLabel>
+#include <QListView>
 #include <QPlainTextEdit>
-#include <QTabWidget>
+#include <QStackedWidget>
+#include <QStringListModel>
 #include <QWidget>
 
+#include "ui/condition_clicks.hpp"
+#include "ui/condition_sheet.hpp"
+#include "ui/group_page.hpp"
+#include "ui/match_page.hpp"
 #include "ui/number_pad.hpp"
+#include "ui/panel_page.hpp"
+#include "ui/place_page.hpp"
 #include "ui/session.hpp"
+#include "ui/shrink_page.hpp"
 
 namespace lotmere::ui {
 
@@ -14,14 +24,18 @@ class ConditionsPage : public QWidget {
   Q_OBJECT
 
  public:
-  // Registers its commands.
+  // Registers its commands, one for each of its pages among them.
   explicit ConditionsPage(Session& session, QWidget* parent = nullptr);
 
-  // The page comes to the front: the marks for the coming draw are made, the selection is shown as it is
-  // stored.
+  // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.
   void open();
   // Stands the person before the number pad.
-  void show_Pad() { tabs_->setCurrentIndex(0); }
+  void show_Pad() { show_Tab(1); }
+  // The settings, the user or the draws changed elsewhere.
+  void mark_Stale() { sheet_->mark_Stale(); }
+
+  // The commands of the pages of single conditions, by tab, for the menus.
+  [[nodiscard]] static std::string tab_Command(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
 
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
@@ -30,14 +44,27 @@ class ConditionsPage : public QWidget {
 
  private:
   void add_Commands();
-  void show_Summary();
+  QWidget* make_Tabs();
+  // Shows the page of a tab, 1 to 44.
+  void show_Tab(int tab);
+  void load_Tab();
   void restore_Defaults();
 
   Session& session_;
+  ConditionClicks clicks_;
   NumberPad* pad_;
-  QTabWidget* tabs_;         // TabStrip_TiaoJian
-  QPlainTextEdit* count_;    // Text_ChoseNumberTip
+  QLabel* count_;              // Text_ChoseNumberTip
+  QListView* tabs_ = nullptr;  // TabStrip_TiaoJian
+  QStringListModel captions_;
+  QStackedWidget* pages_;
+  ConditionSheetView* sheet_;
+  PanelPage* panels_;
+  PlacePageView* places_;
+  GroupPageView* groups_;
+  MatchPageView* match_;
+  ShrinkPageView* shrink_;
   QPlainTextEdit* summary_;  // Text_TiaoJianList
+  int tab_ = 1;
 };
 
 }  // namespace lotmere::ui

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "conditions/pages.hpp"
 #include "history/status.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/help_texts.hpp"
@@ -117,7 +118,8 @@ void MainWindow::make_Menus() {
            {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
             "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress"});
   add_Menu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
-           {"mnu_TiaojianChoseNumber", nullptr, "huanyuan", "mnu_TiaojianView"});
+           {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
+  add_ConditionMenus();
   add_Menu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
            {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
             "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
@@ -125,6 +127,33 @@ void MainWindow::make_Menus() {
            {"mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
   add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
+}
+
+void MainWindow::add_ConditionMenus() {
+  auto* menu = findChild<QMenu*>(QStringLiteral("mnu_GuoLuTiaoJian"));
+  QAction* before = session_.commands.action("mnu_TiaojianShuosui");
+  QMenu* group = nullptr;
+  PageKind kind = PageKind::picks;
+  const auto pages = condition_Pages();
+  for (int tab = 1; tab <= static_cast<int>(pages.size()); ++tab) {
+    const ConditionPage& page = pages[static_cast<std::size_t>(tab - 1)];
+    if (page.kind == PageKind::picks || page.kind == PageKind::shrink || page.kind == PageKind::summary)
+      continue;
+    // Long series have a menu of their own.
+    if (page.kind != kind) {
+      group = page.kind == PageKind::value    ? new QMenu(QStringLiteral("数值条件"), menu)
+              : page.kind == PageKind::counts ? new QMenu(QStringLiteral("个数条件"), menu)
+              : page.kind == PageKind::shapes ? new QMenu(QStringLiteral("组合形式"), menu)
+                                              : nullptr;
+      if (group != nullptr) menu->insertMenu(before, group);
+    }
+    kind = page.kind;
+    QAction* action = session_.commands.action(ConditionsPage::tab_Command(tab).c_str());
+    if (group != nullptr)
+      group->addAction(action);
+    else
+      menu->insertAction(before, action);
+  }
 }
 
 void MainWindow::make_StatusBar() {
@@ -164,7 +193,10 @@ void MainWindow::connect_Pages() {
     show_Page(Page::conditions);
   });
   connect(conditions_, &ConditionsPage::defaults_Restored, this, [this] { show_Page(Page::history); });
-  connect(history_, &HistoryPage::history_Changed, this, &MainWindow::update_Status);
+  connect(history_, &HistoryPage::history_Changed, this, [this] {
+    update_Status();
+    conditions_->mark_Stale();
+  });
   connect(&session_.desk, &WindowDesk::job_Begun, this, [this] { set_Busy(true); });
   connect(&session_.desk, &WindowDesk::job_Ended, this, [this] { set_Busy(false); });
   connect(&session_.desk, &WindowDesk::status_Changed, panels_[1], &QLabel::setText);
@@ -216,6 +248,7 @@ bool MainWindow::log_In() {
 void MainWindow::show_User() {
   setWindowTitle(shown(user_Caption(current_User(session_.store), utf8(main_caption_))));
   tickets_->refresh_Tickets();
+  conditions_->mark_Stale();
 }
 
 void MainWindow::switch_User() {

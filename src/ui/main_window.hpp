@@ -45,6 +45,7 @@ class MainWindow : public QMainWindow {
  private:
   void add_Commands();
   void make_Menus();
+  void add_ConditionMenus();
   void make_Top();
   void make_StatusBar();
   void connect_Pages();

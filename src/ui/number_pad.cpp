@@ -16,7 +16,7 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr int kColumns = 6;
+constexpr int kColumns = 7;
 
 bool is_Blue(int code) { return code > kBlueCodeBase; }
 
@@ -98,7 +98,7 @@ NumberPad::NumberPad(Session& session, QWidget* parent) : QWidget(parent), sessi
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(10);
-  layout->addWidget(make_Half(false), 6);
+  layout->addWidget(make_Half(false), 5);
   layout->addWidget(make_Half(true), 3);
   layout->addWidget(make_Legend());
   connect(&buttons_, &QButtonGroup::idClicked, this,

@@ -2,6 +2,7 @@
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <csignal>
@@ -241,7 +242,7 @@ class NumberPadTest : public WindowTest {
     auto& tabs = part<QTabBar>(strip);
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(tab).center());
   }
-  [[nodiscard]] QString count() { return part<QPlainTextEdit>("Text_ChoseNumberTip").toPlainText(); }
+  [[nodiscard]] QString count() { return part<QLabel>("Text_ChoseNumberTip").text(); }
 };
 
 TEST_F(NumberPadTest, ColoursQuestionsAndLimitsFollowTheStore) {

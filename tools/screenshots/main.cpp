@@ -108,6 +108,12 @@ class Pictures {
     give("mnu_HistoryData");
     give("tab_2");
     shoot("numbers");
+    for (const auto& [name, tab] : {std::pair{"intervals", 14}, {"places", 15}, {"shapes", 16}, {"groups", 41}, {"match", 42}}) {
+      give(ConditionsPage::tab_Command(tab).c_str());
+      shoot(name);
+    }
+    give("mnu_TiaojianShuosui");
+    shoot("shrink");
     give("mnu_TiaojianView");
     shoot("settings");
     shoot_Dialog("init-prompt", "mnu_ShengCeng_0");

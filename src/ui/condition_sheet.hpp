@@ -1,0 +1,59 @@
+// The condition sheet (`Frame_subtj`): most conditions at once on one page that scrolls.
+#pragma once
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QScrollArea>
+#include <array>
+
+#include "conditions/own_pages.hpp"
+#include "conditions/sheet.hpp"
+#include "ui/condition_clicks.hpp"
+#include "ui/number_picker.hpp"
+#include "ui/panel_box.hpp"
+
+namespace lotmere::ui {
+
+class ConditionSheetView : public QScrollArea {
+  Q_OBJECT
+
+ public:
+  // Empty until it is reloaded.
+  ConditionSheetView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+
+  // Everything on it is shown anew at the next open(): draws, settings or the user changed.
+  void mark_Stale() { stale_ = true; }
+  // The sheet comes to the front.
+  void open();
+
+ private:
+  void panel_Reload();
+  QGridLayout* add_Section(const QString& title);
+  PanelBox* add_Panel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition);
+  void make_Slots();
+  void make_Combinations();
+  void make_Divisions();
+  void show_SlotTip(int slot);
+  void build_Combinations();
+  void show_Division();
+  void pick_Numbers(int place);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  QWidget* page_;                              // Frame_subtj
+  std::array<PanelBox*, kSlotCount> slots_{};  // slot 1 is empty
+  std::array<PanelBox*, kIntervalCount> intervals_{};
+  std::array<PanelBox*, 4> relatives_{};
+  std::array<PanelBox*, 2> heat_{};
+  std::array<PanelBox*, kTurnCount> shapes_{};
+  CheckList* combinations_ = nullptr;  // List_jtzhsgl
+  QComboBox* periods_ = nullptr;       // Combo_guoluqh
+  std::array<PanelBox*, kLargestDivision> division_{};
+  std::array<QPushButton*, kLargestDivision> pickers_{};
+  std::vector<DivisionPanel> division_panels_;
+  int shown_division_ = kSmallestDivision;
+  NumberPicker* picker_;
+  bool stale_ = true;
+};
+
+}  // namespace lotmere::ui

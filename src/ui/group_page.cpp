@@ -1,0 +1,110 @@
+#include "ui/group_page.hpp"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "conditions/help_texts.hpp"
+#include "conditions/summary.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+
+GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(clicks),
+      tabs_(new QTabBar),
+      numbers_(new NumberGrid(QStringLiteral("cmm_ZDY"), 9)),
+      counts_(new PanelBox(QStringLiteral("List_ZDYset"), QStringLiteral("Check_Zdy"))),
+      all_(new QListView) {
+  tabs_->setObjectName(QStringLiteral("TabStrip_ZDYchose"));
+  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(condition_OfUsage(usage_OfGroup(g)).name));
+  tabs_->setUsesScrollButtons(true);
+  tabs_->setExpanding(false);
+  all_->setObjectName(QStringLiteral("List_ZDY"));
+  all_->setModel(&lines_);
+  all_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  auto* help = new QPlainTextEdit(shown(kGroupHelp));
+  help->setObjectName(QStringLiteral("Text_ZDYhelp"));
+  help->setReadOnly(true);
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(12);
+  foot->addWidget(all_, 3);
+  foot->addWidget(help, 2);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->addWidget(tabs_);
+  layout->addWidget(make_Editor());
+  layout->addLayout(foot, 1);
+  connect(tabs_, &QTabBar::currentChanged, this,
+          [this] { session_.commands.runner().run([this] { show_Group(); }); });
+  connect(all_, &QListView::clicked, this,
+          [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
+  connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
+    clicks_.change([&] { click_GroupNumber(session_.store, group(), number); });
+    load();
+  });
+  connect(counts_, &PanelBox::box_Clicked, this, [this](bool on) {
+    clicks_.change([&] { set_Usage(session_.store, usage_OfGroup(group()), on); });
+    load();
+  });
+  connect(counts_, &PanelBox::item_Clicked, this, [this](int k, bool selected) {
+    std::optional<BoxState> box;
+    clicks_.change([&] {
+      box = click_LeadingItem(session_.store, condition_OfUsage(usage_OfGroup(group())), k, selected);
+    });
+    load();
+    if (box) counts_->show_Box(*box);
+  });
+}
+
+QWidget* GroupPageView::make_Editor() {
+  auto* editor = new QWidget;
+  auto* row = new QHBoxLayout(editor);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(16);
+  auto* buttons = new QVBoxLayout;
+  const char* const captions[] = {"清空当前组", "清空全部自定义组"};
+  for (int i = 0; i < 2; ++i) {
+    auto* button = new QPushButton(QString::fromUtf8(captions[i]));
+    button->setObjectName(QStringLiteral("cmm_EmptyZDY_%1").arg(i));
+    connect(button, &QPushButton::clicked, this, [this, i] { empty_Groups(i == 1); });
+    buttons->addWidget(button);
+  }
+  buttons->addStretch();
+  counts_->setFixedHeight(176);
+  row->addWidget(numbers_);
+  row->addWidget(counts_, 1);
+  row->addLayout(buttons);
+  return editor;
+}
+
+void GroupPageView::load() {
+  QStringList lines;
+  for (const std::string& line : tj_FillGroups(session_.store)) lines.append(shown(line));
+  lines_.setStringList(lines);
+  show_Group();
+}
+
+void GroupPageView::show_Group() {
+  const GroupPage page = group_Page(session_.store, group());
+  numbers_->show_Members(page.members);
+  counts_->show_Panel(page.panel);
+  all_->setCurrentIndex(lines_.index(group() - 1));
+}
+
+void GroupPageView::empty_Groups(bool all) {
+  clicks_.change([&] {
+    if (all)
+      lotmere::empty_Groups(session_.store);
+    else
+      set_Group(session_.store, group(), {});
+  });
+  if (all) tabs_->setCurrentIndex(0);
+  load();
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,38 @@
+// The page 自定义过滤: ten groups of a person's own, their numbers and the counts allowed of each.
+#pragma once
+
+#include <QListView>
+#include <QStringListModel>
+#include <QTabBar>
+#include <QWidget>
+
+#include "conditions/own_pages.hpp"
+#include "ui/condition_clicks.hpp"
+#include "ui/number_grid.hpp"
+
+namespace lotmere::ui {
+
+class GroupPageView : public QWidget {
+  Q_OBJECT
+
+ public:
+  GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+  // Shows the page as it is stored.
+  void load();
+
+ private:
+  [[nodiscard]] QWidget* make_Editor();
+  [[nodiscard]] int group() const { return tabs_->currentIndex() + 1; }
+  void show_Group();
+  void empty_Groups(bool all);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  QTabBar* tabs_;        // TabStrip_ZDYchose
+  NumberGrid* numbers_;  // cmm_ZDY
+  PanelBox* counts_;     // List_ZDYset, Check_Zdy
+  QListView* all_;       // List_ZDY
+  QStringListModel lines_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,66 @@
+#include "ui/panel_box.hpp"
+
+#include <QHelpEvent>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+#include "ui/text.hpp"
+#include "ui/theme.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kMostLines = 3;  // under a list; the rest stands in the tip
+
+}  // namespace
+
+PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* parent)
+    : QWidget(parent), box_(new QCheckBox), list_(new CheckList), line_(new QLabel) {
+  list_->setObjectName(list_name);
+  box_->setObjectName(box_name);
+  line_->setWordWrap(true);
+  line_->setTextFormat(Qt::PlainText);
+  line_->setForegroundRole(QPalette::PlaceholderText);
+  line_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  line_->setMaximumHeight(kMostLines * line_->fontMetrics().lineSpacing());
+  line_->hide();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(4);
+  layout->addWidget(box_);
+  layout->addWidget(list_, 1);
+  layout->addWidget(line_);
+  box_->installEventFilter(this);
+  // clicked() comes from a person alone, never from setChecked().
+  connect(box_, &QCheckBox::clicked, this, &PanelBox::box_Clicked);
+  connect(list_, &CheckList::item_Clicked, this, &PanelBox::item_Clicked);
+}
+
+bool PanelBox::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ToolTip && tip_text_) {
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip_text_(), box_);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void PanelBox::show_Panel(const ConditionPanel& panel) {
+  box_->setText(shown(panel.caption));
+  show_Box({panel.ticked, panel.enabled});
+  list_->setAccessibleName(box_->text());
+  list_->setVisible(!panel.items.empty());
+  list_->show_Items(panel.items);
+}
+
+void PanelBox::show_Box(const BoxState& box) {
+  box_->setChecked(box.ticked);
+  box_->setEnabled(box.enabled);
+}
+
+void PanelBox::show_Line(const QString& text) {
+  line_->setText(text);
+  line_->setToolTip(text);
+  line_->setVisible(!text.isEmpty());
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,48 @@
+// A condition on the screen: the box that switches it, the list of what may be ticked, and a line that tells
+// what is.
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QWidget>
+#include <functional>
+
+#include "conditions/panel.hpp"
+#include "ui/check_list.hpp"
+
+namespace lotmere::ui {
+
+class PanelBox : public QWidget {
+  Q_OBJECT
+
+ public:
+  // The names of the list and of the box, as tests and tools find them.
+  PanelBox(const QString& list_name, const QString& box_name, QWidget* parent = nullptr);
+
+  // Shows the panel; a panel without items has no list. Nothing is written back.
+  void show_Panel(const ConditionPanel& panel);
+  void show_Box(const BoxState& box);
+  // Under the list; an empty text takes no room.
+  void show_Line(const QString& text);
+
+  // What the tip of the box says; asked each time that it opens.
+  void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }
+
+  [[nodiscard]] CheckList& list() { return *list_; }
+  [[nodiscard]] QCheckBox& box() { return *box_; }
+
+ Q_SIGNALS:
+  void box_Clicked(bool on);
+  void item_Clicked(int k, bool selected);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  std::function<QString()> tip_text_;
+  QCheckBox* box_;
+  CheckList* list_;
+  QLabel* line_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,87 @@
+#include "ui/panel_page.hpp"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "conditions/sheet.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kMostPanels = kIntervalCount;
+
+template <class Panels>
+std::vector<ConditionPanel> as_List(const Panels& panels) {
+  return {panels.begin(), panels.end()};
+}
+
+std::vector<ConditionPanel> load_Panels(Store& store, const ConditionPage& page, int tab) {
+  switch (page.kind) {
+    case PageKind::counts:
+      return as_List(tj_FillCounts(store, tab));
+    case PageKind::intervals:
+      return as_List(fill_Intervals(store));
+    case PageKind::shapes:
+      return {tj_FillShape(store, page.first).panel};
+    default:
+      return {value_Page(store, tab)};
+  }
+}
+
+}  // namespace
+
+PanelPage::PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent), session_(session), clicks_(clicks), tip_(new QLabel) {
+  tip_->setObjectName(QStringLiteral("Text_elseTiaojianTip"));
+  tip_->setWordWrap(true);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(12);
+  for (int i = 0; i < kMostPanels; ++i) {
+    auto* panel = new PanelBox(QStringLiteral("List_TJ_%1").arg(i), QStringLiteral("Check_page_%1").arg(i));
+    panel->setMaximumWidth(320);
+    panels_.push_back(panel);
+    row->addWidget(panel);
+  }
+  row->addStretch();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->addWidget(tip_);
+  layout->addLayout(row, 1);
+}
+
+bool PanelPage::has_Panels(PageKind kind) {
+  return kind == PageKind::value || kind == PageKind::counts || kind == PageKind::intervals ||
+         kind == PageKind::shapes;
+}
+
+void PanelPage::open(int tab) {
+  const ConditionPage& page = condition_Page(tab);
+  const auto panels = load_Panels(session_.store, page, tab);
+  show_Panels(panels);
+  for (std::size_t i = 0; i < panels.size(); ++i) {
+    const Condition& condition = condition_OfUsage(panels[i].usage);
+    if (page.kind == PageKind::shapes)
+      clicks_.connect_Leading(*panels_[i], condition);
+    else
+      clicks_.connect_Panel(*panels_[i], condition);
+  }
+  QString tip;
+  if (page.kind == PageKind::shapes)
+    tip = shown(tj_FillShape(session_.store, page.first).tip).trimmed();
+  else if (panels.front().items.empty())
+    tip = QStringLiteral("这个条件的取值在“选取号码”页的条件表中设置。");
+  tip_->setText(tip);
+  tip_->setVisible(!tip.isEmpty());
+}
+
+void PanelPage::show_Panels(const std::vector<ConditionPanel>& panels) {
+  for (std::size_t i = 0; i < panels_.size(); ++i) {
+    clicks_.disconnect_Panel(*panels_[i]);
+    panels_[i]->setVisible(i < panels.size());
+    if (i < panels.size()) panels_[i]->show_Panel(panels[i]);
+  }
+}
+
+}  // namespace lotmere::ui

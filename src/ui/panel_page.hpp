@@ -1,0 +1,33 @@
+// The pages of `TabStrip_TiaoJian` that show one or several lists: single conditions, pairs of counts, the four
+// intervals, shapes. One page serves all tabs of its kinds.
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+#include <vector>
+
+#include "conditions/pages.hpp"
+#include "ui/condition_clicks.hpp"
+
+namespace lotmere::ui {
+
+class PanelPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+
+  // Shows the page of a tab (1 to 44) as it is stored. Its kind is one that has_Panels().
+  void open(int tab);
+  [[nodiscard]] static bool has_Panels(PageKind kind);
+
+ private:
+  void show_Panels(const std::vector<ConditionPanel>& panels);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  std::vector<PanelBox*> panels_;
+  QLabel* tip_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,63 @@
+#include "ui/place_page.hpp"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "conditions/help_texts.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kColumns = 4;
+
+}  // namespace
+
+PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent), session_(session) {
+  auto* places = new QGridLayout;
+  places->setSpacing(8);
+  for (int i = 0; i < kPlaceCount; ++i) {
+    const UsageId usage = usage_OfPlace(i + 1);
+    places_[i] = new PanelBox(QStringLiteral("List_DingweiNumber_%1").arg(i + 1),
+                              QStringLiteral("Check_useDingWeiTiaojiao_%1").arg(usage));
+    clicks.connect_Leading(*places_[i], condition_OfUsage(usage));
+    places->addWidget(places_[i], i / kColumns, i % kColumns);
+  }
+  auto* tolerances = new QHBoxLayout;
+  tolerances->addWidget(new QLabel(QStringLiteral("容错值：")));
+  for (int k = 0; k <= kPlaceCount; ++k) {
+    auto* option = new QRadioButton;
+    option->setObjectName(QStringLiteral("Option_DingweiRongcuo_%1").arg(k));
+    tolerances_.addButton(option, k);
+    tolerances->addWidget(option);
+  }
+  tolerances->addStretch();
+  connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
+    clicks.change([&] { set_ConditionValue(session_.store, kToleranceCell, k); });
+  });
+  auto* help = new QPlainTextEdit(shown(kPlaceHelp));
+  help->setObjectName(QStringLiteral("Text_dingweiTip"));
+  help->setReadOnly(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  help->setMaximumHeight(110);
+  layout->addLayout(places, 1);
+  layout->addLayout(tolerances);
+  layout->addWidget(help);
+}
+
+void PlacePageView::load_DingWei() {
+  const PlacePage page = lotmere::load_DingWei(session_.store);
+  for (int i = 0; i < kPlaceCount; ++i) places_[i]->show_Panel(page.places[i]);
+  for (const PanelItem& item : page.tolerances) {
+    tolerances_.button(item.k)->setText(shown(item.text));
+    tolerances_.button(item.k)->setChecked(item.selected);
+  }
+}
+
+}  // namespace lotmere::ui
