@@ -1,22 +1,84 @@
+// The page of draws (`Frm_Sub(0)`): the strip to type one, the grid or the distribution below it, and the
+// commands that add, fetch, delete, search and export.
 #pragma once
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QRadioButton>
+#include <QStackedWidget>
 #include <QWidget>
 
-#include "ui/progress_view.hpp"
+#include "ui/distribution_grid.hpp"
+#include "ui/entry_strip.hpp"
+#include "ui/frozen_grid.hpp"
+#include "ui/history_model.hpp"
+#include "ui/job_bar.hpp"
 #include "ui/session.hpp"
+
 namespace lotmere::ui {
+
 class HistoryPage : public QWidget {
   Q_OBJECT
+
  public:
+  // Registers its commands; shows no draws before refreshHistoryView(). The session outlives the page.
   explicit HistoryPage(Session& session, QWidget* parent = nullptr);
-  void refreshHistoryView() {}
+
+  // Shows the newest hundred draws or all, by the option, as rows or as their distribution. What stands in the
+  // filter row is emptied with it. Throws SQLite::Exception when the store refuses.
+  void refreshHistoryView();
+
+  // Proposes the date and the period of the draw that comes next.
   void load_Entry();
-  void download() {}
-  void set_Progress(ProgressView& view) { (void)view; }
+
+  // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
+  void download();
+
+  // Where a download shows its course; the page's own bar until this is called. `view` outlives the page.
+  void set_Progress(ProgressView& view) { download_View_ = &view; }
+
  Q_SIGNALS:
+  // A command of the menu asks for this page to stand in front.
   void wanted();
+  // Draws were added, replaced or removed.
   void history_Changed();
 
  private:
+  void make_Commands();
+  void make_MenuCommands();
+  void make_Views();
+  void make_Options();
+  QLayout* place_Tools();
+  void follow_Runs();
+
+  [[nodiscard]] bool shows_Chart() const { return modes_->checkedId() == 1; }
+  void show_Mode(int mode);
+  void show_Span(int span);
+  void fillHistoryGrid();
+  void show_Distribution();
+
+  void add_Draw();
+  void remove_Draw();
+  void prompt_Search();
+  void search();
+  void clear_Filter();
+  void export_History();
+  void query_Detail();
+  // Opens with the desktop's program, or tells where it is in a line that starts with `elsewhere`.
+  void open(const QUrl& url, const QString& elsewhere);
+
   Session& session_;
+  HistoryModel model_;
+  JobBar* bar_;
+  ProgressView* download_View_;
+  EntryStrip* strip_;
+  QStackedWidget* views_;
+  FrozenGrid* grid_;
+  DistributionGrid* distribution_;
+  QLabel* empty_;
+  QButtonGroup* modes_;         // `Option_TorD`: 0 the grid, 1 the distribution
+  QButtonGroup* spans_;         // `OptionHistoryMode`: 0 the newest hundred, 1 all
+  bool filter_Edited_ = false;  // since the rows were last read
 };
+
 }  // namespace lotmere::ui

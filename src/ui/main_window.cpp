@@ -124,7 +124,7 @@ void MainWindow::make_Menus() {
            {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
             "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
   add_Menu("mnu_Else", QStringLiteral("其它(&E)"),
-           {"mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
+           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
   add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
 }
@@ -188,6 +188,7 @@ void MainWindow::connect_Pages() {
   connect(conditions_, &ConditionsPage::wanted, this, [this] { show_Page(Page::conditions); });
   connect(tickets_, &TicketPage::wanted, this, [this] { show_Page(Page::tickets); });
   connect(other_, &OtherPage::wanted, this, [this] { show_Page(Page::other); });
+  connect(other_, &OtherPage::intervals_Changed, conditions_, &ConditionsPage::mark_Stale);
   connect(tickets_, &TicketPage::numbers_Wanted, this, [this] {
     conditions_->show_Pad();
     show_Page(Page::conditions);
@@ -211,6 +212,7 @@ void MainWindow::show_Page(Page page) {
     if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
   }
   if (page == page_) return;
+  if (page_ == Page::other) other_->leave();
   page_ = page;
   pages_->setCurrentIndex(static_cast<int>(page));
   if (page == Page::conditions) conditions_->open();
@@ -297,7 +299,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (!ending_) runner.run([this] { ending_ = exit_Program(user_Desk(session_)); });
+  if (!ending_)
+    runner.run([this] {
+      run_Guarded(session_.desk, [this] { other_->leave(); });
+      ending_ = exit_Program(user_Desk(session_));
+    });
   event->setAccepted(ending_);
 }
 

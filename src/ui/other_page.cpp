@@ -3,30 +3,51 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
+#include "core/periods.hpp"
+#include "history/draw_stats.hpp"
 #include "ui/help_texts.hpp"
 
 namespace lotmere::ui {
 
-OtherPage::OtherPage(Session& session, QWidget* parent) : QWidget(parent), contents_(new QStackedWidget) {
+OtherPage::OtherPage(Session& session, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(session),
+      intervals_(new IntervalPage(session, clicks_)),
+      contents_(new QStackedWidget) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->addWidget(contents_);
-  add_Text(session, "mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", rules_Text());
-  add_Text(session, "mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi",
-           definitions_Text());
+  contents_->addWidget(intervals_);
+  session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")}, [this] {
+    intervals_->load();
+    contents_->setCurrentWidget(intervals_);
+    Q_EMIT wanted();
+  });
+  connect(&clicks_, &ConditionClicks::changed, this, [this] {
+    recount_due_ = true;
+    Q_EMIT intervals_Changed();
+  });
+  add_Text("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", rules_Text());
+  add_Text("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", definitions_Text());
 }
 
-void OtherPage::add_Text(Session& session, const char* action, const QString& caption, const char* name,
-                         const QString& text) {
+void OtherPage::add_Text(const char* action, const QString& caption, const char* name, const QString& text) {
   auto* view = new QPlainTextEdit(text);
   view->setObjectName(QString::fromUtf8(name));
   view->setReadOnly(true);
   view->document()->setDocumentMargin(16);
   contents_->addWidget(view);
-  session.commands.add({action, caption}, [this, view] {
+  session_.commands.add({action, caption}, [this, view] {
     contents_->setCurrentWidget(view);
     Q_EMIT wanted();
   });
+}
+
+void OtherPage::leave() {
+  if (!recount_due_) return;
+  recountQuJian(session_.store, session_.desk, firstPeriod(session_.store), latestPeriod(session_.store));
+  recount_due_ = false;
 }
 
 }  // namespace lotmere::ui

@@ -1,9 +1,11 @@
-// The page "其它": texts for reading, one at a time.
+// The page "其它": the division of the intervals and texts for reading, one at a time.
 #pragma once
 
 #include <QStackedWidget>
 #include <QWidget>
 
+#include "ui/condition_clicks.hpp"
+#include "ui/interval_page.hpp"
 #include "ui/session.hpp"
 
 namespace lotmere::ui {
@@ -15,15 +17,24 @@ class OtherPage : public QWidget {
   // Registers the commands that show its contents.
   explicit OtherPage(Session& session, QWidget* parent = nullptr);
 
+  // The person turns to another page. Draws keep their counts of the intervals: after a change of them all are
+  // counted anew.
+  void leave();
+
  Q_SIGNALS:
   // One of its commands asks for this page to stand in front.
   void wanted();
+  // The intervals were divided anew.
+  void intervals_Changed();
 
  private:
-  void add_Text(Session& session, const char* action, const QString& caption, const char* name,
-                const QString& text);
+  void add_Text(const char* action, const QString& caption, const char* name, const QString& text);
 
+  Session& session_;
+  ConditionClicks clicks_;
+  IntervalPage* intervals_;
   QStackedWidget* contents_;
+  bool recount_due_ = false;
 };
 
 }  // namespace lotmere::ui

@@ -15,6 +15,7 @@
 #include "ui/ball_delegate.hpp"
 #include "ui/export_dialog.hpp"
 #include "ui/import_dialog.hpp"
+#include "ui/row_table.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
@@ -34,15 +35,15 @@ struct Step {
   const char* tip;
 };
 constexpr Step kSteps[] = {
-    {"mnu_ShengCeng_0", "cmmTouZhu_0", "初始化(&I)...", "第一步：初始化...", "Ctrl+I",
+    {"mnu_ShengCeng_0", "cmmTouZhu_0", "初始化(&I)...", "第一步：初始化...", "Ctrl+G",
      "把选好的号码展开成一期的全部投注号"},
     {"mnu_ShengCeng_1", "cmmTouZhu_1", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R",
      "按设置的条件过滤，再缩水"},
     {nullptr, "cmmTouZhu_2", "", "精选号码", "", ""},
-    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+E", "把投注号写到文本文件并打开"},
-    {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+M", "从文本文件读入投注号"},
+    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本文件并打开"},
+    {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+O", "从文本文件读入投注号"},
     {"mnu_ShengCeng_5", "cmmTouZhu_5", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
-    {"mnu_ShengCeng_6", "cmmTouZhu_6", "开奖核对(&C)", "开奖核对", "Ctrl+K", "与一期开奖号码核对"},
+    {"mnu_ShengCeng_6", "cmmTouZhu_6", "开奖核对(&C)", "开奖核对", "Ctrl+J", "与一期开奖号码核对"},
 };
 
 }  // namespace
@@ -101,19 +102,11 @@ QWidget* TicketPage::make_Strip() {
 }
 
 QWidget* TicketPage::make_Grid() {
-  grid_ = new QTableView;
+  grid_ = new RowTable;
   grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
   grid_->setModel(model_);
   grid_->setItemDelegate(new BallDelegate(grid_));
-  grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  grid_->setTabKeyNavigation(false);
-  grid_->setWordWrap(false);
   grid_->setShowGrid(false);
-  grid_->setAlternatingRowColors(true);
-  grid_->verticalHeader()->hide();
-  // Rows of one height: the place of each follows from its number, also among 100,000.
-  grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   grid_->verticalHeader()->setDefaultSectionSize(kRowHeight);
   grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   grid_->horizontalHeader()->setHighlightSections(false);

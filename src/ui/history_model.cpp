@@ -1,0 +1,136 @@
+#include "ui/history_model.hpp"
+
+#include <QApplication>
+#include <algorithm>
+#include <limits>
+
+#include "core/schema.hpp"
+#include "ui/ball_delegate.hpp"
+#include "ui/balls.hpp"
+#include "ui/text.hpp"
+#include "ui/theme.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kMissing = std::numeric_limits<int>::min();
+constexpr int kTwipsPerPixel = 15;
+constexpr int kBallColumnTwips = 510;
+constexpr int kPatternColumnTwips = 3400;
+constexpr int kCellPadding = 16;
+
+bool is_Number(int column) { return draw_Columns()[column].type == DrawColumnType::whole; }
+
+int told_Twips(int column) {
+  if (HistoryModel::is_NumberOfDraw(column)) return kBallColumnTwips;
+  if (column >= kFirstPatternColumn && column < kFirstPatternColumn + kPatternColumnCount)
+    return kPatternColumnTwips;
+  const std::string& name = draw_Columns()[column].name;
+  if (name == "期号") return 840;
+  if (name == "开奖日期") return 1110;
+  if (name == "连号") return 735;
+  return name == "和值" ? 800 : 0;
+}
+
+// The longest text that a column of numbers or dates holds as a rule.
+QString sample_Text(int column) {
+  if (column == 0) return QStringLiteral("2000000");
+  return draw_Columns()[column].type == DrawColumnType::date ? QStringLiteral("2000-00-00") : QString();
+}
+
+}  // namespace
+
+HistoryModel::HistoryModel(QObject* parent) : QAbstractTableModel(parent), fields_(draw_Columns().size()) {}
+
+int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& condition) {
+  std::vector<Field> fields(fields_.size());
+  int rows = 0;
+  searchDraws(store, condition, [&](const Query& row) {
+    const PeriodNo period = row.number(0);
+    if (period < range.from || period > range.to) return;
+    for (int column = 0; column < columnCount(); ++column) {
+      if (!is_Number(column)) {
+        fields[column].texts.push_back(shown(row.text(column)));
+        continue;
+      }
+      const int number = row.number(column);
+      fields[column].numbers.push_back(number == 0 && row.text(column).empty() ? kMissing : number);
+    }
+    ++rows;
+  });
+  beginResetModel();
+  fields_ = std::move(fields);
+  rows_ = rows;
+  endResetModel();
+  return rows;
+}
+
+int HistoryModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
+
+int HistoryModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(fields_.size());
+}
+
+QString HistoryModel::text(int row, int column) const {
+  if (!is_Number(column)) return fields_[column].texts[row];
+  const int number = fields_[column].numbers[row];
+  if (number == kMissing) return {};
+  return is_NumberOfDraw(column) ? QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'))
+                                 : QString::number(number);
+}
+
+QVariant HistoryModel::ball_Face(int row, int column) const {
+  if (!is_NumberOfDraw(column)) return {};
+  const bool blue = column == kBlueColumn;
+  const int number = fields_[column].numbers[row];
+  if (number < 1 || number > (blue ? kBlueCount : kRedCount)) return {};
+  return static_cast<int>(blue ? BallFace::blue : BallFace::red);
+}
+
+QVariant HistoryModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const int column = index.column();
+  const bool number = is_NumberOfDraw(column);
+  switch (role) {
+    case Qt::DisplayRole:
+      return text(index.row(), column);
+    case kBallRole:
+      return ball_Face(index.row(), column);
+    case Qt::BackgroundRole:
+      return column < kFirstRedColumn ? QVariant(colours().identity) : QVariant();
+    case Qt::ForegroundRole:
+      if (!number) return {};
+      return column == kBlueColumn ? colours().blue_text : colours().red_text;
+    case Qt::FontRole: {
+      if (!number) return {};
+      QFont bold = QApplication::font();
+      bold.setBold(true);
+      return bold;
+    }
+    case Qt::TextAlignmentRole:
+      return static_cast<int>(column >= kFirstRedColumn ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+      return {};
+  }
+}
+
+QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= columnCount())
+    return {};
+  const std::string& name = draw_Columns()[section].name;
+  return name == "和值" ? QStringLiteral("总和值") : shown(name);
+}
+
+bool HistoryModel::is_WorkColumn(int column) {
+  const std::string& name = draw_Columns()[column].name;
+  return name == "已完成" || name == "总期号" || name == "临时数据";
+}
+
+int HistoryModel::column_Width(int column, const QFontMetrics& metrics) const {
+  const QString caption = headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  const QString sample = sample_Text(column);
+  return std::max({told_Twips(column) / kTwipsPerPixel, metrics.horizontalAdvance(caption) + kCellPadding,
+                   metrics.horizontalAdvance(sample) + kCellPadding});
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,75 @@
+#include "ui/interval_page.hpp"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "conditions/own_pages.hpp"
+#include "ui/help_texts.hpp"
+#include "ui/text.hpp"
+
+namespace lotmere::ui {
+
+IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(clicks),
+      numbers_(new NumberGrid(QStringLiteral("cmm_QujianHuafen"), 11)) {
+  setObjectName(QStringLiteral("Frame_QJnumber"));
+  auto* options = new QHBoxLayout;
+  auto* previews = new QVBoxLayout;
+  for (int i = 0; i < kIntervalCount; ++i) {
+    auto* option = new QRadioButton(shown(condition_OfUsage(usage_OfInterval(i + 1)).name));
+    option->setObjectName(QStringLiteral("Option_QujianDingyi_%1").arg(i));
+    option->setChecked(i == 0);
+    intervals_.addButton(option, i);
+    options->addWidget(option);
+    previews_[i] = new QLabel;
+    previews_[i]->setObjectName(QStringLiteral("Label_4qj_%1").arg(i));
+    previews_[i]->setWordWrap(true);
+    previews->addWidget(previews_[i]);
+  }
+  auto* clear_all = new QPushButton(QStringLiteral("全部清空"));
+  clear_all->setObjectName(QStringLiteral("cmm_CLSQujianHuafen"));
+  options->addStretch();
+  options->addWidget(clear_all);
+  auto* help = new QPlainTextEdit(division_Text());
+  help->setObjectName(QStringLiteral("Text_FenQuTip"));
+  help->setReadOnly(true);
+  help->document()->setDocumentMargin(14);
+  numbers_->setMaximumWidth(560);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(14);
+  layout->addLayout(options);
+  layout->addWidget(numbers_);
+  layout->addLayout(previews);
+  layout->addWidget(help, 1);
+  connect(&intervals_, &QButtonGroup::idClicked, this,
+          [this] { session_.commands.runner().run([this] { load(); }); });
+  connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
+    clicks_.change([&] { toggle_Attribute(session_.store, current(), number); });
+    load();
+  });
+  connect(clear_all, &QPushButton::clicked, this, &IntervalPage::clear);
+}
+
+const std::string& IntervalPage::current() const {
+  return condition_OfUsage(usage_OfInterval(intervals_.checkedId() + 1)).name;
+}
+
+void IntervalPage::load() {
+  numbers_->show_Members(read_AttributeColumn(session_.store, AttributeTable::first, current()));
+  const auto previews = interval_Previews(session_.store);
+  for (int i = 0; i < kIntervalCount; ++i) previews_[i]->setText(shown(previews[i]));
+}
+
+void IntervalPage::clear() {
+  clicks_.change([&] { clear_Intervals(session_.store, session_.desk); });
+  load();
+}
+
+}  // namespace lotmere::ui
