@@ -35,16 +35,26 @@ std::set<std::string> all_Columns(SQLite::Database& db) {
   return columns;
 }
 
-std::set<std::string> expected_Columns(StoreKind kind) {
+std::set<std::string> make_Columns(void (*create)(SQLite::Database&)) {
   SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  kind == StoreKind::main ? create_Tables(fresh) : create_UserTables(fresh);
+  create(fresh);
   return all_Columns(fresh);
+}
+
+// The same for every file of a kind, so made once in the life of the process.
+const std::set<std::string>& expected_Columns(StoreKind kind) {
+  if (kind == StoreKind::main) {
+    static const auto main_columns = make_Columns(&create_Tables);
+    return main_columns;
+  }
+  static const auto profile_columns = make_Columns(&create_UserTables);
+  return profile_columns;
 }
 
 // A byte that changed in the middle of a table's definition leaves whole pages and a name that nothing finds.
 bool has_Columns(SQLite::Database& db, StoreKind kind) {
   const auto columns = all_Columns(db);
-  const auto expected = expected_Columns(kind);
+  const auto& expected = expected_Columns(kind);
   return std::includes(columns.begin(), columns.end(), expected.begin(), expected.end());
 }
 

@@ -28,20 +28,23 @@ QString compact(const QString& text) {
 }  // namespace
 
 ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
-    : QWidget(parent),
-      session_(session),
-      clicks_(session),
-      pad_(new NumberPad(session)),
-      count_(new QLabel),
-      pages_(new QStackedWidget),
-      sheet_(new ConditionSheetView(session, clicks_)),
-      panels_(new PanelPage(session, clicks_)),
-      places_(new PlacePageView(session, clicks_)),
-      groups_(new GroupPageView(session, clicks_)),
-      match_(new MatchPageView(session, clicks_)),
-      shrink_(new ShrinkPageView(session, clicks_)),
-      summary_(new QPlainTextEdit) {
+    : QWidget(parent), session_(session), clicks_(session) {
+  add_Commands();
+}
+
+void ConditionsPage::make_Contents() {
+  pad_ = new NumberPad(session_);
+  pad_->setFixedWidth(kPadWidth);
+  count_ = new QLabel;
   count_->setObjectName(QStringLiteral("Text_ChoseNumberTip"));
+  pages_ = new QStackedWidget;
+  sheet_ = new ConditionSheetView(session_, clicks_);
+  panels_ = new PanelPage(session_, clicks_);
+  places_ = new PlacePageView(session_, clicks_);
+  groups_ = new GroupPageView(session_, clicks_);
+  match_ = new MatchPageView(session_, clicks_);
+  shrink_ = new ShrinkPageView(session_, clicks_);
+  summary_ = new QPlainTextEdit;
   summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
   summary_->setReadOnly(true);
   summary_->document()->setDocumentMargin(14);
@@ -52,7 +55,6 @@ ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
   left->setSpacing(8);
   left->addWidget(pad_, 1);
   left->addWidget(count_);
-  pad_->setFixedWidth(kPadWidth);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->setSpacing(12);
@@ -60,7 +62,10 @@ ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
   layout->addWidget(make_Tabs());
   layout->addWidget(pages_, 1);
   connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
-  add_Commands();
+}
+
+void ConditionsPage::mark_Stale() {
+  if (sheet_ != nullptr) sheet_->mark_Stale();
 }
 
 QWidget* ConditionsPage::make_Tabs() {
@@ -107,6 +112,7 @@ void ConditionsPage::add_Commands() {
 
 void ConditionsPage::show_Tab(int tab) {
   tab_ = tab;
+  if (pages_ == nullptr) return;
   const QSignalBlocker quiet(tabs_->selectionModel());
   tabs_->setCurrentIndex(captions_.index(tab - 1));
   tabs_->viewport()->update();
@@ -141,6 +147,7 @@ void ConditionsPage::load_Tab() {
 }
 
 void ConditionsPage::open() {
+  if (pages_ == nullptr) make_Contents();
   pad_->open();
   load_Tab();
 }

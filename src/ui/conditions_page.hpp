@@ -24,7 +24,8 @@ class ConditionsPage : public QWidget {
   Q_OBJECT
 
  public:
-  // Registers its commands, one for each of its pages among them.
+  // Registers its commands, one for each of its pages among them. What stands on it is made when it first comes to
+  // the front, so that it costs the start nothing.
   explicit ConditionsPage(Session& session, QWidget* parent = nullptr);
 
   // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.
@@ -32,7 +33,7 @@ class ConditionsPage : public QWidget {
   // Stands the person before the number pad.
   void show_Pad() { show_Tab(1); }
   // The settings, the user or the draws changed elsewhere.
-  void mark_Stale() { sheet_->mark_Stale(); }
+  void mark_Stale();
 
   // The commands of the pages of single conditions, by tab, for the menus.
   [[nodiscard]] static std::string tab_Command(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
@@ -44,6 +45,7 @@ class ConditionsPage : public QWidget {
 
  private:
   void add_Commands();
+  void make_Contents();
   QWidget* make_Tabs();
   // Shows the page of a tab, 1 to 44.
   void show_Tab(int tab);
@@ -52,18 +54,18 @@ class ConditionsPage : public QWidget {
 
   Session& session_;
   ConditionClicks clicks_;
-  NumberPad* pad_;
-  QLabel* count_;              // Text_ChoseNumberTip
+  NumberPad* pad_ = nullptr;
+  QLabel* count_ = nullptr;    // Text_ChoseNumberTip
   QListView* tabs_ = nullptr;  // TabStrip_TiaoJian
   QStringListModel captions_;
-  QStackedWidget* pages_;
-  ConditionSheetView* sheet_;
-  PanelPage* panels_;
-  PlacePageView* places_;
-  GroupPageView* groups_;
-  MatchPageView* match_;
-  ShrinkPageView* shrink_;
-  QPlainTextEdit* summary_;  // Text_TiaoJianList
+  QStackedWidget* pages_ = nullptr;
+  ConditionSheetView* sheet_ = nullptr;
+  PanelPage* panels_ = nullptr;
+  PlacePageView* places_ = nullptr;
+  GroupPageView* groups_ = nullptr;
+  MatchPageView* match_ = nullptr;
+  ShrinkPageView* shrink_ = nullptr;
+  QPlainTextEdit* summary_ = nullptr;  // Text_TiaoJianList
   int tab_ = 1;
 };
 

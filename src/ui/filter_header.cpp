@@ -2,36 +2,45 @@
 
 #include <QEvent>
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace lotmere::ui {
 namespace {
 
-constexpr int kGap = 2;  // around a box
+constexpr int kGap = 2;            // around a box
+constexpr int kCaptionMargin = 6;  // above and below a caption
 
 }  // namespace
 
 FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
   setHighlightSections(false);
   setDefaultAlignment(Qt::AlignCenter);
-  setStyleSheet(QStringLiteral("QLineEdit { padding: 1px 3px; border-radius: 3px; }"));
   connect(this, &QHeaderView::sectionResized, this, &FilterHeader::place_Boxes);
 }
 
-void FilterHeader::make_Boxes(int first, int last) {
-  for (int column = first; column <= last; ++column) {
-    auto* box = new QLineEdit(this);
-    box->setObjectName(QStringLiteral("FilterText_%1").arg(column));
-    box->setProperty("column", column);
-    const QString caption = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    box->setAccessibleName(QStringLiteral("查找 %1").arg(caption));
-    box->setToolTip(QStringLiteral("%1：以输入的文字开头").arg(caption));
-    // The row is one stop of many boxes: a key of its own leads into it, Tab goes on inside it.
-    box->setFocusPolicy(Qt::ClickFocus);
-    box->installEventFilter(this);
-    connect(box, &QLineEdit::textEdited, this, &FilterHeader::edited);
-    boxes_.insert(column, box);
-  }
+void FilterHeader::set_Boxes(int first, int last) {
+  first_ = first;
+  last_ = last;
   updateGeometries();
+}
+
+int FilterHeader::row_Height() const { return last_ < first_ ? 0 : fontMetrics().height() + 8 + 2 * kGap; }
+
+QLineEdit* FilterHeader::box(int column) {
+  QLineEdit*& box = boxes_[column];
+  if (box != nullptr) return box;
+  box = new QLineEdit(this);
+  box->setObjectName(QStringLiteral("FilterText_%1").arg(column));
+  box->setProperty("column", column);
+  const QString caption = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  box->setAccessibleName(QStringLiteral("查找 %1").arg(caption));
+  box->setToolTip(QStringLiteral("%1：以输入的文字开头").arg(caption));
+  // The row is one stop of many boxes: a key of its own leads into it, Tab goes on inside it.
+  box->setFocusPolicy(Qt::ClickFocus);
+  box->setTextMargins(-3, 0, -3, 0);
+  box->installEventFilter(this);
+  connect(box, &QLineEdit::textEdited, this, &FilterHeader::edited);
+  return box;
 }
 
 QString FilterHeader::filter(int column) const {
@@ -44,37 +53,50 @@ void FilterHeader::clear_Filters() {
 }
 
 bool FilterHeader::focus_Filter(int column) {
-  QLineEdit* box = boxes_.value(column);
-  if (box == nullptr || isSectionHidden(column)) return false;
+  if (column < first_ || column > last_ || isSectionHidden(column)) return false;
   Q_EMIT entered(column);
-  box->setFocus(Qt::TabFocusReason);
-  box->selectAll();
+  QLineEdit* field = box(column);
+  field->show();
+  field->setFocus(Qt::TabFocusReason);
+  field->selectAll();
   return true;
 }
 
 QSize FilterHeader::sizeHint() const {
-  QSize size = QHeaderView::sizeHint();
-  if (!boxes_.isEmpty()) size.rheight() += boxes_.first()->sizeHint().height() + 2 * kGap;
-  return size;
+  // Not the base's answer: it measures the caption of every column, at every change of one.
+  return {0, fontMetrics().height() + 2 * kCaptionMargin + row_Height()};
 }
 
 void FilterHeader::updateGeometries() {
-  setViewportMargins(0, 0, 0, boxes_.isEmpty() ? 0 : boxes_.first()->sizeHint().height() + 2 * kGap);
+  setViewportMargins(0, 0, 0, row_Height());
   QHeaderView::updateGeometries();
   place_Boxes();
 }
 
 void FilterHeader::place_Boxes() {
-  for (auto place = boxes_.cbegin(); place != boxes_.cend(); ++place) {
-    const int column = place.key();
-    QLineEdit* box = place.value();
-    const bool there = column < count() && !isSectionHidden(column);
-    box->setVisible(there);
-    if (!there) continue;
-    const int height = box->sizeHint().height();
-    box->setGeometry(sectionViewportPosition(column) + kGap, viewport()->height() + kGap,
-                     sectionSize(column) - 2 * kGap, height);
+  if (!isVisible()) return;
+  for (int column = first_; column <= std::min(last_, count() - 1); ++column) {
+    const int left = sectionViewportPosition(column);
+    const int width = sectionSize(column);
+    const bool there = !isSectionHidden(column) && left + width > 0 && left < viewport()->width();
+    if (there) {
+      QLineEdit* field = box(column);
+      field->setGeometry(left + kGap, viewport()->height() + kGap, width - 2 * kGap, row_Height() - 2 * kGap);
+      field->show();
+    } else if (QLineEdit* field = boxes_.value(column)) {
+      field->hide();
+    }
   }
+}
+
+void FilterHeader::showEvent(QShowEvent* event) {
+  QHeaderView::showEvent(event);
+  place_Boxes();
+}
+
+void FilterHeader::resizeEvent(QResizeEvent* event) {
+  QHeaderView::resizeEvent(event);
+  place_Boxes();
 }
 
 bool FilterHeader::eventFilter(QObject* watched, QEvent* event) {
@@ -98,7 +120,7 @@ bool FilterHeader::press(int column, int key) {
     case Qt::Key_Tab:
     case Qt::Key_Backtab: {
       const int step = key == Qt::Key_Tab ? 1 : -1;
-      for (int next = column + step; boxes_.contains(next); next += step)
+      for (int next = column + step; next >= first_ && next <= last_; next += step)
         if (focus_Filter(next)) return true;
       Q_EMIT passed_End(step);
       return true;

@@ -14,9 +14,9 @@ class FilterHeader : public QHeaderView {
  public:
   explicit FilterHeader(QWidget* parent = nullptr);
 
-  // A box for each column from `first` to `last`, named FilterText_<column>. Before the model has columns to
-  // place them over they stay hidden, as do those of hidden columns.
-  void make_Boxes(int first, int last);
+  // Gives each column from `first` to `last` a box, named FilterText_<column>, which is made once its column comes
+  // into sight. Hidden columns have none.
+  void set_Boxes(int first, int last);
   // What stands in the box of a column; empty for a column without one.
   [[nodiscard]] QString filter(int column) const;
   // Empties the boxes without a signal.
@@ -36,12 +36,18 @@ class FilterHeader : public QHeaderView {
 
  protected:
   void updateGeometries() override;
+  void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] QLineEdit* box(int column);
+  [[nodiscard]] int row_Height() const;
   bool press(int column, int key);
 
-  QMap<int, QLineEdit*> boxes_;  // by column
+  int first_ = 0;
+  int last_ = -1;
+  QMap<int, QLineEdit*> boxes_;  // those that were in sight, by column
 };
 
 }  // namespace lotmere::ui

@@ -19,7 +19,7 @@ class Pane : public EndTable {
     auto* head = new FilterHeader(this);
     setHorizontalHeader(head);
     setModel(&model);
-    head->make_Boxes(first, last);
+    head->set_Boxes(first, last);
     for (int column = 0; column < model.columnCount(); ++column)
       if (column < first || column > last) setColumnHidden(column, true);
     verticalHeader()->setDefaultSectionSize(kRowHeight);

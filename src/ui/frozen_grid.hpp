@@ -5,8 +5,8 @@
 #include <QAbstractItemModel>
 #include <QFrame>
 
-#include "ui/row_table.hpp"
 #include "ui/filter_header.hpp"
+#include "ui/row_table.hpp"
 
 namespace lotmere::ui {
 

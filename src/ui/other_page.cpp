@@ -10,38 +10,43 @@
 namespace lotmere::ui {
 
 OtherPage::OtherPage(Session& session, QWidget* parent)
-    : QWidget(parent),
-      session_(session),
-      clicks_(session),
-      intervals_(new IntervalPage(session, clicks_)),
-      contents_(new QStackedWidget) {
+    : QWidget(parent), session_(session), clicks_(session), contents_(new QStackedWidget) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->addWidget(contents_);
-  contents_->addWidget(intervals_);
-  session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")}, [this] {
-    intervals_->load();
-    contents_->setCurrentWidget(intervals_);
-    Q_EMIT wanted();
-  });
+  session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
+                        [this] { show_Intervals(); });
   connect(&clicks_, &ConditionClicks::changed, this, [this] {
     recount_due_ = true;
     Q_EMIT intervals_Changed();
   });
-  add_Text("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", rules_Text());
-  add_Text("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", definitions_Text());
+  add_Text("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rules_Text);
+  add_Text("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitions_Text);
 }
 
-void OtherPage::add_Text(const char* action, const QString& caption, const char* name, const QString& text) {
-  auto* view = new QPlainTextEdit(text);
-  view->setObjectName(QString::fromUtf8(name));
-  view->setReadOnly(true);
-  view->document()->setDocumentMargin(16);
-  contents_->addWidget(view);
-  session_.commands.add({action, caption}, [this, view] {
-    contents_->setCurrentWidget(view);
-    Q_EMIT wanted();
-  });
+void OtherPage::show_Intervals() {
+  if (intervals_ == nullptr) {
+    intervals_ = new IntervalPage(session_, clicks_);
+    contents_->addWidget(intervals_);
+  }
+  intervals_->load();
+  contents_->setCurrentWidget(intervals_);
+  Q_EMIT wanted();
+}
+
+void OtherPage::add_Text(const char* action, const QString& caption, const char* name, QString (*text)()) {
+  session_.commands.add({action, caption},
+                        [this, name, text, view = static_cast<QPlainTextEdit*>(nullptr)]() mutable {
+                          if (view == nullptr) {
+                            view = new QPlainTextEdit(text());
+                            view->setObjectName(QString::fromUtf8(name));
+                            view->setReadOnly(true);
+                            view->document()->setDocumentMargin(16);
+                            contents_->addWidget(view);
+                          }
+                          contents_->setCurrentWidget(view);
+                          Q_EMIT wanted();
+                        });
 }
 
 void OtherPage::leave() {

@@ -28,11 +28,13 @@ class OtherPage : public QWidget {
   void intervals_Changed();
 
  private:
-  void add_Text(const char* action, const QString& caption, const char* name, const QString& text);
+  void show_Intervals();
+  // Registers the command that shows a text.
+  void add_Text(const char* action, const QString& caption, const char* name, QString (*text)());
 
   Session& session_;
   ConditionClicks clicks_;
-  IntervalPage* intervals_;
+  IntervalPage* intervals_ = nullptr;  // made when it is first asked for
   QStackedWidget* contents_;
   bool recount_due_ = false;
 };

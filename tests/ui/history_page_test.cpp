@@ -300,9 +300,9 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   QTest::keyClick(page_.focusWidget(), Qt::Key_Escape);
   EXPECT_EQ(page_.focusWidget(), &grid->left());
   // A box stays over its column.
-  const auto* far = get("FilterText_60");
   const QHeaderView* head = grid->right().horizontalHeader();
   grid->right().scrollTo(rows().index(3, 60));
+  const auto* far = get("FilterText_60");
   EXPECT_NEAR(far->x(), head->sectionViewportPosition(60), 4);
   grid->right().setColumnWidth(59, 300);
   EXPECT_NEAR(far->x(), head->sectionViewportPosition(60), 4);
