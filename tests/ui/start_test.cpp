@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QRadioButton>
 #include <QTimer>
+#include <set>
 
 #include "ui/first_run_dialog.hpp"
 #include "ui/login_dialog.hpp"
@@ -167,6 +168,24 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
   QTest::mouseClick(&part<QTabBar>("TabStrip_Top"), Qt::LeftButton, {},
                     part<QTabBar>("TabStrip_Top").tabRect(0).center());
   EXPECT_EQ(window.current_Page(), MainWindow::Page::history) << "the tab of the page behind leads back";
+}
+
+TEST_F(StartTest, NoTwoCommandsShareAShortcutAndNoTwoEntriesOfAMenuAMnemonic) {
+  MainWindow& window = open_Settled();
+  choose("tab_2");
+  std::set<QString> shortcuts;
+  for (const QAction* action : program_->commands().all()) {
+    const QString keys = action->shortcut().toString();
+    EXPECT_TRUE(keys.isEmpty() || shortcuts.insert(keys).second) << keys.toStdString();
+  }
+  for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+    std::set<QChar> mnemonics;
+    for (const QAction* action : menu->actions()) {
+      const qsizetype place = action->text().indexOf(QLatin1Char('&'));
+      EXPECT_TRUE(place < 0 || mnemonics.insert(action->text()[place + 1]).second)
+          << action->text().toStdString();
+    }
+  }
 }
 
 // Real message boxes, driven as a person would.
