@@ -7,6 +7,9 @@
 //                   write-back of the same changes; at most 2
 //   run-100k-walk   walking and updating the rows one by one in the store for each pass, against
 //                   run_Pipeline; at least 50
+//   live-100k       LiveCount over the tickets it holds, every condition on, against one plain read of the rows: a
+//                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
+//                   (/shrink: with the smart optimisation and the shrink at 6)
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
 //   stats-3500      66 counting selects a row against calc_DrawStats over 3,500 draws; at least 20
 //   smart-100k      the literal comparison of 463 differences a ticket against optimise_Smart; at least 15

@@ -9,6 +9,7 @@
 #include "core/periods.hpp"
 #include "floors.hpp"
 #include "history/draw_stats.hpp"
+#include "pipeline/live_count.hpp"
 #include "pipeline/run.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
@@ -106,6 +107,41 @@ void run_100k_walk(State& state, const Sizes& sizes) {
     check(count_Tickets(store, kTarget) == survivors, "the walk left other rows");
     report(state, subject, walk, walk / subject, 0);
     state.counters["passes"] = passes;
+    state.counters["survivors"] = static_cast<double>(survivors);
+  }
+}
+
+// What a click waits for, the tickets held since the count before; `first` is the count that reads them, and
+// `expanded` the same click with an empty table, over what the selection makes.
+void live_100k(State& state, const Sizes& sizes, int shrink_type) {
+  World world;
+  set_Up(world, sizes);
+  world.set_ShrinkType(shrink_type);
+  Store& store = world.store();
+  QuietDesk desk;
+  for (auto _ : state) {
+    std::vector<double> floor, subject, first, expanded;
+    std::optional<LiveCount::Result> counted, of_selection;
+    LiveCount live(store);
+    const auto count = [&](auto& result) { result = live.count(kTarget); };
+    for (int round = 0; round < sizes.rounds; ++round) {
+      floor.push_back(seconds([&] { benchmark::DoNotOptimize(read_Plainly(store, kTarget)); }));
+      live.forget();
+      first.push_back(seconds([&] { count(counted); }));
+      subject.push_back(seconds([&] { count(counted); }));
+    }
+    const auto survivors = run_Pipeline(store, desk, kTarget).tickets;
+    store.db().exec("DELETE FROM \"日志表\"");
+    live.forget();
+    for (int round = 0; round <= sizes.rounds; ++round)
+      expanded.push_back(seconds([&] { count(of_selection); }));
+    check(counted && counted->survivors == survivors, "live-100k counts other tickets than a run leaves");
+    check(of_selection && of_selection->survivors == survivors && of_selection->from_selection,
+          "live-100k counts other tickets of the selection");
+    report(state, median(subject), median(floor), median(subject) / median(floor),
+           static_cast<std::size_t>(counted->tickets));
+    state.counters["first_ms"] = 1e3 * median(first);
+    state.counters["expanded_ms"] = 1e3 * median(expanded);
     state.counters["survivors"] = static_cast<double>(survivors);
   }
 }
@@ -215,6 +251,8 @@ void register_Workloads(bool smoke) {
   add("init-100k", [=](State& state) { init_100k(state, sizes); });
   add("run-100k-all", [=](State& state) { run_100k(state, sizes); });
   add("run-100k-walk", [=](State& state) { run_100k_walk(state, sizes); });
+  add("live-100k", [=](State& state) { live_100k(state, sizes, kLargestShrink); });
+  add("live-100k/shrink", [=](State& state) { live_100k(state, sizes, kLargestShrink - 1); });
   for (int shared = 3; shared <= 6; ++shared)
     add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
   add("stats-3500", [=](State& state) { stats_3500(state, sizes); });

@@ -8,7 +8,9 @@
 #include "conditions/own_sets.hpp"
 #include "conditions/summary.hpp"
 #include "conditions/values.hpp"
+#include "core/periods.hpp"
 #include "core/text.hpp"
+#include "pipeline/strength.hpp"
 
 namespace lotmere {
 namespace {
@@ -34,6 +36,68 @@ class ListCommand final : public Command {
     for (const Condition& condition : all_Conditions(session.store)) print_Condition(session, condition);
     return kExitDone;
   }
+};
+
+// How much each condition lets through.
+class StrengthCommand final : public Command {
+ public:
+  StrengthCommand()
+      : Command(
+            "conditions", "strength",
+            "条件的松紧：编号、名称、开关、放行红球组合的百分比、开奖号码符合的期数、对照的期数，一行一个") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("NAME", name_, "条件的名称或编号，不写为所有条件");
+    app.add_option("--last", last_, "对照最近多少期开奖，1 到 10000，不写为 100")
+        ->transform(whole_Number(1, 10'000));
+  }
+
+  int run(Session& session) override {
+    const PeriodNo next = latestPeriod(session.store) + 1;
+    if (name_ && trim(*name_) == kHistoryMatchName) {
+      print_Match(session, next);
+      return kExitDone;
+    }
+    std::vector<Condition> conditions;
+    if (name_) {
+      const auto condition = named_Condition(session, *name_);
+      if (!condition) return kExitRefused;
+      conditions.push_back(*condition);
+    } else {
+      conditions = all_Conditions(session.store);
+    }
+    const StopScope stop(session.desk);
+    Job job(session.desk, static_cast<std::int64_t>(conditions.size()), Job::Stop::possible);
+    std::int64_t done = 0;
+    for (const Condition& condition : conditions) {
+      print(session, std::to_string(condition.usage), condition.name, is_Used(session.store, condition.usage),
+            condition_Strength(session.store, condition, next, last_));
+      if (job.advance(++done))
+        return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", to_QuanJiao(done)));
+    }
+    if (!name_) print_Match(session, next);
+    return kExitDone;
+  }
+
+ private:
+  void print_Match(Session& session, PeriodNo next) const {
+    print(session, "-", kHistoryMatchName, load_HistoryMatch(session.store).used,
+          match_Strength(session.store, next, last_));
+  }
+
+  // "-" where there is no number or no share.
+  static void print(Session& session, std::string_view number, std::string_view name, bool used,
+                    const std::optional<Strength>& strength) {
+    session.out << fmt::format("{}\t{}\t{}\t", number, name, used ? "on" : "off");
+    if (strength)
+      session.out << fmt::format("{:.2f}\t{}\t{}\n", share_Percent(*strength), strength->passed,
+                                 strength->draws);
+    else
+      session.out << "-\t-\t-\n";
+  }
+
+  std::optional<std::string> name_;
+  int last_ = 100;
 };
 
 class UseCommand final : public Command {
@@ -160,6 +224,7 @@ class ResetCommand final : public Command {
 
 void add_ConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
+  list.push_back(std::make_unique<StrengthCommand>());
   list.push_back(std::make_unique<UseCommand>());
   list.push_back(std::make_unique<AllowCommand>());
   list.push_back(std::make_unique<SummaryCommand>());

@@ -15,6 +15,15 @@ std::string groups_Of(const std::string& text) { return text.substr(0, text.find
 
 }  // namespace
 
+std::array<bool, kTurnCount> load_UsedTurns(Store& store) {
+  Query switches = store.query(
+      R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件">=? ORDER BY "条件" ASC LIMIT 32)");
+  switches.bind(usage_OfTurn(0));
+  std::array<bool, kTurnCount> used{};
+  for (bool& turn : used) turn = switches.next() && switches.number(0) > 0;
+  return used;
+}
+
 std::array<PanelItem, kTurnCount> build_ZuHeList(Store& store, Desk& desk, PeriodNo period) {
   calc_DrawStats(store, desk, period, period);
   std::vector<std::string> names;
@@ -23,14 +32,11 @@ std::array<PanelItem, kTurnCount> build_ZuHeList(Store& store, Desk& desk, Perio
   Query draw = store.query(fmt::format(R"(SELECT {} FROM "历史记录" WHERE "期号"=?)", column_List(names)));
   draw.bind(period);
   const bool stored = draw.next();
-  Query switches = store.query(
-      R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件">=? ORDER BY "条件" ASC LIMIT 32)");
-  switches.bind(usage_OfTurn(0));
+  const auto used = load_UsedTurns(store);
   std::array<PanelItem, kTurnCount> items;
   for (int turn = 0; turn < kTurnCount; ++turn) {
     const std::string groups = stored ? groups_Of(draw.text(turn)) : "";
-    const bool used = switches.next() && switches.number(0) > 0;
-    items[turn] = {fmt::format("{} ≠ {}", names[turn], groups), turn, used};
+    items[turn] = {fmt::format("{} ≠ {}", names[turn], groups), turn, used[turn]};
   }
   return items;
 }

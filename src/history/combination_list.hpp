@@ -15,4 +15,7 @@ namespace lotmere {
 // they are now. A period that isn't stored leaves the groups out.
 [[nodiscard]] std::array<PanelItem, kTurnCount> build_ZuHeList(Store& store, Desk& desk, PeriodNo period);
 
+// Which of the turns are in use.
+[[nodiscard]] std::array<bool, kTurnCount> load_UsedTurns(Store& store);
+
 }  // namespace lotmere

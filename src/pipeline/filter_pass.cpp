@@ -1,7 +1,6 @@
 #include "pipeline/filter_pass.hpp"
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 
 #include "conditions/condition_store.hpp"
@@ -14,55 +13,11 @@ namespace {
 
 constexpr std::size_t kBlock = 8192;  // some hundred microseconds of any pass
 
-// The verdict for each figure: cells hold at most 171 values, and a figure beyond the last row of its range
-// has no cell.
-using Verdicts = std::array<bool, 256>;
-
-Verdicts load_Verdicts(Store& store, const Condition& condition) {
-  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
-  Verdicts verdicts{};
-  for (ConditionId id = condition.first; id <= condition.last; ++id) {
-    const auto k = static_cast<std::size_t>(id - condition.first);
-    if (k < cells.size()) verdicts[k] = cells[k] >= 1;
-  }
-  return verdicts;
-}
-
-template <class Figure>
-JudgeBlock judge_ByFigure(const Verdicts& verdicts, Figure figure) {
-  return judge_ByReds([verdicts, figure](Balls balls) {
-    const int value = figure(reds_Of(balls));
-    // A figure below 0 has no cell either.
-    return value >= 0 && verdicts[static_cast<std::size_t>(value)];
-  });
-}
-
-// The counts of all groups are six additions; the shape follows from the word by bit operations.
-JudgeBlock judge_ByShape(const Verdicts& verdicts, const Metric& metric) {
-  const Family& family = *metric.family;
-  return judge_ByReds([verdicts, groups = metric.groups, &family](Balls balls) {
-    const auto shape = shape_Number(family, count_Groups(groups, reds_Of(balls)));
-    return shape && verdicts[static_cast<std::size_t>(*shape)];
-  });
-}
-
 JudgeBlock make_Judge(const Verdicts& verdicts, const Metric& metric) {
-  switch (metric.kind) {
-    case Metric::Kind::table_sum:
-      return judge_ByFigure(verdicts,
-                            [table = metric.table](const Reds& reds) { return sum_Of(table, reds); });
-    case Metric::Kind::largest_gap:
-      return judge_ByFigure(verdicts, calc_JianJuMax);
-    case Metric::Kind::span:
-      return judge_ByFigure(verdicts, calc_KuaDu);
-    case Metric::Kind::run_shape:
-      return judge_ByFigure(verdicts, calc_LianHaoMax);
-    case Metric::Kind::ac:
-      return judge_ByFigure(verdicts, calc_AC);
-    case Metric::Kind::shape:
-      break;
-  }
-  return judge_ByShape(verdicts, metric);
+  return with_Figure(metric, [&](auto figure) {
+    return judge_ByReds(
+        [verdicts, metric, figure](Balls balls) { return allows(verdicts, figure(metric, reds_Of(balls))); });
+  });
 }
 
 // Behind a walk: the first `passed` tickets were kept, those from `row` on weren't reached and keep their

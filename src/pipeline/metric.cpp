@@ -1,11 +1,14 @@
 #include "pipeline/metric.hpp"
 
+#include <algorithm>
+
 #include "conditions/condition_store.hpp"
-#include "core/periods.hpp"
 #include "history/draw_columns.hpp"
 
 namespace lotmere {
 namespace {
+
+constexpr UsageId kLookingBack[] = {7, 8, 263, 264, 265, 266, 301, 302};
 
 Metric sum_Metric(const RedTable& table) { return {Metric::Kind::table_sum, table, {}, nullptr}; }
 
@@ -20,9 +23,12 @@ Metric member_Count(Store& store, AttributeTable table, std::string_view column,
 }
 
 // A relation to the reds of the draw before the period.
-Metric to_PreviousDraw(Store& store, PeriodNo period, RedTable (*mark)(const Reds&)) {
-  const auto draws = drawsBefore(store, period, 1);
-  return sum_Metric(draws.empty() ? RedTable{} : mark(draws.front().numbers.reds));
+Metric to_PreviousDraw(std::span<const StoredDraw> before, RedTable (*mark)(const Reds&)) {
+  return sum_Metric(before.empty() ? RedTable{} : mark(before.front().numbers.reds));
+}
+
+std::span<const StoredDraw> newest(std::span<const StoredDraw> before, std::size_t count) {
+  return before.first(std::min(count, before.size()));
 }
 
 Metric shape_Metric(Store& store, const Family& family) {
@@ -31,7 +37,18 @@ Metric shape_Metric(Store& store, const Family& family) {
 
 }  // namespace
 
+bool looks_Back(const Condition& condition) {
+  return std::find(std::begin(kLookingBack), std::end(kLookingBack), condition.usage) !=
+         std::end(kLookingBack);
+}
+
 std::optional<Metric> prepare_Metric(Store& store, const Condition& condition, PeriodNo period) {
+  if (!looks_Back(condition)) return prepare_Metric(store, condition, std::span<const StoredDraw>{});
+  return prepare_Metric(store, condition, drawsBefore(store, period, kDrawsLookedBack));
+}
+
+std::optional<Metric> prepare_Metric(Store& store, const Condition& condition,
+                                     std::span<const StoredDraw> before) {
   if (condition.kind == CellKind::shape) return shape_Metric(store, *condition.family);
   switch (condition.usage) {
     case 1:
@@ -47,9 +64,9 @@ std::optional<Metric> prepare_Metric(Store& store, const Condition& condition, P
     case 6:
       return figure(Metric::Kind::run_shape);
     case 7:
-      return to_PreviousDraw(store, period, mark_Reds);
+      return to_PreviousDraw(before, mark_Reds);
     case 8:
-      return to_PreviousDraw(store, period, mark_Neighbours);
+      return to_PreviousDraw(before, mark_Neighbours);
     case 9:
       return figure(Metric::Kind::ac);
     case 10:
@@ -73,15 +90,15 @@ std::optional<Metric> prepare_Metric(Store& store, const Condition& condition, P
     case 65:
       return sum_Metric(number_Table(NumberValue::small));
     case 263:
-      return to_PreviousDraw(store, period, mark_Tails);
+      return to_PreviousDraw(before, mark_Tails);
     case 264:
-      return to_PreviousDraw(store, period, mark_DigitRoots);
+      return to_PreviousDraw(before, mark_DigitRoots);
     case 265:
-      return sum_Metric(mark_Drawn(drawsBefore(store, period, 3)));
+      return sum_Metric(mark_Drawn(newest(before, 3)));
     case 301:
-      return sum_Metric(count_Heat(drawsBefore(store, period, 5)));
+      return sum_Metric(count_Heat(newest(before, 5)));
     case 302:
-      return sum_Metric(count_Heat(drawsBefore(store, period, 10)));
+      return sum_Metric(count_Heat(newest(before, 10)));
     default:
       break;
   }
@@ -92,21 +109,17 @@ std::optional<Metric> prepare_Metric(Store& store, const Condition& condition, P
 }
 
 int metric_Value(const Metric& metric, const Reds& reds) {
-  switch (metric.kind) {
-    case Metric::Kind::table_sum:
-      return sum_Of(metric.table, reds);
-    case Metric::Kind::largest_gap:
-      return calc_JianJuMax(reds);
-    case Metric::Kind::span:
-      return calc_KuaDu(reds);
-    case Metric::Kind::run_shape:
-      return calc_LianHaoMax(reds);
-    case Metric::Kind::ac:
-      return calc_AC(reds);
-    case Metric::Kind::shape:
-      return shape_Number(*metric.family, count_Groups(metric.groups, reds)).value_or(-1);
+  return with_Figure(metric, [&](auto figure) { return figure(metric, reds); });
+}
+
+Verdicts load_Verdicts(Store& store, const Condition& condition) {
+  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
+  Verdicts verdicts{};
+  for (ConditionId id = condition.first; id <= condition.last; ++id) {
+    const auto k = static_cast<std::size_t>(id - condition.first);
+    if (k < cells.size()) verdicts[k] = cells[k] >= 1;
   }
-  return -1;
+  return verdicts;
 }
 
 }  // namespace lotmere

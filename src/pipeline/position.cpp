@@ -10,6 +10,7 @@
 #include "core/periods.hpp"
 #include "core/text.hpp"
 #include "history/combination_list.hpp"
+#include "history/draw_stats.hpp"
 
 namespace lotmere {
 namespace {
@@ -63,12 +64,15 @@ std::int64_t filter_DingWei(PipelineRun& run) {
                       });
 }
 
-CombinationTurns prepare_Combinations(Store& store, Desk& desk, PeriodNo previous) {
-  CombinationTurns turns;
-  const auto list = build_ZuHeList(store, desk, previous);
-  for (std::size_t turn = 0; turn < list.size(); ++turn) turns.used[turn] = list[turn].selected;
+CombinationTurns load_Combinations(Store& store, PeriodNo previous) {
+  CombinationTurns turns{load_UsedTurns(store), {}};
   if (const auto draw = findDraw(store, previous)) turns.reference = draw->numbers.reds;
   return turns;
+}
+
+CombinationTurns prepare_Combinations(Store& store, Desk& desk, PeriodNo previous) {
+  calc_DrawStats(store, desk, previous, previous);
+  return load_Combinations(store, previous);
 }
 
 std::int64_t filter_ZuHeJuTi(PipelineRun& run, const CombinationTurns& turns, int turn) {

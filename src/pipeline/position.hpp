@@ -16,10 +16,12 @@ std::int64_t filter_DingWei(PipelineRun& run);
 
 // The turns of 组合（具体） for one run: whether each is in use, and the groups of the reference draw.
 struct CombinationTurns {
-  std::array<bool, 32> used{};
+  std::array<bool, kTurnCount> used{};
   std::optional<Reds> reference;
 };
-// Makes the turns ready for the draw `previous`; its stored texts are computed anew.
+// Reads the turns against the draw `previous`; writes nothing.
+[[nodiscard]] CombinationTurns load_Combinations(Store& store, PeriodNo previous);
+// The same for a run: the draw's stored figures are computed anew first.
 [[nodiscard]] CombinationTurns prepare_Combinations(Store& store, Desk& desk, PeriodNo previous);
 
 // One turn: lowers the mark of every ticket whose reds fall into exactly the groups of the reference draw.

@@ -47,6 +47,34 @@ void run_Figure(PipelineRun& run, const PassStep& step) {
   filter_ByFigure(run, {std::string(step.log_name), &*condition});
 }
 
+RowsDone serve_Job(Job& job) {
+  return [&job](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
+}
+
+void save_Result(Store& store, Desk& desk, const TicketSet& tickets) {
+  Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::impossible);
+  save_Tickets(store, tickets, serve_Job(job));
+}
+
+}  // namespace
+
+std::optional<TicketSet> reset_Marks(Store& store, Desk& desk, PeriodNo period) {
+  RunningText& text = desk.running_Text();
+  const std::size_t rows = count_Tickets(store, period);
+  if (rows == 0) {
+    if (period > 0) text.append_Line(fmt::format("表格中无[{}]期数据．", to_QuanJiao(period)));
+    return std::nullopt;
+  }
+  Job job(desk, static_cast<std::int64_t>(rows), Job::Stop::possible);
+  if (count_Characters(text.text()) > kShortText) text.set({});
+  text.append_Line(fmt::format("正读取数据[{}期]．．．", to_QuanJiao(period)));
+  auto tickets = load_Tickets(store, period, serve_Job(job));
+  if (tickets)
+    text.append_Line(
+        fmt::format("过滤缩水之前共：{}注．", to_QuanJiao(static_cast<std::int64_t>(tickets->size()))));
+  return tickets;
+}
+
 void run_Step(PipelineRun& run, const PassStep& step, const CombinationTurns& turns) {
   switch (step.kind) {
     case PassKind::figure:
@@ -77,34 +105,6 @@ void run_Step(PipelineRun& run, const PassStep& step, const CombinationTurns& tu
       shrink_Cover(run.store, run.desk, run.tickets, condition_Value(run.store, kShrinkTypeCell));
       break;
   }
-}
-
-RowsDone serve_Job(Job& job) {
-  return [&job](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
-}
-
-void save_Result(Store& store, Desk& desk, const TicketSet& tickets) {
-  Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::impossible);
-  save_Tickets(store, tickets, serve_Job(job));
-}
-
-}  // namespace
-
-std::optional<TicketSet> reset_Marks(Store& store, Desk& desk, PeriodNo period) {
-  RunningText& text = desk.running_Text();
-  const std::size_t rows = count_Tickets(store, period);
-  if (rows == 0) {
-    if (period > 0) text.append_Line(fmt::format("表格中无[{}]期数据．", to_QuanJiao(period)));
-    return std::nullopt;
-  }
-  Job job(desk, static_cast<std::int64_t>(rows), Job::Stop::possible);
-  if (count_Characters(text.text()) > kShortText) text.set({});
-  text.append_Line(fmt::format("正读取数据[{}期]．．．", to_QuanJiao(period)));
-  auto tickets = load_Tickets(store, period, serve_Job(job));
-  if (tickets)
-    text.append_Line(
-        fmt::format("过滤缩水之前共：{}注．", to_QuanJiao(static_cast<std::int64_t>(tickets->size()))));
-  return tickets;
 }
 
 void run_Passes(PipelineRun& run, const CombinationTurns& turns) {

@@ -8,6 +8,7 @@
 #include "core/game.hpp"
 #include "core/store.hpp"
 #include "pipeline/filter_pass.hpp"
+#include "pipeline/order.hpp"
 #include "pipeline/position.hpp"
 
 namespace lotmere {
@@ -17,9 +18,12 @@ namespace lotmere {
 // stand as they were.
 [[nodiscard]] std::optional<TicketSet> reset_Marks(Store& store, Desk& desk, PeriodNo period);
 
-// Runs every step of pass_Order() over the set, in memory; each pass reads its own switch, cells and tables
-// from the store. A stop ends the pass under way behind its current block and lets no further step run but
-// the closing of the combinations.
+// Runs one step over the set, in memory; each pass reads its own switch, cells and tables from the store. A stop
+// ends a series too.
+void run_Step(PipelineRun& run, const PassStep& step, const CombinationTurns& turns);
+
+// Runs every step of pass_Order() over the set. A stop ends the pass under way behind its current block and lets
+// no further step run but the closing of the combinations.
 void run_Passes(PipelineRun& run, const CombinationTurns& turns);
 
 struct RunResult {

@@ -36,6 +36,12 @@ TEST(MainRoad, FromADrawListToATicketFile) {
   const std::string conditions = home.run({"conditions", "list"}).out;
   EXPECT_TRUE(conditions.starts_with("1\t总和值\ton\t２１～２５\n2\t奇数和值\toff")) << conditions;
   EXPECT_EQ(conditions.find("\ton\t", 15), std::string::npos);
+  // Of the five draws the first has the sum 21; twelve sixes have a sum of 21 to 25.
+  expect_Reply(home, {"conditions", "strength", "总和值"}, "1\t总和值\ton\t0.00\t1\t5\n");
+  expect_Reply(home, {"conditions", "strength", "1", "--last", "4"}, "1\t总和值\ton\t0.00\t0\t4\n");
+  const std::string strength = home.run({"conditions", "strength"}).out;
+  EXPECT_TRUE(strength.ends_with("\n-\t历史数据过滤\toff\t100.00\t5\t5\n")) << strength;
+  EXPECT_NE(strength.find("\n30\t号码定位1\toff\t-\t-\t-\n"), std::string::npos);
 
   expect_Reply(home, {"tickets", "init", "2024007"}, "初始化选号完成!共 ５６ 注！\n");
   // Nine sixes of 1 to 8 have a sum of 21 to 25, each with two blues.

@@ -1,0 +1,150 @@
+// The live count against the run itself, over stores of chance; `--gtest_random_seed=N` tries others.
+#include "pipeline/live_count.hpp"
+
+#include <gtest/gtest.h>
+
+#include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
+#include "core/attributes.hpp"
+#include "pipeline/random_store.hpp"
+#include "pipeline/run.hpp"
+#include "support/store_test.hpp"
+#include "tickets/init.hpp"
+#include "tickets/upkeep.hpp"
+
+namespace lotmere {
+namespace {
+
+using test::kPeriod;
+using test::pick;
+
+// A selection of `reds` reds, some of them Dan, and one to three blues.
+void put_Selection(Store& store, std::mt19937& random, int reds) {
+  StoreChange change(store);
+  clear_RedPicks(store);
+  clear_BluePicks(store);
+  const int first = pick(random, 1, 5), step = pick(random, 1, 2), dan = pick(random, 0, 2);
+  for (int i = 0; i < reds; ++i)
+    test::put_Pick(store, first + i * step, i < dan ? PickState::dan : PickState::tuo);
+  for (int blue = pick(random, 1, 3); blue > 0; --blue) test::put_Pick(store, 100 + blue, PickState::tuo);
+  change.commit();
+}
+
+// A history of up to twelve draws; the sums that they have stored may be anything.
+void put_Draws(Store& store, std::mt19937& random) {
+  const int draws[] = {0, 1, 2, 3, 12};
+  test::put_History(store, random, draws[pick(random, 0, 4)]);
+  for (const char* sum : {"尾数和值", "合数和值", "大数和值", "小数和值", "奇数和值", "偶数和值", "和值"})
+    test::set_Rows(store, "历史记录", sum, "1", [&](int old) { return old + pick(random, 1, 3); });
+}
+
+void put_Settings(Store& store, std::mt19937& random) {
+  StoreChange change(store);
+  test::put_Conditions(store, random, 100 / pick(random, 2, 20), pick(random, 80, 99));
+  // All kinds together leave little, so most trials have a part of the switches only. What few tickets meet needs
+  // trials of its own: an earlier draw that comes again, and turns behind the places alone.
+  const int from = pick(random, 1, 300), to = from + pick(random, 20, 460);
+  store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
+      .bind(from, to)
+      .run();
+  if (pick(random, 0, 2) == 0) {
+    test::set_Rows(store, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
+    for (int turns = pick(random, 1, 3); turns > 0; --turns)
+      set_Usage(store, usage_OfTurn(pick(random, 0, kTurnCount - 1)), true);
+    for (const UsageId usage : {usage_OfPlace(pick(random, 1, kPlaceCount)), 266})
+      set_Usage(store, usage, pick(random, 0, 1) == 1);
+    set_ConditionValue(store, kToleranceCell, 0);
+    save_HistoryMatch(store, {});
+  }
+  set_Usage(store, kSmartOptimisation, pick(random, 0, 1) == 1);
+  for (const std::string& column : attribute_Columns(AttributeTable::third))
+    if (column.find("区间") != std::string::npos && pick(random, 0, 3) == 0)
+      test::set_Rows(store, "号码特性3", column, "1", [&](int) { return pick(random, 0, 1); });
+  change.commit();
+}
+
+class Live : public test::StoreTest {
+ protected:
+  // Counts twice, and expects that the store's file stays as it is byte for byte.
+  LiveCount::Result count() {
+    const std::string before = test::read_File(store_.path());
+    const auto result = live_.count(kPeriod);
+    EXPECT_EQ(result, live_.count(kPeriod));
+    EXPECT_TRUE(test::read_File(store_.path()) == before) << "the store has changed";
+    return result.value();
+  }
+  std::int64_t run() {
+    live_.forget();
+    return run_Pipeline(store_, desk_, first_TicketPeriod(store_)).tickets;
+  }
+
+  LiveCount live_{store_};
+  std::mt19937 random_{7};
+};
+
+TEST_F(Live, CountsWhatARunLeaves) {
+  std::mt19937 random(2026 + GTEST_FLAG_GET(random_seed));
+  int thinned = 0, emptied = 0;
+  for (int trial = 0; trial < 80 && !HasFailure(); ++trial) {
+    SCOPED_TRACE(trial);
+    put_Draws(store_, random);
+    put_Settings(store_, random);
+    put_Selection(store_, random, pick(random, 5, 14));
+    store_.query(R"(DELETE FROM "日志表")").run();
+    live_.forget();
+    const auto expanded = count();
+    EXPECT_TRUE(expanded.from_selection);
+    EXPECT_EQ(expanded.period, kPeriod);
+    EXPECT_EQ(expanded.tickets, count_Combos(load_Selection(store_)).tickets);
+    if (init_Tickets(store_, desk_, kPeriod).done) {
+      EXPECT_EQ(expanded.survivors, run());
+    }
+
+    test::put_Tickets(store_, random, pick(random, 1, 400));
+    if (trial % 4) store_.query(R"(DELETE FROM "日志表" WHERE "期号"<?)").bind(kPeriod).run();
+    live_.forget();
+    count();
+    put_Settings(store_, random);  // clicks on conditions need no call
+    const auto counted = count();
+    EXPECT_FALSE(counted.from_selection);
+    EXPECT_EQ(counted.period, first_TicketPeriod(store_));
+    EXPECT_EQ(counted.tickets, count_Tickets(store_, counted.period));
+    EXPECT_EQ(counted.survivors, run());
+    thinned += counted.survivors > 0 && counted.survivors < counted.tickets;
+    emptied += counted.survivors == 0;
+  }
+  EXPECT_GT(thinned, 30) << "the trials must have something to tell";
+  EXPECT_LT(emptied, 40);
+}
+
+TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
+  put_Selection(store_, random_, 8);
+  const auto first = count();
+  test::put_Pick(store_, 33, PickState::tuo);
+  EXPECT_GT(count().tickets, first.tickets);
+  for (int red = 1; red <= kRedCount; ++red) test::put_Pick(store_, red, PickState::tuo);
+  EXPECT_TRUE(count().too_many);
+  clear_RedPicks(store_);
+  EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
+}
+
+// Dropped at each look that a count takes: it gives nothing, looks no more, and the next count is whole.
+TEST_F(Live, IsDroppedAtAnyLook) {
+  test::put_Tickets(store_, random_, 300);
+  test::put_Conditions(store_, random_, 60, 99);
+  const auto whole = count();
+  int k = 0;
+  for (bool reached = true; reached && !HasFailure(); ++k) {
+    live_.forget();
+    int looks = 0;
+    const auto result = live_.count(kPeriod, [&] { return looks++ == k; });
+    reached = looks > k;
+    EXPECT_EQ(looks, reached ? k + 1 : k);
+    EXPECT_EQ(result.has_value(), !reached) << k;
+    EXPECT_EQ(live_.count(kPeriod), whole);
+  }
+  EXPECT_GT(k, 6);
+}
+
+}  // namespace
+}  // namespace lotmere

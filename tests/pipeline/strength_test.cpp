@@ -1,0 +1,110 @@
+// What a condition lets through by itself, against its own pass over all red sixes and over each draw.
+#include "pipeline/strength.hpp"
+
+#include <gtest/gtest.h>
+
+#include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
+#include "core/periods.hpp"
+#include "pipeline/history_relative.hpp"
+#include "pipeline/random_store.hpp"
+#include "pipeline/run.hpp"
+#include "support/store_test.hpp"
+#include "tickets/init.hpp"
+
+namespace lotmere {
+namespace {
+
+using test::kPeriod;
+
+TicketSet all_Sixes() {
+  NumberSelection all;
+  std::fill(all.red.begin() + 1, all.red.end(), PickState::tuo);
+  TicketSet sixes;
+  sixes.period = kPeriod;
+  sixes.reserve(kAllRedSixes);
+  expand_Selection(all, [&](const Reds& six, const std::vector<int>&) {
+    sixes.add(pack_Balls(six, 1));
+    return true;
+  });
+  return sixes;
+}
+
+class StrengthTest : public test::StoreTest {
+ protected:
+  // How many of a set the pass of a condition keeps; the others are switched off.
+  std::int64_t pass(TicketSet tickets, UsageId usage) {
+    PipelineRun run{store_, desk_, tickets, tickets.period};
+    if (usage == 0) {
+      filter_LiShi(run);
+    } else if (usage >= usage_OfTurn(0) && usage < usage_OfTurn(kTurnCount)) {
+      filter_ZuHeJuTi(run, load_Combinations(store_, periodsBack(store_, tickets.period, 1)),
+                      usage - usage_OfTurn(0));
+      return std::count(tickets.mark.begin(), tickets.mark.end(), 0);
+    } else {
+      run_Passes(run, {});
+    }
+    return static_cast<std::int64_t>(tickets.size());
+  }
+
+  Strength model(UsageId usage, int last) {
+    Strength strength{pass(sixes_, usage)};
+    for (const StoredDraw& draw : drawsBefore(store_, kPeriod, last)) {
+      TicketSet ticket;
+      ticket.period = draw.period;
+      ticket.add(pack_Balls(draw.numbers.reds, draw.numbers.blue));
+      strength.passed += static_cast<int>(pass(ticket, usage));
+      ++strength.draws;
+    }
+    return strength;
+  }
+
+  const TicketSet sixes_ = all_Sixes();
+};
+
+// Every kind of condition, with cells of chance.
+TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
+  std::mt19937 random(3 + GTEST_FLAG_GET(random_seed));
+  int partly = 0;
+  for (const int draws : {0, 1, 30}) {
+    test::put_History(store_, random, draws);
+    test::put_Conditions(store_, random, 0, 60);
+    test::set_Rows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
+    set_ConditionValue(store_, kShrinkTypeCell, kLargestShrink);
+    save_HistoryMatch(store_, {});
+    const int last = draws == 30 ? 20 : 100;
+    for (const UsageId usage :
+         {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
+      SCOPED_TRACE(testing::Message() << draws << " draws, condition " << usage);
+      const Condition condition = find_Condition(store_, std::to_string(usage)).value();
+      const auto strength = condition_Strength(store_, condition, kPeriod, last);
+      set_Usage(store_, usage, true);
+      EXPECT_EQ(strength, model(usage, last));
+      set_Usage(store_, usage, false);
+      partly += strength && strength->passed > 0 && strength->passed < strength->draws;
+    }
+    for (const int match : {1, 3, 6, 7}) {
+      SCOPED_TRACE(testing::Message() << draws << " draws, match " << match);
+      save_HistoryMatch(store_, {true, 2025100, 2026044, match});
+      EXPECT_EQ(match_Strength(store_, kPeriod, last), model(0, last));
+    }
+    save_HistoryMatch(store_, {});
+  }
+  EXPECT_GT(partly, 10) << "the draws must have something to tell";
+  for (const UsageId usage : {30, 36, 300})
+    EXPECT_EQ(condition_Strength(store_, condition_OfUsage(usage), kPeriod, 100), std::nullopt) << usage;
+}
+
+TEST(StrengthText, OneLine) {
+  const std::string lead = "放行全部红球组合的 ", drawn = "最近 １００ 期中有 ９５ 期的开奖号码符合";
+  const std::pair<Strength, std::string> cases[] = {
+      {{690'015, 95, 100}, lead + "６２.３％，" + drawn},
+      {{0, 0, 0}, lead + "０％，还没有开奖记录可以对照"},
+      {{1, 95, 100}, lead + "不到 ０.１％，" + drawn},
+      {{kAllRedSixes - 1, 95, 100}, lead + "超过 ９９.９％，" + drawn},
+      {{kAllRedSixes, 3, 7}, lead + "１００％，最近 ７ 期中有 ３ 期的开奖号码符合"}};
+  for (const auto& [strength, text] : cases) EXPECT_EQ(strength_Text(strength), text);
+}
+
+}  // namespace
+}  // namespace lotmere
