@@ -5,6 +5,8 @@
 //                   the steps that open the store; at most 2
 //   history-3500    the grid of all draws read anew and painted, against a plain read of every field
 //   tickets-100k    the ticket grid read anew and painted, 99,008 tickets, against a plain read of the rows
+//   sheet-3500      the condition page made and painted for the first time over 3,500 draws, against 300 ms; at most 1
+//   click-sheet     a click on a list of the condition sheet, to the repaint, against 30 ms; at most 1
 //   alive-100k      a run with every condition on over 99,008 tickets in the window: its longest time without
 //                   serving the person, against 100 ms; at most 1
 //   stop-100k       the same run stopped in its middle: from the press to the end of the command, against
@@ -30,7 +32,10 @@ namespace {
 
 using benchmark::State;
 
-constexpr double kPatience = 0.1;  // seconds
+// In seconds.
+constexpr double kPatience = 0.1;
+constexpr double kSheet = 0.3;
+constexpr double kClick = 0.03;
 
 // The window's desk with nobody at it; notes how long the person isn't served.
 class EmptyDesk final : public ui::WindowDesk {
@@ -190,6 +195,39 @@ void tickets_100k(State& state, const Sizes& sizes) {
       [](ui::MainWindow& window) { window.findChild<ui::TicketPage*>()->refresh_Tickets(); });
 }
 
+void sheet_3500(State& state, const Sizes& sizes) {
+  const WindowWorld world(sizes, false);
+  std::vector<double> subjects;
+  for (auto _ : state) {
+    for (int round = 0; round < sizes.rounds; ++round) {
+      Open open(world.home());
+      subjects.push_back(seconds([&] {
+        open.program().window().show_Page(ui::MainWindow::Page::conditions);
+        paint(open.program().window());
+      }));
+    }
+    report(state, median(subjects), kSheet, median(subjects) / kSheet, 0);
+  }
+}
+
+void click_Sheet(State& state, const Sizes& sizes) {
+  const WindowWorld world(sizes, true);
+  Open open(world.home());
+  ui::MainWindow& window = open.program().window();
+  window.show_Page(ui::MainWindow::Page::conditions);
+  paint(window);
+  auto* list = window.findChild<ui::CheckList*>(QStringLiteral("List_TjA_0"));
+  std::vector<double> subjects;
+  for (auto _ : state) {
+    for (int round = 0; round < 10 * sizes.rounds; ++round)
+      subjects.push_back(seconds([&] {
+        Q_EMIT list->clicked(list->model()->index(round % 20, 0));
+        paint(window);
+      }));
+    report(state, median(subjects), kClick, median(subjects) / kClick, 0);
+  }
+}
+
 // Runs over all tickets again and again; `measure` gives the seconds of one.
 void run_Again(State& state, const Sizes& sizes, const std::function<double(Open&)>& measure) {
   std::vector<double> subjects;
@@ -228,6 +266,8 @@ void register_WindowWorkloads(const Sizes& sizes) {
   add("start-3500", [sizes](State& state) { start_3500(state, sizes); });
   add("history-3500", [sizes](State& state) { history_3500(state, sizes); });
   add("tickets-100k", [sizes](State& state) { tickets_100k(state, sizes); });
+  add("sheet-3500", [sizes](State& state) { sheet_3500(state, sizes); });
+  add("click-sheet", [sizes](State& state) { click_Sheet(state, sizes); });
   add("alive-100k", [sizes](State& state) { alive_100k(state, sizes); });
   add("stop-100k", [sizes](State& state) { stop_100k(state, sizes); });
 }

@@ -9,6 +9,7 @@
 #include "conditions/condition_store.hpp"
 #include "conditions/help_texts.hpp"
 #include "history/combination_list.hpp"
+#include "pipeline/strength.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
@@ -16,6 +17,7 @@ namespace {
 
 constexpr int kColumns = 4;
 constexpr int kListHeight = 132;
+constexpr int kStrengthDraws = 100;
 
 // "当前取值：" and the values on one line.
 QString one_Line(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
@@ -33,6 +35,7 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
       page_(new QWidget),
       picker_(new NumberPicker(this)) {
   page_->setObjectName(QStringLiteral("Frame_subtj"));
+  setWidget(page_);
   auto* layout = new QVBoxLayout(page_);
   layout->setContentsMargins(4, 4, 10, 8);
   layout->setSpacing(14);
@@ -40,7 +43,6 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   make_Combinations();
   make_Divisions();
   layout->addStretch();
-  setWidget(page_);
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -51,7 +53,7 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
 }
 
 QGridLayout* ConditionSheetView::add_Section(const QString& title) {
-  auto* label = new QLabel(title);
+  auto* label = new QLabel(title, page_);
   QFont bold = label->font();
   bold.setBold(true);
   label->setFont(bold);
@@ -67,11 +69,12 @@ QGridLayout* ConditionSheetView::add_Section(const QString& title) {
 
 PanelBox* ConditionSheetView::add_Panel(QGridLayout* grid, const QString& list, const QString& box,
                                         const Condition& condition) {
-  auto* panel = new PanelBox(list, box);
+  auto* panel = new PanelBox(list, box, page_);
   panel->list().setFixedHeight(kListHeight);
   const int place = grid->count();
   grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
   clicks_.connect_Panel(*panel, condition);
+  panel->set_TipText([this, panel, &condition] { return tip_Text(*panel, condition); });
   return panel;
 }
 
@@ -141,12 +144,12 @@ void ConditionSheetView::make_Divisions() {
     session_.commands.runner().run([this] { show_Division(); });
   });
   for (int i = 0; i < kLargestDivision; ++i) {
-    auto* place = new QWidget;
+    auto* place = new QWidget(page_);
     auto* column = new QVBoxLayout(place);
     column->setContentsMargins(0, 0, 0, 0);
-    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i));
+    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i), place);
     division_[i]->list().setFixedHeight(kListHeight);
-    pickers_[i] = new QPushButton(QStringLiteral("选择号码..."));
+    pickers_[i] = new QPushButton(QStringLiteral("选择号码..."), place);
     pickers_[i]->setObjectName(numbered("cmm_QujianTip", 101 + i));
     column->addWidget(division_[i]);
     column->addWidget(pickers_[i], 0, Qt::AlignLeft);
@@ -184,6 +187,18 @@ void ConditionSheetView::panel_Reload() {
   show_Division();
 }
 
+// The current values and what they let through, worked out when the tip opens.
+QString ConditionSheetView::tip_Text(const PanelBox& panel, const Condition& condition) {
+  QStringList lines{shown(condition.name)};
+  run_Guarded(session_.desk, [&] {
+    if (!panel.line().isEmpty()) lines.append(panel.line());
+    const auto strength =
+        condition_Strength(session_.store, condition, session_.next_Period(), kStrengthDraws);
+    if (strength) lines.append(shown(strength_Text(*strength)));
+  });
+  return lines.join(QLatin1Char('\n'));
+}
+
 void ConditionSheetView::show_SlotTip(int slot) {
   slots_[slot]->show_Line(one_Line(slot_Tip(session_.store, slot)));
 }
@@ -201,6 +216,7 @@ void ConditionSheetView::show_Division() {
     if (!used) continue;
     division_[i]->show_Panel(division_panels_[i].panel);
     division_[i]->show_Line(shown(division_panels_[i].numbers));
+    division_[i]->set_TipText([this, i] { return tip_Text(*division_[i], division_panels_[i].condition); });
     pickers_[i]->setAccessibleName(shown(division_panels_[i].panel.caption));
   }
 }

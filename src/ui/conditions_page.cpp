@@ -13,6 +13,8 @@ namespace {
 
 constexpr int kPadWidth = 330;
 constexpr int kTabsWidth = 138;
+constexpr int kCountDelay = 15;   // milliseconds behind a click, which is painted first
+constexpr int kCountAgain = 100;  // milliseconds, while a command runs
 
 int tab_OfKind(PageKind kind) {
   const auto pages = condition_Pages();
@@ -28,28 +30,31 @@ QString compact(const QString& text) {
 }  // namespace
 
 ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
-    : QWidget(parent), session_(session), clicks_(session) {
+    : QWidget(parent), session_(session), clicks_(session), live_(session.store) {
+  count_timer_.setSingleShot(true);
+  connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::count_Survivors);
+  connect(&clicks_, &ConditionClicks::changed, this, [this] { count_timer_.start(kCountDelay); });
   add_Commands();
 }
 
 void ConditionsPage::make_Contents() {
-  pad_ = new NumberPad(session_);
+  pad_ = new NumberPad(session_, this);
   pad_->setFixedWidth(kPadWidth);
   count_ = new QLabel;
   count_->setObjectName(QStringLiteral("Text_ChoseNumberTip"));
-  pages_ = new QStackedWidget;
-  sheet_ = new ConditionSheetView(session_, clicks_);
-  panels_ = new PanelPage(session_, clicks_);
-  places_ = new PlacePageView(session_, clicks_);
-  groups_ = new GroupPageView(session_, clicks_);
-  match_ = new MatchPageView(session_, clicks_);
-  shrink_ = new ShrinkPageView(session_, clicks_);
+  pages_ = new QStackedWidget(this);
+  pane_ = new AnalysisPane(session_, clicks_, pages_);
+  panels_ = new PanelPage(session_, clicks_, pages_);
+  places_ = new PlacePageView(session_, clicks_, pages_);
+  groups_ = new GroupPageView(session_, clicks_, pages_);
+  match_ = new MatchPageView(session_, clicks_, pages_);
+  shrink_ = new ShrinkPageView(session_, clicks_, pages_);
   summary_ = new QPlainTextEdit;
   summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
   summary_->setReadOnly(true);
   summary_->document()->setDocumentMargin(14);
   for (QWidget* page :
-       std::initializer_list<QWidget*>{sheet_, panels_, places_, groups_, match_, shrink_, summary_})
+       std::initializer_list<QWidget*>{pane_, panels_, places_, groups_, match_, shrink_, summary_})
     pages_->addWidget(page);
   auto* left = new QVBoxLayout;
   left->setSpacing(8);
@@ -60,19 +65,28 @@ void ConditionsPage::make_Contents() {
   layout->setSpacing(12);
   layout->addLayout(left);
   layout->addWidget(make_Tabs());
-  layout->addWidget(pages_, 1);
-  connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
+  survivors_ = new QLabel;
+  survivors_->setObjectName(QStringLiteral("Label_liveCount"));
+  auto* right = new QVBoxLayout;
+  right->setSpacing(8);
+  right->addWidget(pages_, 1);
+  right->addWidget(survivors_);
+  layout->addLayout(right, 1);
+  connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
+    count_->setText(compact(text));
+    count_timer_.start(kCountDelay);
+  });
 }
 
 void ConditionsPage::mark_Stale() {
-  if (sheet_ != nullptr) sheet_->mark_Stale();
+  if (pane_ != nullptr) pane_->mark_Stale();
 }
 
 QWidget* ConditionsPage::make_Tabs() {
   QStringList captions;
   for (const ConditionPage& page : condition_Pages()) captions.append(shown(page.caption));
   captions_.setStringList(captions);
-  tabs_ = new QListView;
+  tabs_ = new QListView(this);
   tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
   tabs_->setModel(&captions_);
   tabs_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -123,8 +137,8 @@ void ConditionsPage::load_Tab() {
   const PageKind kind = condition_Page(tab_).kind;
   switch (kind) {
     case PageKind::picks:
-      sheet_->open();
-      return pages_->setCurrentWidget(sheet_);
+      pane_->showCurrentView();
+      return pages_->setCurrentWidget(pane_);
     case PageKind::places:
       places_->load_DingWei();
       return pages_->setCurrentWidget(places_);
@@ -148,8 +162,18 @@ void ConditionsPage::load_Tab() {
 
 void ConditionsPage::open() {
   if (pages_ == nullptr) make_Contents();
+  live_.forget();
   pad_->open();
   load_Tab();
+}
+
+void ConditionsPage::count_Survivors() {
+  if (!isVisible()) return;
+  if (session_.commands.runner().is_Running()) return count_timer_.start(kCountAgain);
+  run_Guarded(session_.desk, [this] {
+    if (const auto result = live_.count(session_.next_Period()))
+      survivors_->setText(shown(live_Text(*result)));
+  });
 }
 
 void ConditionsPage::restore_Defaults() {
@@ -157,7 +181,8 @@ void ConditionsPage::restore_Defaults() {
   show_Pad();
   if (!session_.desk.ask("要把全部过滤条件还原为默认值，并清空已选的号码吗？")) return;
   lotmere::restore_Defaults(session_.store);
-  sheet_->mark_Stale();
+  pane_->mark_Stale();
+  pane_->show_Sheet();
   pad_->reload();
   session_.desk.tell("完成，过滤条件已经还原为默认值！");
   Q_EMIT defaults_Restored();

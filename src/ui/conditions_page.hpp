@@ -6,10 +6,12 @@
 #include <QPlainTextEdit>
 #include <QStackedWidget>
 #include <QStringListModel>
+#include <QTimer>
 #include <QWidget>
 
+#include "pipeline/live_count.hpp"
+#include "ui/analysis_pane.hpp"
 #include "ui/condition_clicks.hpp"
-#include "ui/condition_sheet.hpp"
 #include "ui/group_page.hpp"
 #include "ui/match_page.hpp"
 #include "ui/number_pad.hpp"
@@ -51,15 +53,19 @@ class ConditionsPage : public QWidget {
   void show_Tab(int tab);
   void load_Tab();
   void restore_Defaults();
+  void count_Survivors();
 
   Session& session_;
   ConditionClicks clicks_;
+  LiveCount live_;
+  QTimer count_timer_;  // counts once the clicks of one moment are over
   NumberPad* pad_ = nullptr;
-  QLabel* count_ = nullptr;    // Text_ChoseNumberTip
-  QListView* tabs_ = nullptr;  // TabStrip_TiaoJian
+  QLabel* survivors_ = nullptr;  // Label_liveCount
+  QLabel* count_ = nullptr;      // Text_ChoseNumberTip
+  QListView* tabs_ = nullptr;    // TabStrip_TiaoJian
   QStringListModel captions_;
   QStackedWidget* pages_ = nullptr;
-  ConditionSheetView* sheet_ = nullptr;
+  AnalysisPane* pane_ = nullptr;
   PanelPage* panels_ = nullptr;
   PlacePageView* places_ = nullptr;
   GroupPageView* groups_ = nullptr;

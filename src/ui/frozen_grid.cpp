@@ -15,7 +15,8 @@ constexpr int kRowHeight = 28;
 // One of the two panes. Its arrow keys go on in the other one at its inner edge.
 class Pane : public EndTable {
  public:
-  Pane(QAbstractItemModel& model, int first, int last) : first_(first), last_(last) {
+  Pane(QAbstractItemModel& model, int first, int last, QWidget* parent)
+      : EndTable(parent), first_(first), last_(last) {
     auto* head = new FilterHeader(this);
     setHorizontalHeader(head);
     setModel(&model);
@@ -69,8 +70,8 @@ class Pane : public EndTable {
 
 FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
     : QFrame(parent), model_(model), frozen_(frozen) {
-  auto* left = new Pane(model, 0, frozen - 1);
-  auto* right = new Pane(model, frozen, model.columnCount() - 1);
+  auto* left = new Pane(model, 0, frozen - 1, this);
+  auto* right = new Pane(model, frozen, model.columnCount() - 1, this);
   left->set_Neighbour(right);
   right->set_Neighbour(left);
   left_ = left;

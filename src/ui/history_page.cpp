@@ -32,9 +32,9 @@ constexpr PeriodRange kEveryPeriod{std::numeric_limits<PeriodNo>::min(),
 HistoryPage::HistoryPage(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
   make_MenuCommands();
   make_Commands();
-  bar_ = new JobBar(session.desk, "ProgressBar_TuBiao");
+  bar_ = new JobBar(session.desk, "ProgressBar_TuBiao", this);
   download_View_ = bar_;
-  strip_ = new EntryStrip(session);
+  strip_ = new EntryStrip(session, this);
   const Commands& commands = session.commands;
   strip_->add_Button(commands.make_Button("cmmUpdateHistory_0", QStringLiteral("添加记录"),
                                           commands.action("cmmUpdateHistory_0")));
@@ -123,7 +123,7 @@ void HistoryPage::make_Options() {
   const auto make_Group = [this](const char* name, const std::pair<QString, const char*>(&choices)[2]) {
     auto* group = new QButtonGroup(this);
     for (int i = 0; i < 2; ++i) {
-      auto* option = new QRadioButton(choices[i].first);
+      auto* option = new QRadioButton(choices[i].first, this);
       option->setObjectName(QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(i));
       QAction* action = session_.commands.action(choices[i].second);
       option->setToolTip(QStringLiteral("%1（%2）")
@@ -145,7 +145,8 @@ void HistoryPage::make_Options() {
 }
 
 void HistoryPage::make_Views() {
-  grid_ = new FrozenGrid(model_, kIdentityColumns);
+  views_ = new QStackedWidget(this);
+  grid_ = new FrozenGrid(model_, kIdentityColumns, views_);
   grid_->setObjectName(QStringLiteral("TDBGridHistory"));
   for (int column = 0; column < model_.columnCount(); ++column) {
     grid_->set_ColumnWidth(column, model_.column_Width(column, fontMetrics()));
@@ -156,13 +157,12 @@ void HistoryPage::make_Views() {
     session_.commands.action("filterBegin")->setEnabled(true);
   });
   connect(grid_, &FrozenGrid::filter_Submitted, session_.commands.action("filterBegin"), &QAction::trigger);
-  distribution_ = new DistributionGrid;
+  distribution_ = new DistributionGrid(views_);
   grid_->setAccessibleName(QStringLiteral("开奖记录"));
   distribution_->setAccessibleName(QStringLiteral("号码分布"));
   empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载或手工添加。"));
   empty_->setAlignment(Qt::AlignCenter);
   empty_->setEnabled(false);
-  views_ = new QStackedWidget;
   for (QWidget* view :
        {static_cast<QWidget*>(grid_), static_cast<QWidget*>(distribution_), static_cast<QWidget*>(empty_)})
     views_->addWidget(view);

@@ -30,13 +30,15 @@ constexpr QSize kSize{1240, 780};
 MainWindow::MainWindow(Session& session)
     : session_(session),
       main_caption_(QStringLiteral("Lotmere 双色球")),
-      tabs_(new QTabBar),
-      pages_(new QStackedWidget),
+      body_(new QWidget(this)),
+      tabs_(new QTabBar(body_)),
+      pages_(new QStackedWidget(body_)),
       progress_(nullptr),
-      history_(new HistoryPage(session)),
-      conditions_(new ConditionsPage(session)),
-      tickets_(new TicketPage(session)),
-      other_(new OtherPage(session)) {
+      // Made in their place: a widget that moves to another parent is dressed anew with everything in it.
+      history_(new HistoryPage(session, pages_)),
+      conditions_(new ConditionsPage(session, pages_)),
+      tickets_(new TicketPage(session, pages_)),
+      other_(new OtherPage(session, pages_)) {
   setObjectName(QStringLiteral("Form_main"));
   setWindowTitle(main_caption_);
   if (const QScreen* shown_on = screen(); shown_on != nullptr)
@@ -81,7 +83,7 @@ void MainWindow::make_Top() {
   QFont large = tabs_->font();
   large.setPointSizeF(large.pointSizeF() + 1.5);
   tabs_->setFont(large);
-  auto* top = new QWidget;
+  auto* top = new QWidget(body_);
   top->setObjectName(QStringLiteral("Pic_mainTop"));
   auto* row = new QHBoxLayout(top);
   row->setContentsMargins(12, 4, 12, 0);
@@ -91,13 +93,12 @@ void MainWindow::make_Top() {
                                                session_.commands.action("cmm_kjqk")));
   row->addWidget(session_.commands.make_Button("cmm_Autochosenumber", QStringLiteral("如何使用？"),
                                                session_.commands.action("cmm_help")));
-  auto* body = new QWidget;
-  auto* column = new QVBoxLayout(body);
+  auto* column = new QVBoxLayout(body_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(top);
   column->addWidget(pages_, 1);
-  setCentralWidget(body);
+  setCentralWidget(body_);
 }
 
 void MainWindow::add_Menu(const char* name, const QString& title,

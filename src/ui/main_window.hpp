@@ -59,6 +59,7 @@ class MainWindow : public QMainWindow {
 
   Session& session_;
   const QString main_caption_;
+  QWidget* body_;
   QTabBar* tabs_;              // TabStrip_Top
   QStackedWidget* pages_;      // Pic_Main
   ProgressControl* progress_;  // myJinDuCTL1

@@ -13,7 +13,7 @@ namespace {
 
 class MemberButton : public QAbstractButton {
  public:
-  explicit MemberButton(int number) {
+  MemberButton(int number, QWidget* parent) : QAbstractButton(parent) {
     setText(shown(format_Ball(number)));
     setCheckable(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -44,7 +44,7 @@ NumberGrid::NumberGrid(const QString& name, int columns, QWidget* parent) : QWid
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(2);
   for (int n = 1; n <= kRedCount; ++n) {
-    auto* button = new MemberButton(n);
+    auto* button = new MemberButton(n, this);
     button->setObjectName(QStringLiteral("%1_%2").arg(name, button->text()));
     buttons_.addButton(button, n);
     grid->addWidget(button, (n - 1) / columns, (n - 1) % columns);

@@ -106,7 +106,7 @@ NumberPad::NumberPad(Session& session, QWidget* parent) : QWidget(parent), sessi
 }
 
 QWidget* NumberPad::make_Half(bool blue) {
-  auto* frame = new QWidget;
+  auto* frame = new QWidget(this);
   frame->setObjectName(blue ? QStringLiteral("Frame_HouQu") : QStringLiteral("Frame_QianQu"));
   auto* title = new QLabel(blue ? QStringLiteral("蓝球") : QStringLiteral("红球"));
   QFont bold = title->font();
@@ -138,7 +138,7 @@ QWidget* NumberPad::make_Half(bool blue) {
   const int count = blue ? kBlueCount : kRedCount;
   for (int n = 1; n <= count; ++n) {
     const int code = blue ? kBlueCodeBase + n : n;
-    auto* button = new PadButton(code);
+    auto* button = new PadButton(code, frame);
     buttons_.addButton(button, code);
     grid->addWidget(button, (n - 1) / kColumns, (n - 1) % kColumns);
   }

@@ -15,7 +15,7 @@ constexpr int kMostLines = 3;  // under a list; the rest stands in the tip
 }  // namespace
 
 PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* parent)
-    : QWidget(parent), box_(new QCheckBox), list_(new CheckList), line_(new QLabel) {
+    : QWidget(parent), box_(new QCheckBox(this)), list_(new CheckList(this)), line_(new QLabel(this)) {
   list_->setObjectName(list_name);
   box_->setObjectName(box_name);
   line_->setWordWrap(true);

@@ -24,6 +24,7 @@ class PanelBox : public QWidget {
   void show_Box(const BoxState& box);
   // Under the list; an empty text takes no room.
   void show_Line(const QString& text);
+  [[nodiscard]] QString line() const { return line_->text(); }
 
   // What the tip of the box says; asked each time that it opens.
   void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }

@@ -27,6 +27,10 @@ struct Colours {
   QColor line;      // between areas
   QColor good;      // of a state that is as it should be
   QColor warning;   // of one that isn't
+  // The gaps of a number in the omission analysis.
+  QColor running_gap;
+  QColor long_gap;  // the average gap, and a running one that is longer
+  QColor largest_gap;
 };
 
 // Sets style, palette, font and style sheet of the whole program; may be called again at any time.

@@ -81,7 +81,7 @@ void TicketPage::add_Commands() {
 }
 
 QWidget* TicketPage::make_Strip() {
-  auto* strip = new QWidget;
+  auto* strip = new QWidget(this);
   strip->setObjectName(QStringLiteral("Pic_subTouZhu"));
   auto* layout = new QHBoxLayout(strip);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -102,7 +102,8 @@ QWidget* TicketPage::make_Strip() {
 }
 
 QWidget* TicketPage::make_Grid() {
-  grid_ = new RowTable;
+  auto* place = new QWidget(this);
+  grid_ = new RowTable(place);
   grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
   grid_->setModel(model_);
   grid_->setItemDelegate(new BallDelegate(grid_));
@@ -110,8 +111,7 @@ QWidget* TicketPage::make_Grid() {
   grid_->verticalHeader()->setDefaultSectionSize(kRowHeight);
   grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   grid_->horizontalHeader()->setHighlightSections(false);
-  bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy");
-  auto* place = new QWidget;
+  bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy", place);
   auto* layout = new QGridLayout(place);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(grid_, 0, 0);
@@ -120,7 +120,7 @@ QWidget* TicketPage::make_Grid() {
 }
 
 QWidget* TicketPage::make_Log() {
-  log_ = new QPlainTextEdit;
+  log_ = new QPlainTextEdit(this);
   log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
   log_->setReadOnly(true);
   log_->document()->setDocumentMargin(12);

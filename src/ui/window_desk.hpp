@@ -25,7 +25,7 @@ class WindowDesk : public QObject, public Desk {
 
   // The window that dialogs stand over; may be none.
   void set_Window(QWidget* window) { window_ = window; }
-  [[nodiscard]] QWidget* window() const { return window_; }
+  [[nodiscard]] QWidget* window() const { return window_.data(); }
 
   void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
   bool ask(std::string_view text, std::string_view title = {}) override;

@@ -1,0 +1,49 @@
+// The omission analysis (`Frame_yl`): how long each number stayed away, up to a chosen period.
+#pragma once
+
+#include <QComboBox>
+#include <QWidget>
+
+#include "analysis/omission.hpp"
+#include "ui/job_bar.hpp"
+#include "ui/omission_chart.hpp"
+#include "ui/session.hpp"
+
+namespace lotmere::ui {
+
+// The functions that work on the store are to be called inside a command; they throw SQLite::Exception.
+class OmissionView : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit OmissionView(Session& session, QWidget* parent = nullptr);
+
+  // The view comes to the front for reds or blues (`cmm_Yltj`), analysed anew.
+  void open(BallColour balls);
+  // Analyses the chosen balls up to the chosen period, which writes work columns, and shows the figures. What
+  // can't be analysed is told and leaves the page as it was.
+  void showOmission();
+  // Offers the newest periods, the newest one chosen; what is shown stays until showOmission().
+  void loadOmissionPeriods();
+
+ Q_SIGNALS:
+  // The person goes back to the condition panels (`cmm_Qiehuan`).
+  void back_Wanted();
+
+ private:
+  void make_Strip();
+  QWidget* make_Legend();
+  void analyse_Choice();
+  // Puts the lists on what the chart shows.
+  void show_Choice();
+  void tell_Report(int number);
+
+  Session& session_;
+  QWidget* strip_ = nullptr;
+  QComboBox* balls_ = nullptr;   // Combo_ItemOfYLFX
+  QComboBox* period_ = nullptr;  // Combo_QSofYLFX
+  OmissionChart* chart_;
+  JobBar* bar_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,272 @@
+// The views of the analyses: what is painted, told and counted for a history.
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QToolTip>
+
+#include "analysis/omission_text.hpp"
+#include "ui/count_bars_3d.hpp"
+#include "ui/count_chart.hpp"
+#include "ui/omission_view.hpp"
+#include "ui/text.hpp"
+#include "ui/theme.hpp"
+#include "window_fixture.hpp"
+
+namespace lotmere::ui::test {
+namespace {
+
+constexpr double kTwips = 15;
+constexpr PeriodNo kFirst = 2026001;
+
+template <class View>
+class AnalysisViewTest : public WindowTest {
+ protected:
+  AnalysisViewTest() : view_(session_) { view_.resize(870, 560); }
+
+  // Ten draws: 1 comes at the places 2, 3 and 7, 2 at 0 and 1, 3 at 0 and 6, 4 at the first one only.
+  void put_TenDraws() {
+    const std::vector<std::vector<int>> holds = {{2, 3, 4}, {2}, {1}, {1}, {}, {}, {3}, {1}, {}, {}};
+    std::vector<StoredDraw> draws;
+    for (const std::vector<int>& reds : holds) {
+      DrawNumbers numbers{{28, 29, 30, 31, 32, 33}, 5};
+      std::ranges::copy(reds, numbers.reds.begin());
+      draws.push_back({kFirst + static_cast<PeriodNo>(draws.size()), numbers});
+    }
+    lotmere::test::put_Draws(home_.store(), draws);
+  }
+  void show(BallColour balls = BallColour::red) {
+    view_.show();
+    commands_.runner().run([&] { view_.open(balls); });
+  }
+  template <class T>
+  [[nodiscard]] T& child(const QString& name) {
+    auto* found = view_.template findChild<T*>(name);
+    if (found == nullptr) throw std::logic_error("no part " + name.toStdString());
+    return *found;
+  }
+  [[nodiscard]] QComboBox& list(const char* name) { return child<QComboBox>(QString::fromUtf8(name)); }
+  void press(const char* button) {
+    QTest::mouseClick(&child<QPushButton>(QString::fromUtf8(button)), Qt::LeftButton);
+  }
+
+  Commands commands_{desk_};
+  Session session_{home_.store(), home_.home(), desk_, clock_, commands_};
+  View view_;
+};
+
+class OmissionViewTest : public AnalysisViewTest<OmissionView> {
+ protected:
+  [[nodiscard]] OmissionGroup& group(int number) {
+    return child<OmissionGroup>(QStringLiteral("Frame_YLFXgroup_%1").arg(number));
+  }
+  [[nodiscard]] QWidget& frame() { return child<QWidget>(QStringLiteral("frm_YLFXmain")); }
+  [[nodiscard]] Omission figures(PeriodNo period) {
+    return *analyseRedOmission(session_.store, desk_, period);
+  }
+  void type_Period(const char* period) {
+    auto& line = *list("Combo_QSofYLFX").lineEdit();
+    line.selectAll();
+    QTest::keyClicks(&line, QString::fromUtf8(period));
+    QTest::keyClick(&line, Qt::Key_Return);
+  }
+  [[nodiscard]] QString period() { return list("Combo_QSofYLFX").currentText(); }
+  [[nodiscard]] int groups_Shown() {
+    return static_cast<int>(
+        std::ranges::count_if(view_.findChildren<OmissionGroup*>(), &OmissionGroup::isVisible));
+  }
+};
+
+TEST_F(OmissionViewTest, BarsStandWhereTheGeometrySaysInTheirColours) {
+  put_TenDraws();
+  show();
+  const Omission omission = figures(kFirst + 9);
+  struct Case {
+    int number;
+    bool closed;
+    QColor Colours::*running;
+    const char* what;
+  };
+  const Case cases[] = {{1, true, &Colours::running_gap, "as long as the average"},
+                        {2, false, &Colours::long_gap, "longer than an average of 0"},
+                        {3, true, &Colours::running_gap, "shorter than the average"},
+                        {4, false, &Colours::running_gap, "once only: no average to compare with"}};
+  for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+    apply_Appearance(*qApp, appearance);
+    const QImage picture = frame().grab().toImage();
+    const QRect inner = frame().contentsRect();
+    const double width = inner.width() * kTwips, height = inner.height() * kTwips;
+    for (const auto& [number, closed, running, what] : cases) {
+      const Box box = place_Group(BallColour::red, number, width, height);
+      const OmissionBars bars = drawOmissionBars(omission, number, box.width, box.height);
+      const auto colour = [&](const Box& bar, double part) {
+        return picture.pixelColor(
+            inner.left() + static_cast<int>((box.left + bar.left + bar.width / 2) / kTwips),
+            inner.top() + static_cast<int>((box.top + bar.top + bar.height * part) / kTwips));
+      };
+      EXPECT_EQ(colour(bars.running, 0.9), colours().*running) << what;
+      const Box above_base{bars.average.left, bars.base_line - 3 * kTwips, bars.average.width};
+      EXPECT_EQ(colour(above_base, 0), closed ? colours().long_gap : frame().palette().color(QPalette::Base))
+          << what;
+      const bool higher = number == 1;  // of these, only its largest gap looks out above the average
+      EXPECT_EQ(colour(bars.largest, 0.1) == colours().largest_gap, higher) << what;
+    }
+  }
+  apply_Appearance(*qApp, Appearance::light);
+  EXPECT_GT(group(4).bars().ball_foot, 30) << "a gap beyond the scale leaves room for the ball";
+}
+
+TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
+  put_TenDraws();
+  show();
+  const Omission omission = figures(kFirst + 9);
+  const OmissionBars bars = group(1).bars();
+  const auto tip_At = [&](const Box& bar, double part) {
+    const QPoint place(static_cast<int>(bar.left + bar.width / 2),
+                       static_cast<int>(bar.top + bar.height * part));
+    QHelpEvent rest(QEvent::ToolTip, place, group(1).mapToGlobal(place));
+    QApplication::sendEvent(&group(1), &rest);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(tip_At(bars.running, 0.5), shown(running_Tip(omission, 1)));
+  EXPECT_EQ(tip_At(bars.average, 0.5), shown(average_Tip(omission, 1))) << "in front of the largest";
+  EXPECT_EQ(tip_At(bars.largest, 0.1), shown(largest_Tip(omission, 1)));
+  EXPECT_EQ(tip_At({1, 1, 1, 1}, 0.5), shown(omission_Tip(omission, 1)));
+  EXPECT_EQ(group(30).toolTip(), shown(omission_Tip(omission, 30)));
+
+  QTest::mouseClick(&group(30), Qt::LeftButton);
+  EXPECT_EQ(told(), omission_Report(omission, 30));
+  struct Step {
+    Qt::Key key;
+    int number;
+  };
+  for (const auto& [key, number] : {Step{Qt::Key_Right, 31},
+                                    {Qt::Key_Left, 30},
+                                    {Qt::Key_End, 33},
+                                    {Qt::Key_Right, 33},
+                                    {Qt::Key_Home, 1},
+                                    {Qt::Key_Left, 1}}) {
+    QTest::keyClick(view_.focusWidget(), key);
+    QTest::keyClick(view_.focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(told(), omission_Report(omission, number));
+    EXPECT_EQ(group(number).focusPolicy(), Qt::StrongFocus);
+  }
+}
+
+TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
+  put_TenDraws();
+  show();
+  EXPECT_EQ(period(), QStringLiteral("2026010"));
+  type_Period("2026003");
+  EXPECT_EQ(group(1).toolTip(), shown(omission_Tip(figures(2026003), 1)));
+  type_Period("2026999");
+  EXPECT_EQ(period(), QStringLiteral("2026010"));
+  EXPECT_TRUE(desk_.told.empty());
+  type_Period("2026004");
+  type_Period("2025001");
+  EXPECT_EQ(told(), "历史记录里没有 2025001 期，无法统计遗漏。");
+  EXPECT_EQ(desk_.told.size(), 1);
+  EXPECT_EQ(period(), QStringLiteral("2026004"));
+  EXPECT_EQ(groups_Shown(), kRedCount);
+  list("Combo_ItemOfYLFX").setCurrentIndex(1);
+  EXPECT_EQ(groups_Shown(), kBlueCount);
+  EXPECT_EQ(group(5).toolTip(), shown(omission_Tip(*analyseBlueOmission(session_.store, desk_, 2026004), 5)));
+
+  lotmere::test::put_Draw(session_.store, 2026011, "2026-01-29", {{1, 2, 3, 4, 5, 6}, 7});
+  view_.loadOmissionPeriods();
+  EXPECT_EQ(period(), QStringLiteral("2026011"));
+  press("cmm_sxYL");
+  EXPECT_EQ(group(7).toolTip(), shown(omission_Tip(*analyseBlueOmission(session_.store, desk_, 2026011), 7)));
+}
+
+TEST_F(OmissionViewTest, AnEmptyHistoryIsToldAndShowsNoGroup) {
+  show();
+  EXPECT_EQ(told(), "历史记录是空的，无法统计遗漏。");
+  EXPECT_EQ(groups_Shown(), 0);
+  put_TenDraws();
+  press("cmm_sxYL");
+  EXPECT_EQ(groups_Shown(), kRedCount);
+  session_.store.query(R"(DELETE FROM "历史记录")").run();
+  view_.loadOmissionPeriods();
+  view_.showOmission();
+  EXPECT_EQ(groups_Shown(), 0);
+}
+
+TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
+  std::vector<StoredDraw> draws;
+  for (PeriodNo period = kFirst; period < kFirst + 300; ++period)
+    draws.push_back({period, {{1, 2, 3, 4, 5, 6}, 7}});
+  lotmere::test::put_Draws(home_.store(), draws);
+  int served = 0;
+  desk_.on_serve = [&] {
+    if (!desk_.job_Running() || ++served > 1) return;
+    EXPECT_TRUE(child<QProgressBar>(QStringLiteral("ProgressBar_YL")).isVisible());
+    EXPECT_FALSE(list("Combo_ItemOfYLFX").isEnabled());
+    QTest::mouseClick(&group(1), Qt::LeftButton);
+  };
+  show();
+  EXPECT_GT(served, 0);
+  EXPECT_TRUE(desk_.told.empty());
+  EXPECT_TRUE(list("Combo_ItemOfYLFX").isEnabled());
+  EXPECT_FALSE(child<QProgressBar>(QStringLiteral("ProgressBar_YL")).isVisible());
+}
+
+class CountChartTest : public AnalysisViewTest<CountChart> {
+ protected:
+  [[nodiscard]] CountBars& bars() { return child<CountBars>(QStringLiteral("MSChart_TiaoJian")); }
+  // What the chart holds, as the engine would give it.
+  void expect_Rows(const std::vector<CountRow>& rows) {
+    const QBarSet* set =
+        static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
+    ASSERT_EQ(set->count(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      EXPECT_EQ(set->at(static_cast<int>(i)), rows[i].count) << rows[i].label;
+      EXPECT_TRUE(bars().tip_Of(static_cast<int>(i)).startsWith(shown(rows[i].label)));
+    }
+  }
+};
+
+TEST_F(CountChartTest, TheChartHoldsTheCountsOfTheChosenSpan) {
+  put_TenDraws();
+  show();
+  EXPECT_EQ(list("Combo_pic_TiaoJian_0").currentIndex(), -1) << "ten draws: from the first on";
+  expect_Rows(countRedDraws(session_.store, desk_, 0, 2026010));
+  lotmere::test::put_Draw(session_.store, 2026011, "2026-01-29", {{1, 2, 3, 4, 5, 6}, 7});
+  view_.load_Periods();
+  EXPECT_EQ(list("Combo_pic_TiaoJian_0").currentText(), QStringLiteral("2026002"));
+  expect_Rows(countRedDraws(session_.store, desk_, 2026002, 2026011));
+  list("Combo_pic_TiaoJian_1").setCurrentIndex(4);
+  expect_Rows(countRedDraws(session_.store, desk_, 2026002, 2026007));
+  list("Combo_MSChartItem").setCurrentIndex(1);
+  expect_Rows(countBlueDraws(session_.store, desk_, 2026002, 2026007));
+  list("Combo_pic_TiaoJian_0").setCurrentIndex(0);
+  expect_Rows(countBlueDraws(session_.store, desk_, 2026011, 2026007));
+}
+
+TEST_F(CountChartTest, AnEmptyHistoryCountsNothing) {
+  show(BallColour::blue);
+  expect_Rows(countBlueDraws(session_.store, desk_, 0, 0));
+  EXPECT_EQ(list("Combo_pic_TiaoJian_1").count(), 0);
+  EXPECT_TRUE(desk_.told.empty());
+}
+
+TEST_F(CountChartTest, BarsInSpaceNeedOpenGl) {
+  put_TenDraws();
+  show();
+  auto& in_space = child<QCheckBox>(QStringLiteral("Check_3D"));
+  EXPECT_EQ(in_space.isEnabled(), has_OpenGl());
+  EXPECT_EQ(in_space.toolTip().contains(QStringLiteral("不支持 OpenGL")), !has_OpenGl());
+  in_space.click();
+  EXPECT_EQ(view_.findChild<CountBars3D*>() != nullptr, has_OpenGl());
+  EXPECT_EQ(bars().isVisible(), !has_OpenGl());
+}
+
+TEST_F(CountChartTest, TheButtonAndADoubleClickGoBack) {
+  show();
+  int back = 0;
+  QObject::connect(&view_, &CountChart::back_Wanted, [&] { ++back; });
+  press("cmm_Qiehuan");
+  QTest::mouseDClick(bars().viewport(), Qt::LeftButton);
+  EXPECT_EQ(back, 2);
+}
+
+}  // namespace
+}  // namespace lotmere::ui::test
