@@ -207,6 +207,44 @@ TEST_F(ConditionsTest, DividingTheIntervalsRecountsTheDrawsWhenThePageIsLeft) {
   EXPECT_TRUE(part<QLabel>("Label_4qj_0").text().contains(QStringLiteral("无号码")));
 }
 
+TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
+  const auto foot = [&](const std::string& text) {
+    return QTest::qWaitFor([&] { return part<QLabel>("Label_liveCount").text() == shown(text); });
+  };
+  EXPECT_TRUE(foot("还没有投注号，也没有选好号码。"));
+  pick({8, 9, 10, 11, 12, 13, 14, 15, 16, 108, 109});
+  LiveCount expansion(store());
+  const auto picked = expansion.count(2026091);
+  EXPECT_EQ(picked->tickets, 84 * 2);
+  EXPECT_TRUE(foot(live_Text(*picked)));
+  desk_.texts = {"2026091", "2026091"};
+  choose("mnu_ShengCeng_0");
+  choose("tab_2");
+  tick("List_TjA_8", 3);
+  tick("List_TjA_8", 2);
+  LiveCount tickets(store());
+  const auto before = tickets.count(2026091);
+  EXPECT_TRUE(foot(live_Text(*before)));
+  choose("mnu_ShengCeng_1");
+  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), before->survivors);
+}
+
+TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceAndGiveItBack) {
+  press("cmm_Yltj_1");
+  EXPECT_TRUE(part<QComboBox>("Combo_ItemOfYLFX").isVisible());
+  EXPECT_EQ(part<QComboBox>("Combo_ItemOfYLFX").currentIndex(), 1);
+  EXPECT_FALSE(part<CheckList>("List_TjA_0").isVisible());
+  press("cmm_Cstj_0");
+  EXPECT_TRUE(part<QComboBox>("Combo_MSChartItem").isVisible());
+  choose("tab_1");
+  choose("tab_2");
+  EXPECT_TRUE(part<QComboBox>("Combo_MSChartItem").isVisible())
+      << "the view stays until the person leaves it";
+  for (auto* back : program_->window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
+    if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
+  EXPECT_TRUE(part<CheckList>("List_TjA_0").isVisible());
+}
+
 TEST_F(ConditionsTest, RestoredDefaultsAndNewUsersShowOnTheSheetAgain) {
   const auto& list = part<CheckList>("List_TjA_8").list();
   const bool factory = list.items()[6].selected;

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <cstdio>
 
@@ -34,9 +35,12 @@ class PictureDesk : public WindowDesk {
   PeriodNo period = 0;  // typed at every question for a period; 0: the one that is proposed
 
   void save(QWidget& widget, const QString& name) {
-    QApplication::processEvents();
+    // What is worked out behind a click is there as well.
+    QElapsedTimer since;
+    since.start();
+    while (since.elapsed() < 150) QApplication::processEvents();
     const QString path = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
-    if (!widget.grab().save(path)) throw std::runtime_error("can't write " + path.toStdString());
+    if (!widget.grab().save(path, nullptr, 0)) throw std::runtime_error("can't write " + path.toStdString());
     std::puts(path.toUtf8().constData());
   }
   bool ask(std::string_view text, std::string_view title) override {
@@ -108,7 +112,12 @@ class Pictures {
     give("mnu_HistoryData");
     give("tab_2");
     shoot("numbers");
-    for (const auto& [name, tab] : {std::pair{"intervals", 14}, {"places", 15}, {"shapes", 16}, {"groups", 41}, {"match", 42}}) {
+    give("Yltj_0");
+    shoot("omission");
+    give("Cstj_0");
+    shoot("counts");
+    for (const auto& [name, tab] :
+         {std::pair{"intervals", 14}, {"places", 15}, {"shapes", 16}, {"groups", 41}, {"match", 42}}) {
       give(ConditionsPage::tab_Command(tab).c_str());
       shoot(name);
     }
@@ -122,6 +131,8 @@ class Pictures {
     shoot_Dialog("export", "mnu_ShengCeng_3");
     shoot_Dialog("import", "mnu_ShengCeng_4");
     take_Check();
+    give("mnu_newQuJian");
+    shoot("division");
     give("mnu_youxiguizhe");
     shoot("rules");
     give("mnu_TiaojianDingYi");
