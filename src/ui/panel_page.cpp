@@ -59,16 +59,20 @@ bool PanelPage::has_Panels(PageKind kind) {
 void PanelPage::open(int tab) {
   const ConditionPage& page = condition_Page(tab);
   const auto panels = load_Panels(session_.store, page, tab);
+  const bool shape = page.kind == PageKind::shapes;
+  panels_[0]->list().setObjectName(shape ? QStringLiteral("List_TiaojianElse") : QStringLiteral("List_TJ_0"));
+  panels_[0]->box().setObjectName(shape ? QStringLiteral("Check_useTiaojiao_else")
+                                        : QStringLiteral("Check_page_0"));
   show_Panels(panels);
   for (std::size_t i = 0; i < panels.size(); ++i) {
     const Condition& condition = condition_OfUsage(panels[i].usage);
-    if (page.kind == PageKind::shapes)
+    if (shape)
       clicks_.connect_Leading(*panels_[i], condition);
     else
       clicks_.connect_Panel(*panels_[i], condition);
   }
   QString tip;
-  if (page.kind == PageKind::shapes)
+  if (shape)
     tip = shown(tj_FillShape(session_.store, page.first).tip).trimmed();
   else if (panels.front().items.empty())
     tip = QStringLiteral("这个条件的取值在“选取号码”页的条件表中设置。");

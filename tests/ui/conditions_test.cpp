@@ -91,8 +91,8 @@ TEST_F(ConditionsTest, ConcreteCombinationsFollowTheChosenDraw) {
 
 TEST_F(ConditionsTest, ListsThatLeadTheirBoxSwitchIt) {
   open_Tab(16);  // 尾数形式
-  auto& box = part<QCheckBox>("Check_page_0");
-  auto& list = part<CheckList>("List_TJ_0");
+  auto& box = part<QCheckBox>("Check_useTiaojiao_else");
+  auto& list = part<CheckList>("List_TiaojianElse");
   for (const PanelItem& item : std::vector(list.list().items()))
     if (item.selected) tick(list, item.k);
   EXPECT_FALSE(box.isChecked());
