@@ -164,6 +164,8 @@ void MainWindow::make_StatusBar() {
     panels_[i] = new QLabel;
     panels_[i]->setObjectName(QStringLiteral("StatusBar_%1").arg(i + 1));
     panels_[i]->setTextFormat(Qt::PlainText);
+    // The passing messages of the middle one take the room that there is.
+    if (i == 1) panels_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(panels_[i], i == 1 ? 1 : 0);
   }
 }
@@ -213,7 +215,7 @@ void MainWindow::show_Page(Page page) {
     if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
   }
   if (page == page_) return;
-  if (page_ == Page::other) other_->leave();
+  if (page_ == Page::other && other_->leave()) history_->refreshHistoryView();
   page_ = page;
   pages_->setCurrentIndex(static_cast<int>(page));
   if (page == Page::conditions) conditions_->open();

@@ -49,10 +49,11 @@ void OtherPage::add_Text(const char* action, const QString& caption, const char*
                         });
 }
 
-void OtherPage::leave() {
-  if (!recount_due_) return;
+bool OtherPage::leave() {
+  if (!recount_due_) return false;
   recountQuJian(session_.store, session_.desk, firstPeriod(session_.store), latestPeriod(session_.store));
   recount_due_ = false;
+  return true;
 }
 
 }  // namespace lotmere::ui

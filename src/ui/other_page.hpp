@@ -18,8 +18,8 @@ class OtherPage : public QWidget {
   explicit OtherPage(Session& session, QWidget* parent = nullptr);
 
   // The person turns to another page. Draws keep their counts of the intervals: after a change of them all are
-  // counted anew.
-  void leave();
+  // counted anew. Whether they were.
+  bool leave();
 
  Q_SIGNALS:
   // One of its commands asks for this page to stand in front.

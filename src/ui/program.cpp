@@ -33,8 +33,9 @@ std::vector<StartStep> Program::start_Order() {
            StartAdvice::security},
           {"show",
            [this] {
-             splash_.reset();
+             splash_->hide();
              window_->show();
+             splash_.reset();
              return true;
            }},
           {"user mode", [this] { return window_->choose_Mode(); }},

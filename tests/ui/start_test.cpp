@@ -53,6 +53,7 @@ TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
   EXPECT_EQ(desk_.asked[0], "开奖记录不是最新的，是否需要更新到最新的数据．．．");
   EXPECT_TRUE(part<QLabel>("StatusBar_1").text().contains(QStringLiteral("不完整")));
   EXPECT_TRUE(part<QLabel>("StatusBar_3").text().contains(QStringLiteral("2026001 期")));
+  EXPECT_LE(window.minimumSizeHint().width(), 1240) << "fits a small screen with the longest status, too";
 }
 
 TEST_F(StartTest, LeavingTheFirstQuestionEndsTheProgramAndAsksAgainNextTime) {
