@@ -8,7 +8,7 @@
 
 namespace lotmere::ui {
 
-// Writes clicks to the store at once and says that something changed.
+// Writes clicks to the store at once and says that something changed. The panels that it serves get their tips.
 class ConditionClicks : public QObject {
   Q_OBJECT
 
@@ -19,6 +19,9 @@ class ConditionClicks : public QObject {
   void connect_Panel(PanelBox& panel, const Condition& condition);
   // The same for a list that leads its box: any item switches the condition on, none switches it off.
   void connect_Leading(PanelBox& panel, const Condition& condition);
+  // What the tip of a condition's box says: its name, the line of its current values, and how much it lets through.
+  [[nodiscard]] QString tip_Text(const Condition& condition, const QString& line);
+
   // Any other change of a setting; reported as the others.
   void change(const std::function<void()>& write);
 
@@ -30,6 +33,8 @@ class ConditionClicks : public QObject {
   void changed();
 
  private:
+  void set_Tip(PanelBox& panel, const Condition& condition);
+
   Session& session_;
 };
 

@@ -9,7 +9,6 @@
 #include "conditions/condition_store.hpp"
 #include "conditions/help_texts.hpp"
 #include "history/combination_list.hpp"
-#include "pipeline/strength.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
@@ -17,7 +16,6 @@ namespace {
 
 constexpr int kColumns = 4;
 constexpr int kListHeight = 132;
-constexpr int kStrengthDraws = 100;
 
 // "当前取值：" and the values on one line.
 QString one_Line(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
@@ -74,7 +72,6 @@ PanelBox* ConditionSheetView::add_Panel(QGridLayout* grid, const QString& list, 
   const int place = grid->count();
   grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
   clicks_.connect_Panel(*panel, condition);
-  panel->set_TipText([this, panel, &condition] { return tip_Text(*panel, condition); });
   return panel;
 }
 
@@ -187,18 +184,6 @@ void ConditionSheetView::panel_Reload() {
   show_Division();
 }
 
-// The current values and what they let through, worked out when the tip opens.
-QString ConditionSheetView::tip_Text(const PanelBox& panel, const Condition& condition) {
-  QStringList lines{shown(condition.name)};
-  run_Guarded(session_.desk, [&] {
-    if (!panel.line().isEmpty()) lines.append(panel.line());
-    const auto strength =
-        condition_Strength(session_.store, condition, session_.next_Period(), kStrengthDraws);
-    if (strength) lines.append(shown(strength_Text(*strength)));
-  });
-  return lines.join(QLatin1Char('\n'));
-}
-
 void ConditionSheetView::show_SlotTip(int slot) {
   slots_[slot]->show_Line(one_Line(slot_Tip(session_.store, slot)));
 }
@@ -216,7 +201,8 @@ void ConditionSheetView::show_Division() {
     if (!used) continue;
     division_[i]->show_Panel(division_panels_[i].panel);
     division_[i]->show_Line(shown(division_panels_[i].numbers));
-    division_[i]->set_TipText([this, i] { return tip_Text(*division_[i], division_panels_[i].condition); });
+    division_[i]->box().set_TipText(
+        [this, i] { return clicks_.tip_Text(division_panels_[i].condition, division_[i]->line()); });
     pickers_[i]->setAccessibleName(shown(division_panels_[i].panel.caption));
   }
 }

@@ -33,7 +33,6 @@ class ConditionSheetView : public QScrollArea {
   void make_Slots();
   void make_Combinations();
   void make_Divisions();
-  [[nodiscard]] QString tip_Text(const PanelBox& panel, const Condition& condition);
   void show_SlotTip(int slot);
   void build_Combinations();
   void show_Division();

@@ -93,6 +93,8 @@ void GroupPageView::show_Group() {
   const GroupPage page = group_Page(session_.store, group());
   numbers_->show_Members(page.members);
   counts_->show_Panel(page.panel);
+  counts_->box().set_TipText(
+      [this] { return clicks_.tip_Text(condition_OfUsage(usage_OfGroup(group())), counts_->line()); });
   all_->setCurrentIndex(lines_.index(group() - 1));
 }
 

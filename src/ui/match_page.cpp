@@ -5,14 +5,20 @@
 #include <QVBoxLayout>
 
 #include "conditions/help_texts.hpp"
+#include "pipeline/strength.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
+namespace {
+
+constexpr int kStrengthDraws = 100;
+
+}  // namespace
 
 MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
     : QWidget(parent),
       session_(session),
-      used_(new QCheckBox(shown(kMatchTexts.box))),
+      used_(new TipBox(shown(kMatchTexts.box))),
       range_{new QComboBox, new QComboBox},
       match_(new QComboBox) {
   used_->setObjectName(QStringLiteral("Check_Historyguolu"));
@@ -37,6 +43,13 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addWidget(used_);
   layout->addLayout(sentence);
   layout->addWidget(help, 1);
+  used_->set_TipText([this] {
+    QString text;
+    run_Guarded(session_.desk, [&] {
+      text = shown(strength_Text(match_Strength(session_.store, session_.next_Period(), kStrengthDraws)));
+    });
+    return text;
+  });
   connect(used_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
     clicks.change([&] { set_HistoryMatch(session_.store, &HistoryMatch::used, on); });
   });

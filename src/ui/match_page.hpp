@@ -1,7 +1,6 @@
 // The page 历史数据过滤: a sentence with the range of past draws and the match value.
 #pragma once
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QWidget>
 
@@ -20,7 +19,7 @@ class MatchPageView : public QWidget {
 
  private:
   Session& session_;
-  QCheckBox* used_;      // Check_Historyguolu
+  TipBox* used_;         // Check_Historyguolu
   QComboBox* range_[2];  // Combo_HistoryGuoLu
   QComboBox* match_;     // Combo_PiPei
 };

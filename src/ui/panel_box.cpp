@@ -14,8 +14,14 @@ constexpr int kMostLines = 3;  // under a list; the rest stands in the tip
 
 }  // namespace
 
+bool TipBox::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || !tip_text_) return QCheckBox::event(event);
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip_text_(), this);
+  return true;
+}
+
 PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* parent)
-    : QWidget(parent), box_(new QCheckBox(this)), list_(new CheckList(this)), line_(new QLabel(this)) {
+    : QWidget(parent), box_(new TipBox(this)), list_(new CheckList(this)), line_(new QLabel(this)) {
   list_->setObjectName(list_name);
   box_->setObjectName(box_name);
   line_->setWordWrap(true);
@@ -30,18 +36,9 @@ PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* p
   layout->addWidget(box_);
   layout->addWidget(list_, 1);
   layout->addWidget(line_);
-  box_->installEventFilter(this);
   // clicked() comes from a person alone, never from setChecked().
   connect(box_, &QCheckBox::clicked, this, &PanelBox::box_Clicked);
   connect(list_, &CheckList::item_Clicked, this, &PanelBox::item_Clicked);
-}
-
-bool PanelBox::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::ToolTip && tip_text_) {
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip_text_(), box_);
-    return true;
-  }
-  return QWidget::eventFilter(watched, event);
 }
 
 void PanelBox::show_Panel(const ConditionPanel& panel) {

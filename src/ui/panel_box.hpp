@@ -12,6 +12,21 @@
 
 namespace lotmere::ui {
 
+// A box whose tip is worked out when it opens.
+class TipBox : public QCheckBox {
+  Q_OBJECT
+
+ public:
+  using QCheckBox::QCheckBox;
+  void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }
+
+ protected:
+  bool event(QEvent* event) override;
+
+ private:
+  std::function<QString()> tip_text_;
+};
+
 class PanelBox : public QWidget {
   Q_OBJECT
 
@@ -26,22 +41,15 @@ class PanelBox : public QWidget {
   void show_Line(const QString& text);
   [[nodiscard]] QString line() const { return line_->text(); }
 
-  // What the tip of the box says; asked each time that it opens.
-  void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }
-
   [[nodiscard]] CheckList& list() { return *list_; }
-  [[nodiscard]] QCheckBox& box() { return *box_; }
+  [[nodiscard]] TipBox& box() { return *box_; }
 
  Q_SIGNALS:
   void box_Clicked(bool on);
   void item_Clicked(int k, bool selected);
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
-  std::function<QString()> tip_text_;
-  QCheckBox* box_;
+  TipBox* box_;
   CheckList* list_;
   QLabel* line_;
 };

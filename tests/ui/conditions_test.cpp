@@ -2,8 +2,10 @@
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QRadioButton>
+#include <QToolTip>
 
 #include "conditions/condition_store.hpp"
 #include "conditions/own_pages.hpp"
@@ -227,6 +229,20 @@ TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
   EXPECT_TRUE(foot(live_Text(*before)));
   choose("mnu_ShengCeng_1");
   EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), before->survivors);
+}
+
+TEST_F(ConditionsTest, TipsTellHowMuchAConditionLetsThrough) {
+  const auto tip = [&](const char* name) {
+    auto& box = part<QCheckBox>(name);
+    QHelpEvent asked(QEvent::ToolTip, QPoint(2, 2), box.mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(&box, &asked);
+    return QToolTip::text();
+  };
+  const QString sum = tip("Check_useTiaojiao_0");
+  EXPECT_TRUE(sum.startsWith(QStringLiteral("总和值\n当前取值：６０～１４３\n放行全部红球组合的")));
+  EXPECT_TRUE(tip("Check_zdyQJ_0").contains(QStringLiteral("六区间1")));
+  open_Tab(42);
+  EXPECT_TRUE(tip("Check_Historyguolu").startsWith(QStringLiteral("放行全部红球组合的")));
 }
 
 TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceAndGiveItBack) {
