@@ -71,8 +71,8 @@ void HistoryPage::make_MenuCommands() {
         session_.desk.tell("请输入开奖号码,然后点击“添加记录”");
         strip_->focus_Number(1);
       });
-  const auto add_Choice = [&](const ActionText& text, std::function<void()> handler) {
-    add(text, std::move(handler))->setCheckable(true);
+  const auto add_Choice = [&](const ActionText& text, const std::function<void()>& handler) {
+    add(text, handler)->setCheckable(true);
   };
   add_Choice(
       {"mnu_HistoryTubiao", QStringLiteral("图表模式显示(&T)"), Qt::Key_F6, QStringLiteral("显示号码分布")},
