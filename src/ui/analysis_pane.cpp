@@ -82,12 +82,13 @@ void AnalysisPane::showCurrentView() {
     if (omission_ != nullptr) omission_->loadOmissionPeriods();
     if (counts_ != nullptr) counts_->load_Periods();
   }
-  if (views_->currentWidget() == sheet_)
-    sheet_->open();
-  else if (views_->currentWidget() == omission_)
+  const QWidget* shown_now = views_->currentWidget();
+  if (omission_ != nullptr && shown_now == omission_)
     omission_->showOmission();
-  else
+  else if (counts_ != nullptr && shown_now == counts_)
     counts_->showCounts();
+  else
+    sheet_->open();
 }
 
 }  // namespace lotmere::ui
