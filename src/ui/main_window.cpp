@@ -7,7 +7,6 @@
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QStatusBar>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include "conditions/pages.hpp"
@@ -204,9 +203,12 @@ void MainWindow::connect_Pages() {
   connect(&session_.desk, &WindowDesk::job_Begun, this, [this] { set_Busy(true); });
   connect(&session_.desk, &WindowDesk::job_Ended, this, [this] { set_Busy(false); });
   connect(&session_.desk, &WindowDesk::status_Changed, panels_[1], &QLabel::setText);
-  connect(&session_.commands.runner(), &CommandRunner::finished, this, [this] {
-    if (std::exchange(close_wanted_, false)) QTimer::singleShot(0, this, &QWidget::close);
-  });
+  connect(
+      &session_.commands.runner(), &CommandRunner::finished, this,
+      [this] {
+        if (std::exchange(close_wanted_, false)) close();
+      },
+      Qt::QueuedConnection);
 }
 
 void MainWindow::show_Page(Page page) {

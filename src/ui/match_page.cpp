@@ -18,9 +18,9 @@ constexpr int kStrengthDraws = 100;
 MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
     : QWidget(parent),
       session_(session),
-      used_(new TipBox(shown(kMatchTexts.box))),
-      range_{new QComboBox, new QComboBox},
-      match_(new QComboBox) {
+      used_(new TipBox(shown(kMatchTexts.box), this)),
+      range_{new QComboBox(this), new QComboBox(this)},
+      match_(new QComboBox(this)) {
   used_->setObjectName(QStringLiteral("Check_Historyguolu"));
   range_[0]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_0"));
   range_[1]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_1"));
