@@ -19,8 +19,8 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
     : QWidget(parent),
       session_(session),
       used_(new TipBox(shown(kMatchTexts.box), this)),
-      range_{new QComboBox(this), new QComboBox(this)},
       match_(new QComboBox(this)) {
+  for (QComboBox*& end : range_) end = new QComboBox(this);
   used_->setObjectName(QStringLiteral("Check_Historyguolu"));
   range_[0]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_0"));
   range_[1]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_1"));

@@ -19,9 +19,9 @@ class MatchPageView : public QWidget {
 
  private:
   Session& session_;
-  TipBox* used_;         // Check_Historyguolu
-  QComboBox* range_[2];  // Combo_HistoryGuoLu
-  QComboBox* match_;     // Combo_PiPei
+  TipBox* used_;           // Check_Historyguolu
+  QComboBox* range_[2]{};  // Combo_HistoryGuoLu
+  QComboBox* match_;       // Combo_PiPei
 };
 
 }  // namespace lotmere::ui

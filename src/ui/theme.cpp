@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <utility>
 
 #include "ui/balls.hpp"
 #include "ui/flat_style.hpp"
@@ -142,7 +143,11 @@ QFont program_Font(const QApplication& application) {
 void apply_Appearance(QApplication& application, Appearance appearance) {
   g_appearance = appearance;
   static bool styled = false;
-  if (!std::exchange(styled, true)) QApplication::setStyle(new FlatStyle);
+  if (!std::exchange(styled, true)) {
+    auto* style = new FlatStyle;
+    style->setParent(&application);
+    QApplication::setStyle(style);
+  }
   QApplication::setPalette(palette_Of(look()));
   QApplication::setFont(program_Font(application));
   application.setStyleSheet(style_Sheet(look()));
