@@ -97,7 +97,7 @@ class StrengthCommand final : public Command {
   }
 
   std::optional<std::string> name_;
-  int last_ = 100;
+  int last_ = kStrengthDraws;
 };
 
 class UseCommand final : public Command {

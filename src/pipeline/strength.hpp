@@ -19,6 +19,9 @@ struct Strength {
   friend bool operator==(const Strength&, const Strength&) = default;
 };
 
+// How many of the last draws are looked at where nobody says otherwise.
+inline constexpr int kStrengthDraws = 100;
+
 // What a condition lets through with its cells, groups and numbers as they stand. The sixes are judged against the
 // draws before `next_period`; each of the last `last` (from 1 on) draws before it is judged as a ticket of its own
 // period, against the draws before that.

@@ -5,11 +5,6 @@
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
-namespace {
-
-constexpr int kStrengthDraws = 100;
-
-}  // namespace
 
 void ConditionClicks::change(const std::function<void()>& write) {
   session_.commands.runner().run([&] {

@@ -9,11 +9,6 @@
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
-namespace {
-
-constexpr int kStrengthDraws = 100;
-
-}  // namespace
 
 MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
     : QWidget(parent),
