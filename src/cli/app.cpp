@@ -43,7 +43,7 @@ constexpr std::pair<const char*, const char*> kHelpLabels[] = {{"Usage", "用法
 // The arguments of one call, and the command that they name.
 struct Call {
   std::string home;
-  std::string answer = "yes";
+  std::string answer;
   std::string user;
   std::string password_file;
   Command* command = nullptr;
@@ -58,7 +58,8 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
   app.set_version_flag("--version", LOTMERE_VERSION, "显示版本");
   app.add_option("--home", call.home, "数据所在的文件夹")
       ->check(CLI::Validator([](const std::string& text) { return text.empty() ? "文件夹名为空" : ""; }, ""));
-  app.add_option("--answer", call.answer, "对所有是否问题的回答：yes 或 no（默认 yes）")
+  app.add_option("--answer", call.answer,
+                 "对所有是否问题的回答：yes 或 no；不写时，会删除数据的问题不执行，其余的回答 yes")
       ->check(CLI::IsMember({"yes", "no"}));
   app.add_option("--user", call.user, "多用户模式下的用户名");
   app.add_option("--password-file", call.password_file, "写有密码的文件，密码在第一行");
@@ -139,8 +140,13 @@ void refresh_Backup(const ProgramStart& start, const Command& command, Desk& des
   }
 }
 
+TerminalDesk::Answer typed_Answer(const std::string& text) {
+  if (text.empty()) return TerminalDesk::Answer::none;
+  return text == "yes" ? TerminalDesk::Answer::yes : TerminalDesk::Answer::no;
+}
+
 int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
-  TerminalDesk desk(out, err, call.answer == "yes", surroundings.show_bar);
+  TerminalDesk desk(out, err, typed_Answer(call.answer), surroundings.show_bar);
   if (call.home.empty() && surroundings.data_home.empty() && surroundings.user_home.empty())
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
   const auto password = read_Password(desk, call.password_file);

@@ -2,8 +2,10 @@
 // puts widgets behind it, the command line a terminal, a test a script of answers.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -37,6 +39,11 @@ class Desk {
   virtual void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) = 0;
   // A question answered by yes or no.
   [[nodiscard]] virtual bool ask(std::string_view text, std::string_view title = {}) = 0;
+  // A question whose answers do something that a slip must not do. Each button says what it does; gives the index of
+  // the one pressed. `cancel` is the one that changes nothing: what Esc, the close box and Enter on the fresh dialog
+  // give. The first button is what "yes" means, the second what "no" means, where a face knows only these words.
+  [[nodiscard]] virtual std::size_t choose(std::string_view text, std::span<const std::string_view> buttons,
+                                           std::size_t cancel, std::string_view title = {}) = 0;
   // A text typed by the person; nothing when they cancel.
   [[nodiscard]] virtual std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                                             std::string_view proposed) = 0;

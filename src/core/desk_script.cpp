@@ -24,6 +24,13 @@ bool ScriptedDesk::ask(std::string_view text, std::string_view /*title*/) {
   return take(answers, text);
 }
 
+std::size_t ScriptedDesk::choose(std::string_view text, std::span<const std::string_view> captions,
+                                 std::size_t cancel, std::string_view /*title*/) {
+  asked.emplace_back(text);
+  buttons.assign(captions.begin(), captions.end());
+  return take(choices, text).value_or(cancel);
+}
+
 std::optional<std::string> ScriptedDesk::ask_Text(std::string_view prompt, std::string_view /*title*/,
                                                   std::string_view /*proposed*/) {
   asked.emplace_back(prompt);

@@ -15,6 +15,8 @@ class ScriptedDesk : public Desk {
   // Answers of ask(), first to last; an unscripted question throws std::logic_error, so that no test answers
   // by accident.
   std::deque<bool> answers;
+  // Answers of choose(), the index of a button each; nothing stands for Esc or the close box.
+  std::deque<std::optional<std::size_t>> choices;
   // Answers of ask_Text(); an empty entry stands for cancel.
   std::deque<std::optional<std::string>> texts;
   // Called at every serve(), for instance to press stop in the middle of a job.
@@ -27,6 +29,7 @@ class ScriptedDesk : public Desk {
   };
   std::vector<Said> told;
   std::vector<std::string> asked;
+  std::vector<std::string> buttons;  // of the last choose()
   std::vector<Said> tips;
   std::vector<std::string> statuses;  // an empty one each time the message went away
   int jobs_open = 0;
@@ -34,6 +37,8 @@ class ScriptedDesk : public Desk {
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
+  std::size_t choose(std::string_view text, std::span<const std::string_view> captions, std::size_t cancel,
+                     std::string_view title) override;
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                       std::string_view proposed) override;
   void show_Tip(std::string_view text, std::string_view title) override;

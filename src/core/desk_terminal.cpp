@@ -30,8 +30,21 @@ void TerminalDesk::tell(std::string_view text, Tone tone, std::string_view /*tit
 }
 
 bool TerminalDesk::ask(std::string_view text, std::string_view /*title*/) {
-  err_ << one_Line(text) << (answer_ ? " [是]" : " [否]") << '\n';
-  return answer_;
+  const bool answer = answer_ != Answer::no;
+  err_ << one_Line(text) << (answer ? " [是]" : " [否]") << '\n';
+  return answer;
+}
+
+std::size_t TerminalDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
+                                 std::size_t cancel, std::string_view /*title*/) {
+  if (answer_ == Answer::none) {
+    err_ << fmt::format("{} 没有执行：请加 --answer yes（{}）或 --answer no（{}）。\n", one_Line(text),
+                        buttons[0], buttons[1]);
+    return cancel;
+  }
+  const std::size_t chosen = answer_ == Answer::yes ? 0 : 1;
+  err_ << fmt::format("{} [{}]\n", one_Line(text), buttons[chosen]);
+  return chosen;
 }
 
 std::optional<std::string> TerminalDesk::ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,

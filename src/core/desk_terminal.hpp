@@ -10,9 +10,11 @@ namespace lotmere {
 
 class TerminalDesk final : public Desk {
  public:
-  // `answer` replies to every yes/no question. `out` takes information, `err` warnings, errors, questions and
+  enum class Answer { none, yes, no };
+  // `answer` is what the person typed ahead for every question: without it a plain question is answered yes, and one
+  // that guards a slip is refused. `out` takes information, `err` warnings, errors, questions and
   // progress. With `show_bar` the progress stands as a percentage on one line of `err`.
-  TerminalDesk(std::ostream& out, std::ostream& err, bool answer, bool show_bar)
+  TerminalDesk(std::ostream& out, std::ostream& err, Answer answer, bool show_bar)
       : out_(out), err_(err), answer_(answer), show_bar_(show_bar) {}
 
   // Asks the job under way to stop as soon as it serves the desk; safe in a signal handler when the flag is
@@ -21,6 +23,8 @@ class TerminalDesk final : public Desk {
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
+  std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
+                     std::string_view title) override;
   // Nobody types at a command that takes no input: always cancelled.
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                       std::string_view proposed) override;
@@ -36,7 +40,7 @@ class TerminalDesk final : public Desk {
   static std::atomic<bool> interrupted_;
   std::ostream& out_;
   std::ostream& err_;
-  bool answer_;
+  Answer answer_;
   bool show_bar_;
   std::int64_t maximum_ = 0;
   int percent_ = -1;

@@ -219,23 +219,26 @@ void create_SmallTables(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"历史数据过滤\" (\"使用状态\" INTEGER NOT NULL, \"最小值\" INTEGER NOT NULL, \"最大值\" "
       "INTEGER NOT NULL, "
-      "\"匹配值\" INTEGER NOT NULL)");
+      "\"匹配值\" INTEGER NOT NULL, \"自选范围\" INTEGER NOT NULL DEFAULT 0)");
   db.exec("CREATE TABLE \"概率表\" (\"号码\" INTEGER PRIMARY KEY, \"概率\" INTEGER NOT NULL DEFAULT 0)");
   db.exec(
-      "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT)");
-  db.exec("CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL, \"当前用户\" TEXT NOT NULL DEFAULT '')");
+      "CREATE TABLE \"用户表\" (\"用户名\" TEXT PRIMARY KEY, \"密码\" TEXT NOT NULL, \"最后登陆时间\" TEXT, "
+      "\"密码形式\" INTEGER NOT NULL DEFAULT 0)");
+  db.exec(
+      "CREATE TABLE \"用户模式\" (\"模式\" INTEGER NOT NULL, \"当前用户\" TEXT NOT NULL DEFAULT '', "
+      "\"区间待统计\" INTEGER NOT NULL DEFAULT 0)");
   db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
 }
 
 void fill_SmallTables(SQLite::Database& db) {
-  db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6)", kDefaultPeriod));
+  db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6, 0)", kDefaultPeriod));
   SQLite::Statement add(db, "INSERT INTO \"概率表\" (\"号码\") VALUES (?)");
   for (int i = 1; i <= kCodeCount; ++i) {
     add.bind(1, i <= kRedCount ? i : kBlueCodeBase + i - kRedCount);
     add.exec();
     add.reset();
   }
-  db.exec("INSERT INTO \"用户表\" VALUES ('临时用户', '', NULL)");
+  db.exec("INSERT INTO \"用户表\" (\"用户名\", \"密码\") VALUES ('临时用户', '')");
   db.exec("INSERT INTO \"用户模式\" (\"模式\") VALUES (0)");
   db.exec("INSERT INTO \"下载地址\" VALUES ('')");
 }
@@ -245,6 +248,16 @@ void fill_UserTables(SQLite::Database& db) {
   fill_Conditions(db, "");
   fill_Attributes(db, AttributeTable::first, "号码特性");
   fill_IntervalDefinition(db, "区间定义");
+}
+
+// A version number that a flipped bit made older finds the columns there already.
+void add_Column(SQLite::Database& db, const char* table, const char* column, const char* definition) {
+  SQLite::Statement found(db, "SELECT count(*) FROM pragma_table_info(?) WHERE name=?");
+  found.bind(1, table);
+  found.bind(2, column);
+  found.executeStep();
+  if (found.getColumn(0).getInt() == 0)
+    db.exec(fmt::format("ALTER TABLE {} ADD COLUMN {} {}", sql_Name(table), sql_Name(column), definition));
 }
 
 void set_Version(SQLite::Database& db, int version) {
@@ -318,7 +331,16 @@ void upgrade_Schema(SQLite::Database& db) {
   const int version = db.execAndGet("PRAGMA user_version").getInt();
   if (version < 1 || version > kSchemaVersion)
     throw SQLite::Exception(fmt::format("unknown schema version {}", version));
-  if (version < 2) db.exec("ALTER TABLE \"用户模式\" ADD COLUMN \"当前用户\" TEXT NOT NULL DEFAULT ''");
+  if (version < 2) add_Column(db, "用户模式", "当前用户", "TEXT NOT NULL DEFAULT ''");
+  if (version < 3) {
+    add_Column(db, "用户表", "密码形式", "INTEGER NOT NULL DEFAULT 0");
+    // An older program left the interval counts of the draws behind after some ways of changing the intervals.
+    add_Column(db, "用户模式", "区间待统计", "INTEGER NOT NULL DEFAULT 0");
+    db.exec("UPDATE \"用户模式\" SET \"区间待统计\"=1");
+    // Nobody knows who set a range that is in use: it stays.
+    add_Column(db, "历史数据过滤", "自选范围", "INTEGER NOT NULL DEFAULT 0");
+    db.exec("UPDATE \"历史数据过滤\" SET \"自选范围\"=1 WHERE \"使用状态\"=1");
+  }
   set_Version(db, kSchemaVersion);
 }
 

@@ -14,7 +14,7 @@ class Database;
 namespace lotmere {
 
 // What `PRAGMA user_version` holds in a store of this program.
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 
 // A name as an SQL identifier, quotes doubled. Only names of the data model pass through here, never what a
 // person typed.

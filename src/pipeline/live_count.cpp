@@ -19,6 +19,10 @@ class SilentDesk final : public Desk {
 
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
   bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return false; }
+  std::size_t choose(std::string_view /*text*/, std::span<const std::string_view> /*buttons*/,
+                     std::size_t cancel, std::string_view /*title*/) override {
+    return cancel;
+  }
   std::optional<std::string> ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
                                       std::string_view /*proposed*/) override {
     return std::nullopt;

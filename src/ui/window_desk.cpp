@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 #include "ui/text.hpp"
 #include "ui/theme.hpp"
@@ -70,6 +71,23 @@ bool WindowDesk::ask(std::string_view text, std::string_view title) {
   box.setEscapeButton(no);
   run_Dialog(box);
   return box.clickedButton() == yes;
+}
+
+std::size_t WindowDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
+                               std::size_t cancel, std::string_view title) {
+  show_RunningText();
+  QMessageBox box(QMessageBox::NoIcon, title_Of(title), shown(text), QMessageBox::NoButton,
+                  parent_Of(window_));
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(sign_Picture(Sign::question, kSignSize, box.devicePixelRatioF()));
+  std::vector<QPushButton*> made;
+  for (const std::string_view caption : buttons)
+    made.push_back(box.addButton(shown(caption), QMessageBox::ActionRole));
+  box.setEscapeButton(made[cancel]);
+  box.setDefaultButton(made[cancel]);
+  run_Dialog(box);
+  const auto pressed = std::ranges::find(made, box.clickedButton());
+  return pressed == made.end() ? cancel : static_cast<std::size_t>(pressed - made.begin());
 }
 
 std::optional<std::string> WindowDesk::ask_Text(std::string_view prompt, std::string_view title,

@@ -29,6 +29,8 @@ class WindowDesk : public QObject, public Desk {
 
   void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
   bool ask(std::string_view text, std::string_view title = {}) override;
+  std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
+                     std::string_view title = {}) override;
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
                                       std::string_view proposed) override;
   void show_Tip(std::string_view text, std::string_view title) override;

@@ -75,12 +75,27 @@ TEST(Start, ALargeStoreKeepsEverything) {
 
 TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
   TempHome temp;
-  temp.store().db().exec(R"(ALTER TABLE "用户模式" DROP COLUMN "当前用户"; PRAGMA user_version = 1)");
+  temp.store().db().exec(
+      R"(ALTER TABLE "用户模式" DROP COLUMN "区间待统计"; ALTER TABLE "用户模式" DROP COLUMN "当前用户";
+         ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN "自选范围";
+         UPDATE "历史数据过滤" SET "使用状态"=1; PRAGMA user_version = 1)");
   put_Pick(temp.store(), 7, PickState::dan);
   temp.close();
   EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
   EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
   EXPECT_EQ(temp.store().value(R"(SELECT count(*) FROM "用户模式" WHERE "当前用户"='')"), 1);
+  EXPECT_EQ(temp.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
+  EXPECT_EQ(temp.store().value(R"(SELECT "区间待统计" FROM "用户模式")"), 1)
+      << "an older program may have left them";
+  EXPECT_EQ(temp.store().value(R"(SELECT "自选范围" FROM "历史数据过滤")"), 1) << "a range in use stays";
+}
+
+TEST(Start, AFlippedVersionNumberDoesNotKeepAStoreFromBeingOpened) {
+  TempHome temp;
+  put_Pick(temp.store(), 7, PickState::dan);
+  temp.store().db().exec("PRAGMA user_version = 1");
+  temp.close();
+  EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
   EXPECT_EQ(temp.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
 }
 

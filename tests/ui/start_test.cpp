@@ -206,6 +206,15 @@ TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
   EXPECT_FALSE(desk.ask("?"));
   QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
   EXPECT_FALSE(desk.ask("?")) << "Esc is no";
+  constexpr std::string_view buttons[] = {"删除", "替换", "取消"};
+  press_Next(QStringLiteral("替换"));
+  EXPECT_EQ(desk.choose("?", buttons, 2), 1U);
+  for (const auto key : {Qt::Key_Escape, Qt::Key_Return}) {
+    QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
+    EXPECT_EQ(desk.choose("?", buttons, 2), 2U) << "Esc and Enter on the fresh dialog change nothing";
+  }
+  QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+  EXPECT_EQ(desk.choose("?", buttons, 2), 2U);
   press_Next(QStringLiteral("确定"));
   desk.tell("<b>text</b>\r\nline", Tone::error);
   press_Next(QStringLiteral("确定"));

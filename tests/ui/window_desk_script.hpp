@@ -16,6 +16,7 @@ class ScriptedWindowDesk : public WindowDesk {
  public:
   // Answers, first to last; a question without one throws std::logic_error, so that no test answers by accident.
   std::deque<bool> answers;                           // of ask()
+  std::deque<std::optional<std::size_t>> choices;     // of choose(); nothing stands for Esc or the close box
   std::deque<std::optional<std::string>> texts;       // of ask_Text(); an empty entry stands for cancel
   std::deque<QString> files;                          // of choose_File(); an empty one stands for cancel
   std::deque<std::function<bool(QDialog&)>> dialogs;  // of run_Dialog()
@@ -30,6 +31,7 @@ class ScriptedWindowDesk : public WindowDesk {
   };
   std::vector<Said> told;
   std::vector<std::string> asked;
+  std::vector<std::string> buttons;   // of the last choose()
   std::vector<std::string> proposed;  // with each question for a text
   std::vector<Said> tips;
   std::vector<QUrl> opened;
@@ -40,6 +42,12 @@ class ScriptedWindowDesk : public WindowDesk {
   bool ask(std::string_view text, std::string_view /*title*/) override {
     asked.emplace_back(text);
     return take(answers, asked.back());
+  }
+  std::size_t choose(std::string_view text, std::span<const std::string_view> captions, std::size_t cancel,
+                     std::string_view /*title*/) override {
+    asked.emplace_back(text);
+    buttons.assign(captions.begin(), captions.end());
+    return take(choices, asked.back()).value_or(cancel);
   }
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view /*title*/,
                                       std::string_view proposal) override {
