@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -44,6 +45,13 @@ std::optional<Mended> mend_Store(const Home& home, Desk& desk, FileSystem& files
   return Mended::was_damaged;
 }
 
+// Names that begin with these, as "Lotmere.db-journal" does, and those of profiles with whatever stands behind them.
+bool is_OwnName(const Home& home, std::string_view name) {
+  for (const fs::path& own : {home.main_Db(), home.backup_Db(), home.template_File(), home.lock_File()})
+    if (name.starts_with(own.filename().string())) return true;
+  return name.find(kProfileExtension) != std::string_view::npos;
+}
+
 }  // namespace
 
 Home find_Home(const fs::path& program_folder, const std::string& data_home, const std::string& user_home) {
@@ -54,6 +62,20 @@ Home find_Home(const fs::path& program_folder, const std::string& data_home, con
   const fs::path data =
       fs::path(data_home).is_relative() ? fs::path(user_home) / ".local" / "share" : fs::path(data_home);
   return Home{data / "Lotmere"};
+}
+
+bool is_OwnFile(const Home& home, const fs::path& file) {
+  const fs::path folder = home.folder.empty() ? fs::path(".") : home.folder;
+  const fs::path end = follow_Links(file);
+  std::error_code missing;
+  const bool stands_Here =
+      fs::equivalent(end.has_parent_path() ? end.parent_path() : fs::path("."), folder, missing);
+  if (stands_Here && is_OwnName(home, end.filename().string())) return true;
+  if (!fs::exists(end)) return false;
+  // A second name of the same file.
+  return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(), [&](const auto& entry) {
+    return is_OwnName(home, entry.path().filename().string()) && fs::equivalent(entry.path(), end, missing);
+  });
 }
 
 std::unique_ptr<HomeLock> HomeLock::take(const Home& home) {

@@ -6,12 +6,16 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/desk.hpp"
 #include "core/platform.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
+
+// Of the file that keeps a user's settings.
+inline constexpr std::string_view kProfileExtension = ".uLotmere";
 
 struct Home {
   std::filesystem::path folder;
@@ -26,6 +30,13 @@ struct Home {
 // in the user's data folder (`data_home`, what XDG_DATA_HOME says, or .local/share below `user_home`).
 [[nodiscard]] Home find_Home(const std::filesystem::path& program_folder, const std::string& data_home,
                              const std::string& user_home);
+
+// Whether a file that somebody names is one of the program's own, which no export may take the place of: the store, its
+// backup, the profiles with their template, the lock, and whatever stands beside one of them under its name (a
+// journal, a copy of a damaged one). What counts is where the path leads, by whatever links, symbolic or hard; a name
+// in the folder that no file has yet counts too. Throws std::filesystem::filesystem_error when the machine refuses.
+inline constexpr std::string_view kOwnFile = "这是程序自己的数据文件，请换一个文件名！";
+[[nodiscard]] bool is_OwnFile(const Home& home, const std::filesystem::path& file);
 
 // Holds the folder for this process as long as it lives; the system lets go of it when the process ends,
 // however it ends.

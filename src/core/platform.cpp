@@ -4,10 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <system_error>
 
 namespace lotmere {
@@ -44,6 +48,27 @@ void write_All(const Descriptor& file, const fs::path& path, const std::string& 
   }
 }
 
+constexpr mode_t kModeBits = 07777;
+constexpr int kMostLinks = 40;  // as many as the system follows
+
+// What stands at the end of a path that is to be replaced; nothing where nothing does. Throws when it may not be
+// replaced.
+std::optional<struct stat> status_OfReplaced(const fs::path& path) {
+  struct stat old {};
+  if (::stat(path.c_str(), &old) != 0) {
+    if (errno != ENOENT) fail("write", path);
+    return std::nullopt;
+  }
+  const auto refuse = [&](std::errc reason) {
+    throw fs::filesystem_error("write", path, std::make_error_code(reason));
+  };
+  if (S_ISDIR(old.st_mode)) refuse(std::errc::is_a_directory);
+  if (!S_ISREG(old.st_mode)) refuse(std::errc::invalid_argument);
+  if (old.st_uid != ::geteuid()) refuse(std::errc::permission_denied);
+  if (::access(path.c_str(), W_OK) != 0) fail("write", path);
+  return old;
+}
+
 class RealFiles final : public FileSystem {
  public:
   bool exists(const fs::path& path) override { return fs::exists(path); }
@@ -61,15 +86,15 @@ class RealFiles final : public FileSystem {
   }
 
   void write_Whole(const fs::path& name, const std::string& bytes) override {
-    // What a link names is replaced, not the link.
-    const fs::path path = fs::is_symlink(name) ? fs::weakly_canonical(name) : name;
-    // A device or a pipe is no file to be replaced, and one that nobody may write stays.
-    if (fs::exists(path) && !fs::is_regular_file(path))
-      throw fs::filesystem_error("write", path, std::make_error_code(std::errc::invalid_argument));
-    if (fs::exists(path) && ::access(path.c_str(), W_OK) != 0) fail("write", path);
+    const auto old = status_OfReplaced(name);
+    const fs::path path = follow_Links(name);
     std::string beside = path.string() + ".XXXXXX";
-    const Descriptor file(::mkstemp(beside.data()), path);
+    const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC), path);
     try {
+      // The group comes first: a change of it takes bits off the mode. One that can't be kept is no reason to fail.
+      if (old && old->st_gid != ::getegid())
+        static_cast<void>(::fchown(file.get(), static_cast<uid_t>(-1), old->st_gid) != 0);
+      if (old && ::fchmod(file.get(), old->st_mode & kModeBits) != 0) fail("chmod", path);
       write_All(file, path, bytes);
       if (::fsync(file.get()) != 0) fail("fsync", path);
       replace(beside, path);
@@ -79,6 +104,17 @@ class RealFiles final : public FileSystem {
     }
   }
 };
+
+constexpr std::array kEndSignals = {SIGINT, SIGTERM, SIGHUP};
+
+std::atomic<void (*)()> react_to_end{nullptr};
+std::atomic<int> pipe_end{-1};
+static_assert(std::atomic<void (*)()>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+std::array<struct sigaction, kEndSignals.size()> handlers_before{};
+
+void on_EndSignal(int /*signal*/) {
+  if (void (*const react)() = react_to_end) react();
+}
 
 class RealClock final : public Clock {
  public:
@@ -106,6 +142,18 @@ std::string reason_Text(const std::error_code& code) {
   return code.message();
 }
 
+fs::path follow_Links(const fs::path& path) {
+  if (std::error_code missing; fs::exists(path, missing)) return fs::canonical(path);
+  fs::path end = path;
+  for (int links = 0; fs::is_symlink(end); ++links) {
+    if (links == kMostLinks)
+      throw fs::filesystem_error("open", path,
+                                 std::make_error_code(std::errc::too_many_symbolic_link_levels));
+    end = end.parent_path() / fs::read_symlink(end);
+  }
+  return fs::weakly_canonical(end);
+}
+
 FileSystem& real_Files() {
   static RealFiles files;
   return files;
@@ -114,6 +162,50 @@ FileSystem& real_Files() {
 Clock& real_Clock() {
   static RealClock clock;
   return clock;
+}
+
+EndSignals::EndSignals(void (*react)()) {
+  react_to_end = react;
+  for (std::size_t i = 0; i < kEndSignals.size(); ++i) {
+    struct sigaction now {};
+    now.sa_handler = &on_EndSignal;
+    now.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    ::sigemptyset(&now.sa_mask);
+    struct sigaction& before = handlers_before.at(i);
+    ::sigaction(kEndSignals.at(i), nullptr, &before);
+    if (before.sa_handler != SIG_IGN) ::sigaction(kEndSignals.at(i), &now, nullptr);
+  }
+}
+
+EndSignals::~EndSignals() {
+  for (std::size_t i = 0; i < kEndSignals.size(); ++i)
+    ::sigaction(kEndSignals.at(i), &handlers_before.at(i), nullptr);
+  react_to_end = nullptr;
+}
+
+EndSignalPipe::EndSignalPipe() {
+  if (::pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    throw std::system_error(errno, std::generic_category(), "pipe");
+  pipe_end = ends_[1];
+  signals_.emplace(&EndSignalPipe::write_Byte);
+}
+
+EndSignalPipe::~EndSignalPipe() {
+  signals_.reset();
+  pipe_end = -1;
+  for (const int end : ends_) ::close(end);
+}
+
+void EndSignalPipe::drain() const {
+  std::array<char, 16> bytes{};
+  while (::read(ends_[0], bytes.data(), bytes.size()) > 0) continue;
+}
+
+void EndSignalPipe::write_Byte() {
+  const int before = errno;
+  // A pipe that is full tells it already.
+  static_cast<void>(::write(pipe_end, "", 1) != 1);
+  errno = before;
 }
 
 }  // namespace lotmere

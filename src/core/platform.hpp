@@ -2,6 +2,7 @@
 // cut the power between two steps or move the day on by a year.
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -25,9 +26,47 @@ class FileSystem {
   // Puts `from` in the place of `to` in one step and flushes the folder: after a power failure either the old
   // or the new file stands.
   virtual void replace(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
-  // Writes a whole file beside `path`, flushes it and puts it in the place of `path`. Readable by the owner
-  // only.
+  // Writes a whole file beside `path`, flushes it and puts it in the place of `path`; where `path` is a link, in the
+  // place of the file that it leads to. A new file is readable by its owner only, one that stands there keeps its
+  // mode. Refused is anything but a file (a device, a pipe, a folder), a file that may not be written, and one that
+  // belongs to another user: it would change hands.
   virtual void write_Whole(const std::filesystem::path& path, const std::string& bytes) = 0;
+};
+
+// Where a path leads in the end: every link in it followed, also a last one that leads to no file yet. Throws
+// std::filesystem::filesystem_error for links that go round in a circle.
+[[nodiscard]] std::filesystem::path follow_Links(const std::filesystem::path& path);
+
+// Lets `react` know when somebody asks the process to end: by Ctrl-C, by SIGTERM, or by the end of its terminal or
+// session (SIGHUP). A signal that the process was started to ignore stays ignored. `react` runs inside the signal's
+// handler and may do no more than set a lock-free flag or write to a pipe; the second signal of a kind ends the
+// process as if nobody listened. The signals are let go of when the object goes; there may be one at a time.
+class EndSignals {
+ public:
+  explicit EndSignals(void (*react)());
+  EndSignals(const EndSignals&) = delete;
+  EndSignals& operator=(const EndSignals&) = delete;
+  ~EndSignals();
+};
+
+// The same for a program with an event loop: a descriptor that can be read once the process was asked to end. There
+// may be one at a time. Throws std::system_error when the machine has no descriptor left.
+class EndSignalPipe {
+ public:
+  EndSignalPipe();
+  EndSignalPipe(const EndSignalPipe&) = delete;
+  EndSignalPipe& operator=(const EndSignalPipe&) = delete;
+  ~EndSignalPipe();
+
+  [[nodiscard]] int descriptor() const { return ends_[0]; }
+  // Takes out what stands in the pipe, so that it is silent until the next signal.
+  void drain() const;
+
+ private:
+  static void write_Byte();
+
+  std::array<int, 2> ends_{};  // to read from, to write to
+  std::optional<EndSignals> signals_;
 };
 
 // Why the machine refused, in a few words for the person: "磁盘已满".

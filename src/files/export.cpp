@@ -7,6 +7,7 @@
 #include <iterator>
 #include <vector>
 
+#include "core/home.hpp"
 #include "core/text.hpp"
 #include "tickets/upkeep.hpp"
 
@@ -78,18 +79,6 @@ std::string file_Text(const std::vector<ExportRow>& tickets, PeriodNo period, co
   return text;
 }
 
-// Whether a file would stand in the place of the store, a file beside it that belongs to it, a profile or their
-// template. What counts is the name in the folder: that is what a new file replaces.
-bool is_OwnFile(const Store& store, const std::filesystem::path& target) {
-  std::error_code missing;
-  const auto folder = [](const std::filesystem::path& file) {
-    return file.has_parent_path() ? file.parent_path() : ".";
-  };
-  const bool own_name = target.stem().stem() == store.path().stem() || target.extension() == ".uLotmere" ||
-                        target.extension() == ".tjmod";
-  return own_name && std::filesystem::equivalent(folder(target), folder(store.path()), missing);
-}
-
 }  // namespace
 
 std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
@@ -102,6 +91,7 @@ std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
 int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files) {
   const auto count = store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period);
+  if (count == 0) return 0;
   Job job(desk, count + 1, Job::Stop::impossible);
   const auto tickets = read_Rows(store, period, static_cast<std::size_t>(count), job);
   const std::string text = file_Text(tickets, period, switches, job);
@@ -113,8 +103,8 @@ int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesys
 
 int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files) {
-  if (is_OwnFile(store, target)) {
-    desk.tell("这是程序自己的数据文件，请换一个文件名！", Tone::warning);
+  if (is_OwnFile(Home{store.path().parent_path()}, target)) {
+    desk.tell(kOwnFile, Tone::warning);
     return 0;
   }
   const int count = export_Tickets(store, desk, first_TicketPeriod(store), target, switches, files);

@@ -27,15 +27,15 @@ struct ExportSwitches {
                                       const ExportSwitches& switches);
 
 // Writes the tickets of a period to `target` in the order of their running numbers, lines ended by CR LF, and
-// returns how many there were; a period without tickets gives an empty file. Appends "号码导出完成．" to the
-// running text. The file is written whole or not at all: throws std::filesystem::filesystem_error when the
-// machine refuses, SQLite::Exception when the store does; an earlier file then stands as it was.
+// returns how many there were. Appends "号码导出完成．" to the running text. A period without tickets writes nothing.
+// The file is written whole or not at all: throws std::filesystem::filesystem_error when the machine refuses (as
+// FileSystem::write_Whole does), SQLite::Exception when the store does; an earlier file then stands as it was.
 int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files = real_Files());
 
-// The command "导出": exports the period of the first ticket of the table. With no ticket at all the file
-// ends up empty and a warning says so. A target in the place of the store, its backup or another file of its name is
-// refused. Returns the number of tickets; throws as export_Tickets does.
+// The command "导出": exports the period of the first ticket of the table. With no ticket at all nothing is written
+// and a warning says so. A target that leads to one of the program's own files (is_OwnFile) is refused. Returns
+// the number of tickets; throws as export_Tickets does.
 int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
                    const ExportSwitches& switches, FileSystem& files = real_Files());
 

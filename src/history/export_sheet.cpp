@@ -6,6 +6,7 @@
 #include <future>
 #include <optional>
 
+#include "core/home.hpp"
 #include "core/schema.hpp"
 #include "core/text.hpp"
 #include "history/spreadsheet.hpp"
@@ -85,6 +86,10 @@ int exportHistory(Store& store, Desk& desk, const std::filesystem::path& target,
   }
   const StopScope stoppable(desk);
   try {
+    if (is_OwnFile(Home{store.path().parent_path()}, target)) {
+      desk.tell(kOwnFile, Tone::warning);
+      return 0;
+    }
     const auto bytes = sheet_Bytes(store, desk, draws);
     if (bytes) {
       files.write_Whole(target, *bytes);

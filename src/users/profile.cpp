@@ -77,7 +77,7 @@ bool copy_Profile(Store& store, const fs::path& path) {
 }  // namespace
 
 fs::path profile_File(const Home& home, std::string_view name) {
-  return home.folder / (encode_FileName(name) + ".uLotmere");
+  return home.folder / (encode_FileName(name) + std::string(kProfileExtension));
 }
 
 bool is_UserName(std::string_view name) {

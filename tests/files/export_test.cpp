@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <fstream>
 
+#include "core/home.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere::test {
@@ -41,11 +45,85 @@ TEST_F(Export, WritesOnePeriodByRunningNumberWithASeparatorBehindEachFifth) {
   EXPECT_TRUE(desk_.told.empty());
 }
 
-TEST_F(Export, OfNoTicketEmptiesTheFileAndWarns) {
+TEST_F(Export, OfNoTicketWritesNothingAndWarns) {
   real_Files().write_Whole(file_, "yesterday");
   EXPECT_EQ(export_Command(store_, desk_, file_, {}), 0);
-  EXPECT_EQ(read_File(file_), "");
+  EXPECT_EQ(read_File(file_), "yesterday");
+  EXPECT_EQ(desk_.running_Text().text(), "") << "nothing is said to be complete";
   EXPECT_EQ(desk_.told.at(0).tone, Tone::warning);
+  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  EXPECT_EQ(export_Tickets(store_, desk_, 2008001, file_, {}), 0);
+  EXPECT_EQ(read_File(file_), "yesterday");
+}
+
+// By name and by every kind of link, also to a profile that has no file yet.
+TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
+  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  put_Ticket(store_, 2, 1, 2007002, kNumbers);
+  const std::filesystem::path& folder = home_.path();
+  std::filesystem::create_directory(folder / "below");
+  std::filesystem::create_directory_symlink(folder, folder / "below/up");
+  const char* const own[] = {"Lotmere.db",         "Lotmere.backup.db",   "甲.uLotmere",
+                             "TJmode.tjmod",       "Lotmere.lock",        "甲.uLotmere.damaged",
+                             "Lotmere.db-journal", "Lotmere.db.damaged2", "丙.uLotmere"};
+  for (const std::string name : own) {
+    SCOPED_TRACE(name);
+    const bool stands = !name.starts_with("丙");
+    if (stands && name != "Lotmere.db") real_Files().write_Whole(folder / name, "own");
+    const std::string before = stands ? read_File(folder / name) : std::string();
+    std::filesystem::create_symlink(name, folder / "link");
+    std::filesystem::create_symlink("../link", folder / "below/second");
+    if (stands) std::filesystem::create_hard_link(folder / name, folder / "below/hard");
+    for (const auto& target : {folder / name, folder / "below/.." / name, folder / "below/up" / name,
+                               folder / "link", folder / "below/second", folder / "below/hard"}) {
+      if (!stands && target.filename() == "hard") continue;
+      desk_.told.clear();
+      EXPECT_EQ(export_Command(store_, desk_, target, {}), 0) << target;
+      ASSERT_EQ(desk_.told.size(), 1U);
+      EXPECT_EQ(desk_.told[0].text, kOwnFile);
+    }
+    EXPECT_EQ(std::filesystem::exists(folder / name), stands);
+    EXPECT_EQ(stands ? read_File(folder / name) : "", before);
+    if (stands && name != "Lotmere.db") std::filesystem::remove(folder / name);
+    for (const char* link : {"link", "below/second", "below/hard"}) std::filesystem::remove(folder / link);
+  }
+  for (const char* name : {"Lotmere.txt", "LotmereTemp.txt", "below/Lotmere.db", "below/甲.uLotmere"})
+    EXPECT_EQ(export_Command(store_, desk_, folder / name, {}), 1) << name << " is the user's";
+}
+
+TEST_F(Export, ReplacesAUsersFileWhereverALinkLeadsAndKeepsItsMode) {
+  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  std::filesystem::create_symlink("tickets.txt", home_.path() / "link");
+  const auto mode = [&] { return static_cast<int>(std::filesystem::status(file_).permissions()); };
+  EXPECT_EQ(export_Command(store_, desk_, home_.path() / "link", {}), 1) << "where no file stands yet";
+  EXPECT_EQ(mode(), 0600);
+  std::filesystem::permissions(file_, std::filesystem::perms(0664));
+  for (const char* name : {"link", "tickets.txt"}) {
+    std::ofstream(file_) << "yesterday";
+    EXPECT_EQ(export_Command(store_, desk_, home_.path() / name, {}), 1);
+    EXPECT_EQ(read_File(file_), "01 02 03 04 05 06+07\r\n");
+    EXPECT_EQ(mode(), 0664);
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(home_.path() / "link"));
+}
+
+TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
+  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  const auto path = [&](const char* name) { return home_.path() / name; };
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  std::filesystem::create_directory(path("folder"));
+  std::filesystem::create_symlink("pipe", path("to pipe"));
+  std::filesystem::create_symlink("/dev/null", path("to device"));
+  std::filesystem::create_symlink("round", path("round"));
+  for (const char* name : {"pipe", "folder", "to pipe", "to device", "/dev/null", "round", "none/file"})
+    EXPECT_THROW(export_Command(store_, desk_, path(name), {}), std::filesystem::filesystem_error) << name;
+  EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+  real_Files().write_Whole(file_, "another's");
+  std::filesystem::permissions(file_, std::filesystem::perms(0666));
+  if (::chown(file_.c_str(), 1, 1) != 0) GTEST_SKIP() << "only root can give a file away";
+  EXPECT_THROW(export_Command(store_, desk_, file_, {}), std::filesystem::filesystem_error);
+  EXPECT_EQ(read_File(file_), "another's");
 }
 
 TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {

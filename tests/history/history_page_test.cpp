@@ -106,6 +106,19 @@ TEST(DetailPage, OpensWhereTheSiteSpeaksOfTheGame) {
   }
 }
 
+TEST_F(HistoryExport, NeverTakesThePlaceOfAFileOfTheProgram) {
+  put_Draws(store_, invent_Draws(3, 3));
+  const std::string before = read_File(store_.path());
+  std::filesystem::create_symlink("Lotmere.db", home_.path() / "link.xlsx");
+  std::filesystem::create_hard_link(store_.path(), home_.path() / "second.xlsx");
+  for (const char* name : {"link.xlsx", "second.xlsx", "甲.uLotmere"}) {
+    EXPECT_EQ(exportHistory(store_, desk_, home_.path() / name), 0);
+    EXPECT_EQ(desk_.told.back().text, kOwnFile);
+  }
+  EXPECT_EQ(read_File(store_.path()), before);
+  EXPECT_FALSE(std::filesystem::exists(home_.path() / "甲.uLotmere"));
+}
+
 TEST_F(HistoryExport, AStopLeavesTheOldFile) {
   put_Draws(store_, invent_Draws(100, 3));
   const auto file = home_.path() / "x.xlsx";
