@@ -11,6 +11,7 @@
 //                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
 //                   (/shrink: with the smart optimisation and the shrink at 6)
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
+//   shrink-repeats  the same for 20,000 imported tickets that each repeat a red; at least 20
 //   stats-3500      66 counting selects a row against calc_DrawStats over 3,500 draws; at least 20
 //   smart-100k      the literal comparison of 463 differences a ticket against optimise_Smart; at least 15
 //   match-100k/N    one walk over the tickets a draw against filter_LiShi at match value N over 3,500 draws

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <random>
 
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
@@ -147,8 +148,9 @@ void live_100k(State& state, const Sizes& sizes, int shrink_type) {
 }
 
 // The centres of a set by bitmaps.
-std::size_t count_Centres(const TicketSet& tickets, int shared) {
-  Cover cover(shared);
+std::size_t count_Centres(const TicketSet& tickets, int shared,
+                          OverlapMarks::Repeats repeats = OverlapMarks::Repeats::no) {
+  Cover cover(shared, repeats);
   std::size_t centres = 0;
   for (const Balls balls : tickets.balls) centres += cover.take(balls);
   return centres;
@@ -170,6 +172,36 @@ void shrink_100k(State& state, const Sizes& sizes, int shared) {
       subject = std::min(subject, seconds([&] { centres = count_Centres(tickets, shared); }));
     const double literal = seconds([&] { literal_centres = shrink_Literally(tickets, 6).size(); });
     if (shared == 6) check(centres == literal_centres, "the two shrinks differ");
+    report(state, subject, literal, literal / subject, tickets.size());
+    state.counters["centres"] = static_cast<double>(centres);
+  }
+}
+
+// Tickets that an import may bring: all kinds of numbers, the last red as the first.
+TicketSet repeating_Tickets(int count) {
+  std::mt19937 random(24);  // NOLINT(*-msc51-cpp): the same tickets in every run
+  const auto up_To = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)) + 1; };
+  TicketSet tickets;
+  for (int i = 0; i < count; ++i) {
+    Reds reds{};
+    for (int& red : reds) red = up_To(kRedCount);
+    reds.back() = reds.front();
+    tickets.add(pack_Balls(reds, up_To(kBlueCount)));
+  }
+  return tickets;
+}
+
+void shrink_Repeats(State& state, const Sizes& sizes) {
+  const TicketSet tickets = repeating_Tickets(sizes.lines / 50);
+  for (auto _ : state) {
+    std::size_t centres = 0;
+    std::size_t literal_centres = 0;
+    double subject = 1e9;
+    for (int round = 0; round < sizes.rounds; ++round)
+      subject = std::min(subject,
+                         seconds([&] { centres = count_Centres(tickets, 6, OverlapMarks::Repeats::yes); }));
+    const double literal = seconds([&] { literal_centres = shrink_Literally(tickets, 6).size(); });
+    check(centres == literal_centres, "the two shrinks differ where reds repeat");
     report(state, subject, literal, literal / subject, tickets.size());
     state.counters["centres"] = static_cast<double>(centres);
   }
@@ -255,6 +287,7 @@ void register_Workloads(bool smoke) {
   add("live-100k/shrink", [=](State& state) { live_100k(state, sizes, kLargestShrink - 1); });
   for (int shared = 3; shared <= 6; ++shared)
     add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
+  add("shrink-repeats", [=](State& state) { shrink_Repeats(state, sizes); });
   add("stats-3500", [=](State& state) { stats_3500(state, sizes); });
   register_JudgementWorkloads(sizes);
   register_StoreWorkloads(sizes);

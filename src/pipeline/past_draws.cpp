@@ -66,20 +66,19 @@ std::vector<Balls> load_DrawnReds(Store& store, PeriodNo first, PeriodNo last) {
   return draws;
 }
 
-DrawMatch::DrawMatch(int match) : match_(match), marks_(kRedCount, std::clamp(match, 1, kRedsPerTicket)) {}
+DrawMatch::DrawMatch(int match)
+    : match_(match), marks_(kRedCount, std::clamp(match, 1, kRedsPerTicket), OverlapMarks::Repeats::yes) {}
 
 void DrawMatch::add(Balls draw) {
   marks_.mark(red_Codes(draw));
-  draws_.push_back(draw);
+  is_empty_ = false;
 }
 
 bool DrawMatch::matches(Balls ticket) const {
   if (match_ > kRedsPerTicket) return false;
-  if (match_ < 1) return !draws_.empty();
+  if (match_ < 1) return !is_empty_;
   const CodeList reds = red_Codes(ticket);
-  if (reds.count == kRedsPerTicket) return marks_.any(reds);
-  return std::any_of(draws_.begin(), draws_.end(),
-                     [&](Balls draw) { return count_Shared(draw, ticket & kRedBytes) >= match_; });
+  return reds.count == kRedsPerTicket ? marks_.any(reds) : marks_.any(reds, times_InTicket(reds, ticket));
 }
 
 }  // namespace lotmere

@@ -55,9 +55,9 @@ class DrawMatch {
   [[nodiscard]] bool matches(Balls ticket) const;
 
  private:
-  std::vector<Balls> draws_;
   int match_;
-  SubsetMarks marks_;
+  bool is_empty_ = true;
+  OverlapMarks marks_;
 };
 
 }  // namespace lotmere

@@ -25,18 +25,22 @@ CodeList all_Codes(Balls ticket) {
   return list;
 }
 
-bool Cover::is_CoveredLiterally(Balls ticket) const {
-  return std::any_of(centres_.begin(), centres_.end(),
-                     [&](Balls centre) { return count_Shared(centre, ticket) >= shared_; });
+OverlapMarks::Times times_InTicket(const CodeList& list, Balls ticket) {
+  OverlapMarks::Times times{};
+  const Reds reds = reds_Of(ticket);
+  for (int place = 0; place < list.count; ++place) {
+    const int code = list.codes[place];
+    times[place] = code < kRedCount ? static_cast<int>(std::ranges::count(reds, code + 1)) : 1;
+  }
+  return times;
 }
 
 bool Cover::take(Balls ticket) {
   const CodeList list = all_Codes(ticket);
-  const bool repeats = list.count < CodeList::kMost;
-  if (repeats ? is_CoveredLiterally(ticket) : marks_.any(list)) return false;
-  marks_.mark(list);
-  centres_.push_back(ticket);
-  return true;
+  const bool covered =
+      list.count == CodeList::kMost ? marks_.any(list) : marks_.any(list, times_InTicket(list, ticket));
+  if (!covered) marks_.mark(list);
+  return !covered;
 }
 
 }  // namespace lotmere

@@ -1,7 +1,7 @@
 // The cover: which tickets share too many numbers with those kept so far.
 #pragma once
 
-#include <vector>
+#include <bit>
 
 #include "reduction/subsets.hpp"
 #include "tickets/ticket_set.hpp"
@@ -16,24 +16,28 @@ namespace lotmere {
 [[nodiscard]] CodeList red_Codes(Balls ticket);
 [[nodiscard]] CodeList all_Codes(Balls ticket);
 
+// How often a ticket holds each number of such a list.
+[[nodiscard]] OverlapMarks::Times times_InTicket(const CodeList& list, Balls ticket);
+
+// Whether a ticket holds seven different numbers, each inside its range.
+[[nodiscard]] inline bool is_Regular(Balls ticket) {
+  return std::popcount(red_Mask(ticket)) == kRedsPerTicket && blue_Of(ticket) != 0;
+}
+
 // Keeps the tickets that share fewer than N numbers with every ticket kept before, in the order in which they
 // are asked for. The answers equal those of comparing each ticket with each centre, in time that doesn't grow
 // with the number of centres: a bitmap holds every N-subset of the 49 numbers that a centre has, and a ticket
 // is covered when one of its own at most 35 subsets is marked.
 class Cover {
  public:
-  // `shared` is N, 1 to 6.
-  explicit Cover(int shared) : shared_(shared), marks_(kCodeCount, shared) {}
+  // `shared` is N, 1 to 6. With Repeats::no every ticket is a regular one.
+  Cover(int shared, OverlapMarks::Repeats repeats) : marks_(kCodeCount, shared, repeats) {}
 
   // True when the ticket becomes a centre, false when an earlier centre covers it.
   bool take(Balls ticket);
 
  private:
-  [[nodiscard]] bool is_CoveredLiterally(Balls ticket) const;
-
-  int shared_;
-  SubsetMarks marks_;
-  std::vector<Balls> centres_;  // for tickets with a repeated red, which the bitmap doesn't answer for
+  OverlapMarks marks_;
 };
 
 }  // namespace lotmere

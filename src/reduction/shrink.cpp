@@ -31,11 +31,22 @@ std::int64_t keep_FirstCentre(TicketSet& tickets, int type) {
   return 1;
 }
 
+// Whether imported tickets stand among them that repeat a red. Ends early when the user asks to stop.
+OverlapMarks::Repeats find_Repeats(const TicketSet& tickets, Job& job) {
+  constexpr std::size_t block = 16 * kBlock;
+  for (std::size_t row = 0; row < tickets.size(); ++row) {
+    if (!is_Regular(tickets.balls[row])) return OverlapMarks::Repeats::yes;
+    if (row % block == 0 && row != 0 && job.advance(0)) break;
+  }
+  return OverlapMarks::Repeats::no;
+}
+
 // The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind them.
 std::int64_t keep_Centres(Desk& desk, TicketSet& tickets, int type) {
   Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
+  const OverlapMarks::Repeats repeats = find_Repeats(tickets, job);
   if (desk.stop_Requested()) return keep_FirstCentre(tickets, type);
-  Cover cover(type);
+  Cover cover(type, repeats);
   std::size_t kept = 0;
   std::size_t row = 0;
   for (; row < tickets.size(); ++row) {

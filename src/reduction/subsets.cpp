@@ -1,5 +1,6 @@
 #include "reduction/subsets.hpp"
 
+#include <algorithm>
 #include <bit>
 
 namespace lotmere {
@@ -71,6 +72,33 @@ void SubsetMarks::mark(const CodeList& list) {
 
 bool SubsetMarks::any(const CodeList& list) const {
   return visit_Subsets(list, [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
+}
+
+OverlapMarks::OverlapMarks(int numbers, int shared, Repeats repeats) : shared_(shared) {
+  for (int size = repeats == Repeats::yes ? 1 : shared; size <= shared; ++size)
+    marks_.emplace_back(numbers, size);
+}
+
+void OverlapMarks::mark(const CodeList& list) {
+  for (SubsetMarks& marks : marks_) marks.mark(list);
+}
+
+bool OverlapMarks::any(const CodeList& list, const Times& times) const {
+  for (unsigned set = 1; set < 1U << list.count; ++set) {
+    CodeList subset;
+    int together = 0;
+    int fewest = shared_;
+    for (int place = 0; place < list.count; ++place) {
+      if ((set >> place & 1) == 0) continue;
+      subset.add(list.codes[place]);
+      together += times[place];
+      fewest = std::min(fewest, times[place]);
+    }
+    // A set that would do without one of its numbers is asked for without it; so none has more than `shared`.
+    if (together < shared_ || together - fewest >= shared_) continue;
+    if (marks_[static_cast<std::size_t>(subset.count) - 1].any(subset)) return true;
+  }
+  return false;
 }
 
 }  // namespace lotmere

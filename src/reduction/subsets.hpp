@@ -37,4 +37,28 @@ class SubsetMarks {
   std::vector<std::uint64_t> bits_;
 };
 
+// Which lists of numbers have been marked, asked by how many numbers another list shares with one of them. A list
+// may hold a number several times, which then counts as often: such a list shares N with a marked one when some of its
+// different numbers that make up N or more by their times all stand in it, so the subsets of fewer numbers are marked
+// too where such lists are to come.
+class OverlapMarks {
+ public:
+  enum class Repeats { no, yes };
+  // How often the number at each place of a list is held; 1 or more.
+  using Times = std::array<int, CodeList::kMost>;
+
+  // Asks for `shared` (1 to 6) of `numbers` (up to 49). With Repeats::no every list asked for holds each number once.
+  OverlapMarks(int numbers, int shared, Repeats repeats);
+
+  void mark(const CodeList& list);
+  // Whether a list that holds each number once shares enough with one that was marked before.
+  [[nodiscard]] bool any(const CodeList& list) const { return marks_.back().any(list); }
+  // The same for a list that may hold numbers several times; a look at its at most 128 subsets.
+  [[nodiscard]] bool any(const CodeList& list, const Times& times) const;
+
+ private:
+  int shared_;
+  std::vector<SubsetMarks> marks_;  // the last one of `shared` numbers, those of fewer in front of it
+};
+
 }  // namespace lotmere

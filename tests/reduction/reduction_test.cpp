@@ -81,29 +81,69 @@ TEST_F(Shrink, EqualsTheRuleCentreByCentre) {
   }
 }
 
-// A stop that came during the optimisation before lets one centre stand and compares one ticket with it.
+// The first `reached` tickets are judged, the others stay behind them as they were.
+void expect_Stopped(const TicketSet& set, const Tickets& tickets, std::size_t reached, int type) {
+  const Tickets judged(tickets.begin(), tickets.begin() + static_cast<std::ptrdiff_t>(reached));
+  std::vector<std::uint32_t> expected = centre_ByCentre(judged, type);
+  const std::size_t centres = expected.size();
+  for (std::size_t row = reached; row < tickets.size(); ++row)
+    expected.push_back(static_cast<std::uint32_t>(row));
+  ASSERT_EQ(set.origin, expected);
+  for (std::size_t i = 0; i < set.size(); ++i) {
+    const DrawNumbers& ticket = tickets[expected[i]];
+    ASSERT_EQ(set.balls[i], pack_Balls(ticket.reds, ticket.blue));
+    ASSERT_EQ(set.shrink[i], i < centres ? type : 0);
+    ASSERT_EQ(set.seq[i], static_cast<int>(i < centres ? i + 1 : expected[i] + 101));
+  }
+}
+
 TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
   std::mt19937 random(4);
-  auto tickets = random_Tickets(random, 9000, 33, false);
-  for (const auto& [beforehand, near] : {std::pair{false, false}, {true, false}, {true, true}}) {
+  const auto tickets = random_Tickets(random, 9000, 33, true);
+  for (const int stop_at : {1, 2, 4}) {
+    TicketSet set = make_Set(tickets);
+    ScriptedDesk desk;
+    int served = 0;
+    desk.on_serve = [&] {
+      if (++served == stop_at) desk.request_Stop();
+    };
+    const auto centres = shrink_Cover(store_, desk, set, 4);
+    const auto reached = static_cast<std::size_t>(desk.progress);  // as the bar tells it
+    EXPECT_EQ(served, stop_at);
+    EXPECT_TRUE(reached > 0 && reached <= 2500U * static_cast<unsigned>(stop_at)) << reached;
+    expect_Stopped(set, tickets, reached, 4);
+    const auto marked = std::ranges::count(set.shrink, std::int8_t{4});
+    EXPECT_TRUE(centres == marked && marked > 0);
+  }
+}
+
+// A stop that came during the optimisation before lets one centre stand and compares one ticket with it.
+TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
+  std::mt19937 random(4);
+  auto tickets = random_Tickets(random, 100, 33, false);
+  for (const bool near : {false, true}) {
     if (near) tickets[1] = tickets[0];
     TicketSet set = make_Set(tickets);
     ScriptedDesk desk;
-    if (beforehand) desk.request_Stop();
-    desk.on_serve = [&] { desk.request_Stop(); };
-    const auto centres = static_cast<std::size_t>(shrink_Cover(store_, desk, set, 4));
-    const auto literal = centre_ByCentre(tickets, 4);
-    EXPECT_LT(centres, literal.size());
-    EXPECT_EQ(centres == 1, beforehand);
-    const auto visited = tickets.size() - (set.size() - centres);
-    EXPECT_TRUE(!beforehand || visited == (near ? 2U : 1U)) << visited;
-    for (std::size_t i = 0; i < set.size(); ++i) {
-      const bool centre = i < centres;
-      ASSERT_EQ(set.origin[i], centre ? literal[i] : visited + i - centres);
-      ASSERT_EQ(set.shrink[i], centre ? 4 : 0);
-      ASSERT_EQ(set.seq[i], static_cast<int>(centre ? i + 1 : set.origin[i] + 101));
-    }
+    desk.request_Stop();
+    EXPECT_EQ(shrink_Cover(store_, desk, set, 4), 1);
+    expect_Stopped(set, tickets, near ? 2 : 1, 4);
   }
+}
+
+// However many of them repeat a red, a few thousand tickets stand between two looks at the desk.
+TEST_F(Shrink, ServesTheDeskOverTicketsThatRepeatARed) {
+  std::mt19937 random(24);
+  TicketSet set = make_Set(random_Tickets(random, 60'000, 33, true));
+  std::int64_t shown = 0;
+  int served = 0;
+  desk_.on_serve = [&] {
+    EXPECT_LE(desk_.progress - shown, 2500);
+    shown = desk_.progress;
+    ++served;
+  };
+  EXPECT_GT(shrink_Cover(store_, desk_, set, 6), 10'000);
+  EXPECT_GE(served, 60'000 / 2500 - 1);
 }
 
 // `draws` are the draws before the period, newest first; with fewer than ten the newest rows stay zero. The
