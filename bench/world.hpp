@@ -25,6 +25,10 @@ inline constexpr PeriodNo kTarget = 2099001;  // a period behind every invented 
 class QuietDesk final : public ScriptedDesk {
  public:
   bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return true; }
+  std::size_t choose(std::string_view /*text*/, std::span<const std::string_view> /*captions*/,
+                     std::size_t /*cancel*/, std::string_view /*title*/) override {
+    return 0;
+  }
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
   void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
 

@@ -65,6 +65,9 @@ Home find_Home(const fs::path& program_folder, const std::string& data_home, con
 }
 
 bool is_OwnFile(const Home& home, const fs::path& file) {
+  // A pipe that a link of the system leads to has no path; nobody writes a file in its place.
+  if (const fs::file_status status = fs::status(file); fs::exists(status) && !fs::is_regular_file(status))
+    return false;
   const fs::path folder = home.folder.empty() ? fs::path(".") : home.folder;
   const fs::path end = follow_Links(file);
   std::error_code missing;

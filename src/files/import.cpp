@@ -76,46 +76,80 @@ class RowWriter {
   LastRow last_;
 };
 
-// Walks over the usable lines of a text; the bar runs up to its size. Ends early when `use` says that it has enough.
+// Walks over the lines of a text and gives each with its number to `use`; the bar runs up to its size.
 template <class Use>
-ImportResult walk_Lines(std::string_view text, const ImportChoice& choice, Job& job, Use&& use) {
-  ImportResult result;
+void walk_Lines(std::string_view text, Job& job, Use&& use) {
   const std::size_t size = text.size();
   std::size_t served = 0;
-  while (!text.empty()) {
-    if (const auto ticket = import_Line(take_Line(text), choice)) {
-      ++result.count;
-      if (!use(*ticket)) return result;
-    }
+  for (std::int64_t number = 1; !text.empty(); ++number) {
+    use(take_Line(text), number);
     const std::size_t done = size - text.size();
     if (done - served < kBlock && !text.empty()) continue;
     job.advance(static_cast<std::int64_t>(done));
     served = done;
   }
-  return result;
 }
 
-// Reads a file; the count tells whether it holds any ticket.
-ImportResult read_Text(TextFile& source, Desk& desk, const ImportChoice& choice, std::string& text) {
+// What a file holds, before anything is asked or written.
+struct Survey {
+  std::string text;
+  ImportResult result;          // as it will be
+  std::int64_t wide_lines = 0;  // tickets on whose lines further numbers follow
+  std::int64_t first_wide = 0;  // number of the first of them
+};
+
+Survey survey_File(TextFile& source, Desk& desk, const ImportChoice& choice) {
   Job job(desk, static_cast<std::int64_t>(source.size()), Job::Stop::impossible);
+  Survey survey;
   auto decoded = decode_Bytes(source.bytes(job), job);
-  if (!decoded) return {.is_text = false};
-  text = *std::move(decoded);
-  return walk_Lines(text, choice, job, [](const ImportTicket&) { return false; });
+  survey.result.is_text = decoded.has_value();
+  if (!decoded) return survey;
+  survey.text = *std::move(decoded);
+  walk_Lines(survey.text, job, [&](std::string_view line, std::int64_t number) {
+    if (const auto ticket = import_Line(line, choice)) {
+      ++survey.result.count;
+      if (ticket->more && survey.wide_lines++ == 0) survey.first_wide = number;
+    } else if (!trim(line).empty() && survey.result.skipped++ == 0) {
+      survey.result.first_skipped = number;
+    }
+  });
+  return survey;
 }
 
-ImportResult write_Tickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
+// Whether lines with more numbers than the format takes may be read all the same.
+bool accept_WideLines(Desk& desk, const Survey& survey) {
+  if (survey.wide_lines == 0) return true;
+  constexpr std::string_view buttons[] = {"仍然导入", "取消"};
+  const std::string question = fmt::format(
+      "文件内容格式可能选错了：有 {} 行的数字比所选格式的多，第一处在第 {} "
+      "行，多出的数字会被忽略。要按这个格式导入吗？",
+      to_QuanJiao(survey.wide_lines), to_QuanJiao(survey.first_wide));
+  return desk.choose(question, buttons, 1) == 0;
+}
+
+// What becomes of the tickets that stand; nothing when the user cancels.
+std::optional<Existing> settle_Existing(Store& store, Desk& desk, Existing existing) {
+  if (existing != Existing::ask) return existing;
+  if (store.value(R"(SELECT EXISTS(SELECT 1 FROM "日志表"))") == 0) return Existing::keep;
+  constexpr std::string_view buttons[] = {"保留并追加", "替换", "取消"};
+  constexpr std::optional<Existing> meanings[] = {Existing::keep, Existing::replace, std::nullopt};
+  return meanings[desk.choose("表格中原有的数据要保留吗？", buttons, 2)];
+}
+
+void write_Tickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
   Job job(desk, static_cast<std::int64_t>(text.size()), Job::Stop::impossible);
   RowWriter writer(store, last_Row(store, job));
-  return walk_Lines(text, choice, job, [&](const ImportTicket& ticket) {
-    writer.add(ticket);
-    return true;
+  walk_Lines(text, job, [&](std::string_view line, std::int64_t /*number*/) {
+    if (const auto ticket = import_Line(line, choice)) writer.add(*ticket);
   });
 }
 
 std::string result_Text(const ImportResult& result) {
   if (!result.is_text) return "这不是文本文件，没有导入号码！";
-  return fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
+  const std::string text = fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
+  if (result.skipped == 0) return text;
+  return text + fmt::format("跳过了 {} 行，第一处在第 {} 行。", to_QuanJiao(result.skipped),
+                            to_QuanJiao(result.first_skipped));
 }
 
 }  // namespace
@@ -129,27 +163,27 @@ std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::strin
 }
 
 ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const ImportChoice& choice) {
+                            const ImportChoice& choice, Existing existing) {
   TextFile source(file);
   const StopScope stop(desk);
-  std::string text;
-  ImportResult result = read_Text(source, desk, choice, text);
-  if (result.count == 0) return result;
-  const bool has_rows = store.value(R"(SELECT EXISTS(SELECT 1 FROM "日志表"))") != 0;
-  const bool keeps = !has_rows || desk.ask("表格中原有的数据要保留吗？");
+  const Survey survey = survey_File(source, desk, choice);
+  if (survey.result.count == 0) return survey.result;
+  const auto settled = accept_WideLines(desk, survey) ? settle_Existing(store, desk, existing) : std::nullopt;
+  if (!settled) return {.cancelled = true};
 
   TextScope running(desk.running_Text());
   StoreChange change(store);
-  if (!keeps) clear_Tickets(store, desk, 0);
-  result = write_Tickets(store, desk, text, choice);
+  if (*settled == Existing::replace) clear_Tickets(store, desk, 0);
+  write_Tickets(store, desk, survey.text, choice);
   change.commit();
   running.keep();
-  return result;
+  return survey.result;
 }
 
 ImportResult import_Command(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const std::optional<ImportChoice>& choice) {
-  const ImportResult result = choice ? import_Tickets(store, desk, file, *choice) : ImportResult{};
+                            const std::optional<ImportChoice>& choice, Existing existing) {
+  const ImportResult result = choice ? import_Tickets(store, desk, file, *choice, existing) : ImportResult{};
+  if (result.cancelled) return result;
   const std::string text = result_Text(result);
   desk.tell(text, result.count == 0 ? Tone::warning : Tone::information);
   desk.running_Text().append_Line(text);

@@ -1,6 +1,7 @@
 // Tickets from a text file, a line a ticket, in whatever separators other programs write.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "core/desk.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
+#include "tickets/upkeep.hpp"
 
 namespace lotmere {
 
@@ -32,34 +34,41 @@ struct ImportChoice {
 struct ImportTicket {
   PeriodNo period = 0;
   DrawNumbers numbers;
+  bool more = false;  // further numbers follow the seventh, as with a line of another format
 
   friend bool operator==(const ImportTicket&, const ImportTicket&) = default;
 };
 
 // Reads one line of UTF-8, without its line end. Nothing where the trimmed line has fewer than 15 characters,
 // its period is missing or 0, or its first seven numbers aren't six of 1 to 33 and one of 1 to 16. Numbers are
-// runs of digits; blank, "-", "+", ",", "，", "|" and the full-width blank stand between them; anything else
-// behind a number is passed over up to the next separator. Order and repeated reds don't matter, and what
-// follows the seventh number neither.
+// runs of digits; blank, tab, "-", "+", ",", "|" and the full-width blank, "，", "＋" and "｜" stand between them;
+// full-width digits are digits; anything else behind a number is passed over up to the next separator. Order and
+// repeated reds don't matter.
 [[nodiscard]] std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice);
 
 struct ImportResult {
-  int count = 0;        // tickets added
-  bool is_text = true;  // false: a file that can't be text; nothing was changed then
+  int count = 0;                   // tickets added
+  int skipped = 0;                 // lines that aren't empty and hold no ticket
+  std::int64_t first_skipped = 0;  // number of the first of them, from 1; 0 without one
+  bool is_text = true;             // false: a file that can't be text; nothing was changed then
+  bool cancelled = false;          // by an answer of the user; nothing was changed then
 };
 
-// Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. With
-// tickets there already it asks whether to keep them: new rows then go on behind the highest `ID` and the
-// highest `序号`, else both begin at 1 and the old rows of all periods are gone. A failure, or a file without a
-// single ticket, leaves everything as it was, the old rows as well; such a file asks nothing. Only the end of the
-// file ends it: it can't be stopped. Linear in the size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
+// Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. The whole
+// file is read before anything is asked, and all is asked before anything is changed: whether to go on where lines
+// hold more numbers than the format takes, and, with tickets there already and unless `existing` says it, whether
+// they stay. New rows then go on behind the highest `ID` and the highest `序号`, else both begin at 1 and the old
+// rows of all periods are gone. A cancel, a failure, or a file without a single ticket leaves everything as it was,
+// the old rows as well; such a file asks nothing. Only the end of the file ends it: it can't be stopped. Linear in the
+// size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
 // SQLite::Exception when the store refuses.
 [[nodiscard]] ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
-                                          const ImportChoice& choice);
+                                          const ImportChoice& choice, Existing existing = Existing::ask);
 
-// The command "导入": imports, and tells the number of tickets or why there are none, in the running text as
-// well. Without a choice the dialog was cancelled, and the number is 0. Throws as import_Tickets does.
+// The command "导入": imports, and tells the number of tickets and of lines skipped, or why there are none, in the
+// running text as well; after a cancelled question it tells nothing. Without a choice the dialog was cancelled, and
+// the number is 0. Throws as import_Tickets does.
 ImportResult import_Command(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const std::optional<ImportChoice>& choice);
+                            const std::optional<ImportChoice>& choice, Existing existing = Existing::ask);
 
 }  // namespace lotmere

@@ -1,6 +1,8 @@
 // One line of a ticket file, read in a single walk over its bytes. Separators and digits are what matters; the
 // bytes of all other characters are passed over, and none of them can be taken for a digit in UTF-8.
 #include <algorithm>
+#include <string>
+#include <utility>
 
 #include "core/text.hpp"
 #include "files/import.hpp"
@@ -10,25 +12,37 @@ namespace {
 
 constexpr std::size_t kShortestLine = 15;  // characters
 constexpr std::size_t kPeriodDigits = 7;
-constexpr std::string_view kWideComma = "，";
-constexpr std::string_view kWideBlank = "\u3000";
 
 constexpr bool is_Digit(char c) { return c >= '0' && c <= '9'; }
 
-constexpr bool starts_WithSeparator(std::string_view text) {
-  switch (text.front()) {
-    case ' ':
-    case ',':
-    case '-':
-    case '+':
-    case '|':
-      return true;
-    case kWideComma.front():
-    case kWideBlank.front():
-      return text.starts_with(kWideComma) || text.starts_with(kWideBlank);
-    default:
-      return false;
+constexpr bool is_Separator(char c) {
+  return c == ' ' || c == '\t' || c == ',' || c == '-' || c == '+' || c == '|';
+}
+
+// The plain character that a full-width one at the front of a text means; 0 where it means none.
+char plain_Character(std::string_view text) {
+  constexpr std::pair<std::string_view, char> separators[] = {
+      {"，", ','}, {"＋", '+'}, {"｜", '|'}, {"\u3000", ' '}};
+  for (const auto& [wide, plain] : separators)
+    if (text.starts_with(wide)) return plain;
+  // U+FF10 is EF BC 90 in UTF-8, and the ten digits follow one another.
+  constexpr std::string_view front = "\xEF\xBC";
+  const int digit =
+      text.size() > 2 && text.starts_with(front) ? static_cast<unsigned char>(text[2]) - 0x90 : -1;
+  return digit >= 0 && digit <= 9 ? static_cast<char>('0' + digit) : '\0';
+}
+
+// The line with every full-width digit and separator as the plain one that it means.
+std::string plain_Line(std::string_view line) {
+  constexpr std::size_t wide_bytes = 3;
+  std::string plain;
+  plain.reserve(line.size());
+  while (!line.empty()) {
+    const char meant = static_cast<unsigned char>(line.front()) < 0x80 ? '\0' : plain_Character(line);
+    plain += meant != '\0' ? meant : line.front();
+    line.remove_prefix(meant != '\0' ? wide_bytes : 1);
   }
+  return plain;
 }
 
 bool is_TooShort(std::string_view line) {
@@ -47,7 +61,9 @@ void skip_ToDigit(std::string_view& text) {
 
 // Goes on to the first separator, or to the end.
 void skip_ToSeparator(std::string_view& text) {
-  while (!text.empty() && !starts_WithSeparator(text)) text.remove_prefix(1);
+  std::size_t at = 0;
+  while (at < text.size() && !is_Separator(text[at])) ++at;
+  text.remove_prefix(at);
 }
 
 // Takes the digits that the text begins with; 0 where it begins with none. A value beyond every number of the
@@ -75,8 +91,8 @@ PeriodNo take_Period(std::string_view& text) {
   return 0;
 }
 
-// The next seven numbers, 0 where there are fewer.
-DrawNumbers take_Numbers(std::string_view text) {
+// Takes the next seven numbers, 0 where there are fewer.
+DrawNumbers take_Numbers(std::string_view& text) {
   std::array<int, kRedsPerTicket + 1> values{};
   for (int& value : values) {
     value = take_Number(text);
@@ -96,11 +112,8 @@ bool in_Range(const DrawNumbers& numbers) {
          numbers.blue >= 1 && numbers.blue <= kBlueCount;
 }
 
-}  // namespace
-
-std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice) {
-  line = trim(line);
-  if (is_TooShort(line)) return std::nullopt;
+// A line whose full-width characters are plain ones.
+std::optional<ImportTicket> read_Line(std::string_view line, const ImportChoice& choice) {
   ImportTicket ticket{choice.period, {}};
   if (choice.format == ImportFormat::period_numbers) {
     ticket.period = take_Period(line);
@@ -110,7 +123,17 @@ std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoic
   if (choice.format != ImportFormat::numbers) skip_ToDigit(line);
   ticket.numbers = take_Numbers(line);
   if (!in_Range(ticket.numbers)) return std::nullopt;
+  ticket.more = !line.empty();
   return ticket;
+}
+
+}  // namespace
+
+std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice) {
+  line = trim(line);
+  if (is_TooShort(line)) return std::nullopt;
+  const bool plain = std::all_of(line.begin(), line.end(), [](unsigned char c) { return c < 0x80; });
+  return plain ? read_Line(line, choice) : read_Line(plain_Line(line), choice);
 }
 
 }  // namespace lotmere

@@ -129,6 +129,7 @@ std::string_view take_Line(std::string_view& text) {
   std::size_t end = 0;
   while (end < text.size() && text[end] != '\n' && text[end] != '\r') ++end;
   const std::string_view line = text.substr(0, end);
+  if (text.substr(end).starts_with("\r\n")) ++end;
   text.remove_prefix(std::min(text.size(), end + 1));
   return line;
 }

@@ -33,8 +33,7 @@ class TextFile {
 // that is no text. Cut short when the person asks to stop.
 [[nodiscard]] std::optional<std::string> decode_Bytes(std::string bytes, Job& job);
 
-// Takes the first line off a text and gives it without its end: LF, CR or both. Between the two characters of CR LF
-// it finds an empty line. Each call takes at least one character off a text that isn't empty.
+// Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one character off a text that isn't empty.
 [[nodiscard]] std::string_view take_Line(std::string_view& text);
 
 }  // namespace lotmere

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
 #include "core/text.hpp"
 
 namespace lotmere {
@@ -9,15 +11,12 @@ namespace {
 
 constexpr std::int64_t kBlock = 512;  // rows between two looks at the desk, some milliseconds of inserts
 
-// Removes or keeps the rows that the period has already; returns how many are kept.
-std::int64_t settle_OldRows(Store& store, Desk& desk, PeriodNo period) {
-  const auto rows = static_cast<std::int64_t>(count_Tickets(store, period));
-  if (rows == 0) return 0;
-  const std::string question =
-      fmt::format("该期数已有记录存在日志表中!要删除它吗？{0}{0}按'是',删除它;按'否'保留它!", kLineBreak);
-  if (!desk.ask(question, "信息提示")) return rows;
-  store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
-  return 0;
+// What becomes of the rows that the period has already; nothing when the user cancels.
+std::optional<Existing> settle_Existing(Desk& desk, std::int64_t rows, Existing existing) {
+  if (rows == 0 || existing != Existing::ask) return existing;
+  constexpr std::string_view buttons[] = {"删除", "保留", "取消"};
+  constexpr std::optional<Existing> meanings[] = {Existing::replace, Existing::keep, std::nullopt};
+  return meanings[desk.choose("该期数已有记录存在日志表中!要删除它吗？", buttons, 2, "信息提示")];
 }
 
 // Writes the tickets one behind the other; `done` gets the rows written so far and answers whether to stop.
@@ -47,17 +46,21 @@ std::int64_t write_Tickets(Store& store, const NumberSelection& selection, Perio
 
 }  // namespace
 
-InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period) {
+InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period, Existing existing) {
   InitResult result;
   if (period < 1 || !check_Selection(store, desk, Tell::yes)) return result;
   const NumberSelection selection = load_Selection(store);
+  const auto old_rows = static_cast<std::int64_t>(count_Tickets(store, period));
+  const auto settled = settle_Existing(desk, old_rows, existing);
+  if (!settled) return result;
 
   const StopScope stop(desk);
   StoreChange change(store);
   store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
   // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
   const std::int64_t last_id = store.value(R"(SELECT max("ID") FROM "日志表")");
-  const std::int64_t kept = settle_OldRows(store, desk, period);
+  const std::int64_t kept = *settled == Existing::keep ? old_rows : 0;
+  if (kept == 0) store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
   {
     Job job(desk, count_Combos(selection).tickets, Job::Stop::possible);
     result.rows = kept + write_Tickets(store, selection, period, last_id,

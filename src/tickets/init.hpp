@@ -8,6 +8,7 @@
 #include "core/store.hpp"
 #include "tickets/selection.hpp"
 #include "tickets/ticket_set.hpp"
+#include "tickets/upkeep.hpp"
 
 namespace lotmere {
 
@@ -18,16 +19,17 @@ void expand_Selection(const NumberSelection& selection, Visit&& visit);
 
 struct InitResult {
   bool done = false;
-  bool stopped = false;   // neither done nor stopped: refused
+  bool stopped = false;   // neither done nor stopped: refused or cancelled, and nothing was changed
   std::int64_t rows = 0;  // rows of the period at the end
 };
 
-// Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other
-// periods are removed; rows of the same period are asked about: removed on yes, kept on no (then the new
-// `序号` start at 1 all the same, and IDs go on behind the highest). A period below 1 and a selection without
-// a ticket change nothing. Everything is one change of the store: a crash leaves the tables as they were; a
-// stop keeps the rows written so far and tells nothing.
-InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period);
+// Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other periods are
+// removed. Rows of the same period are asked about before anything is changed, unless `existing` says it: they are
+// removed or kept (then the new `序号` start at 1 all the same, and IDs go on behind the highest), or the user
+// cancels. A cancel, a period below 1 and a selection without a ticket change nothing, rows of other periods
+// included. Everything is one change of the store: a crash leaves the tables as they were; a stop keeps the rows
+// written so far and tells nothing.
+InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period, Existing existing = Existing::ask);
 
 template <class Visit>
 void expand_Selection(const NumberSelection& selection, Visit&& visit) {

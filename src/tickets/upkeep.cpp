@@ -16,7 +16,8 @@ void clear_Tickets(Store& store, Desk& desk, PeriodNo period) {
 }
 
 bool clear_AllTickets(Store& store, Desk& desk) {
-  if (!desk.ask("确认要删除全部记录吗？")) return false;
+  constexpr std::string_view buttons[] = {"删除", "取消"};
+  if (desk.choose("确认要删除全部记录吗？", buttons, 1) != 0) return false;
   clear_Tickets(store, desk, 0);
   desk.tell("删除记录完成！");
   return true;

@@ -7,13 +7,16 @@
 
 namespace lotmere {
 
+// What becomes of tickets that stand where new ones are to come: the user is asked, or said it ahead of time.
+enum class Existing { ask, keep, replace };
+
 // The period of the first ticket in the order of the grid (by period, then running number); 0 with no ticket.
 [[nodiscard]] PeriodNo first_TicketPeriod(Store& store);
 
 // Deletes the tickets of a period, or all with period 0, and adds a line to the running text.
 void clear_Tickets(Store& store, Desk& desk, PeriodNo period);
 
-// Asks first; deletes all tickets and says so. False when the person says no.
+// Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they go.
 bool clear_AllTickets(Store& store, Desk& desk);
 
 }  // namespace lotmere

@@ -179,7 +179,8 @@ void ConditionsPage::count_Survivors() {
 void ConditionsPage::restore_Defaults() {
   Q_EMIT wanted();
   show_Pad();
-  if (!session_.desk.ask("要把全部过滤条件还原为默认值，并清空已选的号码吗？")) return;
+  constexpr std::string_view buttons[] = {"还原", "取消"};
+  if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", buttons, 1) != 0) return;
   lotmere::restore_Defaults(session_.store);
   pane_->mark_Stale();
   pane_->show_Sheet();

@@ -115,8 +115,24 @@ TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
   std::filesystem::create_symlink("pipe", path("to pipe"));
   std::filesystem::create_symlink("/dev/null", path("to device"));
   std::filesystem::create_symlink("round", path("round"));
-  for (const char* name : {"pipe", "folder", "to pipe", "to device", "/dev/null", "round", "none/file"})
-    EXPECT_THROW(export_Command(store_, desk_, path(name), {}), std::filesystem::filesystem_error) << name;
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const std::string nameless = "/proc/self/fd/" + std::to_string(ends[1]);
+  const std::pair<std::string, std::errc> targets[] = {{"pipe", std::errc::invalid_argument},
+                                                       {"to pipe", std::errc::invalid_argument},
+                                                       {nameless, std::errc::invalid_argument},
+                                                       {"to device", std::errc::invalid_argument},
+                                                       {"/dev/null", std::errc::invalid_argument},
+                                                       {"folder", std::errc::is_a_directory},
+                                                       {"none/file", std::errc::no_such_file_or_directory},
+                                                       {"round", std::errc::too_many_symbolic_link_levels}};
+  for (const auto& [name, reason] : targets) try {
+      export_Command(store_, desk_, path(name.c_str()), {});
+      ADD_FAILURE() << name << " is no file to be replaced";
+    } catch (const std::filesystem::filesystem_error& failure) {
+      EXPECT_EQ(failure.code(), std::make_error_code(reason)) << name;
+    }
+  for (const int end : ends) ::close(end);
   EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
   real_Files().write_Whole(file_, "another's");

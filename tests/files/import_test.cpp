@@ -18,21 +18,31 @@ using Ticket = std::optional<ImportTicket>;
 const Ticket kTicket = ImportTicket{kPeriod, kNumbers};
 
 TEST(ImportLine, IsForgivingAsFarAsItGoes) {
-  const std::tuple<int, const char*, bool> rows[] = {
-      {0, "\t 1，2\u30003-4+5，6，7。。\r", true},
-      {0, "1，2，3，4，5，6，7", false},   // 13 characters, 25 bytes
-      {0, "1a 2/9 x3 4 5 6 7 8 9", true},  // passes over what isn't a digit, and over an eighth number
-      {0, "，1 2 3 4 5 6 7 8 9", false},   // the line begins with its first number
-      {0, "4294967297 2 3 4 5 6 7", false},
-      {1, "期20240071 2 3 4 5 6 7", true},  // what is left of a longer run is the first number
-      {1, "0000000 01 02 03 04 05 06 07", false},
-      {2, "12,,,,,,01,02,03,04,05,06|07", true}};
-  for (const auto& [format, line, reads] : rows)
-    EXPECT_EQ(import_Line(line, {ImportFormat(format), kPeriod}), reads ? kTicket : Ticket()) << line;
+  const Ticket more = ImportTicket{kPeriod, kNumbers, true};
+  const Ticket none;
+  const std::tuple<int, const char*, Ticket> rows[] = {
+      {0, "\t 1，2\u30003-4+5，6，7。。\r", kTicket},
+      {0, "01\t02\t03\t04\t05\t06\t07", kTicket},
+      {0, "０１　０2｜03|04－ ０５ ０６＋０７", kTicket},
+      {0, "1，2，3，4，5，6，7", none},    // 13 characters, 25 bytes
+      {0, "1a 2/9 x3 4 5 6 7 8 9", more},  // passes over what isn't a digit, and over an eighth number
+      {0, "1 2 3 4 5 6 7 x8*9", more},
+      {0, "1 2 3 4 5 6 7*8   。", kTicket},  // what a number ends in is no number
+      {0, "，1 2 3 4 5 6 7 8 9", none},      // the line begins with its first number
+      {0, "4294967297 2 3 4 5 6 7", none},
+      {1, "期20240071 2 3 4 5 6 7", kTicket},  // what is left of a longer run is the first number
+      {1, "第２０２４００７期01 2 3 4 5 6 7 8", more},
+      {1, "0000000 01 02 03 04 05 06 07", none},
+      {2, "12,,,,,,01,02,03,04,05,06|07", kTicket},
+      {2, "１２＋01,02,03,04,05,06|07", kTicket}};
+  for (const auto& [format, line, ticket] : rows)
+    EXPECT_EQ(import_Line(line, {ImportFormat(format), kPeriod}), ticket) << line;
 }
 
 // The same rules step by step, on characters.
 Ticket model_Line(std::u32string line, int format) {
+  for (char32_t& c : line)
+    if (c >= U'０' && c <= U'９') c -= U'０' - U'0';
   const auto cut_ToDigit = [&] { line.erase(0, std::min(line.size(), line.find_first_of(U"0123456789"))); };
   line.erase(0, std::min(line.size(), line.find_first_not_of(U" \t")));
   line.erase(line.find_last_not_of(U" \t") + 1);
@@ -48,16 +58,15 @@ Ticket model_Line(std::u32string line, int format) {
     if (period < 1) return {};
   }
   for (char32_t& c : line)
-    if (std::u32string(U" -+，\u3000|").find(c) != std::u32string::npos) c = U',';
+    if (std::u32string(U" \t-+，\u3000|＋｜").find(c) != std::u32string::npos) c = U',';
   if (format == 2) line.erase(0, std::min(line.size(), line.find(U',')));
   if (format != 0) cut_ToDigit();
   std::array<double, 7> a{};
   for (double& value : a) {
     for (std::size_t i = 0; i < line.size() && line[i] >= U'0' && line[i] <= U'9'; ++i)
       value = value * 10 + (line[i] - U'0');
-    const std::size_t comma = line.find(U',');
-    if (comma == std::u32string::npos) break;
-    line.erase(0, comma);
+    line.erase(0, line.find(U','));
+    if (line.empty()) break;
     cut_ToDigit();
     if (line.empty()) break;
   }
@@ -66,6 +75,7 @@ Ticket model_Line(std::u32string line, int format) {
     if (a.at(i) < 1 || a.at(i) > (i < 6 ? 33 : 16)) return {};
     (i < 6 ? ticket.numbers.reds.at(i) : ticket.numbers.blue) = static_cast<int>(a.at(i));
   }
+  ticket.more = line.find_first_of(U"0123456789") != std::u32string::npos;
   return ticket;
 }
 
@@ -79,9 +89,9 @@ std::string to_Utf8(const std::u32string& text) {
 }
 
 TEST(ImportLine, AgreesWithTheRulesStepByStep) {
-  const std::u32string separators = U" ,-+，\u3000|";
-  const std::vector<std::u32string> parts = {U"，", U"\u3000", U" ", U"\t", U"/",
-                                             U"期", U"20240",  U"0", U"7",  U"2007001"};
+  const std::u32string separators = U" ,-+，\u3000|＋｜\t";
+  const std::vector<std::u32string> parts = {U"，", U"\u3000", U" ", U"\t", U"/",      U"－",
+                                             U"期", U"20240",  U"0", U"７", U"2007001"};
   std::mt19937 random(7);  // NOLINT(*-msc51-cpp): the same lines in every run
   int found = 0;
   for (int round = 0; round < 60'000; ++round) {
@@ -102,9 +112,9 @@ TEST(ImportLine, AgreesWithTheRulesStepByStep) {
 
 class Import : public testing::Test {
  protected:
-  ImportResult import(const std::string& bytes, int format = 0) {
+  ImportResult import(const std::string& bytes, int format = 0, Existing existing = Existing::ask) {
     std::ofstream(file, std::ios::binary) << bytes;
-    return import_Tickets(home.store(), desk, file, {ImportFormat(format), kPeriod});
+    return import_Tickets(home.store(), desk, file, {ImportFormat(format), kPeriod}, existing);
   }
   // ID, running number, period, first red, blue and the sum of the work columns of each row.
   std::string rows() {
@@ -122,16 +132,57 @@ class Import : public testing::Test {
 };
 
 TEST_F(Import, GoesOnBehindTheRowsThatAreKeptOrStartsAnew) {
-  EXPECT_EQ(import("01 02 03 04 05 06 07\n\r\nnothing\n02 02 03 04 05 06 08").count, 2);
+  const ImportResult first = import("01 02 03 04 05 06 07\n\r\nnothing\n\r02 02 03 04 05 06 08\nx\n");
+  EXPECT_TRUE(first.count == 2 && first.skipped == 2 && first.first_skipped == 3);
   EXPECT_TRUE(desk.asked.empty()) << "an empty table has nothing to keep";
   put_Ticket(home.store(), 9, 1, 2001001, kNumbers);
-  desk.answers = {true, false};
   const std::string two = "1 1 2024007 1 7 0;2 2 2024007 2 8 0;";
-  EXPECT_EQ(import("2007001 03 02 03 04 05 06 09\r2007002 04 02 03 04 05 06 10\r", 1).count, 2);
-  EXPECT_EQ(rows(), two + "9 1 2001001 1 7 0;10 3 2007001 3 9 0;11 4 2007002 4 10 0;");
-  EXPECT_EQ(import("1 01 02 03 04 05 06 07\r\n2 02 02 03 04 05 06 08\r\n", 2).count, 2);
+  const std::string old = two + "9 1 2001001 1 7 0;";
+  const std::string new_lines = "2007001 03 02 03 04 05 06 09\r2007002 04 02 03 04 05 06 10\r";
+  desk.choices = {std::nullopt, 2, 0, 1};
+  desk.running_Text().set("text");
+  for (int times = 0; times < 2; ++times) {
+    const ImportResult result = import(new_lines, 1);
+    EXPECT_TRUE(result.cancelled && result.count == 0);
+    EXPECT_EQ(rows(), old) << "Esc and the third button change nothing";
+  }
+  EXPECT_EQ(desk.buttons, (std::vector<std::string>{"保留并追加", "替换", "取消"}));
+  EXPECT_EQ(import(new_lines, 1).count, 2);
+  const std::string more = "10 3 2007001 3 9 0;11 4 2007002 4 10 0;";
+  EXPECT_EQ(rows(), old + more);
+  const std::string two_lines = "1 01 02 03 04 05 06 07\r\n2 02 02 03 04 05 06 08\r\n";
+  EXPECT_EQ(import(two_lines, 2).count, 2);
   EXPECT_EQ(rows(), two);
-  EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n表格中号码全部删除已完成．");
+  EXPECT_EQ(desk.running_Text().text(), "text\r\n\r\n表格中号码全部删除已完成．");
+  EXPECT_EQ(import(two_lines, 2, Existing::keep).count, 2);
+  EXPECT_EQ(rows(), two + "3 3 2024007 1 7 0;4 4 2024007 2 8 0;");
+  EXPECT_EQ(import(two_lines, 2, Existing::replace).count, 2);
+  EXPECT_EQ(rows(), two);
+  EXPECT_EQ(desk.asked.size(), 4U) << "what was said ahead of time isn't asked";
+}
+
+// Running numbers that are taken for reds: lines that could be read, and those past 33 that can't.
+TEST_F(Import, AWrongFormatIsToldAndAskedAboutBeforeAnythingIsStored) {
+  put_Ticket(home.store(), 9, 1, 2001001, kNumbers);
+  std::string lines = "序号 号码\r\n01 02 03 04 05 06 07\r\n\r\n";
+  for (int seq = 30; seq < 40; ++seq) lines += std::to_string(seq) + " 01 02 03 04 05 16+07\r\n";
+  desk.choices = {std::nullopt, 1, 0, 2};
+  for (int times = 0; times < 3; ++times) EXPECT_TRUE(import(lines).cancelled) << times;
+  EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
+  ASSERT_EQ(desk.asked.size(), 4U);
+  EXPECT_NE(desk.asked[0].find("有 ４ 行"), std::string::npos) << desk.asked[0];
+  EXPECT_NE(desk.asked[0].find("第 ４ 行"), std::string::npos) << desk.asked[0];
+  EXPECT_EQ(desk.asked[3], "表格中原有的数据要保留吗？") << "asked behind the first, and cancelled";
+  desk.choices = {0};
+  const ImportResult all = import(lines, 0, Existing::keep);
+  EXPECT_TRUE(all.count == 5 && all.skipped == 7 && all.first_skipped == 1);
+  EXPECT_EQ(import(lines, 2, Existing::replace).count, 10) << "the right format asks nothing";
+  desk.told.clear();
+  std::ofstream(file) << lines;
+  import_Command(home.store(), desk, file, ImportChoice{ImportFormat(2), kPeriod}, Existing::keep);
+  ASSERT_EQ(desk.told.size(), 1U);
+  EXPECT_EQ(desk.told[0].text, "数据导入完成，共导入：１０ 注！跳过了 ２ 行，第一处在第 １ 行。");
+  EXPECT_TRUE(desk.running_Text().text().ends_with(desk.told[0].text));
 }
 
 TEST_F(Import, ReadsUtf8AndElseGb18030) {
@@ -139,15 +190,13 @@ TEST_F(Import, ReadsUtf8AndElseGb18030) {
   for (int i = 0; i < 200'000; ++i) wide += "第";
   const std::string utf8 = "\xEF\xBB\xBF 1，2\u30003，4 5 6 7 第\n" + wide + "\n1，2，3，4，5，6，7。。";
   EXPECT_EQ(import(utf8).count, 2);
-  desk.answers = {false};
   // The second byte of a character may be a bar, and what is no character is passed over.
   const std::string gb = std::string(300'000, '\xFF') + "\n11\x81|9\xA3\xAC 2\xA1\xA1 3 4 5 6 7 \xB5\xDA\xA1";
-  EXPECT_EQ(import(gb).count, 1);
+  EXPECT_EQ(import(gb, 0, Existing::replace).count, 1);
   EXPECT_EQ(rows(), "1 1 2024007 11 7 0;");
-  desk.answers = {true, true};
   // A mark in front; two characters that would be one beyond the last of UTF-8, and the line too short.
   for (const char* line : {"\x84\x31\x95\x33 01 02 3 4 5 6 7", "1 2 3 4 5 6 7\xF4\x90\x81\x81"})
-    EXPECT_EQ(import(line).count, 1) << line;
+    EXPECT_EQ(import(line, 0, Existing::keep).count, 1) << line;
 }
 
 TEST_F(Import, ChangesNothingUnlessItSucceeds) {
@@ -158,8 +207,8 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   for (int i = 0; i < 20'000; ++i) large += line;
   for (const std::string& bytes : {std::string(), line + '\0', std::string("01 02 03 04 05 06\n")})
     EXPECT_EQ(import(bytes).count, 0) << "without asking anything";
-  desk.answers = {false};
-  desk.on_serve = [&] { desk.answers.empty() ? throw std::runtime_error("the face fails") : void(); };
+  desk.choices = {1};
+  desk.on_serve = [&] { desk.choices.empty() ? throw std::runtime_error("the face fails") : void(); };
   EXPECT_THROW(import(large), std::runtime_error);
   int served = 0;
   desk.on_serve = [&] { ++served; };

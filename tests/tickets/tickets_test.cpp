@@ -10,6 +10,7 @@
 #include "tickets/init.hpp"
 #include "tickets/ticket_list.hpp"
 #include "tickets/ticket_rows.hpp"
+#include "tickets/upkeep.hpp"
 
 namespace lotmere {
 namespace {
@@ -88,14 +89,34 @@ TEST_F(Tickets, WritesTheTicketsBehindTheOldOnesOfThePeriod) {
     std::vector<Row> expected = nested_Loops(selection, 12);
     if (keep) expected.insert(expected.begin(), {kOldRows[0], kOldRows[2]});
     ScriptedDesk desk;
-    desk.answers = {!keep};
+    desk.choices = {keep};
     const InitResult result = init_Tickets(store_, desk, kPeriod);
     EXPECT_TRUE(result.done && !result.stopped);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(result.rows, count);
     EXPECT_EQ(test::read_Rows(store_), expected);
     EXPECT_EQ(desk.told.at(0).text, "初始化选号完成!共 " + to_QuanJiao(count) + " 注！");
+    test::write_Rows(store_, kOldRows);
+    init_Tickets(store_, desk, kPeriod, keep ? Existing::keep : Existing::replace);
+    EXPECT_EQ(test::read_Rows(store_), expected);
+    EXPECT_EQ(desk.asked.size(), 1U) << "what was said ahead of time isn't asked";
   }
+}
+
+TEST_F(Tickets, ACancelledQuestionChangesNoPeriod) {
+  pick(picks("1-8", "", "3,16", ""));
+  test::write_Rows(store_, kOldRows);
+  desk_.choices = {std::nullopt, 2, std::nullopt, 1, 0};
+  for (int times = 0; times < 2; ++times) {
+    const InitResult result = init_Tickets(store_, desk_, kPeriod);
+    EXPECT_FALSE(result.done || result.stopped);
+  }
+  EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"删除", "保留", "取消"}));
+  for (int times = 0; times < 2; ++times) EXPECT_FALSE(clear_AllTickets(store_, desk_));
+  EXPECT_EQ(test::read_Rows(store_), kOldRows);
+  EXPECT_TRUE(desk_.told.empty());
+  EXPECT_TRUE(clear_AllTickets(store_, desk_));
+  EXPECT_EQ(test::read_Rows(store_), std::vector<Row>{});
 }
 
 // At every look at the desk: a stop keeps the rows so far, a failure the old ones.
@@ -107,7 +128,7 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
     const bool fails = k % 2;
     test::write_Rows(store_, kOldRows);
     ScriptedDesk desk;
-    desk.answers = {true};
+    desk.choices = {0};
     int serves = 0;
     desk.on_serve = [&] {
       if (serves++ != k / 2) return;

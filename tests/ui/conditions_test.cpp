@@ -266,7 +266,7 @@ TEST_F(ConditionsTest, RestoredDefaultsAndNewUsersShowOnTheSheetAgain) {
   const bool factory = list.items()[6].selected;
   tick("List_TjA_8", 6);
   EXPECT_NE(list.items()[6].selected, factory);
-  desk_.answers = {true};
+  desk_.choices = {0};
   choose("huanyuan");
   choose("tab_2");
   EXPECT_EQ(list.items()[6].selected, factory);
