@@ -159,9 +159,11 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
   if (!outcome.ready) return kExitRefused;
   Session session{start, start.store(), desk, out, *password};
-  const int status = call.command->run(session);
+  int status = call.command->run(session);
+  if (status == kExitRefused && desk.was_Interrupted()) status = kExitStopped;
   if (call.command->needs_User()) save_Settings(start, desk);
   refresh_Backup(start, *call.command, desk);
+  desk.settle_Interrupt();
   out.flush();
   if (!out) return refuse(desk, "无法写出结果。");
   return status;

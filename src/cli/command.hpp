@@ -34,6 +34,7 @@ struct Session {
 inline constexpr int kExitDone = 0;
 inline constexpr int kExitRefused = 1;
 inline constexpr int kExitUsage = 2;
+inline constexpr int kExitStopped = 130;  // as a shell tells of a command that Ctrl-C ended
 
 class Command {
  public:
@@ -53,7 +54,8 @@ class Command {
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void add_Options(CLI::App& /*app*/) {}
-  // Exit status: kExitDone, or kExitRefused after the desk told why.
+  // Exit status: kExitDone, or kExitRefused after the desk told why, which counts as kExitStopped where Ctrl-C stopped
+  // a job of the command; kExitStopped where what was done so far stands.
   virtual int run(Session& session) = 0;
 
  private:

@@ -8,6 +8,7 @@
 
 #include "cli/app.hpp"
 #include "core/desk_terminal.hpp"
+#include "core/platform.hpp"
 
 namespace {
 
@@ -16,17 +17,13 @@ std::string variable(const char* name) {
   return value == nullptr ? std::string() : std::string(value);
 }
 
-// The first Ctrl-C asks the job to stop in good order; a second one ends the process, which loses nothing that was stored.
-void on_Interrupt(int /*signal*/) {
-  lotmere::TerminalDesk::interrupt();
-  std::signal(SIGINT, SIG_DFL);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
-  std::signal(SIGINT, on_Interrupt);
+  // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one ends the
+  // process, which loses nothing that was stored.
+  const lotmere::EndSignals signals(&lotmere::TerminalDesk::interrupt);
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   std::ios::sync_with_stdio(false);
   std::error_code unknown;

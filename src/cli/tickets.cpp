@@ -46,16 +46,40 @@ void print_Lines(std::ostream& out, std::string_view text) {
   out << '\n';
 }
 
+// What a command does with the tickets that stand, said ahead of time.
+class ExistingOption {
+ public:
+  void add(CLI::App& app) {
+    app.add_option("--existing", text_, "已有的号码：keep 保留，replace 删除（不写时要问）")
+        ->check(CLI::IsMember({"keep", "replace"}));
+  }
+  [[nodiscard]] Existing value() const {
+    if (text_.empty()) return Existing::ask;
+    return text_ == "keep" ? Existing::keep : Existing::replace;
+  }
+
+ private:
+  std::string text_;
+};
+
 class InitCommand final : public PeriodCommand {
  public:
   InitCommand() : PeriodCommand("tickets", "init", "把已选的号码展开成一期的全部号码") {}
 
+  void add_Options(CLI::App& app) override {
+    PeriodCommand::add_Options(app);
+    existing_.add(app);
+  }
+
  protected:
   int run_Period(Session& session, PeriodNo period) override {
-    const InitResult result = init_Tickets(session.store, session.desk, period);
+    const InitResult result = init_Tickets(session.store, session.desk, period, existing_.value());
     if (!result.stopped) return result.done ? kExitDone : kExitRefused;
     return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", to_QuanJiao(result.rows)));
   }
+
+ private:
+  ExistingOption existing_;
 };
 
 class RunCommand final : public PeriodCommand {
@@ -65,9 +89,9 @@ class RunCommand final : public PeriodCommand {
  protected:
   int run_Period(Session& session, PeriodNo period) override {
     const RunResult result = run_Pipeline(session.store, session.desk, period);
-    if (!result.ran) return refuse(session.desk, trim(session.desk.running_Text().text()));
+    if (!result.ran && !result.stopped) return refuse(session.desk, trim(session.desk.running_Text().text()));
     print_Lines(session.out, session.desk.running_Text().text());
-    return kExitDone;
+    return result.stopped ? kExitStopped : kExitDone;
   }
 };
 
@@ -165,13 +189,14 @@ class ExportCommand final : public Command {
 
 class ImportCommand final : public Command {
  public:
-  ImportCommand() : Command("tickets", "import", "从文本文件导入号码（--answer no 时先删除原有的号码）") {}
+  ImportCommand() : Command("tickets", "import", "从文本文件导入号码") {}
 
   void add_Options(CLI::App& app) override {
     app.add_option("FILE", file_, "文件名")->required();
     app.add_option("--format", format_, "一行的内容：0 只有号码，1 期号＋号码，2 序号＋号码（不写时为 0）")
         ->transform(whole_Number(0, 2));
     app.add_option("--period", period_, "号码的期号，如 2007001；格式 1 用文件里的期号");
+    existing_.add(app);
   }
 
   int run(Session& session) override {
@@ -183,13 +208,15 @@ class ImportCommand final : public Command {
       if (!period) return kExitRefused;
       choice.period = *period;
     }
-    return import_Command(session.store, session.desk, file_, choice).count > 0 ? kExitDone : kExitRefused;
+    const ImportResult result = import_Command(session.store, session.desk, file_, choice, existing_.value());
+    return result.count > 0 ? kExitDone : kExitRefused;
   }
 
  private:
   std::string file_;
   int format_ = 0;
   std::string period_;
+  ExistingOption existing_;
 };
 
 }  // namespace

@@ -57,10 +57,25 @@ void TerminalDesk::show_Tip(std::string_view text, std::string_view /*title*/) {
 }
 
 void TerminalDesk::serve() {
-  if (interrupted_.exchange(false)) request_Stop();
+  // Between two jobs it waits for the next one.
+  if (jobs_.empty() || !interrupted_.exchange(false)) return;
+  request_Stop();
+  if (jobs_.back()) {
+    was_interrupted_ = true;
+    return;
+  }
+  clear_Bar();
+  err_ << "这一步不能中断，要等它完成。\n" << std::flush;
 }
 
-void TerminalDesk::begin_Job(std::int64_t maximum, bool /*can_stop*/) {
+void TerminalDesk::settle_Interrupt() {
+  if (interrupted_.exchange(false)) err_ << "来不及中断，命令已经完成。\n";
+}
+
+void TerminalDesk::begin_Job(std::int64_t maximum, bool can_stop) {
+  jobs_.push_back(can_stop);
+  // A stop that came in front of this job ends it.
+  was_interrupted_ = was_interrupted_ || (can_stop && stop_Requested());
   maximum_ = maximum;
   percent_ = -1;
 }
@@ -74,7 +89,13 @@ void TerminalDesk::show_Progress(std::int64_t value) {
 }
 
 void TerminalDesk::end_Job() {
+  jobs_.pop_back();
+  clear_Bar();
+}
+
+void TerminalDesk::clear_Bar() {
   if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
+  percent_ = -1;
 }
 
 }  // namespace lotmere

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <iosfwd>
+#include <vector>
 
 #include "core/desk.hpp"
 
@@ -17,9 +18,13 @@ class TerminalDesk final : public Desk {
   TerminalDesk(std::ostream& out, std::ostream& err, Answer answer, bool show_bar)
       : out_(out), err_(err), answer_(answer), show_bar_(show_bar) {}
 
-  // Asks the job under way to stop as soon as it serves the desk; safe in a signal handler when the flag is
-  // lock-free.
+  // Asks the job under way to stop as soon as it serves the desk, for the only desk of the process; safe in a
+  // signal's handler. A job that can't be stopped says so and goes on.
   static void interrupt() { interrupted_ = true; }
+  // Whether a job that can be stopped was asked to.
+  [[nodiscard]] bool was_Interrupted() const { return was_interrupted_; }
+  // Behind the last job of a command: one that nobody looked at any more came too late, which is said.
+  void settle_Interrupt();
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
@@ -37,11 +42,15 @@ class TerminalDesk final : public Desk {
   void end_Job() override;
 
  private:
+  void clear_Bar();
+
   static std::atomic<bool> interrupted_;
   std::ostream& out_;
   std::ostream& err_;
   Answer answer_;
   bool show_bar_;
+  std::vector<bool> jobs_;  // of each open job, whether it can be stopped; the innermost last
+  bool was_interrupted_ = false;
   std::int64_t maximum_ = 0;
   int percent_ = -1;
 };

@@ -124,11 +124,14 @@ RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period) {
   if (auto tickets = reset_Marks(store, desk, period)) {
     PipelineRun run{store, desk, *tickets, period};
     run_Passes(run, turns);
-    save_Result(store, desk, *tickets);
     result = {true, desk.stop_Requested(), static_cast<std::int64_t>(tickets->size())};
+    save_Result(store, desk, *tickets);
+  } else {
+    result.stopped = desk.stop_Requested() && count_Tickets(store, period) != 0;
+    result.tickets = static_cast<std::int64_t>(count_Tickets(store, period));
   }
   change.commit();
-  if (!result.ran) return result;
+  if (!result.ran && !result.stopped) return result;
   desk.running_Text().append_Line(fmt::format("{}：{} 注",
                                               result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
                                               to_QuanJiao(result.tickets)));

@@ -27,14 +27,15 @@ void run_Step(PipelineRun& run, const PassStep& step, const CombinationTurns& tu
 void run_Passes(PipelineRun& run, const CombinationTurns& turns);
 
 struct RunResult {
-  bool ran = false;  // false: no tickets, or stopped while they were read
-  bool stopped = false;
+  bool ran = false;      // false: no tickets, or stopped while they were read
+  bool stopped = false;  // before its end; also while the tickets were read, and all of them are left then
   std::int64_t tickets = 0;  // of the period at the end
 };
 
 // Filters and thins the tickets of a period: reads them once, runs the passes, writes back once. What stays
 // is renumbered; what a filter rejects is deleted; a crash leaves the table as it was before. The course
-// stands in the running text.
+// stands in the running text, and its last line says whether the run came to its end or was stopped; a stop that
+// comes while the result is written back changes nothing any more.
 RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period);
 
 }  // namespace lotmere

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "ui/application.hpp"
+#include "ui/end_watch.hpp"
 #include "ui/program.hpp"
 
 namespace {
@@ -40,6 +41,8 @@ int main(int argc, char** argv) {
                                                    : lotmere::ui::Appearance::light);
   lotmere::ui::WindowDesk desk;
   lotmere::ui::Program program(home_Of(parser.value(home)), desk);
+  const lotmere::ui::EndWatch watch;
+  QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
   if (!program.start()) return EXIT_FAILURE;
   const int status = QApplication::exec();
   program.finish();

@@ -295,6 +295,11 @@ void MainWindow::end_Program() {
   if (!close_wanted_) close();
 }
 
+void MainWindow::end_Quietly() {
+  close_wanted_ = session_.commands.runner().is_Running();
+  if (!close_wanted_) close();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   // A job ends at its next block and stores what it keeps; then the question comes again.
   CommandRunner& runner = session_.commands.runner();
@@ -307,7 +312,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   if (!ending_)
     runner.run([this] {
       run_Guarded(session_.desk, [this] { other_->leave(); });
-      ending_ = exit_Program(user_Desk(session_));
+      const bool asks = !session_.desk.is_Ending();
+      if (!asks) leave_Program(user_Desk(session_));
+      ending_ = !asks || exit_Program(user_Desk(session_));
     });
   event->setAccepted(ending_);
 }

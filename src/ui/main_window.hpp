@@ -38,6 +38,9 @@ class MainWindow : public QMainWindow {
 
   // Closes without asking.
   void end_Program();
+  // The same where the system wants it: behind the command that runs, which is asked to stop, and with the user's
+  // settings saved. The desk is ending.
+  void end_Quietly();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -71,7 +74,7 @@ class MainWindow : public QMainWindow {
   QLabel* panels_[3]{};
   QPointer<QWidget> focus_;  // that a job took the focus from
   Page page_ = Page::history;
-  bool ending_ = false;
+  bool ending_ = false;        // nothing is asked or saved any more
   bool close_wanted_ = false;  // once the command that runs is over
 };
 

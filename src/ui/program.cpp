@@ -50,7 +50,16 @@ bool Program::start() {
   const StartOutcome outcome = run_Steps(start_Order());
   splash_.reset();
   for (const std::string& message : outcome.messages) desk_.tell(message, Tone::error);
+  started_ = outcome.ready;
+  // Only the event loop that comes now can be ended by a window that closes.
+  if (started_ && desk_.is_Ending())
+    QMetaObject::invokeMethod(window_.get(), &MainWindow::end_Quietly, Qt::QueuedConnection);
   return outcome.ready;
+}
+
+void Program::end() {
+  desk_.begin_End();
+  if (started_) window_->end_Quietly();
 }
 
 void Program::finish() {

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
+#include <iostream>
 
 #include "ui/text.hpp"
 #include "ui/theme.hpp"
@@ -42,6 +43,9 @@ Sign sign_Of(Tone tone) {
 
 constexpr int kSignSize = 36;
 
+// Where a message goes that nobody sits before the window to read.
+void print(std::string_view text) { std::cerr << text << '\n'; }
+
 // A dialog that is open already, or the window.
 QWidget* parent_Of(QWidget* window) {
   QWidget* dialog = QApplication::activeModalWidget();
@@ -52,6 +56,7 @@ QWidget* parent_Of(QWidget* window) {
 
 void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) {
   show_RunningText();
+  if (ending_) return print(text);
   QMessageBox box(QMessageBox::NoIcon, title_Of(title), shown(text), QMessageBox::NoButton,
                   parent_Of(window_));
   box.setTextFormat(Qt::PlainText);
@@ -106,6 +111,7 @@ std::optional<std::string> WindowDesk::ask_Text(std::string_view prompt, std::st
 
 void WindowDesk::show_Tip(std::string_view text, std::string_view title) {
   show_RunningText();
+  if (ending_) return print(text);
   TipDialog tip(shown(text), title_Of(title), parent_Of(window_));
   run_Dialog(tip);
 }
@@ -120,12 +126,19 @@ void WindowDesk::serve() {
 }
 
 QString WindowDesk::choose_File(const QString& title, const QString& filter) {
-  return QFileDialog::getOpenFileName(window_, title, QString(), filter);
+  return ending_ ? QString() : QFileDialog::getOpenFileName(window_, title, QString(), filter);
 }
 
-bool WindowDesk::run_Dialog(QDialog& dialog) { return dialog.exec() == QDialog::Accepted; }
+bool WindowDesk::run_Dialog(QDialog& dialog) { return !ending_ && dialog.exec() == QDialog::Accepted; }
 
-bool WindowDesk::open_Outside(const QUrl& address) { return QDesktopServices::openUrl(address); }
+bool WindowDesk::open_Outside(const QUrl& address) { return !ending_ && QDesktopServices::openUrl(address); }
+
+void WindowDesk::begin_End() {
+  ending_ = true;
+  if (job_Running()) request_Stop();
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (auto* dialog = qobject_cast<QDialog*>(widget)) dialog->reject();
+}
 
 ProgressView* WindowDesk::set_ProgressView(ProgressView* view) { return std::exchange(view_, view); }
 
@@ -141,6 +154,7 @@ void WindowDesk::begin_Job(std::int64_t maximum, bool can_stop) {
   jobs_.push_back(view_);
   if (view_ != nullptr) view_->begin(maximum, can_stop);
   if (first) Q_EMIT job_Begun(can_stop);
+  if (ending_) request_Stop();
 }
 
 void WindowDesk::show_Progress(std::int64_t value) {

@@ -45,6 +45,11 @@ class WindowDesk : public QObject, public Desk {
   // Hands a file or an address to the desktop's program for it; false where there is none.
   virtual bool open_Outside(const QUrl& address);
 
+  // The system wants the program to end, and nobody is asked any more: open dialogs close, every question from now on
+  // is answered with its cancel, every job is asked to stop, and messages go to standard error.
+  void begin_End();
+  [[nodiscard]] bool is_Ending() const { return ending_; }
+
   [[nodiscard]] bool job_Running() const { return !jobs_.empty(); }
   // Where the jobs begun from now on are shown, nowhere with none. Gives the place so far.
   ProgressView* set_ProgressView(ProgressView* view);
@@ -66,6 +71,7 @@ class WindowDesk : public QObject, public Desk {
   QPointer<QWidget> window_;
   ProgressView* view_ = nullptr;
   std::vector<ProgressView*> jobs_;  // the view of each open job, the innermost last
+  bool ending_ = false;
   std::string shown_text_;
   QElapsedTimer since_serve_;
   QElapsedTimer since_progress_;

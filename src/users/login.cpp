@@ -97,12 +97,16 @@ bool log_Out(const UserDesk& at) {
 
 bool exit_Program(const UserDesk& at) {
   if (!at.desk.ask("确认要退出吗？")) return false;
+  leave_Program(at);
+  return true;
+}
+
+void leave_Program(const UserDesk& at) {
   try {
     if (user_Mode(at.store) == UserMode::multi) static_cast<void>(log_Out(at));
   } catch (const std::exception& failure) {
     at.desk.tell(failure_Text(failure), Tone::error);
   }
-  return true;
 }
 
 std::string new_UserText() {

@@ -50,6 +50,8 @@ struct Credentials {
 // saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
 // from leaving.
 [[nodiscard]] bool exit_Program(const UserDesk& at);
+// The same without the question, for a program that the system ends.
+void leave_Program(const UserDesk& at);
 
 // What the button for new users says.
 [[nodiscard]] std::string new_UserText();

@@ -61,7 +61,8 @@ TEST(MainRoad, FromADrawListToATicketFile) {
   EXPECT_EQ(read_File(target).substr(0, 34), "1,,,,,,,01,02,03,04,05,06|01\r\n2,,,");
 
   EXPECT_EQ(home.run({"--answer", "no", "tickets", "clear"}).status, 1);
-  expect_Reply(home, {"tickets", "clear"}, "删除记录完成！\n", "确认要删除全部记录吗？ [是]\n");
+  expect_Reply(home, {"tickets", "clear", "--answer", "yes"}, "删除记录完成！\n",
+               "确认要删除全部记录吗？ [删除]\n");
   expect_Reply(home, {"tickets", "list"}, "");
 }
 

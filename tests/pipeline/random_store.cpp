@@ -15,13 +15,15 @@ namespace lotmere::test {
 void put_History(Store& store, std::mt19937& random, int count) {
   StoreChange change(store);
   store.query(R"(DELETE FROM "历史记录")").run();
-  // Gaps and a change of the year stand between the draws.
+  // Gaps and a change of the year stand between the draws, and with an odd count a gap in front of the period.
+  const PeriodNo newest = kPeriod - 1 - 4 * (count % 2);
   for (int i = 0; i < count; ++i)
-    put_Draw(store, i < 3 ? kPeriod - 1 - 2 * i : 2025150 - 3 * i, "2026-01-01", random_Numbers(random));
+    put_Draw(store, i < 3 ? newest - 2 * i : 2025150 - 3 * i, "2026-01-01", random_Numbers(random));
   ScriptedDesk desk;
   calc_DrawStats(store, desk, 2003001, kPeriod);
   for (const char* sum : {"尾数和值", "合数和值", "大数和值", "小数和值", "奇数和值", "偶数和值", "和值"})
-    set_Rows(store, "历史记录", sum, "\"期号\"<2026049", [&](int old) { return old + pick(random, -1, 1); });
+    set_Rows(store, "历史记录", sum, "\"期号\"<" + std::to_string(newest),
+             [&](int old) { return old + pick(random, -1, 1); });
   put_Draw(store, kPeriod, "2026-05-01", random_Numbers(random));
   change.commit();
 }

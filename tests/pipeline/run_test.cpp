@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "core/text.hpp"
 #include "pipeline/filter_pass.hpp"
 #include "pipeline/random_store.hpp"
 #include "support/store_test.hpp"
@@ -109,6 +110,13 @@ TEST_F(Run, AStopOrAFailureInTheMiddle) {
     const auto result = test::value_OrNothing([&] { return run_Pipeline(store_, desk, kPeriod); });
     reached = serves > k / 2;
     EXPECT_FALSE(desk.stop_Requested());
+    // The last word is true wherever the stop came, also while rows are read or written back.
+    const std::string end = result.stopped ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：";
+    const auto count = static_cast<std::int64_t>(count_Tickets(store_, kPeriod));
+    const bool said = desk.running_Text().text().ends_with(end + to_QuanJiao(count) + " 注");
+    EXPECT_EQ(said, !fails || !reached || last.starts_with("全部过滤")) << desk.running_Text().text();
+    EXPECT_EQ(result.stopped, reached && !fails && !last.starts_with("[保") && !last.starts_with("全部过滤"))
+        << last;
     EXPECT_EQ(desk.jobs_open, 0);
     const auto left = test::read_Rows(store_);
     const bool saved = !reached || last.starts_with("全部过滤") ||

@@ -6,13 +6,16 @@
 #include <QMessageBox>
 #include <QRadioButton>
 #include <QTimer>
+#include <csignal>
 #include <set>
 
+#include "ui/end_watch.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/login_dialog.hpp"
 #include "ui/text.hpp"
 #include "ui/tip_dialog.hpp"
 #include "users/login.hpp"
+#include "users/profile.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
@@ -145,16 +148,74 @@ TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTyped) {
   EXPECT_EQ(told(), new_UserText());
 }
 
-TEST_F(StartTest, TheExitAsksAndNoGoesOn) {
+TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
+  const auto draws_InBackup = [&] {
+    return Store(home_.home().backup_Db()).value(R"(SELECT count(*) FROM "历史记录")");
+  };
   MainWindow& window = open_Settled();
+  lotmere::test::put_Draw(store(), 2026091, "2026-08-20", {{1, 2, 3, 4, 5, 6}, 8});
   desk_.answers = {false};
   EXPECT_FALSE(window.close());
   EXPECT_TRUE(window.isVisible());
   desk_.answers = {true};
   choose("mnu_Exit");
   EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+  EXPECT_EQ(draws_InBackup(), 1) << "as the start left it";
   program_->finish();
   EXPECT_TRUE(is_SoundStore(home_.home().backup_Db()));
+  EXPECT_EQ(draws_InBackup(), 2);
+  EXPECT_TRUE(desk_.told.empty());
+}
+
+TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
+  settle_Home(home_.store());
+  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  desk_.dialogs = {log_In("甲", "1")};
+  desk_.answers = {true};
+  MainWindow& window = open();
+  const EndWatch watch;
+  QObject::connect(&watch, &EndWatch::end_Asked, &window, [&] { program_->end(); });
+  choose("tab_2");
+  pick({33});
+  for (int id = 1; id <= 3; ++id)
+    lotmere::test::put_Ticket(store(), id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+  desk_.on_serve = [&] {
+    if (!desk_.job_Running() || desk_.is_Ending()) return;
+    std::raise(SIGTERM);
+    QCoreApplication::processEvents();
+  };
+  desk_.texts = {"2026092"};
+  choose("mnu_ShengCeng_1");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+  EXPECT_NE(desk_.running_Text().text().find("用户中止,当前记录余：１ 注"), std::string::npos);
+  EXPECT_EQ(desk_.asked.size(), 2) << "who the user is and which period to run, and nothing more";
+  EXPECT_EQ(current_User(store()), "");
+  program_->finish();
+  SQLite::Database profile(profile_File(home_.home(), "甲").string());
+  EXPECT_EQ(profile.execAndGet(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=33)").getInt(), 1);
+  EXPECT_EQ(Store(home_.home().backup_Db()).value(R"(SELECT count(*) FROM "日志表")"), 3);
+}
+
+// With the real dialogs: the open one closes as on Esc, and no other one opens.
+TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
+  settle_Home(home_.store());
+  for (int id = 1; id <= 2; ++id)
+    lotmere::test::put_Ticket(home_.store(), id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+  home_.close();
+  WindowDesk desk;
+  Program program(home_.home(), desk, clock_);
+  ASSERT_TRUE(program.start());
+  const EndWatch watch;
+  QObject::connect(&watch, &EndWatch::end_Asked, &desk, [&] { program.end(); });
+  QTimer::singleShot(0, [] {
+    EXPECT_NE(QApplication::activeModalWidget(), nullptr);
+    std::raise(SIGHUP);
+  });
+  program.commands().action("mnu_ShengCeng_5")->trigger();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !program.window().isVisible(); }));
+  EXPECT_EQ(program.store().value(R"(SELECT count(*) FROM "日志表")"), 2);
+  constexpr std::string_view buttons[] = {"删除", "取消"};
+  EXPECT_TRUE(!desk.ask("?") && desk.choose("?", buttons, 1) == 1 && !desk.ask_Text("?", "", "x"));
 }
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {

@@ -1,0 +1,150 @@
+// What the ticket commands do with tickets and files that stand already, and how they end when they are stopped.
+#include "cli_home.hpp"
+#include "core/desk_terminal.hpp"
+
+namespace lotmere::test {
+namespace {
+
+// Tickets of two periods, some draws and a selection of 28 tickets.
+class TicketCommands : public testing::Test {
+ protected:
+  TicketCommands() {
+    home_.do_Step({"draws", "fetch", "--all", home_.put_File("list.txt", kDrawList)});
+    home_.do_Step({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1"});
+    home_.put_File("two.txt", "2024007 01 02 03 04 05 06+07\n2024008 01 02 03 04 05 07+08\n");
+    home_.do_Step({"tickets", "import", file("two.txt"), "--format", "1"});
+  }
+  [[nodiscard]] std::string file(const char* name) const { return (home_.path() / name).string(); }
+  [[nodiscard]] std::size_t tickets() const {
+    const std::string list = home_.run({"tickets", "list"}).out;
+    return static_cast<std::size_t>(std::count(list.begin(), list.end(), '\n'));
+  }
+
+  CliHome home_;
+};
+
+TEST_F(TicketCommands, NoneThatDeletesIsTakenAsAnswered) {
+  home_.put_File("wide.txt", "12 01 02 03 04 05 16+07\n");
+  home_.expect_Refused({
+      {"tickets of the period", 1, {"tickets", "init", "2024007"}},
+      {"tickets of any period", 1, {"tickets", "import", file("two.txt"), "--format", "1"}},
+      {"all tickets", 1, {"tickets", "clear"}},
+      {"no to the deletion", 1, {"--answer", "no", "tickets", "clear"}},
+      {"lines of another format",
+       1,
+       {"tickets", "import", file("wide.txt"), "--period", "2024009", "--existing", "keep"}},
+      {"neither kept nor replaced", 2, {"tickets", "init", "2024007", "--existing", "yes"}},
+  });
+  EXPECT_NE(home_.run({"tickets", "init", "2024007"}).err.find("--answer yes（删除）"), std::string::npos);
+}
+
+// The option says it; a typed answer means at each question what it always did.
+TEST_F(TicketCommands, KeepOrReplaceWhatStands) {
+  const struct {
+    Arguments arguments;
+    std::size_t left;
+  } steps[] = {
+      {{"tickets", "import", file("two.txt"), "--format", "1", "--existing", "keep"}, 4},
+      {{"--answer", "yes", "tickets", "import", file("two.txt"), "--format", "1"}, 6},
+      {{"--answer", "no", "tickets", "import", file("two.txt"), "--format", "1"}, 2},
+      {{"tickets", "init", "2024007", "--existing", "keep"}, 1 + 28},
+      {{"--answer", "no", "tickets", "init", "2024007"}, 29 + 28},
+      {{"--answer", "yes", "tickets", "init", "2024007"}, 28},
+      {{"tickets", "init", "2024007", "--existing", "replace"}, 28},
+      {{"tickets", "import", file("two.txt"), "--format", "1", "--existing", "replace"}, 2},
+      {{"--answer", "yes", "tickets", "clear"}, 0},
+  };
+  for (const auto& [arguments, left] : steps) {
+    home_.do_Step(arguments);
+    EXPECT_EQ(tickets(), left) << arguments[0] << ' ' << arguments[1] << ' ' << arguments[2];
+  }
+}
+
+TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
+  const std::pair<const char*, const char*> cases[] = {{"号码", "01 02 03 04 05 06+07\r\n"},
+                                                       {"序号", "1\r\n"},
+                                                       {"期号", "2024007\r\n"},
+                                                       {"期号, 序号", "1       2024007\r\n"}};
+  for (const auto& [columns, text] : cases) {
+    home_.do_Step({"tickets", "export", file("out.txt"), "--columns", columns});
+    EXPECT_EQ(read_File(file("out.txt")), text) << columns;
+  }
+  home_.do_Step({"tickets", "export", file("out.txt")});
+  EXPECT_EQ(read_File(file("out.txt")), cases[0].second) << "numbers alone";
+}
+
+TEST_F(TicketCommands, AnExportIsRefusedByWhateverLeadsToAFileOfTheProgram) {
+  home_.put_File("甲.uLotmere", "settings");
+  const std::pair<const char*, const char*> links[] = {{"a.xlsx", "Lotmere.db"},
+                                                       {"b.xlsx", "Lotmere.backup.db"},
+                                                       {"c.xlsx", "甲.uLotmere"},
+                                                       {"d.xlsx", "乙.uLotmere"},
+                                                       {"e.xlsx", "/dev/null"}};
+  for (const auto& [link, target] : links) std::filesystem::create_symlink(target, file(link));
+  for (const auto& [link, target] : links)
+    home_.expect_Refused(
+        {{target, 1, {"tickets", "export", file(link)}}, {target, 1, {"draws", "export", file(link)}}});
+  EXPECT_EQ(read_File(file("甲.uLotmere")), "settings");
+  home_.do_Step({"--answer", "yes", "tickets", "clear"});
+  home_.expect_Refused({{"no ticket", 1, {"tickets", "export", file("list.txt")}}});
+  EXPECT_EQ(read_File(file("list.txt")), kDrawList);
+}
+
+TEST_F(TicketCommands, AFullDiskBehindTheResultIsAFailure) {
+  const Surroundings surroundings{"/proc/lotmere", "/proc/lotmere", "/proc/lotmere"};
+  for (const Arguments& command : {Arguments{"tickets", "list"}, {"conditions", "show"}}) {
+    std::ofstream full("/dev/full");
+    std::ostringstream err;
+    Arguments arguments{"--home", home_.path().string()};
+    arguments.insert(arguments.end(), command.begin(), command.end());
+    EXPECT_EQ(run_Cli(arguments, full, err, surroundings), 1);
+    EXPECT_EQ(err.str(), "无法写出结果。\n");
+  }
+}
+
+// Ctrl-C in front of the first look at the desk.
+class Interrupted : public TicketCommands {
+ protected:
+  Reply run(const Arguments& arguments) const {
+    TerminalDesk::interrupt();
+    return home_.run(arguments);
+  }
+};
+
+TEST_F(Interrupted, EveryCommandThatStopsSaysSoAndEndsWithAStatusOfItsOwn) {
+  home_.do_Step({"numbers", "pick", "--red-tuo", "1-12", "--blue-tuo", "1"});
+  home_.do_Step({"tickets", "init", "2024007", "--existing", "replace"});
+  const std::pair<Arguments, const char*> cases[] = {
+      {{"tickets", "init", "2024007", "--existing", "keep"}, "用户中止,当前记录余："},
+      {{"tickets", "run", "2024007"}, "用户中止,当前记录余：１４３６ 注"},
+      {{"draws", "export", file("x.xlsx")}, "用户中止，数据没有导出。"},
+      {{"conditions", "strength"}, "用户中止，算完了"}};
+  for (const auto& [arguments, said] : cases) {
+    const Reply reply = run(arguments);
+    EXPECT_EQ(reply.status, 130) << arguments[0] << ' ' << arguments[1];
+    EXPECT_NE((reply.out + reply.err).find(said), std::string::npos) << reply.out << reply.err;
+    EXPECT_EQ(home_.run({"numbers", "show"}).status, 0) << "the next command isn't stopped for it";
+  }
+  EXPECT_EQ(tickets(), 924U + 512U) << "a stopped initialisation keeps what is written, a run what is left";
+  EXPECT_EQ(home_.run({"tickets", "run", "2024007"}).status, 0);
+}
+
+TEST_F(Interrupted, WhatCantBeStoppedSaysSoAndIsDone) {
+  const std::pair<Arguments, const char*> cases[] = {
+      {{"tickets", "import", file("two.txt"), "--format", "1", "--existing", "keep"}, "不能中断"},
+      {{"tickets", "export", file("out.txt")}, "不能中断"},
+      {{"tickets", "check", "2024006"}, "来不及中断"},
+      {{"numbers", "clear"}, "来不及中断"}};
+  home_.put_File("drawn.txt", "2024006 01 02 03 04 05 06+07\n");
+  home_.do_Step({"tickets", "import", file("drawn.txt"), "--format", "1", "--existing", "keep"});
+  for (const auto& [arguments, said] : cases) {
+    const Reply reply = run(arguments);
+    expect_OneLine({reply.status, "done", reply.err}, 0);
+    EXPECT_NE(reply.err.find(said), std::string::npos) << arguments[1] << ": " << reply.err;
+  }
+  EXPECT_EQ(tickets(), 2U + 1U + 2U);
+  EXPECT_EQ(read_File(file("out.txt")), "01 02 03 04 05 06+07\r\n");
+}
+
+}  // namespace
+}  // namespace lotmere::test
