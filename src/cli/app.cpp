@@ -46,6 +46,7 @@ struct Call {
   std::string answer;
   std::string user;
   std::string password_file;
+  bool user_typed = false;
   Command* command = nullptr;
 };
 
@@ -61,8 +62,10 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
   app.add_option("--answer", call.answer,
                  "对所有是否问题的回答：yes 或 no；不写时，会删除数据的问题不执行，其余的回答 yes")
       ->check(CLI::IsMember({"yes", "no"}));
-  app.add_option("--user", call.user, "多用户模式下的用户名");
-  app.add_option("--password-file", call.password_file, "写有密码的文件，密码在第一行");
+  app.add_option("--user", call.user, "多用户模式下的用户名")->each([&call](const std::string&) {
+    call.user_typed = true;
+  });
+  app.add_option("--password-file", call.password_file, "写有密码的文件，密码在第一行；- 是标准输入");
   app.require_subcommand(1);
   app.fallthrough();
   std::map<std::string, CLI::App*> groups{{"", &app}};
@@ -103,7 +106,7 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
 
 // The steps of a start that this command needs, in their order.
 std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& desk,
-                                   const Credentials& typed) {
+                                   const Credentials& typed, HashLimits limits) {
   std::vector<StartStep> order{start.single_Instance(), start.database_Presence()};
   if (call.command->compacts()) {
     order.push_back(start.compaction());
@@ -112,7 +115,7 @@ std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& 
   order.push_back(start.home_Files());
   order.push_back(start.main_Connection());
   if (call.command->needs_User())
-    order.push_back({"login", [&] { return enter_AsUser(start, desk, typed); }});
+    order.push_back({"login", [&] { return enter_AsUser(start, desk, typed, limits); }});
   return order;
 }
 
@@ -149,16 +152,18 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
   TerminalDesk desk(out, err, typed_Answer(call.answer), surroundings.show_bar);
   if (call.home.empty() && surroundings.data_home.empty() && surroundings.user_home.empty())
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
-  const auto password = read_Password(desk, call.password_file);
-  if (!password) return kExitRefused;
+  std::optional<std::string> password;
+  if (!call.password_file.empty() && !(password = read_Password(desk, call.password_file)))
+    return kExitRefused;
   ProgramStart start(call.home.empty() ? find_Home(surroundings.program_folder, surroundings.data_home,
                                                    surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},
                      desk);
-  const StartOutcome outcome = run_Steps(start_Order(start, call, desk, {call.user, *password}));
+  const StartOutcome outcome = run_Steps(start_Order(
+      start, call, desk, {call.user, password.value_or(std::string())}, surroundings.password_limits));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
   if (!outcome.ready) return kExitRefused;
-  Session session{start, start.store(), desk, out, *password};
+  Session session{start, start.store(), desk, out, password, surroundings.password_limits};
   int status = call.command->run(session);
   if (status == kExitRefused && desk.was_Interrupted()) status = kExitStopped;
   if (call.command->needs_User()) save_Settings(start, desk);
@@ -195,6 +200,11 @@ int run_Cli(const std::vector<std::string>& arguments, std::ostream& out, std::o
     return app.exit(wanted, out, err);
   } catch (const CLI::ParseError& error) {
     err << usage_Text(app, error) << '\n';
+    return kExitUsage;
+  }
+  if (call.user_typed && call.command->names_User()) {
+    err << fmt::format("{} {} 自己写用户名，不能再加 --user。用 --help 查看用法。\n", call.command->group(),
+                       call.command->name());
     return kExitUsage;
   }
   return run_Command(call, out, err, surroundings);

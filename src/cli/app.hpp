@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "users/password.hpp"
+
 namespace lotmere {
 
 // What the process knows of its surroundings.
@@ -14,6 +16,7 @@ struct Surroundings {
   std::string data_home;  // XDG_DATA_HOME, empty when unset
   std::string user_home;  // HOME
   bool show_bar = false;  // the error stream is a terminal
+  HashLimits password_limits = HashLimits::interactive();
 };
 
 // Runs one command: `arguments` without the program's name. Returns 0 when it is done, 1 when it was refused

@@ -14,6 +14,7 @@
 #include "core/platform.hpp"
 #include "core/startup.hpp"
 #include "core/store.hpp"
+#include "users/password.hpp"
 
 namespace CLI {
 class App;
@@ -28,7 +29,8 @@ struct Session {
   Store& store;
   Desk& desk;
   std::ostream& out;
-  const std::string& password;  // of the password file, empty without one
+  const std::optional<std::string>& password;  // of the password file; nothing without one
+  HashLimits password_limits;
 };
 
 inline constexpr int kExitDone = 0;
@@ -51,6 +53,8 @@ class Command {
 
   // Whether it works on somebody's settings: where several people use the program, it then asks who.
   [[nodiscard]] virtual bool needs_User() const { return true; }
+  // Whether it takes the name of a user as its argument, so that --user beside it is wrong usage.
+  [[nodiscard]] virtual bool names_User() const { return false; }
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void add_Options(CLI::App& /*app*/) {}

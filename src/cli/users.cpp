@@ -8,11 +8,12 @@
 #include "cli/command.hpp"
 #include "core/text.hpp"
 #include "files/text_file.hpp"
+#include "users/accounts.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kLongestPasswordFile = 4096;
+constexpr std::size_t kLongestPassword = 4096;
 
 class ListCommand final : public Command {
  public:
@@ -30,24 +31,86 @@ class ListCommand final : public Command {
   }
 };
 
-class LoginCommand final : public Command {
+UserDesk user_Desk(const Session& session) {
+  return {session.store,        session.start.home(), session.desk,
+          real_Clock().today(), real_Files(),         session.password_limits};
+}
+
+// A command about the user whose name is its argument, where several people use the program.
+class NamedUserCommand : public Command {
  public:
-  LoginCommand() : Command("users", "login", "登录或建立用户（密码用 --password-file），日志表随之清空") {}
+  using Command::Command;
 
   [[nodiscard]] bool needs_User() const override { return false; }
+  [[nodiscard]] bool names_User() const override { return true; }
   void add_Options(CLI::App& app) override { app.add_option("NAME", name_, "用户名")->required(); }
 
   int run(Session& session) override {
     if (user_Mode(session.store) != UserMode::multi)
-      return refuse(session.desk, "不是多用户模式，不需要登录；用 users mode multi 设置。");
-    const UserDesk at{session.store, session.start.home(), session.desk, real_Clock().today()};
-    if (!log_In(at, {name_, session.password})) return kExitRefused;
-    session.out << fmt::format("当前用户：{}\n", current_User(session.store));
-    return kExitDone;
+      return refuse(session.desk, "不是多用户模式，没有用户；用 users mode multi 设置。");
+    return work(session, name_) ? kExitDone : kExitRefused;
   }
 
  private:
+  // False when it was told why not.
+  virtual bool work(Session& session, const std::string& name) = 0;
+
   std::string name_;
+};
+
+class LoginCommand final : public NamedUserCommand {
+ public:
+  LoginCommand() : NamedUserCommand("users", "login", "登录（密码用 --password-file），日志表随之清空") {}
+
+  void add_Options(CLI::App& app) override {
+    NamedUserCommand::add_Options(app);
+    app.add_flag("--new", new_, "建立新用户");
+  }
+
+ private:
+  bool work(Session& session, const std::string& name) override {
+    const NewUser unknown = new_ ? NewUser::made : NewUser::refused;
+    if (!log_In(user_Desk(session), {name, session.password.value_or(std::string())}, unknown)) return false;
+    session.out << fmt::format("当前用户：{}\n", current_User(session.store));
+    return true;
+  }
+
+  bool new_ = false;
+};
+
+class PasswordCommand final : public NamedUserCommand {
+ public:
+  PasswordCommand()
+      : NamedUserCommand("users", "password",
+                         "更改密码：旧密码用 --password-file；忘记了旧密码时不写，再加 --answer yes") {}
+
+  void add_Options(CLI::App& app) override {
+    NamedUserCommand::add_Options(app);
+    app.add_option("--new-password-file", new_file_, "写有新密码的文件，密码在第一行；- 是标准输入")
+        ->required();
+  }
+
+ private:
+  bool work(Session& session, const std::string& name) override {
+    const auto fresh = read_Password(session.desk, new_file_);
+    if (!fresh || !change_Password(user_Desk(session), name, session.password, *fresh)) return false;
+    session.out << "密码已更改。\n";
+    return true;
+  }
+
+  std::string new_file_;
+};
+
+class RemoveCommand final : public NamedUserCommand {
+ public:
+  RemoveCommand() : NamedUserCommand("users", "remove", "删除用户和该用户的设置") {}
+
+ private:
+  bool work(Session& session, const std::string& name) override {
+    if (!remove_User(user_Desk(session), name)) return false;
+    session.out << "用户已删除。\n";
+    return true;
+  }
 };
 
 class ModeCommand final : public Command {
@@ -74,22 +137,27 @@ class ModeCommand final : public Command {
 }  // namespace
 
 std::optional<std::string> read_Password(Desk& desk, const std::string& file) {
-  if (file.empty()) return std::string();
-  TextFile text_file(file);
+  auto text = read_FirstLine(file, kLongestPassword);
   Job job(desk, 1, Job::Stop::impossible);
-  auto text =
-      text_file.size() <= kLongestPasswordFile ? decode_Bytes(text_file.bytes(job), job) : std::nullopt;
+  if (text) text = decode_Bytes(std::move(*text), job);
   if (!text) {
     refuse(desk, fmt::format("文件{}不像密码文件：应是一行文字。", quote_Typed(file)));
     return std::nullopt;
   }
-  return std::string(trim(text->substr(0, text->find_first_of("\r\n"))));
+  return std::string(trim(text->substr(0, text->find('\r'))));
 }
 
-bool enter_AsUser(const ProgramStart& start, Desk& desk, const Credentials& typed) {
-  const bool multi = user_Mode(start.store()) == UserMode::multi;
-  if (multi && !typed.name.empty())
-    return resume_Session({start.store(), start.home(), desk, real_Clock().today()}, typed);
+bool enter_AsUser(const ProgramStart& start, Desk& desk, const Credentials& typed, HashLimits limits) {
+  Store& store = start.store();
+  const bool multi = user_Mode(store) == UserMode::multi;
+  if (multi && !typed.name.empty()) {
+    const std::string before = current_User(store);
+    if (!resume_Session({store, start.home(), desk, real_Clock().today(), real_Files(), limits}, typed))
+      return false;
+    const std::string name = current_User(store);
+    if (name != before) desk.show_Tip(fmt::format("已登录为“{}”。", name), "用户");
+    return true;
+  }
   if (multi) refuse(desk, "现在是多用户模式，请用 --user 和 --password-file 登录。");
   if (!multi && !typed.name.empty()) refuse(desk, "不是多用户模式，不能用 --user。");
   return !multi && typed.name.empty();
@@ -99,6 +167,8 @@ void add_UserCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<LoginCommand>());
   list.push_back(std::make_unique<ModeCommand>());
+  list.push_back(std::make_unique<PasswordCommand>());
+  list.push_back(std::make_unique<RemoveCommand>());
 }
 
 }  // namespace lotmere

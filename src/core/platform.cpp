@@ -154,6 +154,21 @@ fs::path follow_Links(const fs::path& path) {
   return fs::weakly_canonical(end);
 }
 
+std::optional<std::string> read_FirstLine(const fs::path& path, std::size_t longest) {
+  const bool standard = path == "-";
+  const Descriptor file(standard ? ::dup(STDIN_FILENO) : ::open(path.c_str(), O_RDONLY | O_CLOEXEC), path);
+  std::string line;
+  // Byte by byte: what follows in a pipe is for whoever reads next.
+  for (char c = 0; line.size() <= longest;) {
+    const ssize_t n = ::read(file.get(), &c, 1);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) fail("read", path);
+    if (n == 0 || c == '\n') return line;
+    line += c;
+  }
+  return std::nullopt;
+}
+
 FileSystem& real_Files() {
   static RealFiles files;
   return files;

@@ -69,6 +69,12 @@ class EndSignalPipe {
   std::optional<EndSignals> signals_;
 };
 
+// The bytes of the first line of a file without its line feed; "-" is the standard input. A pipe or a terminal is
+// waited for, and nothing behind the line is taken from it. Nothing when the line is longer than `longest` bytes.
+// Throws std::filesystem::filesystem_error with the path when it can't be read.
+[[nodiscard]] std::optional<std::string> read_FirstLine(const std::filesystem::path& path,
+                                                        std::size_t longest);
+
 // Why the machine refused, in a few words for the person: "磁盘已满".
 [[nodiscard]] std::string reason_Text(const std::error_code& code);
 

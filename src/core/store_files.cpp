@@ -146,10 +146,9 @@ CompactResult compact_Template(const fs::path& path, FileSystem& files) {
   return result;
 }
 
-fs::path keep_Damaged(const fs::path& path, FileSystem& files) {
-  fs::path aside = with_Suffix(path, ".damaged");
-  for (int i = 2; files.exists(aside); ++i)
-    aside = with_Suffix(path, (".damaged" + std::to_string(i)).c_str());
+fs::path keep_Copy(const fs::path& path, const char* suffix, FileSystem& files) {
+  fs::path aside = with_Suffix(path, suffix);
+  for (int i = 2; files.exists(aside); ++i) aside = with_Suffix(path, (suffix + std::to_string(i)).c_str());
   try {
     fs::copy_file(path, aside);
     files.sync(aside);
@@ -159,6 +158,8 @@ fs::path keep_Damaged(const fs::path& path, FileSystem& files) {
   }
   return aside;
 }
+
+fs::path keep_Damaged(const fs::path& path, FileSystem& files) { return keep_Copy(path, ".damaged", files); }
 
 bool restore_FromBackup(const fs::path& path, const fs::path& backup, FileSystem& files) {
   return copy_Database(backup, path, files);

@@ -41,6 +41,10 @@ CompactResult compact_MainDb(const std::filesystem::path& path, const std::files
 // Compacts the profile template. The first failure ends it and leaves the file as it was.
 CompactResult compact_Template(const std::filesystem::path& path, FileSystem& files = real_Files());
 
+// Copies a file to the first free of the names "FILE" + suffix, "FILE" + suffix + "2", ... and returns that name.
+// Throws when the machine refuses; half a copy is removed then.
+std::filesystem::path keep_Copy(const std::filesystem::path& path, const char* suffix, FileSystem& files);
+
 // Copies a damaged file to the first free of the names "FILE.damaged", "FILE.damaged2", ...: what it still
 // holds may matter to somebody who can read it. Returns that name. Throws when the machine refuses.
 std::filesystem::path keep_Damaged(const std::filesystem::path& path, FileSystem& files = real_Files());

@@ -4,39 +4,27 @@
 #include <string>
 #include <string_view>
 
-#include "core/dates.hpp"
-#include "core/desk.hpp"
-#include "core/home.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "users/user_desk.hpp"
 #include "users/user_table.hpp"
 
 namespace lotmere {
 
-// What the operations of users work on.
-struct UserDesk {
-  Store& store;
-  const Home& home;
-  Desk& desk;
-  Date today;
-  FileSystem& files = real_Files();
-};
+// What becomes of a name that nobody has: only somebody who said so makes a user, a slip doesn't.
+enum class NewUser { refused, asked, made };
 
-struct Credentials {
-  std::string name;
-  std::string password;  // as typed; case matters
-};
-
-// The login button. Blanks around name and password are cut. An unknown name becomes a new user with the
-// factory conditions, if the person says so; the guest needs no password. What stands against it is told, and
-// nothing changes then.
+// The login button. Blanks around name and password are cut. The guest needs no password; an unknown name becomes
+// a new user with the factory conditions, as far as `new_user` lets it. Asked before anything changes:
 //
-// The settings of the session before are saved first; the new user's then take their place, idle users go, and
-// all tickets are deleted, in one change. True: current_User() is the new one.
-[[nodiscard]] bool log_In(const UserDesk& at, const Credentials& typed);
+//   - whether to take the settings of a profile that lies there under a new user's name already; on no its file
+//     is kept under a free name (NAME.uLotmere.old, .old2, ...);
+//   - whether to empty the tickets that stand, which belong to whoever made them.
+//
+// What stands against the login is told, and nothing changes then. The settings of the session before are saved and
+// passwords of an older version hashed (see hash_PlainPasswords); the new user's settings then take their place,
+// idle users go, and all tickets are deleted, in one change. True: current_User() is the new one.
+[[nodiscard]] bool log_In(const UserDesk& at, const Credentials& typed, NewUser new_user = NewUser::refused);
 
-// Goes on with the session of the current user, or logs in when another one is current. An unknown name is
-// refused: only a login makes users.
+// Goes on with the session of the current user, tickets and all, or logs in as above when another one is current.
 [[nodiscard]] bool resume_Session(const UserDesk& at, const Credentials& typed);
 
 // Saves the settings of the current user to their profile; nothing to do for the guest or for nobody. False

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "core/row_copy.hpp"
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
@@ -14,7 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kBusyTimeoutMs = 2000;
-constexpr std::size_t kLongestFileName = 200;  // leaves room for the endings of a file under construction
 
 bool is_Control(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
 
@@ -78,11 +75,6 @@ bool copy_Profile(Store& store, const fs::path& path) {
 
 fs::path profile_File(const Home& home, std::string_view name) {
   return home.folder / (encode_FileName(name) + std::string(kProfileExtension));
-}
-
-bool is_UserName(std::string_view name) {
-  return !name.empty() && std::none_of(name.begin(), name.end(), is_Control) &&
-         encode_FileName(name).size() <= kLongestFileName;
 }
 
 bool save_Profile(Store& store, const Home& home, Desk& desk, std::string_view name, FileSystem& files) {

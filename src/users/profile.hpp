@@ -18,10 +18,6 @@ namespace lotmere {
 // percent sign itself, a point or blank at either end.
 [[nodiscard]] std::filesystem::path profile_File(const Home& home, std::string_view name);
 
-// Whether a user of this name can have a file: not empty, no control characters, and no longer than a file
-// name may be (200 bytes as encoded).
-[[nodiscard]] bool is_UserName(std::string_view name);
-
 // Fills the template with the working tables and puts a copy of it in the place of the user's file: after a
 // failure or a power cut either the old or the new file stands. False, told through the desk, when the template
 // is missing. Throws when the store or the machine refuses.

@@ -1,8 +1,31 @@
 #include "users/user_table.hpp"
 
-#include <fmt/format.h>
+#include <algorithm>
 
 namespace lotmere {
+namespace {
+
+const std::string kUserColumns =
+    R"(SELECT "用户名","密码","密码形式",ifnull("最后登陆时间",'') FROM "用户表")";
+
+User read_User(const Query& row) {
+  return {row.text(0), row.text(1), row.number(2) != 1, parse_Date(row.text(3))};
+}
+
+// Whether the day of the machine agrees with what the store knows of the time. The draws tell it best: their
+// dates come from outside.
+bool is_Plausible(Store& store, const std::vector<User>& users, Date today) {
+  std::optional<Date> newest;
+  Query row = store.query(R"(SELECT ifnull(max("开奖日期"),'') FROM "历史记录")");
+  if (row.next()) newest = parse_Date(row.text(0));
+  if (!newest || *newest > today) return false;
+  const Date a_year_on{std::chrono::year_month_day{*newest} + std::chrono::years{1}};
+  return today <= a_year_on && std::ranges::none_of(users, [today](const User& user) {
+           return user.last_login && *user.last_login > today;
+         });
+}
+
+}  // namespace
 
 UserMode user_Mode(Store& store) {
   const auto mode = store.value(R"(SELECT "模式" FROM "用户模式")");
@@ -24,41 +47,51 @@ std::string user_ModeText() {
 }
 
 std::vector<User> all_Users(Store& store) {
-  Query rows =
-      store.query(R"(SELECT "用户名","密码",ifnull("最后登陆时间",'') FROM "用户表" ORDER BY "用户名" ASC)");
+  Query rows = store.query(kUserColumns + R"( ORDER BY "用户名" ASC)");
   std::vector<User> users;
-  while (rows.next()) users.push_back({rows.text(0), rows.text(1), parse_Date(rows.text(2))});
+  while (rows.next()) users.push_back(read_User(rows));
   return users;
 }
 
 std::optional<User> find_User(Store& store, std::string_view name) {
-  Query row =
-      store.query(R"(SELECT "用户名","密码",ifnull("最后登陆时间",'') FROM "用户表" WHERE "用户名"=?)");
+  Query row = store.query(kUserColumns + R"( WHERE "用户名"=?)");
   row.bind(std::string(name));
   if (!row.next()) return std::nullopt;
-  return User{row.text(0), row.text(1), parse_Date(row.text(2))};
+  return read_User(row);
 }
 
-void add_User(Store& store, std::string_view name, std::string_view password) {
-  store.query(R"(INSERT INTO "用户表" ("用户名","密码") VALUES (?,?))")
-      .bind(std::string(name), std::string(password))
+void add_User(Store& store, std::string_view name, const std::string& hash) {
+  store.query(R"(INSERT INTO "用户表" ("用户名","密码","密码形式") VALUES (?,?,1))")
+      .bind(std::string(name), hash)
       .run();
 }
 
+void set_Password(Store& store, std::string_view name, const std::string& hash) {
+  store.query(R"(UPDATE "用户表" SET "密码"=?,"密码形式"=1 WHERE "用户名"=?)")
+      .bind(hash, std::string(name))
+      .run();
+}
+
+void delete_User(Store& store, std::string_view name) {
+  store.query(R"(DELETE FROM "用户表" WHERE "用户名"=?)").bind(std::string(name)).run();
+}
+
 void renew_Login(Store& store, std::string_view name, Date today) {
+  const auto user = find_User(store, name);
+  const Date last = user && user->last_login ? *user->last_login : today;
   store.query(R"(UPDATE "用户表" SET "最后登陆时间"=? WHERE "用户名"=?)")
-      .bind(format_Date(today), std::string(name))
+      .bind(format_Date(std::max(today, last)), std::string(name))
       .run();
 }
 
 std::vector<std::string> remove_IdleUsers(Store& store, Date today) {
-  const std::string limit = format_Date(today - std::chrono::days{kIdleDays});
-  const std::string idle = R"("最后登陆时间"<=? AND "用户名"<>?)";
   std::vector<std::string> names;
-  Query rows = store.query(R"(SELECT "用户名" FROM "用户表" WHERE )" + idle);
-  rows.bind(limit, std::string(kGuest));
-  while (rows.next()) names.push_back(rows.text(0));
-  store.query(R"(DELETE FROM "用户表" WHERE )" + idle).bind(limit, std::string(kGuest)).run();
+  const std::vector<User> users = all_Users(store);
+  if (!is_Plausible(store, users, today)) return names;
+  const Date limit = today - std::chrono::days{kIdleDays};
+  for (const User& user : users)
+    if (user.name != kGuest && user.last_login && *user.last_login <= limit) names.push_back(user.name);
+  for (const std::string& name : names) delete_User(store, name);
   return names;
 }
 

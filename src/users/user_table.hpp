@@ -28,16 +28,25 @@ enum class UserMode : int { unchosen = 0, single = 1, multi = 2 };
 
 struct User {
   std::string name;
-  std::string password;
+  std::string password;            // a hash, or what was typed where `plain`
+  bool plain = false;              // kept by an older version; the look of the text says nothing
   std::optional<Date> last_login;  // nothing before the first one
 };
 // By name, ascending.
 [[nodiscard]] std::vector<User> all_Users(Store& store);
 [[nodiscard]] std::optional<User> find_User(Store& store, std::string_view name);
-void add_User(Store& store, std::string_view name, std::string_view password);
+// A user whose name is new, with the hash of their password (see users/password.hpp); empty for the guest.
+void add_User(Store& store, std::string_view name, const std::string& hash);
+// Puts a hash in the place of what the row of a user held; nothing happens without such a row.
+void set_Password(Store& store, std::string_view name, const std::string& hash);
+void delete_User(Store& store, std::string_view name);
+
+// The day of the last login becomes today; it never moves backwards, whatever the machine's clock says.
 void renew_Login(Store& store, std::string_view name, Date today);
 
-// Removes the rows of all idle users but the guest, and gives their names.
+// Removes the rows of all idle users but the guest, and gives their names. Nobody is removed by a day that may be
+// a wrong clock's: where no draw is stored, where the newest draw or any login lies after it, or where the newest
+// draw lies more than a year before it.
 std::vector<std::string> remove_IdleUsers(Store& store, Date today);
 
 // Whose settings stand in the working tables (`CurrentUser`); empty when that is nobody: in single-user mode,

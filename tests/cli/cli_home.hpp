@@ -27,7 +27,8 @@ using Arguments = std::vector<std::string>;
 inline Reply run_Bare(const Arguments& arguments) {
   std::ostringstream out, err;
   // No default home: a call that goes as far as opening one fails instead of finding a real one.
-  const Surroundings surroundings{"/proc/lotmere", "/proc/lotmere", "/proc/lotmere"};
+  const Surroundings surroundings{"/proc/lotmere", "/proc/lotmere", "/proc/lotmere", false,
+                                  HashLimits::lowest()};
   const int status = run_Cli(arguments, out, err, surroundings);
   return {status, out.str(), err.str()};
 }

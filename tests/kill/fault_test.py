@@ -56,8 +56,9 @@ class Faults(unittest.TestCase):
         cls.program = [PROGRAM, "--password-file", cls.folder / "password"]
         # C(16,6) x 6 = 48,048 tickets for the work that is held in its middle.
         cls.home = make_home(cls.program, cls.folder / "template", [
-            ["draws", "fetch", "--all", DRAWS.as_uri()], ["users", "mode", "multi"], ["users", "login", "乙"],
-            ["--user", "乙", "conditions", "interval", "1", "1-5"], ["users", "login", "甲"],
+            ["draws", "fetch", "--all", DRAWS.as_uri()], ["users", "mode", "multi"],
+            ["users", "login", "--new", "乙"],
+            ["--user", "乙", "conditions", "interval", "1", "1-5"], ["users", "login", "--new", "甲"],
             ["--user", "甲", "numbers", "pick", "--red-tuo", "1-16", "--blue-tuo", "1-6"]])
         cls.stored, cls.rows = read_home(cls.home), read_rows(cls.home / STORE)
         cls.settings = read_settings(cls.program, copy_home(cls.home, cls.folder / "settings"), "甲乙")

@@ -63,13 +63,14 @@ def copy_home(template, home):
 
 
 def read_rows(path):
-    """Every table's rows; a database that isn't sound raises. Without the days of logins: midnight may pass."""
+    """Every table's rows; a database that isn't sound raises. Without the days of logins (midnight may
+    pass) and the salts of passwords."""
     with contextlib.closing(sqlite3.connect(path)) as store:
         store.text_factory = lambda text: text.decode(errors="backslashreplace")
         if (verdict := store.execute("PRAGMA integrity_check").fetchone()[0]) != "ok":
             raise sqlite3.DatabaseError(verdict)
         names = [name for (name,) in store.execute("SELECT name FROM sqlite_master WHERE type='table'")]
-        columns = {"用户表": "用户名, 密码", "sqlite_master": "name, sql"}
+        columns = {"用户表": "用户名, 密码形式, substr(密码, 1, 10)", "sqlite_master": "name, sql"}
         return {name: store.execute(f'SELECT {columns.get(name, "*")} FROM "{name}" ORDER BY rowid').fetchall()
                 for name in names + ["sqlite_master"]}
 
@@ -90,7 +91,7 @@ def read_settings(program, home, users):
     """The tables that each user finds after a login."""
     settings = {}
     for user in users:
-        assert run(program, home, ["users", "login", user])[0] == 0, user
+        assert run(program, home, ["--answer", "yes", "users", "login", "--new", user])[0] == 0, user
         tables = read_file(home / STORE)
         settings[user] = [tables[name] for name in ("过滤条件", "过滤条件使用情况", "号码特性", "区间定义")]
     return settings
@@ -111,8 +112,8 @@ def scenarios(folder):
     stale = [["draws", "delete", str(int(LAST_PERIOD) - 1)]]
     last_draw = ["draws", "add", NEXT_PERIOD, "2026-01-01", "1", "2", "3", "14", "15", "16", "7"]
     # A session that was cut short: the last settings of the first user stand in the store and in no profile.
-    shop = [["users", "mode", "multi"], ["users", "login", "乙"], ["--user", "乙", *picked[0]],
-            ["users", "login", "甲"], ["--user", "甲", "conditions", "interval", "1", "1-5"],
+    shop = [["users", "mode", "multi"], ["users", "login", "--new", "乙"], ["--user", "乙", *picked[0]],
+            ["users", "login", "--new", "甲"], ["--user", "甲", "conditions", "interval", "1", "1-5"],
             'UPDATE "过滤条件" SET "Value"=1-"Value" WHERE "ID" BETWEEN 1000 AND 1100']
     return [
         Scenario("first start", [], ["numbers", "show"]),
@@ -133,7 +134,7 @@ def scenarios(folder):
                                               "--period", LAST_PERIOD]),
         Scenario("store compact", fetch + tickets, ["store", "compact"]),
         Scenario("a known user's login", shop, ["users", "login", "乙"], "甲乙"),
-        Scenario("a new user's login", shop, ["users", "login", "丙"], "甲乙丙"),
+        Scenario("a new user's login", shop, ["users", "login", "--new", "丙"], "甲乙丙"),
         Scenario("a user's command", shop, ["--user", "甲", "conditions", "reset"], "甲乙"),
         Scenario("another user's command", shop, ["--user", "乙", "numbers", "show"], "甲乙"),
     ]

@@ -1,0 +1,29 @@
+// What the operations of users work on.
+#pragma once
+
+#include <string>
+
+#include "core/dates.hpp"
+#include "core/desk.hpp"
+#include "core/home.hpp"
+#include "core/platform.hpp"
+#include "core/store.hpp"
+#include "users/password.hpp"
+
+namespace lotmere {
+
+struct UserDesk {
+  Store& store;
+  const Home& home;
+  Desk& desk;
+  Date today;
+  FileSystem& files = real_Files();
+  HashLimits limits = HashLimits::interactive();  // of the hashes that are made
+};
+
+struct Credentials {
+  std::string name;
+  std::string password;  // as typed; case matters
+};
+
+}  // namespace lotmere
