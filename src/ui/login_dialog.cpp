@@ -4,11 +4,13 @@
 
 #include "ui/dialog_parts.hpp"
 #include "ui/text.hpp"
+#include "ui/users_dialog.hpp"
 
 namespace lotmere::ui {
 
 UserDesk user_Desk(Session& session) {
-  return {session.store, session.home, session.desk, session.clock.today()};
+  return {session.store,         session.home, session.desk,
+          session.clock.today(), real_Files(), session.password_limits};
 }
 
 LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
@@ -18,7 +20,7 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   name_->setObjectName(QStringLiteral("Combo_userName"));
   name_->setEditable(true);
   name_->setMinimumWidth(220);
-  for (const User& user : all_Users(session_.store)) name_->addItem(shown(user.name));
+  fill_Names();
   const QString current = shown(current_User(session_.store));
   name_->setCurrentText(current);
   password_ = new QLineEdit;
@@ -36,29 +38,47 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   grid->addWidget(password_, 1, 1);
   auto* ok = make_DialogButton("cmdOK", QStringLiteral("登 陆"), IsDefault::yes);
   auto* new_user = make_DialogButton("cmd_newUser", QStringLiteral("我是新用户"));
+  auto* manage = make_DialogButton("cmd_manageUsers", QStringLiteral("忘记密码／管理用户..."));
   auto* end = make_DialogButton("cmd_End", QStringLiteral("退出系统"));
   connect(ok, &QPushButton::clicked, this, &LoginDialog::log_In);
   connect(new_user, &QPushButton::clicked, this, &LoginDialog::show_NewUser);
+  connect(manage, &QPushButton::clicked, this, &LoginDialog::manage_Users);
   connect(end, &QPushButton::clicked, this, [this] {
     program_ends_ = true;
     reject();
   });
   auto* layout = make_DialogLayout(this);
   layout->addLayout(grid);
+  layout->addWidget(manage, 0, Qt::AlignRight);
   layout->addLayout(make_DialogFoot({ok, new_user, end}));
   (current.isEmpty() ? static_cast<QWidget*>(name_) : password_)->setFocus();
 }
 
+void LoginDialog::fill_Names() {
+  const QString typed = name_->currentText();
+  name_->clear();
+  for (const User& user : all_Users(session_.store)) name_->addItem(shown(user.name));
+  name_->setCurrentText(typed);
+}
+
 void LoginDialog::log_In() {
   run_Guarded(session_.desk, [this] {
-    if (lotmere::log_In(user_Desk(session_), {utf8(name_->currentText()), utf8(password_->text())})) accept();
+    const Credentials typed{utf8(name_->currentText()), utf8(password_->text())};
+    if (lotmere::log_In(user_Desk(session_), typed, new_user_ ? NewUser::asked : NewUser::refused)) accept();
   });
 }
 
 void LoginDialog::show_NewUser() {
   session_.desk.tell(new_UserText());
+  new_user_ = true;
   password_->setEchoMode(QLineEdit::Normal);
   name_->setFocus();
+}
+
+void LoginDialog::manage_Users() {
+  UsersDialog dialog(session_, name_->currentText(), this);
+  session_.desk.run_Dialog(dialog);
+  fill_Names();
 }
 
 }  // namespace lotmere::ui

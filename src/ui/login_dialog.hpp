@@ -21,12 +21,15 @@ class LoginDialog : public QDialog {
   [[nodiscard]] bool program_Ends() const { return program_ends_; }
 
  private:
+  void fill_Names();
   void log_In();
   void show_NewUser();
+  void manage_Users();
 
   Session& session_;
   QComboBox* name_;
   QLineEdit* password_;
+  bool new_user_ = false;  // the button for new users was pressed
   bool program_ends_ = false;
 };
 

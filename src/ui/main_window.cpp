@@ -16,6 +16,7 @@
 #include "ui/login_dialog.hpp"
 #include "ui/text.hpp"
 #include "ui/theme.hpp"
+#include "ui/users_dialog.hpp"
 #include "users/login.hpp"
 
 namespace lotmere::ui {
@@ -68,6 +69,10 @@ MainWindow::MainWindow(Session& session)
 void MainWindow::add_Commands() {
   session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
   session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switch_User(); });
+  session_.commands.add({"mnu_UserManage", QStringLiteral("密码和用户(&P)...")}, [this] {
+    UsersDialog dialog(session_, shown(current_User(session_.store)), this);
+    session_.desk.run_Dialog(dialog);
+  });
   session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
                         [this] { session_.desk.tell(utf8(steps_Text()), Tone::information, "如何使用？"); });
   session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
@@ -125,7 +130,7 @@ void MainWindow::make_Menus() {
             "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
   add_Menu("mnu_Else", QStringLiteral("其它(&E)"),
            {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
-  add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan"});
+  add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
 }
 

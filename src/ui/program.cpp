@@ -6,44 +6,50 @@
 
 namespace lotmere::ui {
 
-Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files)
-    : desk_(desk), clock_(clock), files_(files), start_(std::move(home), desk, files), commands_(desk) {}
+Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files, HashLimits password_limits)
+    : desk_(desk),
+      clock_(clock),
+      files_(files),
+      password_limits_(password_limits),
+      start_(std::move(home), desk, files),
+      commands_(desk) {}
 
 Program::~Program() { desk_.set_Window(nullptr); }
 
 std::vector<StartStep> Program::start_Order() {
-  return {start_.single_Instance(),
-          {"splash",
-           [this] {
-             splash_ = std::make_unique<Splash>();
-             splash_->show_Now();
-             return true;
-           }},
-          start_.database_Presence(),
-          start_.compaction(),
-          start_.size_Guard(),
-          start_.home_Files(),
-          start_.main_Connection(),
-          {"main window",
-           [this] {
-             session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_});
-             window_ = std::make_unique<MainWindow>(*session_);
-             return true;
-           },
-           StartAdvice::security},
-          {"show",
-           [this] {
-             splash_->hide();
-             window_->show();
-             splash_.reset();
-             return true;
-           }},
-          {"user mode", [this] { return window_->choose_Mode(); }},
-          {"login", [this] { return window_->log_In(); }},
-          {"history", [this] {
-             window_->check_History();
-             return true;
-           }}};
+  return {
+      start_.single_Instance(),
+      {"splash",
+       [this] {
+         splash_ = std::make_unique<Splash>();
+         splash_->show_Now();
+         return true;
+       }},
+      start_.database_Presence(),
+      start_.compaction(),
+      start_.size_Guard(),
+      start_.home_Files(),
+      start_.main_Connection(),
+      {"main window",
+       [this] {
+         session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_, password_limits_});
+         window_ = std::make_unique<MainWindow>(*session_);
+         return true;
+       },
+       StartAdvice::security},
+      {"show",
+       [this] {
+         splash_->hide();
+         window_->show();
+         splash_.reset();
+         return true;
+       }},
+      {"user mode", [this] { return window_->choose_Mode(); }},
+      {"login", [this] { return window_->log_In(); }},
+      {"history", [this] {
+         window_->check_History();
+         return true;
+       }}};
 }
 
 bool Program::start() {

@@ -16,7 +16,8 @@ namespace lotmere::ui {
 class Program {
  public:
   // Nothing happens before start(). `desk`, `clock` and `files` outlive the program.
-  Program(Home home, WindowDesk& desk, Clock& clock = real_Clock(), FileSystem& files = real_Files());
+  Program(Home home, WindowDesk& desk, Clock& clock = real_Clock(), FileSystem& files = real_Files(),
+          HashLimits password_limits = HashLimits::interactive());
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -43,6 +44,7 @@ class Program {
   WindowDesk& desk_;
   Clock& clock_;
   FileSystem& files_;
+  HashLimits password_limits_;
   ProgramStart start_;
   Commands commands_;
   std::optional<Session> session_;

@@ -8,6 +8,7 @@
 #include "core/store.hpp"
 #include "ui/commands.hpp"
 #include "ui/window_desk.hpp"
+#include "users/password.hpp"
 
 namespace lotmere::ui {
 
@@ -17,6 +18,7 @@ struct Session {
   WindowDesk& desk;
   Clock& clock;
   Commands& commands;
+  HashLimits password_limits = HashLimits::interactive();
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.

@@ -93,9 +93,12 @@ TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
 TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   settle_Home(home_.store());
   home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
-  desk_.dialogs = {[](QDialog& dialog) {
+  desk_.dialogs = {[this](QDialog& dialog) {
     EXPECT_FALSE(log_In("", "x")(dialog)) << "no name";
-    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "a user who doesn't exist, and no is answered";
+    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "only the button makes a user";
+    EXPECT_TRUE(shown(told()).contains(QStringLiteral("“我是新用户”")));
+    EXPECT_FALSE(log_In("甲", "1", "cmd_newUser")(dialog));
+    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "no is answered";
     return log_In("甲", "1")(dialog);
   }};
   desk_.answers = {false, true};
@@ -105,22 +108,28 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
   choose("tab_2");
   pick({33});
-  lotmere::test::put_Ticket(store(), 1, 1, 2026091, {{1, 2, 3, 4, 5, 6}, 7});
 
   desk_.answers = {true};
-  desk_.dialogs = {log_In("乙", "2")};
+  desk_.dialogs = {[](QDialog& dialog) {
+    EXPECT_FALSE(log_In("乙", "2", "cmd_newUser")(dialog));
+    return log_In("乙", "2")(dialog);
+  }};
   choose("mnu_UserQiehuan");
   EXPECT_EQ(current_User(store()), "乙");
   EXPECT_EQ(window.current_Page(), MainWindow::Page::history);
   EXPECT_EQ(load_Selection(store()).red[33], PickState::none);
-  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), 0) << "a login empties the tickets";
 
+  lotmere::test::put_Ticket(store(), 1, 1, 2026091, {{1, 2, 3, 4, 5, 6}, 7});
+  desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties them
   desk_.dialogs = {[](QDialog& dialog) {
     EXPECT_FALSE(log_In("甲", "wrong")(dialog));
+    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "tickets stand";
     return log_In("甲", "1")(dialog);
   }};
   choose("mnu_UserQiehuan");
   EXPECT_EQ(told(), "密码错误！(注意大小写区分)");
+  EXPECT_TRUE(desk_.choices.empty());
+  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), 0);
   EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
   EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
 
@@ -133,7 +142,7 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
 }
 
-TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTyped) {
+TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTypedAndTheGuestIsToldHowLongSettingsLast) {
   Store& store = home_.store();
   settle_Home(store);
   store.query(R"(UPDATE "用户模式" SET "模式"=2)").run();
@@ -146,6 +155,55 @@ TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTyped) {
   }};
   open();
   EXPECT_EQ(told(), new_UserText());
+  ASSERT_EQ(desk_.tips.size(), 1);
+  EXPECT_EQ(desk_.tips[0].text, "临时用户的设置不保存，只保留到下一次登录。");
+}
+
+// 甲 can't get in any more, and 乙 is no longer there.
+TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMenu) {
+  settle_Home(home_.store());
+  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  for (const char* name : {"甲", "乙"})
+    add_User(home_.store(), name, hash_Password("forgotten", HashLimits::lowest()));
+  const auto type = [](QDialog& dialog, const char* name, std::initializer_list<const char*> passwords,
+                       const char* button) {
+    dialog.findChild<QComboBox*>(QStringLiteral("Combo_manageUser"))->setCurrentText(QString::fromUtf8(name));
+    const char* const* password = passwords.begin();
+    for (const char* line : {"txtOldPWD", "txtNewPWD", "txtNewPWDAgain"})
+      dialog.findChild<QLineEdit*>(QString::fromUtf8(line))->setText(QString::fromUtf8(*password++));
+    dialog.findChild<QPushButton*>(QString::fromUtf8(button))->click();
+  };
+  desk_.choices = {0};
+  desk_.dialogs = {[&](QDialog& dialog) {
+                     EXPECT_FALSE(log_In("甲", "new")(dialog));
+                     EXPECT_FALSE(log_In("甲", "", "cmd_manageUsers")(dialog));
+                     return log_In("甲", "new")(dialog);
+                   },
+                   [&](QDialog& dialog) {
+                     EXPECT_EQ(dialog.findChild<QComboBox*>()->count(), 2) << "all but the guest";
+                     EXPECT_EQ(dialog.findChild<QComboBox*>()->currentText(), QStringLiteral("甲"));
+                     type(dialog, "甲", {"", "new", "old"}, "cmdChangePWD");
+                     EXPECT_EQ(told(), "两次输入的新密码不一样。");
+                     type(dialog, "甲", {"", "new", "new"}, "cmdChangePWD");
+                     EXPECT_EQ(told(), "密码已更改。");
+                     return false;
+                   }};
+  open();
+  EXPECT_EQ(current_User(store()), "甲");
+
+  desk_.choices = {std::nullopt, 0};
+  desk_.dialogs = {[&](QDialog& dialog) {
+    type(dialog, "甲", {"new", "newer", "newer"}, "cmdChangePWD");
+    type(dialog, "甲", {"", "", ""}, "cmdRemoveUser");
+    EXPECT_TRUE(shown(told()).contains(QStringLiteral("当前用户")));
+    type(dialog, "乙", {"", "", ""}, "cmdRemoveUser");
+    EXPECT_TRUE(find_User(store(), "乙")) << "Esc";
+    type(dialog, "乙", {"", "", ""}, "cmdRemoveUser");
+    return false;
+  }};
+  choose("mnu_UserManage");
+  EXPECT_FALSE(find_User(store(), "乙"));
+  EXPECT_TRUE(is_HashOf(find_User(store(), "甲")->password, "newer"));
 }
 
 TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {

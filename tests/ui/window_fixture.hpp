@@ -32,7 +32,7 @@ class WindowTest : public testing::Test {
   // The program started over the home; the store of the test is the program's from now on.
   MainWindow& open() {
     home_.close();
-    program_ = std::make_unique<Program>(home_.home(), desk_, clock_);
+    program_ = std::make_unique<Program>(home_.home(), desk_, clock_, real_Files(), HashLimits::lowest());
     if (!program_->start()) throw std::runtime_error("the start came to no end");
     return program_->window();
   }
