@@ -8,6 +8,7 @@
 #include <random>
 
 #include "analysis/omission.hpp"
+#include "core/home.hpp"
 #include "core/periods.hpp"
 #include "files/import.hpp"
 #include "workloads.hpp"
@@ -198,12 +199,41 @@ void import_Linear(State& state, const Sizes& sizes) {
   }
 }
 
+// Three files of the sizes that a first start makes, each written, flushed and put in its place.
+void write_Files(const std::filesystem::path& folder, const std::filesystem::path& like) {
+  for (const auto& entry : std::filesystem::directory_iterator(like))
+    if (entry.file_size() > 0)
+      real_Files().write_Whole(folder / entry.path().filename(),
+                               std::string(static_cast<std::size_t>(entry.file_size()), 'x'));
+}
+
+// On a disk: in memory a flush costs nothing, and that a start flushed 11,000 times was seen nowhere.
+void first_Start(State& state, const Sizes& sizes) {
+  const DiskFolder disk;
+  for (auto _ : state) {
+    std::vector<double> floor, subject;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      QuietDesk desk;
+      const auto home = disk.path() / fmt::format("home{}", round);
+      const auto plain = disk.path() / fmt::format("plain{}", round);
+      std::filesystem::create_directories(plain);
+      subject.push_back(seconds([&] {
+        std::filesystem::create_directories(home);
+        check(open_Home({home}, desk) != nullptr, "first-start made no store");
+      }));
+      floor.push_back(seconds([&] { write_Files(plain, home); }));
+    }
+    report(state, median(subject), median(floor), median(subject) / median(floor), 0);
+  }
+}
+
 }  // namespace
 
 void register_StoreWorkloads(const Sizes& sizes) {
   add("omission-3500/repeat", [=](State& state) { omission_3500(state, sizes, Marks::right); });
   add("omission-3500/rewrite", [=](State& state) { omission_3500(state, sizes, Marks::other_colour); });
   add("import-1m", [=](State& state) { import_1m(state, sizes); });
+  add("first-start", [=](State& state) { first_Start(state, sizes); });
   add("import-linear", [=](State& state) { import_Linear(state, sizes); });
 }
 

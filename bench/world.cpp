@@ -1,6 +1,8 @@
 #include "world.hpp"
 
 #include <fmt/format.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -75,6 +77,23 @@ World::~World() {
   store_.reset();
   std::error_code left_over;
   fs::remove_all(folder_, left_over);
+}
+
+DiskFolder::DiskFolder() {
+  for (const fs::path& folder : {fs::path("/var/tmp"), fs::current_path()}) {
+    struct statfs kind {};
+    std::string name = (folder / "lotmere-bench-XXXXXX").string();
+    if (::statfs(folder.c_str(), &kind) != 0 || kind.f_type == TMPFS_MAGIC) continue;
+    if (::mkdtemp(name.data()) == nullptr) continue;
+    path_ = name;
+    return;
+  }
+  throw std::runtime_error("no folder on a disk");
+}
+
+DiskFolder::~DiskFolder() {
+  std::error_code left_over;
+  fs::remove_all(path_, left_over);
 }
 
 std::unique_ptr<Store> World::other_Store() {

@@ -64,6 +64,19 @@ class World {
   std::unique_ptr<Store> store_;
 };
 
+// A new folder on a disk, where the temporary folder may lie in memory; removed at the end. Throws where there is none.
+class DiskFolder {
+ public:
+  DiskFolder();
+  DiskFolder(const DiskFolder&) = delete;
+  DiskFolder& operator=(const DiskFolder&) = delete;
+  ~DiskFolder();
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
 // Six reds in order and a blue.
 [[nodiscard]] DrawNumbers random_Draw(std::mt19937& random);
 

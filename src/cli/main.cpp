@@ -20,6 +20,7 @@ std::string variable(const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  lotmere::open_StandardStreams();
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
   // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one ends the
   // process, which loses nothing that was stored.

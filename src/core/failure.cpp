@@ -1,10 +1,7 @@
 #include "core/failure.hpp"
 
-#include <SQLiteCpp/Exception.h>
 #include <fmt/format.h>
 #include <sqlite3.h>
-
-#include <filesystem>
 
 #include "core/platform.hpp"
 #include "core/text.hpp"
@@ -21,13 +18,13 @@ std::string store_Reason(const SQLite::Exception& failure) {
     case SQLITE_READONLY:
       return "没有写入权限";
     case SQLITE_CANTOPEN:
-      return "无法打开数据文件";
+      return "无法打开";
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return "数据文件正被别的程序使用";
+      return "正被别的程序使用";
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-      return "数据文件已损坏";
+      return "已损坏";
     default:
       return failure.what();
   }
@@ -37,8 +34,12 @@ std::string store_Reason(const SQLite::Exception& failure) {
 
 std::string failure_Text(const std::exception& failure) {
   constexpr std::size_t longest_path = 120;
-  if (const auto* store = dynamic_cast<const SQLite::Exception*>(&failure))
-    return fmt::format("数据库操作失败，数据保持原样：{}", store_Reason(*store));
+  if (const auto* engine = dynamic_cast<const SQLite::Exception*>(&failure)) {
+    const auto* named = dynamic_cast<const StoreFailure*>(engine);
+    return fmt::format("数据库操作失败，数据保持原样：{}（{}）",
+                       quote_Typed(named == nullptr ? "Lotmere.db" : named->file().string(), longest_path),
+                       store_Reason(*engine));
+  }
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&failure))
     return fmt::format("文件操作失败：{}（{}）", quote_Typed(file->path1().string(), longest_path),
                        reason_Text(file->code()));

@@ -1,6 +1,7 @@
 #include "core/home.hpp"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
+#include "core/transfer.hpp"
 
 namespace lotmere {
 namespace {
@@ -19,11 +21,30 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kLost = "(文件丢失,需要重新安装!)";
 
+// A pipe would be waited for, a folder or device can't be replaced: better refused here by name than in the
+// middle of the work.
+void require_PlainFiles(const Home& home) {
+  for (const fs::path& file : {home.main_Db(), home.backup_Db(), home.template_File()})
+    for (const char* suffix : {"", "-journal", "-wal"}) require_PlainFile(fs::path(file) += suffix);
+}
+
+// A new store beside old profiles: what was in the lost one must not look as if it had never been.
+void tell_Loss(Desk& desk, std::size_t profiles) {
+  desk.tell(
+      fmt::format("数据文件和备份都不见了，但还有 {} 个用户文件。已建立新的数据文件：开奖记录和用户都没有了；"
+                  "用户文件原样保留，用原来的用户名重新建立用户，可以取回他的设置。",
+                  profiles),
+      Tone::warning, "数据恢复");
+}
+
 // Brings a store into being where none stands.
 std::optional<Mended> make_Store(const Home& home, Desk& desk, FileSystem& files) {
   if (!files.exists(home.backup_Db())) {
+    const std::size_t profiles = home.profiles().size();
     Store::create(home.main_Db(), files);
-    return Mended::made_new;
+    if (profiles == 0) return Mended::made_new;
+    tell_Loss(desk, profiles);
+    return Mended::made_anew;
   }
   if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files)) {
     desk.tell("数据文件丢失，备份文件也已损坏，无法打开。" + std::string(kLost), Tone::error);
@@ -39,7 +60,8 @@ std::optional<Mended> mend_Store(const Home& home, Desk& desk, FileSystem& files
     return std::nullopt;
   }
   const fs::path aside = keep_Damaged(home.main_Db(), files);
-  if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files)) return std::nullopt;
+  if (!restore_FromBackup(home.main_Db(), home.backup_Db(), files))
+    throw fs::filesystem_error("copy", home.backup_Db(), std::make_error_code(std::errc::io_error));
   desk.show_Tip("数据文件已损坏，已从备份恢复；损坏的文件保存为 " + aside.filename().string() + "。",
                 "数据恢复");
   return Mended::was_damaged;
@@ -53,6 +75,15 @@ bool is_OwnName(const Home& home, std::string_view name) {
 }
 
 }  // namespace
+
+std::vector<fs::path> Home::profiles() const {
+  std::vector<fs::path> found;
+  if (!fs::exists(folder)) return found;
+  for (const auto& entry : fs::directory_iterator(folder))
+    if (entry.path().extension() == kProfileExtension) found.push_back(entry.path());
+  std::ranges::sort(found);
+  return found;
+}
 
 Home find_Home(const fs::path& program_folder, const std::string& data_home, const std::string& user_home) {
   Home beside{program_folder};
@@ -83,6 +114,7 @@ bool is_OwnFile(const Home& home, const fs::path& file) {
 
 std::unique_ptr<HomeLock> HomeLock::take(const Home& home) {
   fs::create_directories(home.folder);
+  require_PlainFile(home.lock_File());
   const int fd = ::open(home.lock_File().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
   if (fd < 0)
     throw fs::filesystem_error("open", home.lock_File(), std::error_code(errno, std::generic_category()));
@@ -96,6 +128,8 @@ std::unique_ptr<HomeLock> HomeLock::take(const Home& home) {
 HomeLock::~HomeLock() { ::close(fd_); }
 
 std::optional<Mended> secure_Store(const Home& home, Desk& desk, FileSystem& files) {
+  require_PlainFiles(home);
+  finish_Restore(home, files);
   if (!files.exists(home.main_Db())) return make_Store(home, desk, files);
   const StoreState state = check_Store(home.main_Db());
   if (state == StoreState::damaged) return mend_Store(home, desk, files);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/desk.hpp"
 #include "core/platform.hpp"
@@ -14,7 +15,7 @@
 
 namespace lotmere {
 
-// Of the file that keeps a user's settings.
+// The ending of the file that keeps a user's settings.
 inline constexpr std::string_view kProfileExtension = ".uLotmere";
 
 struct Home {
@@ -24,6 +25,8 @@ struct Home {
   [[nodiscard]] std::filesystem::path backup_Db() const { return folder / "Lotmere.backup.db"; }
   [[nodiscard]] std::filesystem::path template_File() const { return folder / "TJmode.tjmod"; }
   [[nodiscard]] std::filesystem::path lock_File() const { return folder / "Lotmere.lock"; }
+  // The profiles of all users, by name; empty without the folder.
+  [[nodiscard]] std::vector<std::filesystem::path> profiles() const;
 };
 
 // The folder beside the program where a store or a file named `portable` stands there already, else `Lotmere`
@@ -43,7 +46,7 @@ inline constexpr std::string_view kOwnFile = "这是程序自己的数据文件�
 class HomeLock {
  public:
   // Nothing when another process holds it. Throws std::filesystem::filesystem_error when the folder can't be
-  // written.
+  // written, or what stands in the place of the lock is no file.
   [[nodiscard]] static std::unique_ptr<HomeLock> take(const Home& home);
   HomeLock(const HomeLock&) = delete;
   HomeLock& operator=(const HomeLock&) = delete;
@@ -55,12 +58,20 @@ class HomeLock {
 };
 
 // What had to be mended before the store could be opened.
-enum class Mended { nothing, made_new, was_missing, was_damaged };
+enum class Mended {
+  nothing,
+  made_new,     // a first start
+  made_anew,    // store and backup were gone while profiles stand
+  was_missing,  // came back from the backup
+  was_damaged   // the same
+};
 
 // Makes sure that a sound store stands in a folder that this process has locked. A missing or damaged one comes
-// back from the backup, and the desk says so; a folder with neither gets a new store with factory rows. Nothing
-// when that can't be done, or when the store is a newer program's: the desk has told it, and nothing was
-// touched.
+// back from the backup, and the desk says so; a folder with neither gets a new store with factory rows, and where
+// profiles show that there was one, the desk tells what is lost. Nothing when that can't be done, or when the
+// store is a newer program's: the desk has told it, and nothing was touched. Throws
+// std::filesystem::filesystem_error when something that is no file stands in the place of store, backup or
+// template, and StoreFailure.
 [[nodiscard]] std::optional<Mended> secure_Store(const Home& home, Desk& desk,
                                                  FileSystem& files = real_Files());
 

@@ -81,8 +81,17 @@ class RealFiles final : public FileSystem {
   }
 
   void replace(const fs::path& from, const fs::path& to) override {
-    fs::rename(from, to);
+    move(from, to);
     sync(to.has_parent_path() ? to.parent_path() : fs::path("."));
+  }
+
+  void move(const fs::path& from, const fs::path& to) override { fs::rename(from, to); }
+
+  void write_New(const fs::path& path, const std::string& bytes) override {
+    const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR),
+                          path);
+    write_All(file, path, bytes);
+    if (::fsync(file.get()) != 0) fail("fsync", path);
   }
 
   void write_Whole(const fs::path& name, const std::string& bytes) override {
@@ -167,6 +176,19 @@ std::optional<std::string> read_FirstLine(const fs::path& path, std::size_t long
     line += c;
   }
   return std::nullopt;
+}
+
+void require_PlainFile(const fs::path& path) {
+  const fs::file_status found = fs::status(path);
+  if (fs::exists(found) && !fs::is_regular_file(found))
+    throw fs::filesystem_error("open", path, std::make_error_code(std::errc::invalid_argument));
+}
+
+void open_StandardStreams() {
+  // The lowest free number is given, so each call fills the gap that the one before found.
+  for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
+    if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF)
+      static_cast<void>(::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY));
 }
 
 FileSystem& real_Files() {

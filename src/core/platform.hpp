@@ -26,11 +26,16 @@ class FileSystem {
   // Puts `from` in the place of `to` in one step and flushes the folder: after a power failure either the old
   // or the new file stands.
   virtual void replace(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+  // The same without flushing the folder: the caller flushes once behind several.
+  virtual void move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
   // Writes a whole file beside `path`, flushes it and puts it in the place of `path`; where `path` is a link, in the
   // place of the file that it leads to. A new file is readable by its owner only, one that stands there keeps its
   // mode. Refused is anything but a file (a device, a pipe, a folder), a file that may not be written, and one that
   // belongs to another user: it would change hands.
   virtual void write_Whole(const std::filesystem::path& path, const std::string& bytes) = 0;
+  // Writes a whole new file and flushes it, but not its folder. Readable by the owner only. Fails where a file
+  // stands already.
+  virtual void write_New(const std::filesystem::path& path, const std::string& bytes) = 0;
 };
 
 // Where a path leads in the end: every link in it followed, also a last one that leads to no file yet. Throws
@@ -74,6 +79,15 @@ class EndSignalPipe {
 // Throws std::filesystem::filesystem_error with the path when it can't be read.
 [[nodiscard]] std::optional<std::string> read_FirstLine(const std::filesystem::path& path,
                                                         std::size_t longest);
+
+// Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a socket
+// or a folder. A missing file is none of these; a link counts as what it leads to. Throws
+// std::filesystem::filesystem_error with the path.
+void require_PlainFile(const std::filesystem::path& path);
+
+// Makes sure that the descriptors 0 to 2 are open, so that no file of the program's takes the place of one and
+// gets what is printed. One that was closed reads nothing and refuses what is written. Before anything is opened.
+void open_StandardStreams();
 
 // Why the machine refused, in a few words for the person: "磁盘已满".
 [[nodiscard]] std::string reason_Text(const std::error_code& code);

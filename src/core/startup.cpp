@@ -65,16 +65,25 @@ StartStep ProgramStart::database_Presence() {
 StartStep ProgramStart::compaction() {
   return {"compaction", [this] {
             compaction_ = compact_MainDb(home_.main_Db(), home_.backup_Db(), true, files_);
+            if (const std::string undone = undone_Text(*compaction_); !undone.empty())
+              desk_.tell(undone, Tone::warning, "备份");
             return true;
           }};
 }
 
 StartStep ProgramStart::size_Guard() {
   return {"size guard", [this] {
-            const bool newest_copy = compaction_ && compaction_->backup_refreshed;
-            if (newest_copy && std::filesystem::file_size(home_.main_Db()) > kLargestMainDb &&
-                restore_FromBackup(home_.main_Db(), home_.backup_Db(), files_))
-              compaction_->size_after = std::filesystem::file_size(home_.main_Db());
+            // An older backup would lose what came after it, and a refused copy is no reason to end the start: the
+            // store stands as it was.
+            if (!compaction_ || !compaction_->backup_refreshed ||
+                std::filesystem::file_size(home_.main_Db()) <= kLargestMainDb)
+              return true;
+            try {
+              if (restore_FromBackup(home_.main_Db(), home_.backup_Db(), files_))
+                compaction_->size_after = std::filesystem::file_size(home_.main_Db());
+            } catch (const std::exception& failure) {
+              desk_.tell(failure_Text(failure), Tone::warning, "备份");
+            }
             return true;
           }};
 }

@@ -59,10 +59,11 @@ class ProgramStart {
   [[nodiscard]] StartStep single_Instance();
   // A sound store, from the backup if need be.
   [[nodiscard]] StartStep database_Presence();
-  // Refreshes the backup and compacts. What goes wrong stands in compaction_Result() and doesn't end the start.
+  // Refreshes the backup and compacts. What goes wrong is told, stands in compaction_Result() and doesn't end the
+  // start.
   [[nodiscard]] StartStep compaction();
   // Puts the backup in the place of a store that is still larger than kLargestMainDb: only one refreshed by
-  // this start, so that nothing newer is lost.
+  // this start, so that nothing newer is lost. A refusal of the machine is told and doesn't end the start.
   [[nodiscard]] StartStep size_Guard();
   // Makes the backup and the profile template where they are missing.
   [[nodiscard]] StartStep home_Files();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 
+#include "core/failure.hpp"
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
 
@@ -89,18 +90,16 @@ int Query::run() {
 }
 
 // One thread works with the connection, so the engine needs no lock around each of its calls.
-Store::Store(const std::filesystem::path& path)
+Store::Store(const std::filesystem::path& path) try
     : path_(path), db_(path.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, kBusyTimeoutMs) {
   set_StorePragmas(db_);
   bring_UpToDate(db_);
+} catch (const SQLite::Exception& failure) {
+  throw StoreFailure(path, failure);
 }
 
 void Store::create(const std::filesystem::path& path, FileSystem& files) {
-  write_Database(path, files, [](SQLite::Database& db) {
-    SQLite::Transaction change(db);
-    create_Schema(db);
-    change.commit();
-  });
+  write_Database(path, files, create_Schema);
 }
 
 Query Store::query(const std::string& sql) {
@@ -135,6 +134,7 @@ void set_StorePragmas(SQLite::Database& db) {
 }
 
 StoreState check_Store(const std::filesystem::path& path, StoreKind kind) {
+  require_PlainFile(path);
   try {
     SQLite::Database db(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
     const int version = schema_Version(db);
@@ -146,7 +146,7 @@ StoreState check_Store(const std::filesystem::path& path, StoreKind kind) {
     return version < kSchemaVersion || has_Columns(db, kind) ? StoreState::sound : StoreState::damaged;
   } catch (const SQLite::Exception& failure) {
     if (is_Damage(failure)) return StoreState::damaged;
-    throw;
+    throw StoreFailure(path, failure);
   }
 }
 

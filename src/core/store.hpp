@@ -43,8 +43,8 @@ class Query {
 
 class Store {
  public:
-  // Opens an existing store. Brings an older schema up to date in one transaction. Throws SQLite::Exception
-  // when the file is missing, damaged or of a newer program.
+  // Opens an existing store. Brings an older schema up to date in one transaction. Throws StoreFailure when the
+  // file is missing, damaged or of a newer program.
   explicit Store(const std::filesystem::path& path);
 
   // Writes a new store with factory rows to `path`, whole or not at all, readable by its owner only.
@@ -94,8 +94,8 @@ void set_StorePragmas(SQLite::Database& db);
 enum class StoreState { sound, damaged, newer };
 // A profile and its template hold only the tables of a user.
 enum class StoreKind { main, profile };
-// Throws SQLite::Exception when the file can't be read at present (missing, locked, refused by the machine):
-// that is no damage.
+// Throws StoreFailure when the file can't be read at present (missing, locked, refused by the machine), and
+// std::filesystem::filesystem_error when it is no file: that is no damage.
 [[nodiscard]] StoreState check_Store(const std::filesystem::path& path, StoreKind kind = StoreKind::main);
 [[nodiscard]] inline bool is_SoundStore(const std::filesystem::path& path, StoreKind kind = StoreKind::main) {
   return check_Store(path, kind) == StoreState::sound;

@@ -22,6 +22,8 @@ class NewFile {
  public:
   NewFile(const fs::path& target, FileSystem& files)
       : target_(target), path_(with_Suffix(target, ".new")), files_(files) {
+    require_PlainFile(target_);
+    require_PlainFile(journal_Of(target_));
     clear();
   }
   NewFile(const NewFile&) = delete;
@@ -52,7 +54,7 @@ class NewFile {
       SQLite::Database(target_.string(), SQLite::OPEN_READWRITE, 2000).execAndGet("PRAGMA user_version");
     } catch (const SQLite::Exception& failure) {
       // A broken old file has nothing to lose.
-      if (!is_Damage(failure)) throw;
+      if (!is_Damage(failure)) throw StoreFailure(target_, failure);
     }
   }
   static fs::path journal_Of(const fs::path& path) { return with_Suffix(path, "-journal"); }
@@ -66,17 +68,36 @@ class NewFile {
   FileSystem& files_;
 };
 
-void vacuum_Into(const fs::path& from, const fs::path& to) {
-  SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
-  SQLite::Statement vacuum(source, "VACUUM INTO ?");
-  vacuum.bind(1, to.string());
-  vacuum.exec();
+// A file under construction needs no journal and no flush of its own: it is flushed whole before it takes its
+// place, and a left-over means nothing.
+void make_File(const fs::path& path, FileSystem& files, const std::function<void(SQLite::Database&)>& fill) {
+  NewFile file(path, files);
+  work_On(path, [&] {
+    SQLite::Database db(file.path().string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    db.exec("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
+    fill(db);
+  });
+  file.put_InPlace();
+}
+
+// A database to be read whole. An unfinished change is undone and flushed by the first look at it.
+SQLite::Database open_Source(const fs::path& path) {
+  SQLite::Database source(path.string(), SQLite::OPEN_READWRITE, 2000);
+  source.execAndGet("PRAGMA user_version");
+  return source;
 }
 
 // The compaction proper, without a backup; throws on failure with the file as it was.
 void compact_InPlace(const fs::path& path, FileSystem& files) {
   NewFile file(path, files);
-  vacuum_Into(path, file.path());
+  work_On(path, [&] {
+    SQLite::Database source = open_Source(path);
+    // The new file is written the way the old one is, which it needn't; the old one is only read from here on.
+    source.exec("PRAGMA synchronous = OFF");
+    SQLite::Statement vacuum(source, "VACUUM INTO ?");
+    vacuum.bind(1, file.path().string());
+    vacuum.exec();
+  });
   file.put_InPlace();
 }
 
@@ -84,21 +105,20 @@ void compact_InPlace(const fs::path& path, FileSystem& files) {
 
 void write_Database(const fs::path& path, FileSystem& files,
                     const std::function<void(SQLite::Database&)>& fill) {
-  NewFile file(path, files);
-  {
-    SQLite::Database db(file.path().string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  make_File(path, files, [&](SQLite::Database& db) {
+    SQLite::Transaction change(db);
     fill(db);
-  }
-  file.put_InPlace();
+    change.commit();
+  });
 }
 
 bool copy_Database(const fs::path& from, const fs::path& to, FileSystem& files, StoreKind kind) {
   if (!files.exists(from) || !is_SoundStore(from, kind)) return false;
-  write_Database(to, files, [&](SQLite::Database& target) {
-    SQLite::Database source(from.string(), SQLite::OPEN_READWRITE, 2000);
+  make_File(to, files, [&](SQLite::Database& target) {
+    SQLite::Database source = work_On(from, [&] { return open_Source(from); });
     SQLite::Backup copy(target, source);
     if (copy.executeStep(-1) != SQLITE_DONE)
-      throw SQLite::Exception("the database is busy and can't be copied");
+      throw StoreFailure(from, SQLite::Exception("the database is busy and can't be copied", SQLITE_BUSY));
   });
   return true;
 }
@@ -113,15 +133,16 @@ CompactResult compact_MainDb(const fs::path& path, const fs::path& backup, bool 
   if (refresh_backup) {
     try {
       result.backup_refreshed = copy_Database(path, backup, files);
+      if (!result.backup_refreshed) result.backup_failure = "数据文件已损坏。";
     } catch (const std::exception& failure) {
-      result.failure = failure_Text(failure);
+      result.backup_failure = failure_Text(failure);
     }
   }
   try {
     // A compaction of damaged pages can succeed and leave out what they held; so it isn't tried.
     if (check_Store(path) == StoreState::damaged) {
-      result.failure = "数据文件已损坏。";
       result.restored = restore_FromBackup(path, backup, files);
+      result.failure = result.restored ? "数据文件已损坏，已从备份恢复。" : "数据文件已损坏。";
       return result;
     }
     compact_InPlace(path, files);
@@ -133,17 +154,11 @@ CompactResult compact_MainDb(const fs::path& path, const fs::path& backup, bool 
   return result;
 }
 
-CompactResult compact_Template(const fs::path& path, FileSystem& files) {
-  CompactResult result;
-  result.existed = files.exists(path);
-  if (!result.existed) return result;
-  try {
-    compact_InPlace(path, files);
-    result.compacted = true;
-  } catch (const std::exception& failure) {
-    result.failure = failure_Text(failure);
-  }
-  return result;
+std::string undone_Text(const CompactResult& result) {
+  std::string text;
+  if (!result.backup_failure.empty()) text += "备份没有更新：" + result.backup_failure;
+  if (!result.failure.empty()) text += (text.empty() ? "" : " ") + ("没有压缩：" + result.failure);
+  return text;
 }
 
 fs::path keep_Copy(const fs::path& path, const char* suffix, FileSystem& files) {

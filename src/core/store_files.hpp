@@ -12,8 +12,8 @@
 
 namespace lotmere {
 
-// Makes a database file at `path`: `fill` writes it as a new file beside `path`, which then takes its place.
-// Throws what `fill` or the machine throws and leaves `path` as it was.
+// Makes a database file at `path`: `fill` writes it, in one transaction, as a new file beside `path`, which then
+// takes its place. Throws what `fill` or the machine throws and leaves `path` as it was.
 void write_Database(const std::filesystem::path& path, FileSystem& files,
                     const std::function<void(SQLite::Database&)>& fill);
 
@@ -27,7 +27,8 @@ struct CompactResult {
   bool backup_refreshed = false;  // the backup now equals the file as it was before compaction
   bool compacted = false;
   bool restored = false;           // the file was damaged and came back from the backup
-  std::string failure;             // what went wrong, empty when nothing did
+  std::string backup_failure;      // why the backup isn't refreshed, empty when it is or needn't be
+  std::string failure;             // what else went wrong, empty when nothing did
   std::uintmax_t size_before = 0;  // bytes
   std::uintmax_t size_after = 0;
 };
@@ -38,8 +39,8 @@ struct CompactResult {
 CompactResult compact_MainDb(const std::filesystem::path& path, const std::filesystem::path& backup,
                              bool refresh_backup, FileSystem& files = real_Files());
 
-// Compacts the profile template. The first failure ends it and leaves the file as it was.
-CompactResult compact_Template(const std::filesystem::path& path, FileSystem& files = real_Files());
+// What a compaction left undone, in one line for the user; empty when nothing.
+[[nodiscard]] std::string undone_Text(const CompactResult& result);
 
 // Copies a file to the first free of the names "FILE" + suffix, "FILE" + suffix + "2", ... and returns that name.
 // Throws when the machine refuses; half a copy is removed then.

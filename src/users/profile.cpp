@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/failure.hpp"
 #include "core/row_copy.hpp"
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
@@ -32,26 +33,15 @@ std::string encode_FileName(std::string_view name) {
   return text;
 }
 
-// Copies the working tables into the template. False when it has fewer rows than they have.
-bool fill_Template(Store& store, const fs::path& path) {
-  SQLite::Database form(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
-  set_StorePragmas(form);
-  SQLite::Transaction change(form);
-  for (const TwinTables& twins : profile_Twins()) {
-    const TwinRows rows = read_Rows(store.db(), twins);
-    if (write_Rows(form, twins, rows) < static_cast<int>(rows.size())) return false;
-  }
-  change.commit();
-  return true;
-}
-
-// The template holds nothing that isn't in the store: one that is broken or falls short is made anew.
+// The template holds nothing that isn't in the store: each filling makes it anew, so that one that is broken or
+// falls short is mended too.
 void refill_Template(Store& store, const fs::path& path, FileSystem& files) {
-  if (is_SoundStore(path, StoreKind::profile) && compact_Template(path, files).compacted &&
-      fill_Template(store, path))
-    return;
-  write_Database(path, files, create_Profile);
-  fill_Template(store, path);
+  std::vector<TwinRows> tables;
+  for (const TwinTables& twins : profile_Twins()) tables.push_back(read_Rows(store.db(), twins));
+  write_Database(path, files, [&](SQLite::Database& form) {
+    create_Profile(form);
+    for (std::size_t i = 0; i < tables.size(); ++i) write_Rows(form, profile_Twins()[i], tables[i]);
+  });
 }
 
 // Copies the tables of a profile one by one, each whole or not at all. False when the file breaks off.
@@ -67,7 +57,7 @@ bool copy_Profile(Store& store, const fs::path& path) {
     return sound;
   } catch (const SQLite::Exception& failure) {
     if (is_Damage(failure)) return false;
-    throw;
+    throw StoreFailure(path, failure);
   }
 }
 

@@ -177,5 +177,27 @@ TEST_F(TwoUsers, LoseNothingWithTheStore) {
   EXPECT_EQ(count_As("甲"), "注数: 7\n");
 }
 
+TEST_F(TwoUsers, AreToldWhenTheStoreAndItsBackupAreGone) {
+  std::filesystem::remove(home_.home().main_Db());
+  std::filesystem::remove(home_.home().backup_Db());
+  const Reply check = home_.run({"store", "check"});
+  EXPECT_NE(check.out.find("恢复\t数据文件和备份都丢失，新建了数据文件\n"), std::string::npos) << check.out;
+  EXPECT_NE(check.err.find("还有 2 个用户文件"), std::string::npos) << check.err;
+  expect_OneLine(check, 0);
+}
+
+TEST_F(TwoUsers, ADamagedBackupIsMadeAnewOrTheCheckFails) {
+  lose_Row(home_.home().backup_Db(), "历史记录");
+  const std::filesystem::path blocked = home_.path() / "Lotmere.backup.db.new" / "full";
+  std::filesystem::create_directories(blocked);
+  expect_OneLine(home_.run({"store", "check"}), 1);
+  std::filesystem::remove_all(blocked.parent_path());
+  const Reply check = home_.run({"store", "check"});
+  EXPECT_EQ(check.status, 0);
+  EXPECT_NE(check.out.find("备份\t已损坏，已重新建立\n"), std::string::npos) << check.out;
+  EXPECT_TRUE(is_SoundStore(home_.home().backup_Db()));
+  EXPECT_NE(home_.run({"store", "check"}).out.find("备份\t正常\n"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace lotmere::test

@@ -7,6 +7,7 @@
 #include "core/desk_script.hpp"
 #include "core/failure.hpp"
 #include "core/schema.hpp"
+#include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {
@@ -61,16 +62,38 @@ TEST(Start, AFailureEndsItWithTheAdviceOfItsStep) {
   }
 }
 
-// An old backup in the place of a large store would lose what came after it.
-TEST(Start, ALargeStoreKeepsEverything) {
-  TempHome temp;
-  temp.store().db().exec("CREATE TABLE large AS SELECT randomblob(12000000) AS bytes");
-  temp.close();
-  ScriptedDesk desk;
-  ProgramStart start(temp.home(), desk);
-  ASSERT_TRUE(start_All(start).ready);
-  EXPECT_GT(start.compaction_Result()->size_after, kLargestMainDb);
-  EXPECT_EQ(start.store().value("SELECT length(bytes) FROM large"), 12000000);
+// An old backup in the place of a large store would lose what came after it, whichever step failed before.
+TEST(Start, ALargeStoreKeepsEverythingAndARefusedStepIsTold) {
+  refuse_EachStep([](FaultyFiles& machine) {
+    TempHome temp;
+    static_cast<void>(temp.store());
+    ASSERT_TRUE(copy_Database(temp.home().main_Db(), temp.home().backup_Db(), real_Files()));
+    write_Database(temp.home().template_File(), real_Files(), create_Profile);
+    temp.store().db().exec("CREATE TABLE large AS SELECT randomblob(12000000) AS bytes");
+    temp.close();
+    ScriptedDesk desk;
+    ProgramStart start(temp.home(), desk, machine);
+    ASSERT_TRUE(start_All(start).ready) << "no refusal in here keeps the user out";
+    EXPECT_EQ(desk.told.size(), machine.failed() ? 1U : 0U);
+    EXPECT_GT(std::filesystem::file_size(temp.home().main_Db()), kLargestMainDb);
+    EXPECT_EQ(start.store().value("SELECT length(bytes) FROM large"), 12000000);
+  });
+}
+
+// Whatever is refused: a start that comes to no end says why, and what goes wrong besides is told.
+TEST(Start, NoRefusalIsSilent) {
+  for (const bool first : {true, false})
+    refuse_EachStep([first](FaultyFiles& machine) {
+      TempHome temp;
+      if (!first) lose_Row(temp.store().path(), "日志表");
+      if (!first) Store::create(temp.home().backup_Db());
+      temp.close();
+      ScriptedDesk desk;
+      ProgramStart start(temp.home(), desk, machine);
+      const StartOutcome outcome = start_All(start);
+      EXPECT_EQ(outcome.messages.empty() && desk.told.empty(), !machine.failed());
+      EXPECT_EQ(outcome.ready, outcome.messages.empty());
+    });
 }
 
 TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {

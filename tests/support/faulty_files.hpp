@@ -23,7 +23,11 @@ class FaultyFiles final : public FileSystem {
   void remove(Path path) override { pass("remove", path), real_Files().remove(path); }
   void sync(Path path) override { pass("sync", path), real_Files().sync(path); }
   void replace(Path from, Path to) override { pass("replace", to), real_Files().replace(from, to); }
+  void move(Path from, Path to) override { pass("move", to), real_Files().move(from, to); }
   void write_Whole(Path path, const std::string& text) override { real_Files().write_Whole(path, text); }
+  void write_New(Path path, const std::string& text) override {
+    pass("write", path), real_Files().write_New(path, text);
+  }
 
  private:
   void pass(const char* step, Path path) {
