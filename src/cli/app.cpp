@@ -106,8 +106,12 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
 
 // The steps of a start that this command needs, in their order.
 std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& desk,
-                                   const Credentials& typed, HashLimits limits) {
-  std::vector<StartStep> order{start.single_Instance(), start.database_Presence()};
+                                   const Credentials& typed, HashLimits limits, int& status) {
+  const auto prepare = [&start, &call, &desk, &status] {
+    status = call.command->prepare(start.home(), desk);
+    return status == kExitDone;
+  };
+  std::vector<StartStep> order{start.single_Instance(), {"preparation", prepare}, start.database_Presence()};
   if (call.command->compacts()) {
     order.push_back(start.compaction());
     order.push_back(start.size_Guard());
@@ -159,10 +163,12 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
                                                    surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},
                      desk);
-  const StartOutcome outcome = run_Steps(start_Order(
-      start, call, desk, {call.user, password.value_or(std::string())}, surroundings.password_limits));
+  int prepared = kExitDone;
+  const StartOutcome outcome =
+      run_Steps(start_Order(start, call, desk, {call.user, password.value_or(std::string())},
+                            surroundings.password_limits, prepared));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
-  if (!outcome.ready) return kExitRefused;
+  if (!outcome.ready) return prepared == kExitDone ? kExitRefused : prepared;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
   int status = call.command->run(session);
   if (status == kExitRefused && desk.was_Interrupted()) status = kExitStopped;

@@ -58,6 +58,9 @@ class Command {
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void add_Options(CLI::App& /*app*/) {}
+  // What is done to the locked home before its store is looked at. kExitDone goes on with the start; any other status
+  // ends the command, told why.
+  [[nodiscard]] virtual int prepare(const Home& /*home*/, Desk& /*desk*/) { return kExitDone; }
   // Exit status: kExitDone, or kExitRefused after the desk told why, which counts as kExitStopped where Ctrl-C stopped
   // a job of the command; kExitStopped where what was done so far stands.
   virtual int run(Session& session) = 0;

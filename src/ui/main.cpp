@@ -4,6 +4,8 @@
 #include <csignal>
 #include <filesystem>
 
+#include "core/platform.hpp"
+#include "core/transfer.hpp"
 #include "ui/application.hpp"
 #include "ui/end_watch.hpp"
 #include "ui/program.hpp"
@@ -21,6 +23,7 @@ lotmere::Home home_Of(const QString& named) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  lotmere::open_StandardStreams();
   ::umask(S_IRWXG | S_IRWXO);     // what the program writes is its owner's to read
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   QApplication application(argc, argv);
@@ -40,11 +43,16 @@ int main(int argc, char** argv) {
                                                    ? lotmere::ui::Appearance::dark
                                                    : lotmere::ui::Appearance::light);
   lotmere::ui::WindowDesk desk;
-  lotmere::ui::Program program(home_Of(parser.value(home)), desk);
+  const lotmere::Home folder = home_Of(parser.value(home));
   const lotmere::ui::EndWatch watch;
-  QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
-  if (!program.start()) return EXIT_FAILURE;
-  const int status = QApplication::exec();
-  program.finish();
-  return status;
+  for (;;) {
+    lotmere::ui::Program program(folder, desk);
+    const auto ends = QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
+    if (!program.start()) return EXIT_FAILURE;
+    const int status = QApplication::exec();
+    program.finish();
+    QObject::disconnect(ends);
+    // Else a new start puts it in place.
+    if (desk.is_Ending() || !lotmere::restore_Waits(folder)) return status;
+  }
 }

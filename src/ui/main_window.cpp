@@ -6,10 +6,12 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
 #include "conditions/pages.hpp"
+#include "core/transfer.hpp"
 #include "history/status.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/help_texts.hpp"
@@ -24,6 +26,22 @@ namespace {
 
 constexpr int kTabCount = 3;
 constexpr QSize kSize{1240, 780};
+constexpr const char* kDownloadTip = "正在下载，请稍候．．．";
+constexpr const char* kEverythingFilter = "Lotmere 全部数据 (*.lotmere);;全部文件 (*)";
+
+// The text beside the bar while store and profiles are written or read.
+class TipScope {
+ public:
+  explicit TipScope(ProgressControl& control) : control_(control) {
+    control_.set_TipTxt(QStringLiteral("正在处理，请稍候．．．"));
+  }
+  TipScope(const TipScope&) = delete;
+  TipScope& operator=(const TipScope&) = delete;
+  ~TipScope() { control_.set_TipTxt(QString::fromUtf8(kDownloadTip)); }
+
+ private:
+  ProgressControl& control_;
+};
 
 }  // namespace
 
@@ -58,7 +76,7 @@ MainWindow::MainWindow(Session& session)
   make_StatusBar();
   progress_ = new ProgressControl(session_.desk, this);
   progress_->setObjectName(QStringLiteral("myJinDuCTL1"));
-  progress_->set_TipTxt(QStringLiteral("正在下载，请稍候．．．"));
+  progress_->set_TipTxt(QString::fromUtf8(kDownloadTip));
   history_->set_Progress(*progress_);
   connect_Pages();
   history_->load_Entry();
@@ -75,8 +93,37 @@ void MainWindow::add_Commands() {
   });
   session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
                         [this] { session_.desk.tell(utf8(steps_Text()), Tone::information, "如何使用？"); });
+  session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { save_Store(); });
+  session_.commands.add({"mnu_StoreRestore", QStringLiteral("读入全部数据(&L)...")},
+                        [this] { restore_Store(); });
   session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
                         [this] { toggle_Appearance(); });
+}
+
+void MainWindow::save_Store() {
+  const QString proposed = QStringLiteral("%1/Lotmere-%2.lotmere")
+                               .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                                    QString::fromStdString(format_Date(session_.clock.today())));
+  const QString file = session_.desk.choose_NewFile(QStringLiteral("保存全部数据"),
+                                                    QString::fromUtf8(kEverythingFilter), proposed);
+  if (file.isEmpty()) return;
+  const TipScope tip(*progress_);
+  const ProgressPlace place(session_.desk, *progress_);
+  if (save_Everything(session_.store, session_.home, session_.desk, file.toStdString()) == Transfer::done)
+    session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
+}
+
+void MainWindow::restore_Store() {
+  const QString file =
+      session_.desk.choose_File(QStringLiteral("读入全部数据"), QString::fromUtf8(kEverythingFilter));
+  if (file.isEmpty()) return;
+  {
+    const TipScope tip(*progress_);
+    const ProgressPlace place(session_.desk, *progress_);
+    if (prepare_Restore(session_.home, session_.desk, file.toStdString()) != Transfer::done) return;
+  }
+  session_.desk.tell("全部数据已读入，窗口将重新打开。");
+  end_Program();
 }
 
 void MainWindow::make_Top() {
@@ -129,7 +176,8 @@ void MainWindow::make_Menus() {
            {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
             "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
   add_Menu("mnu_Else", QStringLiteral("其它(&E)"),
-           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_Appearance", "cmm_help"});
+           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
+            "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});
   add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
 }

@@ -59,6 +59,9 @@ class MainWindow : public QMainWindow {
   void switch_User();
   void set_Busy(bool busy);
   void toggle_Appearance();
+  void save_Store();
+  // Behind a restore the program ends; what is to come is put in place by the start that follows.
+  void restore_Store();
 
   Session& session_;
   const QString main_caption_;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/store_files.hpp"
+#include "core/transfer.hpp"
 
 namespace lotmere::ui {
 
@@ -70,6 +71,7 @@ void Program::end() {
 
 void Program::finish() {
   if (!session_ || session_->store.db().getTotalChanges() == 0) return;
+  if (restore_Waits(start_.home())) return;  // the store is about to be replaced
   run_Guarded(desk_, [this] {
     if (!copy_Database(start_.home().main_Db(), start_.home().backup_Db(), files_))
       desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);

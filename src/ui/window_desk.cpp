@@ -129,6 +129,12 @@ QString WindowDesk::choose_File(const QString& title, const QString& filter) {
   return ending_ ? QString() : QFileDialog::getOpenFileName(window_, title, QString(), filter);
 }
 
+QString WindowDesk::choose_NewFile(const QString& title, const QString& filter, const QString& proposed) {
+  return ending_ ? QString()
+                 : QFileDialog::getSaveFileName(window_, title, proposed, filter, nullptr,
+                                                QFileDialog::DontConfirmOverwrite);
+}
+
 bool WindowDesk::run_Dialog(QDialog& dialog) { return !ending_ && dialog.exec() == QDialog::Accepted; }
 
 bool WindowDesk::open_Outside(const QUrl& address) { return !ending_ && QDesktopServices::openUrl(address); }

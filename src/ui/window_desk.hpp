@@ -40,6 +40,9 @@ class WindowDesk : public QObject, public Desk {
 
   // A file that the person picks to be read; empty when they cancel.
   virtual QString choose_File(const QString& title, const QString& filter);
+  // A file that the user names to be written, with the folder and name proposed; empty when they cancel. Whoever
+  // writes asks about one that stands.
+  virtual QString choose_NewFile(const QString& title, const QString& filter, const QString& proposed);
   // Shows a dialog until the person closes it; true when they accepted it.
   virtual bool run_Dialog(QDialog& dialog);
   // Hands a file or an address to the desktop's program for it; false where there is none.

@@ -122,7 +122,7 @@ class Faults(unittest.TestCase):
                     home = copy_home(case.home, self.folder / "work")
                     status, said = self.run_work(case.command, preexec_fn=lambda: fill_disk(limit))
                     said = "".join(line for line in said.splitlines(True) if not line.endswith("]\n"))  # questions
-                    fault, state = find_fault(case, home)
+                    fault, state = find_fault(self.program, case, home)
                     self.assertEqual((fault, bool(said)), (None, status == 1 or state != case.after), said)
                     self.assertIn(state[STORE], (case.before[STORE] if status else None, case.after[STORE]))
                     self.assertEqual(list(home.glob("*.new*")), [])

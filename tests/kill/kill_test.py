@@ -115,6 +115,9 @@ def scenarios(folder):
     shop = [["users", "mode", "multi"], ["users", "login", "--new", "乙"], ["--user", "乙", *picked[0]],
             ["users", "login", "--new", "甲"], ["--user", "甲", "conditions", "interval", "1", "1-5"],
             'UPDATE "过滤条件" SET "Value"=1-"Value" WHERE "ID" BETWEEN 1000 AND 1100']
+    # Other draws, and a user more than the file has.
+    saved = [*shop[:-1], ["store", "save", folder / "shop.lotmere"],
+             ["--user", "甲", *fetch[0]], ["users", "login", "丙"]]
     return [
         Scenario("first start", [], ["numbers", "show"]),
         Scenario("draws fetch --all", [["numbers", "show"]], fetch[0]),
@@ -132,6 +135,7 @@ def scenarios(folder):
         Scenario("tickets clear", fetch + tickets, ["--answer", "yes", "tickets", "clear"]),
         Scenario("tickets import", exported, ["tickets", "import", folder / "tickets.txt", "--existing", "replace",
                                               "--period", LAST_PERIOD]),
+        Scenario("store restore", saved, ["--answer", "yes", "store", "restore", folder / "shop.lotmere"], "甲乙"),
         Scenario("store compact", fetch + tickets, ["store", "compact"]),
         Scenario("a known user's login", shop, ["users", "login", "乙"], "甲乙"),
         Scenario("a new user's login", shop, ["users", "login", "--new", "丙"], "甲乙丙"),
@@ -161,8 +165,10 @@ class Prepared:
         self.settings_after = read_settings(program, home, self.users)
 
 
-def find_fault(case, home):
+def find_fault(program, case, home):
     """What is wrong with a home after a kill, or None; and what stands in it."""
+    if (home / "Lotmere.restore").exists():  # a restore that counts already is finished by the next start
+        run(program, home, ["store", "check"])
     try:
         state = read_home(home)
     except sqlite3.DatabaseError as failure:
@@ -190,7 +196,7 @@ def play_round(program, case, home, chance, tally):
     process.send_signal(signal.SIGKILL)
     process.communicate()
     caught = any((home / name).exists() for name in case.passing)
-    fault, state = find_fault(case, home)
+    fault, state = find_fault(program, case, home)
     if process.returncode == 0:
         tally["after the end"] += 1
         case.duration *= 1 if passing else 0.85  # it follows what is seen: most kills are to come in the middle
@@ -210,7 +216,7 @@ def play_round(program, case, home, chance, tally):
     return None if read_settings(program, home, case.users) == expected else "a user finds other settings"
 
 
-def prove_comparison(cases, folder):
+def prove_comparison(program, cases, folder):
     """One cell changed, a row gone, or a file gone must count as faults; else no round means anything."""
     doctorings = [("tickets clear", STORE, 'UPDATE "历史记录" SET "和值"="和值"+1 WHERE "期号"=' + LAST_PERIOD),
                   ("tickets clear", STORE, 'DELETE FROM "日志表" WHERE "序号"=9'), ("tickets clear", BACKUP, None),
@@ -219,7 +225,7 @@ def prove_comparison(cases, folder):
         case = next(case for case in cases if case.name == scenario)
         home = copy_home(case.home, folder / "doctored")
         execute(home / name, statement) if statement else (home / name).unlink()
-        assert find_fault(case, home)[0] is not None, f"{name}: a doctored home passes the comparison"
+        assert find_fault(program, case, home)[0] is not None, f"{name}: a doctored home passes the comparison"
 
 
 def main():
@@ -235,7 +241,7 @@ def main():
         (folder / "password").write_text("pw\n")
         program = [options.program, "--password-file", folder / "password"]
         cases = [Prepared(program, scenario, folder / scenario.name) for scenario in scenarios(folder)]
-        prove_comparison(cases, folder)
+        prove_comparison(program, cases, folder)
         for number in range(options.rounds):
             case = cases[number % len(cases)]
             if fault := play_round(program, case, folder / "work", chance, tally):

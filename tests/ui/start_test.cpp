@@ -9,6 +9,8 @@
 #include <csignal>
 #include <set>
 
+#include "core/store_files.hpp"
+#include "core/transfer.hpp"
 #include "ui/end_watch.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/login_dialog.hpp"
@@ -274,6 +276,42 @@ TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
   EXPECT_EQ(program.store().value(R"(SELECT count(*) FROM "日志表")"), 2);
   constexpr std::string_view buttons[] = {"删除", "取消"};
   EXPECT_TRUE(!desk.ask("?") && desk.choose("?", buttons, 1) == 1 && !desk.ask_Text("?", "", "x"));
+}
+
+TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
+  open_Settled();
+  choose("tab_2");
+  pick({33});
+  const QString file = QString::fromStdString((home_.path() / "all.lotmere").string());
+  desk_.files = {QString(), file};
+  choose("mnu_StoreSave");
+  EXPECT_TRUE(desk_.told.empty()) << "cancelled";
+  choose("mnu_StoreSave");
+  EXPECT_NE(told().find("all.lotmere"), std::string::npos);
+  pick({1, 33});
+
+  desk_.files = {QString(), file, file};
+  desk_.choices = {std::nullopt, 0};
+  choose("mnu_StoreRestore");
+  choose("mnu_StoreRestore");
+  EXPECT_FALSE(restore_Waits(home_.home())) << "Esc changes nothing";
+  choose("mnu_StoreRestore");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !program_->window().isVisible(); }));
+  program_->finish();
+  EXPECT_TRUE(restore_Waits(home_.home()));
+  program_.reset();
+  open();
+  EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
+  EXPECT_EQ(load_Selection(store()).red[1], PickState::none);
+}
+
+TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
+  settle_Home(home_.store());
+  ASSERT_TRUE(copy_Database(home_.home().main_Db(), home_.home().backup_Db(), real_Files()));
+  std::filesystem::create_directories(home_.path() / "Lotmere.backup.db.new" / "full");
+  open();
+  ASSERT_EQ(desk_.told.size(), 1U);
+  EXPECT_NE(told().find("备份没有更新：文件操作失败"), std::string::npos) << told();
 }
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {

@@ -18,7 +18,7 @@ class ScriptedWindowDesk : public WindowDesk {
   std::deque<bool> answers;                           // of ask()
   std::deque<std::optional<std::size_t>> choices;     // of choose(); nothing stands for Esc or the close box
   std::deque<std::optional<std::string>> texts;       // of ask_Text(); an empty entry stands for cancel
-  std::deque<QString> files;                          // of choose_File(); an empty one stands for cancel
+  std::deque<QString> files;                          // of the file dialogs; an empty one stands for cancel
   std::deque<std::function<bool(QDialog&)>> dialogs;  // of run_Dialog()
   bool opens = true;                                  // what open_Outside() answers
   // Called at every serve(), for instance to press stop in the middle of a job.
@@ -59,6 +59,10 @@ class ScriptedWindowDesk : public WindowDesk {
     tips.push_back({std::string(text), std::string(title), Tone::information});
   }
   QString choose_File(const QString& title, const QString& /*filter*/) override {
+    return take(files, title.toStdString());
+  }
+  QString choose_NewFile(const QString& title, const QString& /*filter*/,
+                         const QString& /*proposed*/) override {
     return take(files, title.toStdString());
   }
   bool run_Dialog(QDialog& dialog) override { return take(dialogs, "a dialog")(dialog); }
