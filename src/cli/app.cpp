@@ -13,6 +13,7 @@
 #include "core/failure.hpp"
 #include "core/store_files.hpp"
 #include "core/text.hpp"
+#include "history/draw_stats.hpp"
 
 namespace lotmere {
 namespace {
@@ -123,6 +124,16 @@ std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& 
   return order;
 }
 
+// The draws keep counts of the intervals, which a kill, an older version or the command itself may have left due.
+// A failure is told and leaves the mark for the next command; this one goes on.
+void recount_Intervals(Store& store, Desk& desk) {
+  try {
+    recount_Due(store, desk);
+  } catch (const std::exception& failure) {
+    desk.show_Tip("各期的区间个数没有重新计算。" + failure_Text(failure), "区间");
+  }
+}
+
 // What the exit of the program does: the user's settings go to their profile. The command's own result stands
 // already and stays current, so a failure is told and saved at the next chance.
 void save_Settings(const ProgramStart& start, Desk& desk) {
@@ -170,8 +181,10 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
   if (!outcome.ready) return prepared == kExitDone ? kExitRefused : prepared;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
+  recount_Intervals(session.store, desk);
   int status = call.command->run(session);
   if (status == kExitRefused && desk.was_Interrupted()) status = kExitStopped;
+  recount_Intervals(session.store, desk);
   if (call.command->needs_User()) save_Settings(start, desk);
   refresh_Backup(start, *call.command, desk);
   desk.settle_Interrupt();

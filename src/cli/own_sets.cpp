@@ -7,7 +7,6 @@
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
 #include "core/number_list.hpp"
-#include "core/periods.hpp"
 #include "core/text.hpp"
 #include "history/draw_stats.hpp"
 
@@ -74,7 +73,7 @@ class IntervalCommand final : public NumberedSetCommand {
  protected:
   bool store_Members(Session& session, std::span<const int> members) override {
     set_Column(session.store, AttributeTable::first, fmt::format("区间{}", index()), members);
-    recountQuJian(session.store, session.desk, firstPeriod(session.store), latestPeriod(session.store));
+    recount_Divided(session.store, session.desk);
     return true;
   }
 };

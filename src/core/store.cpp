@@ -7,6 +7,7 @@
 #include <set>
 
 #include "core/failure.hpp"
+#include "core/interval_mark.hpp"
 #include "core/schema.hpp"
 #include "core/store_files.hpp"
 
@@ -94,6 +95,7 @@ Store::Store(const std::filesystem::path& path) try
     : path_(path), db_(path.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, kBusyTimeoutMs) {
   set_StorePragmas(db_);
   bring_UpToDate(db_);
+  watch_Intervals(db_);
 } catch (const SQLite::Exception& failure) {
   throw StoreFailure(path, failure);
 }

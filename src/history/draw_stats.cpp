@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "core/interval_mark.hpp"
 #include "core/periods.hpp"
 #include "history/draw_columns.hpp"
 
@@ -22,6 +23,7 @@ constexpr std::size_t kRowsWorthABar = 200;
 
 constexpr std::string_view kHeatColumns[] = {"温度5", "温度10"};
 constexpr std::string_view kIntervalColumns[] = {"区间1", "区间2", "区间3", "区间4"};
+constexpr std::string_view kRecountText = "区间重新划分之后，各区间的开出号码个数需要重新计算。。。";
 
 // A row that another program wrote may hold anything; a number outside the game counts as missing.
 Reds usable(Reds reds) {
@@ -93,6 +95,13 @@ void rewrite_Columns(Store& store, Desk& desk, PeriodNo from, PeriodNo to,
   change.commit();
 }
 
+void recount_All(Store& store, Desk& desk) {
+  StoreChange change(store);
+  rewrite_Columns(store, desk, firstPeriod(store), latestPeriod(store), kIntervalColumns);
+  clear_IntervalMark(store);
+  change.commit();
+}
+
 }  // namespace
 
 void calc_DrawStats(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
@@ -116,8 +125,23 @@ void updateWenDu(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
 }
 
 void recountQuJian(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  desk.tell("区间重新划分之后，各区间的开出号码个数需要重新计算。。。");
+  desk.tell(kRecountText);
   rewrite_Columns(store, desk, from, to, kIntervalColumns);
+}
+
+bool recount_Divided(Store& store, Desk& desk) {
+  if (!interval_CountsDue(store)) return false;
+  desk.tell(kRecountText);
+  recount_All(store, desk);
+  return true;
+}
+
+bool recount_Due(Store& store, Desk& desk) {
+  if (!interval_CountsDue(store)) return false;
+  const StatusScope status(desk);
+  desk.show_Status("正在重新计算各区间的开出号码个数．．．");
+  recount_All(store, desk);
+  return true;
 }
 
 int calc_WenDu(Store& store, PeriodNo period, int window) {

@@ -8,6 +8,7 @@
 
 #include "conditions/condition_store.hpp"
 #include "conditions/families.hpp"
+#include "core/interval_mark.hpp"
 #include "core/metrics.hpp"
 #include "core/schema.hpp"
 #include "history/combination_list.hpp"
@@ -136,6 +137,45 @@ TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
     EXPECT_EQ(std::to_string(calc_WenDu(store_, period, 5)), model[i].at("温度5"));
     EXPECT_EQ(std::to_string(calc_qian3qi(store_, period)), model[i].at("前3期出现个数"));
   }
+}
+
+// Whatever changes the intervals leaves the mark in its own change, and only the recount takes it away.
+TEST_F(DrawStats, TheIntervalCountsAreDueUntilTheyAreCountedAnew) {
+  put(400);
+  const auto expect_Counted = [&](int interval) {
+    const std::string name = "区间" + std::to_string(interval);
+    for (const StoredDraw& draw : {draws_.front(), draws_[1], draws_[200], draws_.back()})
+      EXPECT_EQ(field(store_, draw.period, name),
+                std::to_string(members(store_, "号码特性", name, draw.numbers.reds)))
+          << draw.period;
+  };
+  EXPECT_FALSE(recount_Due(store_, desk_) || recount_Divided(store_, desk_));
+  const int some = draws_[200].numbers.reds[0];
+  write_Attribute(store_, AttributeTable::first, "区间1", some, some <= 10);
+  set_Column(store_, AttributeTable::first, "四1", std::vector{5});
+  EXPECT_FALSE(interval_CountsDue(store_)) << "what stands there already, and other columns";
+  {
+    const StoreChange dropped(store_);
+    toggle_Attribute(store_, "区间4", 33);
+    EXPECT_TRUE(interval_CountsDue(store_));
+  }
+  EXPECT_FALSE(interval_CountsDue(store_)) << "a change that is rolled back takes its mark along";
+
+  for (int interval = 1; interval <= 4; ++interval) {
+    toggle_Attribute(store_, "区间" + std::to_string(interval), some);
+    ASSERT_TRUE(interval_CountsDue(store_));
+    const std::string before = dump_History(store_);
+    desk_.on_serve = [] { throw std::runtime_error("the machine"); };
+    EXPECT_THROW(recount_Due(store_, desk_), std::runtime_error);
+    desk_.on_serve = {};
+    EXPECT_TRUE(interval_CountsDue(store_) && dump_History(store_) == before)
+        << "counts and mark are one change";
+    EXPECT_TRUE(interval % 2 == 0 ? recount_Due(store_, desk_) : recount_Divided(store_, desk_));
+    EXPECT_FALSE(interval_CountsDue(store_));
+    expect_Counted(interval);
+  }
+  EXPECT_EQ(desk_.told.size(), 2U) << "only who has divided the intervals is told";
+  EXPECT_EQ(desk_.statuses.back(), "");
 }
 
 TEST_F(DrawStats, AFailureOnTheWayLeavesEveryRowAsItWas) {

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "core/desk_script.hpp"
+#include "core/interval_mark.hpp"
 #include "core/store_files.hpp"
 #include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
@@ -107,6 +108,19 @@ TEST(Users, EachFindsTheirOwnSettingsAgain) {
     shop.desk.answers = {leaves};
     EXPECT_EQ(exit_Program(shop.at()), leaves);
     EXPECT_EQ(current_User(shop.store), leaves ? "" : kGuest);
+  }
+}
+
+TEST(Users, WhoComesWithOtherIntervalsLeavesTheirCountsDue) {
+  Shop shop;
+  shop.enter("甲");
+  shop.enter("乙");
+  EXPECT_FALSE(interval_CountsDue(shop.store)) << "both have the factory's";
+  shop.run(R"(UPDATE "号码特性" SET "区间3"=1 WHERE "号码"=5)");
+  for (const char* name : {"甲", "乙", "丙"}) {  // others of their own, the changed ones, a new user
+    clear_IntervalMark(shop.store);
+    shop.enter(name);
+    EXPECT_TRUE(interval_CountsDue(shop.store)) << name;
   }
 }
 
