@@ -28,12 +28,20 @@ void print_Condition(Session& session, const Condition& condition) {
                              current_Value(session.store, condition));
 }
 
+// The match with past draws has a switch of its own and no number.
+void print_MatchSettings(Session& session) {
+  const HistoryMatch match = load_HistoryMatch(session.store);
+  session.out << fmt::format("-\t{}\t{}\t{}\n", kHistoryMatchName, match.used ? "on" : "off",
+                             match_Text(match));
+}
+
 class ListCommand final : public Command {
  public:
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
   int run(Session& session) override {
     for (const Condition& condition : all_Conditions(session.store)) print_Condition(session, condition);
+    print_MatchSettings(session);
     return kExitDone;
   }
 };
@@ -110,9 +118,9 @@ class UseCommand final : public Command {
   }
 
   int run(Session& session) override {
-    // The match with past draws has a switch of its own, outside the table of the others.
-    if (name_ == kHistoryMatchName) {
+    if (trim(name_) == kHistoryMatchName) {
       set_HistoryMatch(session.store, &HistoryMatch::used, state_ == "on");
+      print_MatchSettings(session);
       return kExitDone;
     }
     const auto condition = named_Condition(session, name_);
@@ -188,7 +196,8 @@ class MatchCommand final : public Command {
   int run(Session& session) override {
     const auto range = read_Range(session.desk, from_, to_);
     if (!range) return kExitRefused;
-    save_HistoryMatch(session.store, {true, range->from, range->to, match_});
+    save_HistoryMatch(session.store, {true, range->from, range->to, match_, true});
+    print_MatchSettings(session);
     return kExitDone;
   }
 

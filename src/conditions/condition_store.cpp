@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "core/row_copy.hpp"
 #include "core/schema.hpp"
 
 namespace lotmere {
@@ -79,14 +78,6 @@ void set_Column(Store& store, AttributeTable table, std::string_view column, std
   StoreChange change(store);
   store.query(fmt::format("UPDATE {} SET {}=0", sql_Name(table_Name(table)), sql_Name(column))).run();
   for (const int number : numbers) write_Attribute(store, table, column, number, true);
-  change.commit();
-}
-
-void restore_Defaults(Store& store) {
-  StoreChange change(store);
-  restoreTiaojian(store);
-  clear_BluePicks(store);
-  clear_RedPicks(store);
   change.commit();
 }
 

@@ -52,7 +52,4 @@ void toggle_Attribute(Store& store, std::string_view column, int number);
 // Makes a column hold exactly these numbers; an empty list clears it.
 void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers);
 
-// The factory conditions with an empty selection ("还原默认值").
-void restore_Defaults(Store& store);
-
 }  // namespace lotmere

@@ -11,7 +11,6 @@
 namespace lotmere {
 namespace {
 
-constexpr int kMatchPeriods = 50;
 constexpr std::string_view kNoNumbers = "无号码，可把鼠标移动到左边的按钮来设置。。。";
 
 std::string division_Numbers(Store& store, const std::string& name) {
@@ -73,12 +72,28 @@ MatchPage load_LiShi(Store& store) {
   MatchPage page{load_HistoryMatch(store), newestPeriods(store, kMatchPeriods), {}};
   for (int k = 1; k <= kRedsPerTicket; ++k)
     page.matches.push_back({std::to_string(k), k, k == page.settings.match});
-  if (page.periods.empty()) return page;
-  page.settings.first = page.periods.back();
-  page.settings.last = page.periods.front();
-  save_HistoryMatch(store, page.settings);
+  if (!page.settings.chosen) {
+    if (page.periods.empty()) return page;
+    const HistoryMatch stored = page.settings;
+    page.settings.first = page.periods.back();
+    page.settings.last = page.periods.front();
+    if (page.settings != stored) save_HistoryMatch(store, page.settings);
+  }
+  // A range may lie among older draws, or name periods without one: what is stored is shown all the same.
+  for (const PeriodNo end : {page.settings.first, page.settings.last})
+    if (std::ranges::find(page.periods, end) == page.periods.end()) page.periods.push_back(end);
+  std::ranges::sort(page.periods, std::ranges::greater());
   return page;
 }
+
+void choose_MatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period) {
+  HistoryMatch settings = load_HistoryMatch(store);
+  settings.*end = period;
+  settings.chosen = true;
+  save_HistoryMatch(store, settings);
+}
+
+void follow_LatestDraws(Store& store) { set_HistoryMatch(store, &HistoryMatch::chosen, false); }
 
 std::array<std::string, kIntervalCount> interval_Previews(Store& store) {
   std::array<std::string, kIntervalCount> previews;

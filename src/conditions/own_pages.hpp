@@ -40,7 +40,8 @@ struct PlacePage {
 // 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value, end.
 struct MatchPage {
   HistoryMatch settings;
-  std::vector<PeriodNo> periods;  // to choose from: the last fifty, newest first
+  std::vector<PeriodNo>
+      periods;  // to choose from, newest first: the last fifty, and the ends of the range as it is
   std::vector<PanelItem> matches;
 };
 struct MatchTexts {
@@ -49,14 +50,21 @@ struct MatchTexts {
   std::string_view dash = "～";
   std::string_view middle = "最大匹配值为";
   std::string_view end = "及以上的号码";
+  std::string_view latest = "期号范围是最近50期，打开这一页时跟着新的开奖记录更新。";
+  std::string_view chosen = "期号范围是自己选的，不会改变；按“最近50期”改为跟着新的开奖记录更新。";
+  std::string_view button = "最近50期";
 };
 inline constexpr MatchTexts kMatchTexts;
-// Every load sets the stored range to the last fifty draws. With an empty history it stays as it is. A choice
-// is stored by `set_HistoryMatch`.
+// Called when the page is really shown: a range that wasn't chosen by hand moves on to the last fifty draws, which is
+// stored. With an empty history it stays as it is.
 [[nodiscard]] MatchPage load_LiShi(Store& store);
+// An end of the range chosen by hand; from then on the range stays. `end` is HistoryMatch::first or last.
+void choose_MatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);
+// The latest draws again, and those to come. The page is loaded anew behind it.
+void follow_LatestDraws(Store& store);
 
-// The draws keep the number counts of the four intervals. After a change of them `recountQuJian` is due for
-// the whole history; the window does it when the page is left. A number button there is `toggle_Attribute`.
+// The draws keep the number counts of the four intervals, so a change of them marks the counts as due
+// (core/interval_mark.hpp). A number button there is `toggle_Attribute`.
 
 // What each of the four intervals holds: " 区间1：　０１  ０２  ", or a hint how numbers get there.
 [[nodiscard]] std::array<std::string, kIntervalCount> interval_Previews(Store& store);

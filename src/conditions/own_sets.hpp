@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "conditions/catalogue.hpp"
@@ -24,16 +25,27 @@ void set_Place(Store& store, int place, std::span<const int> numbers);
 // when no interval has the name.
 bool set_CustomInterval(Store& store, std::string_view name, std::span<const int> numbers);
 
+// All 63 custom intervals hold what the factory put into them.
+void restore_Divisions(Store& store);
+
 // 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last goes.
 struct HistoryMatch {
   bool used = false;
   PeriodNo first = 0;
   PeriodNo last = 0;
   int match = 0;
+  bool chosen =
+      false;  // the range was chosen by hand and stays; else the page moves it on to the latest draws
+
+  friend bool operator==(const HistoryMatch&, const HistoryMatch&) = default;
 };
 inline constexpr std::string_view kHistoryMatchName = "历史数据过滤";
+// How many draws a range that nobody chose by hand has, the latest ones.
+inline constexpr int kMatchPeriods = 50;
 [[nodiscard]] HistoryMatch load_HistoryMatch(Store& store);
 void save_HistoryMatch(Store& store, const HistoryMatch& settings);
+// Range and match value as one line: "２０２６０４１～２０２６０９０，最大匹配值 ６（自选范围）".
+[[nodiscard]] std::string match_Text(const HistoryMatch& settings);
 // One of the settings alone; the others stay.
 template <class Value>
 void set_HistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
@@ -41,5 +53,9 @@ void set_HistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
   settings.*setting = value;
   save_HistoryMatch(store, settings);
 }
+
+// Everything that can be set back to the factory ("还原默认值"): conditions, groups, intervals, custom divisions,
+// 历史数据过滤; and nothing is picked.
+void restore_Defaults(Store& store);
 
 }  // namespace lotmere

@@ -2,8 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
+#include "conditions/panel.hpp"
 #include "conditions/values.hpp"
 #include "core/text.hpp"
 
@@ -97,6 +103,61 @@ std::string counts_Text(Store& store, const Condition& group) {
   return list.empty() ? "（条 件 未 设 置）" : fmt::format(" 允许开出个数（{}）", list);
 }
 
+// Numbers and allowed counts of a set of the user's own.
+std::string own_SetText(Store& store, const Condition& set, AttributeTable table) {
+  return members_Text(read_AttributeColumn(store, table, set.name)) + " ——" + counts_Text(store, set);
+}
+
+bool has_Line(UsageId usage) {
+  const bool group = usage >= usage_OfGroup(1) && usage <= usage_OfGroup(kGroupCount);
+  return group || std::ranges::find(kLines, usage, &SummaryLine::usage) != std::end(kLines);
+}
+
+std::string ticked_Families(Store& store, const Condition& condition) {
+  std::string text;
+  for (const PanelItem& item : panel_Items(store, condition))
+    if (item.selected) text += to_QuanJiao(item.text) + "  ";
+  return text;
+}
+
+// What stands behind the label of a setting that is on and has no line of its own.
+std::string extra_Content(Store& store, const Condition& condition) {
+  switch (condition.kind) {
+    case CellKind::value:
+      return tj_CurrentValue(store, condition.first, condition.last);
+    case CellKind::count:
+      return tj_CurrentValue(store, condition.first, condition.first + cell_Count(condition) - 1);
+    case CellKind::shape:
+    case CellKind::run_shape:
+      return ticked_Values(store, condition);
+    case CellKind::sum_family:
+    case CellKind::position:
+      return ticked_Families(store, condition);
+    default:
+      return "使 用";
+  }
+}
+
+// The settings that have no line of their own: label and content of each that is on.
+std::vector<std::pair<std::string, std::string>> extra_Lines(Store& store) {
+  std::vector<std::pair<std::string, std::string>> lines;
+  bool placed = false;
+  for (const Condition& condition : all_Conditions(store)) {
+    if (has_Line(condition.usage) || !is_Ticked(store, condition.usage)) continue;
+    const bool values = condition.kind == CellKind::value || condition.kind == CellKind::count;
+    if (condition.kind == CellKind::position && !std::exchange(placed, true))
+      lines.emplace_back(" 号码定位容错值： ", to_QuanJiao(condition_Value(store, kToleranceCell)));
+    if (condition.kind == CellKind::count && condition.turn != 0)
+      lines.emplace_back(" " + condition.name, own_SetText(store, condition, AttributeTable::third));
+    else
+      lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
+                         extra_Content(store, condition));
+  }
+  if (const HistoryMatch match = load_HistoryMatch(store); match.used)
+    lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), match_Text(match));
+  return lines;
+}
+
 }  // namespace
 
 std::array<std::string, 10> tj_FillGroups(Store& store) {
@@ -105,8 +166,7 @@ std::array<std::string, 10> tj_FillGroups(Store& store) {
     const Condition& group = condition_OfUsage(usage_OfGroup(g));
     std::string& item = items[static_cast<std::size_t>(g - 1)];
     if (is_Ticked(store, group.usage))
-      item = group.name + members_Text(read_AttributeColumn(store, AttributeTable::first, group.name)) +
-             " ——" + counts_Text(store, group);
+      item = group.name + own_SetText(store, group, AttributeTable::first);
     else
       // The tenth name is a character longer; one blank less keeps the lines even.
       item = group.name + (g == kGroupCount ? "——　未 使 用 " : " ——　未 使 用 ");
@@ -130,6 +190,7 @@ std::string tj_Summary(Store& store) {
                                                  : std::string(kUnused));
   for (const std::string& item : tj_FillGroups(store)) add(" ", item);
   add(" 缩 水 类 型： ", shrink_Caption(condition_Value(store, kShrinkTypeCell)));
+  for (const auto& [label, content] : extra_Lines(store)) add(label, content);
   return text;
 }
 

@@ -46,12 +46,11 @@ std::int64_t filter_LiShi(PipelineRun& run) {
   if (!settings.used) return 0;
   const PassLines lines{"[历史数据过滤]过滤正进行中．．．", "[历史数据过滤]过滤后余："};
   const auto draws = load_DrawnReds(run.store, settings.first, std::min(settings.last, run.period - 1));
-  if (draws.empty()) {
-    // Nothing is filtered, so the marks stay too; the line tells the tickets that stand.
-    if (run.tickets.size() != 0)
-      run.desk.running_Text().append_Line(lines.result +
-                                          to_QuanJiao(static_cast<std::int64_t>(run.tickets.size())) + " 注");
-    return static_cast<std::int64_t>(run.tickets.size());
+  if (draws.empty() || run.tickets.size() == 0) {
+    // Nothing is filtered, so the marks stay too; the line tells the tickets that stand, none as well.
+    const auto standing = static_cast<std::int64_t>(run.tickets.size());
+    run.desk.running_Text().append_Line(lines.result + to_QuanJiao(standing) + " 注");
+    return standing;
   }
   DrawMatch match(settings.match);
   for (const Balls draw : draws) match.add(draw);

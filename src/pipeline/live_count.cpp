@@ -2,15 +2,19 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "core/desk.hpp"
 #include "core/periods.hpp"
 #include "core/text.hpp"
 #include "pipeline/run.hpp"
 #include "tickets/init.hpp"
-#include "tickets/upkeep.hpp"
 
 namespace lotmere {
 namespace {
+
+constexpr std::size_t kBlock = 4096;
+constexpr std::size_t kGatherBlock = 128 * kBlock;  // some milliseconds
 
 // Nobody sits here: what the passes say is lost, and a count that is dropped stops as a run does.
 class SilentDesk final : public Desk {
@@ -38,12 +42,24 @@ class SilentDesk final : public Desk {
 
 }  // namespace
 
+std::optional<PeriodNo> LiveCount::first_Period(const Dropped& dropped) {
+  Query rows = store_.query(R"(SELECT "期号" FROM "日志表")");
+  PeriodNo first = 0;
+  for (std::size_t row = 0; rows.next(); ++row) {
+    if (row % kBlock == kBlock - 1 && dropped && dropped()) return std::nullopt;
+    first = row == 0 ? rows.number(0) : std::min(first, rows.number(0));
+  }
+  return first;
+}
+
 bool LiveCount::hold_Table(const Dropped& dropped) {
   held_ = Held::nothing;
   tickets_ = {};
-  const PeriodNo period = first_TicketPeriod(store_);
-  auto tickets = load_Tickets(store_, period, [&](std::size_t) { return dropped && dropped(); });
+  const auto period = first_Period(dropped);
+  if (!period) return false;
+  auto tickets = load_Tickets(store_, *period, [&](std::size_t) { return dropped && dropped(); });
   if (!tickets) return false;
+  if (dropped && dropped()) return false;
   tickets->stored = {};  // nothing is written back
   if (tickets->size() == 0) return true;
   tickets_ = std::move(*tickets);
@@ -62,12 +78,23 @@ void LiveCount::hold_Selection(const NumberSelection& selection) {
   held_ = Held::selection;
 }
 
-void LiveCount::gather_Groups() {
+bool LiveCount::copy_Tickets(const Dropped& dropped) {
+  left_.period = tickets_.period;
+  const auto copy = [&](auto column) {
+    left_.*column = tickets_.*column;
+    return !dropped || !dropped();
+  };
+  return copy(&TicketSet::balls) && copy(&TicketSet::origin) && copy(&TicketSet::seq) &&
+         copy(&TicketSet::mark) && copy(&TicketSet::shrink) && copy(&TicketSet::score);
+}
+
+bool LiveCount::gather_Groups(const Dropped& dropped) {
   groups_.truncate(0);
   groups_.period = left_.period;
   group_rows_.clear();
   Balls six = ~Balls{0};
   for (std::size_t row = 0; row < left_.size(); ++row) {
+    if (row % kGatherBlock == kGatherBlock - 1 && dropped && dropped()) return false;
     if ((left_.balls[row] & kRedBytes) == six) continue;
     six = left_.balls[row] & kRedBytes;
     groups_.add(six);
@@ -75,6 +102,7 @@ void LiveCount::gather_Groups() {
     group_rows_.push_back(row);
   }
   group_rows_.push_back(left_.size());
+  return true;
 }
 
 void LiveCount::keep_Groups() {
@@ -102,7 +130,7 @@ std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dr
   result.tickets = static_cast<std::int64_t>(tickets_.size());
 
   SilentDesk desk(dropped);
-  left_ = tickets_;
+  if (!copy_Tickets(dropped)) return std::nullopt;
   PipelineRun rows{store_, desk, left_, left_.period};
   PipelineRun groups{store_, desk, groups_, left_.period};
   const CombinationTurns turns = load_Combinations(store_, periodsBack(store_, left_.period, 1));
@@ -113,7 +141,7 @@ std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dr
   // Which tickets the passes leave doesn't depend on their order, but for a mark above 0 behind the first that
   // ran, which the combinations count down from. So those that look at the blue can go first and last.
   run_Kinds(rows, [](PassKind kind) { return kind == PassKind::positions; });
-  gather_Groups();
+  if (!gather_Groups(dropped)) return std::nullopt;
   run_Kinds(groups, [](PassKind kind) { return kind != PassKind::positions && kind != PassKind::reduction; });
   keep_Groups();
   run_Kinds(rows, [](PassKind kind) { return kind == PassKind::reduction; });

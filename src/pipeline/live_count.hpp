@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/game.hpp"
@@ -47,13 +48,17 @@ class LiveCount {
  private:
   enum class Held { nothing, table, selection };
 
+  // The period that first_TicketPeriod() gives, found row by row so that a large table is looked at in pieces.
+  std::optional<PeriodNo> first_Period(const Dropped& dropped);
   // False when it was dropped while the tickets were read.
   bool hold_Table(const Dropped& dropped);
   void hold_Selection(const NumberSelection& selection);
 
+  // Fills left_ with the tickets that are held. This and the next are false when the count was dropped on the way.
+  bool copy_Tickets(const Dropped& dropped);
   // The same six with several blues stand together: the passes that look at the reds alone walk over one ticket
   // for each such group, the group's first.
-  void gather_Groups();
+  bool gather_Groups(const Dropped& dropped);
   // Takes the rows of the groups that are gone out of left_.
   void keep_Groups();
 
@@ -67,7 +72,8 @@ class LiveCount {
   std::vector<std::size_t> group_rows_;  // where the rows of each group start in left_, and the end
 };
 
-// The line at the foot of the condition page.
+// The line at the foot of the condition page; and what stands there while a count takes its time.
+inline constexpr std::string_view kCountingText = "正在计算按当前条件过滤缩水后余下的注数．．．";
 [[nodiscard]] std::string live_Text(const LiveCount::Result& result);
 
 }  // namespace lotmere

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "ui/text.hpp"
 
@@ -48,6 +49,12 @@ void CheckList::show_Items(std::vector<PanelItem> items) {
   model_->show_Items(std::move(items));
   if (row >= 0 && row < model_->rowCount()) setCurrentIndex(model_->index(row));
   verticalScrollBar()->setValue(place);
+}
+
+void CheckList::take_Back(int k) {
+  const auto& items = model_->items();
+  const auto item = std::ranges::find(items, k, &PanelItem::k);
+  if (item != items.end()) model_->toggle(static_cast<int>(item - items.begin()));
 }
 
 void CheckList::toggle(const QModelIndex& index) {

@@ -37,6 +37,8 @@ class CheckList : public QListView {
   // is never taken for a click.
   void show_Items(std::vector<PanelItem> items);
   [[nodiscard]] const CheckListModel& list() const { return *model_; }
+  // A click on the item of `k` couldn't be stored: its mark is as it was.
+  void take_Back(int k);
 
  Q_SIGNALS:
   // The person ticked or unticked a row; `k` is the one of its item.

@@ -17,6 +17,7 @@ void run_Guarded(WindowDesk& desk, const std::function<void()>& work) {
 void CommandRunner::run(const std::function<void()>& command) {
   if (running_) return;
   running_ = true;
+  Q_EMIT begins();
   run_Guarded(desk_, command);
   running_ = false;
   desk_.show_RunningText();

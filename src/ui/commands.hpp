@@ -31,6 +31,8 @@ class CommandRunner : public QObject {
   [[nodiscard]] bool is_Running() const { return running_; }
 
  Q_SIGNALS:
+  // In front of a command that runs.
+  void begins();
   // Behind a command, with its failure told.
   void finished();
 

@@ -6,11 +6,15 @@
 
 namespace lotmere::ui {
 
-void ConditionClicks::change(const std::function<void()>& write) {
+bool ConditionClicks::change(const std::function<void()>& write, const std::function<void()>& show) {
+  bool stored = false;
   session_.commands.runner().run([&] {
     write();
+    stored = true;
     Q_EMIT changed();
+    if (show) show();
   });
+  return stored;
 }
 
 QString ConditionClicks::tip_Text(const Condition& condition, const QString& line) {
@@ -28,24 +32,40 @@ void ConditionClicks::set_Tip(PanelBox& panel, const Condition& condition) {
   panel.box().set_TipText([this, &panel, condition] { return tip_Text(condition, panel.line()); });
 }
 
-void ConditionClicks::connect_Panel(PanelBox& panel, const Condition& condition) {
+void ConditionClicks::connect_Box(PanelBox& panel, UsageId usage) {
+  connect(&panel, &PanelBox::box_Clicked, this, [this, usage, &panel](bool on) {
+    if (!change([&] { set_Usage(session_.store, usage, on); })) panel.take_BoxBack();
+  });
+}
+
+void ConditionClicks::connect_Panel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
   set_Tip(panel, condition);
-  connect(&panel, &PanelBox::box_Clicked, this, [this, usage = condition.usage](bool on) {
-    change([&] { set_Usage(session_.store, usage, on); });
-  });
-  connect(&panel, &PanelBox::item_Clicked, this, [this, condition](int k, bool selected) {
-    change([&] { click_Item(session_.store, condition, k, selected); });
-  });
+  connect_Box(panel, condition.usage);
+  connect(&panel, &PanelBox::item_Clicked, this,
+          [this, condition, &panel, show = std::move(show)](int k, bool selected) {
+            if (!change([&] { click_Item(session_.store, condition, k, selected); }, show))
+              panel.list().take_Back(k);
+          });
 }
 
 void ConditionClicks::connect_Leading(PanelBox& panel, const Condition& condition) {
   set_Tip(panel, condition);
-  connect(&panel, &PanelBox::box_Clicked, this, [this, usage = condition.usage](bool on) {
-    change([&] { set_Usage(session_.store, usage, on); });
-  });
+  connect_Box(panel, condition.usage);
   connect(&panel, &PanelBox::item_Clicked, this, [this, condition, &panel](int k, bool selected) {
-    change([&] { panel.show_Box(click_LeadingItem(session_.store, condition, k, selected)); });
+    BoxState box{};
+    const bool stored = change([&] { box = click_LeadingItem(session_.store, condition, k, selected); });
+    if (stored)
+      panel.show_Box(box);
+    else
+      panel.list().take_Back(k);
   });
+}
+
+void show_Only(QButtonGroup& options, QAbstractButton* option) {
+  if (option != nullptr) return option->setChecked(true);
+  options.setExclusive(false);
+  for (QAbstractButton* each : options.buttons()) each->setChecked(false);
+  options.setExclusive(true);
 }
 
 }  // namespace lotmere::ui

@@ -44,10 +44,12 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  connect(picker_, &NumberPicker::picked, this, [this](const QString& name, const std::vector<int>& numbers) {
-    clicks_.change([&] { set_CustomInterval(session_.store, utf8(name), numbers); });
-    show_Division();
-  });
+  connect(picker_, &NumberPicker::picked, this,
+          [this](const QString& name, const std::vector<int>& numbers, int clicked) {
+            if (!clicks_.change([&] { set_CustomInterval(session_.store, utf8(name), numbers); },
+                                [this] { show_Division(); }))
+              picker_->take_Back(clicked);
+          });
 }
 
 QGridLayout* ConditionSheetView::add_Section(const QString& title) {
@@ -66,12 +68,12 @@ QGridLayout* ConditionSheetView::add_Section(const QString& title) {
 }
 
 PanelBox* ConditionSheetView::add_Panel(QGridLayout* grid, const QString& list, const QString& box,
-                                        const Condition& condition) {
+                                        const Condition& condition, std::function<void()> show) {
   auto* panel = new PanelBox(list, box, page_);
   panel->list().setFixedHeight(kListHeight);
   const int place = grid->count();
   grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
-  clicks_.connect_Panel(*panel, condition);
+  clicks_.connect_Panel(*panel, condition, std::move(show));
   return panel;
 }
 
@@ -80,8 +82,8 @@ void ConditionSheetView::make_Slots() {
   for (int i = 0; i < kSlotCount; ++i) {
     const Condition* condition = slot_Condition(i);
     if (condition == nullptr) continue;
-    slots_[i] = add_Panel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition);
-    connect(slots_[i], &PanelBox::item_Clicked, this, [this, i] { show_SlotTip(i); });
+    slots_[i] = add_Panel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
+                          [this, i] { show_SlotTip(i); });
   }
   QGridLayout* intervals = add_Section(QStringLiteral("区间"));
   for (int i = 0; i < kIntervalCount; ++i)
@@ -113,8 +115,9 @@ void ConditionSheetView::make_Combinations() {
   connect(periods_, &QComboBox::activated, this,
           [this] { session_.commands.runner().run([this] { build_Combinations(); }); });
   connect(combinations_, &CheckList::item_Clicked, this, [this](int turn, bool selected) {
-    clicks_.change(
-        [&] { click_Item(session_.store, condition_OfUsage(usage_OfTurn(turn)), turn, selected); });
+    const Condition& condition = condition_OfUsage(usage_OfTurn(turn));
+    if (!clicks_.change([&] { click_Item(session_.store, condition, turn, selected); }))
+      combinations_->take_Back(turn);
   });
   QGridLayout* shapes = add_Section(QStringLiteral("组合形式"));
   const auto panels = tj_FillShapes(session_.store);
@@ -136,9 +139,12 @@ void ConditionSheetView::make_Divisions() {
   }
   options->addStretch();
   static_cast<QVBoxLayout*>(page_->layout())->insertLayout(page_->layout()->count() - 1, options);
-  connect(group, &QButtonGroup::idClicked, this, [this](int division) {
-    shown_division_ = division;
-    session_.commands.runner().run([this] { show_Division(); });
+  connect(group, &QButtonGroup::idClicked, this, [this, group](int division) {
+    session_.commands.runner().run([this, division] {
+      shown_division_ = division;
+      show_Division();
+    });
+    group->button(shown_division_)->setChecked(true);  // a running command has refused the click
   });
   for (int i = 0; i < kLargestDivision; ++i) {
     auto* place = new QWidget(page_);
@@ -153,10 +159,12 @@ void ConditionSheetView::make_Divisions() {
     grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
     connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pick_Numbers(i); });
     connect(division_[i], &PanelBox::box_Clicked, this, [this, i](bool on) {
-      clicks_.change([&] { set_Usage(session_.store, division_panels_[i].condition.usage, on); });
+      if (!clicks_.change([&] { set_Usage(session_.store, division_panels_[i].condition.usage, on); }))
+        division_[i]->take_BoxBack();
     });
     connect(division_[i], &PanelBox::item_Clicked, this, [this, i](int k, bool selected) {
-      clicks_.change([&] { click_Item(session_.store, division_panels_[i].condition, k, selected); });
+      if (!clicks_.change([&] { click_Item(session_.store, division_panels_[i].condition, k, selected); }))
+        division_[i]->list().take_Back(k);
     });
   }
 }
@@ -209,8 +217,10 @@ void ConditionSheetView::show_Division() {
 
 void ConditionSheetView::pick_Numbers(int place) {
   const std::string& name = division_panels_[static_cast<std::size_t>(place)].panel.caption;
-  picker_->open(shown(name), read_AttributeColumn(session_.store, AttributeTable::third, name),
-                *pickers_[place]);
+  session_.commands.runner().run([&] {
+    picker_->open(shown(name), read_AttributeColumn(session_.store, AttributeTable::third, name),
+                  *pickers_[place]);
+  });
 }
 
 }  // namespace lotmere::ui

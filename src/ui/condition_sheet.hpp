@@ -29,7 +29,8 @@ class ConditionSheetView : public QScrollArea {
  private:
   void panel_Reload();
   QGridLayout* add_Section(const QString& title);
-  PanelBox* add_Panel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition);
+  PanelBox* add_Panel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
+                      std::function<void()> show = {});
   void make_Slots();
   void make_Combinations();
   void make_Divisions();

@@ -15,6 +15,8 @@ constexpr int kPadWidth = 330;
 constexpr int kTabsWidth = 138;
 constexpr int kCountDelay = 15;   // milliseconds behind a click, which is painted first
 constexpr int kCountAgain = 100;  // milliseconds, while a command runs
+constexpr std::chrono::milliseconds kCountSlice{10};
+constexpr int kSlicesUnseen = 20;  // a count that takes longer says that it is under way
 
 int tab_OfKind(PageKind kind) {
   const auto pages = condition_Pages();
@@ -33,7 +35,8 @@ ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
     : QWidget(parent), session_(session), clicks_(session), live_(session.store) {
   count_timer_.setSingleShot(true);
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::count_Survivors);
-  connect(&clicks_, &ConditionClicks::changed, this, [this] { count_timer_.start(kCountDelay); });
+  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::setting_Changed);
+  connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::drop_Count);
   add_Commands();
 }
 
@@ -74,8 +77,15 @@ void ConditionsPage::make_Contents() {
   layout->addLayout(right, 1);
   connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
     count_->setText(compact(text));
+    if (pages_->currentWidget() == summary_) load_Summary();
     count_timer_.start(kCountDelay);
   });
+}
+
+void ConditionsPage::setting_Changed() {
+  // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is stale.
+  if (pages_->currentWidget() != pane_) pane_->sheet().mark_Stale();
+  count_timer_.start(kCountDelay);
 }
 
 void ConditionsPage::mark_Stale() {
@@ -97,6 +107,7 @@ QWidget* ConditionsPage::make_Tabs() {
   connect(tabs_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& index) {
             session_.commands.runner().run([this, &index] { show_Tab(index.row() + 1); });
+            mark_Tab();  // a running command has refused it
           });
   return tabs_;
 }
@@ -104,10 +115,7 @@ QWidget* ConditionsPage::make_Tabs() {
 void ConditionsPage::add_Commands() {
   Commands& commands = session_.commands;
   const auto add_Tab = [&](const ActionText& text, int tab) {
-    commands.add(text, [this, tab] {
-      Q_EMIT wanted();
-      show_Tab(tab);
-    });
+    commands.add(text, [this, tab] { bring_Tab(tab); });
   };
   add_Tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
            QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
@@ -127,13 +135,29 @@ void ConditionsPage::add_Commands() {
 void ConditionsPage::show_Tab(int tab) {
   tab_ = tab;
   if (pages_ == nullptr) return;
-  const QSignalBlocker quiet(tabs_->selectionModel());
-  tabs_->setCurrentIndex(captions_.index(tab - 1));
-  tabs_->viewport()->update();
+  mark_Tab();
   load_Tab();
 }
 
+void ConditionsPage::mark_Tab() {
+  const QSignalBlocker quiet(tabs_->selectionModel());
+  tabs_->setCurrentIndex(captions_.index(tab_ - 1));
+  tabs_->viewport()->update();
+}
+
+void ConditionsPage::bring_Tab(int tab) {
+  // The tab that stood there before isn't shown on the way: showing one may store something.
+  tab_ = tab;
+  tab_loaded_ = false;
+  Q_EMIT wanted();
+  mark_Tab();
+  if (!tab_loaded_) load_Tab();
+}
+
+void ConditionsPage::load_Summary() { summary_->setPlainText(shown(tj_Summary(session_.store))); }
+
 void ConditionsPage::load_Tab() {
+  tab_loaded_ = true;
   const PageKind kind = condition_Page(tab_).kind;
   switch (kind) {
     case PageKind::picks:
@@ -152,7 +176,7 @@ void ConditionsPage::load_Tab() {
       shrink_->load();
       return pages_->setCurrentWidget(shrink_);
     case PageKind::summary:
-      summary_->setPlainText(shown(tj_Summary(session_.store)));
+      load_Summary();
       return pages_->setCurrentWidget(summary_);
     default:
       panels_->open(tab_);
@@ -162,25 +186,45 @@ void ConditionsPage::load_Tab() {
 
 void ConditionsPage::open() {
   if (pages_ == nullptr) make_Contents();
+  counting_.reset();
   live_.forget();
   pad_->open();
   load_Tab();
 }
 
+void ConditionsPage::drop_Count() {
+  if (!counting_) return;
+  counting_.reset();
+  count_timer_.start(kCountDelay);
+}
+
 void ConditionsPage::count_Survivors() {
-  if (!isVisible()) return;
+  if (!isVisible()) return counting_.reset();
   if (session_.commands.runner().is_Running()) return count_timer_.start(kCountAgain);
   run_Guarded(session_.desk, [this] {
-    if (const auto result = live_.count(session_.next_Period()))
-      survivors_->setText(shown(live_Text(*result)));
+    if (!counting_) {
+      slices_ = 0;
+      counting_ = std::make_unique<SlicedWork>(
+          [this, period = session_.next_Period()](const SlicedWork::Pause& pause) {
+            counted_ = live_.count(period, pause);
+          },
+          kCountSlice);
+    }
+    auto work = std::move(counting_);  // gone, should it fail
+    if (work->resume()) {
+      if (counted_) survivors_->setText(shown(live_Text(*counted_)));
+      return;
+    }
+    counting_ = std::move(work);
+    if (++slices_ == kSlicesUnseen) survivors_->setText(shown(kCountingText));
+    count_timer_.start(0);
   });
 }
 
 void ConditionsPage::restore_Defaults() {
-  Q_EMIT wanted();
-  show_Pad();
-  constexpr std::string_view buttons[] = {"还原", "取消"};
-  if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", buttons, 1) != 0) return;
+  bring_Tab(1);
+  constexpr std::string_view verbs[] = {"还原", "取消"};
+  if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", verbs, 1) != 0) return;
   lotmere::restore_Defaults(session_.store);
   pane_->mark_Stale();
   pane_->show_Sheet();

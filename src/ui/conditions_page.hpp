@@ -8,6 +8,8 @@
 #include <QStringListModel>
 #include <QTimer>
 #include <QWidget>
+#include <memory>
+#include <optional>
 
 #include "pipeline/live_count.hpp"
 #include "ui/analysis_pane.hpp"
@@ -19,6 +21,7 @@
 #include "ui/place_page.hpp"
 #include "ui/session.hpp"
 #include "ui/shrink_page.hpp"
+#include "ui/sliced_work.hpp"
 
 namespace lotmere::ui {
 
@@ -51,14 +54,26 @@ class ConditionsPage : public QWidget {
   QWidget* make_Tabs();
   // Shows the page of a tab, 1 to 44.
   void show_Tab(int tab);
+  // The strip shows which tab is in front.
+  void mark_Tab();
+  // The same as a command that may be given from another page.
+  void bring_Tab(int tab);
   void load_Tab();
+  void load_Summary();
   void restore_Defaults();
+  void setting_Changed();
+  // Takes the count under way on by a slice, or begins one.
   void count_Survivors();
+  // What the count under way reads is about to change: it is dropped, and taken anew behind that.
+  void drop_Count();
 
   Session& session_;
   ConditionClicks clicks_;
   LiveCount live_;
   QTimer count_timer_;  // counts once the clicks of one moment are over
+  std::optional<LiveCount::Result> counted_;
+  int slices_ = 0;                        // of the count under way
+  std::unique_ptr<SlicedWork> counting_;  // the count under way; it works on the two above
   NumberPad* pad_ = nullptr;
   QLabel* survivors_ = nullptr;  // Label_liveCount
   QLabel* count_ = nullptr;      // Text_ChoseNumberTip
@@ -73,6 +88,7 @@ class ConditionsPage : public QWidget {
   ShrinkPageView* shrink_ = nullptr;
   QPlainTextEdit* summary_ = nullptr;  // Text_TiaoJianList
   int tab_ = 1;
+  bool tab_loaded_ = false;  // since the tab was last chosen by a command
 };
 
 }  // namespace lotmere::ui

@@ -39,25 +39,27 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addWidget(tabs_);
   layout->addWidget(make_Editor());
   layout->addLayout(foot, 1);
-  connect(tabs_, &QTabBar::currentChanged, this,
-          [this] { session_.commands.runner().run([this] { show_Group(); }); });
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { open_Group(index + 1); });
   connect(all_, &QListView::clicked, this,
           [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
   connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
-    clicks_.change([&] { click_GroupNumber(session_.store, group(), number); });
-    load();
+    if (!clicks_.change([&] { click_GroupNumber(session_.store, group_, number); }, [this] { load(); }))
+      numbers_->take_Back(number);
   });
   connect(counts_, &PanelBox::box_Clicked, this, [this](bool on) {
-    clicks_.change([&] { set_Usage(session_.store, usage_OfGroup(group()), on); });
-    load();
+    if (!clicks_.change([&] { set_Usage(session_.store, usage_OfGroup(group_), on); }, [this] { load(); }))
+      counts_->take_BoxBack();
   });
   connect(counts_, &PanelBox::item_Clicked, this, [this](int k, bool selected) {
-    std::optional<BoxState> box;
-    clicks_.change([&] {
-      box = click_LeadingItem(session_.store, condition_OfUsage(usage_OfGroup(group())), k, selected);
-    });
-    load();
-    if (box) counts_->show_Box(*box);
+    BoxState box{};
+    const auto write = [&] {
+      box = click_LeadingItem(session_.store, condition_OfUsage(usage_OfGroup(group_)), k, selected);
+    };
+    const auto show = [&] {
+      load();
+      counts_->show_Box(box);
+    };
+    if (!clicks_.change(write, show)) counts_->list().take_Back(k);
   });
 }
 
@@ -86,27 +88,39 @@ void GroupPageView::load() {
   QStringList lines;
   for (const std::string& line : tj_FillGroups(session_.store)) lines.append(shown(line));
   lines_.setStringList(lines);
-  show_Group();
+  show_Group(group_);
 }
 
-void GroupPageView::show_Group() {
-  const GroupPage page = group_Page(session_.store, group());
+void GroupPageView::open_Group(int group) {
+  session_.commands.runner().run([&] { show_Group(group); });
+  // The strip goes on showing the group that the clicks are for.
+  const QSignalBlocker quiet(tabs_);
+  tabs_->setCurrentIndex(group_ - 1);
+}
+
+void GroupPageView::show_Group(int group) {
+  const GroupPage page = group_Page(session_.store, group);
+  group_ = group;
   numbers_->show_Members(page.members);
   counts_->show_Panel(page.panel);
   counts_->box().set_TipText(
-      [this] { return clicks_.tip_Text(condition_OfUsage(usage_OfGroup(group())), counts_->line()); });
-  all_->setCurrentIndex(lines_.index(group() - 1));
+      [this] { return clicks_.tip_Text(condition_OfUsage(usage_OfGroup(group_)), counts_->line()); });
+  all_->setCurrentIndex(lines_.index(group - 1));
 }
 
 void GroupPageView::empty_Groups(bool all) {
-  clicks_.change([&] {
+  const auto write = [&] {
     if (all)
       lotmere::empty_Groups(session_.store);
     else
-      set_Group(session_.store, group(), {});
+      set_Group(session_.store, group_, {});
+  };
+  clicks_.change(write, [&] {
+    if (all) group_ = 1;
+    load();
+    const QSignalBlocker quiet(tabs_);
+    tabs_->setCurrentIndex(group_ - 1);
   });
-  if (all) tabs_->setCurrentIndex(0);
-  load();
 }
 
 }  // namespace lotmere::ui

@@ -22,8 +22,8 @@ class GroupPageView : public QWidget {
 
  private:
   [[nodiscard]] QWidget* make_Editor();
-  [[nodiscard]] int group() const { return tabs_->currentIndex() + 1; }
-  void show_Group();
+  void open_Group(int group);
+  void show_Group(int group);
   void empty_Groups(bool all);
 
   Session& session_;
@@ -33,6 +33,7 @@ class GroupPageView : public QWidget {
   PanelBox* counts_;     // List_ZDYset, Check_Zdy
   QListView* all_;       // List_ZDY
   QStringListModel lines_;
+  int group_ = 1;  // shown
 };
 
 }  // namespace lotmere::ui

@@ -48,28 +48,35 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
   layout->addWidget(numbers_);
   layout->addLayout(previews);
   layout->addWidget(help, 1);
-  connect(&intervals_, &QButtonGroup::idClicked, this,
-          [this] { session_.commands.runner().run([this] { load(); }); });
+  connect(&intervals_, &QButtonGroup::idClicked, this, [this](int interval) {
+    session_.commands.runner().run([this, interval] { show_Interval(interval); });
+    intervals_.button(interval_)->setChecked(true);  // the one that the clicks are for
+  });
   connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
-    clicks_.change([&] { toggle_Attribute(session_.store, current(), number); });
-    load();
+    if (!clicks_.change([&] { toggle_Attribute(session_.store, name_Of(interval_), number); },
+                        [this] { load(); }))
+      numbers_->take_Back(number);
   });
   connect(clear_all, &QPushButton::clicked, this, &IntervalPage::clear);
 }
 
-const std::string& IntervalPage::current() const {
-  return condition_OfUsage(usage_OfInterval(intervals_.checkedId() + 1)).name;
+const std::string& IntervalPage::name_Of(int interval) {
+  return condition_OfUsage(usage_OfInterval(interval + 1)).name;
+}
+
+void IntervalPage::show_Interval(int interval) {
+  numbers_->show_Members(read_AttributeColumn(session_.store, AttributeTable::first, name_Of(interval)));
+  interval_ = interval;
 }
 
 void IntervalPage::load() {
-  numbers_->show_Members(read_AttributeColumn(session_.store, AttributeTable::first, current()));
+  show_Interval(interval_);
   const auto previews = interval_Previews(session_.store);
   for (int i = 0; i < kIntervalCount; ++i) previews_[i]->setText(shown(previews[i]));
 }
 
 void IntervalPage::clear() {
-  clicks_.change([&] { clear_Intervals(session_.store, session_.desk); });
-  load();
+  clicks_.change([&] { clear_Intervals(session_.store, session_.desk); }, [this] { load(); });
 }
 
 }  // namespace lotmere::ui

@@ -22,7 +22,9 @@ class IntervalPage : public QWidget {
   void load();
 
  private:
-  [[nodiscard]] const std::string& current() const;
+  // Intervals count from 0 here.
+  [[nodiscard]] static const std::string& name_Of(int interval);
+  void show_Interval(int interval);
   void clear();
 
   Session& session_;
@@ -30,6 +32,7 @@ class IntervalPage : public QWidget {
   QButtonGroup intervals_;                          // Option_QujianDingyi
   NumberGrid* numbers_;                             // cmm_QujianHuafen
   std::array<QLabel*, kIntervalCount> previews_{};  // Label_4qj
+  int interval_ = 0;                                // shown
 };
 
 }  // namespace lotmere::ui

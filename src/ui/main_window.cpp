@@ -12,6 +12,7 @@
 
 #include "conditions/pages.hpp"
 #include "core/transfer.hpp"
+#include "history/draw_stats.hpp"
 #include "history/status.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/help_texts.hpp"
@@ -248,7 +249,10 @@ void MainWindow::connect_Pages() {
     conditions_->show_Pad();
     show_Page(Page::conditions);
   });
-  connect(conditions_, &ConditionsPage::defaults_Restored, this, [this] { show_Page(Page::history); });
+  connect(conditions_, &ConditionsPage::defaults_Restored, this, [this] {
+    show_Page(Page::history);
+    recount_Intervals();
+  });
   connect(history_, &HistoryPage::history_Changed, this, [this] {
     update_Status();
     conditions_->mark_Stale();
@@ -270,11 +274,19 @@ void MainWindow::show_Page(Page page) {
     if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
   }
   if (page == page_) return;
-  if (page_ == Page::other && other_->leave()) history_->refreshHistoryView();
-  page_ = page;
+  const Page left = std::exchange(page_, page);
   pages_->setCurrentIndex(static_cast<int>(page));
   if (page == Page::conditions) conditions_->open();
   if (page == Page::tickets) tickets_->refresh_Tickets();
+  if (left == Page::other) recount_Divided();
+}
+
+void MainWindow::recount_Divided() {
+  if (lotmere::recount_Divided(session_.store, session_.desk)) history_->refreshHistoryView();
+}
+
+void MainWindow::recount_Intervals() {
+  if (recount_Due(session_.store, session_.desk)) history_->refreshHistoryView();
 }
 
 void MainWindow::update_Status() {
@@ -320,6 +332,7 @@ void MainWindow::switch_User() {
   }
   show_User();
   show_Page(Page::history);
+  recount_Intervals();
 }
 
 void MainWindow::check_History() {
@@ -364,7 +377,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   if (!ending_)
     runner.run([this] {
-      run_Guarded(session_.desk, [this] { other_->leave(); });
+      run_Guarded(session_.desk, [this] { recount_Divided(); });
       const bool asks = !session_.desk.is_Ending();
       if (!asks) leave_Program(user_Desk(session_));
       ending_ = !asks || exit_Program(user_Desk(session_));

@@ -33,6 +33,8 @@ class MainWindow : public QMainWindow {
   // person asked for.
   [[nodiscard]] bool choose_Mode();
   [[nodiscard]] bool log_In();
+  // The counts of the draws follow the intervals, which the login, an older version or a kill may have left behind.
+  void recount_Intervals();
   // Offers the download where a draw is missing.
   void check_History();
 
@@ -54,6 +56,8 @@ class MainWindow : public QMainWindow {
   void connect_Pages();
   void add_Menu(const char* name, const QString& title, std::initializer_list<const char*> entries);
 
+  // The same where the user has divided the intervals on the page that they leave, and is told.
+  void recount_Divided();
   void update_Status();
   void show_User();
   void switch_User();

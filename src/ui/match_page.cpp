@@ -13,13 +13,22 @@ namespace lotmere::ui {
 MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
     : QWidget(parent),
       session_(session),
+      clicks_(clicks),
       used_(new TipBox(shown(kMatchTexts.box), this)),
-      match_(new QComboBox(this)) {
-  for (QComboBox*& end : range_) end = new QComboBox(this);
+      match_(new QComboBox(this)),
+      latest_(new QPushButton(shown(kMatchTexts.button), this)),
+      which_(new QLabel(this)) {
+  for (QComboBox*& end : range_) {
+    end = new QComboBox(this);
+    end->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // seven digits, also when the page is made empty
+  }
   used_->setObjectName(QStringLiteral("Check_Historyguolu"));
   range_[0]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_0"));
   range_[1]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_1"));
   match_->setObjectName(QStringLiteral("Combo_PiPei"));
+  latest_->setObjectName(QStringLiteral("cmm_latestPeriods"));
+  latest_->setAutoDefault(false);
+  which_->setObjectName(QStringLiteral("Label_matchRange"));
   auto* sentence = new QHBoxLayout;
   sentence->addWidget(new QLabel(shown(kMatchTexts.lead)));
   sentence->addWidget(range_[0]);
@@ -28,6 +37,8 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   sentence->addWidget(new QLabel(shown(kMatchTexts.middle)));
   sentence->addWidget(match_);
   sentence->addWidget(new QLabel(shown(kMatchTexts.end)));
+  sentence->addSpacing(16);
+  sentence->addWidget(latest_);
   sentence->addStretch();
   auto* help = new QPlainTextEdit(shown(kMatchHelp));
   help->setObjectName(QStringLiteral("Text2"));
@@ -37,6 +48,7 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->setSpacing(14);
   layout->addWidget(used_);
   layout->addLayout(sentence);
+  layout->addWidget(which_);
   layout->addWidget(help, 1);
   used_->set_TipText([this] {
     QString text;
@@ -45,34 +57,43 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
     });
     return text;
   });
-  connect(used_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
-    clicks.change([&] { set_HistoryMatch(session_.store, &HistoryMatch::used, on); });
-  });
+  connect(used_, &QCheckBox::clicked, this,
+          [this](bool on) { change([&] { set_HistoryMatch(session_.store, &HistoryMatch::used, on); }); });
   PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};
   for (int i = 0; i < 2; ++i)
-    connect(range_[i], &QComboBox::activated, this, [this, &clicks, i, end = ends[i]] {
-      clicks.change([&] { set_HistoryMatch(session_.store, end, range_[i]->currentData().toInt()); });
+    connect(range_[i], &QComboBox::activated, this, [this, i, end = ends[i]] {
+      change([&] { choose_MatchEnd(session_.store, end, range_[i]->currentData().toInt()); });
     });
-  connect(match_, &QComboBox::activated, this, [this, &clicks] {
-    clicks.change(
-        [&] { set_HistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
+  connect(match_, &QComboBox::activated, this, [this] {
+    change([&] { set_HistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
   });
+  connect(latest_, &QPushButton::clicked, this,
+          [this] { change([&] { follow_LatestDraws(session_.store); }); });
+}
+
+void MatchPageView::change(const std::function<void()>& write) {
+  if (!clicks_.change(write, [this] { load_LiShi(); })) show_Loaded();
 }
 
 void MatchPageView::load_LiShi() {
-  const MatchPage page = lotmere::load_LiShi(session_.store);
-  used_->setChecked(page.settings.used);
+  page_ = lotmere::load_LiShi(session_.store);
+  show_Loaded();
+}
+
+void MatchPageView::show_Loaded() {
+  used_->setChecked(page_.settings.used);
   for (QComboBox* combo : range_) {
     combo->clear();
-    for (const PeriodNo period : page.periods) combo->addItem(QString::number(period), period);
+    for (const PeriodNo period : page_.periods) combo->addItem(QString::number(period), period);
   }
-  range_[0]->setCurrentIndex(range_[0]->findData(page.settings.first));
-  range_[1]->setCurrentIndex(range_[1]->findData(page.settings.last));
+  range_[0]->setCurrentIndex(range_[0]->findData(page_.settings.first));
+  range_[1]->setCurrentIndex(range_[1]->findData(page_.settings.last));
   match_->clear();
-  for (const PanelItem& item : page.matches) {
+  for (const PanelItem& item : page_.matches) {
     match_->addItem(shown(item.text), item.k);
     if (item.selected) match_->setCurrentIndex(match_->count() - 1);
   }
+  which_->setText(shown(page_.settings.chosen ? kMatchTexts.chosen : kMatchTexts.latest));
 }
 
 }  // namespace lotmere::ui

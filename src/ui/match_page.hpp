@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
 #include <QWidget>
 
 #include "conditions/own_pages.hpp"
@@ -14,14 +16,23 @@ class MatchPageView : public QWidget {
 
  public:
   MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
-  // Shows the page; every load sets the range to the last fifty draws.
+  // The page comes to the front: a range that wasn't chosen by hand moves on to the last fifty draws.
   void load_LiShi();
 
  private:
+  // Shows the page as it was loaded.
+  void show_Loaded();
+  // A click, and the page as it is stored behind it.
+  void change(const std::function<void()>& write);
+
   Session& session_;
+  ConditionClicks& clicks_;
+  MatchPage page_;
   TipBox* used_;           // Check_Historyguolu
   QComboBox* range_[2]{};  // Combo_HistoryGuoLu
   QComboBox* match_;       // Combo_PiPei
+  QPushButton* latest_;    // cmm_latestPeriods
+  QLabel* which_;          // Label_matchRange
 };
 
 }  // namespace lotmere::ui

@@ -57,6 +57,11 @@ void NumberGrid::show_Members(const RedTable& members) {
   for (int n = 1; n <= kRedCount; ++n) buttons_.button(n)->setChecked(members[n] != 0);
 }
 
+void NumberGrid::take_Back(int number) {
+  QAbstractButton* button = buttons_.button(number);
+  button->setChecked(!button->isChecked());
+}
+
 std::vector<int> NumberGrid::members() const {
   std::vector<int> numbers;
   for (int n = 1; n <= kRedCount; ++n)

@@ -16,7 +16,8 @@ NumberPicker::NumberPicker(QWidget* parent)
   auto* close_button = new QPushButton(QStringLiteral("关 闭"));
   close_button->setObjectName(QStringLiteral("cmm_CLSzdyQj"));
   connect(close_button, &QPushButton::clicked, this, &QWidget::close);
-  connect(grid_, &NumberGrid::number_Clicked, this, [this] { Q_EMIT picked(name(), grid_->members()); });
+  connect(grid_, &NumberGrid::number_Clicked, this,
+          [this](int number) { Q_EMIT picked(name(), grid_->members(), number); });
   auto* head = new QHBoxLayout;
   head->addWidget(title_);
   head->addStretch();

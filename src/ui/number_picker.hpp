@@ -17,10 +17,12 @@ class NumberPicker : public QFrame {
   // Opens beside a button with these members; a click elsewhere or Esc closes it.
   void open(const QString& name, const RedTable& members, const QWidget& beside);
   [[nodiscard]] QString name() const { return title_->text(); }
+  // A click on a number couldn't be stored.
+  void take_Back(int number) { grid_->take_Back(number); }
 
  Q_SIGNALS:
-  // The person changed the numbers of the interval.
-  void picked(const QString& name, const std::vector<int>& numbers);
+  // The user changed the numbers of the interval by a click on one of them.
+  void picked(const QString& name, const std::vector<int>& numbers, int clicked);
 
  private:
   QLabel* title_;

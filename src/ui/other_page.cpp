@@ -3,8 +3,6 @@
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
-#include "core/periods.hpp"
-#include "history/draw_stats.hpp"
 #include "ui/help_texts.hpp"
 
 namespace lotmere::ui {
@@ -16,10 +14,7 @@ OtherPage::OtherPage(Session& session, QWidget* parent)
   layout->addWidget(contents_);
   session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
                         [this] { show_Intervals(); });
-  connect(&clicks_, &ConditionClicks::changed, this, [this] {
-    recount_due_ = true;
-    Q_EMIT intervals_Changed();
-  });
+  connect(&clicks_, &ConditionClicks::changed, this, &OtherPage::intervals_Changed);
   add_Text("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rules_Text);
   add_Text("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitions_Text);
 }
@@ -47,13 +42,6 @@ void OtherPage::add_Text(const char* action, const QString& caption, const char*
                           contents_->setCurrentWidget(view);
                           Q_EMIT wanted();
                         });
-}
-
-bool OtherPage::leave() {
-  if (!recount_due_) return false;
-  recountQuJian(session_.store, session_.desk, firstPeriod(session_.store), latestPeriod(session_.store));
-  recount_due_ = false;
-  return true;
 }
 
 }  // namespace lotmere::ui

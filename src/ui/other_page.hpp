@@ -17,10 +17,6 @@ class OtherPage : public QWidget {
   // Registers the commands that show its contents.
   explicit OtherPage(Session& session, QWidget* parent = nullptr);
 
-  // The person turns to another page. Draws keep their counts of the intervals: after a change of them all are
-  // counted anew. Whether they were.
-  bool leave();
-
  Q_SIGNALS:
   // One of its commands asks for this page to stand in front.
   void wanted();
@@ -36,7 +32,6 @@ class OtherPage : public QWidget {
   ConditionClicks clicks_;
   IntervalPage* intervals_ = nullptr;  // made when it is first asked for
   QStackedWidget* contents_;
-  bool recount_due_ = false;
 };
 
 }  // namespace lotmere::ui

@@ -37,6 +37,8 @@ class PanelBox : public QWidget {
   // Shows the panel; a panel without items has no list. Nothing is written back.
   void show_Panel(const ConditionPanel& panel);
   void show_Box(const BoxState& box);
+  // A click on the box couldn't be stored: its mark is as it was.
+  void take_BoxBack() { box_->setChecked(!box_->isChecked()); }
   // Under the list; an empty text takes no room.
   void show_Line(const QString& text);
   [[nodiscard]] QString line() const { return line_->text(); }

@@ -38,7 +38,10 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   }
   tolerances->addStretch();
   connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
-    clicks.change([&] { set_ConditionValue(session_.store, kToleranceCell, k); });
+    if (clicks.change([&] { set_ConditionValue(session_.store, kToleranceCell, k); }))
+      tolerance_ = tolerances_.button(k);
+    else
+      show_Only(tolerances_, tolerance_);
   });
   auto* help = new QPlainTextEdit(shown(kPlaceHelp));
   help->setObjectName(QStringLiteral("Text_dingweiTip"));
@@ -54,10 +57,12 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
 void PlacePageView::load_DingWei() {
   const PlacePage page = lotmere::load_DingWei(session_.store);
   for (int i = 0; i < kPlaceCount; ++i) places_[i]->show_Panel(page.places[i]);
+  tolerance_ = nullptr;
   for (const PanelItem& item : page.tolerances) {
     tolerances_.button(item.k)->setText(shown(item.text));
-    tolerances_.button(item.k)->setChecked(item.selected);
+    if (item.selected) tolerance_ = tolerances_.button(item.k);
   }
+  show_Only(tolerances_, tolerance_);
 }
 
 }  // namespace lotmere::ui

@@ -21,7 +21,8 @@ class PlacePageView : public QWidget {
  private:
   Session& session_;
   std::array<PanelBox*, kPlaceCount> places_{};
-  QButtonGroup tolerances_;  // Option_DingweiRongcuo
+  QButtonGroup tolerances_;               // Option_DingweiRongcuo
+  QAbstractButton* tolerance_ = nullptr;  // the stored one
 };
 
 }  // namespace lotmere::ui

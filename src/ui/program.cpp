@@ -47,6 +47,11 @@ std::vector<StartStep> Program::start_Order() {
        }},
       {"user mode", [this] { return window_->choose_Mode(); }},
       {"login", [this] { return window_->log_In(); }},
+      {"interval counts",
+       [this] {
+         commands_.runner().run([this] { window_->recount_Intervals(); });
+         return true;
+       }},
       {"history", [this] {
          window_->check_History();
          return true;

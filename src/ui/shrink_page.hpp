@@ -19,8 +19,9 @@ class ShrinkPageView : public QWidget {
 
  private:
   Session& session_;
-  QButtonGroup types_;  // Option_ShuoSuiLeiXing
-  QCheckBox* smart_;    // Check_auto
+  QButtonGroup types_;               // Option_ShuoSuiLeiXing
+  QAbstractButton* type_ = nullptr;  // the stored one
+  QCheckBox* smart_;                 // Check_auto
   QLabel* hint_;
 };
 

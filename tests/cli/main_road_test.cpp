@@ -66,6 +66,51 @@ TEST(MainRoad, FromADrawListToATicketFile) {
   expect_Reply(home, {"tickets", "list"}, "");
 }
 
+TEST(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
+  const CliHome home;
+  const auto stored = [&](const std::string& sql) {
+    return SQLite::Database(home.home().main_Db().string(), SQLite::OPEN_READONLY)
+        .execAndGet(sql)
+        .getString();
+  };
+  home.do_Step({"draws", "fetch", home.put_File("list.txt", kDrawList), "--all"});
+  for (const auto& [command, cell] : {std::pair{"tolerance", "3901"}, {"shrink", "3900"}}) {
+    const std::string others =
+        std::string(R"(SELECT group_concat("Value") FROM "过滤条件" WHERE "ID"<>)") + cell;
+    const std::string before = stored(others);
+    home.do_Step({"conditions", command, "3"});
+    EXPECT_EQ(stored(std::string(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=)") + cell), "3");
+    EXPECT_EQ(stored(others), before) << command << " writes one cell";
+  }
+  const std::string match =
+      "-\t历史数据过滤\ton\t２０２４００２～２０２４００５，最大匹配值 ３（自选范围）\n";
+  expect_Reply(home, {"conditions", "match", "2024002", "2024005", "3"}, match);
+  EXPECT_TRUE(home.run({"conditions", "list"}).out.ends_with("\n463\t十二区间12\toff\t０～６\n" + match));
+  EXPECT_TRUE(
+      home.run({"conditions", "show"})
+          .out.ends_with(" 历史数据过滤： ２０２４００２～２０２４００５，最大匹配值 ３（自选范围）\n\n"));
+  home.do_Step({"conditions", "use", "历史数据过滤", "off"});
+  EXPECT_EQ(home.run({"conditions", "show"}).out.find("历史数据过滤"), std::string::npos);
+
+  // The five draws of the list hold 3, 1, 0, 0 and 1 reds of 1 to 3.
+  const std::string counts = R"(SELECT group_concat("区间1",'') FROM "历史记录" ORDER BY "期号")";
+  const std::string factory = stored(counts);
+  expect_Reply(home, {"conditions", "interval", "1", "1-3"},
+               "区间重新划分之后，各区间的开出号码个数需要重新计算。。。\n");
+  EXPECT_EQ(stored(counts), "31001");
+  expect_Reply(home, {"conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n");
+  EXPECT_EQ(stored(counts), factory) << "the counts follow the intervals back";
+  EXPECT_EQ(stored(R"(SELECT "使用状态"||"自选范围" FROM "历史数据过滤")"), "00");
+  // Cut short between the intervals and the recount: the next command of any kind counts.
+  {
+    Store store(home.home().main_Db());
+    store.db().exec(R"(UPDATE "号码特性" SET "区间1"="号码"<=3)");
+  }
+  EXPECT_EQ(stored(counts), factory);
+  home.do_Step({"draws", "list"});
+  EXPECT_EQ(stored(counts), "31001");
+}
+
 TEST(MainRoad, SingleDrawsAreAddedReplacedAndDeleted) {
   const CliHome home;
   // As a ball is written: 08 and 09 are no octal numbers, and 010 is ten.

@@ -2,11 +2,14 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "conditions/condition_store.hpp"
 #include "conditions/families.hpp"
+#include "conditions/own_sets.hpp"
 #include "conditions/summary.hpp"
 #include "conditions/values.hpp"
+#include "core/number_list.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere {
@@ -106,9 +109,148 @@ TEST_F(Conditions, TheDefaultsComeBackWithNothingPicked) {
   const Cells factory = all_Cells();
   // A picked number in the factory rows is not picked afterwards either.
   store_.query(R"(UPDATE "默认过滤条件" SET "Value"=1 WHERE "ID"=9 OR "ID"=105)").run();
+  const auto divisions = [&] {
+    std::vector<RedTable> columns;
+    for (const CustomInterval& interval : factory_CustomIntervals())
+      columns.push_back(read_AttributeColumn(store_, AttributeTable::third, interval.name));
+    return columns;
+  };
+  const auto divided = divisions();
+  const HistoryMatch match = load_HistoryMatch(store_);
   set_All(2);
+  for (const char* name : {"六区间1", "八区间3", "十二区间12"})
+    set_CustomInterval(store_, name, std::vector{7, 33});
+  save_HistoryMatch(store_, {true, 2007001, 2007009, 3, true});
   restore_Defaults(store_);
   EXPECT_EQ(all_Cells(), factory);
+  EXPECT_EQ(divisions(), divided);
+  EXPECT_EQ(load_HistoryMatch(store_), match);
+  EXPECT_FALSE(match.used || match.chosen);
+}
+
+struct FactoryFamily {
+  AttributeTable table;
+  const char* name;
+  int first;  // suffix of its first column; -1: one column without a suffix
+  std::string groups;
+};
+
+// What the players know by heart, group by group. Runs and pairs stand here as numbers and not as a rule.
+TEST_F(Conditions, TheFactoryPutsEveryNumberIntoItsGroups) {
+  std::vector<FactoryFamily> families{
+      {AttributeTable::first, "区间", 1, "1-10;11-20;21-30;31-33"},
+      {AttributeTable::first, "十二", 0, "1-4,13-16,25-28;5-8,17-20,29-32;9-12,21-24,33"},
+      {AttributeTable::first, "尾", 0,
+       "10,20,30;1,11,21,31;2,12,22,32;3,13,23,33;4,14,24;"
+       "5,15,25;6,16,26;7,17,27;8,18,28;9,19,29"},
+      {AttributeTable::first, "七分组", 0,
+       "1,3,5,7,9;2,4,6,8,10;11,13,15,17,19;12,14,16,18,20;"
+       "21,23,25,27,29;22,24,26,28,30;31-33"},
+      {AttributeTable::first, "尾七分组", 0, "1-4,10;5-9;11-14,20;15-19;21-24,30;25-29;31-33"},
+      {AttributeTable::first, "和数三三", 0,
+       "1,32;2,31;3,30;4,29;5,28;6,27;7,26;8,25;9,24;"
+       "10,23;11,22;12,21;13,20;14,19;15,18;16,17;33"},
+      {AttributeTable::first, "和数三四", 0,
+       "1,33;2,32;3,31;4,30;5,29;6,28;7,27;8,26;9,25;"
+       "10,24;11,23;12,22;13,21;14,20;15,19;16,18;17"},
+      {AttributeTable::first, "和数三五", 0,
+       "2,33;3,32;4,31;5,30;6,29;7,28;8,27;9,26;10,25;"
+       "11,24;12,23;13,22;14,21;15,20;16,19;17,18;1"},
+      {AttributeTable::first, "奇偶连", 0,
+       "1,2;3,4;5,6;7,8;9,10;11,12;13,14;15,16;17,18;19,20;"
+       "21,22;23,24;25,26;27,28;29,30;31,32;33"},
+      {AttributeTable::first, "偶奇连", 0,
+       "1;2,3;4,5;6,7;8,9;10,11;12,13;14,15;16,17;18,19;"
+       "20,21;22,23;24,25;26,27;28,29;30,31;32,33"},
+      {AttributeTable::first, "等差16组", 0,
+       "1,17;2,18;3,19;4,20;5,21;6,22;7,23;8,24;9,25;"
+       "10,26;11,27;12,28;13,29;14,30;15,31;16,32;33"},
+      {AttributeTable::first, "等差17组", 0,
+       "1,18;2,19;3,20;4,21;5,22;6,23;7,24;8,25;9,26;"
+       "10,27;11,28;12,29;13,30;14,31;15,32;16,33;17"},
+      {AttributeTable::first, "间距11链", 0,
+       "1,12;2,23;13,24;3,14;4,25;15,26;5,16;6,27;17,28;"
+       "7,18;8,29;19,30;9,20;10,31;21,32;11,22;33"},
+      {AttributeTable::first, "大数", -1, "17-33"},
+      {AttributeTable::first, "高尾码", -1, "5-9,15-19,25-29"},
+      {AttributeTable::first, "低尾码", -1, "1-4,10-14,20-24,30-33"},
+      {AttributeTable::second, "大小奇偶尾", 0,
+       "5,7,9,15,17,19,25,27,29;6,8,16,18,26,28;"
+       "1,3,11,13,21,23,31,33;2,4,10,12,14,20,22,24,30,32"},
+      {AttributeTable::second, "大小奇偶组", 0,
+       "17,19,21,23,25,27,29,31,33;"
+       "18,20,22,24,26,28,30,32;1,3,5,7,9,11,13,15;2,4,6,8,10,12,14,16"},
+      {AttributeTable::second, "八数四分自然段", 0, "1-8;9-16;17-24;25-33"},
+      {AttributeTable::second, "三波组", 0,
+       "1,2,7,8,12,13,18,19,23,24,29,30;"
+       "3,4,9,10,14,15,20,25,26,31;5,6,11,16,17,21,22,27,28,32,33"},
+      {AttributeTable::second, "十一数三分自然段", 0, "1-11;12-22;23-33"},
+      {AttributeTable::second, "双尾5分组", 0,
+       "1,10,11,20,21,30,31;2,3,12,13,22,23,32,33;"
+       "4,5,14,15,24,25;6,7,16,17,26,27;8,9,18,19,28,29"},
+      {AttributeTable::second, "四数八分自然段", 0, "1-4;5-8;9-12;13-16;17-20;21-24;25-28;29-33"},
+      {AttributeTable::second, "三波排异", 0,
+       "1,3;2,5;4,6;7,9;8,11;10,16;12,14;13,17;15,21;"
+       "18,20;19,22;25,27;23,26;24,28;31,32;29,33;30"},
+      {AttributeTable::second, "区间排异", 0,
+       "1,11;21,31;2,12;22,32;3,13;23,33;4,14;5,24;15,25;"
+       "6,16;7,26;17,27;8,18;9,28;19,29;10,20;30"},
+      {AttributeTable::second, "生肖链", 0,
+       "1,13;2,25;14,26;3,15;4,27;16,28;5,17;6,29;18,30;"
+       "7,19;8,31;20,32;9,21;10,33;11,22;12,23;24"},
+  };
+  // The families of a distance: numbers that are a multiple of it apart.
+  for (const auto& [table, name, distance] : {std::tuple{AttributeTable::first, "四", 4},
+                                              {AttributeTable::first, "七", 7},
+                                              {AttributeTable::first, "八", 8},
+                                              {AttributeTable::first, "九", 9},
+                                              {AttributeTable::first, "十一", 11},
+                                              {AttributeTable::second, "间距三", 3},
+                                              {AttributeTable::second, "间距五", 5},
+                                              {AttributeTable::second, "间距六", 6},
+                                              {AttributeTable::second, "间距十", 10},
+                                              {AttributeTable::second, "间距十二", 12}}) {
+    FactoryFamily family{table, name, 0, ""};
+    for (int low = 1; low <= distance; ++low) {
+      for (int n = low; n <= kRedCount; n += distance)
+        family.groups += (n > low ? "," : "") + std::to_string(n);
+      family.groups += low < distance ? ";" : "";
+    }
+    families.push_back(family);
+  }
+  const std::pair<const char*, std::vector<int>> divisions[] = {
+      {"六区间", {6, 6, 6, 5, 5, 5}},
+      {"七区间", {5, 5, 5, 5, 5, 4, 4}},
+      {"八区间", {5, 4, 4, 4, 4, 4, 4, 4}},
+      {"九区间", {4, 4, 4, 4, 4, 4, 3, 3, 3}},
+      {"十区间", {4, 4, 4, 3, 3, 3, 3, 3, 3, 3}},
+      {"十一区间", std::vector(11, 3)},
+      {"十二区间", {3, 3, 3, 3, 3, 3, 3, 3, 3, 2, 2, 2}}};
+  for (const auto& [name, lengths] : divisions) {
+    FactoryFamily family{AttributeTable::third, name, 1, ""};
+    int last = 0;
+    for (const int length : lengths) {
+      family.groups +=
+          (last == 0 ? "" : ";") + std::to_string(last + 1) + '-' + std::to_string(last + length);
+      last += length;
+    }
+    families.push_back(family);
+  }
+  std::map<std::string, RedTable> expected;
+  for (const FactoryFamily& family : families) {
+    std::stringstream groups(family.groups);
+    std::string numbers;
+    for (int suffix = family.first; std::getline(groups, numbers, ';'); ++suffix) {
+      RedTable& members = expected[family.name + (suffix < 0 ? "" : std::to_string(suffix))];
+      const auto list = parse_NumberList(numbers, 1, kRedCount);
+      for (const int n : list.value()) members[n] = 1;
+    }
+  }
+  // A column that isn't named here holds nobody.
+  for (const auto table : {AttributeTable::first, AttributeTable::second, AttributeTable::third})
+    for (const std::string& column : attribute_Columns(table)) {
+      EXPECT_EQ(read_AttributeColumn(store_, table, column), expected[column]) << column;
+    }
 }
 
 GroupCounts pack(const std::vector<int>& counts) {
@@ -151,33 +293,152 @@ TEST(Families, TurnsInTheirOrder) {
             "区间 三波组 大小奇偶组 双尾5分组 大小奇偶尾 间距十二 ");
 }
 
-using Summary = test::StoreTest;
+class Summary : public test::StoreTest {
+ protected:
+  // Nothing is picked, allowed or on.
+  void SetUp() override {
+    store_.db().exec(R"(UPDATE "过滤条件" SET "Value"=0; UPDATE "过滤条件使用情况" SET "使用情况"=0)");
+    set_ConditionValue(store_, kShrinkTypeCell, 6);
+  }
+  // The lines that differ from those of `before`.
+  std::string news(const std::string& before) {
+    std::stringstream now(tj_Summary(store_)), old(before);
+    std::string line, other, text;
+    while (std::getline(now, line)) {
+      if (!std::getline(old, other)) other.clear();
+      if (line != other && line != "\r") text += line.substr(0, line.size() - 1) + '|';
+    }
+    return text;
+  }
+};
 
 TEST_F(Summary, TellsEverySettingInItsLine) {
   test::put_Pick(store_, 8, PickState::tuo);
+  test::put_Pick(store_, 33, PickState::dan);
   test::put_Pick(store_, 105, PickState::dan);
-  set_Column(store_, AttributeTable::first, "自定义组2", std::vector{9, 3});
+  test::put_Pick(store_, 116, PickState::tuo);
+  const std::string text = tj_Summary(store_);
+  EXPECT_TRUE(text.starts_with(
+      "\r\n 红球“拖码”： ０８  \r\n\r\n 红球“胆码”： ３３  \r\n\r\n 蓝球“拖码”： １６  \r\n\r\n"
+      " 蓝球“胆码”： ０５  \r\n\r\n 最大间距取值范围：  未 使 用\r\n\r\n"))
+      << text;
+  EXPECT_TRUE(
+      text.ends_with("\r\n 自定义组9 ——　未 使 用 \r\n\r\n 自定义组10——　未 使 用 \r\n\r\n 缩 水 类 型： "
+                     "保六型\r\n\r\n"))
+      << text;
+}
+
+// Each condition alone with its second cell allowed: its line changes and no other, in the order of the lines.
+TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
+  const std::string six = "（２,１,１,１,１）   ", four = "（２,２,２）   ", three = "（３,２,１）   ";
+  const std::string one = "１", listed = "１  ", on = "使 用";
+  const struct {
+    UsageId usage;
+    ConditionId first;
+    std::string line;
+  } cases[] = {{5, 3400, " 最大间距取值范围： " + one},
+               {6, 3450, " 连号取值范围： ２  "},
+               {7, 3470, " 重叠号取值范围： " + listed},
+               {8, 3490, " 斜位码取值范围： " + listed},
+               {9, 3600, " ＡＣ值取值范围： " + listed},
+               {10, 3640, " 奇数个数取值范围： " + listed},
+               {12, 3660, " 大数个数取值范围： " + listed},
+               {14, 3680, " 高尾码个数取值范围： " + listed},
+               {16, 3700, " 区间1开出号码个数取值范围： " + listed},
+               {17, 3710, " 区间2开出号码个数取值范围： " + listed},
+               {18, 3720, " 区间3开出号码个数取值范围： " + listed},
+               {19, 3730, " 区间4开出号码个数取值范围： " + listed},
+               {37, 4000, " 尾数形式： " + six},
+               {38, 4020, " 间距九： " + six},
+               {39, 4040, " 间距七： " + six},
+               {40, 4060, " 间距十一： " + six},
+               {41, 4050, " 间距十二： " + six},
+               {42, 4070, " 区间单双七分组： " + six},
+               {44, 4110, " 大小尾七分组： " + six},
+               {45, 4130, " 间距四： " + four},
+               {43, 4090, " 间距八： " + six},
+               {46, 4150, " 间距3： " + three},
+               {47, 4160, " 间距6： " + six},
+               {48, 4170, " 和数33： " + six},
+               {49, 4180, " 和数34： " + six},
+               {50, 4190, " 和数35： " + six},
+               {51, 4200, " 奇偶连： " + six},
+               {52, 4210, " 偶奇连： " + six},
+               {53, 4220, " 等差16组： " + six},
+               {54, 4230, " 等差17组： " + six},
+               {55, 4240, " 间距11链： " + six},
+               {56, 4250, " 生肖链： " + six},
+               {57, 4260, " 4数8分自然段： " + six},
+               {58, 4270, " 8数4分自然段： " + four},
+               {60, 4300, " 三波排异： " + six},
+               {61, 4310, " 区间排异： " + six},
+               // Those without a line of their own stand behind all others while they are on.
+               {1, 1000, " 总和值取值范围： " + one},
+               {2, 2000, " 奇数和值取值范围： " + one},
+               {3, 3000, " 偶数和值取值范围： " + one},
+               {4, 3300, " 跨度取值范围： " + one},
+               {11, 3650, " 偶数个数取值范围： " + one},
+               {13, 3670, " 小数个数取值范围： " + one},
+               {15, 3690, " 低尾码个数取值范围： " + one},
+               {59, 4280, " 11数3分自然段： " + three},
+               {62, 4400, " 尾数和值取值范围： " + one},
+               {63, 4500, " 合数和值取值范围： " + one},
+               {64, 4600, " 大数和值取值范围： " + one},
+               {65, 4800, " 小数和值取值范围： " + one},
+               {66, 5020, " 间距5： " + six},
+               {67, 5040, " 间距10： " + six},
+               {68, 5060, " 四区间： " + four},
+               {69, 5080, " 三波组： " + three},
+               {70, 5100, " 大小奇偶组： " + four},
+               {71, 5120, " 双尾5分组： " + six},
+               {72, 5140, " 大小奇偶尾： " + four},
+               {73, 5000, " 间距12三分组： " + three},
+               {100, 0, " 尾数形式（具体）： " + on},
+               {131, 0, " 间距十二（具体）： " + on},
+               {263, 6650, " 尾数重叠取值范围： " + one},
+               {264, 6660, " 合数重叠取值范围： " + one},
+               {265, 6670, " 前3期出现个数取值范围： " + one},
+               {266, 6680, " 前2期和值相同组： 合数和值相同组  "},
+               {300, 0, " 智能优化： " + on},
+               {301, 6700, " 温度5取值范围： " + one},
+               {302, 6800, " 温度10取值范围： " + one},
+               {401, 7000, " 六区间1　号码：（０１,０２,０３,０４,０５,０６） —— 允许开出个数（1个）"},
+               {463, 7620, " 十二区间12　号码：（３２,３３） —— 允许开出个数（1个）"}};
+  const std::string before = tj_Summary(store_);
+  for (const auto& row : cases) {
+    const StoreChange dropped(store_);
+    set_Usage(store_, row.usage, true);
+    if (row.first != 0) set_Cell(store_, row.first + 1, true);
+    EXPECT_EQ(news(before), row.line + '|');
+  }
+  for (const auto& row : cases) set_Usage(store_, row.usage, true);
+  const std::string text = tj_Summary(store_);
+  std::size_t from = 0;
+  for (const auto& row : cases) {
+    from = text.find("\r\n" + row.line.substr(0, row.line.find_first_of("：　")), from);
+    ASSERT_NE(from, std::string::npos) << row.line << "\nin " << text;
+  }
+}
+
+TEST_F(Summary, TellsGroupsPlacesAndTheMatchWithTheirNumbers) {
+  const std::string before = tj_Summary(store_);
+  set_Group(store_, 2, std::vector{9, 3});
   set_Usage(store_, 21, true);
   set_Usage(store_, 29, true);
-  set_Usage(store_, 46, true);
-  for (int k = 0; k <= 6; ++k) set_Cell(store_, 3890 + k, false);
-  set_Usage(store_, 5, false);
-
-  const std::string text = tj_Summary(store_);
-  const char* lines[] = {
-      "\r\n 红球“拖码”： ０８  \r\n\r\n 红球“胆码”： \r\n\r\n",
-      " 蓝球“胆码”： ０５  \r\n\r\n 最大间距取值范围：  未 使 用\r\n\r\n 连号取值范围： ０  ２  ２+２  ３  "
-      "\r\n",
-      " 间距四：  未 使 用\r\n\r\n 间距八：  未 使 用\r\n\r\n 间距3： （２,２,２）   （３,２,１）   ",
-      "\r\n 自定义组1 ——　未 使 用 \r\n\r\n 自定义组2　号码：（０３,０９） —— 允许开出个数（0个,1个,",
-      "\r\n 自定义组10（ 无 号 码 ） ——（条 件 未 设 置）\r\n\r\n 缩 水 类 型： 保六型\r\n\r\n"};
-  std::size_t from = 0;
-  for (const char* line : lines) {
-    from = text.find(line, from);
-    ASSERT_NE(from, std::string::npos) << line << "\nin " << text;
-  }
-  set_Usage(store_, 29, false);
-  EXPECT_EQ(tj_FillGroups(store_)[9], "自定义组10——　未 使 用 ");
+  for (const int k : {0, 2}) set_Cell(store_, 3810 + k, true);
+  set_Cell(store_, 3821, true);
+  set_Place(store_, 2, std::vector{4, 33});
+  set_Place(store_, 7, std::vector{16});
+  set_ConditionValue(store_, kToleranceCell, 1);
+  save_HistoryMatch(store_, {true, 2007001, 2007010, 4, true});
+  EXPECT_EQ(news(before),
+            " 自定义组2　号码：（０３,０９） —— 允许开出个数（0个,2个）| 自定义组10（ 无 号 码 ） ——（条 件 "
+            "未 设 置）|"
+            " 号码定位容错值： １| 号码定位2： ０４  ３３  | 号码定位7： １６  |"
+            " 历史数据过滤： ２００７００１～２００７０１０，最大匹配值 ４（自选范围）|");
+  set_HistoryMatch(store_, &HistoryMatch::chosen, false);
+  EXPECT_TRUE(tj_Summary(store_).ends_with(
+      "～２００７０１０，最大匹配值 ４（打开设置页面时更新为最近50期）\r\n\r\n"));
 }
 
 }  // namespace

@@ -162,7 +162,7 @@ TEST_F(Panels, AGroupWithoutMembersIsNotInUse) {
   EXPECT_FALSE(is_Used(store_, 29));
 }
 
-TEST_F(Panels, OptionsPlacesAndTheMatchShowWhatIsStored) {
+TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
   StoreChange change(store_);
   set_Usage(store_, 31, true);  // in use without a number
   set_Place(store_, 7, std::vector{16});
@@ -175,14 +175,35 @@ TEST_F(Panels, OptionsPlacesAndTheMatchShowWhatIsStored) {
 
   set_Place(store_, 7, {});
   EXPECT_FALSE(is_Used(store_, 36)) << "the last number gone";
+}
 
+TEST_F(Panels, TheRangeOfTheMatchFollowsTheDrawsUntilItIsChosenByHand) {
+  const auto put_Periods = [&](int from, int to) {
+    for (int i = from; i <= to; ++i)
+      test::put_Draw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+  };
   save_HistoryMatch(store_, {true, 2001001, 2001002, 4});
-  EXPECT_EQ(load_LiShi(store_).settings.first, 2001001) << "no draws: the range stays";
-  for (int i = 1; i <= 51; ++i) test::put_Draw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_TRUE(load_LiShi(store_).periods.empty());
+  EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2001001, 2001002, 4}))
+      << "no draws: the range stays";
+  put_Periods(1, 51);
   EXPECT_EQ(load_LiShi(store_).periods.size(), 50U);
-  const HistoryMatch stored = load_HistoryMatch(store_);
-  EXPECT_TRUE(stored.used && stored.first == 2007002 && stored.last == 2007051 && stored.match == 4);
-  EXPECT_EQ(panel_Reload(store_).periods.back(), 2007042);
+  EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2007002, 2007051, 4}));
+  put_Periods(52, 53);
+  EXPECT_EQ(load_HistoryMatch(store_).last, 2007051) << "draws alone move nothing";
+  EXPECT_EQ(load_LiShi(store_).settings, (HistoryMatch{true, 2007004, 2007053, 4}));
+  EXPECT_EQ(panel_Reload(store_).periods.back(), 2007044);
+
+  choose_MatchEnd(store_, &HistoryMatch::last, 2007040);
+  choose_MatchEnd(store_, &HistoryMatch::first, 2006150);
+  put_Periods(54, 60);
+  const MatchPage page = load_LiShi(store_);
+  const HistoryMatch chosen{true, 2006150, 2007040, 4, true};
+  EXPECT_TRUE(page.settings == chosen && load_HistoryMatch(store_) == chosen);
+  EXPECT_EQ(page.periods.size(), 51U) << "an end outside of the last fifty is shown too";
+  EXPECT_TRUE(page.periods.front() == 2007060 && page.periods.back() == 2006150);
+  follow_LatestDraws(store_);
+  EXPECT_EQ(load_LiShi(store_).settings, (HistoryMatch{true, 2007011, 2007060, 4}));
 }
 
 TEST_F(Panels, IntervalsAreClearedAndDivisionsShown) {

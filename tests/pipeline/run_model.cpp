@@ -197,10 +197,10 @@ class Model {
 
   void history_Match() {
     Query set = store_.query(R"(SELECT "使用状态","最小值","最大值","匹配值" FROM "历史数据过滤")");
-    if (!set.next() || set.number(0) != 1 || rows_.empty()) return;
+    if (!set.next() || set.number(0) != 1) return;
     const auto outside = [&](const auto& draw) { return draw[6] < set.number(1) || draw[6] > set.number(2); };
     const std::string result = "[历史数据过滤]过滤后余：";
-    if (std::ranges::all_of(before_, outside)) return line(result + count() + " 注");
+    if (rows_.empty() || std::ranges::all_of(before_, outside)) return line(result + count() + " 注");
     walk("[历史数据过滤]过滤正进行中．．．", result, [&](const Row& row) {
       return std::ranges::all_of(before_, [&](const auto& draw) {
         const auto drawn = [&](int n) { return std::count(draw.begin(), draw.begin() + 6, n) > 0; };

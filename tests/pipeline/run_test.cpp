@@ -153,6 +153,43 @@ TEST_F(Run, AStopDuringTheWriteBackComesTooLate) {
   EXPECT_FALSE(desk_.stop_Requested());
 }
 
+// Both ends of the range count, the draws of the period and behind it never; the line comes with no ticket too.
+TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
+  store_.db().exec(
+      R"(UPDATE "过滤条件使用情况" SET "使用情况"=0; UPDATE "过滤条件" SET "Value"=7 WHERE "ID"=3900)");
+  // Draw k holds 5k + 1 to 5k + 6; the fifth is the one of the period.
+  const auto six = [](int k) {
+    return DrawNumbers{{5 * k + 1, 5 * k + 2, 5 * k + 3, 5 * k + 4, 5 * k + 5, 5 * k + 6}, 1};
+  };
+  for (int k = 0; k < 6; ++k) test::put_Draw(store_, kPeriod - 4 + k, "2026-01-01", six(k));
+  const struct {
+    PeriodNo first, last;
+    int match;
+    const char* left;
+  } cases[] = {{kPeriod - 3, kPeriod - 2, 6, "0345"},   {kPeriod - 4, kPeriod - 4, 6, "12345"},
+               {kPeriod - 1, kPeriod + 1, 6, "01245"},  {kPeriod, kPeriod + 1, 6, "012345"},
+               {kPeriod - 2, kPeriod - 3, 6, "012345"}, {kPeriod - 3, kPeriod - 3, 1, "345"},
+               {kPeriod - 4, kPeriod - 1, 1, "5"},      {kPeriod - 3, kPeriod - 3, 2, "02345"}};
+  for (const auto& row : cases) {
+    store_.query(R"(DELETE FROM "日志表")").run();
+    for (int k = 0; k < 6; ++k) test::put_Ticket(store_, k + 1, k + 1, kPeriod, six(k));
+    store_.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
+        .bind(row.first, row.last, row.match)
+        .run();
+    expect_LikeModel();
+    std::string left;
+    Query ids = store_.query(R"(SELECT "ID"-1 FROM "日志表" ORDER BY "ID")");
+    while (ids.next()) left += ids.text(0);
+    EXPECT_EQ(left, row.left) << row.first << ' ' << row.last << ' ' << row.match;
+  }
+  // A sum that no ticket has: nothing is left for the match.
+  store_.db().exec(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID" BETWEEN 1000 AND 1170;
+                      UPDATE "过滤条件使用情况" SET "使用情况"=1 WHERE "条件"=1)");
+  run_Pipeline(store_, desk_, kPeriod);
+  EXPECT_NE(desk_.running_Text().text().find("[历史数据过滤]过滤后余：０ 注"), std::string::npos)
+      << desk_.running_Text().text();
+}
+
 using Walk = test::StoreTest;
 
 // A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old order.

@@ -4,13 +4,17 @@
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QToolTip>
 
 #include "conditions/condition_store.hpp"
 #include "conditions/own_pages.hpp"
 #include "conditions/pages.hpp"
+#include "core/interval_mark.hpp"
+#include "core/schema.hpp"
 #include "ui/check_list.hpp"
+#include "ui/frozen_grid.hpp"
 #include "ui/text.hpp"
 #include "window_fixture.hpp"
 
@@ -20,6 +24,8 @@ namespace {
 class ConditionsTest : public WindowTest {
  protected:
   void SetUp() override {
+    lotmere::test::put_Draw(home_.store(), 2026088, "2026-08-13", {{7, 9, 14, 20, 28, 33}, 2});
+    lotmere::test::put_Draw(home_.store(), 2026089, "2026-08-16", {{1, 12, 13, 24, 30, 31}, 9});
     open_Settled();
     choose("tab_2");
   }
@@ -46,7 +52,173 @@ class ConditionsTest : public WindowTest {
     return text;
   }
   [[nodiscard]] int cell(ConditionId id) { return condition_Value(store(), id); }
+  // What every box, list, option, ball and choice shows, one entry each.
+  [[nodiscard]] std::vector<std::string> face() {
+    const QWidget& window = program_->window();
+    std::vector<std::string> marks;
+    for (const auto* button : window.findChildren<QAbstractButton*>())
+      marks.push_back(utf8(button->objectName()) + ' ' + utf8(button->accessibleName()) +
+                      (button->isChecked() ? "+" : "-"));
+    for (const auto* list : window.findChildren<CheckList*>())
+      for (const PanelItem& item : list->list().items())
+        marks.push_back(utf8(list->objectName()) + ' ' + item.text + (item.selected ? "+" : "-"));
+    for (const auto* choice : window.findChildren<QComboBox*>())
+      marks.push_back(utf8(choice->objectName()) + ' ' + utf8(choice->currentText()));
+    return marks;
+  }
+  // The entries of two faces that differ; lists that are filled anew may be longer.
+  static std::string differences(const std::vector<std::string>& a, const std::vector<std::string>& b) {
+    std::string text = a.size() == b.size() ? "" : "other lists; ";
+    for (std::size_t i = 0; i < std::min(a.size(), b.size()) && text.size() < 300; ++i)
+      if (a[i] != b[i]) text += a[i] + " / " + b[i] + "; ";
+    return text;
+  }
+  // A choice from the list of a box, as a user makes it.
+  void select(const char* name, int index) {
+    auto& box = part<QComboBox>(name);
+    box.setCurrentIndex(index);
+    Q_EMIT box.activated(index);
+  }
 };
+
+// A control of each kind, where it stands, and a click on it.
+struct Click {
+  const char* command;
+  const char* name;
+  std::function<void()> click;
+};
+
+// Each click with the store held by another program, and then free: what it shows is what is stored, at once and when
+// the page is opened again, and the tickets that are left are counted anew.
+TEST_F(ConditionsTest, EveryControlShowsWhatIsStored) {
+  const auto tab = [](int number) { return std::string("mnu_Tiaojian_") + std::to_string(number); };
+  const std::string counts = tab(11), places = tab(15), shapes = tab(16), groups = tab(41), match = tab(42);
+  constexpr const char* sheet = "mnu_TiaojianChoseNumber";
+  constexpr const char* shrink = "mnu_TiaojianShuosui";
+  const auto item = [&](const char* list, int row) { return [=, this] { tick(list, row); }; };
+  const auto box = [&](const char* name) { return [=, this] { click_Box(name); }; };
+  const auto button = [&](const char* name) { return [=, this] { part<QAbstractButton>(name).click(); }; };
+  set_Group(store(), 1, std::vector{3, 9});
+  const Click clicks[] = {{sheet, "an item", item("List_TjA_8", 6)},
+                          {sheet, "a box", box("Check_useTiaojiao_8")},
+                          {sheet, "a turn", item("List_jtzhsgl", 2)},
+                          {sheet, "a division's box", button("Check_zdyQJ_1")},
+                          {sheet, "a division's item", item("List_zdyQJ_1", 3)},
+                          {sheet, "a division's number", button("Check_zdyQJnumber_33")},
+                          {sheet, "a ball", button("cmm_C7_07")},
+                          {counts.c_str(), "an item", item("List_TJ_1", 3)},
+                          {counts.c_str(), "a box", box("Check_page_0")},
+                          {places.c_str(), "a number", item("List_DingweiNumber_1", 4)},
+                          {places.c_str(), "its box", box("Check_useDingWeiTiaojiao_30")},
+                          {places.c_str(), "the tolerance", button("Option_DingweiRongcuo_3")},
+                          {shapes.c_str(), "a shape", item("List_TiaojianElse", 9)},
+                          {groups.c_str(), "a number", button("cmm_ZDY_12")},
+                          {groups.c_str(), "a count", item("List_ZDYset", 5)},
+                          {groups.c_str(), "its box", box("Check_Zdy")},
+                          {groups.c_str(), "the empty button", button("cmm_EmptyZDY_0")},
+                          {match.c_str(), "the box", box("Check_Historyguolu")},
+                          {match.c_str(), "the first period", [&] { select("Combo_HistoryGuoLu_0", 1); }},
+                          {match.c_str(), "the last period", [&] { select("Combo_HistoryGuoLu_1", 1); }},
+                          {match.c_str(), "the match value", [&] { select("Combo_PiPei", 2); }},
+                          {match.c_str(), "the latest fifty", button("cmm_latestPeriods")},
+                          {shrink, "the type", button("Option_ShuoSuiLeiXing_4")},
+                          {shrink, "smart", button("Check_auto")}};
+  store().db().setBusyTimeout(0);
+  part<QPushButton>("cmm_QujianTip_102").click();
+  auto& foot = part<QLabel>("Label_liveCount");
+  const auto counted = [&] {
+    return QTest::qWaitFor([&] { return foot.text() != QStringLiteral("?"); }, 2000);
+  };
+  foot.setText(QStringLiteral("?"));
+  EXPECT_TRUE(counted());
+  for (const Click& row : clicks) {
+    SCOPED_TRACE(row.command + std::string(": ") + row.name);
+    choose(row.command);
+    const std::string stored = settings();
+    const auto shown_before = face();
+    desk_.told.clear();
+    {
+      SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
+      other.exec("BEGIN EXCLUSIVE");
+      row.click();
+    }
+    EXPECT_EQ(differences(face(), shown_before), "");
+    EXPECT_EQ(desk_.told.size(), 1U);
+    EXPECT_EQ(settings(), stored);
+    foot.setText(QStringLiteral("?"));
+    row.click();
+    EXPECT_NE(settings(), stored);
+    EXPECT_TRUE(counted()) << "anew behind the click";
+    const auto shown_behind = face();
+    EXPECT_NE(differences(shown_behind, shown_before), "");
+    choose("tab_1");
+    choose("tab_2");
+    EXPECT_EQ(differences(face(), shown_behind), "");
+    foot.setText(QStringLiteral("?"));
+    EXPECT_TRUE(counted()) << "when the page is opened; nothing is under way before the next click";
+  }
+}
+
+TEST_F(ConditionsTest, SheetAndPagesAgree) {
+  const struct {
+    int tab;
+    const char* page_box;
+    const char* page_list;
+    const char* sheet_box;
+    const char* sheet_list;
+  } cases[] = {
+      {11, "Check_page_0", "List_TJ_0", "Check_useTiaojiao_8", "List_TjA_8"},
+      {14, "Check_page_2", "List_TJ_2", "Check_useTiaojiao_18", "List_QJ_3"},
+      {16, "Check_useTiaojiao_else", "List_TiaojianElse", "Check_TiaojianMohu_0", "List_TiaojianMohu_0"}};
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.tab);
+    const auto agree = [&](const char* where) {
+      open_Tab(row.tab);
+      const auto items = part<CheckList>(row.page_list).list().items();
+      const bool used = part<QCheckBox>(row.page_box).isChecked();
+      // The strip and the command lead back alike.
+      if (row.tab == 14)
+        part<QListView>("TabStrip_TiaoJian")
+            .setCurrentIndex(part<QListView>("TabStrip_TiaoJian").model()->index(0, 0));
+      else
+        choose("mnu_TiaojianChoseNumber");
+      const auto& sheet = part<CheckList>(row.sheet_list).list().items();
+      ASSERT_EQ(items.size(), sheet.size());
+      for (std::size_t i = 0; i < sheet.size(); ++i)
+        EXPECT_EQ(items[i].selected, sheet[i].selected) << where << i;
+      EXPECT_EQ(used, part<QCheckBox>(row.sheet_box).isChecked()) << where;
+    };
+    choose("mnu_TiaojianChoseNumber");
+    click_Box(row.sheet_box);
+    tick(row.sheet_list, 5);
+    agree("behind clicks on the sheet ");
+    open_Tab(row.tab);
+    tick(row.page_list, 6);
+    click_Box(row.page_box);
+    agree("behind clicks on the page ");
+  }
+  choose("mnu_TiaojianView");
+  pick({9});
+  EXPECT_TRUE(
+      part<QPlainTextEdit>("Text_TiaoJianList").toPlainText().contains(QStringLiteral("“拖码”： ０９")));
+}
+
+TEST_F(ConditionsTest, TheSheetFollowsDrawsAndIntervals) {
+  EXPECT_EQ(part<QComboBox>("Combo_guoluqh").currentText(), QStringLiteral("2026090"));
+  click_Box("Check_useTiaojiao_16");
+  EXPECT_TRUE(is_Used(store(), 16));
+  choose("tab_1");
+  for (int i = 1; i <= 7; ++i)
+    part<QLineEdit>(("TextHistory_" + std::to_string(i)).c_str()).setText(QString::number(2 * i + 1));
+  choose("cmmUpdateHistory_0");
+  EXPECT_EQ(latestPeriod(store()), 2026091);
+  choose("tab_2");
+  EXPECT_EQ(part<QComboBox>("Combo_guoluqh").currentText(), QStringLiteral("2026091"));
+  choose("mnu_newQuJian");
+  press("cmm_CLSQujianHuafen");
+  choose("tab_2");
+  EXPECT_FALSE(part<QCheckBox>("Check_useTiaojiao_16").isChecked()) << "empty intervals filter nothing";
+}
 
 TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
   static_cast<void>(load_LiShi(store()));  // its page sets the range at every load
@@ -138,35 +310,95 @@ TEST_F(ConditionsTest, CountAndIntervalPagesWriteTheirCells) {
 TEST_F(ConditionsTest, GroupsAreMadeFilledAndEmptied) {
   open_Tab(41);
   EXPECT_FALSE(part<QCheckBox>("Check_Zdy").isEnabled());
-  for (const char* number : {"cmm_ZDY_03", "cmm_ZDY_09"}) part<QAbstractButton>(number).click();
-  EXPECT_TRUE(part<QCheckBox>("Check_Zdy").isEnabled());
-  EXPECT_TRUE(shown(std::string("　号码：（０３,０９）")).size() > 0);
-  EXPECT_EQ(read_AttributeColumn(store(), AttributeTable::first, "自定义组1")[9], 1);
-  auto& counts = part<CheckList>("List_ZDYset");
-  for (const PanelItem& item : std::vector(counts.list().items()))
-    if (item.selected != (item.k == 1)) tick(counts, item.k);
-  EXPECT_TRUE(is_Used(store(), 20));
-  EXPECT_TRUE(part<QListView>("List_ZDY")
-                  .model()
-                  ->index(0, 0)
-                  .data()
-                  .toString()
-                  .contains(QStringLiteral("允许开出个数（1个）")));
+  const auto members = [&](int group) {
+    std::string kept;
+    const RedTable column =
+        read_AttributeColumn(store(), AttributeTable::first, "自定义组" + std::to_string(group));
+    for (int n = 1; n <= kRedCount; ++n) kept += column[n] ? std::to_string(n) + ' ' : "";
+    return kept;
+  };
+  auto& tabs = part<QTabBar>("TabStrip_ZDYchose");
+  const std::pair<int, std::vector<const char*>> groups[] = {
+      {1, {"cmm_ZDY_03", "cmm_ZDY_09"}}, {2, {"cmm_ZDY_05"}}, {10, {"cmm_ZDY_33", "cmm_ZDY_01"}}};
+  for (const auto& [group, numbers] : groups) {
+    tabs.setCurrentIndex(group - 1);
+    for (const char* number : numbers) part<QAbstractButton>(number).click();
+    auto& counts = part<CheckList>("List_ZDYset");
+    for (const PanelItem& item : std::vector(counts.list().items()))
+      if (item.selected != (item.k == 1)) tick(counts, item.k);
+    EXPECT_TRUE(is_Used(store(), usage_OfGroup(group)) && part<QCheckBox>("Check_Zdy").isChecked());
+  }
+  EXPECT_EQ(members(1) + members(2) + members(3) + members(10), "3 9 5 1 33 ");
+  const auto line = [&](int group) {
+    return utf8(part<QListView>("List_ZDY").model()->index(group - 1, 0).data().toString());
+  };
+  EXPECT_EQ(line(2), "自定义组2　号码：（０５） —— 允许开出个数（1个）");
+  Q_EMIT part<QListView>("List_ZDY").clicked(part<QListView>("List_ZDY").model()->index(1, 0));
+  EXPECT_EQ(tabs.currentIndex(), 1);
   press("cmm_EmptyZDY_0");
-  EXPECT_FALSE(is_Used(store(), 20));
+  EXPECT_EQ(members(1) + members(2) + members(10), "3 9 1 33 ") << "the group shown, and no other";
+  EXPECT_TRUE(is_Used(store(), 20) && !is_Used(store(), 21) && is_Used(store(), 29));
   EXPECT_FALSE(part<QCheckBox>("Check_Zdy").isEnabled());
+  press("cmm_EmptyZDY_1");
+  EXPECT_EQ(members(1) + members(10), "");
+  EXPECT_FALSE(is_Used(store(), 20) || is_Used(store(), 29));
+  EXPECT_EQ(line(1), "自定义组1 ——　未 使 用 ");
 }
 
-TEST_F(ConditionsTest, MatchAndShrinkPagesStoreTheirChoice) {
+TEST_F(ConditionsTest, TheMatchPageMovesItsRangeOnWhenItIsShownAndLeavesAChosenOne) {
+  const auto range = [&] {
+    const HistoryMatch match = load_HistoryMatch(store());
+    return std::pair{match.first, match.last};
+  };
+  const auto which = [&] { return utf8(part<QLabel>("Label_matchRange").text()); };
   open_Tab(42);
+  EXPECT_EQ(range(), std::pair(2026088, 2026090));
+  EXPECT_EQ(which(), kMatchTexts.latest);
+  choose("tab_1");
+  lotmere::test::put_Draw(store(), 2026091, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
+  for (const char* command : {"mnu_TiaojianView", "huanyuan", "mnu_TiaojianChoseNumber"}) {
+    open_Tab(42);  // from here the page is left and another one asked for from outside
+    choose("tab_1");
+    store().query(R"(UPDATE "历史数据过滤" SET "最大值"=2026089)").run();
+    desk_.choices = {1};
+    choose(command);
+    EXPECT_EQ(range().second, 2026089) << command << " doesn't show the page";
+    choose("tab_1");
+  }
+  open_Tab(42);
+  EXPECT_EQ(range(), std::pair(2026088, 2026091));
+  select("Combo_HistoryGuoLu_1", 2);
+  select("Combo_HistoryGuoLu_0", 1);
+  EXPECT_EQ(range(), std::pair(2026090, 2026089)) << "as chosen, whatever sense it makes";
+  select("Combo_HistoryGuoLu_0", 2);
+  EXPECT_EQ(which(), kMatchTexts.chosen);
+  open_Tab(16);
+  open_Tab(42);
+  EXPECT_EQ(range(), std::pair(2026089, 2026089));
+  EXPECT_EQ(part<QComboBox>("Combo_HistoryGuoLu_0").currentText(), QStringLiteral("2026089"));
+  press("cmm_latestPeriods");
+  EXPECT_EQ(range(), std::pair(2026088, 2026091));
+  EXPECT_EQ(which(), kMatchTexts.latest);
   click_Box("Check_Historyguolu");
-  auto& match = part<QComboBox>("Combo_PiPei");
-  match.setCurrentIndex(3);
-  Q_EMIT match.activated(3);
-  EXPECT_TRUE(load_HistoryMatch(store()).used);
-  EXPECT_EQ(load_HistoryMatch(store()).match, 4);
-  EXPECT_EQ(load_HistoryMatch(store()).last, 2026090);
-  choose("mnu_TiaojianShuosui");
+  select("Combo_PiPei", 3);
+  EXPECT_EQ(load_HistoryMatch(store()), (HistoryMatch{true, 2026088, 2026091, 4}));
+}
+
+TEST_F(ConditionsTest, PlaceAndShrinkPagesShowWhatIsStored) {
+  for (const int stored : {5, 2}) {
+    set_ConditionValue(store(), kToleranceCell, stored);
+    set_ConditionValue(store(), kShrinkTypeCell, stored + 1);
+    set_Usage(store(), kSmartOptimisation, stored == 5);
+    open_Tab(15);
+    for (int k = 0; k <= kPlaceCount; ++k)
+      EXPECT_EQ(part<QRadioButton>(("Option_DingweiRongcuo_" + std::to_string(k)).c_str()).isChecked(),
+                k == stored);
+    choose("mnu_TiaojianShuosui");
+    for (int type = kSmallestShrink; type <= kLargestShrink; ++type)
+      EXPECT_EQ(part<QRadioButton>(("Option_ShuoSuiLeiXing_" + std::to_string(type)).c_str()).isChecked(),
+                type == stored + 1);
+    EXPECT_EQ(part<QCheckBox>("Check_auto").isChecked(), stored == 5);
+  }
   part<QRadioButton>("Option_ShuoSuiLeiXing_4").click();
   part<QCheckBox>("Check_auto").click();
   EXPECT_EQ(cell(kShrinkTypeCell), 4);
@@ -189,17 +421,39 @@ TEST_F(ConditionsTest, CustomDivisionsShowTheirIntervalsAndTakeNumbers) {
   part<QPushButton>("cmm_CLSzdyQj").click();
 }
 
-TEST_F(ConditionsTest, DividingTheIntervalsRecountsTheDrawsWhenThePageIsLeft) {
-  choose("mnu_newQuJian");
-  const auto counted = [&] {
-    return store().value(R"(SELECT "区间2" FROM "历史记录" WHERE "期号"=2026090)");
-  };
-  part<QRadioButton>("Option_QujianDingyi_1").click();
-  part<QAbstractButton>("cmm_QujianHuafen_01").click();
+class IntervalTest : public ConditionsTest {
+ protected:
+  void SetUp() override {
+    ConditionsTest::SetUp();
+    store().db().exec(R"(UPDATE "历史记录" SET "区间2"=7)");  // no count: whatever counts anew shows
+    choose("mnu_newQuJian");
+    part<QRadioButton>("Option_QujianDingyi_1").click();
+  }
+  void toggle(const char* number) { part<QAbstractButton>(number).click(); }
+  // What the draws hold of 区间2, oldest first, and what the grid shows of it.
+  std::string counted() {
+    std::string text;
+    Query rows = store().query(R"(SELECT "区间2" FROM "历史记录" ORDER BY "期号")");
+    while (rows.next()) text += rows.text(0);
+    return text;
+  }
+  std::string grid() {
+    std::string text;
+    const QAbstractItemModel& rows = *part<FrozenGrid>("TDBGridHistory").left().model();
+    int column = 0;
+    while (draw_Columns()[static_cast<std::size_t>(column)].name != "区间2") ++column;
+    for (int row = 0; row < rows.rowCount(); ++row) text += utf8(rows.index(row, column).data().toString());
+    return text;
+  }
+};
+
+TEST_F(IntervalTest, LeavingThePageCountsTheDrawsAnew) {
+  toggle("cmm_QujianHuafen_01");
   EXPECT_TRUE(part<QLabel>("Label_4qj_1").text().contains(QStringLiteral("０１")));
-  EXPECT_EQ(counted(), 0);
+  EXPECT_EQ(counted(), "777");
   choose("tab_1");
-  EXPECT_EQ(counted(), 1) << "the draw holds 1";
+  EXPECT_EQ(counted(), "231") << "of 1 and 11 to 20";
+  EXPECT_EQ(grid(), "231");
   desk_.told.clear();
   choose("mnu_newQuJian");
   choose("tab_1");
@@ -207,6 +461,59 @@ TEST_F(ConditionsTest, DividingTheIntervalsRecountsTheDrawsWhenThePageIsLeft) {
   choose("mnu_newQuJian");
   press("cmm_CLSQujianHuafen");
   EXPECT_TRUE(part<QLabel>("Label_4qj_0").text().contains(QStringLiteral("无号码")));
+  choose("mnu_youxiguizhe");
+  EXPECT_EQ(counted(), "231") << "another text of the same page";
+  choose("tab_3");
+  EXPECT_EQ(counted(), "000");
+}
+
+TEST_F(IntervalTest, ClosingTheWindowCountsThemTooAlsoWhenItStaysOpen) {
+  toggle("cmm_QujianHuafen_33");
+  desk_.answers = {false};
+  program_->window().close();
+  EXPECT_EQ(counted(), "320");
+  choose("tab_1");
+  EXPECT_EQ(grid(), "320");
+  choose("mnu_newQuJian");
+  toggle("cmm_QujianHuafen_33");
+  desk_.answers = {true};
+  program_->window().close();
+  EXPECT_EQ(counted(), "220");
+  EXPECT_FALSE(interval_CountsDue(store()));
+}
+
+TEST_F(IntervalTest, WhateverElseChangesThemCountsTheDraws) {
+  toggle("cmm_QujianHuafen_01");
+  choose("tab_2");
+  EXPECT_EQ(counted(), "231");
+  desk_.choices = {0};
+  choose("huanyuan");
+  EXPECT_EQ(counted(), "220") << "restored factory values";
+  EXPECT_EQ(grid(), "220");
+  // Killed on the page of the intervals: the next start counts.
+  choose("mnu_newQuJian");
+  toggle("cmm_QujianHuafen_30");
+  program_.reset();
+  open();
+  EXPECT_EQ(counted(), "230");
+  EXPECT_EQ(grid(), "230");
+}
+
+TEST_F(IntervalTest, AClickThatCannotBeStoredShowsTheIntervalsAsTheyAre) {
+  store().db().setBusyTimeout(0);
+  const auto before = face();
+  {
+    SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    toggle("cmm_QujianHuafen_01");
+    part<QRadioButton>("Option_QujianDingyi_3").click();
+    press("cmm_CLSQujianHuafen");
+  }
+  EXPECT_EQ(differences(face(), before), "");
+  EXPECT_EQ(desk_.told.size(), 3U);
+  toggle("cmm_QujianHuafen_01");
+  EXPECT_EQ(read_AttributeColumn(store(), AttributeTable::first, "区间2")[1], 1)
+      << "the interval that is shown";
 }
 
 TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
@@ -229,6 +536,33 @@ TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
   EXPECT_TRUE(foot(live_Text(*before)));
   choose("mnu_ShengCeng_1");
   EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), before->survivors);
+}
+
+// The count of a large table is taken in slices: clicks and commands come between them and find the store free.
+TEST_F(ConditionsTest, ACountUnderWayGivesWay) {
+  store().db().exec(R"(WITH RECURSIVE c(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM c WHERE i<199999)
+    INSERT INTO "日志表"("序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+    SELECT i+1,2026091,1+i%5,6+i/5%5,11+i/25%5,16+i/125%5,21+i/625%6,27+i/3750%7,1+i/26250%16 FROM c)");
+  auto& foot = part<QLabel>("Label_liveCount");
+  const auto open_InTheMiddle = [&] {
+    choose("tab_1");
+    choose("tab_2");
+    foot.setText(QStringLiteral("?"));
+    QTest::qWait(70);  // while the tickets are read
+  };
+  open_InTheMiddle();
+  click_Box("Check_useTiaojiao_8");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return foot.text().startsWith(QStringLiteral("表格中")); }, 20'000));
+  EXPECT_EQ(utf8(foot.text()), live_Text(*LiveCount(store()).count(2026091)));
+  const auto left = LiveCount(store()).count(2026091)->survivors;
+  open_InTheMiddle();
+  desk_.texts = {"2026091"};
+  desk_.told.clear();
+  choose("mnu_ShengCeng_1");
+  EXPECT_TRUE(desk_.told.empty()) << told();
+  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), left);
+  open_InTheMiddle();
+  program_.reset();  // the end of the program in the middle
 }
 
 TEST_F(ConditionsTest, TipsTellHowMuchAConditionLetsThrough) {

@@ -1,4 +1,5 @@
 // From the start of the process to the ready window, users, and the end.
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -110,6 +111,13 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
   choose("tab_2");
   pick({33});
+  const auto used = [&] { return part<QCheckBox>("Check_useTiaojiao_0").isChecked(); };
+  EXPECT_TRUE(used());
+  part<QCheckBox>("Check_useTiaojiao_0").click();
+  store().db().exec(R"(UPDATE "号码特性" SET "区间1"="号码"<=4)");
+  const auto counted = [&] {
+    return store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
+  };
 
   desk_.answers = {true};
   desk_.dialogs = {[](QDialog& dialog) {
@@ -120,6 +128,9 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   EXPECT_EQ(current_User(store()), "乙");
   EXPECT_EQ(window.current_Page(), MainWindow::Page::history);
   EXPECT_EQ(load_Selection(store()).red[33], PickState::none);
+  EXPECT_EQ(counted(), 6) << "the counts are those of this user's intervals";
+  choose("tab_2");
+  EXPECT_TRUE(used()) << "and the sheet shows this user's switches";
 
   lotmere::test::put_Ticket(store(), 1, 1, 2026091, {{1, 2, 3, 4, 5, 6}, 7});
   desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties them
@@ -134,6 +145,9 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), 0);
   EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
   EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
+  EXPECT_EQ(counted(), 4);
+  choose("tab_2");
+  EXPECT_FALSE(used());
 
   desk_.dialogs = {[](QDialog&) { return false; }};
   choose("mnu_UserQiehuan");

@@ -297,7 +297,9 @@ TEST_F(NumberPadTest, MarkedNumbersWarnAndAreTakenAllTheSame) {
 
 TEST_F(NumberPadTest, DefaultsComeBackOnlyWhenThePersonSaysSo) {
   pick({33});
-  desk_.choices = {std::nullopt, 0};
+  desk_.choices = {std::nullopt, 1, 0};
+  choose("huanyuan");
+  EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"还原", "取消"}));
   choose("huanyuan");
   EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
   choose("huanyuan");
