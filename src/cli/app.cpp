@@ -86,12 +86,14 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
   }
 }
 
-// The parser's own words are English; what matters in them is the name of the argument in front of the colon or the blank.
+// The parser's own words are English; what matters in them is the name of the argument in front of the colon
+// or the blank.
 std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
   constexpr const char* help = "用 --help 查看用法。";
   const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
   const std::string detail = error.what();
-  // The parser misses a command before it looks at the words that it couldn't place; the person wants to know the word.
+  // The parser misses a command before it looks at the words that it couldn't place; the person wants to know
+  // the word.
   const auto unknown = app.remaining(true);
   if (!unknown.empty() && (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError))
     return fmt::format("有不认识的命令或参数{}。{}", quote_Typed(fmt::format("{}", fmt::join(unknown, " "))),
@@ -124,8 +126,8 @@ std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& 
   return order;
 }
 
-// The draws keep counts of the intervals, which a kill, an older version or the command itself may have left due.
-// A failure is told and leaves the mark for the next command; this one goes on.
+// The draws keep counts of the intervals, which a kill, an older version or the command itself may have left
+// due. A failure is told and leaves the mark for the next command; this one goes on.
 void recount_Intervals(Store& store, Desk& desk) {
   try {
     recount_Due(store, desk);

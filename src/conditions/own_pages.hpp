@@ -55,8 +55,8 @@ struct MatchTexts {
   std::string_view button = "最近50期";
 };
 inline constexpr MatchTexts kMatchTexts;
-// Called when the page is really shown: a range that wasn't chosen by hand moves on to the last fifty draws, which is
-// stored. With an empty history it stays as it is.
+// Called when the page is really shown: a range that wasn't chosen by hand moves on to the last fifty draws,
+// which is stored. With an empty history it stays as it is.
 [[nodiscard]] MatchPage load_LiShi(Store& store);
 // An end of the range chosen by hand; from then on the range stays. `end` is HistoryMatch::first or last.
 void choose_MatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);

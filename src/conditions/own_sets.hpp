@@ -13,8 +13,8 @@
 
 namespace lotmere {
 
-// Makes `numbers` the members of a custom group (1 to 10). An empty group isn't used: its switch goes off; its
-// allowed counts stay.
+// Makes `numbers` the members of a custom group (1 to 10). An empty group isn't used: its switch goes off;
+// its allowed counts stay.
 void set_Group(Store& store, int group, std::span<const int> numbers);
 
 // Makes `numbers` the ones allowed at a place (1 to 7). Picking numbers switches the place on, an empty list

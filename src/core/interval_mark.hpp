@@ -1,15 +1,16 @@
-// The mark that the interval counts of the draws are due (`用户模式`.`区间待统计`). Every draw keeps how many of its reds
-// lie in 区间1 to 区间4, so whatever changes these intervals makes the stored counts wrong until they are counted anew
-// (`recount_DueIntervals`, history/draw_stats.hpp). The mark outlives a kill; the next start or command counts.
+// The mark that the interval counts of the draws are due (`用户模式`.`区间待统计`). Every draw keeps how many of its
+// reds lie in 区间1 to 区间4, so whatever changes these intervals makes the stored counts wrong until they are
+// counted anew (`recount_Due`, history/draw_stats.hpp). The mark outlives a kill; the next start or command
+// counts.
 #pragma once
 
 #include "core/store.hpp"
 
 namespace lotmere {
 
-// From now on every write through this connection that changes the members of 区间1 to 区间4 leaves the mark, in the
-// change of the write itself: a click, restored factory values, the profile of another user. A write of the values
-// that stand there already leaves none. `Store` calls it when it opens.
+// From now on every write through this connection that changes the members of 区间1 to 区间4 leaves the mark, in
+// the change of the write itself: a click, restored factory values, the profile of another user. A write of
+// the values that stand there already leaves none. `Store` calls it when it opens.
 void watch_Intervals(SQLite::Database& db);
 
 // Whether the counts are due.

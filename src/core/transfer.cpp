@@ -59,7 +59,7 @@ bool is_HomeFile(const Home& home, const fs::path& file) {
   const fs::path folder = file.has_parent_path() ? file.parent_path() : ".";
   if (!fs::equivalent(folder, home.folder, missing)) return false;
   const std::string name = file.filename().string();
-  return file.extension() == kProfileEnding ||
+  return file.extension() == kProfileExtension ||
          std::ranges::any_of(
              std::initializer_list<fs::path>{home.main_Db(), home.backup_Db(), home.template_File(),
                                              home.lock_File(), waiting_Folder(home)},
@@ -70,7 +70,7 @@ bool is_HomeFile(const Home& home, const fs::path& file) {
 bool is_ArchivedName(const Home& home, const std::string& name) {
   const fs::path path(name);
   return path == path.filename() && name.find('\0') == std::string::npos &&
-         (path == home.main_Db().filename() || (path.extension() == kProfileEnding && path.has_stem()));
+         (path == home.main_Db().filename() || (path.extension() == kProfileExtension && path.has_stem()));
 }
 
 bool holds_Home(const Home& home, const std::vector<ArchivedFile>& archived) {

@@ -138,8 +138,8 @@ std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dr
     for (const PassStep& step : pass_Order())
       if (wanted(step.kind) && !desk.stop_Requested()) run_Step(run, step, turns);
   };
-  // Which tickets the passes leave doesn't depend on their order, but for a mark above 0 behind the first that
-  // ran, which the combinations count down from. So those that look at the blue can go first and last.
+  // Which tickets the passes leave doesn't depend on their order, but for a mark above 0 behind the first
+  // that ran, which the combinations count down from. So those that look at the blue can go first and last.
   run_Kinds(rows, [](PassKind kind) { return kind == PassKind::positions; });
   if (!gather_Groups(dropped)) return std::nullopt;
   run_Kinds(groups, [](PassKind kind) { return kind != PassKind::positions && kind != PassKind::reduction; });

@@ -15,9 +15,9 @@
 
 namespace lotmere {
 
-// Counts what a run would leave, by the steps of the run over a copy in memory: every step is in it, the reduction
-// too. Nothing is written and nothing is told. The tickets are read at the first count and held, at most some 75
-// bytes each; conditions, groups and draws are read anew at every count.
+// Counts what a run would leave, by the steps of the run over a copy in memory: every step is in it, the
+// reduction too. Nothing is written and nothing is told. The tickets are read at the first count and held, at
+// most some 75 bytes each; conditions, groups and draws are read anew at every count.
 class LiveCount {
  public:
   explicit LiveCount(Store& store) : store_(store) {}
@@ -36,9 +36,9 @@ class LiveCount {
     friend bool operator==(const Result&, const Result&) = default;
   };
 
-  // Called every few milliseconds of a count; true drops it. It may serve the person, and must answer true once
-  // that has changed a table, as the passes read the tables one after another. It must not count, nor run a
-  // command that reads or changes the tickets.
+  // Called every few milliseconds of a count; true drops it. It may serve the person, and must answer true
+  // once that has changed a table, as the passes read the tables one after another. It must not count, nor
+  // run a command that reads or changes the tickets.
   using Dropped = std::function<bool()>;
 
   // Counts the tickets of the first period in the table, or with none those that the selection makes for
@@ -48,16 +48,18 @@ class LiveCount {
  private:
   enum class Held { nothing, table, selection };
 
-  // The period that first_TicketPeriod() gives, found row by row so that a large table is looked at in pieces.
+  // The period that first_TicketPeriod() gives, found row by row so that a large table is looked at in
+  // pieces.
   std::optional<PeriodNo> first_Period(const Dropped& dropped);
   // False when it was dropped while the tickets were read.
   bool hold_Table(const Dropped& dropped);
   void hold_Selection(const NumberSelection& selection);
 
-  // Fills left_ with the tickets that are held. This and the next are false when the count was dropped on the way.
+  // Fills left_ with the tickets that are held. This and the next are false when the count was dropped on the
+  // way.
   bool copy_Tickets(const Dropped& dropped);
-  // The same six with several blues stand together: the passes that look at the reds alone walk over one ticket
-  // for each such group, the group's first.
+  // The same six with several blues stand together: the passes that look at the reds alone walk over one
+  // ticket for each such group, the group's first.
   bool gather_Groups(const Dropped& dropped);
   // Takes the rows of the groups that are gone out of left_.
   void keep_Groups();

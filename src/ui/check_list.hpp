@@ -33,8 +33,8 @@ class CheckList : public QListView {
  public:
   explicit CheckList(QWidget* parent = nullptr);
 
-  // Shows these items in the place of the old ones; the place that the person scrolled to stays. Filling a list
-  // is never taken for a click.
+  // Shows these items in the place of the old ones; the place that the person scrolled to stays. Filling a
+  // list is never taken for a click.
   void show_Items(std::vector<PanelItem> items);
   [[nodiscard]] const CheckListModel& list() const { return *model_; }
   // A click on the item of `k` couldn't be stored: its mark is as it was.

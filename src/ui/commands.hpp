@@ -25,8 +25,8 @@ class CommandRunner : public QObject {
  public:
   explicit CommandRunner(WindowDesk& desk) : desk_(desk) {}
 
-  // Runs a command, guarded. While another one runs, also when that one waits in a dialog or serves the window,
-  // nothing happens.
+  // Runs a command, guarded. While another one runs, also when that one waits in a dialog or serves the
+  // window, nothing happens.
   void run(const std::function<void()>& command);
   [[nodiscard]] bool is_Running() const { return running_; }
 

@@ -83,7 +83,8 @@ void ConditionsPage::make_Contents() {
 }
 
 void ConditionsPage::setting_Changed() {
-  // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is stale.
+  // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
+  // stale.
   if (pages_->currentWidget() != pane_) pane_->sheet().mark_Stale();
   count_timer_.start(kCountDelay);
 }

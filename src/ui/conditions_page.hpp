@@ -29,8 +29,8 @@ class ConditionsPage : public QWidget {
   Q_OBJECT
 
  public:
-  // Registers its commands, one for each of its pages among them. What stands on it is made when it first comes to
-  // the front, so that it costs the start nothing.
+  // Registers its commands, one for each of its pages among them. What stands on it is made when it first
+  // comes to the front, so that it costs the start nothing.
   explicit ConditionsPage(Session& session, QWidget* parent = nullptr);
 
   // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.

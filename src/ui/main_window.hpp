@@ -29,11 +29,12 @@ class MainWindow : public QMainWindow {
   void show_Page(Page page);
   [[nodiscard]] Page current_Page() const { return page_; }
 
-  // The steps of the start that stand behind the shown window, in their order. False: the program ends, as the
-  // person asked for.
+  // The steps of the start that stand behind the shown window, in their order. False: the program ends, as
+  // the person asked for.
   [[nodiscard]] bool choose_Mode();
   [[nodiscard]] bool log_In();
-  // The counts of the draws follow the intervals, which the login, an older version or a kill may have left behind.
+  // The counts of the draws follow the intervals, which the login, an older version or a kill may have left
+  // behind.
   void recount_Intervals();
   // Offers the download where a draw is missing.
   void check_History();

@@ -9,13 +9,13 @@
 
 namespace lotmere::ui {
 
-// The work has a thread of its own, which runs only while resume() waits for it: so it may use the store, which one
-// thread at a time may, and the window is served between two slices. Whoever changes what the work reads drops it
-// first.
+// The work has a thread of its own, which runs only while resume() waits for it: so it may use the store,
+// which one thread at a time may, and the window is served between two slices. Whoever changes what the work
+// reads drops it first.
 class SlicedWork {
  public:
-  // Asked by the work every few milliseconds, with no half-done change of the store: waits here for the next slice
-  // when this one is used up. True: the work is dropped and comes to its end at once.
+  // Asked by the work every few milliseconds, with no half-done change of the store: waits here for the next
+  // slice when this one is used up. True: the work is dropped and comes to its end at once.
   using Pause = std::function<bool()>;
 
   // Nothing runs before the first resume(). Throws std::system_error where no thread can be had.

@@ -328,7 +328,8 @@ TEST_F(Summary, TellsEverySettingInItsLine) {
       << text;
 }
 
-// Each condition alone with its second cell allowed: its line changes and no other, in the order of the lines.
+// Each condition alone with its second cell allowed: its line changes and no other, in the order of the
+// lines.
 TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
   const std::string six = "（２,１,１,１,１）   ", four = "（２,２,２）   ", three = "（３,２,１）   ";
   const std::string one = "１", listed = "１  ", on = "使 用";

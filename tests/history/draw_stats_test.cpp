@@ -20,8 +20,8 @@
 namespace lotmere::test {
 namespace {
 
-// The statistics told plainly: a select for every group, a loop for every figure. Which figure stands in which
-// column and against which earlier draws is told here once more; the metrics have a model of their own.
+// The statistics told plainly: a select for every group, a loop for every figure. Which figure stands in
+// which column and against which earlier draws is told here once more; the metrics have a model of their own.
 using ModelRow = std::map<std::string, std::string>;  // column to text, for every derived column
 
 bool holds(const Reds& reds, int n) { return std::find(reds.begin(), reds.end(), n) != reds.end(); }

@@ -153,7 +153,8 @@ TEST_F(Run, AStopDuringTheWriteBackComesTooLate) {
   EXPECT_FALSE(desk_.stop_Requested());
 }
 
-// Both ends of the range count, the draws of the period and behind it never; the line comes with no ticket too.
+// Both ends of the range count, the draws of the period and behind it never; the line comes with no ticket
+// too.
 TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
   store_.db().exec(
       R"(UPDATE "过滤条件使用情况" SET "使用情况"=0; UPDATE "过滤条件" SET "Value"=7 WHERE "ID"=3900)");
@@ -192,7 +193,8 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
 
 using Walk = test::StoreTest;
 
-// A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old order.
+// A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old
+// order.
 TEST_F(Walk, AStopBetweenBlocksLeavesTheRestAsItStood) {
   constexpr std::size_t rows = 20'000;
   TicketSet tickets;

@@ -88,8 +88,8 @@ struct Click {
   std::function<void()> click;
 };
 
-// Each click with the store held by another program, and then free: what it shows is what is stored, at once and when
-// the page is opened again, and the tickets that are left are counted anew.
+// Each click with the store held by another program, and then free: what it shows is what is stored, at once
+// and when the page is opened again, and the tickets that are left are counted anew.
 TEST_F(ConditionsTest, EveryControlShowsWhatIsStored) {
   const auto tab = [](int number) { return std::string("mnu_Tiaojian_") + std::to_string(number); };
   const std::string counts = tab(11), places = tab(15), shapes = tab(16), groups = tab(41), match = tab(42);
@@ -538,7 +538,8 @@ TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
   EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), before->survivors);
 }
 
-// The count of a large table is taken in slices: clicks and commands come between them and find the store free.
+// The count of a large table is taken in slices: clicks and commands come between them and find the store
+// free.
 TEST_F(ConditionsTest, ACountUnderWayGivesWay) {
   store().db().exec(R"(WITH RECURSIVE c(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM c WHERE i<199999)
     INSERT INTO "日志表"("序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
