@@ -57,9 +57,7 @@ void check_Period(const std::string& text) {
              std::none_of(quoted.begin(), quoted.end(), [](unsigned char c) { return c < ' '; }),
          "a quotation is short and plain");
   if (period)
-    expect(std::to_string(*period) == text && *period >= kDefaultPeriod, "a period is what was typed");
-  const PeriodNo cut = parse_Period(text);
-  expect(cut >= 0 && cut <= 9'999'999, "a period has seven digits");
+    expect(std::to_string(*period) == plain_Digits(text) && is_Period(*period), "a period is what was typed");
 }
 
 void check_Others(std::string text) {

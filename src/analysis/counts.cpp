@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "core/periods.hpp"
 #include "core/text.hpp"
 
 namespace lotmere {

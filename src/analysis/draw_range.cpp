@@ -11,13 +11,6 @@ constexpr std::int64_t kRowsBetweenServes = 64;
 
 std::string_view ball_Name(BallColour balls) { return balls == BallColour::red ? "红球" : "蓝球"; }
 
-DrawNumbers read_Numbers(const Query& row, int first) {
-  DrawNumbers numbers;
-  for (int i = 0; i < kRedsPerTicket; ++i) numbers.reds[i] = row.number(first + i);
-  numbers.blue = row.number(first + kRedsPerTicket);
-  return numbers;
-}
-
 WalkProgress::WalkProgress(Desk& desk, std::int64_t rows) {
   if (rows >= kRowsWorthABar) job_.emplace(desk, rows, Job::Stop::impossible);
 }

@@ -1,4 +1,4 @@
-// What the analyses share: reds or blues, the numbers of a draw, and the course of a walk over many draws.
+// What the analyses share: reds or blues, the walk over the numbers of a draw, and the course of a walk over many draws.
 #pragma once
 
 #include <cstdint>
@@ -22,20 +22,16 @@ enum class BallColour { red, blue };
 // "红球" or "蓝球".
 [[nodiscard]] std::string_view ball_Name(BallColour balls);
 
-// Reads six reds and the blue behind them from a row, from column `first` on.
-[[nodiscard]] DrawNumbers read_Numbers(const Query& row, int first);
-
-// Calls `visit(number)` for each number of a draw: a red that stands twice once, and nothing for a number
-// outside the game, which only a row of another program can hold.
+// Calls `visit(number)` for each number of a draw, a red that stands twice once; nothing for the missing number.
 template <class Visit>
 void for_EachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
   if (balls == BallColour::blue) {
-    if (numbers.blue >= 1 && numbers.blue <= kBlueCount) visit(numbers.blue);
+    if (numbers.blue != 0) visit(numbers.blue);
     return;
   }
   std::uint64_t seen = 0;
   for (const int red : numbers.reds) {
-    if (red < 1 || red > kRedCount || (seen >> red & 1) != 0) continue;
+    if (red == 0 || (seen >> red & 1) != 0) continue;
     seen |= std::uint64_t{1} << red;
     visit(red);
   }

@@ -10,15 +10,6 @@
 
 namespace lotmere {
 
-std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text) {
-  // A prompt would cut what is too long; here a slip must not name another draw, so it is refused.
-  const bool digits =
-      text.size() == 7 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-  if (const PeriodNo period = digits ? parse_Period(text) : 0; is_Period(period)) return period;
-  refuse(desk, fmt::format("期号{}不对，应为年份加三位期次的7位数字，如 2007001。", quote_Typed(text)));
-  return std::nullopt;
-}
-
 std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from, const std::string& to) {
   const auto first = read_Period(desk, from);
   const auto last = first ? read_Period(desk, to) : std::nullopt;
@@ -44,11 +35,6 @@ CLI::Validator whole_Number(int first, int last) {
 int refuse(Desk& desk, std::string_view text) {
   desk.tell(text, Tone::warning);
   return kExitRefused;
-}
-
-std::string numbers_Text(const DrawNumbers& numbers) {
-  const auto& [a, b, c, d, e, f] = numbers.reds;
-  return fmt::format("{:02} {:02} {:02} {:02} {:02} {:02}+{:02}", a, b, c, d, e, f, numbers.blue);
 }
 
 }  // namespace lotmere

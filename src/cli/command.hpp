@@ -82,9 +82,6 @@ void add_AnalysisCommands(CommandList& list);
 void add_UserCommands(CommandList& list);
 void add_StoreCommands(CommandList& list);
 
-// A period as typed; told and nothing when it names none: year 2003 on, running number 1 on.
-[[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, const std::string& text);
-
 // Two periods as typed, the first not behind the second; told and nothing otherwise.
 [[nodiscard]] std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from,
                                                     const std::string& to);
@@ -94,8 +91,5 @@ void add_StoreCommands(CommandList& list);
 
 // Tells a refusal and gives its exit status.
 int refuse(Desk& desk, std::string_view text);
-
-// "01 04 16 22 26 31+04"
-[[nodiscard]] std::string numbers_Text(const DrawNumbers& numbers);
 
 }  // namespace lotmere

@@ -5,7 +5,6 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
-#include "analysis/draw_range.hpp"
 #include "cli/command.hpp"
 #include "core/text.hpp"
 #include "history/export_sheet.hpp"
@@ -83,6 +82,7 @@ class StatusCommand final : public Command {
     const HistoryStatus status =
         updateHistoryStatus(session.store, today, upcomingDrawDate(session.store, today));
     session.out << trim(status.history) << '\n' << trim(status.next_draw) << '\n';
+    if (!status.missing.empty()) session.out << status.missing << '\n';
     return kExitDone;
   }
 };

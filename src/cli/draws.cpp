@@ -68,12 +68,12 @@ class AddCommand final : public Command {
     DrawEntry entry{period_, {}, std::to_string(numbers_.back())};
     for (int i = 0; i < kRedsPerTicket; ++i) entry.reds[i] = std::to_string(numbers_[i]);
     const CheckedEntry checked = checkManualEntry(entry);
-    if (!checked.ok) {
+    if (!checked.numbers) {
       session.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
       return kExitRefused;
     }
-    saveDraw(session.store, session.desk, *period, *date, checked.numbers, Recalc::yes);
-    session.out << fmt::format("{} {} {}\n", *period, format_Date(*date), numbers_Text(checked.numbers));
+    saveDraw(session.store, session.desk, *period, *date, *checked.numbers, Recalc::yes);
+    session.out << fmt::format("{} {} {}\n", *period, format_Date(*date), numbers_Text(*checked.numbers));
     return kExitDone;
   }
 
@@ -85,14 +85,12 @@ class AddCommand final : public Command {
 
 class DeleteCommand final : public Command {
  public:
-  DeleteCommand() : Command("draws", "delete", "删除一期开奖记录") {}
+  DeleteCommand() : Command("draws", "delete", "删除一期开奖记录，要加 --answer yes") {}
 
   void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
 
   int run(Session& session) override {
-    const auto period = read_Period(session.desk, period_);
-    if (!period) return kExitRefused;
-    return deleteDraw(session.store, session.desk, *period) ? kExitDone : kExitRefused;
+    return deleteDraw(session.store, session.desk, period_) ? kExitDone : kExitRefused;
   }
 
  private:

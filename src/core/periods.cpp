@@ -1,5 +1,9 @@
 #include "core/periods.hpp"
 
+#include <fmt/format.h>
+
+#include "core/text.hpp"
+
 namespace lotmere {
 namespace {
 
@@ -15,12 +19,29 @@ constexpr const char* kNumbers = R"("期号","红球1","红球2","红球3","红�
 StoredDraw read_Draw(const Query& row) {
   StoredDraw draw;
   draw.period = row.number(0);
-  for (int i = 0; i < kRedsPerTicket; ++i) draw.numbers.reds[i] = row.number(1 + i);
-  draw.numbers.blue = row.number(1 + kRedsPerTicket);
+  draw.numbers = read_Numbers(row, 1);
   return draw;
 }
 
 }  // namespace
+
+std::optional<PeriodNo> read_Period(Desk& desk, std::string_view text) {
+  const auto period = parse_Period(text);
+  if (!period)
+    desk.tell(fmt::format("期号{}不对，应为年份加三位期次的7位数字，如 2007001。", quote_Typed(text)),
+              Tone::warning);
+  return period;
+}
+
+Reds read_Reds(const Query& row, int first) {
+  Reds reds{};
+  for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = row.number_UpTo(first + i, kRedCount);
+  return reds;
+}
+
+DrawNumbers read_Numbers(const Query& row, int first) {
+  return {read_Reds(row, first), row.number_UpTo(first + kRedsPerTicket, kBlueCount)};
+}
 
 PeriodNo latestPeriod(Store& store) {
   return last_Period(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT 1)"));

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "core/dates.hpp"
+#include "core/desk.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
 
@@ -16,6 +18,10 @@ struct PeriodRange {
   PeriodNo from = 0;
   PeriodNo to = 0;
 };
+
+// A period as a user types it on any face: the one that parse_Period() reads. Nothing, told in one line, for any
+// other text, an empty one as well.
+[[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, std::string_view text);
 
 // The newest and the oldest period; kDefaultPeriod with an empty history.
 [[nodiscard]] PeriodNo latestPeriod(Store& store);
@@ -31,13 +37,19 @@ struct PeriodRange {
 inline constexpr Date kNoDrawDate{std::chrono::December / 31 / 9999};
 [[nodiscard]] Date latestDrawDate(Store& store);
 
-// The day of the draw that comes next, which the date field of the entry holds at first and after a draw was
-// deleted: the first draw day after the newest draw; with an empty history the first one from `today` on.
+// The day of the draw that comes next, which the date field of the entry proposes at first and after every change
+// of the draws: the first draw day after the newest draw; with an empty history the first one from `today` on.
 [[nodiscard]] Date upcomingDrawDate(Store& store, Date today);
 
 // The period that prompts propose: the last one + 1; or the first one of the year of `entry_date` (the date
 // field's value) once the newest draw lies in a later year than the newest period, and with an empty history.
 [[nodiscard]] PeriodNo nextPeriod(Store& store, Date entry_date);
+
+// The numbers of a draw as every reader of the history takes them: six reds, and the blue behind them, from
+// column `first` of a row on. A row that was damaged or that another program wrote may hold anything; what isn't a
+// number of the game counts as 0, the missing number.
+[[nodiscard]] Reds read_Reds(const Query& row, int first);
+[[nodiscard]] DrawNumbers read_Numbers(const Query& row, int first);
 
 // A draw of the history with its numbers alone.
 struct StoredDraw {

@@ -34,6 +34,12 @@ class Query {
   int run();
   [[nodiscard]] std::int64_t whole(int column) const { return statement_.getColumn(column).getInt64(); }
   [[nodiscard]] int number(int column) const { return statement_.getColumn(column).getInt(); }
+  // A whole number of 1 to `last`; 0 where anything else stands: another number, a text, nothing.
+  [[nodiscard]] int number_UpTo(int column, int last) const {
+    const SQLite::Column field = statement_.getColumn(column);
+    const std::int64_t value = field.isInteger() ? field.getInt64() : 0;
+    return value >= 1 && value <= last ? static_cast<int>(value) : 0;
+  }
   [[nodiscard]] std::string text(int column) const { return statement_.getColumn(column).getString(); }
   SQLite::Statement& statement() { return statement_; }
 

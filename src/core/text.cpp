@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 
 namespace lotmere {
 
@@ -42,8 +43,39 @@ std::int64_t leading_Number(std::string_view text) {
   return value;
 }
 
-PeriodNo parse_Period(std::string_view text) {
-  return static_cast<PeriodNo>(leading_Number(trim(text).substr(0, 7)));
+std::string plain_Digits(std::string_view text) {
+  constexpr std::string_view wide_blank = "\xE3\x80\x80";
+  constexpr std::string_view wide_digit = "\xEF\xBC";  // and 90 to 99 behind it
+  std::string plain;
+  while (!text.empty()) {
+    const auto third = text.size() > 2 ? static_cast<unsigned char>(text[2]) : 0U;
+    const bool digit = text.starts_with(wide_digit) && third >= 0x90 && third <= 0x99;
+    const bool blank = text.starts_with(wide_blank);
+    plain += digit ? static_cast<char>('0' + (third - 0x90)) : blank ? ' ' : text.front();
+    text.remove_prefix(digit || blank ? 3 : 1);
+  }
+  return std::string(trim(plain));
+}
+
+std::optional<std::int64_t> parse_Whole(std::string_view text) {
+  const std::string plain = plain_Digits(text);
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
+  if (error != std::errc{} || end != plain.data() + plain.size()) return std::nullopt;
+  return value;
+}
+
+std::optional<PeriodNo> parse_Period(std::string_view text) {
+  constexpr std::size_t length = 7;
+  const std::string plain = plain_Digits(text);
+  const auto value = plain.size() == length ? parse_Whole(plain) : std::nullopt;
+  if (!value || !is_Period(static_cast<PeriodNo>(*value))) return std::nullopt;
+  return static_cast<PeriodNo>(*value);
+}
+
+std::string numbers_Text(const DrawNumbers& numbers) {
+  const auto& [a, b, c, d, e, f] = numbers.reds;
+  return fmt::format("{:02} {:02} {:02} {:02} {:02} {:02}+{:02}", a, b, c, d, e, f, numbers.blue);
 }
 
 std::size_t count_Characters(std::string_view text) {

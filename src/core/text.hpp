@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,9 +27,19 @@ inline constexpr std::string_view kLineBreak = "\r\n";
 // ten digits.
 [[nodiscard]] std::int64_t leading_Number(std::string_view text);
 
-// A period as a person types it: the number value of the first seven characters of the trimmed text. Letters
-// end the number; an empty or senseless text gives 0, and a value below 1 means that no period was given.
-[[nodiscard]] PeriodNo parse_Period(std::string_view text);
+// A number as a user types it, without the blanks around it, full-width ones as well, and with ASCII digits in the
+// place of full-width ones. Other characters stay.
+[[nodiscard]] std::string plain_Digits(std::string_view text);
+
+// The period that a typed text names: seven digits, ASCII or full-width, with or without blanks around them, that
+// make a period (is_Period). Nothing for any other text: cutting or completing it would name another draw.
+[[nodiscard]] std::optional<PeriodNo> parse_Period(std::string_view text);
+
+// A whole number as typed, with a minus in front or not; nothing for any other text and beyond 64 bits.
+[[nodiscard]] std::optional<std::int64_t> parse_Whole(std::string_view text);
+
+// The numbers of a draw or a ticket: "01 04 16 22 26 31+04".
+[[nodiscard]] std::string numbers_Text(const DrawNumbers& numbers);
 
 // The number of characters (code points) of a UTF-8 text.
 [[nodiscard]] std::size_t count_Characters(std::string_view text);

@@ -155,9 +155,9 @@ std::string result_Text(const ImportResult& result) {
 }  // namespace
 
 std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::string_view period) {
-  constexpr std::size_t period_length = 7;
-  const ImportChoice choice{static_cast<ImportFormat>(format), parse_Period(period)};
-  if (choice.format != ImportFormat::numbers || count_Characters(period) == period_length) return choice;
+  const auto typed = parse_Period(period);
+  const ImportChoice choice{static_cast<ImportFormat>(format), typed.value_or(0)};
+  if (typed || choice.format == ImportFormat::period_numbers) return choice;
   desk.tell("请在文本框中输入一个７位数的期号。(如：２００７００１)", Tone::warning);
   return std::nullopt;
 }

@@ -26,8 +26,8 @@ struct ImportChoice {
   PeriodNo period = 0;
 };
 
-// What the dialog's two fields say: the index of the format and the period as typed. With format 0 the text must
-// have exactly seven characters; else tells so and gives nothing. The dialog proposes nextPeriod() with today as
+// What the dialog's two fields say: the index of the format and the period as typed. Where the lines hold no period
+// of their own the text must name one (parse_Period); else tells so and gives nothing. The dialog proposes nextPeriod() with today as
 // the date.
 [[nodiscard]] std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::string_view period);
 

@@ -84,7 +84,8 @@ PeriodNo take_Period(std::string_view& text) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     digits = is_Digit(text[at]) ? digits + 1 : 0;
     if (digits < kPeriodDigits) continue;
-    const PeriodNo period = parse_Period(text.substr(at + 1 - kPeriodDigits, kPeriodDigits));
+    const PeriodNo period =
+        static_cast<PeriodNo>(leading_Number(text.substr(at + 1 - kPeriodDigits, kPeriodDigits)));
     text.remove_prefix(at + 1);
     return period;
   }

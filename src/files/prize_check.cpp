@@ -45,7 +45,7 @@ void write_Hits(Store& store, PeriodNo period, Balls draw, Job& job) {
     std::copy(values.begin(), values.end(), reds.begin());
     return count_Hits(pack_Balls(reds, 0), draw).reds;
   });
-  function.run(R"(UPDATE "日志表" SET "蓝球中"="蓝球"=?1,
+  function.run(R"(UPDATE "日志表" SET "蓝球中"=("蓝球"=?1 AND ?1>0),
                   "红球中"=lotmere_hits("红球1","红球2","红球3","红球4","红球5","红球6") WHERE "期号"=?2)",
                blue_Of(draw), period);
 }

@@ -25,13 +25,6 @@ constexpr std::string_view kHeatColumns[] = {"温度5", "温度10"};
 constexpr std::string_view kIntervalColumns[] = {"区间1", "区间2", "区间3", "区间4"};
 constexpr std::string_view kRecountText = "区间重新划分之后，各区间的开出号码个数需要重新计算。。。";
 
-// A row that another program wrote may hold anything; a number outside the game counts as missing.
-Reds usable(Reds reds) {
-  for (int& red : reds)
-    if (red < 0 || red > kRedCount) red = 0;
-  return reds;
-}
-
 // Draws in ascending order. Those from place `first` on lie in the range asked for; before them stand as many
 // as a figure looks back.
 struct DrawSeries {
@@ -53,8 +46,7 @@ DrawSeries read_Series(Store& store, PeriodNo from, PeriodNo to) {
   while (rows.next()) {
     StoredDraw& draw = series.draws.emplace_back();
     draw.period = rows.number(0);
-    for (int i = 0; i < kRedsPerTicket; ++i) draw.numbers.reds[i] = rows.number(1 + i);
-    draw.numbers.reds = usable(draw.numbers.reds);
+    draw.numbers.reds = read_Reds(rows, 1);
     if (draw.period < from) ++series.first;
   }
   return series;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,15 +18,15 @@ struct DrawEntry {
 };
 
 struct CheckedEntry {
-  bool ok = false;  // every number in its range, no red twice, a period given
-  PeriodNo period = 0;
-  DrawNumbers numbers;       // reds ascending, whatever the order they were typed in; meaningful only when ok
+  std::optional<PeriodNo> period;  // nothing where the text names none (parse_Period)
+  // The reds ascending, whatever the order they were typed in; nothing where a number lies outside its range or a red
+  // stands twice.
+  std::optional<DrawNumbers> numbers;
   std::vector<int> counted;  // the reds that were read up to the first bad one, ascending, each once: what
                              // the strip shows then
 };
 
-// Checks and sorts an entry. Neither the shape of the period nor the date nor whether the period is stored
-// already is looked at.
+// Reads and sorts an entry. Neither the date nor whether the period is stored already is looked at.
 [[nodiscard]] CheckedEntry checkManualEntry(const DrawEntry& entry);
 
 }  // namespace lotmere

@@ -5,15 +5,50 @@
 #include "core/periods.hpp"
 
 namespace lotmere {
+namespace {
+
+// The first period behind a draw that the next stored one leaves out.
+PeriodNo first_Between(PeriodNo before, PeriodNo next) {
+  const bool same_year = next / 1000 == before / 1000;
+  const PeriodNo expected = same_year ? before + 1 : (before / 1000 + 1) * 1000 + 1;
+  return expected < next ? expected : 0;
+}
+
+// 0 where no draw is missing between the stored ones.
+PeriodNo first_Missing(Store& store) {
+  Query rows = store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" ASC)");
+  PeriodNo before = 0;
+  while (rows.next()) {
+    const PeriodNo period = rows.number(0);
+    if (!is_Period(period)) continue;
+    if (const PeriodNo missing = before == 0 ? 0 : first_Between(before, period); missing != 0)
+      return missing;
+    before = period;
+  }
+  return 0;
+}
+
+// The newest date that a draw can have; nothing where no row has one.
+std::optional<Date> newest_Past(Store& store, Date today) {
+  Query rows = store.query(R"(SELECT max("开奖日期") FROM "历史记录" WHERE "开奖日期"<=?)");
+  rows.bind(format_Date(today));
+  return rows.next() ? parse_Date(rows.text(0)) : std::nullopt;
+}
+
+}  // namespace
 
 HistoryStatus updateHistoryStatus(Store& store, Date today, Date entry_date) {
-  const Date next = upcomingDrawDate(store, today);
+  const auto newest = newest_Past(store, today);
+  const PeriodNo missing = first_Missing(store);
   HistoryStatus status;
-  status.incomplete = next < today || latestDrawDate(store) == kNoDrawDate;
+  status.outdated = !newest || nextDrawDate(*newest) < today;
+  status.incomplete = status.outdated || missing != 0;
+  if (missing != 0) status.missing = fmt::format("历史记录中间缺少 {} 期", missing);
   status.history = status.incomplete ? " ◆◇◆→  历史记录： 不完整，请下载或手工添加开奖记录  ←◆◇◆  "
                                      : "  ☆☆☆  历史记录： 已更新！  ☆☆☆  ";
-  status.next_draw = fmt::format("     ※※※  {} 期 于 {} 开奖     今天是： {}  ※※※     ",
-                                 nextPeriod(store, entry_date), format_Date(next), format_Date(today));
+  status.next_draw =
+      fmt::format("     ※※※  {} 期 于 {} 开奖     今天是： {}  ※※※     ", nextPeriod(store, entry_date),
+                  format_Date(upcomingDrawDate(store, today)), format_Date(today));
   return status;
 }
 

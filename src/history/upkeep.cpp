@@ -1,8 +1,26 @@
 #include "history/upkeep.hpp"
 
+#include <fmt/format.h>
+
+#include <optional>
+
+#include "core/periods.hpp"
+#include "core/text.hpp"
 #include "history/draw_stats.hpp"
 
 namespace lotmere {
+namespace {
+
+// A stored draw in one line: "2008118 期  2008-10-12  01 04 16 22 26 31+04".
+std::optional<std::string> stored_Text(Store& store, std::int64_t number) {
+  Query row = store.query(
+      R"(SELECT "开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录" WHERE "期号"=?)");
+  row.bind(number);
+  if (!row.next()) return std::nullopt;
+  return fmt::format("{} 期  {}  {}", number, row.text(0), numbers_Text(read_Numbers(row, 1)));
+}
+
+}  // namespace
 
 void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers,
               Recalc recalc) {
@@ -21,12 +39,22 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
   change.commit();
 }
 
-bool deleteDraw(Store& store, Desk& desk, PeriodNo period) {
-  if (store.query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(period).run() == 0) {
+bool deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done) {
+  const auto number = parse_Whole(typed);
+  if (!number) {
+    static_cast<void>(read_Period(desk, typed));  // tells what a period looks like
+    return false;
+  }
+  const auto draw = stored_Text(store, *number);
+  if (!draw) {
     desk.tell("无法完成，历史记录表格中没有该期记录！", Tone::error, "删除失败");
     return false;
   }
-  desk.tell("删除完成！");
+  constexpr std::string_view buttons[] = {"删除", "不删除"};
+  const std::string question = fmt::format("要删除这一期开奖记录吗？{0}{0}{1}", kLineBreak, *draw);
+  if (desk.choose(question, buttons, 1, "删除记录") != 0) return false;
+  store.query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(*number).run();
+  desk.tell(done);
   return true;
 }
 

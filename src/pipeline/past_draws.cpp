@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/metrics.hpp"
+#include "core/periods.hpp"
 #include "reduction/cover.hpp"
 
 namespace lotmere {
@@ -15,12 +16,6 @@ constexpr std::array<NumberValue, kSumFamilies> kSums = {
     NumberValue::tail, NumberValue::digit_root, NumberValue::big,   NumberValue::small,
     NumberValue::odd,  NumberValue::even,       NumberValue::number};
 
-Balls read_Draw(const Query& row, int first) {
-  Reds reds{};
-  for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = row.number(first + i);
-  return pack_Balls(reds, 0);
-}
-
 }  // namespace
 
 std::vector<SummedDraw> load_SummedDraws(Store& store, PeriodNo period, int count) {
@@ -32,7 +27,7 @@ std::vector<SummedDraw> load_SummedDraws(Store& store, PeriodNo period, int coun
   while (rows.next()) {
     SummedDraw& draw = draws.emplace_back();
     draw.period = rows.number(0);
-    draw.reds = reds_Of(read_Draw(rows, 1));
+    draw.reds = read_Reds(rows, 1);
     for (int k = 0; k < kSumFamilies; ++k) draw.sums[k] = rows.number(1 + kRedsPerTicket + k);
   }
   return draws;
@@ -62,7 +57,7 @@ std::vector<Balls> load_DrawnReds(Store& store, PeriodNo first, PeriodNo last) {
          ORDER BY "期号" ASC)");
   rows.bind(first, last);
   std::vector<Balls> draws;
-  while (rows.next()) draws.push_back(read_Draw(rows, 0));
+  while (rows.next()) draws.push_back(pack_Balls(read_Reds(rows, 0), 0));
   return draws;
 }
 

@@ -41,16 +41,9 @@ Strength count_Draws(const std::vector<Draw>& draws, int last, Keeps&& keeps) {
   return strength;
 }
 
-// A row that another program wrote may hold anything; a number outside the game counts as missing.
-std::vector<StoredDraw> load_Draws(Store& store, PeriodNo period, int count) {
-  auto draws = drawsBefore(store, period, count);
-  for (StoredDraw& draw : draws) draw.numbers.reds = reds_Of(pack_Balls(draw.numbers.reds, 0));
-  return draws;
-}
-
 std::optional<Strength> figure_Strength(Store& store, const Condition& condition, PeriodNo next_period,
                                         int last) {
-  const auto draws = load_Draws(store, next_period, last + kDrawsLookedBack);
+  const auto draws = drawsBefore(store, next_period, last + kDrawsLookedBack);
   const auto metric = prepare_Metric(store, condition, std::span(draws));
   if (!metric) return std::nullopt;
   const Verdicts verdicts = load_Verdicts(store, condition);
@@ -70,7 +63,7 @@ std::optional<Strength> figure_Strength(Store& store, const Condition& condition
 Strength turn_Strength(Store& store, const Condition& condition, PeriodNo next_period, int last) {
   const Family& family = *condition.family;
   const GroupTable groups = load_GroupTable(store, family, family.draw_groups);
-  const auto draws = load_Draws(store, next_period, last + 1);
+  const auto draws = drawsBefore(store, next_period, last + 1);
   using Before = std::span<const StoredDraw>;
   Strength strength = count_Draws(draws, last, [&](const StoredDraw& draw, Before before) {
     return before.empty() ||
@@ -123,7 +116,7 @@ std::optional<Strength> condition_Strength(Store& store, const Condition& condit
 
 Strength match_Strength(Store& store, PeriodNo next_period, int last) {
   const HistoryMatch settings = load_HistoryMatch(store);
-  const auto draws = load_Draws(store, next_period, std::numeric_limits<int>::max());
+  const auto draws = drawsBefore(store, next_period, std::numeric_limits<int>::max());
   const std::size_t judged = std::min(draws.size(), static_cast<std::size_t>(last));
   Strength strength{0, 0, static_cast<int>(judged)};
   DrawMatch match(settings.match);

@@ -4,11 +4,11 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QLabel>
-#include <QRegularExpressionValidator>
 #include <algorithm>
 #include <utility>
 
 #include "core/text.hpp"
+#include "ui/digit_validator.hpp"
 #include "ui/text.hpp"
 #include "ui/theme.hpp"
 
@@ -23,9 +23,8 @@ constexpr int kSlideEvery = 15;  // milliseconds
 // A box that offers its whole text to be typed over when it is entered, also by the mouse.
 class DigitBox : public QLineEdit {
  public:
-  DigitBox(int digits, int width) {
-    setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), this));
-    setMaxLength(digits);
+  explicit DigitBox(int width) {
+    setValidator(new DigitValidator(this));
     setInputMethodHints(Qt::ImhDigitsOnly);
     setAlignment(Qt::AlignCenter);
     setFixedWidth(width);
@@ -82,7 +81,7 @@ void EntryStrip::make_Boxes() {
   const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
   for (int i = 0; i <= kBlueBox; ++i) {
     const int digits = i == 0 ? 7 : 2;
-    QLineEdit* box = boxes_[i] = new DigitBox(digits, digit * digits + 24);
+    QLineEdit* box = boxes_[i] = new DigitBox(digit * digits + 24);
     box->setObjectName(QStringLiteral("TextHistory_%1").arg(i));
     connect(box, &QLineEdit::returnPressed, this, [this, i] {
       if (i == kBlueBox)

@@ -35,7 +35,7 @@ class EntryStrip : public QWidget {
   void show_Counted(const std::vector<int>& reds);
   // Empties the boxes of the numbers.
   void clear_Numbers();
-  // 1 to 6 for the reds, 7 for the blue.
+  // 0 for the period, 1 to 6 for the reds, 7 for the blue.
   void focus_Number(int box);
   // The frame comes in from the left, to show that it wants another look; then the period is proposed anew.
   void slide();

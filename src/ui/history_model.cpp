@@ -53,7 +53,8 @@ int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& c
         fields[column].texts.push_back(shown(row.text(column)));
         continue;
       }
-      const int number = row.number(column);
+      const int last = !is_NumberOfDraw(column) ? 0 : column == kBlueColumn ? kBlueCount : kRedCount;
+      const int number = last > 0 ? row.number_UpTo(column, last) : row.number(column);
       fields[column].numbers.push_back(number == 0 && row.text(column).empty() ? kMissing : number);
     }
     ++rows;
@@ -83,7 +84,7 @@ QVariant HistoryModel::ball_Face(int row, int column) const {
   if (!is_NumberOfDraw(column)) return {};
   const bool blue = column == kBlueColumn;
   const int number = fields_[column].numbers[row];
-  if (number < 1 || number > (blue ? kBlueCount : kRedCount)) return {};
+  if (number < 1) return {};
   return static_cast<int>(blue ? BallFace::blue : BallFace::red);
 }
 

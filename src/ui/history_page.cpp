@@ -246,16 +246,18 @@ void HistoryPage::add_Draw() {
   const ProgressPlace place(session_.desk, *bar_);
   const CheckedEntry checked = checkManualEntry(strip_->entry());
   strip_->show_Counted(checked.counted);
-  if (!checked.ok) {
-    session_.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
-    // The first red that wasn't read, or the blue behind them.
-    strip_->focus_Number(static_cast<int>(checked.counted.size()) + 1);
+  if (!checked.numbers || !checked.period) {
+    if (checked.numbers)
+      static_cast<void>(read_Period(session_.desk, strip_->entry().period));
+    else
+      session_.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
+    // The first red that wasn't read, or the blue behind them; the period where these are right.
+    strip_->focus_Number(checked.numbers ? 0 : static_cast<int>(checked.counted.size()) + 1);
     strip_->slide();
     return;
   }
-  saveDraw(session_.store, session_.desk, checked.period, strip_->date(), checked.numbers, Recalc::yes);
-  strip_->set_Period(session_.next_Period());
-  strip_->set_Date(nextDrawDate(strip_->date()));
+  saveDraw(session_.store, session_.desk, *checked.period, strip_->date(), *checked.numbers, Recalc::yes);
+  load_Entry();
   strip_->clear_Numbers();
   strip_->focus_Number(1);
   refreshHistoryView();
@@ -276,8 +278,8 @@ void HistoryPage::remove_Draw() {
   const ProgressPlace place(session_.desk, *bar_);
   const auto typed = session_.desk.ask_Text("您要删除哪期的记录？", "请输入期号",
                                             std::to_string(latestPeriod(session_.store)));
-  const PeriodNo period = parse_Period(typed.value_or(""));
-  if (period < 1 || !deleteDraw(session_.store, session_.desk, period)) return;
+  const std::string_view done = shows_Chart() ? "删除完成，将重新加载数据。" : "删除完成！";
+  if (!typed || !deleteDraw(session_.store, session_.desk, *typed, done)) return;
   refreshHistoryView();
   load_Entry();
   Q_EMIT history_Changed();
@@ -303,14 +305,19 @@ void HistoryPage::search() {
   filter_Edited_ = false;
   int found = 0;
   try {
-    if (condition && !condition->where.empty()) found = model_.load(session_.store, kEveryPeriod, *condition);
+    if (asks) found = model_.load(session_.store, kEveryPeriod, *condition);
   } catch (...) {
+  const bool asks = condition && !condition->where.empty();
     grid_->clear_Filters();  // what the store refuses doesn't stand there to be asked again
     throw;
   }
-  // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name.
-  if (found == 0) return refreshHistoryView();
-  grid_->show_End(column);
+  if (found != 0) return grid_->show_End(column);
+  // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name; what no draw has
+  // stays in the boxes to be corrected.
+  if (!asks) return refreshHistoryView();
+  fillHistoryGrid();
+  filter_Edited_ = true;
+  session_.desk.tell("没有符合条件的记录。", Tone::warning);
 }
 
 void HistoryPage::clear_Filter() { refreshHistoryView(); }

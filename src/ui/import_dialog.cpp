@@ -1,11 +1,10 @@
 #include "ui/import_dialog.hpp"
 
 #include <QRadioButton>
-#include <QRegularExpression>
-#include <QRegularExpressionValidator>
 
 #include "core/periods.hpp"
 #include "ui/dialog_parts.hpp"
+#include "ui/digit_validator.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
@@ -26,8 +25,7 @@ ImportDialog::ImportDialog(Session& session, QWidget* parent) : QDialog(parent),
   period_label_->setObjectName(QStringLiteral("Label1_1"));
   period_ = new QLineEdit(QString::number(nextPeriod(session.store, session.clock.today())));
   period_->setObjectName(QStringLiteral("Txt_FromFileQS"));
-  period_->setValidator(
-      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), period_));
+  period_->setValidator(new DigitValidator(period_));
   period_->setMaximumWidth(140);
   auto* period_row = new QHBoxLayout;
   period_row->addWidget(period_label_);

@@ -293,6 +293,7 @@ void MainWindow::update_Status() {
   const HistoryStatus status =
       updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date);
   panels_[0]->setText(shown(status.history));
+  panels_[0]->setToolTip(shown(status.missing));
   panels_[2]->setText(shown(status.next_draw));
   QPalette palette = panels_[0]->palette();
   palette.setColor(QPalette::WindowText, status.incomplete ? colours().warning : colours().good);
@@ -337,7 +338,7 @@ void MainWindow::switch_User() {
 
 void MainWindow::check_History() {
   update_Status();
-  if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).incomplete) return;
+  if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).outdated) return;
   session_.commands.runner().run([this] {
     if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
   });

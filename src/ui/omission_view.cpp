@@ -6,12 +6,13 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QScopeGuard>
 #include <QVBoxLayout>
 
 #include "analysis/omission_text.hpp"
+#include "core/periods.hpp"
 #include "core/text.hpp"
+#include "ui/digit_validator.hpp"
 #include "ui/pause_scope.hpp"
 #include "ui/text.hpp"
 #include "ui/theme.hpp"
@@ -72,8 +73,7 @@ void OmissionView::make_Strip() {
   period_->setInsertPolicy(QComboBox::NoInsert);
   period_->setCompleter(nullptr);
   period_->setMinimumContentsLength(9);
-  period_->lineEdit()->setValidator(
-      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,7}")), period_));
+  period_->lineEdit()->setValidator(new DigitValidator(period_));
   auto* until = new QLabel(QStringLiteral("截止(&Q)"));
   until->setBuddy(period_);
   auto* refresh = new QPushButton(QStringLiteral("刷 新"));
@@ -146,15 +146,25 @@ void OmissionView::analyse_Choice() {
 
 void OmissionView::showOmission() {
   if (period_->currentText().isEmpty()) loadOmissionPeriods();
+  const auto period = chosen_Period();
+  if (!period) return show_Choice();
   const auto analyse = balls_->currentIndex() == 0 ? analyseRedOmission : analyseBlueOmission;
   const PauseScope pause(*strip_);
   const auto follow = qScopeGuard([this] { show_Choice(); });
   const ProgressPlace place(session_.desk, *bar_);
-  auto omission = analyse(session_.store, session_.desk, parse_Period(utf8(period_->currentText())));
+  auto omission = analyse(session_.store, session_.desk, *period);
   if (omission)
     chart_->show_Omission(std::make_shared<const Omission>(std::move(*omission)));
   else if (period_->count() == 0)
     chart_->clear();
+}
+
+// What the list holds is a period, whatever its number; what is typed has to look like one. An empty history has none.
+std::optional<PeriodNo> OmissionView::chosen_Period() {
+  const QString text = period_->currentText();
+  if (period_->findText(text) >= 0) return text.toInt();
+  if (text.isEmpty()) return latestPeriod(session_.store);
+  return read_Period(session_.desk, utf8(text));
 }
 
 void OmissionView::show_Choice() {

@@ -35,6 +35,7 @@ class OmissionView : public QWidget {
   QWidget* make_Legend();
   void analyse_Choice();
   // Puts the lists on what the chart shows.
+  [[nodiscard]] std::optional<PeriodNo> chosen_Period();
   void show_Choice();
   void tell_Report(int number);
 

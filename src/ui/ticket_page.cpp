@@ -6,7 +6,7 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
-#include "core/text.hpp"
+#include "core/periods.hpp"
 #include "files/import.hpp"
 #include "files/prize_check.hpp"
 #include "pipeline/run.hpp"
@@ -142,17 +142,16 @@ PeriodNo TicketPage::current_Period() const {
   return tickets[static_cast<std::size_t>(current.isValid() ? current.row() : 0)].period;
 }
 
-std::optional<std::string> TicketPage::ask_Period(std::string_view prompt, PeriodNo proposed) {
-  auto answer = session_.desk.ask_Text(prompt, "", std::to_string(proposed));
-  if (answer && trim(*answer).empty()) return std::nullopt;
-  return answer;
+std::optional<PeriodNo> TicketPage::ask_Period(std::string_view prompt, PeriodNo proposed) {
+  const auto answer = session_.desk.ask_Text(prompt, "", std::to_string(proposed));
+  return answer ? read_Period(session_.desk, *answer) : std::nullopt;
 }
 
 void TicketPage::init() {
-  const auto answer =
+  const auto period =
       ask_Period("请输入期号：\r\n\r\n[注意,只需要输入7位数(如,2007001)的期号！]", session_.next_Period());
-  if (!answer) return;
-  const InitResult result = init_Tickets(session_.store, session_.desk, parse_Period(*answer));
+  if (!period) return;
+  const InitResult result = init_Tickets(session_.store, session_.desk, *period);
   // A stopped one leaves the grid as it was until the page is opened again.
   if (result.done)
     refresh_Tickets();
@@ -161,9 +160,9 @@ void TicketPage::init() {
 }
 
 void TicketPage::run() {
-  const auto answer = ask_Period("要过滤哪期的号码 ？", current_Period());
-  if (!answer) return;
-  run_Pipeline(session_.store, session_.desk, parse_Period(*answer));
+  const auto period = ask_Period("要过滤哪期的号码 ？", current_Period());
+  if (!period) return;
+  run_Pipeline(session_.store, session_.desk, *period);
   refresh_Tickets();
 }
 
@@ -193,13 +192,12 @@ void TicketPage::clear() {
 }
 
 void TicketPage::check() {
-  const auto answer = ask_Period("您要核对哪期的数据?", current_Period());
-  if (!answer) return;
-  const PeriodNo period = parse_Period(*answer);
-  const CheckResult result = check_Command(session_.store, session_.desk, period);
+  const auto period = ask_Period("您要核对哪期的数据?", current_Period());
+  if (!period) return;
+  const CheckResult result = check_Command(session_.store, session_.desk, *period);
   if (!result.refusal.empty()) return;
   refresh_Tickets();
-  if (const auto draw = findDraw(session_.store, period)) model_->mark_Draw(*draw);
+  if (const auto draw = findDraw(session_.store, *period)) model_->mark_Draw(*draw);
 }
 
 }  // namespace lotmere::ui

@@ -41,8 +41,8 @@ class TicketPage : public QWidget {
   void clear();
   void check();
 
-  // Asks for a period; nothing when the person cancels.
-  [[nodiscard]] std::optional<std::string> ask_Period(std::string_view prompt, PeriodNo proposed);
+  // Asks for a period; nothing when the user cancels and, told, when what was typed is none.
+  [[nodiscard]] std::optional<PeriodNo> ask_Period(std::string_view prompt, PeriodNo proposed);
   // The period of the grid's current row, or the next one.
   [[nodiscard]] PeriodNo current_Period() const;
   void show_Log(const QString& text);

@@ -15,10 +15,13 @@ namespace lotmere {
 namespace {
 
 TEST(Text, ReadsPeriodsAndWritesFullWidthDigits) {
-  const std::pair<const char*, PeriodNo> periods[] = {
-      {"  2007001\t\r\n", 2007001}, {"20070019", 2007001}, {"2007abc", 2007}, {"", 0}, {"-2007001", 0},
-      {"２００７００１", 0}};
-  for (const auto& [typed, period] : periods) EXPECT_EQ(parse_Period(typed), period) << '"' << typed << '"';
+  for (const char* typed : {"2007001", "  2007001\t\r\n", "２００７００１", "　2007００1 "})
+    EXPECT_EQ(parse_Period(typed), 2007001) << '"' << typed << '"';
+  for (const char* typed : {"", " ", "202609", "20260961", "99999999999", "２０２６０９", "2007abc",
+                            "200700a", "-2007001", "+207001", "2026000", "2002001", "2026 96", "２\xEF\xBC"})
+    EXPECT_EQ(parse_Period(typed), std::nullopt) << '"' << typed << '"';
+  EXPECT_EQ(parse_Whole(" －5").value_or(1), 1) << "no minus of another kind";
+  EXPECT_EQ(parse_Whole("-２0260961 "), -20'260'961);
   EXPECT_EQ(leading_Number("123456789012345678901234567890"), 1'234'567'890) << "no overflow";
   EXPECT_EQ(to_QuanJiao("过滤后余：1234567890 注 aZ-，"), "过滤后余：１２３４５６７８９０ 注 aZ-，");
   EXPECT_EQ(count_Characters("期号：2007001"), 10u);

@@ -223,7 +223,13 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   EXPECT_FALSE(desk.stop_Requested() || desk.jobs_open != 0);
   EXPECT_EQ(import_Command(home.store(), desk, file, std::nullopt).count, 0) << "a cancelled dialog";
   EXPECT_EQ(desk.running_Text().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
-  EXPECT_TRUE(!read_ImportChoice(desk, 0, "200700") && read_ImportChoice(desk, 2, "200700"));
+  for (const char* typed : {"200700", "2007abc", "20070011", ""}) {
+    desk.told.clear();
+    EXPECT_FALSE(read_ImportChoice(desk, 0, typed) || read_ImportChoice(desk, 2, typed)) << typed;
+    EXPECT_EQ(desk.told.size(), 2U);
+    EXPECT_TRUE(read_ImportChoice(desk, 1, typed)) << "the lines hold their periods";
+  }
+  EXPECT_EQ(read_ImportChoice(desk, 2, "２００７００１")->period, 2007001);
 }
 
 TEST_F(Import, GoesOnToTheEndOfTheFile) {

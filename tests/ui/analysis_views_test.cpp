@@ -157,7 +157,7 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
   EXPECT_EQ(period(), QStringLiteral("2026010"));
   type_Period("2026003");
   EXPECT_EQ(group(1).toolTip(), shown(omission_Tip(figures(2026003), 1)));
-  type_Period("2026999");
+  type_Period("2026300");
   EXPECT_EQ(period(), QStringLiteral("2026010"));
   EXPECT_TRUE(desk_.told.empty());
   type_Period("2026004");
@@ -165,6 +165,11 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
   EXPECT_EQ(told(), "历史记录里没有 2025001 期，无法统计遗漏。");
   EXPECT_EQ(desk_.told.size(), 1);
   EXPECT_EQ(period(), QStringLiteral("2026004"));
+  for (const char* typed : {"20260041", "202600"}) {
+    type_Period(typed);
+    EXPECT_EQ(told(), "期号“" + std::string(typed) + "”不对，应为年份加三位期次的7位数字，如 2007001。");
+    EXPECT_EQ(period(), QStringLiteral("2026004"));
+  }
   EXPECT_EQ(groups_Shown(), kRedCount);
   list("Combo_ItemOfYLFX").setCurrentIndex(1);
   EXPECT_EQ(groups_Shown(), kBlueCount);
@@ -266,6 +271,29 @@ TEST_F(CountChartTest, TheButtonAndADoubleClickGoBack) {
   press("cmm_Qiehuan");
   QTest::mouseDClick(bars().viewport(), Qt::LeftButton);
   EXPECT_EQ(back, 2);
+}
+
+using AnalysisPaneTest = WindowTest;
+
+TEST_F(AnalysisPaneTest, ANewDrawIsInTheListsWhenThePageIsShownAgain) {
+  lotmere::test::put_Draw(home_.store(), 2026089, "2026-08-16", {{1, 2, 3, 4, 5, 6}, 7});
+  open_Settled();
+  choose("tab_2");
+  choose("Cstj_0");
+  choose("Yltj_0");
+  choose("tab_1");
+  const char* const numbers[] = {"2026091", "11", "12", "13", "14", "15", "16", "8"};
+  for (int i = 0; i < 8; ++i)
+    part<QLineEdit>(("TextHistory_" + std::to_string(i)).c_str()).setText(QString::fromUtf8(numbers[i]));
+  choose("cmmUpdateHistory_0");
+  choose("tab_2");
+  choose("Cstj_0");
+  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").currentText(), QStringLiteral("2026091"));
+  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_1").currentText(), QStringLiteral("2026091"));
+  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").count(), 3);
+  const auto& bars = part<CountBars>("MSChart_TiaoJian");
+  const QBarSet* set = static_cast<QBarSeries*>(bars.chart()->series().constFirst())->barSets().constFirst();
+  EXPECT_EQ(set->at(15), 1) << "red 16";
 }
 
 }  // namespace

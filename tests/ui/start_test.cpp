@@ -12,6 +12,7 @@
 
 #include "core/store_files.hpp"
 #include "core/transfer.hpp"
+#include "support/faulty_files.hpp"
 #include "ui/end_watch.hpp"
 #include "ui/first_run_dialog.hpp"
 #include "ui/login_dialog.hpp"
@@ -79,6 +80,16 @@ TEST_F(StartTest, ASecondStartSaysSoAndTouchesNothing) {
   EXPECT_FALSE(second.start());
   EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
   EXPECT_EQ(lotmere::test::read_File(home_.home().main_Db()), before);
+}
+
+TEST_F(StartTest, AFailedStartSaysWhy) {
+  lotmere::test::FaultyFiles files(1);
+  Program program(home_.home(), desk_, clock_, files);
+  EXPECT_FALSE(program.start());
+  ASSERT_EQ(desk_.told.size(), 2);
+  EXPECT_TRUE(desk_.told[0].text.starts_with("文件操作失败：")) << desk_.told[0].text;
+  EXPECT_TRUE(desk_.told[1].text.starts_with("请以管理员身份来运行程序！"));
+  EXPECT_EQ(desk_.told[0].tone, Tone::error);
 }
 
 TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {

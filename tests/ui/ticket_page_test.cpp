@@ -73,9 +73,18 @@ TEST_F(TicketPageTest, RowsOfTheSamePeriodAreKeptOrDropped) {
   EXPECT_EQ(model().rowCount(), kAll);
   desk_.texts = {std::nullopt};
   press("cmmTouZhu_0");
-  init("");
-  init("abc");
+  for (const char* command : {"cmmTouZhu_0", "cmmTouZhu_1", "cmmTouZhu_6"})
+    for (const char* typed : {"", "abc", "202609", "20260911"}) {
+      desk_.told.clear();
+      desk_.texts = {typed};
+      press(command);
+      ASSERT_EQ(desk_.told.size(), 1) << command;
+      EXPECT_TRUE(told().starts_with("期号“" + std::string(typed) + "”不对")) << told();
+    }
   EXPECT_EQ(stored(), kAll) << "no period changes nothing";
+  desk_.answers = {true};
+  init("２０２６０９１ ");
+  EXPECT_EQ(count_Tickets(store(), kPeriod), kAll);
 }
 
 TEST_F(TicketPageTest, WithoutNumbersThePersonStandsBeforeThePad) {
@@ -192,7 +201,9 @@ TEST_F(TicketPageTest, ImportsInTheChosenFormat) {
   desk_.dialogs = {[](QDialog& dialog) {
     auto* period = dialog.findChild<QLineEdit*>(QStringLiteral("Txt_FromFileQS"));
     EXPECT_EQ(period->text(), QStringLiteral("2026091"));
-    period->setText(QStringLiteral("123"));
+    period->clear();
+    QTest::keyClicks(period, QStringLiteral("20260911"));
+    EXPECT_EQ(period->text(), QStringLiteral("20260911"));
     dialog.findChild<QPushButton*>(QStringLiteral("cmm_ToFileOK"))->click();
     EXPECT_EQ(dialog.result(), QDialog::Rejected) << "the period has to have seven digits";
     dialog.findChild<QRadioButton*>(QStringLiteral("Option_GeShi_1"))->click();
@@ -211,24 +222,28 @@ TEST_F(TicketPageTest, ImportsInTheChosenFormat) {
 
 TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   lotmere::test::put_Ticket(store(), 1, 1, 2026090, {{1, 2, 3, 9, 10, 11}, 7});
+  lotmere::test::put_Ticket(store(), 2, 2, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
   choose("tab_1");
   choose("tab_3");
   desk_.texts = {"2026090"};
   press("cmmTouZhu_6");
   EXPECT_EQ(desk_.proposed.back(), "2026090") << "the period of the current row";
   EXPECT_EQ(told(), "开奖核对完成,结果请查看右边的操作提示！");
-  const auto face = [&](int column) { return model().index(0, column).data(kBallRole); };
+  const auto face = [&](int column, int row = 0) { return model().index(row, column).data(kBallRole); };
+  EXPECT_FALSE(face(2, 1).isValid() || face(8, 1).isValid()) << "a ticket of another period has no hits";
   EXPECT_EQ(face(2).toInt(), static_cast<int>(BallFace::red));
   EXPECT_FALSE(face(5).isValid());
   EXPECT_EQ(face(8).toInt(), static_cast<int>(BallFace::blue));
   EXPECT_EQ(model().index(0, 9).data().toInt(), 3);
+  part<QTableView>("TDBGrid_RZ").setCurrentIndex(model().index(1, 0));
   desk_.texts = {"2020001"};
   press("cmmTouZhu_6");
+  EXPECT_EQ(desk_.proposed.back(), "2026091") << "of two periods that of the row";
   EXPECT_EQ(desk_.told.back().title, "出错啦!");
 
   desk_.choices = {std::nullopt, 0};
   press("cmmTouZhu_5");
-  EXPECT_EQ(stored(), 1);
+  EXPECT_EQ(stored(), 2);
   press("cmmTouZhu_5");
   EXPECT_EQ(model().rowCount(), 0);
 }
