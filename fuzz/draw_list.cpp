@@ -16,6 +16,7 @@ namespace {
 constexpr std::size_t kPeriodLength = 7;
 constexpr std::size_t kEntryLength = 39;
 
+bool is_LineEnd(char c) { return c == '\n' || c == '\r'; }
 bool is_Digit(char c) { return c >= '0' && c <= '9'; }
 
 void check_Compaction(std::string_view raw, const std::string& text) {
@@ -54,17 +55,22 @@ void check_Draw(std::string entry, PeriodNo period, const ListedDraw& draw) {
   expect(entry.substr(0, kEntryLength) == written, "a draw is what its first entry says");
 }
 
-void check_List(const std::string& text) {
-  const DrawList list(text);
+void check_List(const std::string& raw, const std::string& text) {
+  const DrawList list(raw);
+  const Date today = std::chrono::sys_days{std::chrono::January / 1 / 2030};
   PeriodNo newest = 0;
   for (const auto& [period, place] : find_Periods(text)) {
     expect(list.names(period), "every entry is found");
-    const auto draw = list.parseDraw(period);
-    if (!draw) continue;
+    const ListedEntry entry = list.parseDraw(period, today);
+    expect(entry.draw.has_value() == entry.fault.empty(), "an entry is a draw or tells why not");
+    expect(entry.line >= 1 && entry.line <= 1 + std::count_if(raw.begin(), raw.end(), is_LineEnd),
+           "an entry stands in a line");
+    if (!entry.draw) continue;
     newest = std::max(newest, period);
-    check_Draw(text.substr(place, kEntryLength + 1), period, *draw);
+    expect(entry.draw->date <= today, "no draw comes from tomorrow");
+    check_Draw(text.substr(place, kEntryLength + 1), period, *entry.draw);
   }
-  expect(list.newest() == newest, "the newest is the highest whole one");
+  expect(list.newest(today) == newest, "the newest is the highest whole one");
 }
 
 }  // namespace
@@ -75,6 +81,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string raw(data, data + size);
   const std::string text = compactDrawText(raw);
   fuzz::check_Compaction(raw, text);
-  fuzz::check_List(text);
+  fuzz::check_List(raw, text);
   return 0;
 }

@@ -22,29 +22,63 @@ class FetchCommand final : public Command {
 
   void add_Options(CLI::App& app) override {
     app.add_option("ADDRESS", address_,
-                   "开奖数据的地址（http、https 或 file），下载成功后记住，下次可以不写");
+                   "开奖数据的地址（http、https 或 file）或文件，下载成功后记住，下次可以不写");
     app.add_flag("--all", all_, "一直下载到没有更新的数据为止");
   }
 
   int run(Session& session) override {
-    const std::string address = address_ ? *address_ : stored_Address(session.store, AddressUse::draw_list);
-    if (address.empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
+    const auto address = address_ ? read_Address(session.desk, *address_)
+                                  : std::optional(stored_Address(session.store, AddressUse::draw_list));
+    if (!address) return kExitRefused;
+    if (address->empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
     const auto fetcher = make_CurlFetcher(session.desk);
-    const DownloadResult result = all_ ? downloadAll(session.store, session.desk, *fetcher, address)
-                                       : downloadDraws(session.store, session.desk, *fetcher, address);
+    const auto fetch = all_ ? downloadAll : downloadDraws;
+    const DownloadResult result =
+        fetch(session.store, session.desk, *fetcher, *address, real_Clock().today());
     if (result.stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
-    if (!result.ok) return kExitRefused;
-    session.out << fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，", result.added,
-                               result.overwritten, result.skipped)
-                << (session.store.value(R"(SELECT count(*) FROM "历史记录")") == 0
-                        ? "历史记录还是空的，首次下载请加 --all\n"
-                        : fmt::format("最新一期 {}\n", latestPeriod(session.store)));
+    if (!result.ok) {
+      tell_Failure(session.desk, result);
+      return kExitRefused;
+    }
+    for (const std::string& line : report_Lines(result)) session.out << line << '\n';
+    if (result.more)
+      session.out << (result.newest == 0 ? "历史记录还是空的，首次下载请加 --all\n"
+                                         : "数据里还有更新的开奖记录，请加 --all 继续下载\n");
     return kExitDone;
   }
 
  private:
   std::optional<std::string> address_;
   bool all_ = false;
+};
+
+class AddressCommand final : public Command {
+ public:
+  AddressCommand() : Command("draws", "address", "显示或修改下载地址：list 开奖数据，page 详细开奖页面") {}
+
+  void add_Options(CLI::App& app) override {
+    app.add_option("USE", use_, "list 开奖数据，page 详细开奖页面的网址中期号之前的部分")
+        ->required()
+        ->check(CLI::IsMember({"list", "page"}));
+    app.add_option("ADDRESS", address_, "新的地址，写成空的 \"\" 就是不再记住");
+  }
+
+  int run(Session& session) override {
+    const auto use = use_ == "list" ? AddressUse::draw_list : AddressUse::detail_page;
+    if (address_) {
+      const auto address =
+          trim(*address_).empty() ? std::optional<std::string>("") : read_Address(session.desk, *address_);
+      if (!address) return kExitRefused;
+      remember_Address(session.store, use, *address);
+    }
+    const std::string shown = shown_Address(stored_Address(session.store, use));
+    session.out << (shown.empty() ? "还没有设置地址" : shown) << '\n';
+    return kExitDone;
+  }
+
+ private:
+  std::string use_;
+  std::optional<std::string> address_;
 };
 
 class AddCommand final : public Command {
@@ -126,6 +160,7 @@ class StatsCommand final : public Command {
 
 void add_DrawCommands(CommandList& list) {
   list.push_back(std::make_unique<FetchCommand>());
+  list.push_back(std::make_unique<AddressCommand>());
   list.push_back(std::make_unique<AddCommand>());
   list.push_back(std::make_unique<DeleteCommand>());
   list.push_back(std::make_unique<StatsCommand>());

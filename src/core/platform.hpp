@@ -103,12 +103,19 @@ class Clock {
 
 [[nodiscard]] Clock& real_Clock();
 
+// What came from an address: the whole reply, or the cause why there is none.
+struct Fetched {
+  std::optional<std::string> reply;
+  std::string cause;  // in a few words for the user: "没有这个文件"; empty with a reply and after a stop
+  bool stopped = false;  // the user broke the fetch off
+};
+
 // Fetches the text behind a web address.
 class Fetcher {
  public:
   virtual ~Fetcher() = default;
-  // The whole reply, or nothing where the address can't be read, the reply breaks off or the person stops it.
-  [[nodiscard]] virtual std::optional<std::string> fetch(const std::string& address) = 0;
+  // There is no reply where the address can't be read, the reply breaks off or the user stops it.
+  [[nodiscard]] virtual Fetched fetch(const std::string& address) = 0;
 };
 
 }  // namespace lotmere

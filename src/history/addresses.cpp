@@ -1,9 +1,9 @@
 #include "history/addresses.hpp"
 
-#include <strings.h>
+#include <fmt/format.h>
 
 #include <algorithm>
-#include <string_view>
+#include <filesystem>
 
 #include "core/text.hpp"
 
@@ -17,29 +17,48 @@ struct Question {
 
 Question question_For(AddressUse use) {
   if (use == AddressUse::draw_list)
-    return {"请输入开奖数据的下载地址（http、https 或 file 地址，如:https://网站/开奖数据.txt）：",
-            "输入下载地址"};
+    return {
+        "请输入开奖数据的下载地址（http、https 或 file 地址，如:https://网站/开奖数据.txt）或文件的路径：",
+        "输入下载地址"};
   return {"请输入详细开奖页面的网址中期号之前的部分（如:https://网站/目录/）：", "输入开奖页面的网址"};
+}
+
+bool begins_With(std::string_view text, std::string_view beginning) {
+  return text.size() > beginning.size() &&
+         std::ranges::equal(text.substr(0, beginning.size()), beginning,
+                            [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; });
 }
 
 // Anything else would be handed to the system to be opened by whatever program takes it.
 bool is_WebAddress(std::string_view address) {
-  constexpr std::string_view schemes[] = {"http://", "https://", "file://"};
-  return std::ranges::any_of(schemes, [&](std::string_view scheme) {
-    return address.size() > scheme.size() && ::strncasecmp(address.data(), scheme.data(), scheme.size()) == 0;
-  });
+  constexpr std::string_view schemes[] = {"http://", "https://", "file:/"};
+  return std::ranges::any_of(schemes, [&](auto scheme) { return begins_With(address, scheme); });
 }
 
-// What the person types, without blanks around it. Nothing when they cancel, and nothing, and told, when it
-// is neither an address nor empty.
-std::optional<std::string> ask_Address(Desk& desk, AddressUse use, const std::string& proposed) {
+// Blanks and what steers a terminal, as an address writes them, and these `signs` as well.
+std::string encode(std::string_view text, std::string_view signs) {
+  std::string encoded;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte <= ' ' || byte == 0x7F || signs.find(c) != std::string_view::npos)
+      encoded += fmt::format("%{:02X}", byte);
+    else
+      encoded += c;
+  }
+  return encoded;
+}
+
+// What the user types, as an address. Nothing when they cancel, and empty when they leave it empty.
+std::optional<std::string> ask_Address(Desk& desk, AddressUse use, std::string proposed) {
   const Question question = question_For(use);
-  const auto typed = desk.ask_Text(question.prompt, question.title, proposed);
-  if (!typed) return std::nullopt;
-  const std::string_view address = trim(*typed);
-  if (address.empty() || is_WebAddress(address)) return std::string(address);
-  desk.tell("网址应以 http://、https:// 或 file:// 开头。", Tone::warning);
-  return std::nullopt;
+  for (;;) {
+    const std::string shown = shown_Address(proposed);
+    auto typed = desk.ask_Text(question.prompt, question.title, shown);
+    if (!typed) return std::nullopt;
+    if (trim(*typed).empty()) return std::string();
+    if (*typed != shown) proposed = *std::move(typed);  // else its password stays
+    if (auto address = read_Address(desk, proposed)) return address;
+  }
 }
 
 }  // namespace
@@ -64,17 +83,45 @@ void remember_Address(Store& store, AddressUse use, const std::string& address) 
   change.commit();
 }
 
-std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use) {
+std::optional<std::string> make_Address(std::string_view typed) {
+  constexpr std::string_view signs_of_addresses = "%?#";
+  const std::string_view text = trim(typed);
+  if (is_WebAddress(text)) return encode(text, {});
+  const std::filesystem::path path(text);
+  std::error_code unknown;
+  if (!path.is_absolute() && !std::filesystem::is_regular_file(path, unknown)) return std::nullopt;
+  return "file://" + encode(std::filesystem::absolute(path).string(), signs_of_addresses);
+}
+
+std::optional<std::string> read_Address(Desk& desk, std::string_view typed) {
+  auto address = make_Address(typed);
+  if (!address)
+    desk.tell("网址应以 http://、https:// 或 file:// 开头，或者是一个文件的路径。", Tone::warning);
+  return address;
+}
+
+std::string shown_Address(const std::string& address) {
+  const auto scheme = address.find("://");
+  if (scheme == std::string::npos) return address;
+  const auto host = scheme + 3;
+  const auto at = address.substr(0, address.find_first_of("/?#", host)).rfind('@');
+  const auto colon = address.find(':', host);
+  if (at == std::string::npos || at < host || colon > at) return address;
+  return address.substr(0, colon) + address.substr(at);
+}
+
+std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use, std::string& typed) {
   if (std::string stored = stored_Address(store, use); !stored.empty()) return stored;
-  auto typed = ask_Address(desk, use, {});
-  if (!typed || typed->empty()) return std::nullopt;
-  return typed;
+  auto address = ask_Address(desk, use, typed);
+  if (!address || address->empty()) return std::nullopt;
+  typed = *address;
+  return address;
 }
 
 bool change_Address(Store& store, Desk& desk, AddressUse use) {
-  const auto typed = ask_Address(desk, use, stored_Address(store, use));
-  if (typed) remember_Address(store, use, *typed);
-  return typed.has_value();
+  const auto address = ask_Address(desk, use, stored_Address(store, use));
+  if (address) remember_Address(store, use, *address);
+  return address.has_value();
 }
 
 }  // namespace lotmere

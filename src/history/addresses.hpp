@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/desk.hpp"
 #include "core/store.hpp"
@@ -20,12 +21,24 @@ enum class AddressUse : int {
 [[nodiscard]] std::string stored_Address(Store& store, AddressUse use);
 void remember_Address(Store& store, AddressUse use, const std::string& address);
 
-// The stored address, or while none is stored the one that the person types then, without remembering it.
-// Nothing when they cancel or leave it empty; nothing, and told, when it is no http, https or file address.
-[[nodiscard]] std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use);
+// The address that a typed text means: an http, https or file address, or the path of a file, which becomes a file
+// address (a path that isn't absolute only where such a file exists). Blanks around it go, those inside are encoded.
+// Nothing for anything else, other schemes among it.
+[[nodiscard]] std::optional<std::string> make_Address(std::string_view typed);
+// The same, told in one line where it is none.
+[[nodiscard]] std::optional<std::string> read_Address(Desk& desk, std::string_view typed);
 
-// The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. False
-// when the person cancels, and, told, when it is no http, https or file address: nothing changes then.
+// An address as it may be shown: without the password that stands in it.
+[[nodiscard]] std::string shown_Address(const std::string& address);
+
+// The stored address, or while none is stored the one that the user types then, without remembering it. `typed` is
+// what they typed the last time and is proposed; it becomes what they type now. What is no address is told, and asked
+// for again with the typed text in the box. Nothing when they cancel or leave it empty.
+[[nodiscard]] std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use,
+                                                       std::string& typed);
+
+// The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. What is no
+// address is told and asked for again. False, and nothing has changed, when the user cancels.
 bool change_Address(Store& store, Desk& desk, AddressUse use);
 
 }  // namespace lotmere

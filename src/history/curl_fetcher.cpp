@@ -1,6 +1,7 @@
 #include "history/curl_fetcher.hpp"
 
 #include <curl/curl.h>
+#include <fmt/format.h>
 
 #include <filesystem>
 #include <new>
@@ -56,11 +57,56 @@ std::string part_Of(CURLU* url, CURLUPart part) {
   return text;
 }
 
-// A pipe or a device would be read to its end, which may never come.
-bool is_Readable(CURLU* url) {
+// Why the file that an address names can't be read; empty where it can and for other addresses. A pipe or a device
+// would be read to its end, which may never come.
+std::string file_Fault(CURLU* url) {
+  if (part_Of(url, CURLUPART_SCHEME) != "file") return {};
   std::error_code unknown;
-  return part_Of(url, CURLUPART_SCHEME) != "file" ||
-         std::filesystem::is_regular_file(part_Of(url, CURLUPART_PATH), unknown);
+  const auto status = std::filesystem::status(part_Of(url, CURLUPART_PATH), unknown);
+  if (status.type() == std::filesystem::file_type::regular) return {};
+  if (unknown == std::errc::permission_denied) return reason_Text(unknown);
+  return std::filesystem::exists(status) ? "不是普通文件" : "没有这个文件";
+}
+
+// Why a transfer failed, in the user's words.
+std::string cause_Text(CURL* curl, CURLcode code) {
+  switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+      return "找不到这个网站";
+    case CURLE_COULDNT_CONNECT:
+      return "连接不上网站";
+    case CURLE_OPERATION_TIMEDOUT:
+      return "网站没有回应";
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
+      return "网站的证书无效";
+    case CURLE_SSL_CONNECT_ERROR:
+      return "无法建立安全连接";
+    case CURLE_HTTP_RETURNED_ERROR: {
+      long status = 0;
+      curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+      return fmt::format("网站答复 {}{}", status, status == 404 ? "，没有这个网页" : "");
+    }
+    case CURLE_PARTIAL_FILE:
+    case CURLE_GOT_NOTHING:
+    case CURLE_RECV_ERROR:
+    case CURLE_SEND_ERROR:
+    case CURLE_HTTP2_STREAM:
+      return "连接断开，数据没有收全";
+    case CURLE_FILE_COULDNT_READ_FILE:
+      return "文件无法读取";
+    case CURLE_WRITE_ERROR:
+      return "数据太大，不是开奖数据";
+    case CURLE_TOO_MANY_REDIRECTS:
+    case CURLE_UNSUPPORTED_PROTOCOL:
+      return "网站把请求转到了不能用的地址";
+    case CURLE_BAD_CONTENT_ENCODING:
+      return "数据的压缩格式有误";
+    default:
+      return curl_easy_strerror(code);
+  }
 }
 
 // One transfer under way; it lets go of its handle before the handle goes.
@@ -76,20 +122,20 @@ class Transfer {
     if (added_) curl_multi_remove_handle(multi_.get(), curl_);
   }
 
-  // True once the whole reply came; false when it failed or the person stopped it.
-  [[nodiscard]] bool run(Desk& desk) {
+  // CURLE_OK once the whole reply came; CURLE_ABORTED_BY_CALLBACK when the user stopped it.
+  [[nodiscard]] CURLcode run(Desk& desk) {
     int running = added_ ? 1 : 0;
     while (running != 0) {
-      if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return false;
+      if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
       if (running == 0) break;
       desk.serve();
-      if (desk.stop_Requested()) return false;
+      if (desk.stop_Requested()) return CURLE_ABORTED_BY_CALLBACK;
       if (curl_multi_poll(multi_.get(), nullptr, 0, kMillisecondsBetweenServes, nullptr) != CURLM_OK)
-        return false;
+        return CURLE_OUT_OF_MEMORY;
     }
     int left = 0;
     const CURLMsg* end = added_ ? curl_multi_info_read(multi_.get(), &left) : nullptr;
-    return end != nullptr && end->msg == CURLMSG_DONE && end->data.result == CURLE_OK;
+    return end != nullptr && end->msg == CURLMSG_DONE ? end->data.result : CURLE_OUT_OF_MEMORY;
   }
 
  private:
@@ -102,14 +148,17 @@ class CurlFetcher final : public Fetcher {
  public:
   explicit CurlFetcher(Desk& desk) : desk_(desk) {}
 
-  std::optional<std::string> fetch(const std::string& address) override {
+  Fetched fetch(const std::string& address) override {
     const UrlHandle url = parse_Address(address);
     const CurlHandle curl(curl_easy_init());
     std::string reply;
-    if (!url || !curl || !is_Readable(url.get()) || !set_Up(curl.get(), url.get(), reply))
-      return std::nullopt;
-    if (!Transfer(curl.get()).run(desk_)) return std::nullopt;
-    return reply;
+    if (!url) return {std::nullopt, "网址不对"};
+    if (std::string fault = file_Fault(url.get()); !fault.empty()) return {std::nullopt, std::move(fault)};
+    if (!curl || !set_Up(curl.get(), url.get(), reply)) return {std::nullopt, "下载组件无法使用"};
+    const CURLcode code = Transfer(curl.get()).run(desk_);
+    if (code == CURLE_OK) return {std::move(reply), {}};
+    if (desk_.stop_Requested()) return {std::nullopt, {}, true};
+    return {std::nullopt, cause_Text(curl.get(), code)};
   }
 
  private:

@@ -11,15 +11,16 @@
 
 namespace lotmere {
 
-// The address of a draw's page for the browser: the stored prefix, the last five characters of the typed
-// period (08118 of 2008118), ".html". While no prefix is stored, the person is asked for one, and it is
-// remembered once it has led to a page. Nothing when the period is empty or the person cancels or stops the
-// fetch; nothing, and told, when the prefix is no http, https or file address, when the five characters aren't
-// all digits, or when no page about the game stands there.
+// The address of a draw's page for the browser: the stored prefix, the last five digits of the typed period (08118 of
+// 2008118, or these five alone), ".html". While no prefix is stored, the user is asked for one, `prefix_typed`
+// proposed (see known_Address), and it is remembered once it has led to a page. Nothing when the user cancels or
+// stops the fetch; nothing, and told, when what was typed is no period or when no page about the game stands there,
+// with the cause where the fetch failed.
 [[nodiscard]] std::optional<std::string> find_DetailPage(Store& store, Desk& desk, Fetcher& fetcher,
-                                                         std::string_view period);
+                                                         std::string_view period, std::string& prefix_typed);
 
 // The command: asks for the period, the newest one proposed, and finds its page.
-[[nodiscard]] std::optional<std::string> query_DetailPage(Store& store, Desk& desk, Fetcher& fetcher);
+[[nodiscard]] std::optional<std::string> query_DetailPage(Store& store, Desk& desk, Fetcher& fetcher,
+                                                          std::string& prefix_typed);
 
 }  // namespace lotmere

@@ -1,8 +1,12 @@
 #include "history/download.hpp"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <utility>
 
 #include "core/periods.hpp"
+#include "core/text.hpp"
 #include "history/addresses.hpp"
 #include "history/draw_list.hpp"
 #include "history/draw_stats.hpp"
@@ -25,12 +29,15 @@ constexpr std::string_view kFailure =
     "若无法更新可能是由于你的防火墙设为禁止程序访问网络,\r\n\r\n"
     "你可以重新设置防火墙或关闭防火墙后再试.)";
 
+std::string fault_Text(PeriodNo period, const ListedEntry& entry) {
+  return fmt::format("第 {} 行（{} 期）：{}", entry.line, period, entry.fault);
+}
+
 // The runs over one reply. Runs overlap; an entry counts in the first one that sees it.
 class Merge {
  public:
-  Merge(Store& store, Desk& desk, const DrawList& list) : store_(store), desk_(desk), list_(list) {
-    result_.ok = true;
-  }
+  Merge(Store& store, Desk& desk, const DrawList& list, Date today)
+      : store_(store), desk_(desk), list_(list), today_(today) {}
 
   // One run around `latest`.
   void run(PeriodNo latest) {
@@ -44,7 +51,7 @@ class Merge {
     change.commit();
   }
 
-  [[nodiscard]] const DownloadResult& result() const { return result_; }
+  [[nodiscard]] DownloadResult& result() { return result_; }
 
  private:
   void store_Entries(PeriodNo latest) {
@@ -58,26 +65,40 @@ class Merge {
 
   void store_Entry(PeriodNo period) {
     const bool counts = period > looked_up_to_;
-    const auto draw = list_.parseDraw(period);
-    if (!draw) {
-      if (counts) ++result_.skipped;
+    const ListedEntry entry = list_.parseDraw(period, today_);
+    if (!entry.draw) {
+      if (counts) skip(period, entry);
       return;
     }
-    if (counts) ++(findDraw(store_, period) ? result_.overwritten : result_.added);
-    saveDraw(store_, desk_, period, draw->date, draw->numbers, Recalc::no);
+    const auto& [date, numbers] = *entry.draw;
+    const auto before = findDraw(store_, period);
+    if (counts && !before) ++result_.added;
+    if (counts && before && (before->numbers != numbers || stored_Date(period) != format_Date(date)))
+      ++result_.overwritten;
+    saveDraw(store_, desk_, period, date, numbers, Recalc::no);
+  }
+
+  void skip(PeriodNo period, const ListedEntry& entry) {
+    constexpr int told = 3;
+    if (++result_.skipped <= told) result_.faults.push_back(fault_Text(period, entry));
+  }
+
+  std::string stored_Date(PeriodNo period) {
+    Query row = store_.query(R"(SELECT "开奖日期" FROM "历史记录" WHERE "期号"=?)");
+    row.bind(period);
+    return row.next() ? row.text(0) : std::string();
   }
 
   Store& store_;
   Desk& desk_;
   const DrawList& list_;
+  Date today_;
   DownloadResult result_;
   PeriodNo looked_up_to_ = 0;
 };
 
 // Runs around the newest stored draw, once or as long as the list holds a newer one.
-void merge_All(Store& store, Merge& merge, const DrawList& list) {
-  const PeriodNo newest = list.newest();
-  StoreChange change(store);
+void merge_All(Store& store, Merge& merge, PeriodNo newest) {
   PeriodNo latest = latestPeriod(store);
   for (;;) {
     const int added = merge.result().added;
@@ -86,59 +107,80 @@ void merge_All(Store& store, Merge& merge, const DrawList& list) {
     // A run that reached nothing stands in front of a gap.
     latest = merge.result().added > added ? latestPeriod(store) : latest + kLookAhead;
   }
-  change.commit();
 }
 
 enum class Runs { one, all };
 
-// What a download comes to, without telling it.
-DownloadResult fetch_AndMerge(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address,
-                              Runs runs) {
+// Why a reply holds nothing to merge; empty where it does.
+std::string reply_Fault(const DrawList& list, Date today) {
+  if (!list.is_DrawList()) return "这不是开奖数据，开头没有 336 标记";
+  if (list.newest(today) != 0) return {};
+  const PeriodNo first = list.first();
+  const std::string none = "开奖数据里没有一条有效的记录";
+  return first == 0 ? none : fmt::format("{}，{}", none, fault_Text(first, list.parseDraw(first, today)));
+}
+
+DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Date today,
+                        Runs runs) {
   const StatusScope status(desk);
   desk.show_Status(kDownloading);
-  auto text = fetchDrawText(desk, fetcher, address);
-  if (!text) return {.stopped = true};
-  const DrawList list(std::move(*text));
-  if (!list.is_DrawList()) return {};
-  Merge merge(store, desk, list);
+  Fetched fetched = fetch_AsJob(desk, fetcher, address);
+  if (!fetched.reply) return {.stopped = fetched.stopped, .cause = std::move(fetched.cause)};
+  const DrawList list(*fetched.reply);
+  if (std::string fault = reply_Fault(list, today); !fault.empty()) return {.cause = std::move(fault)};
+  Merge merge(store, desk, list, today);
   StoreChange change(store);
   if (runs == Runs::one)
     merge.run(latestPeriod(store));
   else
-    merge_All(store, merge, list);
+    merge_All(store, merge, list.newest(today));
   remember_Address(store, AddressUse::draw_list, address);
+  DownloadResult result = std::move(merge.result());
+  result.ok = true;
+  result.newest = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0 ? latestPeriod(store) : 0;
+  result.more = list.newest(today) > result.newest;
   change.commit();
-  return merge.result();
-}
-
-DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Runs runs) {
-  const DownloadResult result = fetch_AndMerge(store, desk, fetcher, address, runs);
-  if (result.ok)
-    desk.tell("已成功更新!");
-  else if (!result.stopped)
-    desk.tell(kFailure, Tone::error);
   return result;
 }
 
 }  // namespace
 
-std::optional<std::string> fetchDrawText(Desk& desk, Fetcher& fetcher, const std::string& address) {
-  const Fetched fetched = fetch_AsJob(desk, fetcher, address);
-  if (fetched.stopped) return std::nullopt;
-  return compactDrawText(fetched.reply.value_or(std::string()));
+DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address,
+                             Date today) {
+  return download(store, desk, fetcher, address, today, Runs::one);
 }
 
-DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address) {
-  return download(store, desk, fetcher, address, Runs::one);
+DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address,
+                           Date today) {
+  return download(store, desk, fetcher, address, today, Runs::all);
 }
 
-DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address) {
-  return download(store, desk, fetcher, address, Runs::all);
+std::vector<std::string> report_Lines(const DownloadResult& result) {
+  std::vector<std::string> lines{"已成功更新!"};
+  lines.push_back(fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据", result.added, result.overwritten,
+                              result.skipped));
+  if (result.newest != 0) lines.back() += fmt::format("，最新一期 {}", result.newest);
+  if (result.added == 0 && !result.more) lines.emplace_back("没有比现有记录更新的开奖数据。");
+  lines.insert(lines.end(), result.faults.begin(), result.faults.end());
+  if (result.skipped > static_cast<int>(result.faults.size())) lines.emplace_back("……");
+  return lines;
 }
 
-DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher) {
-  const auto address = known_Address(store, desk, AddressUse::draw_list);
-  return address ? downloadDraws(store, desk, fetcher, *address) : DownloadResult{};
+void tell_Failure(Desk& desk, const DownloadResult& result) {
+  if (result.stopped) return;
+  desk.tell(fmt::format("{0}{1}{1}原因：{2}。", kFailure, kLineBreak, result.cause), Tone::error);
+}
+
+DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher, Date today,
+                                std::string& address_typed) {
+  const auto address = known_Address(store, desk, AddressUse::draw_list, address_typed);
+  if (!address) return {.stopped = true};
+  DownloadResult result = downloadAll(store, desk, fetcher, *address, today);
+  if (result.ok)
+    desk.tell(fmt::format("{}", fmt::join(report_Lines(result), kLineBreak)));
+  else
+    tell_Failure(desk, result);
+  return result;
 }
 
 }  // namespace lotmere

@@ -3,43 +3,54 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "core/dates.hpp"
 #include "core/desk.hpp"
+#include "core/game.hpp"
 #include "core/platform.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
 
 struct DownloadResult {
-  bool ok = false;       // the reply was a draw list, whether or not it held anything new
-  bool stopped = false;  // the person broke the fetch off; nothing was told or changed then
-  int added = 0;         // draws stored that the history didn't have
-  int overwritten = 0;   // stored draws that got the reply's date and numbers
-  int skipped = 0;       // entries that aren't whole, valid draws
-};
+  bool ok = false;  // the reply was a draw list with at least one draw, whether or not it held anything new
+  bool stopped = false;  // the user broke the fetch off; nothing has changed then
+  std::string cause{};   // why it isn't ok, in a few words for the user
 
-// Fetches and compacts, as a job that the person can stop; an empty text when the address can't be read,
-// nothing when they stopped it.
-[[nodiscard]] std::optional<std::string> fetchDrawText(Desk& desk, Fetcher& fetcher,
-                                                       const std::string& address);
+  int added = 0;        // draws stored that the history didn't have
+  int overwritten = 0;  // stored draws that got another date or other numbers
+  int skipped = 0;      // entries in reach that aren't whole, valid draws
+  // What is wrong with the first few of these: "第 5 行（2024004 期）：红球 35 不对".
+  std::vector<std::string> faults{};
+  PeriodNo newest = 0;  // of the history behind the download
+  bool more = false;    // the list holds draws beyond the reach of the run
+};
 
 // One run: looks at the periods from the newest stored one - 10 to that one + 5000, stores what the reply
 // holds of them and computes the statistics of the earliest draw and of that range. Older rows are never
-// changed. Rows and statistics stand in one change: a failure or a crash leaves the history as it was. Tells
-// "已成功更新!", or what may be wrong when the address can't be read or serves something else; nothing is
-// written then. The desk's status says what is under way, and is empty before the result is told. The fetch can
-// be stopped, the rest can't. Throws SQLite::Exception when the store refuses.
+// changed, and an entry dated after `today` is skipped. Rows and statistics stand in one change: a failure or a crash
+// leaves the history as it was. Tells nothing: see report_Lines. The desk's status says what is under way. The fetch
+// can be stopped, the rest can't. The address is remembered with the draws. Throws SQLite::Exception when the store
+// refuses.
 [[nodiscard]] DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher,
-                                           const std::string& address);
+                                           const std::string& address, Date today);
 
 // Runs on one reply until it holds nothing newer than the history, all in one change. A gap too wide for one
 // run is stepped over.
 [[nodiscard]] DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher,
-                                         const std::string& address);
+                                         const std::string& address, Date today);
 
-// The command (`cmmUpdateHistory(1)`): one run on the remembered address. While none is remembered the person
-// is asked for one; nothing happens when they cancel, and an address that is no http, https or file address is
-// refused. From an empty history a run reaches at most the period 2008001; the next one goes on from there.
-[[nodiscard]] DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher);
+// What a download that is ok comes to, in lines: that it is done, the counts, that there was nothing newer, the faults
+// of skipped entries.
+[[nodiscard]] std::vector<std::string> report_Lines(const DownloadResult& result);
+
+// Tells what may be wrong, and the cause, of a download that isn't ok; nothing of one that was stopped.
+void tell_Failure(Desk& desk, const DownloadResult& result);
+
+// The command (`cmmUpdateHistory(1)`): downloads all from the remembered address and tells what happened. While none
+// is remembered the user is asked for one (see known_Address); nothing happens when they cancel.
+[[nodiscard]] DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher, Date today,
+                                              std::string& address_typed);
 
 }  // namespace lotmere

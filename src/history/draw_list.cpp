@@ -1,5 +1,7 @@
 #include "history/draw_list.hpp"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -21,21 +23,51 @@ constexpr int two_Digits(std::string_view text) {
   return (text[0] - '0') * 10 + (text[1] - '0');
 }
 
+// Adds what stays of one character.
+void add_Compacted(std::string& text, char c) {
+  if (is_Digit(c) || c == '/')
+    text += c;
+  else if (text.empty() || text.back() != '#')
+    text += '#';
+}
+
+// The seven numbers of an entry, or why they can't be read.
+std::string read_Fields(std::string_view entry, std::array<int, kRedsPerTicket + 1>& numbers) {
+  if (entry.size() < kEntryLength) return "这一条不完整";
+  if (entry.size() > kEntryLength && is_Digit(entry[kEntryLength])) return "号码不是两位数";
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const std::size_t place = kFirstNumber + i * kNumberStep;
+    numbers[i] = is_Digit(entry[place - 1]) ? -1 : two_Digits(entry.substr(place, 2));
+    if (numbers[i] < 0) return "号码不是两位数";
+  }
+  return {};
+}
+
+// Why numbers aren't those of a draw; empty where they are.
+std::string number_Fault(const DrawNumbers& numbers) {
+  if (is_Draw(numbers)) return {};
+  for (const int red : numbers.reds)
+    if (red < 1 || red > kRedCount) return fmt::format("红球 {:02} 不对", red);
+  if (numbers.blue < 1 || numbers.blue > kBlueCount) return fmt::format("蓝球 {:02} 不对", numbers.blue);
+  return "红球没有从小到大排列";
+}
+
 }  // namespace
 
 std::string compactDrawText(std::string_view raw) {
   std::string text;
   text.reserve(raw.size());
-  for (const char c : raw) {
-    if (is_Digit(c) || c == '/')
-      text += c;
-    else if (text.empty() || text.back() != '#')
-      text += '#';
-  }
+  for (const char c : raw) add_Compacted(text, c);
   return text;
 }
 
-DrawList::DrawList(std::string compacted) : text_(std::move(compacted)) {
+DrawList::DrawList(std::string_view reply) {
+  text_.reserve(reply.size());
+  for (std::size_t i = 0; i < reply.size(); ++i) {
+    const bool last = i + 1 == reply.size() || reply[i + 1] != '\n';
+    if (reply[i] == '\n' || (reply[i] == '\r' && last)) line_ends_.push_back(text_.size());
+    add_Compacted(text_, reply[i]);
+  }
   std::size_t digits = 0;  // length of the run of digits that ends here
   PeriodNo value = 0;
   for (std::size_t i = 0; i < text_.size(); ++i) {
@@ -50,33 +82,44 @@ DrawList::DrawList(std::string compacted) : text_(std::move(compacted)) {
   }
 }
 
-std::optional<ListedDraw> DrawList::parseDraw(PeriodNo period) const {
-  const auto found = place_.find(period);
-  if (found == place_.end() || !is_Period(period) || text_.size() < found->second + kEntryLength)
-    return std::nullopt;
-  const std::string_view rest = std::string_view(text_).substr(found->second);
-  if (rest.size() > kEntryLength && is_Digit(rest[kEntryLength])) return std::nullopt;
-
-  const auto date = parse_Date(rest.substr(kDatePlace, kDateLength), '/');
-  std::array<int, kRedsPerTicket + 1> number{};
-  for (std::size_t i = 0; i < number.size(); ++i) {
-    const std::size_t place = kFirstNumber + i * kNumberStep;
-    if (is_Digit(rest[place - 1])) return std::nullopt;
-    number[i] = two_Digits(rest.substr(place, 2));
-  }
-  ListedDraw draw;
-  std::copy_n(number.begin(), kRedsPerTicket, draw.numbers.reds.begin());
-  draw.numbers.blue = number.back();
-  if (!date || !is_Draw(draw.numbers)) return std::nullopt;
-  draw.date = *date;
-  return draw;
+int DrawList::line_Of(std::size_t place) const {
+  return static_cast<int>(std::ranges::upper_bound(line_ends_, place) - line_ends_.begin()) + 1;
 }
 
-PeriodNo DrawList::newest() const {
+ListedEntry DrawList::parseDraw(PeriodNo period, Date today) const {
+  const auto found = place_.find(period);
+  if (found == place_.end()) return {};
+  ListedEntry entry{std::nullopt, {}, line_Of(found->second)};
+  const std::string_view text = std::string_view(text_).substr(found->second);
+  const auto date = parse_Date(text.substr(std::min(text.size(), kDatePlace), kDateLength), '/');
+  std::array<int, kRedsPerTicket + 1> fields{};
+  ListedDraw draw;
+  if (!is_Period(period)) {
+    entry.fault = "期号不对";
+  } else if (text.size() >= kEntryLength && !date) {
+    entry.fault = "日期不对";
+  } else {
+    entry.fault = read_Fields(text, fields);
+    std::copy_n(fields.begin(), kRedsPerTicket, draw.numbers.reds.begin());
+    draw.numbers.blue = fields.back();
+  }
+  if (entry.fault.empty()) entry.fault = *date > today ? "日期在今天之后" : number_Fault(draw.numbers);
+  if (!entry.fault.empty()) return entry;
+  draw.date = *date;
+  entry.draw = draw;
+  return entry;
+}
+
+PeriodNo DrawList::newest(Date today) const {
   PeriodNo newest = 0;
   for (const auto& [period, place] : place_)
-    if (period > newest && parseDraw(period)) newest = period;
+    if (period > newest && parseDraw(period, today).draw) newest = period;
   return newest;
+}
+
+PeriodNo DrawList::first() const {
+  const auto first = std::ranges::min_element(place_, {}, [](const auto& entry) { return entry.second; });
+  return first == place_.end() ? 0 : first->first;
 }
 
 }  // namespace lotmere

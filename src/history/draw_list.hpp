@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "core/dates.hpp"
 #include "core/game.hpp"
@@ -26,10 +27,17 @@ struct ListedDraw {
   DrawNumbers numbers;
 };
 
-// A compacted reply, with the places of its entries found once.
+// One entry of a list: a draw, or why it is none.
+struct ListedEntry {
+  std::optional<ListedDraw> draw;
+  std::string fault;  // in a few words for the user: "红球 35 不对"; empty with a draw
+  int line = 0;       // of the reply, from 1
+};
+
+// A reply, compacted, with the places of its entries found once.
 class DrawList {
  public:
-  explicit DrawList(std::string compacted);
+  explicit DrawList(std::string_view reply);
 
   // Whether the text claims to be a draw list. Any other start means that the reply is something else.
   [[nodiscard]] bool is_DrawList() const { return text_.starts_with("#336#"); }
@@ -37,15 +45,22 @@ class DrawList {
   // Whether an entry for the period stands in the text, readable or not.
   [[nodiscard]] bool names(PeriodNo period) const { return place_.contains(period); }
 
-  // The first entry of a period. Nothing where none stands or where it isn't whole: cut short, a field of
-  // another length, a period or a day that is none, a number outside its range, reds out of order or repeated.
-  [[nodiscard]] std::optional<ListedDraw> parseDraw(PeriodNo period) const;
+  // The first entry of a period that the list names. It isn't a draw where it isn't whole: cut short, a field of
+  // another length, a period or a day that is none, a day after `today`, a number outside its range, reds out of
+  // order or repeated.
+  [[nodiscard]] ListedEntry parseDraw(PeriodNo period, Date today) const;
 
-  // The highest period whose entry is whole; 0 with none.
-  [[nodiscard]] PeriodNo newest() const;
+  // The highest period whose entry is a draw; 0 with none.
+  [[nodiscard]] PeriodNo newest(Date today) const;
+
+  // The period whose entry stands in front of all others; 0 in a list without entries.
+  [[nodiscard]] PeriodNo first() const;
 
  private:
+  [[nodiscard]] int line_Of(std::size_t place) const;
+
   std::string text_;
+  std::vector<std::size_t> line_ends_;               // the length of the text where a line of the reply ended
   std::unordered_map<PeriodNo, std::size_t> place_;  // of the first character of an entry
 };
 

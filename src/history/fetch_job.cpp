@@ -5,9 +5,9 @@ namespace lotmere {
 Fetched fetch_AsJob(Desk& desk, Fetcher& fetcher, const std::string& address) {
   const StopScope stop(desk);
   const Job job(desk, 0, Job::Stop::possible);
-  auto reply = fetcher.fetch(address);
-  if (desk.stop_Requested()) return {std::nullopt, true};
-  return {std::move(reply), false};
+  Fetched fetched = fetcher.fetch(address);
+  if (desk.stop_Requested()) return {std::nullopt, {}, true};
+  return fetched;
 }
 
 }  // namespace lotmere

@@ -91,6 +91,11 @@ void HistoryPage::make_MenuCommands() {
        {},
        QStringLiteral("设置开奖数据的下载地址")},
       [this] { change_Address(session_.store, session_.desk, AddressUse::draw_list); });
+  add({"mnu_DetailAddress",
+       QStringLiteral("开奖页面网址(&P)..."),
+       {},
+       QStringLiteral("设置详细开奖页面的网址")},
+      [this] { change_Address(session_.store, session_.desk, AddressUse::detail_page); });
 }
 
 void HistoryPage::make_Commands() {
@@ -267,9 +272,9 @@ void HistoryPage::add_Draw() {
 void HistoryPage::download() {
   const ProgressPlace place(session_.desk, *download_View_);
   const auto fetcher = make_CurlFetcher(session_.desk);
-  if (!download_Command(session_.store, session_.desk, *fetcher).ok) return;
-  strip_->set_Period(session_.next_Period());
-  strip_->set_Date(nextDrawDate(strip_->date()));
+  if (!download_Command(session_.store, session_.desk, *fetcher, session_.clock.today(), list_typed_).ok)
+    return;
+  load_Entry();
   refreshHistoryView();
   Q_EMIT history_Changed();
 }
@@ -302,12 +307,12 @@ void HistoryPage::search() {
   }
   const auto condition = buildSearchWhere(session_.desk, filters);
   const int column = grid_->current_Column();
+  const bool asks = condition && !condition->where.empty();
   filter_Edited_ = false;
   int found = 0;
   try {
     if (asks) found = model_.load(session_.store, kEveryPeriod, *condition);
   } catch (...) {
-  const bool asks = condition && !condition->where.empty();
     grid_->clear_Filters();  // what the store refuses doesn't stand there to be asked again
     throw;
   }
@@ -333,10 +338,10 @@ void HistoryPage::export_History() {
 void HistoryPage::query_Detail() {
   const ProgressPlace place(session_.desk, *bar_);
   const auto fetcher = make_CurlFetcher(session_.desk);
-  const auto address = query_DetailPage(session_.store, session_.desk, *fetcher);
+  const auto address = query_DetailPage(session_.store, session_.desk, *fetcher, page_typed_);
   if (!address) return;
-  const QString text = shown(*address);
-  open(QUrl(text), QStringLiteral("无法打开浏览器，网页的地址是：\r\n%1").arg(text));
+  open(QUrl(shown(*address)),
+       QStringLiteral("无法打开浏览器，网页的地址是：\r\n%1").arg(shown(shown_Address(*address))));
 }
 
 void HistoryPage::open(const QUrl& url, const QString& elsewhere) {

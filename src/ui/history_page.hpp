@@ -76,8 +76,10 @@ class HistoryPage : public QWidget {
   FrozenGrid* grid_;
   DistributionGrid* distribution_;
   QLabel* empty_;
-  QButtonGroup* modes_;         // `Option_TorD`: 0 the grid, 1 the distribution
-  QButtonGroup* spans_;         // `OptionHistoryMode`: 0 the newest hundred, 1 all
+  QButtonGroup* modes_;     // `Option_TorD`: 0 the grid, 1 the distribution
+  QButtonGroup* spans_;     // `OptionHistoryMode`: 0 the newest hundred, 1 all
+  std::string list_typed_;  // the addresses as they were typed the last time, until one leads somewhere
+  std::string page_typed_;
   bool filter_Edited_ = false;  // since the rows were last read
 };
 

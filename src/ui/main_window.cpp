@@ -169,7 +169,7 @@ void MainWindow::make_Menus() {
   add_Menu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
   add_Menu("mnu_History", QStringLiteral("1.历史数据(&D)"),
            {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
-            "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress"});
+            "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
   add_Menu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
            {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
   add_ConditionMenus();

@@ -18,11 +18,11 @@
 namespace lotmere::test {
 namespace {
 
-std::optional<std::string> fetch_From(const std::string& answer) {
+Fetched fetch_From(const std::string& answer) {
   ScriptedDesk desk;
-  std::optional<std::string> reply;
-  with_Server(answer, false, [&](const auto& address) { reply = make_CurlFetcher(desk)->fetch(address); });
-  return reply;
+  Fetched fetched;
+  with_Server(answer, false, [&](const auto& address) { fetched = make_CurlFetcher(desk)->fetch(address); });
+  return fetched;
 }
 
 TEST(CurlFetcher, TakesOnlyWholeAnswers) {
@@ -30,12 +30,27 @@ TEST(CurlFetcher, TakesOnlyWholeAnswers) {
   const auto secret = home.path() / "secret.txt";
   std::ofstream(secret) << "secret";
   const std::string good = "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n=336=";
-  const std::string bad[] = {"HTTP/1.1 500 Internal Server Error\r\nContent-Length: 5\r\n\r\n=336=",
-                             "HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n=336=",
-                             "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\n=336=\r\n9\r\n20",
-                             "HTTP/1.1 302 Found\r\nLocation: file://" + secret.string() + "\r\n\r\n", ""};
-  EXPECT_EQ(fetch_From(good), "=336=");
-  for (const std::string& answer : bad) EXPECT_EQ(fetch_From(answer), std::nullopt) << answer;
+  const std::string broken = "连接断开，数据没有收全";
+  const std::pair<std::string, std::string> bad[] = {
+      {"HTTP/1.1 500 Internal Server Error\r\nContent-Length: 5\r\n\r\n=336=", "网站答复 500"},
+      {"HTTP/1.1 404 Not Found\r\nContent-Length: 5\r\n\r\n=336=", "网站答复 404，没有这个网页"},
+      {"HTTP/1.1 200 OK\r\nContent-Length: 500\r\n\r\n=336=", broken},
+      {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\n=336=\r\n9\r\n20", broken},
+      {"HTTP/1.1 302 Found\r\nLocation: file://" + secret.string() + "\r\n\r\n",
+       "网站把请求转到了不能用的地址"},
+      {"", broken}};
+  EXPECT_EQ(fetch_From(good).reply, "=336=");
+  for (const auto& [answer, cause] : bad) {
+    const Fetched fetched = fetch_From(answer);
+    EXPECT_EQ(fetched.reply, std::nullopt) << answer;
+    EXPECT_EQ(fetched.cause, cause) << answer;
+  }
+  ScriptedDesk desk;
+  const std::pair<const char*, const char*> unreachable[] = {{"http://127.0.0.1:1/", "连接不上网站"},
+                                                             {"http://a.invalid/", "找不到这个网站"},
+                                                             {"http://", "网址不对"}};
+  for (const auto& [address, cause] : unreachable)
+    EXPECT_EQ(make_CurlFetcher(desk)->fetch(address).cause, cause) << address;
 }
 
 // Before the server says a word, and in the middle of its list.
@@ -53,7 +68,9 @@ TEST(CurlFetcher, AStopOrAFailureWhileTheServerIsSilent) {
       };
       const auto fetcher = make_CurlFetcher(desk);
       EXPECT_TRUE(with_Server(answer, true, [&](const auto& address) {
-        const auto fetch = [&] { return downloadDraws(home.store(), desk, *fetcher, address).stopped; };
+        const auto fetch = [&] {
+          return downloadDraws(home.store(), desk, *fetcher, address, Date::max()).stopped;
+        };
         EXPECT_NE(value_OrNothing(fetch), fails);
       }));
       EXPECT_TRUE(desk.told.empty() && desk.jobs_open == 0 && !desk.stop_Requested());
@@ -71,7 +88,8 @@ TEST(CurlFetcher, AStopEndsTheSearchForAPage) {
   };
   EXPECT_TRUE(with_Server("", true, [&](const auto& address) {
     remember_Address(home.store(), AddressUse::detail_page, address);
-    EXPECT_FALSE(find_DetailPage(home.store(), desk, *make_CurlFetcher(desk), "2008118"));
+    std::string typed;
+    EXPECT_FALSE(find_DetailPage(home.store(), desk, *make_CurlFetcher(desk), "2008118", typed));
   }));
   EXPECT_TRUE(desk.told.empty() && !desk.stop_Requested());
 }
@@ -82,11 +100,11 @@ TEST(CurlFetcher, ReadsFilesUpToALimit) {
   std::ofstream(list) << "=336=\n2007001";
   ScriptedDesk desk;
   const auto fetcher = make_CurlFetcher(desk);
-  EXPECT_EQ(fetcher->fetch("file://" + list.string()), "=336=\n2007001");
+  EXPECT_EQ(fetcher->fetch("file://" + list.string()).reply, "=336=\n2007001");
   std::filesystem::resize_file(list, std::uintmax_t{32} << 20);
-  EXPECT_TRUE(fetcher->fetch("file://" + list.string()).has_value());
+  EXPECT_TRUE(fetcher->fetch("file://" + list.string()).reply.has_value());
   std::filesystem::resize_file(list, (std::uintmax_t{32} << 20) + 1);
-  EXPECT_EQ(fetcher->fetch("file://" + list.string()), std::nullopt);
+  EXPECT_EQ(fetcher->fetch("file://" + list.string()).cause, "数据太大，不是开奖数据");
 }
 
 TEST(CurlFetcher, ReadsNoFileThatMayStaySilent) {
@@ -98,7 +116,9 @@ TEST(CurlFetcher, ReadsNoFileThatMayStaySilent) {
   for (const std::string& address :
        {"file://" + pipe.string(), "FILE://localhost" + home.path().string() + "/%70ipe",
         "file://" + home.path().string(), std::string("file:///dev/null"), std::string("file:")})
-    EXPECT_EQ(make_CurlFetcher(desk)->fetch(address), std::nullopt) << address;
+    EXPECT_NE(make_CurlFetcher(desk)->fetch(address).cause, "") << address;
+  EXPECT_EQ(make_CurlFetcher(desk)->fetch("file://" + pipe.string()).cause, "不是普通文件");
+  EXPECT_EQ(make_CurlFetcher(desk)->fetch("file:///none").cause, "没有这个文件");
   ::alarm(0);
 }
 

@@ -36,7 +36,7 @@ class DownloadTest : public WindowTest {
 TEST_F(DownloadTest, AListIsMergedAndShown) {
   const std::string list = "=336= 2026091 2026/08/20 02 03 04 05 06 07 08";
   download(reply(list, list.size()), false);
-  EXPECT_EQ(told(), "已成功更新!");
+  EXPECT_EQ(told(), "已成功更新!\r\n新增 1 期，更新 0 期，跳过 0 条无效数据，最新一期 2026091");
   EXPECT_EQ(draws(), 2);
   EXPECT_EQ(store().value(R"(SELECT "和值" FROM "历史记录" WHERE "期号"=2026091)"), 27);
   EXPECT_TRUE(part<QLabel>("StatusBar_1").text().contains(QStringLiteral("已更新")));
@@ -47,8 +47,13 @@ TEST_F(DownloadTest, AListIsMergedAndShown) {
 
 TEST_F(DownloadTest, GarbageAndABrokenReplyChangeNothing) {
   const std::string broken = "=336= 2026091 2026/08/20 02 03 04 05 06 07 08";
-  for (const std::string& answer : {reply("<html>404</html>", 16), reply(broken, 500), std::string()}) {
+  const std::pair<std::string, const char*> answers[] = {
+      {reply("<html>404</html>", 16), "原因：这不是开奖数据，开头没有 336 标记。"},
+      {reply(broken, 500), "原因：连接断开，数据没有收全。"},
+      {"HTTP/1.1 404 Not Found\r\n\r\n", "原因：网站答复 404，没有这个网页。"}};
+  for (const auto& [answer, cause] : answers) {
     download(answer, false);
+    EXPECT_TRUE(told().ends_with(cause)) << told();
     EXPECT_TRUE(told().starts_with("服务器忙或网络链接断开,无法完成更新!")) << answer;
     EXPECT_EQ(desk_.told.back().tone, Tone::error);
     EXPECT_EQ(draws(), 1);

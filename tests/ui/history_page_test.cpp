@@ -103,6 +103,37 @@ TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
   EXPECT_EQ(format_Date(session_.entry_date), "2008-05-04");
   EXPECT_EQ(focused(), "TextHistory_1");
   EXPECT_EQ(changes_.count(), 1);
+  // An older draw typed behind it proposes what follows the newest one.
+  get<QDateEdit>("DTPicker_KJ")->setDate(QDate(2008, 4, 24));
+  get<QLineEdit>("TextHistory_0")->setText(QStringLiteral("2008048"));
+  type({"1", "2", "3", "4", "5", "6", "8"});
+  EXPECT_TRUE(findDraw(store_, 2008048));
+  EXPECT_EQ(box(0) + format_Date(session_.entry_date), "20080522008-05-04");
+}
+
+TEST_F(HistoryPageTest, AnEntryWithoutAPeriodIsNeitherCutNorStored) {
+  const auto stored = [&] { return store_.value(R"(SELECT count(*) FROM "历史记录")"); };
+  for (const char* typed : {"", "202609", "20080510", "99999999999", "2008000"}) {
+    desk_.told.clear();
+    get<QLineEdit>("TextHistory_0")->clear();
+    QTest::keyClicks(get("TextHistory_0"), QString::fromUtf8(typed));
+    EXPECT_EQ(box(0), typed);
+    type({"1", "2", "3", "4", "5", "6", "8"});
+    ASSERT_EQ(desk_.told.size(), 1U) << typed;
+    EXPECT_EQ(desk_.told[0].text,
+              "期号“" + std::string(typed) + "”不对，应为年份加三位期次的7位数字，如 2007001。");
+    EXPECT_EQ(stored(), 2) << typed;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box(0) == "2008051"; })) << "proposed anew";
+    for (int i = 1; i <= 7; ++i) get<QLineEdit>(box_Name(i).c_str())->clear();
+  }
+  auto* period = get<QLineEdit>("TextHistory_0");
+  period->clear();
+  period->insert(QStringLiteral(" ２００８０５１　"));  // as a paste does
+  EXPECT_EQ(box(0), "2008051");
+  const char* const numbers[] = {"１", "2", "3", "4", "5", "３３", "8"};
+  for (int i = 1; i <= 7; ++i) get<QLineEdit>(box_Name(i).c_str())->insert(QString::fromUtf8(numbers[i - 1]));
+  QTest::keyClick(get("TextHistory_7"), Qt::Key_Return);
+  EXPECT_EQ(findDraw(store_, 2008051).value().numbers, (DrawNumbers{{1, 2, 3, 4, 5, 33}, 8}));
 }
 
 TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
@@ -137,15 +168,27 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
 }
 
 TEST_F(HistoryPageTest, ADeletedDrawIsProposedAgain) {
-  desk_.texts = {"2008050", "2007001", "", std::nullopt};
+  desk_.texts = {"2008050", "2008050", "20080501", "", std::nullopt};
+  desk_.choices = {std::nullopt, 0};
+  click("cmm_scls");
+  EXPECT_TRUE(desk_.told.empty() && findDraw(store_, 2008050)) << "Esc changes nothing";
+  EXPECT_NE(desk_.asked.back().find("2008050 期  2008-04-29  05 08 09 10 11 12+05"), std::string::npos);
+  EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"删除", "不删除"}));
   for (int i = 0; i < 4; ++i) click("cmm_scls");
   EXPECT_EQ(desk_.proposed[0], "2008050");
-  ASSERT_EQ(desk_.told.size(), 2U) << "nothing is said of an empty answer";
+  ASSERT_EQ(desk_.told.size(), 3U) << "nothing is said of a cancelled question";
+  EXPECT_EQ(desk_.told[0].text, "删除完成！");
   EXPECT_EQ(desk_.told[1].title, "删除失败");
+  EXPECT_TRUE(desk_.told[2].text.starts_with("期号“”不对"));
   EXPECT_EQ(shown_Rows(), "2008049-2008049:1");
   EXPECT_EQ(box(0), "2008050");
   EXPECT_EQ(format_Date(session_.entry_date), "2008-04-29");
   EXPECT_EQ(changes_.count(), 1);
+  click("Option_TorD_1");
+  desk_.texts = {"2008049"};
+  desk_.choices = {0};
+  click("cmm_scls");
+  EXPECT_EQ(desk_.told.back().text, "删除完成，将重新加载数据。");
 }
 
 TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
@@ -164,9 +207,15 @@ TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
   EXPECT_EQ(shown_Rows(), "2007010-2007019:10");
   QTest::qWait(0);
   EXPECT_FALSE(get("filterBegin")->isEnabled());
+  desk_.told.clear();
   search(8, "5");
   EXPECT_EQ(shown_Rows(), "2007023-2008050:100") << "nothing is found: back to the normal rows";
-  EXPECT_EQ(get<QLineEdit>("FilterText_0")->text(), QString());
+  ASSERT_EQ(desk_.told.size(), 1U);
+  EXPECT_EQ(desk_.told[0].text, "没有符合条件的记录。");
+  EXPECT_EQ(get<QLineEdit>("FilterText_0")->text(), QStringLiteral("200701")) << "what was typed stays";
+  QTest::qWait(0);
+  EXPECT_TRUE(get("filterBegin")->isEnabled());
+  click("cmdClearFilter");
   search(8, "05");
   EXPECT_EQ(shown_Rows(), "2008049-2008050:2") << "as the grid shows it";
   click("cmdClearFilter");
@@ -199,6 +248,7 @@ TEST_F(HistoryPageTest, OptionsAndMenuShowTheSameViews) {
 
 TEST_F(HistoryPageTest, AnEmptyHistoryHasNeitherGrid) {
   desk_.texts = {"2008049", "2008050"};
+  desk_.choices = {0, 0};
   click("cmm_scls");
   click("cmm_scls");
   for (const char* mode : {"Option_TorD_1", "Option_TorD_0"}) {
@@ -225,7 +275,8 @@ TEST_F(HistoryPageTest, TheSheetIsOpenedOrItsPlaceIsTold) {
 
 TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   const auto list = home_.path() / "list.txt";
-  real_Files().write_Whole(list, "=336= 2008051 2008/05/01 01 05 07 14 21 33 08");
+  real_Files().write_Whole(
+      list, "=336= 2008051 2008/05/01 01 05 07 14 21 33 08\n2008052 2008/05/04 01 02 03 04 05 06 07");
   std::vector<bool> usable;
   desk_.on_serve = [&] { usable.push_back(get("Pic_addHistory")->isEnabled()); };
   desk_.texts = {"file:///nowhere", "file://" + list.string()};
@@ -236,18 +287,41 @@ TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   give("mnu_AutoUpdate");
   give("mnu_AutoUpdate");
   EXPECT_EQ(desk_.asked.size(), 2U);
+  EXPECT_TRUE(desk_.told[0].text.ends_with("\r\n\r\n原因：没有这个文件。")) << desk_.told[0].text;
+  EXPECT_EQ(desk_.proposed, (std::vector<std::string>{"", "file:///nowhere"})) << "the typed one stays";
+  EXPECT_EQ(desk_.told.at(1).text,
+            "已成功更新!\r\n新增 1 期，更新 0 期，跳过 1 条无效数据，最新一期 2008051\r\n"
+            "第 2 行（2008052 期）：日期在今天之后");
+  EXPECT_NE(desk_.told.at(2).text.find("没有比现有记录更新的开奖数据。"), std::string::npos);
   EXPECT_EQ(changes_.count(), 2);
   EXPECT_EQ(findDraw(store_, 2008051).value().numbers, kNumbers);
   EXPECT_EQ(shown_Rows(), "2008049-2008051:3");
   EXPECT_EQ(box(0), "2008052");
-  EXPECT_EQ(format_Date(session_.entry_date), "2008-05-06") << "a draw day on from its own value each time";
+  EXPECT_EQ(format_Date(session_.entry_date), "2008-05-04") << "behind the newest draw, however often";
   EXPECT_FALSE(usable.empty());
   EXPECT_EQ(std::count(usable.begin(), usable.end(), true), 0) << "nobody types while a job runs";
   EXPECT_EQ(focused(), "TextHistory_3") << "and goes on where they were";
-  desk_.texts = {""};
+  desk_.texts = {"", "https://me:pw@site/d/", "https://me@site/d/"};
   give("mnu_DownloadAddress");
   EXPECT_EQ(desk_.proposed.back(), "file://" + list.string());
   EXPECT_EQ(stored_Address(store_, AddressUse::draw_list), "");
+  give("mnu_DetailAddress");
+  give("mnu_DetailAddress");
+  EXPECT_EQ(desk_.proposed.back(), "https://me@site/d/");
+  EXPECT_EQ(stored_Address(store_, AddressUse::detail_page), "https://me:pw@site/d/");
+}
+
+TEST_F(HistoryPageTest, AFirstDownloadTakesTheWholeList) {
+  store_.query(R"(DELETE FROM "历史记录")").run();
+  const auto list = home_.path() / "a list.txt";
+  real_Files().write_Whole(
+      list,
+      "=336= 2003001 2003/02/23 01 05 07 14 21 33 08\n"
+      "2008002 2008/01/03 01 05 07 14 21 33 08\n2008051 2008/05/01 01 02 03 04 05 06 08");
+  desk_.texts = {list.string()};
+  give("mnu_AutoUpdate");
+  EXPECT_EQ(shown_Rows(), "2003001-2008051:3");
+  EXPECT_EQ(box(0) + format_Date(session_.entry_date), "20080522008-05-04");
 }
 
 TEST_F(HistoryPageTest, TheDetailPageOpensInTheBrowser) {

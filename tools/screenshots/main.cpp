@@ -75,7 +75,7 @@ void fill_Home(const Home& home, WindowDesk& desk, const std::string& draws) {
   Store::create(home.main_Db());
   Store store(home.main_Db());
   const auto fetcher = make_CurlFetcher(desk);
-  if (!downloadAll(store, desk, *fetcher, "file://" + draws).ok)
+  if (!downloadAll(store, desk, *fetcher, "file://" + draws, real_Clock().today()).ok)
     throw std::runtime_error("no draw list at " + draws);
   NumberSelection selection;
   for (const int red : {3, 5, 8, 10, 12, 15, 17, 19, 22, 24, 26, 29, 31}) selection.red[red] = PickState::tuo;
