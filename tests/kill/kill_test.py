@@ -109,7 +109,7 @@ def scenarios(folder):
     exported = tickets + [["tickets", "export", folder / "tickets.txt"]]
     wide = [["conditions", "allow", "总和值", "21-120"], ["conditions", "use", "连号", "off"]]
     # The reference draw of a run keeps the figures against a removed draw, so the run writes it anew.
-    stale = [["draws", "delete", str(int(LAST_PERIOD) - 1)]]
+    stale = [["--answer", "yes", "draws", "delete", str(int(LAST_PERIOD) - 1)]]
     last_draw = ["draws", "add", NEXT_PERIOD, "2026-01-01", "1", "2", "3", "14", "15", "16", "7"]
     # A session that was cut short: the last settings of the first user stand in the store and in no profile.
     shop = [["users", "mode", "multi"], ["users", "login", "--new", "乙"], ["--user", "乙", *picked[0]],
@@ -122,7 +122,7 @@ def scenarios(folder):
         Scenario("first start", [], ["numbers", "show"]),
         Scenario("draws fetch --all", [["numbers", "show"]], fetch[0]),
         Scenario("draws add", fetch, last_draw),
-        Scenario("draws delete", fetch, ["draws", "delete", LAST_PERIOD]),
+        Scenario("draws delete", fetch, ["--answer", "yes", "draws", "delete", LAST_PERIOD]),
         Scenario("numbers pick", fetch, picked[0]),
         Scenario("numbers hints", fetch, ["numbers", "hints"]),
         Scenario("conditions interval", fetch, ["conditions", "interval", "1", "1-20"]),
