@@ -104,7 +104,7 @@ std::string content_Text(const fs::path& path) {
   Store store(path);
   const auto draws = store.value(R"(SELECT count(*) FROM "历史记录")");
   const auto newest = store.value(R"(SELECT ifnull(max("期号"),0) FROM "历史记录")");
-  const auto users = store.value(R"(SELECT count(*) FROM "用户表")");
+  const auto users = store.value(R"(SELECT count(*) FROM "用户表" WHERE "用户名"<>'临时用户')");
   return fmt::format("{} 期开奖记录{}，{} 个用户", draws,
                      draws == 0 ? "" : fmt::format("（到 {} 期）", newest), users);
 }
