@@ -181,7 +181,7 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
       run_Steps(start_Order(start, call, desk, {call.user, password.value_or(std::string())},
                             surroundings.password_limits, prepared));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
-  if (!outcome.ready) return prepared == kExitDone ? kExitRefused : prepared;
+  if (!outcome.ready) return prepared != kExitDone && desk.was_Interrupted() ? kExitStopped : kExitRefused;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
   recount_Intervals(session.store, desk);
   int status = call.command->run(session);

@@ -49,7 +49,9 @@ class Processes(unittest.TestCase):
             (OTHER, ["tickets", "run", "2026001"]), (OTHER, ["tickets", "export", file]),
             (OTHER, ["--answer", "yes", "tickets", "import", file, "--period", "2026001"]),
             (OTHER, ["--answer", "yes", "tickets", "clear"]), (OTHER, ["store", "compact"]), (OTHER, ["store", "check"]),
-            (OTHER, ["users", "mode", "multi"]), *((NEW_USER, ["users", "login", name]) for name in ("甲", "乙", "甲")),
+            (OTHER, ["users", "mode", "multi"]), (NEW_USER, ["users", "login", "甲", "--new"]),
+            (NEW_USER, ["--answer", "yes", "users", "login", "乙", "--new"]),
+            (NEW_USER, ["--answer", "yes", "users", "login", "甲"]),
             (SAME_USER, ["--user", "甲", *PICK]), (SAME_USER, ["--user", "甲", "numbers", "show"]),
             (NEW_USER, ["--answer", "yes", "--user", "乙", *PICK]),
             (NEW_USER, ["--answer", "yes", "--user", "甲", "numbers", "show"]),
@@ -76,7 +78,8 @@ class Processes(unittest.TestCase):
 
     def test_a_pipe_in_the_place_of_a_file_is_refused_by_name_and_not_waited_for(self):
         home = self.folder / "pipes"
-        for command in (["users", "mode", "multi"], ["users", "login", "甲"], ["users", "login", "乙"]):
+        for command in (["users", "mode", "multi"], ["users", "login", "甲", "--new"],
+                        ["users", "login", "乙", "--new"]):
             self.run_command(*command, home=home, capture_output=True)
         for name in ("Lotmere.lock", "Lotmere.db", "Lotmere.db-journal", "Lotmere.backup.db", "TJmode.tjmod",
                      "甲.uLotmere", "乙.uLotmere"):
