@@ -117,7 +117,7 @@ def scenarios(folder):
             'UPDATE "过滤条件" SET "Value"=1-"Value" WHERE "ID" BETWEEN 1000 AND 1100']
     # Other draws, and a user more than the file has.
     saved = [*shop[:-1], ["store", "save", folder / "shop.lotmere"],
-             ["--user", "甲", *fetch[0]], ["users", "login", "丙"]]
+             ["--user", "甲", *fetch[0]], ["users", "login", "--new", "丙"]]
     return [
         Scenario("first start", [], ["numbers", "show"]),
         Scenario("draws fetch --all", [["numbers", "show"]], fetch[0]),
