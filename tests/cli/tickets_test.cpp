@@ -1,4 +1,6 @@
 // What the ticket commands do with tickets and files that stand already, and how they end when they are stopped.
+#include <sys/stat.h>
+
 #include "cli_home.hpp"
 #include "core/desk_terminal.hpp"
 
@@ -75,11 +77,12 @@ TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
 
 TEST_F(TicketCommands, AnExportIsRefusedByWhateverLeadsToAFileOfTheProgram) {
   home_.put_File("甲.uLotmere", "settings");
+  ASSERT_EQ(::mkfifo(file("pipe").c_str(), 0600), 0);
   const std::pair<const char*, const char*> links[] = {{"a.xlsx", "Lotmere.db"},
                                                        {"b.xlsx", "Lotmere.backup.db"},
                                                        {"c.xlsx", "甲.uLotmere"},
                                                        {"d.xlsx", "乙.uLotmere"},
-                                                       {"e.xlsx", "/dev/null"}};
+                                                       {"e.xlsx", "pipe"}};
   for (const auto& [link, target] : links) std::filesystem::create_symlink(target, file(link));
   for (const auto& [link, target] : links)
     home_.expect_Refused(
