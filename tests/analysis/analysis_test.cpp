@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -96,35 +97,42 @@ TEST_F(Analysis, OmissionOfAPeriodAboveTheNewestIsThatOfTheNewestAndAMissingOneI
   EXPECT_EQ(analyse(BallColour::red, 2099001)->period, 2024003);
 }
 
-// Red 7 came in the draws 2, 3 and 7 of ten, red 5 and blue 16 in all but the last.
+// Red 7 came in the draws 2, 3 and 7 of ten, red 4 in 0, 3, 5 and 6, red 5 and blue 16 in all but the last.
 TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
   for (int i = 0; i < 10; ++i) {
     const int sixth = i == 2 || i == 3 || i == 7 ? 7 : 20 + i;
-    put_Draw(store_, 2024001 + i, "2024-01-02", {{1, 2, 3, 4, i == 9 ? 8 : 5, sixth}, i == 9 ? 1 : 16});
+    const int fourth = i == 0 || i == 3 || i == 5 || i == 6 ? 4 : 9;
+    put_Draw(store_, 2024001 + i, "2024-01-02", {{1, 2, 3, fourth, i == 9 ? 8 : 5, sixth}, i == 9 ? 1 : 16});
   }
   const Omission red = *analyse(BallColour::red, 2024010), blue = *analyse(BallColour::blue, 2024010);
   EXPECT_EQ(red.of(7), (OmissionFigures{3, 2, ClosedGaps{3, 2, 3}}));
-  const std::string figures =
-      "\r\n\r\n总共开出：９ 期 \r\n\r\n历史遗漏最大值：０ 期\r\n\r\n历史遗漏平均值：０ 期"
-      "\r\n\r\n最近一次的遗漏值：０ 期\r\n\r\n第２０２４０１０期遗漏值：１ 期";
+  const auto figures = [](const char* hits, const char* largest, const char* average, const char* running) {
+    return fmt::format(
+        "\r\n\r\n总共开出：{} 期 \r\n\r\n历史遗漏最大值：{} 期\r\n\r\n历史遗漏平均值：{} 期"
+        "\r\n\r\n最近一次的遗漏值：０ 期\r\n\r\n第２０２４０１０期遗漏值：{} 期",
+        hits, largest, average, running);
+  };
   const std::pair<std::string, std::string> texts[] = {
       {omission_Report(red, 7), "(红球号码０７ (截止 ２０２４０１０ 期))  总共开出：３ 期"},
       {omission_Tip(red, 33), "(红球号码 ３３)  总共开出：０ 期"},
       {average_Tip(red, 8), "历史遗漏平均值：— 期"},
-      {omission_Report(blue, 16), "蓝球号码１６ 截止 ２０２４０１０ 期\r\n_____________________" + figures},
-      {omission_Tip(blue, 16), "蓝球号码 １６" + figures}};
+      {omission_Tip(red, 4), "红球号码 ０４" + figures("４", "２", "１", "３")},
+      {omission_Report(blue, 16),
+       "蓝球号码１６ 截止 ２０２４０１０ 期\r\n_____________________" + figures("９", "０", "０", "１")}};
   for (const auto& [text, expected] : texts) EXPECT_EQ(text, expected);
 
   const Box group = place_Group(BallColour::red, 7, 33'000, 1000);
-  EXPECT_DOUBLE_EQ(group.left, 6100);
+  EXPECT_EQ(std::tuple(group.left, group.top, group.width, group.height), std::tuple(6100, 100, 800, 800));
   // A base of 400, and a scale of 4.4 rounded to 4.
   const OmissionBars bars = drawOmissionBars(red, 7, 500, 760.3);
-  const double lengths[] = {bars.largest.height, bars.average.top, bars.running.left, bars.ball_foot,
-                            bars.ball_centre};
-  const double expected[] = {300, 200, 200, 200, 320};
-  for (int i = 0; i < 5; ++i) EXPECT_DOUBLE_EQ(lengths[i], expected[i]) << i;
+  const double lengths[] = {bars.largest.left, bars.largest.width, bars.largest.height, bars.average.top,
+                            bars.running.left, bars.running.width, bars.ball_foot,      bars.ball_centre,
+                            bars.base_line,    bars.caption_top};
+  const double expected[] = {30, 105, 300, 200, 200, 240, 200, 320, 400.3, 475.3};
+  for (int i = 0; i < 10; ++i) EXPECT_DOUBLE_EQ(lengths[i], expected[i]) << i;
   EXPECT_FALSE(bars.above_average);
-  EXPECT_TRUE(drawOmissionBars(red, 5, 500, 760).above_average);
+  const OmissionBars shorter = drawOmissionBars(red, 5, 500, 760);  // on the same scale
+  EXPECT_TRUE(shorter.above_average && shorter.running.height == 100);
 }
 
 TEST_F(Analysis, ANumberIsWorthAReportFromItsFourthHitOn) {
@@ -153,8 +161,10 @@ TEST_F(Analysis, CountsAreThoseOfOneSelectANumber) {
       {draws[40].period, draws[250].period}, {0, 2999001}, {2009001, 2008001}};
   for (const auto& [from, to] : spans) {
     const std::string span = R"(SELECT count(*) FROM "历史记录" WHERE "期号">=?2 AND "期号"<=?3 AND)";
-    for (const CountRow& row : countRedDraws(store_, desk_, from, to))
+    for (const CountRow& row : countRedDraws(store_, desk_, from, to)) {
       EXPECT_EQ(row.count, store_.value(span + kHasRed, row.number, from, to));
+      EXPECT_EQ(row.label, "红球:" + format_Ball(row.number));
+    }
     for (const CountRow& row : countBlueDraws(store_, desk_, from, to)) {
       EXPECT_EQ(row.count, store_.value(span + R"( "蓝球"=?1)", row.number, from, to));
       EXPECT_EQ(row.label, "蓝球:" + format_Ball(row.number));
@@ -162,7 +172,7 @@ TEST_F(Analysis, CountsAreThoseOfOneSelectANumber) {
   }
 }
 
-TEST_F(Analysis, TheChartStartsWithTheNewestTenDrawsWhereElevenStand) {
+TEST_F(Analysis, TheChartStartsWithTheNewestTenDrawsAndFiftyPeriodsAreListed) {
   const auto draws = put_OddDraws(store_, 10, 9);
   const ChartPeriods few = loadChartPeriods(store_);
   EXPECT_EQ(few.period(few.from), 0);
@@ -170,6 +180,9 @@ TEST_F(Analysis, TheChartStartsWithTheNewestTenDrawsWhereElevenStand) {
   const ChartPeriods enough = loadChartPeriods(store_);
   EXPECT_EQ(enough.period(enough.from), draws[1].period);
   EXPECT_EQ(enough.period(enough.to), 2030001);
+  const auto many = put_OddDraws(store_, 60, 9);
+  const auto listed = loadOmissionPeriods(store_);
+  EXPECT_TRUE(listed.size() == 50 && listed.front() == 2030001 && listed.back() == many[11].period);
 }
 
 TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {

@@ -124,6 +124,8 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_GT(count().tickets, first.tickets);
   for (int red = 1; red <= kRedCount; ++red) test::put_Pick(store_, red, PickState::tuo);
   EXPECT_TRUE(count().too_many);
+  EXPECT_EQ(live_Text({kPeriod, 840, 12, false, false}),
+            "表格中第 ２０２６０５０ 期共 ８４０ 注，按当前条件过滤缩水后余 １２ 注。");
   clear_RedPicks(store_);
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
 }

@@ -71,8 +71,8 @@ void put_Conditions(Store& store, std::mt19937& random, int used, int allowed) {
   set_Rows(store, "过滤条件", "Value", "\"ID\"=3900", [&](int) { return std::min(7, pick(random, 3, 9)); });
   set_Rows(store, "过滤条件", "Value", "\"ID\"=3901", [&](int) { return pick(random, 0, 4); });
   store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=?,"最小值"=?,"最大值"=?,"匹配值"=?)")
-      .bind(pick(random, 0, 2), pick(random, 0, 3) ? 2025001 : kPeriod, kPeriod + pick(random, -3, 5),
-            pick(random, 3, 6))
+      .bind(pick(random, 0, 2), pick(random, 0, 3) ? 2025117 + 3 * pick(random, 0, 8) : kPeriod,
+            kPeriod + pick(random, -3, 5), pick(random, 3, 7))
       .run();
   change.commit();
 }

@@ -191,6 +191,14 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
       << desk_.running_Text().text();
 }
 
+TEST_F(Run, TheDrawBeforeThePeriodIsComputedAnewWithoutTicketsToo) {
+  test::put_Draws(store_, {{kPeriod - 4, {{1, 2, 3, 4, 5, 6}, 7}}, {kPeriod - 2, {{1, 2, 3, 4, 5, 8}, 7}}});
+  test::put_Draws(store_, {{kPeriod, {{1, 2, 3, 4, 5, 9}, 7}}});
+  EXPECT_FALSE(run_Pipeline(store_, desk_, kPeriod).ran);
+  EXPECT_EQ(store_.value(R"(SELECT sum("期号"*("和值"=23 AND "重叠号"=5)) FROM "历史记录")"), kPeriod - 2);
+  EXPECT_EQ(store_.value(R"(SELECT count("和值") FROM "历史记录")"), 1);
+}
+
 using Walk = test::StoreTest;
 
 // A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old
@@ -200,6 +208,7 @@ TEST_F(Walk, AStopBetweenBlocksLeavesTheRestAsItStood) {
   TicketSet tickets;
   for (std::size_t row = 0; row < rows; ++row)
     tickets.add(pack_Balls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
+  for (std::size_t row = 0; row < rows; ++row) tickets.mark[row] = static_cast<std::int8_t>(row % 5);
   desk_.on_serve = [&] { desk_.request_Stop(); };
   PipelineRun run{store_, desk_, tickets, kPeriod};
   const auto kept =
@@ -212,7 +221,7 @@ TEST_F(Walk, AStopBetweenBlocksLeavesTheRestAsItStood) {
   EXPECT_NEAR(static_cast<double>(passed) / static_cast<double>(rows - left), 2.0 / 3, 0.01);
   for (std::size_t row = 0; row < tickets.size(); ++row) {
     const bool judged = row < passed;
-    ASSERT_EQ(tickets.mark[row], judged ? 1 : 0) << row;
+    ASSERT_EQ(tickets.mark[row], judged ? 1 : tickets.origin[row] % 5) << row;
     ASSERT_EQ(tickets.seq[row], judged ? row + 1 : tickets.origin[row] + 1U) << row;
     if (!judged) {
       ASSERT_EQ(tickets.origin[row], rows - (tickets.size() - row)) << row;

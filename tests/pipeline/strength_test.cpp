@@ -6,6 +6,7 @@
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "core/periods.hpp"
+#include "history/draw_stats.hpp"
 #include "pipeline/history_relative.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/run.hpp"
@@ -83,9 +84,9 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
       set_Usage(store_, usage, false);
       partly += strength && strength->passed > 0 && strength->passed < strength->draws;
     }
-    for (const int match : {1, 3, 6, 7}) {
+    for (const int match : {0, 1, 3, 6, 7}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, match " << match);
-      save_HistoryMatch(store_, {true, 2025100, 2026044, match});
+      save_HistoryMatch(store_, {true, 2025099, 2026045, match});
       EXPECT_EQ(match_Strength(store_, kPeriod, last), model(0, last));
     }
     save_HistoryMatch(store_, {});
@@ -95,13 +96,30 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
     EXPECT_EQ(condition_Strength(store_, condition_OfUsage(usage), kPeriod, 100), std::nullopt) << usage;
 }
 
+// The oldest draw that is judged has its own draws before it too.
+TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
+  std::mt19937 random(5);
+  test::put_Conditions(store_, random, 0, 100);
+  const Reds often{2, 9, 13, 20, 21, 33}, once{1, 5, 6, 17, 28, 30};
+  test::put_Draws(store_, {{2026049, {often, 1}}, {2026047, {often, 2}}, {2026045, {once, 3}}});
+  test::put_Draws(store_, {{2026043, {often, 4}}, {kPeriod, {once, 5}}});
+  calc_DrawStats(store_, desk_, 2026043, kPeriod);
+  calc_DrawStats(store_, desk_, 2026043, 2026043);
+  for (const auto& [usage, last] : {std::pair{104, 1}, {266, 2}}) {
+    set_Usage(store_, usage, true);
+    const auto strength = condition_Strength(store_, condition_OfUsage(usage), kPeriod, last);
+    EXPECT_TRUE(strength == model(usage, last) && strength->passed == 0) << usage;
+    set_Usage(store_, usage, false);
+  }
+}
+
 TEST(StrengthText, OneLine) {
   const std::string lead = "放行全部红球组合的 ", drawn = "最近 １００ 期中有 ９５ 期的开奖号码符合";
   const std::pair<Strength, std::string> cases[] = {
       {{690'015, 95, 100}, lead + "６２.３％，" + drawn},
       {{0, 0, 0}, lead + "０％，还没有开奖记录可以对照"},
-      {{1, 95, 100}, lead + "不到 ０.１％，" + drawn},
-      {{kAllRedSixes - 1, 95, 100}, lead + "超过 ９９.９％，" + drawn},
+      {{1000, 95, 100}, lead + "不到 ０.１％，" + drawn},
+      {{kAllRedSixes - 1000, 95, 100}, lead + "超过 ９９.９％，" + drawn},
       {{kAllRedSixes, 3, 7}, lead + "１００％，最近 ７ 期中有 ３ 期的开奖号码符合"}};
   for (const auto& [strength, text] : cases) EXPECT_EQ(strength_Text(strength), text);
 }
