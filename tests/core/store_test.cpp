@@ -2,11 +2,12 @@
 // back to the factory values.
 #include "core/store.hpp"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "core/number_list.hpp"
+#include "core/attributes.hpp"
 #include "core/periods.hpp"
 #include "core/row_copy.hpp"
 #include "core/schema.hpp"
@@ -50,25 +51,48 @@ TEST(Store, OpensOnlyAStoreThatItKnows) {
   EXPECT_EQ(int(std::filesystem::status(path).permissions()), 0600);
 }
 
+// For each family the group of every number from 1 on, as the suffix of its column; "." for none.
 TEST_F(Attributes, FactoryGroupsHoldTheirNumbers) {
-  std::istringstream groups(
-      "区间4=31-33 四0=1,5,9,13,17,21,25,29,33 七6=7,14,21,28 八7=8,16,24,32 九8=9,18,27 十一10=11,22,33 "
-      "十二2=9-12,21-24,33 尾0=10,20,30 七分组3=12,14,16,18,20 尾七分组5=25-29 和数三三0=1,32 "
-      "和数三五0=2,33 奇偶连15=31-32 偶奇连16=32-33 等差16组16=33 等差17组15=16,33 间距11链1=2,23 "
-      "大数=17-33 低尾码=1-4,10-14,20-24,30-33 高尾码=5-9,15-19,25-29 生肖链16=24 四数八分自然段7=29-33 "
-      "八数四分自然段3=25-33 十一数三分自然段1=12-22 三波组1=3-4,9-10,14-15,20,25-26,31 "
-      "三波组2=5-6,11,16-17,21-22,27-28,32-33 三波排异1=2,5 区间排异1=21,31 "
-      "大小奇偶组3=2,4,6,8,10,12,14,16 大小奇偶尾1=6,8,16,18,26,28 双尾5分组0=1,10-11,20-21,30-31 "
-      "间距十二11=12,24 间距六5=6,12,18,24,30 间距五0=1,6,11,16,21,26,31 "
-      "间距三2=3,6,9,12,15,18,21,24,27,30,33 六区间6=29-33 七区间5=21-25 十二区间9=25-27");
-  for (std::string group; groups >> group;) {
-    const std::string column = group.substr(0, group.find('='));
-    Query rows = store_.query(R"(SELECT "号码" FROM "号码特性" JOIN "号码特性2" USING ("号码")
-                                       JOIN "号码特性3" USING ("号码") WHERE ")" +
-                              column + "\"=1 ORDER BY 1");
-    std::vector<int> members;
-    while (rows.next()) members.push_back(rows.number(0));
-    EXPECT_EQ(members, parse_NumberList(group.substr(column.size() + 1), 1, kRedCount)) << column;
+  std::istringstream families(
+      "区间=111111111122222222223333333333444 四=012301230123012301230123012301230 "
+      "七=012345601234560123456012345601234 八=012345670123456701234567012345670 "
+      "九=012345678012345678012345678012345 十一=0123456789a0123456789a0123456789a "
+      "十二=000011112222000011112222000011112 尾=123456789012345678901234567890123 "
+      "七分组=010101010123232323234545454545666 尾七分组=000011111022223333324444555554666 "
+      "和数三三=0123456789abcdeffedcba9876543210g 和数三四=0123456789abcdefgfedcba9876543210 "
+      "和数三五=g0123456789abcdeffedcba9876543210 奇偶连=00112233445566778899aabbccddeeffg "
+      "偶奇连=0112233445566778899aabbccddeeffgg 等差16组=0123456789abcdef0123456789abcdefg "
+      "等差17组=0123456789abcdefg0123456789abcdef 间距11链=0134679acdf0235689bcef124578abdeg "
+      "大数=................11111111111111111 高尾码=....11111.....11111.....11111.... "
+      "低尾码=1111.....11111.....11111.....1111 第=................................. "
+      "自定义组=................................. 大小奇偶尾=232301010323230101032323010103232 "
+      "大小奇偶组=232323232323232301010101010101010 八数四分自然段=000000001111111122222222333333333 "
+      "间距三=012012012012012012012012012012012 三波组=001122001120011220012200112200122 "
+      "十一数三分自然段=000000000001111111111122222222222 间距五=012340123401234012340123401234012 "
+      "双尾5分组=011223344001122334400112233440011 间距六=012345012345012345012345012345012 "
+      "四数八分自然段=000011112222333344445555666677777 间距十=012345678901234567890123456789012 "
+      "间距十二=0123456789ab0123456789ab012345678 三波排异=010212343546768579a98acdbcbdfgeef "
+      "区间排异=024679acdf024689bcef13578abdeg135 生肖链=0134679acdef0235689bcefg124578abd "
+      "六区间=111111222222333333444445555566666 七区间=111112222233333444445555566667777 "
+      "八区间=111112222333344445555666677778888 九区间=111122223333444455556666777888999 "
+      "十区间=111122223333444555666777888999aaa 十一区间=111222333444555666777888999aaabbb "
+      "十二区间=111222333444555666777888999aabbcc ");
+  constexpr std::string_view suffixes = "0123456789abcdefg";
+  for (std::string family; families >> family;) {
+    const std::string name = family.substr(0, family.find('='));
+    std::string found(kRedCount, '.');
+    for (const auto table : {AttributeTable::first, AttributeTable::second, AttributeTable::third})
+      for (const std::string& column : attribute_Columns(table)) {
+        const std::string suffix = column.starts_with(name) ? column.substr(name.size()) : "x";
+        if (suffix.find_first_not_of("0123456789") != std::string::npos) continue;
+        Query rows =
+            store_.query(fmt::format(R"(SELECT "号码" FROM "{}" WHERE "{}"=1)", table_Name(table), column));
+        while (rows.next()) {
+          char& group = found.at(rows.number(0) - 1);
+          group = group == '.' ? suffixes[suffix.empty() ? 1 : std::stoi(suffix)] : '!';
+        }
+      }
+    EXPECT_EQ(found, family.substr(name.size() + 1)) << name;
   }
 }
 
