@@ -1,9 +1,12 @@
 // The views of the analyses: what is painted, told and counted for a history.
+#include <fmt/format.h>
+
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QToolTip>
 
 #include "analysis/omission_text.hpp"
+#include "core/text.hpp"
 #include "ui/count_bars_3d.hpp"
 #include "ui/count_chart.hpp"
 #include "ui/omission_view.hpp"
@@ -132,6 +135,7 @@ TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
   EXPECT_EQ(tip_At({1, 1, 1, 1}, 0.5), shown(omission_Tip(omission, 1)));
   EXPECT_EQ(group(30).toolTip(), shown(omission_Tip(omission, 30)));
 
+  EXPECT_EQ(group(1).focusPolicy(), Qt::StrongFocus);
   QTest::mouseClick(&group(30), Qt::LeftButton);
   EXPECT_EQ(told(), omission_Report(omission, 30));
   struct Step {
@@ -147,7 +151,8 @@ TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
     QTest::keyClick(view_.focusWidget(), key);
     QTest::keyClick(view_.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(told(), omission_Report(omission, number));
-    EXPECT_EQ(group(number).focusPolicy(), Qt::StrongFocus);
+    for (int other = 1; other <= kRedCount; ++other)
+      EXPECT_EQ(group(other).focusPolicy() == Qt::StrongFocus, other == number) << other;
   }
 }
 
@@ -173,11 +178,14 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
   EXPECT_EQ(groups_Shown(), kRedCount);
   list("Combo_ItemOfYLFX").setCurrentIndex(1);
   EXPECT_EQ(groups_Shown(), kBlueCount);
+  EXPECT_EQ(group(16).geometry().right(), frame().contentsRect().right());
+  EXPECT_EQ(list("Combo_ItemOfYLFX").currentText(), QStringLiteral("蓝球号码遗漏分析"));
   EXPECT_EQ(group(5).toolTip(), shown(omission_Tip(*analyseBlueOmission(session_.store, desk_, 2026004), 5)));
 
   lotmere::test::put_Draw(session_.store, 2026011, "2026-01-29", {{1, 2, 3, 4, 5, 6}, 7});
   view_.loadOmissionPeriods();
   EXPECT_EQ(period(), QStringLiteral("2026011"));
+  EXPECT_EQ(list("Combo_QSofYLFX").count(), 11);
   press("cmm_sxYL");
   EXPECT_EQ(group(7).toolTip(), shown(omission_Tip(*analyseBlueOmission(session_.store, desk_, 2026011), 7)));
 }
@@ -219,13 +227,17 @@ class CountChartTest : public AnalysisViewTest<CountChart> {
   [[nodiscard]] CountBars& bars() { return child<CountBars>(QStringLiteral("MSChart_TiaoJian")); }
   // What the chart holds, as the engine would give it.
   void expect_Rows(const std::vector<CountRow>& rows) {
-    const QBarSet* set =
-        static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
+    QBarSet* set = static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
     ASSERT_EQ(set->count(), rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      EXPECT_EQ(set->at(static_cast<int>(i)), rows[i].count) << rows[i].label;
-      EXPECT_TRUE(bars().tip_Of(static_cast<int>(i)).startsWith(shown(rows[i].label)));
+    const auto& axis = static_cast<QBarCategoryAxis&>(*bars().chart()->axes(Qt::Horizontal).constFirst());
+    for (int i = 0; i < set->count(); ++i) {
+      EXPECT_EQ(set->at(i), rows[i].count) << rows[i].label;
+      EXPECT_EQ(bars().tip_Of(i), shown(fmt::format("{}　{} 次", rows[i].label, rows[i].count)));
+      EXPECT_EQ(axis.at(i), shown(format_Ball(i + 1)));
     }
+    const bool red = set->count() == kRedCount;
+    EXPECT_EQ(axis.titleText(), red ? QStringLiteral("红球") : QStringLiteral("蓝球"));
+    EXPECT_EQ(set->color(), red ? colours().red_ball : colours().blue_ball);
   }
 };
 
@@ -244,6 +256,14 @@ TEST_F(CountChartTest, TheChartHoldsTheCountsOfTheChosenSpan) {
   expect_Rows(countBlueDraws(session_.store, desk_, 2026002, 2026007));
   list("Combo_pic_TiaoJian_0").setCurrentIndex(0);
   expect_Rows(countBlueDraws(session_.store, desk_, 2026011, 2026007));
+}
+
+TEST(CountGridTest, HasAtMostEightStepsUpToTheHighestBarAndRoomForItsLabel) {
+  for (const auto& [largest, step, lines] :
+       {std::tuple{0, 1, 2}, {8, 1, 9}, {9, 2, 5}, {80, 10, 9}, {81, 20, 5}, {401, 100, 5}}) {
+    const CountGrid grid = grid_For({{1, largest / 2, ""}, {2, largest, ""}, {3, 0, ""}});
+    EXPECT_EQ(std::pair(grid.step, grid.lines), std::pair(step, lines)) << largest;
+  }
 }
 
 TEST_F(CountChartTest, AnEmptyHistoryCountsNothing) {

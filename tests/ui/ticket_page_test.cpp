@@ -15,6 +15,7 @@
 #include "ui/balls.hpp"
 #include "ui/number_pad.hpp"
 #include "ui/text.hpp"
+#include "ui/theme.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
@@ -234,7 +235,11 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   EXPECT_EQ(face(2).toInt(), static_cast<int>(BallFace::red));
   EXPECT_FALSE(face(5).isValid());
   EXPECT_EQ(face(8).toInt(), static_cast<int>(BallFace::blue));
-  EXPECT_EQ(model().index(0, 9).data().toInt(), 3);
+  const auto caption = [&](int column) { return model().headerData(column, Qt::Horizontal, 0).toString(); };
+  EXPECT_EQ(caption(9) + model().index(0, 9).data().toString(), QStringLiteral("红球中3"));
+  EXPECT_EQ(caption(10) + model().index(0, 10).data().toString(), QStringLiteral("蓝球中1"));
+  EXPECT_EQ(model().index(0, 7).data(Qt::ForegroundRole), QVariant(colours().red_text));
+  EXPECT_EQ(model().index(0, 8).data(Qt::ForegroundRole), QVariant(colours().blue_text));
   part<QTableView>("TDBGrid_RZ").setCurrentIndex(model().index(1, 0));
   desk_.texts = {"2020001"};
   press("cmmTouZhu_6");
@@ -263,12 +268,22 @@ class NumberPadTest : public WindowTest {
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(tab).center());
   }
   [[nodiscard]] QString count() { return part<QLabel>("Text_ChoseNumberTip").text(); }
+  // Whether a button is painted as a ball of a colour, beside the number and away from the light.
+  [[nodiscard]] bool is_Painted(int code, const QColor& colour) {
+    const QImage picture = button(code).grab().toImage();
+    const int size = std::min({picture.width(), picture.height(), 52}) - 4;
+    const QColor found = picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
+                                            static_cast<int>(picture.height() / 2.0 - size * 0.2));
+    return std::max({std::abs(found.red() - colour.red()), std::abs(found.green() - colour.green()),
+                     std::abs(found.blue() - colour.blue())}) < 16;
+  }
 };
 
 TEST_F(NumberPadTest, ColoursQuestionsAndLimitsFollowTheStore) {
   pick({20, 21, 22, 23, 24, 25, 26});
   EXPECT_EQ(button(20).state(), PickState::tuo);
   EXPECT_TRUE(count().contains(QStringLiteral("已选红球“拖码”个数： ７")));
+  EXPECT_TRUE(is_Painted(20, colours().tuo) && !is_Painted(19, colours().tuo));
   turn("TabStrip_Qiaqu", 1);
   EXPECT_EQ(told(), "现在点击数字按钮可以把相应的数设为红球的“胆码”。");
   desk_.answers = {false, true};
@@ -277,6 +292,8 @@ TEST_F(NumberPadTest, ColoursQuestionsAndLimitsFollowTheStore) {
   pick({20, 27, 28, 29, 30, 31});
   EXPECT_EQ(told(), "红球“胆码”最多只设 ５ 个.");
   EXPECT_EQ(button(30).state(), PickState::dan);
+  EXPECT_TRUE(is_Painted(30, colours().dan));
+  EXPECT_EQ(button(30).accessibleName(), QStringLiteral("红球 30 胆码"));
   EXPECT_EQ(button(31).state(), PickState::none);
   EXPECT_EQ(load_Selection(store()).red[20], PickState::dan);
   QTest::keyClick(&button(20), Qt::Key_Space);
@@ -286,25 +303,30 @@ TEST_F(NumberPadTest, ColoursQuestionsAndLimitsFollowTheStore) {
 }
 
 TEST_F(NumberPadTest, ALoneBlueDanLocksTheOthersUntilItIsTakenOff) {
-  pick({108});
+  pick({108, 33});
   turn("TabStrip_Houqu", 1);
+  EXPECT_EQ(told(), "现在点击数字按钮可以把相应的数设为蓝球的“胆码”。");
   pick({110});
   EXPECT_EQ(button(110).state(), PickState::dan);
   EXPECT_EQ(button(108).state(), PickState::none);
   EXPECT_FALSE(button(108).isEnabled());
+  EXPECT_TRUE(is_Painted(110, colours().dan));
   pick({110});
   EXPECT_TRUE(button(108).isEnabled());
   pick({110});
   press("cmm_clsH");
   EXPECT_TRUE(button(108).isEnabled());
   EXPECT_EQ(button(110).state(), PickState::none);
+  EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo) << "the reds stay";
+  EXPECT_EQ(button(110).accessibleName(), QStringLiteral("蓝球 10 未选"));
 }
 
 TEST_F(NumberPadTest, MarkedNumbersWarnAndAreTakenAllTheSame) {
+  store().db().exec("UPDATE 概率表 SET 概率=-(号码 IN (2,33,101,116))");
+  press("cmm_clsQ");  // which shows the pad anew
   const LowChanceNumbers low = low_ChanceNumbers(store());
-  ASSERT_EQ(low.reds.size(), 6);
-  EXPECT_TRUE(button(low.reds.front()).is_LowChance());
-  EXPECT_FALSE(button(33).is_LowChance());
+  for (const int code : {1, 2, 3, 16, 33, 101, 102, 103, 116})
+    EXPECT_EQ(button(code).is_LowChance(), code == 2 || code == 33 || code == 101 || code == 116) << code;
   pick({low.reds.front()});
   EXPECT_EQ(told(), low_ChanceWarning(low.reds.front(), 2026091));
   EXPECT_EQ(button(low.reds.front()).state(), PickState::tuo);
