@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cli_home.hpp"
 
 namespace lotmere::test {
@@ -183,7 +185,8 @@ TEST(MainRoad, OwnSetsAndReset) {
   EXPECT_EQ(home.contents(), factory);
   const std::string recounted = "区间重新划分之后，各区间的开出号码个数需要重新计算。。。\n";
   expect_Reply(home, {"conditions", "interval", "4", "1-7"}, recounted);
-  home.do_Step({"numbers", "pick", "--red-dan", "1-5", "--red-tuo", "6", "--blue-dan", "16"});
+  expect_Reply(home, {"numbers", "pick", "--red-dan", "1-4", "--red-tuo", "32,33", "--blue-dan", "16"},
+               "红球拖码: 32 33\n红球胆码: 01 02 03 04\n蓝球拖码:\n蓝球胆码: 16\n注数: 1\n");
   expect_Reply(home, {"conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n");
   EXPECT_EQ(home.contents(), factory);
   home.do_Step({"numbers", "pick", "--red-tuo", "25-33", "--blue-tuo", "16"});
@@ -207,6 +210,8 @@ TEST(Analyses, AnswerALineANumberOrADraw) {
   home.do_Step({"draws", "fetch", "--all", home.put_File("list.txt", kDrawList)});
   const std::pair<Arguments, std::string> cases[] = {
       {{"omission", "red"}, "04\t2\t2\t2\t2\t1\n"},
+      {{"omission", "red"}, "07\t2\t2\t2\t0\t1\n"},
+      {{"omission", "red"}, "27\t3\t2\t1\t0\t0\n"},
       {{"omission", "red", "2024005"}, "27\t2\t2\t2\t0\t0\n"},
       {{"omission", "blue", "2025001"}, "07\t1\t—\t—\t—\t4\n"},
       {{"counts", "red", "2024002", "2024005"}, "14\t2\n"},
@@ -216,6 +221,35 @@ TEST(Analyses, AnswerALineANumberOrADraw) {
       {{"draws", "distribution", "--all"}, " 24 .. .. .. .. .. .. .. 32 33 01 .. "}};
   for (const auto& [arguments, line] : cases)
     EXPECT_NE(home.run(arguments).out.find(line), std::string::npos) << arguments[0] << ' ' << arguments[1];
+  const auto hints = [&](const char* period) { return home.run({"numbers", "hints", period}).out; };
+  EXPECT_NE(hints("2024006"), hints("2024007"));
+  EXPECT_EQ(home.run({"numbers", "hints"}).out, hints("2024007")) << "the next period";
+}
+
+TEST(Draws, AreSearchedToldAndCountedAnew) {
+  CliHome home;
+  home.do_Step({"draws", "fetch", "--all", home.put_File("list.txt", kDrawList)});
+  expect_Reply(home, {"draws", "search", "红球6=27", "开奖日期=2024-01-1"},
+               "2024005 2024-01-11 04 07 11 17 22 27+08\n2024006 2024-01-14 01 11 14 19 20 27+03\n");
+  expect_Reply(home, {"draws", "search", "红球6=27", "蓝球=1"}, "2024003 2024-01-07 06 07 14 16 20 27+12\n");
+  expect_Reply(home, {"draws", "search", "红球6=7"}, "", "没有符合条件的记录。\n");
+  home.do_Step({"draws", "add", "2024007", "2025-01-02", "1", "2", "3", "4", "5", "6", "7"});
+  const std::string status = home.run({"draws", "status"}).out;
+  EXPECT_TRUE(status.starts_with("◆◇◆→  历史记录： 不完整，")) << status;
+  EXPECT_NE(status.find("\n※※※  2025001 期 于 2025-01-05 开奖     今天是： "), std::string::npos) << status;
+
+  home.store().db().exec("UPDATE 历史记录 SET 和值=NULL");
+  home.close();
+  expect_Reply(home, {"draws", "stats", "2024002", "2024005"}, "统计完成，共 3 期\n");
+  EXPECT_EQ(home.store().value("SELECT total(期号*(和值>0)) FROM 历史记录"), 2024002 + 2024003 + 2024005);
+  for (PeriodNo period = 2025001; period <= 2025095; ++period)
+    put_Draw(home.store(), period, "2025-01-05", {{1, 2, 3, 4, 5, 6}, 7});
+  home.close();
+  const std::string recent = home.run({"draws", "distribution"}).out;
+  EXPECT_TRUE(std::count(recent.begin(), recent.end(), '\n') == 100 &&
+              recent.starts_with("2024001 ") == false)
+      << recent;
+  EXPECT_TRUE(home.run({"draws", "distribution", "--all"}).out.starts_with("2024001 01 02 "));
 }
 
 TEST(Analyses, OmissionTellsFiveDifferentFigures) {

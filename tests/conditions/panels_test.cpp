@@ -33,6 +33,7 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
     const char* items;  // first, last and how many
   } cases[] = {{sheet.slots[0], 1, 1015, "总和值=15 总和值=165 151"},
                {sheet.slots[2], 62, 4400, "尾数和值=0 尾数和值=50 51"},
+               {sheet.slots[3], 63, 4500, "合数和值=0 合数和值=50 51"},
                {sheet.slots[4], 64, 4600, "大数和值=0 大数和值=165 166"},
                {sheet.slots[5], 65, 4800, "小数和值=0 小数和值=165 166"},
                {sheet.slots[6], 2, 2000, "奇数和值=0 奇数和值=155 156"},
@@ -46,7 +47,11 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
                {sheet.slots[14], 7, 3470, "重叠码个数=0 重叠码个数=6 7"},
                {sheet.slots[15], 8, 3490, "斜位码个数=0 斜位码个数=6 7"},
                {sheet.intervals[3], 19, 3730, "区间4开出个数=0 区间4开出个数=6 7"},
+               {sheet.relatives[0], 263, 6650, "尾数重叠=0 尾数重叠=6 7"},
+               {sheet.relatives[1], 264, 6660, "合数重叠=0 合数重叠=6 7"},
+               {sheet.relatives[2], 265, 6670, "前3期出现个数=0 前3期出现个数=6 7"},
                {sheet.relatives[3], 266, 6680, "尾数和值相同组 总和值相同组 7"},
+               {sheet.heat[0], 301, 6700, "温度5=0 温度5=20 21"},
                {sheet.heat[1], 302, 6800, "温度10=0 温度10=20 21"},
                {sheet.shapes[2], 38, 4020, "1,1,1,1,1,1 5,1 10"},
                {sheet.shapes[30], 72, 5140, "2,2,1,1 6 9"},
@@ -61,6 +66,8 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
       EXPECT_EQ(items[i].selected, condition_Value(store_, row.cell + int(i)) > 0) << items[i].text;
   }
   EXPECT_TRUE(sheet.slots[1].items.empty() && sheet.tips[1].empty());
+  EXPECT_EQ(sheet.relatives[2].caption + sheet.relatives[3].caption,
+            "前3期出现个数过滤掉前2期和值相同组(允许错2)");
 }
 
 TEST_F(Panels, ATipTellsTheTickedCells) {
@@ -155,11 +162,15 @@ TEST_F(Panels, AGroupWithoutMembersIsNotInUse) {
   click_GroupNumber(store_, 3, 4);
   EXPECT_FALSE(is_Used(store_, 22));
   EXPECT_EQ(load_ConditionRange(store_, 3820, 3826), ValueArray{});
-  set_Group(store_, 10, std::vector{1});
-  set_Usage(store_, 29, true);
+  for (const int group : {1, 10}) {
+    set_Group(store_, group, std::vector{1});
+    set_Usage(store_, usage_OfGroup(group), true);
+  }
   empty_Groups(store_);
-  EXPECT_EQ(group_Page(store_, 10).members, RedTable{});
-  EXPECT_FALSE(is_Used(store_, 29));
+  for (const int group : {1, 10}) {
+    EXPECT_EQ(group_Page(store_, group).members, RedTable{}) << group;
+    EXPECT_FALSE(is_Used(store_, usage_OfGroup(group))) << group;
+  }
 }
 
 TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {

@@ -25,6 +25,13 @@ TEST(Text, ReadsPeriodsAndWritesFullWidthDigits) {
   EXPECT_EQ(leading_Number("123456789012345678901234567890"), 1'234'567'890) << "no overflow";
   EXPECT_EQ(to_QuanJiao("过滤后余：1234567890 注 aZ-，"), "过滤后余：１２３４５６７８９０ 注 aZ-，");
   EXPECT_EQ(count_Characters("期号：2007001"), 10u);
+  EXPECT_EQ(quote_Typed("期\x7F\x1B"
+                        "5",
+                        4) +
+                quote_Typed("期\t234", 4),
+            "“期??5”“期?23…”");
+  for (const PeriodNo period : {2003000, 2002366, 2026000, 2026367, 2100001}) EXPECT_FALSE(is_Period(period));
+  EXPECT_TRUE(is_Period(2003001) && is_Period(2099366));
   EXPECT_EQ(decode_Text("ab\xFF", 1, ""), "\x04gf");
   EXPECT_EQ(decode_Text("hgf", 0, "no key") + decode_Text("hgf", 0, "8 signs."), "abc");
 }

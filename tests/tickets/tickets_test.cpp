@@ -214,6 +214,13 @@ TEST_F(Tickets, AClickOnThePad) {
   }
 }
 
+TEST_F(Tickets, TheSummaryNamesEachCount) {
+  EXPECT_EQ(
+      combos_Text({3, 2, 4, 1, 7}),
+      "\r\n\r\n\r\n已选红球“拖码”个数： ３\r\n\r\n已选红球“胆码”个数： ２\r\n\r\n已选蓝球“拖码”个数： ４"
+      "\r\n\r\n已选蓝球“胆码”个数： １\r\n\r\n过滤缩水前全部号码组合： ７  注");
+}
+
 TEST_F(Tickets, AClickOnAMarkedNumberWarnsFirst) {
   store_.db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
   desk_.answers = {false};
