@@ -249,10 +249,14 @@ TEST_F(ConditionsTest, TheSheetWritesEachClickAndTellsTheCurrentValues) {
   const bool used = is_Used(store(), 10);
   click_Box("Check_useTiaojiao_8");
   EXPECT_EQ(is_Used(store(), 10), !used);
-  tick("List_wscd_0", 3);
-  tick("List_TiaojianMohu_0", 1);
-  tick("List_wenDu5", 20);
-  EXPECT_EQ(cell(6720), 1) << "温度5, the last cell";
+  for (const auto& [name, row, id] : {std::tuple{"List_wscd_1", 3, 6663},
+                                      {"List_TiaojianMohu_2", 1, 4021},
+                                      {"List_TjA_11", 0, 3401},
+                                      {"List_wenDu5", 20, 6720}}) {
+    const int allowed = cell(id);
+    tick(name, row);
+    EXPECT_EQ(cell(id), 1 - allowed) << name;
+  }
 }
 
 TEST_F(ConditionsTest, ConcreteCombinationsFollowTheChosenDraw) {
@@ -418,7 +422,9 @@ TEST_F(ConditionsTest, CustomDivisionsShowTheirIntervalsAndTakeNumbers) {
   const bool member = read_AttributeColumn(store(), AttributeTable::third, "八区间2")[33] != 0;
   part<QAbstractButton>("Check_zdyQJnumber_33").click();
   EXPECT_NE(read_AttributeColumn(store(), AttributeTable::third, "八区间2")[33] != 0, member);
+  EXPECT_TRUE(part<QWidget>("Frame_zdyQJnumber").isVisible());
   part<QPushButton>("cmm_CLSzdyQj").click();
+  EXPECT_FALSE(part<QWidget>("Frame_zdyQJnumber").isVisible());
 }
 
 class IntervalTest : public ConditionsTest {

@@ -342,11 +342,13 @@ TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
   MainWindow& window = open_Settled();
   press("cmm_Autochosenumber");
-  EXPECT_TRUE(shown(told()).contains(QStringLiteral("5. ")));
-  for (const char* name : {"Text_yxgz", "Text_dingyi"}) {
-    choose(std::string(name) == "Text_yxgz" ? "mnu_youxiguizhe" : "mnu_TiaojianDingYi");
+  EXPECT_TRUE(told().starts_with("使用步骤："));
+  for (const auto& [command, name, start] : {std::tuple{"mnu_youxiguizhe", "Text_yxgz", "双色球游戏规则"},
+                                             {"mnu_TiaojianDingYi", "Text_dingyi", "常用词的定义"}}) {
+    choose(command);
     EXPECT_EQ(window.current_Page(), MainWindow::Page::other);
     EXPECT_TRUE(part<QPlainTextEdit>(name).isVisible());
+    EXPECT_TRUE(part<QPlainTextEdit>(name).toPlainText().startsWith(QString::fromUtf8(start))) << name;
   }
   QTest::mouseClick(&part<QTabBar>("TabStrip_Top"), Qt::LeftButton, {},
                     part<QTabBar>("TabStrip_Top").tabRect(0).center());
@@ -428,11 +430,19 @@ TEST(ProgressControlTest, EndsAndValueAreCut) {
   control.set_ValueJindu(99);
   EXPECT_EQ(control.ValueJindu(), 99);
   EXPECT_EQ(control.findChild<QLabel*>(QStringLiteral("LabelJindu"))->text(), QStringLiteral("10"));
-  control.begin(100, true);
-  auto* stop = control.findChild<QPushButton*>(QStringLiteral("cmm_stop"));
-  QTest::mousePress(stop, Qt::LeftButton);
-  EXPECT_TRUE(control.Tingzhi());
-  EXPECT_TRUE(desk.stop_Requested());
+  EXPECT_EQ(control.findChild<QLabel*>(QStringLiteral("LabelJinduAll"))->text(), QStringLiteral("/ 10"));
+  for (int use = 1; use <= 2; ++use) {
+    const StopScope scope(desk);
+    control.begin(100, true);
+    EXPECT_TRUE(control.StopEnabled() && !control.Tingzhi() && !desk.stop_Requested()) << use;
+    QTest::mousePress(control.findChild<QPushButton*>(QStringLiteral("cmm_stop")), Qt::LeftButton);
+    EXPECT_TRUE(control.Tingzhi() && desk.stop_Requested() && !control.StopEnabled()) << use;
+    control.begin(50, true);  // a job inside the stopped one
+    EXPECT_FALSE(control.StopEnabled()) << use;
+    control.end();
+    control.end();
+  }
+  control.begin(100, false);
   EXPECT_FALSE(control.StopEnabled());
 }
 
