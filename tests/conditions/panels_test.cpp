@@ -95,12 +95,16 @@ TEST_F(Panels, ATipTellsTheTickedCells) {
 }
 
 TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
+  const std::map<UsageId, std::string> short_Names{
+      {37, "尾数设置"}, {57, "4数8分自然段"}, {58, "8数4分自然段"}};
   std::map<UsageId, int> tabs;
   for (int tab = 1; tab <= 44; ++tab) {
     const ConditionPage& page = condition_Page(tab);
     for (UsageId u = page.first; u != 0 && u <= page.last; ++u) EXPECT_TRUE(tabs.emplace(u, tab).second);
     if (page.kind != PageKind::shapes) continue;
-    EXPECT_EQ(tj_FillShape(store_, page.first).tip, std::string(page.caption) + "\r\n");
+    const auto named = short_Names.find(page.first);
+    EXPECT_EQ(tj_FillShape(store_, page.first).tip,
+              (named == short_Names.end() ? condition_OfUsage(page.first).name : named->second) + "\r\n");
     EXPECT_EQ(page.first, tab + 21);
   }
   EXPECT_EQ(tabs.erase(300), 1U);
@@ -181,7 +185,11 @@ TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
   EXPECT_EQ(page.tolerances.back(), (PanelItem{"７", 7, true}));
   EXPECT_EQ(page.places[6].items.back(), (PanelItem{"16", 16, true}));
   EXPECT_TRUE(!page.places[0].enabled && page.places[1].enabled && page.places[6].ticked);
-  EXPECT_EQ(shrink_Page(store_).types[3], (PanelItem{"保六型", 6, true}));
+  set_ConditionValue(store_, kShrinkTypeCell, 4);
+  set_Usage(store_, kSmartOptimisation, true);
+  const ShrinkPage shrink = shrink_Page(store_);
+  EXPECT_EQ(shrink.types[1], (PanelItem{"保四型", 4, true}));
+  EXPECT_TRUE(!shrink.types[3].selected && shrink.smart.ticked && !page.tolerances[0].selected);
 
   set_Place(store_, 7, {});
   EXPECT_FALSE(is_Used(store_, 36)) << "the last number gone";
@@ -197,6 +205,7 @@ TEST_F(Panels, TheRangeOfTheMatchFollowsTheDrawsUntilItIsChosenByHand) {
   EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2001001, 2001002, 4}))
       << "no draws: the range stays";
   put_Periods(1, 51);
+  EXPECT_EQ(load_LiShi(store_).matches[3], (PanelItem{"4", 4, true}));
   EXPECT_EQ(load_LiShi(store_).periods.size(), 50U);
   EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2007002, 2007051, 4}));
   put_Periods(52, 53);
