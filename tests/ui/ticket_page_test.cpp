@@ -238,10 +238,10 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   EXPECT_EQ(caption(10) + model().index(0, 10).data().toString(), QStringLiteral("蓝球中1"));
   EXPECT_EQ(model().index(0, 7).data(Qt::ForegroundRole), QVariant(colours().red_text));
   EXPECT_EQ(model().index(0, 8).data(Qt::ForegroundRole), QVariant(colours().blue_text));
-  part<QTableView>("TDBGrid_RZ").setCurrentIndex(model().index(1, 0));
   desk_.texts = {"2020001"};
+  part<QTableView>("TDBGrid_RZ").setCurrentIndex(model().index(1, 4));
   press("cmmTouZhu_6");
-  EXPECT_EQ(desk_.proposed.back(), "2026091") << "of two periods that of the row";
+  EXPECT_EQ(desk_.proposed.back(), "2026091") << "of the row that is current now";
   EXPECT_EQ(desk_.told.back().title, "出错啦!");
 
   desk_.choices = {std::nullopt, 0};
