@@ -230,6 +230,7 @@ class CountChartTest : public AnalysisViewTest<CountChart> {
     QBarSet* set = static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
     ASSERT_EQ(set->count(), rows.size());
     const auto& axis = static_cast<QBarCategoryAxis&>(*bars().chart()->axes(Qt::Horizontal).constFirst());
+    ASSERT_EQ(axis.count(), set->count());
     for (int i = 0; i < set->count(); ++i) {
       EXPECT_EQ(set->at(i), rows[i].count) << rows[i].label;
       EXPECT_EQ(bars().tip_Of(i), shown(fmt::format("{}　{} 次", rows[i].label, rows[i].count)));
