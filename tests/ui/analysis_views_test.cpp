@@ -159,7 +159,7 @@ TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
 TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
   put_TenDraws();
   show();
-  EXPECT_EQ(period(), QStringLiteral("2026010"));
+  EXPECT_EQ(period() + list("Combo_ItemOfYLFX").currentText(), QStringLiteral("2026010红球号码遗漏分析"));
   type_Period("2026003");
   EXPECT_EQ(group(1).toolTip(), shown(omission_Tip(figures(2026003), 1)));
   type_Period("2026300");
@@ -220,6 +220,8 @@ TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
   EXPECT_TRUE(desk_.told.empty());
   EXPECT_TRUE(list("Combo_ItemOfYLFX").isEnabled());
   EXPECT_FALSE(child<QProgressBar>(QStringLiteral("ProgressBar_YL")).isVisible());
+  type_Period("2026001");
+  EXPECT_EQ(period(), QStringLiteral("2026001")) << "which isn't among the fifty listed";
 }
 
 class CountChartTest : public AnalysisViewTest<CountChart> {

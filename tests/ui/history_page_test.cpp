@@ -226,6 +226,9 @@ TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
   search(0, "200712");
   click("OptionHistoryMode_1");
   EXPECT_EQ(shown_Rows(), "2007001-2008050:122");
+  click("Option_TorD_1");
+  const QScrollBar* chart = get<QTableView>("TDBGrid_FenBu")->verticalScrollBar();
+  EXPECT_TRUE(chart->maximum() > 0 && chart->value() == chart->maximum()) << "the newest draws are in sight";
 }
 
 TEST_F(HistoryPageTest, OptionsAndMenuShowTheSameViews) {

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QRadioButton>
 #include <csignal>
 #include <fstream>
@@ -251,6 +252,14 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   EXPECT_EQ(model().rowCount(), 0);
 }
 
+// Whether a picture has a ball of a size and a colour in its middle: looked at beside the number and the light.
+bool is_Ball(const QImage& picture, int size, const QColor& colour) {
+  const QColor found = picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
+                                          static_cast<int>(picture.height() / 2.0 - size * 0.2));
+  return std::max({std::abs(found.red() - colour.red()), std::abs(found.green() - colour.green()),
+                   std::abs(found.blue() - colour.blue())}) < 16;
+}
+
 class NumberPadTest : public WindowTest {
  protected:
   void SetUp() override {
@@ -266,16 +275,29 @@ class NumberPadTest : public WindowTest {
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(tab).center());
   }
   [[nodiscard]] QString count() { return part<QLabel>("Text_ChoseNumberTip").text(); }
-  // Whether a button is painted as a ball of a colour, beside the number and away from the light.
   [[nodiscard]] bool is_Painted(int code, const QColor& colour) {
     const QImage picture = button(code).grab().toImage();
-    const int size = std::min({picture.width(), picture.height(), 52}) - 4;
-    const QColor found = picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
-                                            static_cast<int>(picture.height() / 2.0 - size * 0.2));
-    return std::max({std::abs(found.red() - colour.red()), std::abs(found.green() - colour.green()),
-                     std::abs(found.blue() - colour.blue())}) < 16;
+    return is_Ball(picture, std::min({picture.width(), picture.height(), 52}) - 4, colour);
   }
 };
+
+TEST(BallTest, EachFaceHasItsColour) {
+  const std::pair<BallFace, QColor> faces[] = {
+      {BallFace::red, colours().red_ball},
+      {BallFace::blue, colours().blue_ball},
+      {BallFace::tuo, colours().tuo},
+      {BallFace::dan, colours().dan},
+      {BallFace::plain, colours().plain},
+      {BallFace::low_chance, colours().low_chance},
+      {BallFace::locked, QApplication::palette().color(QPalette::Window)}};
+  for (const auto& [face, colour] : faces) {
+    QImage picture(60, 60, QImage::Format_RGB32);
+    QPainter painter(&picture);
+    paint_Ball(painter, picture.rect(), QStringLiteral("08"), face);
+    painter.end();
+    EXPECT_TRUE(is_Ball(picture, 60, colour)) << static_cast<int>(face);
+  }
+}
 
 TEST_F(NumberPadTest, ColoursQuestionsAndLimitsFollowTheStore) {
   pick({20, 21, 22, 23, 24, 25, 26});
