@@ -101,9 +101,10 @@ TEST_F(BadInput, SelectionsAndConditions) {
       {"seven reds to match", 2, {"conditions", "match", "2024001", "2024002", "7"}},
       {"a shrink type behind the last", 2, {"conditions", "shrink", "8"}},
   });
-  for (const auto& [option, last] : {std::pair{"--red-dan", "33"}, {"--blue-tuo", "16"}})
-    EXPECT_NE(home_.run({"numbers", "pick", option, "34"}).err.find("应为 1 到 " + std::string(last) + " 的"),
-              std::string::npos);
+  for (const auto& [option, number, last] : {std::tuple{"--red-dan", "34", "33"}, {"--blue-tuo", "17", "16"}})
+    EXPECT_NE(
+        home_.run({"numbers", "pick", option, number}).err.find("应为 1 到 " + std::string(last) + " 的"),
+        std::string::npos);
   home_.do_Step({"numbers", "pick", "--red-tuo", "1-5", "--blue-tuo", "1"});
   home_.expect_Refused({{"too few numbers for a ticket", 1, {"tickets", "init", "2024008"}}});
 }

@@ -252,10 +252,13 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   EXPECT_EQ(model().rowCount(), 0);
 }
 
-// Whether a picture has a ball of a size and a colour in its middle: looked at beside the number and the light.
-bool is_Ball(const QImage& picture, int size, const QColor& colour) {
-  const QColor found = picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
-                                          static_cast<int>(picture.height() / 2.0 - size * 0.2));
+// The colour of the ball in the middle of a picture, looked at beside the number and the light.
+QColor ball_Colour(const QImage& picture, int size) {
+  return picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
+                            static_cast<int>(picture.height() / 2.0 - size * 0.2));
+}
+// Alike but for the shade.
+bool are_Alike(const QColor& found, const QColor& colour) {
   return std::max({std::abs(found.red() - colour.red()), std::abs(found.green() - colour.green()),
                    std::abs(found.blue() - colour.blue())}) < 16;
 }
@@ -275,10 +278,11 @@ class NumberPadTest : public WindowTest {
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(tab).center());
   }
   [[nodiscard]] QString count() { return part<QLabel>("Text_ChoseNumberTip").text(); }
-  [[nodiscard]] bool is_Painted(int code, const QColor& colour) {
+  [[nodiscard]] QColor face(int code) {
     const QImage picture = button(code).grab().toImage();
-    return is_Ball(picture, std::min({picture.width(), picture.height(), 52}) - 4, colour);
+    return ball_Colour(picture, std::min({picture.width(), picture.height(), 52}) - 4);
   }
+  [[nodiscard]] bool is_Painted(int code, const QColor& colour) { return are_Alike(face(code), colour); }
 };
 
 TEST(BallTest, EachFaceHasItsColour) {
@@ -295,7 +299,7 @@ TEST(BallTest, EachFaceHasItsColour) {
     QPainter painter(&picture);
     paint_Ball(painter, picture.rect(), QStringLiteral("08"), face);
     painter.end();
-    EXPECT_TRUE(is_Ball(picture, 60, colour)) << static_cast<int>(face);
+    EXPECT_TRUE(are_Alike(ball_Colour(picture, 60), colour)) << static_cast<int>(face);
   }
 }
 
@@ -331,6 +335,7 @@ TEST_F(NumberPadTest, ALoneBlueDanLocksTheOthersUntilItIsTakenOff) {
   EXPECT_EQ(button(108).state(), PickState::none);
   EXPECT_FALSE(button(108).isEnabled());
   EXPECT_TRUE(is_Painted(110, colours().dan));
+  EXPECT_NE(face(108), face(20)) << "locked, and free";
   pick({110});
   EXPECT_TRUE(button(108).isEnabled());
   pick({110});
