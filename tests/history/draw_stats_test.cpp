@@ -205,11 +205,13 @@ TEST_F(DrawStats, TheCombinationListShowsTheGroupsOfADrawAsTheyAreNow) {
   put_Draw(store_, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
   set_Column(store_, AttributeTable::first, "区间1", std::vector{1, 11, 12});
   set_Column(store_, AttributeTable::first, "区间2", {});
+  set_Column(store_, AttributeTable::first, "十二11",
+             std::vector{33});  // of no use to the filter, but to the list
   set_Usage(store_, 100, true);
   store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
   const auto list = build_ZuHeList(store_, desk_, 2007002);
   EXPECT_EQ(list[0], (PanelItem{"尾数形式 ≠ [1,1,1,1,2,3]", 0, true}));
-  EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3]", 4, false}));
+  EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3,12]", 4, false}));
   EXPECT_EQ(list[26], (PanelItem{"四区间 ≠ [1,1,1,3,4,4]", 26, false}));
   EXPECT_TRUE(list[31].selected);
   EXPECT_EQ(build_ZuHeList(store_, desk_, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));

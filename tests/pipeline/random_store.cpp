@@ -65,7 +65,7 @@ void put_Conditions(Store& store, std::mt19937& random, int used, int allowed) {
   set_Rows(store, "过滤条件", "Value", "\"ID\">=1000", [&](int) { return chance(allowed) ? 1 : 0; });
   for (const std::string& column : attribute_Columns(AttributeTable::first)) {
     const bool place = column.starts_with("第");
-    if (place || column.starts_with("自定义组") || column.starts_with("区间") || column.starts_with("十二"))
+    if (place || column.starts_with("自定义组") || column.starts_with("区间"))
       set_Rows(store, "号码特性", column, "1", [&](int) { return chance(place ? 75 : 35) ? 1 : 0; });
   }
   set_Rows(store, "过滤条件", "Value", "\"ID\"=3900", [&](int) { return std::min(7, pick(random, 3, 9)); });
