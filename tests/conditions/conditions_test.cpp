@@ -9,7 +9,6 @@
 #include "conditions/own_sets.hpp"
 #include "conditions/summary.hpp"
 #include "conditions/values.hpp"
-#include "core/number_list.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere {
@@ -129,131 +128,6 @@ TEST_F(Conditions, TheDefaultsComeBackWithNothingPicked) {
   EXPECT_EQ(divisions(), divided);
   EXPECT_EQ(load_HistoryMatch(store_), match);
   EXPECT_FALSE(match.used || match.chosen);
-}
-
-struct FactoryFamily {
-  AttributeTable table;
-  const char* name;
-  int first;  // suffix of its first column; -1: one column without a suffix
-  std::string groups;
-};
-
-// What the players know by heart, group by group. Runs and pairs stand here as numbers and not as a rule.
-TEST_F(Conditions, TheFactoryPutsEveryNumberIntoItsGroups) {
-  std::vector<FactoryFamily> families{
-      {AttributeTable::first, "区间", 1, "1-10;11-20;21-30;31-33"},
-      {AttributeTable::first, "十二", 0, "1-4,13-16,25-28;5-8,17-20,29-32;9-12,21-24,33"},
-      {AttributeTable::first, "尾", 0,
-       "10,20,30;1,11,21,31;2,12,22,32;3,13,23,33;4,14,24;"
-       "5,15,25;6,16,26;7,17,27;8,18,28;9,19,29"},
-      {AttributeTable::first, "七分组", 0,
-       "1,3,5,7,9;2,4,6,8,10;11,13,15,17,19;12,14,16,18,20;"
-       "21,23,25,27,29;22,24,26,28,30;31-33"},
-      {AttributeTable::first, "尾七分组", 0, "1-4,10;5-9;11-14,20;15-19;21-24,30;25-29;31-33"},
-      {AttributeTable::first, "和数三三", 0,
-       "1,32;2,31;3,30;4,29;5,28;6,27;7,26;8,25;9,24;"
-       "10,23;11,22;12,21;13,20;14,19;15,18;16,17;33"},
-      {AttributeTable::first, "和数三四", 0,
-       "1,33;2,32;3,31;4,30;5,29;6,28;7,27;8,26;9,25;"
-       "10,24;11,23;12,22;13,21;14,20;15,19;16,18;17"},
-      {AttributeTable::first, "和数三五", 0,
-       "2,33;3,32;4,31;5,30;6,29;7,28;8,27;9,26;10,25;"
-       "11,24;12,23;13,22;14,21;15,20;16,19;17,18;1"},
-      {AttributeTable::first, "奇偶连", 0,
-       "1,2;3,4;5,6;7,8;9,10;11,12;13,14;15,16;17,18;19,20;"
-       "21,22;23,24;25,26;27,28;29,30;31,32;33"},
-      {AttributeTable::first, "偶奇连", 0,
-       "1;2,3;4,5;6,7;8,9;10,11;12,13;14,15;16,17;18,19;"
-       "20,21;22,23;24,25;26,27;28,29;30,31;32,33"},
-      {AttributeTable::first, "等差16组", 0,
-       "1,17;2,18;3,19;4,20;5,21;6,22;7,23;8,24;9,25;"
-       "10,26;11,27;12,28;13,29;14,30;15,31;16,32;33"},
-      {AttributeTable::first, "等差17组", 0,
-       "1,18;2,19;3,20;4,21;5,22;6,23;7,24;8,25;9,26;"
-       "10,27;11,28;12,29;13,30;14,31;15,32;16,33;17"},
-      {AttributeTable::first, "间距11链", 0,
-       "1,12;2,23;13,24;3,14;4,25;15,26;5,16;6,27;17,28;"
-       "7,18;8,29;19,30;9,20;10,31;21,32;11,22;33"},
-      {AttributeTable::first, "大数", -1, "17-33"},
-      {AttributeTable::first, "高尾码", -1, "5-9,15-19,25-29"},
-      {AttributeTable::first, "低尾码", -1, "1-4,10-14,20-24,30-33"},
-      {AttributeTable::second, "大小奇偶尾", 0,
-       "5,7,9,15,17,19,25,27,29;6,8,16,18,26,28;"
-       "1,3,11,13,21,23,31,33;2,4,10,12,14,20,22,24,30,32"},
-      {AttributeTable::second, "大小奇偶组", 0,
-       "17,19,21,23,25,27,29,31,33;"
-       "18,20,22,24,26,28,30,32;1,3,5,7,9,11,13,15;2,4,6,8,10,12,14,16"},
-      {AttributeTable::second, "八数四分自然段", 0, "1-8;9-16;17-24;25-33"},
-      {AttributeTable::second, "三波组", 0,
-       "1,2,7,8,12,13,18,19,23,24,29,30;"
-       "3,4,9,10,14,15,20,25,26,31;5,6,11,16,17,21,22,27,28,32,33"},
-      {AttributeTable::second, "十一数三分自然段", 0, "1-11;12-22;23-33"},
-      {AttributeTable::second, "双尾5分组", 0,
-       "1,10,11,20,21,30,31;2,3,12,13,22,23,32,33;"
-       "4,5,14,15,24,25;6,7,16,17,26,27;8,9,18,19,28,29"},
-      {AttributeTable::second, "四数八分自然段", 0, "1-4;5-8;9-12;13-16;17-20;21-24;25-28;29-33"},
-      {AttributeTable::second, "三波排异", 0,
-       "1,3;2,5;4,6;7,9;8,11;10,16;12,14;13,17;15,21;"
-       "18,20;19,22;25,27;23,26;24,28;31,32;29,33;30"},
-      {AttributeTable::second, "区间排异", 0,
-       "1,11;21,31;2,12;22,32;3,13;23,33;4,14;5,24;15,25;"
-       "6,16;7,26;17,27;8,18;9,28;19,29;10,20;30"},
-      {AttributeTable::second, "生肖链", 0,
-       "1,13;2,25;14,26;3,15;4,27;16,28;5,17;6,29;18,30;"
-       "7,19;8,31;20,32;9,21;10,33;11,22;12,23;24"},
-  };
-  // The families of a distance: numbers that are a multiple of it apart.
-  for (const auto& [table, name, distance] : {std::tuple{AttributeTable::first, "四", 4},
-                                              {AttributeTable::first, "七", 7},
-                                              {AttributeTable::first, "八", 8},
-                                              {AttributeTable::first, "九", 9},
-                                              {AttributeTable::first, "十一", 11},
-                                              {AttributeTable::second, "间距三", 3},
-                                              {AttributeTable::second, "间距五", 5},
-                                              {AttributeTable::second, "间距六", 6},
-                                              {AttributeTable::second, "间距十", 10},
-                                              {AttributeTable::second, "间距十二", 12}}) {
-    FactoryFamily family{table, name, 0, ""};
-    for (int low = 1; low <= distance; ++low) {
-      for (int n = low; n <= kRedCount; n += distance)
-        family.groups += (n > low ? "," : "") + std::to_string(n);
-      family.groups += low < distance ? ";" : "";
-    }
-    families.push_back(family);
-  }
-  const std::pair<const char*, std::vector<int>> divisions[] = {
-      {"六区间", {6, 6, 6, 5, 5, 5}},
-      {"七区间", {5, 5, 5, 5, 5, 4, 4}},
-      {"八区间", {5, 4, 4, 4, 4, 4, 4, 4}},
-      {"九区间", {4, 4, 4, 4, 4, 4, 3, 3, 3}},
-      {"十区间", {4, 4, 4, 3, 3, 3, 3, 3, 3, 3}},
-      {"十一区间", std::vector(11, 3)},
-      {"十二区间", {3, 3, 3, 3, 3, 3, 3, 3, 3, 2, 2, 2}}};
-  for (const auto& [name, lengths] : divisions) {
-    FactoryFamily family{AttributeTable::third, name, 1, ""};
-    int last = 0;
-    for (const int length : lengths) {
-      family.groups +=
-          (last == 0 ? "" : ";") + std::to_string(last + 1) + '-' + std::to_string(last + length);
-      last += length;
-    }
-    families.push_back(family);
-  }
-  std::map<std::string, RedTable> expected;
-  for (const FactoryFamily& family : families) {
-    std::stringstream groups(family.groups);
-    std::string numbers;
-    for (int suffix = family.first; std::getline(groups, numbers, ';'); ++suffix) {
-      RedTable& members = expected[family.name + (suffix < 0 ? "" : std::to_string(suffix))];
-      const auto list = parse_NumberList(numbers, 1, kRedCount);
-      for (const int n : list.value()) members[n] = 1;
-    }
-  }
-  // A column that isn't named here holds nobody.
-  for (const auto table : {AttributeTable::first, AttributeTable::second, AttributeTable::third})
-    for (const std::string& column : attribute_Columns(table)) {
-      EXPECT_EQ(read_AttributeColumn(store_, table, column), expected[column]) << column;
-    }
 }
 
 GroupCounts pack(const std::vector<int>& counts) {

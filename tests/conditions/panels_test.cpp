@@ -20,7 +20,7 @@ class Panels : public test::StoreTest {
 };
 
 TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
-  std::mt19937 random(11);  // no two lists of seven get the same cells
+  std::mt19937 random(11);     // no two lists of seven get the same cells
   StoreChange change(store_);  // one for all: thousands of commits would take their time
   for (ConditionId id = 1000; id < 7700; ++id) set_ConditionValue(store_, id, int(random() % 3));
   const ConditionSheet sheet = panel_Reload(store_);

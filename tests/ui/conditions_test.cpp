@@ -14,7 +14,9 @@
 #include "core/interval_mark.hpp"
 #include "core/schema.hpp"
 #include "ui/check_list.hpp"
+#include "ui/count_bars.hpp"
 #include "ui/frozen_grid.hpp"
+#include "ui/omission_chart.hpp"
 #include "ui/text.hpp"
 #include "window_fixture.hpp"
 
@@ -591,18 +593,32 @@ TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceAndGiveItBack) {
   EXPECT_TRUE(part<QComboBox>("Combo_ItemOfYLFX").isVisible());
   EXPECT_EQ(part<QComboBox>("Combo_ItemOfYLFX").currentIndex(), 1);
   EXPECT_FALSE(part<CheckList>("List_TjA_0").isVisible());
-  press("cmm_Cstj_0");
-  EXPECT_TRUE(part<QComboBox>("Combo_MSChartItem").isVisible());
-  choose("tab_1");
-  choose("tab_2");
+  press("cmm_Cstj_1");
+  EXPECT_EQ(part<QComboBox>("Combo_MSChartItem").currentIndex(), 1);
+  const auto add_Draw = [&](int period) {
+    choose("tab_1");
+    const int draw[] = {period, 9, 10, 11, 12, 13, 14, 15};
+    for (int i = 0; i < 8; ++i)
+      part<QLineEdit>(("TextHistory_" + std::to_string(i)).c_str()).setText(QString::number(draw[i]));
+    choose("cmmUpdateHistory_0");
+    choose("tab_2");
+  };
+  add_Draw(2026091);
+  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_1").currentText(), QStringLiteral("2026091"));
+  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tip_Of(14).endsWith(QStringLiteral("　1 次")));
   EXPECT_TRUE(part<QComboBox>("Combo_MSChartItem").isVisible())
       << "the view stays until the person leaves it";
   for (auto* back : program_->window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
     if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
   EXPECT_TRUE(part<CheckList>("List_TjA_0").isVisible());
+  press("cmm_Yltj_0");
+  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").currentText(), QStringLiteral("2026091"));
+  add_Draw(2026092);
+  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 5);
+  EXPECT_EQ(part<OmissionChart>("frm_YLFXmain").omission()->period, 2026092);
 }
 
-TEST_F(ConditionsTest, RestoredDefaultsAndNewUsersShowOnTheSheetAgain) {
+TEST_F(ConditionsTest, RestoredDefaultsShowOnTheSheetAgain) {
   const auto& list = part<CheckList>("List_TjA_8").list();
   const bool factory = list.items()[6].selected;
   tick("List_TjA_8", 6);
