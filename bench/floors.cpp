@@ -11,12 +11,6 @@
 namespace lotmere::bench {
 namespace {
 
-Reds read_Reds(const Query& row, int first) {
-  Reds reds{};
-  for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = row.number(first + i);
-  return reds;
-}
-
 void walk_Pass(Store& store, const Condition& condition, const Metric& metric, PeriodNo period) {
   const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
   StoreChange change(store);
