@@ -47,7 +47,8 @@ int main(int argc, char** argv) {
   const lotmere::ui::EndWatch watch;
   for (;;) {
     lotmere::ui::Program program(folder, desk);
-    const auto ends = QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
+    const auto ends =
+        QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
     if (!program.start()) return EXIT_FAILURE;
     const int status = QApplication::exec();
     program.finish();
