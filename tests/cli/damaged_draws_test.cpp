@@ -30,7 +30,7 @@ class DamagedHome : public CliHome {
     const std::string next = std::to_string(newest_ + 1);
     do_Step({"tickets", "init", next});
     do_Step({"tickets", "import", put_Path("own.txt", "01 02 03 04 05 06 07\n"), "--period",
-             std::to_string(newest_)});
+             std::to_string(newest_), "--existing", "keep"});
     damage_Fields(damage);
   }
 

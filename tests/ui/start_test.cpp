@@ -255,7 +255,10 @@ TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
 TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
   settle_Home(home_.store());
   home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
-  desk_.dialogs = {log_In("甲", "1")};
+  desk_.dialogs = {[](QDialog& dialog) {
+    EXPECT_FALSE(log_In("甲", "1", "cmd_newUser")(dialog));
+    return log_In("甲", "1")(dialog);
+  }};
   desk_.answers = {true};
   MainWindow& window = open();
   const EndWatch watch;
