@@ -45,13 +45,10 @@ bool is_Invisible(std::uint32_t code) { return stands_In(kInvisible, code) || is
 // Takes the first character off the text. Nothing when the text doesn't begin with one in its shortest UTF-8.
 std::optional<std::uint32_t> take_Character(std::string_view& text) {
   constexpr std::uint32_t lowest[] = {0, 0x80, 0x800, 0x10000};
+  if (text.empty()) return std::nullopt;
   const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t more = lead < 0x80   ? 0
-                           : lead < 0xC0 ? 9
-                           : lead < 0xE0 ? 1
-                           : lead < 0xF0 ? 2
-                           : lead < 0xF8 ? 3
-                                         : 9;
+  if ((lead >= 0x80 && lead < 0xC0) || lead >= 0xF8) return std::nullopt;  // begins no character
+  const std::size_t more = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
   if (more >= text.size()) return std::nullopt;
   std::uint32_t code = more == 0 ? lead : lead & (0x3FU >> more);
   for (std::size_t i = 1; i <= more; ++i) {

@@ -278,12 +278,13 @@ TEST(Users, NamesShowThemselvesAndSteerNothing) {
       {"甲\u2029", false},
       {"甲\U000e0041", false},
       {"\xff", false},
-      {"甲\xe4\xb9", false},        // cut short
-      {"\xc1\x81", false},          // a longer form of A
-      {"\xe0\x81\x81", false},      // and a still longer one
-      {"\xed\xa0\x80", false},      // half a pair
-      {"\xf4\x90\x80\x80", false},  // above the last character
-      {"\xbc\xd7", false},          // 甲 in another encoding
+      {"甲\xe4\xb9", false},                                        // cut short
+      {"\xc1\x81", false},                                          // a longer form of A
+      {"\xe0\x81\x81", false},                                      // and a still longer one
+      {"\xed\xa0\x80", false},                                      // half a pair
+      {"\xf4\x90\x80\x80", false},                                  // above the last character
+      {"\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80", false},  // nothing that begins one
+      {"\xbc\xd7", false},                                          // 甲 in another encoding
   };
   for (const auto& row : rows) EXPECT_EQ(is_UserName(row.name), row.good) << testing::PrintToString(row.name);
 }
