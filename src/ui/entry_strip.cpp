@@ -82,6 +82,7 @@ void EntryStrip::make_Boxes() {
   for (int i = 0; i <= kBlueBox; ++i) {
     const int digits = i == 0 ? 7 : 2;
     QLineEdit* box = boxes_[i] = new DigitBox(digit * digits + 24);
+    if (i > 0) box->setMaxLength(digits);  // a longer period is refused: cut, it would name another draw
     box->setObjectName(QStringLiteral("TextHistory_%1").arg(i));
     connect(box, &QLineEdit::returnPressed, this, [this, i] {
       if (i == kBlueBox)
