@@ -257,6 +257,7 @@ void MainWindow::connect_Pages() {
     update_Status();
     conditions_->mark_Stale();
   });
+  connect(this, &MainWindow::quiet_EndWanted, this, &MainWindow::end_Quietly, Qt::QueuedConnection);
   connect(&session_.desk, &WindowDesk::job_Begun, this, [this] { set_Busy(true); });
   connect(&session_.desk, &WindowDesk::job_Ended, this, [this] { set_Busy(false); });
   connect(&session_.desk, &WindowDesk::status_Changed, panels_[1], &QLabel::setText);

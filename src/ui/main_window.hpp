@@ -45,6 +45,10 @@ class MainWindow : public QMainWindow {
   // settings saved. The desk is ending.
   void end_Quietly();
 
+ Q_SIGNALS:
+  // The window is to end as end_Quietly() does, once the event loop runs.
+  void quiet_EndWanted();
+
  protected:
   void closeEvent(QCloseEvent* event) override;
 

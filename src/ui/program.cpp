@@ -64,8 +64,7 @@ bool Program::start() {
   for (const std::string& message : outcome.messages) desk_.tell(message, Tone::error);
   started_ = outcome.ready;
   // Only the event loop that comes now can be ended by a window that closes.
-  if (started_ && desk_.is_Ending())
-    QMetaObject::invokeMethod(window_.get(), &MainWindow::end_Quietly, Qt::QueuedConnection);
+  if (started_ && desk_.is_Ending()) Q_EMIT window_->quiet_EndWanted();
   return outcome.ready;
 }
 
