@@ -146,7 +146,7 @@ void write_Tickets(Store& store, Desk& desk, std::string_view text, const Import
 
 std::string result_Text(const ImportResult& result) {
   if (!result.is_text) return "这不是文本文件，没有导入号码！";
-  const std::string text = fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
+  std::string text = fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
   if (result.skipped == 0) return text;
   return text + fmt::format("跳过了 {} 行，第一处在第 {} 行。", to_QuanJiao(result.skipped),
                             to_QuanJiao(result.first_skipped));
