@@ -165,11 +165,21 @@ class Prepared:
         self.settings_after = read_settings(program, home, self.users)
 
 
+def is_unfinished(home):
+    """Whether the next start has to finish a change that counts already: a restore, or a recount of the draws
+    behind a change of the intervals."""
+    if (home / "Lotmere.restore").exists():
+        return True
+    with contextlib.closing(sqlite3.connect(home / STORE)) as store:
+        tables = [name for (name,) in store.execute("SELECT name FROM sqlite_master WHERE type='table'")]
+        return "用户模式" in tables and store.execute('SELECT sum("区间待统计") FROM "用户模式"').fetchone() == (1,)
+
+
 def find_fault(program, case, home):
     """What is wrong with a home after a kill, or None; and what stands in it."""
-    if (home / "Lotmere.restore").exists():  # a restore that counts already is finished by the next start
-        run(program, home, ["store", "check"])
     try:
+        if is_unfinished(home):
+            run(program, home, ["store", "check"])
         state = read_home(home)
     except sqlite3.DatabaseError as failure:
         return f"a database file isn't sound: {failure}", None
