@@ -21,7 +21,7 @@ void walk_Pass(Store& store, const Condition& condition, const Metric& metric, P
     rows.bind(period);
     int kept = 0;
     while (rows.next()) {
-      const int value = metric_Value(metric, read_Reds(rows, 1));
+      const int value = metricValue(metric, read_Reds(rows, 1));
       const std::int64_t id = rows.whole(0);
       if (value >= 0 && value < static_cast<int>(cells.size()) && cells[static_cast<std::size_t>(value)] >= 1)
         store.query(R"(UPDATE "日志表" SET "过滤标记"=1,"序号"=? WHERE "ID"=?)").bind(++kept, id).run();
@@ -88,9 +88,11 @@ int walk_Passes(Store& store, PeriodNo period) {
       .bind(period)
       .run();
   int passes = 0;
-  for (const Condition& condition : all_Conditions(store)) {
-    if (!is_Used(store, condition.usage)) continue;
-    const auto metric = prepare_Metric(store, condition, period);
+  const ConditionSet set = loadConditionSet(store);
+  const DrawTable draws = loadDrawTable(store);
+  for (const Condition& condition : allConditions()) {
+    if (!set.isUsed(condition.usage)) continue;
+    const auto metric = prepareMetric(set, condition, draws.before(period));
     if (!metric) continue;
     walk_Pass(store, condition, *metric, period);
     ++passes;

@@ -6,7 +6,7 @@
 
 #include "conditions/condition_store.hpp"
 #include "core/periods.hpp"
-#include "pipeline/history_relative.hpp"
+#include "pipeline/thin.hpp"
 #include "reduction/smart.hpp"
 #include "tickets/selection.hpp"
 #include "workloads.hpp"
@@ -111,8 +111,9 @@ void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
   store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
       .bind(periodsBack(store, kTarget, draw_count), kTarget, match)
       .run();
+  ConditionSet set = loadConditionSet(store);
+  for (const auto& [usage, on] : std::vector(set.switches.rows())) set.switches.set(usage, 0);
   const TicketSet tickets = make_Tickets(load_Selection(store), kTarget);
-  QuietDesk desk;
   for (auto _ : state) {
     std::vector<double> floor, subject;
     TicketSet left;
@@ -125,8 +126,9 @@ void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
         match_Literally(draws, match, literal);
       }));
       subject.push_back(seconds([&] {
-        PipelineRun run{store, desk, left, kTarget};
-        filter_LiShi(run);
+        FreeCourse course;
+        StepWatcher nobody;
+        thin(FilterPlan(compileRules(set), loadDrawTable(store), kTarget), left, course, nobody);
       }));
       check(left.balls == literal.balls && left.origin == literal.origin && left.seq == literal.seq &&
                 left.mark == literal.mark,

@@ -41,12 +41,13 @@ void allow_Frequent(Store& store, const Condition& condition, const std::vector<
   }
 }
 
-void allow_Figures(Store& store, const Condition& condition, const TicketSet& tickets) {
-  const auto metric = prepare_Metric(store, condition, kTarget);
+void allow_Figures(Store& store, const ConditionSet& set, const DrawTable& draws, const Condition& condition,
+                   const TicketSet& tickets) {
+  const auto metric = prepareMetric(set, condition, draws.before(kTarget));
   if (!metric) return;
   std::vector<std::int64_t> counts(256);
   for (const Balls balls : tickets.balls) {
-    const int value = metric_Value(*metric, reds_Of(balls));
+    const int value = metricValue(*metric, reds_Of(balls));
     if (value >= 0) ++counts[static_cast<std::size_t>(value)];
   }
   allow_Frequent(store, condition, counts, static_cast<std::int64_t>(tickets.size()));
@@ -138,9 +139,11 @@ void World::use_AllConditions(const TicketSet& tickets) {
     std::iota(numbers.begin(), numbers.end(), 1);
     set_Column(*store_, AttributeTable::first, fmt::format("第{}", place), numbers);
   }
-  for (const Condition& condition : all_Conditions(*store_)) {
+  const ConditionSet set = loadConditionSet(*store_);
+  const DrawTable draws = loadDrawTable(*store_);
+  for (const Condition& condition : allConditions()) {
     set_Usage(*store_, condition.usage, true);
-    allow_Figures(*store_, condition, tickets);
+    allow_Figures(*store_, set, draws, condition, tickets);
   }
   store_->db().exec(
       "UPDATE \"历史数据过滤\" SET \"使用状态\"=1,\"最小值\"=2001001,\"最大值\"=2098999,\"匹配值\"=6");

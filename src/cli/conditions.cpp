@@ -61,9 +61,11 @@ class StrengthCommand final : public Command {
   }
 
   int run(Session& session) override {
+    const ConditionSet set = loadConditionSet(session.store);
+    const DrawTable draws = loadDrawTable(session.store);
     const PeriodNo next = latestPeriod(session.store) + 1;
     if (name_ && trim(*name_) == kHistoryMatchName) {
-      print_Match(session, next);
+      printMatch(session, set, draws, next);
       return kExitDone;
     }
     std::vector<Condition> conditions;
@@ -79,18 +81,17 @@ class StrengthCommand final : public Command {
     std::int64_t done = 0;
     for (const Condition& condition : conditions) {
       print(session, std::to_string(condition.usage), condition.name, is_Used(session.store, condition.usage),
-            condition_Strength(session.store, condition, next, last_));
+            conditionStrength(set, draws, condition, next, last_));
       if (job.advance(++done))
         return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", to_QuanJiao(done)));
     }
-    if (!name_) print_Match(session, next);
+    if (!name_) printMatch(session, set, draws, next);
     return kExitDone;
   }
 
  private:
-  void print_Match(Session& session, PeriodNo next) const {
-    print(session, "-", kHistoryMatchName, load_HistoryMatch(session.store).used,
-          match_Strength(session.store, next, last_));
+  void printMatch(Session& session, const ConditionSet& set, const DrawTable& draws, PeriodNo next) const {
+    print(session, "-", kHistoryMatchName, set.match.used, matchStrength(set, draws, next, last_));
   }
 
   // "-" where there is no number or no share.

@@ -5,10 +5,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "conditions/families.hpp"
+#include "core/attributes.hpp"
 #include "core/game.hpp"
+#include "core/metrics.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
@@ -25,6 +28,26 @@ enum class CellKind {
   setting       // a switch alone
 };
 
+// How the figure of a condition comes from six reds.
+struct MembersIn {  // how many of them stand in a yes/no column, or with `inside` false don't
+  AttributeTable table;
+  std::string column;
+  bool inside = true;
+};
+struct AgainstPrevious {  // how many are marked by the draw before the period
+  RedTable (*mark)(const Reds& previous);
+};
+struct DrawnIn {  // how many came up in the newest draws
+  int draws;
+};
+struct HeatOver {  // how often they came up in the newest draws, together
+  int draws;
+};
+using FigureRule =
+    std::variant<std::monostate,  // no figure: its cells, if any, stand for something else
+                 NumberValue,     // the sum of a number value
+                 int (*)(const Reds&), MembersIn, const Family*, AgainstPrevious, DrawnIn, HeatOver>;
+
 struct Condition {
   UsageId usage = 0;
   std::string name;
@@ -36,7 +59,15 @@ struct Condition {
   int last_item = 0;
   const Family* family = nullptr;  // of a shape or combination condition
   int turn = 0;  // place (1 to 7) of a position, turn (0 to 31) of a combination, `序号` of a custom interval
+  FigureRule figure = {};
+  std::string log_name = {};  // as the lines of a run carry it, "[ 总和值 ]"
+  int pass = 0;               // its place in the order of a run
 };
+
+// Whether a condition judges six reds against the draws before their period, and how many of those it takes at most.
+[[nodiscard]] bool looksBack(const Condition& condition);
+inline constexpr int kDrawsLookedBack = 10;
+inline constexpr UsageId kSumFamilyCondition = 266;  // 前2期和值相同组
 
 // The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
 inline constexpr int kIntervalCount = 4;
@@ -48,8 +79,10 @@ inline constexpr int kTurnCount = 32;
 [[nodiscard]] constexpr UsageId usage_OfPlace(int place) { return 29 + place; }
 [[nodiscard]] constexpr UsageId usage_OfTurn(int turn) { return 100 + turn; }
 
-// The conditions that every store has, by ascending switch.
+// The conditions that every store has, by ascending switch; the custom intervals aren't among them.
 [[nodiscard]] const std::vector<Condition>& catalogue();
+// The same and the custom intervals.
+[[nodiscard]] const std::vector<Condition>& allConditions();
 // One of them; the switch must be one of the catalogue.
 [[nodiscard]] const Condition& condition_OfUsage(UsageId usage);
 // The same and the custom intervals that the store's `自定义区间` names.

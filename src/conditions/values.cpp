@@ -96,6 +96,13 @@ std::string current_Value(Store& store, const Condition& condition) {
   return tj_CurrentValue(store, condition.first, condition.last);
 }
 
+std::string formatValues(const Condition& condition, std::span<const int> cells) {
+  if (!has_Texts(condition.kind)) return formatNumberList(cells);
+  std::string text;
+  for (const int k : cells) text += (text.empty() ? "" : ";") + bare_Text(condition, k);
+  return text;
+}
+
 std::optional<std::vector<int>> parse_Values(const Condition& condition, std::string_view values) {
   return has_Texts(condition.kind) ? parse_Texts(condition, values)
                                    : parse_NumberList(values, 0, cell_Count(condition) - 1);

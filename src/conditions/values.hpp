@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,9 @@ namespace lotmere {
 // The current value of any condition: numbers as above, shapes and sum families joined by ";", the numbers
 // allowed at a place. Empty for a switch alone.
 [[nodiscard]] std::string current_Value(Store& store, const Condition& condition);
+
+// Cells as parse_Values reads them: "60-140,150", "2,2,1,1;3,3". Empty for none.
+[[nodiscard]] std::string formatValues(const Condition& condition, std::span<const int> cells);
 
 // The cells that a text names, each of 0 to cell_Count(condition) - 1: "60-140,150" for numbers, texts separated by
 // ";" for shapes, run shapes and sum families. Nothing for any other text.

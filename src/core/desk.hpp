@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/course.hpp"
+
 namespace lotmere {
 
 enum class Tone { information, warning, error };
@@ -123,6 +125,23 @@ class Job {
  private:
   Desk& desk_;
   bool can_stop_;
+};
+
+// A desk as the course of a piece of work: its legs are jobs, its stop is the `StopFlag`.
+class DeskCourse final : public Course {
+ public:
+  explicit DeskCourse(Desk& desk) : desk_(desk) {}
+
+  void begin(std::int64_t total, Stop stop) override {
+    job_.emplace(desk_, total, stop == Stop::possible ? Job::Stop::possible : Job::Stop::impossible);
+  }
+  bool advance(std::int64_t done) override { return job_ && job_->advance(done); }
+  void end() override { job_.reset(); }
+  [[nodiscard]] bool stopRequested() const override { return desk_.stop_Requested(); }
+
+ private:
+  Desk& desk_;
+  std::optional<Job> job_;
 };
 
 }  // namespace lotmere

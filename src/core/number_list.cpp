@@ -22,4 +22,19 @@ std::optional<std::vector<int>> parse_NumberList(std::string_view text, int firs
   return numbers;
 }
 
+std::string formatNumberList(std::span<const int> numbers) {
+  constexpr std::size_t shortest_run = 3;
+  std::string text;
+  for (std::size_t from = 0; from < numbers.size();) {
+    std::size_t end = from + 1;
+    while (end < numbers.size() && numbers[end] == numbers[end - 1] + 1) ++end;
+    if (end - from < shortest_run) end = from + 1;
+    if (!text.empty()) text += ',';
+    text += std::to_string(numbers[from]);
+    if (end - from >= shortest_run) text += '-' + std::to_string(numbers[end - 1]);
+    from = end;
+  }
+  return text;
+}
+
 }  // namespace lotmere

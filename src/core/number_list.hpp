@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,5 +13,8 @@ namespace lotmere {
 // lie in first to last and may stand once. The answer is ascending. Nothing for a text that breaks a rule,
 // the empty text included.
 [[nodiscard]] std::optional<std::vector<int>> parse_NumberList(std::string_view text, int first, int last);
+
+// Ascending numbers as parse_NumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for none.
+[[nodiscard]] std::string formatNumberList(std::span<const int> numbers);
 
 }  // namespace lotmere

@@ -3,41 +3,38 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
-#include "core/desk.hpp"
-#include "core/periods.hpp"
+#include "conditions/condition_set.hpp"
+#include "core/course.hpp"
+#include "core/draw_table.hpp"
 #include "core/text.hpp"
-#include "pipeline/run.hpp"
+#include "pipeline/plan.hpp"
+#include "reduction/cover.hpp"
 #include "tickets/init.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kBlock = 4096;
-constexpr std::size_t kGatherBlock = 128 * kBlock;  // some milliseconds
+constexpr std::size_t kBlock = 8192;
 
-// Nobody sits here: what the passes say is lost, and a count that is dropped stops as a run does.
-class SilentDesk final : public Desk {
+// A count is dropped where a run is stopped.
+class DroppableCourse final : public Course {
  public:
-  explicit SilentDesk(const LiveCount::Dropped& dropped) : dropped_(dropped) {}
+  explicit DroppableCourse(const LiveCount::Dropped& dropped) : dropped_(dropped) {}
 
-  void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
-  bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return false; }
-  std::size_t choose(std::string_view /*text*/, std::span<const std::string_view> /*buttons*/,
-                     std::size_t cancel, std::string_view /*title*/) override {
-    return cancel;
+  void begin(std::int64_t /*total*/, Stop /*stop*/) override {}
+  bool advance(std::int64_t /*done*/) override {
+    stop_ = stop_ || (dropped_ && dropped_());
+    return stop_;
   }
-  std::optional<std::string> ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
-                                      std::string_view /*proposed*/) override {
-    return std::nullopt;
-  }
-  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
-  void serve() override {
-    if (dropped_ && !stop_Requested() && dropped_()) request_Stop();
-  }
+  void end() override {}
+  [[nodiscard]] bool stopRequested() const override { return stop_; }
 
  private:
   const LiveCount::Dropped& dropped_;
+  bool stop_ = false;
 };
 
 }  // namespace
@@ -63,6 +60,7 @@ bool LiveCount::hold_Table(const Dropped& dropped) {
   tickets->stored = {};  // nothing is written back
   if (tickets->size() == 0) return true;
   tickets_ = std::move(*tickets);
+  gather_Groups();
   held_ = Held::table;
   return true;
 }
@@ -74,47 +72,70 @@ void LiveCount::hold_Selection(const NumberSelection& selection) {
     for (const int blue : blues) tickets_.add(pack_Balls(six, blue));
     return true;
   });
+  gather_Groups();
   selection_ = selection;
   held_ = Held::selection;
 }
 
-bool LiveCount::copy_Tickets(const Dropped& dropped) {
-  left_.period = tickets_.period;
-  const auto copy = [&](auto column) {
-    left_.*column = tickets_.*column;
-    return !dropped || !dropped();
-  };
-  return copy(&TicketSet::balls) && copy(&TicketSet::origin) && copy(&TicketSet::seq) &&
-         copy(&TicketSet::mark) && copy(&TicketSet::shrink) && copy(&TicketSet::score);
-}
-
-bool LiveCount::gather_Groups(const Dropped& dropped) {
-  groups_.truncate(0);
-  groups_.period = left_.period;
-  group_rows_.clear();
+void LiveCount::gather_Groups() {
+  sixes_.clear();
+  first_row_.clear();
   Balls six = ~Balls{0};
-  for (std::size_t row = 0; row < left_.size(); ++row) {
-    if (row % kGatherBlock == kGatherBlock - 1 && dropped && dropped()) return false;
-    if ((left_.balls[row] & kRedBytes) == six) continue;
-    six = left_.balls[row] & kRedBytes;
-    groups_.add(six);
-    groups_.mark.back() = left_.mark[row];
-    group_rows_.push_back(row);
+  for (std::size_t row = 0; row < tickets_.size(); ++row) {
+    if ((tickets_.balls[row] & kRedBytes) == six) continue;
+    six = tickets_.balls[row] & kRedBytes;
+    sixes_.push_back(six);
+    first_row_.push_back(static_cast<std::uint32_t>(row));
   }
-  group_rows_.push_back(left_.size());
-  return true;
+  first_row_.push_back(static_cast<std::uint32_t>(tickets_.size()));
 }
 
-void LiveCount::keep_Groups() {
-  std::size_t kept = 0;
-  for (const std::uint32_t group : groups_.origin)
-    for (std::size_t row = group_rows_[group]; row < group_rows_[group + 1]; ++row)
-      left_.move_Row(row, kept++);
-  left_.truncate(kept);
+// Which tickets the steps leave doesn't depend on their order, so the sixes go through those that look at the reds
+// alone, block by block, and the tickets of what is left through the places and the cover.
+std::optional<std::int64_t> LiveCount::countLeft(const FilterPlan& plan, Course& course) const {
+  const FilterRules& rules = plan.rules();
+  const auto steps = filterSteps();
+  std::size_t places = steps.size();
+  std::vector<std::size_t> by_reds;
+  for (std::size_t step = 0; step < steps.size(); ++step) {
+    if (!plan.runs(step)) continue;
+    if (steps[step].kind == StepKind::places)
+      places = step;
+    else
+      by_reds.push_back(step);
+  }
+  std::optional<Cover> cover;
+  if (rules.shrink_type < kLargestShrink) cover.emplace(rules.shrink_type);
+
+  CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
+  std::int64_t left = 0;
+  std::vector<std::uint32_t> groups;
+  for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
+    groups.resize(std::min(kBlock, sixes_.size() - begin));
+    std::iota(groups.begin(), groups.end(), static_cast<std::uint32_t>(begin));
+    for (const std::size_t step : by_reds)
+      plan.withTest(step, [&](auto test) {
+        std::erase_if(groups, [&](std::uint32_t group) { return !test(sixes_[group]); });
+      });
+    std::size_t looked_at = 0;
+    for (const std::uint32_t group : groups) {
+      for (std::size_t row = first_row_[group]; row < first_row_[group + 1]; ++row) {
+        if (places < steps.size() && rules.places.countWrong(tickets_.balls[row]) > rules.places.tolerance)
+          continue;
+        if (!cover || cover->take(tickets_.balls[row])) ++left;
+        if (++looked_at % kBlock == 0 && leg.advance(first_row_[group])) return std::nullopt;
+      }
+    }
+    if (leg.advance(first_row_[std::min(begin + kBlock, sixes_.size())])) return std::nullopt;
+  }
+  return left;
 }
 
 std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dropped& dropped) {
+  DroppableCourse course(dropped);
   if (held_ == Held::nothing && !hold_Table(dropped)) return std::nullopt;
+  const ConditionSet set = loadConditionSet(store_);
+  const DrawTable draws = loadDrawTable(store_);
   Result result;
   if (held_ != Held::table) {
     const NumberSelection selection = load_Selection(store_);
@@ -128,25 +149,9 @@ std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dr
   }
   result.period = tickets_.period;
   result.tickets = static_cast<std::int64_t>(tickets_.size());
-
-  SilentDesk desk(dropped);
-  if (!copy_Tickets(dropped)) return std::nullopt;
-  PipelineRun rows{store_, desk, left_, left_.period};
-  PipelineRun groups{store_, desk, groups_, left_.period};
-  const CombinationTurns turns = load_Combinations(store_, periodsBack(store_, left_.period, 1));
-  const auto run_Kinds = [&](PipelineRun& run, auto&& wanted) {
-    for (const PassStep& step : pass_Order())
-      if (wanted(step.kind) && !desk.stop_Requested()) run_Step(run, step, turns);
-  };
-  // Which tickets the passes leave doesn't depend on their order, but for a mark above 0 behind the first
-  // that ran, which the combinations count down from. So those that look at the blue can go first and last.
-  run_Kinds(rows, [](PassKind kind) { return kind == PassKind::positions; });
-  if (!gather_Groups(dropped)) return std::nullopt;
-  run_Kinds(groups, [](PassKind kind) { return kind != PassKind::positions && kind != PassKind::reduction; });
-  keep_Groups();
-  run_Kinds(rows, [](PassKind kind) { return kind == PassKind::reduction; });
-  if (desk.stop_Requested()) return std::nullopt;
-  result.survivors = static_cast<std::int64_t>(left_.size());
+  const auto left = countLeft(FilterPlan(compileRules(set), draws, tickets_.period), course);
+  if (!left) return std::nullopt;
+  result.survivors = *left;
   return result;
 }
 

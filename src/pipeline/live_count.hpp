@@ -8,8 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/course.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
+#include "pipeline/plan.hpp"
 #include "tickets/selection.hpp"
 #include "tickets/ticket_set.hpp"
 
@@ -55,23 +57,16 @@ class LiveCount {
   bool hold_Table(const Dropped& dropped);
   void hold_Selection(const NumberSelection& selection);
 
-  // Fills left_ with the tickets that are held. This and the next are false when the count was dropped on the
-  // way.
-  bool copy_Tickets(const Dropped& dropped);
-  // The same six with several blues stand together: the passes that look at the reds alone walk over one
-  // ticket for each such group, the group's first.
-  bool gather_Groups(const Dropped& dropped);
-  // Takes the rows of the groups that are gone out of left_.
-  void keep_Groups();
+  // The same six with several blues stand together: steps that look at the reds alone judge each such group once.
+  void gather_Groups();
+  [[nodiscard]] std::optional<std::int64_t> countLeft(const FilterPlan& plan, Course& course) const;
 
   Store& store_;
   Held held_ = Held::nothing;
   TicketSet tickets_;
-  NumberSelection selection_;  // that tickets_ were made of
-  // Of the count under way; they keep their room from count to count.
-  TicketSet left_;
-  TicketSet groups_;
-  std::vector<std::size_t> group_rows_;  // where the rows of each group start in left_, and the end
+  NumberSelection selection_;             // that tickets_ were made of
+  std::vector<Balls> sixes_;              // the reds of each group,
+  std::vector<std::uint32_t> first_row_;  // where its tickets start, and the end
 };
 
 // The line at the foot of the condition page; and what stands there while a count takes its time.

@@ -11,34 +11,19 @@ namespace {
 
 constexpr int kToleratedHits = 2;
 
-// How a ticket's sums are made, in the order of the cells; the columns of load_SummedDraws follow it.
-constexpr std::array<NumberValue, kSumFamilies> kSums = {
+// How a ticket's sums are made, in the order of the cells; those that a draw keeps follow it.
+constexpr std::array<NumberValue, kKeptSums> kSums = {
     NumberValue::tail, NumberValue::digit_root, NumberValue::big,   NumberValue::small,
     NumberValue::odd,  NumberValue::even,       NumberValue::number};
 
 }  // namespace
 
-std::vector<SummedDraw> load_SummedDraws(Store& store, PeriodNo period, int count) {
-  Query rows = store.query(
-      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","尾数和值","合数和值","大数和值","小数和值",
-         "奇数和值","偶数和值","和值" FROM "历史记录" WHERE "期号"<? ORDER BY "期号" DESC LIMIT ?)");
-  rows.bind(period, count);
-  std::vector<SummedDraw> draws;
-  while (rows.next()) {
-    SummedDraw& draw = draws.emplace_back();
-    draw.period = rows.number(0);
-    draw.reds = read_Reds(rows, 1);
-    for (int k = 0; k < kSumFamilies; ++k) draw.sums[k] = rows.number(1 + kRedsPerTicket + k);
-  }
-  return draws;
-}
-
-SumFamilies::SumFamilies(const ValueArray& cells, std::span<const SummedDraw> before) {
+SumFamilies::SumFamilies(const ValueArray& cells, std::span<const PastDraw> before) {
   for (std::size_t k = 0; k < kSums.size(); ++k) {
     if (cells[k] <= 0) continue;
     Active& family = families_.emplace_back(Active{&number_Table(kSums[k])});
-    if (!before.empty()) family.sums[0] = sum_Of(*family.table, before[0].reds);
-    if (before.size() > 1) family.sums[1] = before[1].sums[k];
+    if (!before.empty()) family.sums[0] = sum_Of(*family.table, before.back().numbers.reds);
+    if (before.size() > 1) family.sums[1] = before[before.size() - 2].sums[k];
   }
 }
 
@@ -49,16 +34,6 @@ bool SumFamilies::keeps(const Reds& reds) const {
     hits += sum == family.sums[0] || sum == family.sums[1];
   }
   return hits <= kToleratedHits;
-}
-
-std::vector<Balls> load_DrawnReds(Store& store, PeriodNo first, PeriodNo last) {
-  Query rows = store.query(
-      R"(SELECT "红球1","红球2","红球3","红球4","红球5","红球6" FROM "历史记录" WHERE "期号">=? AND "期号"<=?
-         ORDER BY "期号" ASC)");
-  rows.bind(first, last);
-  std::vector<Balls> draws;
-  while (rows.next()) draws.push_back(pack_Balls(read_Reds(rows, 0), 0));
-  return draws;
 }
 
 DrawMatch::DrawMatch(int match)

@@ -7,29 +7,20 @@
 #include <vector>
 
 #include "conditions/condition_store.hpp"
+#include "core/draw_table.hpp"
 #include "core/game.hpp"
-#include "core/store.hpp"
+#include "core/metrics.hpp"
 #include "reduction/subsets.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
 
-inline constexpr int kSumFamilies = 7;
-// A draw with the seven sums that its row holds, in the order of the cells of 前2期和值相同组.
-struct SummedDraw {
-  PeriodNo period = 0;
-  Reds reds{};  // a number outside the game is held as 0
-  std::array<int, kSumFamilies> sums{};
-};
-// The newest `count` draws before a period, newest first.
-[[nodiscard]] std::vector<SummedDraw> load_SummedDraws(Store& store, PeriodNo period, int count);
-
 // 前2期和值相同组: how many sums six reds have in common with the two draws before, among the families switched on.
 class SumFamilies {
  public:
-  // The first two of `before` count, newest first. Those of the newest draw are worked out from its reds, as a
-  // run stores them before it looks; those of the second are the stored ones.
-  SumFamilies(const ValueArray& cells, std::span<const SummedDraw> before);
+  // `before` are the draws before the period, ascending; the newest two count. The sums of the newest are worked out
+  // from its reds, as a run stores them before it looks; those of the one before are the kept ones.
+  SumFamilies(const ValueArray& cells, std::span<const PastDraw> before);
 
   // Whether six reds stay: at most two families agree, each with either draw.
   [[nodiscard]] bool keeps(const Reds& reds) const;
@@ -41,9 +32,6 @@ class SumFamilies {
   };
   std::vector<Active> families_;
 };
-
-// The reds of the draws of a range, ascending by period.
-[[nodiscard]] std::vector<Balls> load_DrawnReds(Store& store, PeriodNo first, PeriodNo last);
 
 // Whether a ticket shares at least `match` reds with any of the draws. Once all subsets of that size of every
 // draw are marked, a ticket of six different reds needs a look at its own at most twenty subsets.

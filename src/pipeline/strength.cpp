@@ -3,13 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <limits>
 #include <span>
 #include <vector>
 
-#include "conditions/condition_store.hpp"
-#include "conditions/own_sets.hpp"
-#include "core/periods.hpp"
 #include "core/text.hpp"
 #include "pipeline/metric.hpp"
 #include "pipeline/past_draws.hpp"
@@ -30,62 +26,57 @@ std::int64_t count_Sixes(Keeps&& keeps) {
   return kept;
 }
 
-// Counts the newest `last` of `draws`, newest first, that a rule keeps; it gets a draw and those before it.
-template <class Draw, class Keeps>
-Strength count_Draws(const std::vector<Draw>& draws, int last, Keeps&& keeps) {
+// Counts the newest `last` of the draws before a period that a rule keeps; it gets a draw and those before it, ascending.
+template <class Keeps>
+Strength countDraws(std::span<const PastDraw> before, int last, Keeps&& keeps) {
   Strength strength;
-  strength.draws = static_cast<int>(std::min(draws.size(), static_cast<std::size_t>(last)));
-  const std::span all(draws);
-  for (std::size_t i = 0; i < static_cast<std::size_t>(strength.draws); ++i)
-    strength.passed += keeps(all[i], all.subspan(i + 1));
+  strength.draws = static_cast<int>(std::min(before.size(), static_cast<std::size_t>(last)));
+  for (std::size_t place = before.size() - strength.draws; place < before.size(); ++place)
+    strength.passed += keeps(before[place], before.first(place));
   return strength;
 }
 
-std::optional<Strength> figure_Strength(Store& store, const Condition& condition, PeriodNo next_period,
-                                        int last) {
-  const auto draws = drawsBefore(store, next_period, last + kDrawsLookedBack);
-  const auto metric = prepare_Metric(store, condition, std::span(draws));
+using Draws = std::span<const PastDraw>;
+
+std::optional<Strength> figureStrength(const ConditionSet& set, Draws before, const Condition& condition,
+                                       int last) {
+  const auto metric = prepareMetric(set, condition, before);
   if (!metric) return std::nullopt;
-  const Verdicts verdicts = load_Verdicts(store, condition);
-  const bool relative = looks_Back(condition);
-  using Before = std::span<const StoredDraw>;
-  Strength strength = count_Draws(draws, last, [&](const StoredDraw& draw, Before before) {
+  const FigureTest test{*metric, verdictsOf(set, condition)};
+  const bool relative = looksBack(condition);
+  Strength strength = countDraws(before, last, [&](const PastDraw& draw, Draws earlier) {
     const Reds& reds = draw.numbers.reds;
-    return allows(verdicts,
-                  metric_Value(relative ? *prepare_Metric(store, condition, before) : *metric, reds));
+    return relative ? allows(test.verdicts, metricValue(*prepareMetric(set, condition, earlier), reds))
+                    : test.passes(reds);
   });
-  strength.sixes = with_Figure(*metric, [&](auto figure) {
-    return count_Sixes([&](const Reds& six) { return allows(verdicts, figure(*metric, six)); });
+  strength.sixes = withFigure(*metric, [&](auto figure) {
+    return count_Sixes([&](const Reds& six) { return allows(test.verdicts, figure(*metric, six)); });
   });
   return strength;
 }
 
-Strength turn_Strength(Store& store, const Condition& condition, PeriodNo next_period, int last) {
+Strength turnStrength(const ConditionSet& set, Draws before, const Condition& condition, int last) {
   const Family& family = *condition.family;
-  const GroupTable groups = load_GroupTable(store, family, family.draw_groups);
-  const auto draws = drawsBefore(store, next_period, last + 1);
-  using Before = std::span<const StoredDraw>;
-  Strength strength = count_Draws(draws, last, [&](const StoredDraw& draw, Before before) {
-    return before.empty() ||
-           count_Groups(groups, draw.numbers.reds) != count_Groups(groups, before.front().numbers.reds);
+  const GroupTable groups = groupTable(set, family, family.draw_groups);
+  Strength strength = countDraws(before, last, [&](const PastDraw& draw, Draws earlier) {
+    return earlier.empty() ||
+           count_Groups(groups, draw.numbers.reds) != count_Groups(groups, earlier.back().numbers.reds);
   });
-  if (draws.empty()) {
+  if (before.empty()) {
     strength.sixes = kAllRedSixes;
     return strength;
   }
-  const GroupCounts reference = count_Groups(groups, draws.front().numbers.reds);
+  const GroupCounts reference = count_Groups(groups, before.back().numbers.reds);
   strength.sixes = count_Sixes([&](const Reds& six) { return count_Groups(groups, six) != reference; });
   return strength;
 }
 
-Strength sum_Strength(Store& store, const Condition& condition, PeriodNo next_period, int last) {
-  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
-  const auto draws = load_SummedDraws(store, next_period, last + 2);
-  using Before = std::span<const SummedDraw>;
-  Strength strength = count_Draws(draws, last, [&](const SummedDraw& draw, Before before) {
-    return SumFamilies(cells, before).keeps(draw.reds);
+Strength sumStrength(const ConditionSet& set, Draws before, const Condition& condition, int last) {
+  const ValueArray cells = set.cellRange(condition.first, condition.last);
+  Strength strength = countDraws(before, last, [&](const PastDraw& draw, Draws earlier) {
+    return SumFamilies(cells, earlier).keeps(draw.numbers.reds);
   });
-  const SumFamilies families(cells, draws);
+  const SumFamilies families(cells, before);
   strength.sixes = count_Sixes([&](const Reds& six) { return families.keeps(six); });
   return strength;
 }
@@ -102,30 +93,30 @@ std::string share_Text(const Strength& strength) {
 
 }  // namespace
 
-std::optional<Strength> condition_Strength(Store& store, const Condition& condition, PeriodNo next_period,
-                                           int last) {
+std::optional<Strength> conditionStrength(const ConditionSet& set, const DrawTable& draws,
+                                          const Condition& condition, PeriodNo next_period, int last) {
+  const Draws before = draws.before(next_period);
   switch (condition.kind) {
     case CellKind::combination:
-      return turn_Strength(store, condition, next_period, last);
+      return turnStrength(set, before, condition, last);
     case CellKind::sum_family:
-      return sum_Strength(store, condition, next_period, last);
+      return sumStrength(set, before, condition, last);
     default:
-      return figure_Strength(store, condition, next_period, last);
+      return figureStrength(set, before, condition, last);
   }
 }
 
-Strength match_Strength(Store& store, PeriodNo next_period, int last) {
-  const HistoryMatch settings = load_HistoryMatch(store);
-  const auto draws = drawsBefore(store, next_period, std::numeric_limits<int>::max());
-  const std::size_t judged = std::min(draws.size(), static_cast<std::size_t>(last));
-  Strength strength{0, 0, static_cast<int>(judged)};
-  DrawMatch match(settings.match);
+Strength matchStrength(const ConditionSet& set, const DrawTable& draws, PeriodNo next_period, int last) {
+  const Draws before = draws.before(next_period);
+  Strength strength;
+  strength.draws = static_cast<int>(std::min(before.size(), static_cast<std::size_t>(last)));
+  DrawMatch match(set.match.match);
   // From the oldest on, so that each meets the draws of the range that stand before it.
-  for (std::size_t left = draws.size(); left > 0; --left) {
-    const StoredDraw& draw = draws[left - 1];
+  for (std::size_t place = 0; place < before.size(); ++place) {
+    const PastDraw& draw = before[place];
     const Balls reds = pack_Balls(draw.numbers.reds, 0);
-    if (left <= judged && !match.matches(reds)) ++strength.passed;
-    if (draw.period >= settings.first && draw.period <= settings.last) match.add(reds);
+    if (place + strength.draws >= before.size() && !match.matches(reds)) ++strength.passed;
+    if (draw.period >= set.match.first && draw.period <= set.match.last) match.add(reds);
   }
   strength.sixes = count_Sixes([&](const Reds& six) { return !match.matches(pack_Balls(six, 0)); });
   return strength;

@@ -6,8 +6,9 @@
 #include <string>
 
 #include "conditions/catalogue.hpp"
+#include "conditions/condition_set.hpp"
+#include "core/draw_table.hpp"
 #include "core/game.hpp"
-#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -29,11 +30,13 @@ inline constexpr int kStrengthDraws = 100;
 // A turn of 组合（具体） lets through what doesn't fall into the groups of the draw before; the filter tolerates two
 // such turns, of which this tells nothing. Nothing for the places of 号码定位, which are weighed together and look at
 // the blue as well, and for 智能优化, which lets every ticket through.
-[[nodiscard]] std::optional<Strength> condition_Strength(Store& store, const Condition& condition,
-                                                         PeriodNo next_period, int last);
+[[nodiscard]] std::optional<Strength> conditionStrength(const ConditionSet& set, const DrawTable& draws,
+                                                        const Condition& condition, PeriodNo next_period,
+                                                        int last);
 
 // The same for 历史数据过滤, which stands outside the catalogue.
-[[nodiscard]] Strength match_Strength(Store& store, PeriodNo next_period, int last);
+[[nodiscard]] Strength matchStrength(const ConditionSet& set, const DrawTable& draws, PeriodNo next_period,
+                                     int last);
 
 [[nodiscard]] inline double share_Percent(const Strength& strength) {
   return 100.0 * static_cast<double>(strength.sixes) / static_cast<double>(kAllRedSixes);

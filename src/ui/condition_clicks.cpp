@@ -22,7 +22,8 @@ QString ConditionClicks::tip_Text(const Condition& condition, const QString& lin
   if (!line.isEmpty()) lines.append(line);
   run_Guarded(session_.desk, [&] {
     const auto strength =
-        condition_Strength(session_.store, condition, session_.next_Period(), kStrengthDraws);
+        conditionStrength(loadConditionSet(session_.store), loadDrawTable(session_.store), condition,
+                          session_.next_Period(), kStrengthDraws);
     if (strength) lines.append(shown(strength_Text(*strength)));
   });
   return lines.join(QLatin1Char('\n'));

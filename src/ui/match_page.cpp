@@ -53,7 +53,8 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   used_->set_TipText([this] {
     QString text;
     run_Guarded(session_.desk, [&] {
-      text = shown(strength_Text(match_Strength(session_.store, session_.next_Period(), kStrengthDraws)));
+      text = shown(strength_Text(matchStrength(loadConditionSet(session_.store), loadDrawTable(session_.store),
+                                              session_.next_Period(), kStrengthDraws)));
     });
     return text;
   });

@@ -40,8 +40,10 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
   NumberSelection all;
   std::fill(all.red.begin() + 1, all.red.end(), PickState::tuo);
   int counted = 0;
+  const ConditionSet set = loadConditionSet(home.store());
+  const DrawTable draws = loadDrawTable(home.store());
   for (const Condition& condition : all_Conditions(home.store())) {
-    auto metric = prepare_Metric(home.store(), condition, 2026001);
+    auto metric = prepareMetric(set, condition, draws.before(2026001));
     if (!metric) continue;
     // Three draws hold fifteen different numbers on average; five and ten draws heat the numbers as chance
     // does.
@@ -52,7 +54,7 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
     if (const bool own = condition.usage > 400 || (condition.usage >= 20 && condition.usage <= 29); !own) {
       std::vector<std::int64_t> sixes(200);
       expand_Selection(all, [&](const Reds& six, const std::vector<int>&) {
-        const int value = metric_Value(*metric, six);
+        const int value = metricValue(*metric, six);
         if (value >= 0) ++sixes[value];
         return true;
       });

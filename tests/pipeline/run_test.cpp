@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "core/text.hpp"
-#include "pipeline/filter_pass.hpp"
 #include "pipeline/random_store.hpp"
+#include "pipeline/thin.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere {
@@ -199,35 +199,87 @@ TEST_F(Run, TheDrawBeforeThePeriodIsComputedAnewWithoutTicketsToo) {
   EXPECT_EQ(store_.value(R"(SELECT count("和值") FROM "历史记录")"), 1);
 }
 
-using Walk = test::StoreTest;
+// Stops at the n-th look.
+class StoppingCourse final : public Course {
+ public:
+  explicit StoppingCourse(int looks) : looks_(looks) {}
+  void begin(std::int64_t /*total*/, Stop /*stop*/) override {}
+  bool advance(std::int64_t /*done*/) override { return --looks_ <= 0; }
+  void end() override {}
+  [[nodiscard]] bool stopRequested() const override { return looks_ <= 0; }
 
-// A stop between two blocks: what was judged is settled, what wasn't reached stands as it was, in its old
-// order.
-TEST_F(Walk, AStopBetweenBlocksLeavesTheRestAsItStood) {
+ private:
+  int looks_;
+};
+
+class Thin : public test::StoreTest {
+ protected:
+  // 总和值 lets sums above 31 through; the set's sums are 21 to 53.
+  FilterPlan plan() {
+    ConditionSet set = loadConditionSet(store_);
+    for (const auto& [usage, on] : std::vector(set.switches.rows())) set.switches.set(usage, usage == 1);
+    for (int sum = 0; sum <= 170; ++sum) set.cells.set(1000 + sum, sum > 31);
+    return {compileRules(set), {}, kPeriod};
+  }
+  static TicketSet tickets(std::size_t count) {
+    TicketSet tickets;
+    for (std::size_t row = 0; row < count; ++row)
+      tickets.add(pack_Balls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
+    return tickets;
+  }
+  StepWatcher nobody_;
+};
+
+// A stop between two blocks: what was judged is settled, what wasn't reached stands behind it, in its old order.
+TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
   constexpr std::size_t rows = 20'000;
-  TicketSet tickets;
-  for (std::size_t row = 0; row < rows; ++row)
-    tickets.add(pack_Balls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
-  for (std::size_t row = 0; row < rows; ++row) tickets.mark[row] = static_cast<std::int8_t>(row % 5);
-  desk_.on_serve = [&] { desk_.request_Stop(); };
-  PipelineRun run{store_, desk_, tickets, kPeriod};
-  const auto kept =
-      walk_Tickets(run, lines_Of("[x]"), judge_ByReds([](Balls balls) { return reds_Of(balls)[0] > 11; }));
-
-  const auto passed = static_cast<std::size_t>(kept);
-  const std::size_t left = tickets.size() - passed;
-  ASSERT_GT(passed, 0U);
-  ASSERT_GT(left, 0U);
-  EXPECT_NEAR(static_cast<double>(passed) / static_cast<double>(rows - left), 2.0 / 3, 0.01);
-  for (std::size_t row = 0; row < tickets.size(); ++row) {
-    const bool judged = row < passed;
-    ASSERT_EQ(tickets.mark[row], judged ? 1 : tickets.origin[row] % 5) << row;
-    ASSERT_EQ(tickets.seq[row], judged ? row + 1 : tickets.origin[row] + 1U) << row;
-    if (!judged) {
-      ASSERT_EQ(tickets.origin[row], rows - (tickets.size() - row)) << row;
+  TicketSet left = tickets(rows);
+  StoppingCourse course(2);
+  const Funnel funnel = thin(plan(), left, course, nobody_);
+  EXPECT_TRUE(funnel.stopped);
+  EXPECT_EQ(funnel.steps.front().state, StepResult::State::cut_short);
+  const std::size_t unreached = rows - 2 * 8192;
+  ASSERT_GT(left.size(), unreached);
+  const std::size_t passed = left.size() - unreached;
+  EXPECT_EQ(funnel.steps.back().before, static_cast<std::int64_t>(left.size()));
+  for (std::size_t row = 0; row < left.size(); ++row) {
+    ASSERT_EQ(left.mark[row], 1) << "the closing marks all";
+    ASSERT_EQ(left.seq[row], static_cast<std::int32_t>(row) + 1);
+    if (row < passed) {
+      ASSERT_GT(reds_Of(left.balls[row])[0], 11);
+    } else {
+      ASSERT_EQ(left.origin[row], rows - (left.size() - row)) << row;
     }
   }
-  EXPECT_TRUE(desk_.running_Text().text().ends_with("[x]过滤正在进行中．．．"));
+}
+
+// Two threads leave what one leaves, whole or stopped.
+TEST_F(Thin, ThreadsLeaveTheSame) {
+  const std::size_t rows = 600'000;
+  TicketSet by_one = tickets(rows), by_three = by_one, stopped = by_one;
+  FreeCourse course;
+  const Funnel one = thin(plan(), by_one, course, nobody_);
+  const Funnel three = thin(plan(), by_three, course, nobody_, 3);
+  EXPECT_EQ(by_one.balls, by_three.balls);
+  EXPECT_EQ(by_one.origin, by_three.origin);
+  EXPECT_EQ(by_one.seq, by_three.seq);
+  EXPECT_EQ(by_one.mark, by_three.mark);
+  EXPECT_EQ(one.steps.front().after, three.steps.front().after);
+  EXPECT_EQ(one.steps.front().after, static_cast<std::int64_t>(by_one.size()));
+
+  StoppingCourse stop(5);
+  EXPECT_TRUE(thin(plan(), stopped, stop, nobody_, 3).stopped);
+  std::vector<bool> stands(rows);
+  std::size_t failing = 0;
+  for (std::size_t row = 0; row < stopped.size(); ++row) {
+    ASSERT_FALSE(stands[stopped.origin[row]]) << "a ticket stands twice";
+    stands[stopped.origin[row]] = true;
+    failing += reds_Of(stopped.balls[row])[0] <= 11;
+    ASSERT_EQ(stopped.seq[row], static_cast<std::int32_t>(row) + 1);
+  }
+  EXPECT_GT(failing, 0U) << "not reached";
+  for (std::size_t row = 0; row < rows; ++row)
+    ASSERT_TRUE(stands[row] || row % 33 < 11) << "a ticket that passes is gone";
 }
 
 }  // namespace

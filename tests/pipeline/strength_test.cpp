@@ -3,13 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "core/periods.hpp"
 #include "history/draw_stats.hpp"
-#include "pipeline/history_relative.hpp"
 #include "pipeline/random_store.hpp"
-#include "pipeline/run.hpp"
+#include "pipeline/thin.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
 
@@ -33,28 +34,26 @@ TicketSet all_Sixes() {
 
 class StrengthTest : public test::StoreTest {
  protected:
-  // How many of a set the pass of a condition keeps; the others are switched off.
-  std::int64_t pass(TicketSet tickets, UsageId usage) {
-    PipelineRun run{store_, desk_, tickets, tickets.period};
-    if (usage == 0) {
-      filter_LiShi(run);
-    } else if (usage >= usage_OfTurn(0) && usage < usage_OfTurn(kTurnCount)) {
-      filter_ZuHeJuTi(run, load_Combinations(store_, periodsBack(store_, tickets.period, 1)),
-                      usage - usage_OfTurn(0));
-      return std::count(tickets.mark.begin(), tickets.mark.end(), 0);
-    } else {
-      run_Passes(run, {});
-    }
+  // How many of a set the step of a condition keeps, all others being switched off.
+  std::int64_t pass(TicketSet tickets) {
+    const FilterPlan plan(compileRules(loadConditionSet(store_)), loadDrawTable(store_), tickets.period);
+    // A turn by itself, without the filter's tolerance.
+    if (!plan.turns().empty())
+      return std::ranges::count_if(tickets.balls,
+                                   [&](Balls balls) { return !plan.turns().front().hits(reds_Of(balls)); });
+    FreeCourse course;
+    StepWatcher nobody;
+    thin(plan, tickets, course, nobody);
     return static_cast<std::int64_t>(tickets.size());
   }
 
-  Strength model(UsageId usage, int last) {
-    Strength strength{pass(sixes_, usage)};
+  Strength model(int last) {
+    Strength strength{pass(sixes_)};
     for (const StoredDraw& draw : drawsBefore(store_, kPeriod, last)) {
       TicketSet ticket;
       ticket.period = draw.period;
       ticket.add(pack_Balls(draw.numbers.reds, draw.numbers.blue));
-      strength.passed += static_cast<int>(pass(ticket, usage));
+      strength.passed += static_cast<int>(pass(ticket));
       ++strength.draws;
     }
     return strength;
@@ -78,22 +77,25 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, condition " << usage);
       const Condition condition = find_Condition(store_, std::to_string(usage)).value();
-      const auto strength = condition_Strength(store_, condition, kPeriod, last);
+      const auto strength =
+          conditionStrength(loadConditionSet(store_), loadDrawTable(store_), condition, kPeriod, last);
       set_Usage(store_, usage, true);
-      EXPECT_EQ(strength, model(usage, last));
+      EXPECT_EQ(strength, model(last));
       set_Usage(store_, usage, false);
       partly += strength && strength->passed > 0 && strength->passed < strength->draws;
     }
     for (const int match : {0, 1, 3, 6, 7}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, match " << match);
       save_HistoryMatch(store_, {true, 2025099, 2026045, match});
-      EXPECT_EQ(match_Strength(store_, kPeriod, last), model(0, last));
+      EXPECT_EQ(matchStrength(loadConditionSet(store_), loadDrawTable(store_), kPeriod, last), model(last));
     }
     save_HistoryMatch(store_, {});
   }
   EXPECT_GT(partly, 10) << "the draws must have something to tell";
   for (const UsageId usage : {30, 36, 300})
-    EXPECT_EQ(condition_Strength(store_, condition_OfUsage(usage), kPeriod, 100), std::nullopt) << usage;
+    EXPECT_EQ(conditionStrength(loadConditionSet(store_), {}, condition_OfUsage(usage), kPeriod, 100),
+              std::nullopt)
+        << usage;
 }
 
 // The oldest draw that is judged has its own draws before it too.
@@ -107,8 +109,9 @@ TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
   calc_DrawStats(store_, desk_, 2026043, 2026043);
   for (const auto& [usage, last] : {std::pair{104, 1}, {266, 2}}) {
     set_Usage(store_, usage, true);
-    const auto strength = condition_Strength(store_, condition_OfUsage(usage), kPeriod, last);
-    EXPECT_TRUE(strength == model(usage, last) && strength->passed == 0) << usage;
+    const auto strength = conditionStrength(loadConditionSet(store_), loadDrawTable(store_),
+                                            condition_OfUsage(usage), kPeriod, last);
+    EXPECT_TRUE(strength == model(last) && strength->passed == 0) << usage;
     set_Usage(store_, usage, false);
   }
 }

@@ -1,0 +1,72 @@
+#include "pipeline/run_text.hpp"
+
+#include <fmt/format.h>
+
+#include "core/text.hpp"
+
+namespace lotmere {
+namespace {
+
+// The two heats warn even when no ticket is left.
+bool warnsAlways(const Condition& condition) { return std::holds_alternative<HeatOver>(condition.figure); }
+
+std::string placesName(const FilterPlan& plan) {
+  return fmt::format("[号码定位,容错值={}]", plan.rules().places.tolerance);
+}
+
+}  // namespace
+
+StepLines linesOf(const FilterPlan& plan, std::size_t step) {
+  const FilterStep& info = filterSteps()[step];
+  switch (info.kind) {
+    case StepKind::places:
+      return {info.name + "过滤正在进行中．．．", placesName(plan) + "过滤后余："};
+    case StepKind::match:
+      return {info.name + "过滤正进行中．．．", info.name + "过滤后余："};
+    default:
+      return {info.name + "过滤正在进行中．．．", info.name + "过滤后余："};
+  }
+}
+
+void RunText::stepBegins(std::size_t step, std::int64_t tickets) {
+  const FilterStep& info = filterSteps()[step];
+  if (info.kind == StepKind::combinations) return;
+  if (info.condition != nullptr && info.looks_back && (tickets > 0 || warnsAlways(*info.condition)))
+    warn(*info.condition);
+  base_ = desk_.running_Text().text();
+  if (tickets > 0 && plan_.runs(step)) desk_.running_Text().set_Line(base_, linesOf(plan_, step).start);
+}
+
+void RunText::stepEnds(std::size_t step, const StepResult& result) {
+  using enum StepResult::State;
+  const StepKind kind = filterSteps()[step].kind;
+  if (kind == StepKind::combinations) return tellTurns(result);
+  if (result.state == unable && kind == StepKind::places)
+    return desk_.running_Text().append_Line(placesName(plan_) + " <容错值太大无法过滤掉号码.>");
+  // 历史数据过滤 tells the tickets that stand even when it looked at none.
+  const bool always = kind == StepKind::match && result.state == unable;
+  if (always || (result.state == done && (result.before > 0 || kind == StepKind::match)))
+    tellResult(step, result.after);
+}
+
+void RunText::tellResult(std::size_t step, std::int64_t tickets) const {
+  desk_.running_Text().set_Line(base_, linesOf(plan_, step).result + to_QuanJiao(tickets) + " 注");
+}
+
+void RunText::tellTurns(const StepResult& result) const {
+  for (int turn = 0; turn < kTurnCount && !desk_.stop_Requested(); ++turn)
+    if (!plan_.rules().turns[turn])
+      desk_.running_Text().append_Line(
+          fmt::format("[{}（具体）] <未使用这个条件>", family_OfTurn(turn).draw_column));
+  desk_.running_Text().append_Line(fmt::format("[组合（具体）]过滤后余：{} 注", to_QuanJiao(result.after)));
+}
+
+void RunText::warn(const Condition& condition) const {
+  desk_.show_Tip(fmt::format("注意，本次过滤使用了[{0}]这个过滤条件,[{0}]的设置与历史开奖记录相关！{1}{1}"
+                             "在不同的期号中由于对应的历史记录不同,有可能得"
+                             "出不同的结果。这是正常情况。{1}{1}【注意，此次过滤结果仅适用于 {2} 期！！！】",
+                             condition.name, kLineBreak, to_QuanJiao(plan_.period())),
+                 condition.name);
+}
+
+}  // namespace lotmere

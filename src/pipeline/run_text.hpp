@@ -1,0 +1,37 @@
+// What a run says while it walks: the lines of the running text and the tips, step by step.
+#pragma once
+
+#include <string>
+
+#include "core/desk.hpp"
+#include "pipeline/thin.hpp"
+
+namespace lotmere {
+
+// The lines of a step in the running text: both stand on the same base, so that the second replaces the first.
+struct StepLines {
+  std::string start;   // "[连号]过滤正在进行中．．．"
+  std::string result;  // "[连号]过滤后余：", the count follows
+};
+[[nodiscard]] StepLines linesOf(const FilterPlan& plan, std::size_t step);
+
+// Writes them as the steps begin and end. A condition that judges against earlier draws warns with a tip first, which
+// waits for the user or ten seconds.
+class RunText final : public StepWatcher {
+ public:
+  RunText(Desk& desk, const FilterPlan& plan) : desk_(desk), plan_(plan) {}
+
+  void stepBegins(std::size_t step, std::int64_t tickets) override;
+  void stepEnds(std::size_t step, const StepResult& result) override;
+
+ private:
+  void warn(const Condition& condition) const;
+  void tellTurns(const StepResult& result) const;
+  void tellResult(std::size_t step, std::int64_t tickets) const;
+
+  Desk& desk_;
+  const FilterPlan& plan_;
+  std::string base_;  // the running text in front of the step under way
+};
+
+}  // namespace lotmere

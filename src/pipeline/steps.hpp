@@ -1,0 +1,41 @@
+// The steps of a run in their order, each once.
+#pragma once
+
+#include <bitset>
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "conditions/catalogue.hpp"
+#include "core/game.hpp"
+
+namespace lotmere {
+
+enum class StepKind {
+  figure,        // one condition whose cells stand for figures of the six reds
+  places,        // 号码定位, all places together
+  match,         // 历史数据过滤
+  combinations,  // 组合（具体）, all turns together
+  sums           // 前2期和值相同组
+};
+
+struct FilterStep {
+  StepKind kind = StepKind::figure;
+  const Condition* condition = nullptr;  // of a figure and of the sums
+  std::string name;                      // as its lines carry it, "[ 总和值 ]"
+  bool looks_back = false;               // judges against the draws before the period
+
+  // What the name says without brackets and blanks, "总和值".
+  [[nodiscard]] std::string plainName() const;
+};
+
+// First to last; the reduction comes behind them. Figures first that are cheap sums and counts, then shapes, then what
+// depends on other draws.
+[[nodiscard]] std::span<const FilterStep> filterSteps();
+// Where the step of 组合（具体） stands among them.
+[[nodiscard]] std::size_t combinationStep();
+
+// A bit a step, by its place in filterSteps().
+using StepBits = std::bitset<192>;
+
+}  // namespace lotmere

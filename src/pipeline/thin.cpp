@@ -1,0 +1,234 @@
+#include "pipeline/thin.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <numeric>
+
+namespace lotmere {
+namespace {
+
+constexpr std::size_t kBlock = 8192;            // some hundred microseconds of any step
+constexpr std::size_t kWorthAThread = 1 << 17;  // tickets; fewer are walked faster than a thread starts
+
+// A part of the set. The tickets that stand lie at its front; a cut-short step leaves them in two groups, those that
+// passed and, behind them, those not reached.
+struct Segment {
+  std::size_t begin = 0;
+  std::size_t end = 0;     // behind the tickets that stand
+  std::size_t passed = 0;  // of the step under way: how many passed,
+  std::size_t row = 0;     // and the first ticket not reached
+};
+
+// Keeps the tickets of a block that pass, moving them to `kept` and onward. `by_reds`: tickets with the same six reds
+// stand together and share the verdict of the first. `Move` moves what has to move.
+template <class Test, class Move>
+std::size_t keepPassing(const TicketSet& tickets, std::size_t first, std::size_t end, std::size_t kept,
+                        bool by_reds, const Test& test, Move move) {
+  Balls same = by_reds ? kRedBytes : ~Balls{0};
+  Balls judged = ~Balls{0};
+  bool stays = false;
+  for (std::size_t row = first; row < end; ++row) {
+    const Balls looked_at = tickets.balls[row] & same;
+    if (looked_at != judged) {
+      judged = looked_at;
+      stays = test(looked_at);
+    }
+    if (stays) move(row, kept++);
+  }
+  return kept;
+}
+
+// How far all segments are, for the one thread that tells the course.
+class SharedCourse {
+ public:
+  explicit SharedCourse(CourseLeg& leg) : leg_(leg) {}
+  void add(std::size_t rows) { done_ += rows; }
+  // Only the thread that owns the course asks it.
+  void tell() {
+    if (leg_.advance(static_cast<std::int64_t>(done_.load()))) stop_ = true;
+  }
+  [[nodiscard]] bool stopped() const { return stop_; }
+
+ private:
+  CourseLeg& leg_;
+  std::atomic<std::size_t> done_{0};
+  std::atomic<bool> stop_{false};
+};
+
+class Walk {
+ public:
+  Walk(const FilterPlan& plan, TicketSet& tickets, Course& course, int threads)
+      : plan_(plan), tickets_(tickets), course_(course) {
+    const std::size_t most = std::max<std::size_t>(1, tickets.size() / kWorthAThread);
+    const std::size_t parts = std::min(static_cast<std::size_t>(std::max(1, threads)), most);
+    for (std::size_t k = 0; k < parts; ++k)
+      segments_.push_back({tickets.size() * k / parts, tickets.size() * (k + 1) / parts});
+  }
+
+  [[nodiscard]] std::int64_t size() const {
+    std::size_t size = 0;
+    for (const Segment& segment : segments_) size += segment.end - segment.begin;
+    return static_cast<std::int64_t>(size);
+  }
+
+  // Walks one step; true when a stop cut it short.
+  bool step(std::size_t step) {
+    const std::int64_t rows = size();
+    CourseLeg leg(course_, rows, Course::Stop::possible);
+    SharedCourse shared(leg);
+    const bool by_reds = filterSteps()[step].kind != StepKind::places;
+    // The combinations alone don't number the tickets: those that stand keep their old numbers for the closing.
+    whole_ = step == combinationStep() && !numbered_;
+    settled_ = false;
+    plan_.withTest(step, [&](auto test) {
+      const auto walk = [&](std::size_t part) {
+        walkSegment(segments_[part], test, by_reds, shared, part == 0);
+      };
+      std::vector<std::future<void>> others;
+      for (std::size_t part = 1; part < segments_.size(); ++part)
+        others.push_back(std::async(std::launch::async, walk, part));
+      walk(0);
+      for (auto& other : others) other.get();
+    });
+    if (shared.stopped()) {
+      joinCutShort();
+      return true;
+    }
+    for (Segment& segment : segments_) segment.end = segment.begin + segment.passed;
+    numbered_ = !whole_;
+    return false;
+  }
+
+  // The end of the walk, or of the part in front of the combinations' closing: one run of rows, with marks and running
+  // numbers.
+  void settle() {
+    if (settled_) return;
+    join();
+    if (numbered_) {
+      std::fill(tickets_.mark.begin(), tickets_.mark.end(), std::int8_t{1});
+      std::iota(tickets_.seq.begin(), tickets_.seq.end(), 1);
+    }
+    tickets_.recall_Scores();
+    settled_ = true;
+  }
+
+  // Behind the combinations every ticket is marked, and numbered in the order of the numbers it had.
+  void close() {
+    settle();
+    std::fill(tickets_.mark.begin(), tickets_.mark.end(), std::int8_t{1});
+    std::vector<std::uint32_t> order(tickets_.size());
+    std::iota(order.begin(), order.end(), 0U);
+    if (!std::ranges::is_sorted(tickets_.seq))
+      std::ranges::stable_sort(order, {}, [&](std::uint32_t row) { return tickets_.seq[row]; });
+    for (std::size_t place = 0; place < order.size(); ++place)
+      tickets_.seq[order[place]] = static_cast<std::int32_t>(place + 1);
+  }
+
+ private:
+  template <class Test>
+  void walkSegment(Segment& segment, const Test& test, bool by_reds, SharedCourse& shared, bool tells) {
+    std::size_t kept = segment.begin;
+    std::size_t row = segment.begin;
+    while (row < segment.end && !shared.stopped()) {
+      const std::size_t end = std::min(row + kBlock, segment.end);
+      kept = whole_ ? keepPassing(tickets_, row, end, kept, by_reds, test,
+                                  [this](std::size_t from, std::size_t to) { tickets_.move_Row(from, to); })
+                    : keepPassing(tickets_, row, end, kept, by_reds, test,
+                                  [this](std::size_t from, std::size_t to) { moveNumbers(from, to); });
+      shared.add(end - row);
+      row = end;
+      if (tells) shared.tell();
+    }
+    segment.passed = kept - segment.begin;
+    segment.row = row;
+  }
+
+  // Moves the segments together to one.
+  void join() {
+    std::size_t size = segments_.front().end;
+    for (std::size_t part = 1; part < segments_.size(); ++part)
+      for (std::size_t row = segments_[part].begin; row < segments_[part].end; ++row, ++size)
+        tickets_.move_Row(row, size);
+    segments_ = {{0, size}};
+    tickets_.truncate(size);
+  }
+
+  // A stop in the middle of a step: in each part first what passed, then what wasn't reached, so that the order of
+  // creation holds. What wasn't reached keeps its mark and number; with parts that were walked side by side, whose
+  // numbers would clash, it is numbered as it stands.
+  void joinCutShort() {
+    const bool several = segments_.size() > 1;
+    std::size_t size = 0;
+    std::int32_t number = 0;
+    for (const Segment& segment : segments_) {
+      for (std::size_t row = segment.begin; row < segment.begin + segment.passed; ++row, ++size) {
+        tickets_.move_Row(row, size);
+        ++number;
+        if (whole_) continue;
+        tickets_.mark[size] = 1;
+        tickets_.seq[size] = number;
+      }
+      for (std::size_t row = segment.row; row < segment.end; ++row, ++size) {
+        tickets_.move_Row(row, size);
+        if (numbered_) tickets_.mark[size] = 1;
+        if (several && !whole_)
+          tickets_.seq[size] = ++number;
+        else if (numbered_)
+          tickets_.seq[size] = static_cast<std::int32_t>(row - segment.begin + 1);
+      }
+    }
+    tickets_.truncate(size);
+    tickets_.recall_Scores();
+    segments_ = {{0, size}};
+    settled_ = true;
+  }
+
+  void moveNumbers(std::size_t from, std::size_t to) {
+    tickets_.balls[to] = tickets_.balls[from];
+    tickets_.origin[to] = tickets_.origin[from];
+  }
+
+  const FilterPlan& plan_;
+  TicketSet& tickets_;
+  Course& course_;
+  std::vector<Segment> segments_;
+  bool numbered_ = false;  // some step has run: every ticket has mark 1 and its place as its running number
+  bool settled_ = false;   // and both stand in the set
+  bool whole_ = false;     // the step under way moves marks and numbers with the tickets
+};
+
+}  // namespace
+
+Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatcher& watcher, int threads) {
+  using enum StepResult::State;
+  Funnel funnel;
+  Walk walk(plan, tickets, course, threads);
+  const auto steps = filterSteps();
+  for (std::size_t step = 0; step < steps.size(); ++step) {
+    StepResult result{off, walk.size(), walk.size()};
+    if (course.stopRequested()) funnel.stopped = true;
+    if (!plan.isOn(step)) {
+      result.state = off;
+    } else if (funnel.stopped) {
+      result.state = not_reached;
+    } else {
+      watcher.stepBegins(step, result.before);
+      // Whoever watches may have asked to stop meanwhile.
+      funnel.stopped = course.stopRequested();
+      result.state = funnel.stopped ? not_reached : plan.runs(step) ? done : unable;
+      if (result.state == done && result.before > 0 && walk.step(step)) {
+        result.state = cut_short;
+        funnel.stopped = true;
+      }
+      result.after = walk.size();
+    }
+    if (step == combinationStep()) walk.close();
+    watcher.stepEnds(step, result);
+    funnel.steps.push_back(result);
+  }
+  walk.settle();
+  return funnel;
+}
+
+}  // namespace lotmere
