@@ -24,7 +24,9 @@
 //   import-linear   seconds a line of 1,000,000 lines against those of 100,000; 1
 //   shrink-all/N    all 17,721,088 tickets in memory, seconds a ticket against shrink-100k/N
 //   passes-all      every condition over all 17,721,088 tickets in memory, seconds for each ticket that a
-//                   pass looks at against the same over 99,008 tickets
+//                   pass looks at against the same over 99,008 tickets (/2: on two threads)
+//   judge-all       how many of all conditions each of the 1,107,568 red sixes fails, against the passes over the same
+//                   sixes (/2: on two threads)
 //
 // --smoke runs the small ones with small sizes, to show that they work; its figures mean nothing.
 #include <benchmark/benchmark.h>

@@ -10,6 +10,7 @@
 #include "core/periods.hpp"
 #include "floors.hpp"
 #include "history/draw_stats.hpp"
+#include "pipeline/judge.hpp"
 #include "pipeline/live_count.hpp"
 #include "pipeline/run.hpp"
 #include "pipeline/thin.hpp"
@@ -124,17 +125,23 @@ void live_100k(State& state, const Sizes& sizes, int shrink_type) {
   for (auto _ : state) {
     std::vector<double> floor, subject, first, expanded;
     std::optional<LiveCount::Result> counted, of_selection;
-    LiveCount live(store);
-    const auto count = [&](auto& result) { result = live.count(kTarget); };
+    LiveCount live;
+    FreeCourse course;
+    std::shared_ptr<const LiveTickets> table;
+    const auto count = [&](auto& result) {
+      result = live.count({table, loadConditionSet(store), loadDrawTable(store), kTarget}, course);
+    };
     for (int round = 0; round < sizes.rounds; ++round) {
       floor.push_back(seconds([&] { benchmark::DoNotOptimize(read_Plainly(store, kTarget)); }));
-      live.forget();
-      first.push_back(seconds([&] { count(counted); }));
+      first.push_back(seconds([&] {
+        table = loadLiveTickets(store);
+        count(counted);
+      }));
       subject.push_back(seconds([&] { count(counted); }));
     }
     const auto survivors = run_Pipeline(store, desk, kTarget).tickets;
     store.db().exec("DELETE FROM \"日志表\"");
-    live.forget();
+    table = loadLiveTickets(store);
     for (int round = 0; round <= sizes.rounds; ++round)
       expanded.push_back(seconds([&] { count(of_selection); }));
     check(counted && counted->survivors == survivors, "live-100k counts other tickets than a run leaves");
@@ -275,6 +282,37 @@ void passes_All(State& state, const Sizes& sizes, int threads) {
   }
 }
 
+// Every failing condition counted for every red six, against the steps of a run over the same sixes, which judge a six
+// only until it fails.
+void judge_All(State& state, int threads) {
+  World world;
+  world.add_Draws(kFull.draws);
+  world.set_ShrinkType(7);
+  world.pick(kFull.reds, kFull.blues);
+  world.use_AllConditions(make_Tickets(load_Selection(world.store()), kTarget));
+  NumberSelection sixes = whole_Game();
+  sixes.blue.fill(PickState::none);
+  sixes.blue[1] = PickState::tuo;
+  const TicketSet whole = make_Tickets(sixes, kTarget);
+  const FilterPlan plan(compileRules(loadConditionSet(world.store())), loadDrawTable(world.store()), kTarget);
+  FreeCourse course;
+  for (auto _ : state) {
+    double subject = 1e9, floor = 1e9;
+    FailureCounts counts;
+    TicketSet left;
+    for (int round = 0; round < 5; ++round) {
+      left = whole;
+      floor = std::min(floor, pass_Tickets(world, left, threads).time);
+      subject =
+          std::min(subject, seconds([&] { counts = *countFailures(plan, whole.balls, course, threads); }));
+    }
+    check(static_cast<std::size_t>(std::ranges::count(counts, 0)) == left.size(),
+          "judging and walking differ in what passes");
+    report(state, subject, floor, subject / floor, whole.size());
+    state.counters["steps"] = static_cast<double>(plan.running().count());
+  }
+}
+
 void stats_3500(State& state, const Sizes& sizes) {
   World world;
   world.add_Draws(sizes.draws);
@@ -309,6 +347,8 @@ void register_Workloads(bool smoke) {
     add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrink_All(state, shared); });
   add("passes-all", [=](State& state) { passes_All(state, sizes, 1); });
   add("passes-all/2", [=](State& state) { passes_All(state, sizes, 2); });
+  add("judge-all", [=](State& state) { judge_All(state, 1); });
+  add("judge-all/2", [=](State& state) { judge_All(state, 2); });
 }
 
 }  // namespace lotmere::bench

@@ -128,7 +128,7 @@ Line conditionLine(const Condition& condition) {
           }};
 }
 
-Line columnLine(std::string name, AttributeTable table, std::string column) {
+Line columnLine(std::string name, AttributeTable table, const std::string& column) {
   return {std::move(name), [=](const ConditionSet& set) { return membersText(set.column(table, column)); },
           [=](std::string_view text, ConditionSet& set) {
             const auto members = readMembers(text);

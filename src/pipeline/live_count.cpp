@@ -4,13 +4,9 @@
 
 #include <algorithm>
 #include <numeric>
-#include <vector>
+#include <utility>
 
-#include "conditions/condition_set.hpp"
-#include "core/course.hpp"
-#include "core/draw_table.hpp"
 #include "core/text.hpp"
-#include "pipeline/plan.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
 
@@ -19,28 +15,10 @@ namespace {
 
 constexpr std::size_t kBlock = 8192;
 
-// A count is dropped where a run is stopped.
-class DroppableCourse final : public Course {
- public:
-  explicit DroppableCourse(const LiveCount::Dropped& dropped) : dropped_(dropped) {}
-
-  void begin(std::int64_t /*total*/, Stop /*stop*/) override {}
-  bool advance(std::int64_t /*done*/) override {
-    stop_ = stop_ || (dropped_ && dropped_());
-    return stop_;
-  }
-  void end() override {}
-  [[nodiscard]] bool stopRequested() const override { return stop_; }
-
- private:
-  const LiveCount::Dropped& dropped_;
-  bool stop_ = false;
-};
-
-}  // namespace
-
-std::optional<PeriodNo> LiveCount::first_Period(const Dropped& dropped) {
-  Query rows = store_.query(R"(SELECT "期号" FROM "日志表")");
+// The lowest period of the table, found row by row so that a large table is looked at in pieces. Nothing when it was
+// dropped.
+std::optional<PeriodNo> firstPeriod(Store& store, const Dropped& dropped) {
+  Query rows = store.query(R"(SELECT "期号" FROM "日志表")");
   PeriodNo first = 0;
   for (std::size_t row = 0; rows.next(); ++row) {
     if (row % kBlock == kBlock - 1 && dropped && dropped()) return std::nullopt;
@@ -49,50 +27,32 @@ std::optional<PeriodNo> LiveCount::first_Period(const Dropped& dropped) {
   return first;
 }
 
-bool LiveCount::hold_Table(const Dropped& dropped) {
-  held_ = Held::nothing;
-  tickets_ = {};
-  const auto period = first_Period(dropped);
-  if (!period) return false;
-  auto tickets = load_Tickets(store_, *period, [&](std::size_t) { return dropped && dropped(); });
-  if (!tickets) return false;
-  if (dropped && dropped()) return false;
-  tickets->stored = {};  // nothing is written back
-  if (tickets->size() == 0) return true;
-  tickets_ = std::move(*tickets);
-  gather_Groups();
-  held_ = Held::table;
-  return true;
-}
+}  // namespace
 
-void LiveCount::hold_Selection(const NumberSelection& selection) {
-  if (held_ == Held::selection && selection_ == selection) return;
-  tickets_.truncate(0);
-  expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
-    for (const int blue : blues) tickets_.add(pack_Balls(six, blue));
-    return true;
-  });
-  gather_Groups();
-  selection_ = selection;
-  held_ = Held::selection;
-}
-
-void LiveCount::gather_Groups() {
-  sixes_.clear();
-  first_row_.clear();
+LiveTickets::LiveTickets(PeriodNo period, std::vector<Balls> tickets)
+    : period_(period), tickets_(std::move(tickets)) {
+  if (!std::ranges::all_of(tickets_, is_Regular)) repeats_ = OverlapMarks::Repeats::yes;
   Balls six = ~Balls{0};
   for (std::size_t row = 0; row < tickets_.size(); ++row) {
-    if ((tickets_.balls[row] & kRedBytes) == six) continue;
-    six = tickets_.balls[row] & kRedBytes;
+    if ((tickets_[row] & kRedBytes) == six) continue;
+    six = tickets_[row] & kRedBytes;
     sixes_.push_back(six);
     first_row_.push_back(static_cast<std::uint32_t>(row));
   }
   first_row_.push_back(static_cast<std::uint32_t>(tickets_.size()));
 }
 
+std::shared_ptr<const LiveTickets> loadLiveTickets(Store& store, const Dropped& dropped) {
+  const auto period = firstPeriod(store, dropped);
+  if (!period) return nullptr;
+  auto tickets = load_Tickets(store, *period, [&](std::size_t) { return dropped && dropped(); });
+  if (!tickets || (dropped && dropped())) return nullptr;
+  return std::make_shared<LiveTickets>(*period, std::move(tickets->balls));
+}
+
 // Which tickets the steps leave doesn't depend on their order, so the sixes go through those that look at the reds
 // alone, block by block, and the tickets of what is left through the places and the cover.
-std::optional<std::int64_t> LiveCount::countLeft(const FilterPlan& plan, Course& course) const {
+std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Course& course) const {
   const FilterRules& rules = plan.rules();
   const auto steps = filterSteps();
   std::size_t places = steps.size();
@@ -105,7 +65,7 @@ std::optional<std::int64_t> LiveCount::countLeft(const FilterPlan& plan, Course&
       by_reds.push_back(step);
   }
   std::optional<Cover> cover;
-  if (rules.shrink_type < kLargestShrink) cover.emplace(rules.shrink_type);
+  if (rules.shrink_type < kLargestShrink) cover.emplace(rules.shrink_type, repeats_);
 
   CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
   std::int64_t left = 0;
@@ -120,9 +80,9 @@ std::optional<std::int64_t> LiveCount::countLeft(const FilterPlan& plan, Course&
     std::size_t looked_at = 0;
     for (const std::uint32_t group : groups) {
       for (std::size_t row = first_row_[group]; row < first_row_[group + 1]; ++row) {
-        if (places < steps.size() && rules.places.countWrong(tickets_.balls[row]) > rules.places.tolerance)
+        if (places < steps.size() && rules.places.countWrong(tickets_[row]) > rules.places.tolerance)
           continue;
-        if (!cover || cover->take(tickets_.balls[row])) ++left;
+        if (!cover || cover->take(tickets_[row])) ++left;
         if (++looked_at % kBlock == 0 && leg.advance(first_row_[group])) return std::nullopt;
       }
     }
@@ -131,25 +91,35 @@ std::optional<std::int64_t> LiveCount::countLeft(const FilterPlan& plan, Course&
   return left;
 }
 
-std::optional<LiveCount::Result> LiveCount::count(PeriodNo next_period, const Dropped& dropped) {
-  DroppableCourse course(dropped);
-  if (held_ == Held::nothing && !hold_Table(dropped)) return std::nullopt;
-  const ConditionSet set = loadConditionSet(store_);
-  const DrawTable draws = loadDrawTable(store_);
+const LiveTickets& LiveCount::expanded(const NumberSelection& selection, PeriodNo period) {
+  if (selection_ != selection || expanded_.period() != period) {
+    std::vector<Balls> tickets;
+    expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+      for (const int blue : blues) tickets.push_back(pack_Balls(six, blue));
+      return true;
+    });
+    expanded_ = LiveTickets(period, std::move(tickets));
+    selection_ = selection;
+  }
+  return expanded_;
+}
+
+std::optional<LiveCount::Result> LiveCount::count(const Question& question, Course& course) {
   Result result;
-  if (held_ != Held::table) {
-    const NumberSelection selection = load_Selection(store_);
-    result.period = next_period;
+  const LiveTickets* tickets = question.table.get();
+  if (tickets->size() == 0) {
+    const NumberSelection selection = selectionOf(question.set);
+    result.period = question.next_period;
     result.from_selection = true;
     result.tickets = count_Combos(selection).tickets;
     result.too_many = result.tickets > kMaxTickets;
     if (result.too_many) return result;
-    hold_Selection(selection);
-    tickets_.period = next_period;
+    tickets = &expanded(selection, question.next_period);
   }
-  result.period = tickets_.period;
-  result.tickets = static_cast<std::int64_t>(tickets_.size());
-  const auto left = countLeft(FilterPlan(compileRules(set), draws, tickets_.period), course);
+  result.period = tickets->period();
+  result.tickets = tickets->size();
+  const auto left =
+      tickets->countLeft(FilterPlan(compileRules(question.set), question.draws, result.period), course);
   if (!left) return std::nullopt;
   result.survivors = *left;
   return result;

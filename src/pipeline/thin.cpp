@@ -129,7 +129,7 @@ class Walk {
   template <class Test>
   void walkSegment(Segment& segment, const Test& test, bool by_reds, SharedCourse& shared, bool tells) {
     std::size_t kept = segment.begin;
-    std::size_t row = segment.begin;
+    std::size_t row = kept;
     while (row < segment.end && !shared.stopped()) {
       const std::size_t end = std::min(row + kBlock, segment.end);
       kept = whole_ ? keepPassing(tickets_, row, end, kept, by_reds, test,

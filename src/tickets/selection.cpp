@@ -55,18 +55,26 @@ std::string move_Question(int number, PadTab tab) {
                             : fmt::format("号码：{}之前已经被设为拖码，现在要把它改为胆码吗？", wide);
 }
 
-}  // namespace
-
-NumberSelection load_Selection(Store& store) {
-  NumberSelection selection;
+NumberSelection selection_Of(const ValueArray& reds, const ValueArray& blues) {
   const auto state = [](int value) {
     return value == 2 ? PickState::dan : value >= 1 ? PickState::tuo : PickState::none;
   };
-  const ValueArray reds = load_ConditionRange(store, 1, kRedCount);
+  NumberSelection selection;
   for (int n = 1; n <= kRedCount; ++n) selection.red[n] = state(reds[n]);
-  const ValueArray blues = load_ConditionRange(store, kBlueCodeBase + 1, kBlueCodeBase + kBlueCount);
   for (int n = 1; n <= kBlueCount; ++n) selection.blue[n] = state(blues[n]);
   return selection;
+}
+
+}  // namespace
+
+NumberSelection load_Selection(Store& store) {
+  return selection_Of(load_ConditionRange(store, 1, kRedCount),
+                      load_ConditionRange(store, kBlueCodeBase + 1, kBlueCodeBase + kBlueCount));
+}
+
+NumberSelection selectionOf(const ConditionSet& set) {
+  return selection_Of(set.cellRange(1, kRedCount),
+                      set.cellRange(kBlueCodeBase + 1, kBlueCodeBase + kBlueCount));
 }
 
 std::int64_t calc_Combi(int n, int k, int d) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "conditions/condition_set.hpp"
 #include "core/desk.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
@@ -25,6 +26,7 @@ struct NumberSelection {
   friend bool operator==(const NumberSelection&, const NumberSelection&) = default;
 };
 [[nodiscard]] NumberSelection load_Selection(Store& store);
+[[nodiscard]] NumberSelection selectionOf(const ConditionSet& set);
 
 // The ways to fill k places from n numbers of which d are fixed: 0 with too few numbers, 1 when every place
 // is taken.

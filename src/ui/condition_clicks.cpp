@@ -1,7 +1,6 @@
 #include "ui/condition_clicks.hpp"
 
 #include "conditions/condition_store.hpp"
-#include "pipeline/strength.hpp"
 #include "ui/text.hpp"
 
 namespace lotmere::ui {
@@ -17,20 +16,34 @@ bool ConditionClicks::change(const std::function<void()>& write, const std::func
   return stored;
 }
 
-QString ConditionClicks::tip_Text(const Condition& condition, const QString& line) {
-  QStringList lines{shown(condition.name)};
-  if (!line.isEmpty()) lines.append(line);
-  run_Guarded(session_.desk, [&] {
-    const auto strength =
-        conditionStrength(loadConditionSet(session_.store), loadDrawTable(session_.store), condition,
-                          session_.next_Period(), kStrengthDraws);
-    if (strength) lines.append(shown(strength_Text(*strength)));
+void ConditionClicks::set_Tip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
+  box.set_TipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
+    run_Guarded(session_.desk, [&] {
+      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store),
+                      draws = loadDrawTable(session_.store),
+                      next = session_.next_Period()](Course& /*course*/) -> AnswerThread::Answer {
+        const auto strength = work_out(set, draws, next);
+        if (!strength) return {};
+        return [&box, line = strength_Text(*strength)] { box.extend_Tip(shown(line)); };
+      });
+    });
+    return lines();
   });
-  return lines.join(QLatin1Char('\n'));
 }
 
-void ConditionClicks::set_Tip(PanelBox& panel, const Condition& condition) {
-  panel.box().set_TipText([this, &panel, condition] { return tip_Text(condition, panel.line()); });
+void ConditionClicks::set_Tip(PanelBox& panel, const std::function<Condition()>& condition) {
+  set_Tip(
+      panel.box(),
+      [&panel, condition] {
+        QStringList lines{shown(condition().name)};
+        if (!panel.line().isEmpty()) lines.append(panel.line());
+        return lines.join(QLatin1Char('\n'));
+      },
+      [condition]() -> Measure {
+        return [condition = condition()](const ConditionSet& set, const DrawTable& draws, PeriodNo next) {
+          return conditionStrength(set, draws, condition, next, kStrengthDraws);
+        };
+      });
 }
 
 void ConditionClicks::connect_Box(PanelBox& panel, UsageId usage) {
@@ -40,7 +53,7 @@ void ConditionClicks::connect_Box(PanelBox& panel, UsageId usage) {
 }
 
 void ConditionClicks::connect_Panel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
-  set_Tip(panel, condition);
+  set_Tip(panel, [condition] { return condition; });
   connect_Box(panel, condition.usage);
   connect(&panel, &PanelBox::item_Clicked, this,
           [this, condition, &panel, show = std::move(show)](int k, bool selected) {
@@ -50,7 +63,7 @@ void ConditionClicks::connect_Panel(PanelBox& panel, const Condition& condition,
 }
 
 void ConditionClicks::connect_Leading(PanelBox& panel, const Condition& condition) {
-  set_Tip(panel, condition);
+  set_Tip(panel, [condition] { return condition; });
   connect_Box(panel, condition.usage);
   connect(&panel, &PanelBox::item_Clicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};

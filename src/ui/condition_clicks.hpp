@@ -3,7 +3,13 @@
 
 #include <QButtonGroup>
 #include <QObject>
+#include <functional>
+#include <optional>
 
+#include "conditions/condition_set.hpp"
+#include "core/draw_table.hpp"
+#include "pipeline/strength.hpp"
+#include "ui/answer_thread.hpp"
 #include "ui/panel_box.hpp"
 #include "ui/session.hpp"
 
@@ -15,16 +21,21 @@ class ConditionClicks : public QObject {
   Q_OBJECT
 
  public:
-  explicit ConditionClicks(Session& session) : session_(session) {}
+  explicit ConditionClicks(Session& session) : session_(session), strengths_(session.desk) {}
 
   // A box that switches a condition, and a list whose items are its cells. `show` follows a stored click on
   // an item.
   void connect_Panel(PanelBox& panel, const Condition& condition, std::function<void()> show = {});
   // The same for a list that leads its box: any item switches the condition on, none switches it off.
   void connect_Leading(PanelBox& panel, const Condition& condition);
-  // What the tip of a condition's box says: its name, the line of its current values, and how much it lets
-  // through.
-  [[nodiscard]] QString tip_Text(const Condition& condition, const QString& line);
+  // What a box lets through, worked out from values alone.
+  using Measure =
+      std::function<std::optional<Strength>(const ConditionSet&, const DrawTable&, PeriodNo next)>;
+  // Gives a box its tip: lines of its own at once, and how much it lets through as soon as that is worked out beside
+  // the window. `measure` says what is worked out for the box as it stands.
+  void set_Tip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure);
+  // The same for the box of a condition: its name, and the line of its current values.
+  void set_Tip(PanelBox& panel, const std::function<Condition()>& condition);
 
   // Any other change of a setting; reported as the others. `show`, behind the write, shows what follows from
   // it. False when nothing was stored: the write failed, which was told, or a command runs. The control that
@@ -40,10 +51,10 @@ class ConditionClicks : public QObject {
   void changed();
 
  private:
-  void set_Tip(PanelBox& panel, const Condition& condition);
   void connect_Box(PanelBox& panel, UsageId usage);
 
   Session& session_;
+  AnswerThread strengths_;
 };
 
 // Ticks one option of a group, or none where what is stored names none.

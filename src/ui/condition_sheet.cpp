@@ -209,8 +209,7 @@ void ConditionSheetView::show_Division() {
     if (!used) continue;
     division_[i]->show_Panel(division_panels_[i].panel);
     division_[i]->show_Line(shown(division_panels_[i].numbers));
-    division_[i]->box().set_TipText(
-        [this, i] { return clicks_.tip_Text(division_panels_[i].condition, division_[i]->line()); });
+    clicks_.set_Tip(*division_[i], [this, i] { return division_panels_[i].condition; });
     pickers_[i]->setAccessibleName(shown(division_panels_[i].panel.caption));
   }
 }

@@ -15,8 +15,8 @@ constexpr int kPadWidth = 330;
 constexpr int kTabsWidth = 138;
 constexpr int kCountDelay = 15;   // milliseconds behind a click, which is painted first
 constexpr int kCountAgain = 100;  // milliseconds, while a command runs
-constexpr std::chrono::milliseconds kCountSlice{10};
-constexpr int kSlicesUnseen = 20;  // a count that takes longer says that it is under way
+constexpr std::chrono::milliseconds kReadSlice{10};
+constexpr int kCountUnseen = 200;  // milliseconds
 
 int tab_OfKind(PageKind kind) {
   const auto pages = condition_Pages();
@@ -32,8 +32,11 @@ QString compact(const QString& text) {
 }  // namespace
 
 ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
-    : QWidget(parent), session_(session), clicks_(session), live_(session.store) {
+    : QWidget(parent), session_(session), clicks_(session), answers_(session.desk) {
   count_timer_.setSingleShot(true);
+  unseen_timer_.setSingleShot(true);
+  unseen_timer_.setInterval(kCountUnseen);
+  connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::count_Survivors);
   connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::setting_Changed);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::drop_Count);
@@ -187,38 +190,65 @@ void ConditionsPage::load_Tab() {
 
 void ConditionsPage::open() {
   if (pages_ == nullptr) make_Contents();
-  counting_.reset();
-  live_.forget();
+  forget_Tickets();
   pad_->open();
   load_Tab();
 }
 
+void ConditionsPage::forget_Reading() {
+  unseen_timer_.stop();
+  answers_.drop();
+  reading_.reset();
+}
+
+void ConditionsPage::forget_Tickets() {
+  forget_Reading();
+  tickets_.reset();
+}
+
 void ConditionsPage::drop_Count() {
-  if (!counting_) return;
-  counting_.reset();
+  if (!reading_ && !answers_.isBusy()) return;
+  forget_Reading();
   count_timer_.start(kCountDelay);
 }
 
 void ConditionsPage::count_Survivors() {
-  if (!isVisible()) return counting_.reset();
+  if (!isVisible()) return forget_Reading();
   if (session_.commands.runner().is_Running()) return count_timer_.start(kCountAgain);
-  run_Guarded(session_.desk, [this] {
-    if (!counting_) {
-      slices_ = 0;
-      counting_ = std::make_unique<SlicedWork>(
-          [this, period = session_.next_Period()](const SlicedWork::Pause& pause) {
-            counted_ = live_.count(period, pause);
-          },
-          kCountSlice);
-    }
-    auto work = std::move(counting_);  // gone, should it fail
-    if (work->resume()) {
-      if (counted_) survivors_->setText(shown(live_Text(*counted_)));
-      return;
-    }
-    counting_ = std::move(work);
-    if (++slices_ == kSlicesUnseen) survivors_->setText(shown(kCountingText));
-    count_timer_.start(0);
+  if (!unseen_timer_.isActive()) unseen_timer_.start();
+  bool goes_on = false;
+  run_Guarded(session_.desk, [&] {
+    if (tickets_ || read_Tickets())
+      ask_Count();
+    else
+      count_timer_.start(0);
+    goes_on = true;
+  });
+  if (!goes_on) unseen_timer_.stop();
+}
+
+bool ConditionsPage::read_Tickets() {
+  if (!reading_)
+    reading_ = std::make_unique<SlicedWork>(
+        [this](const SlicedWork::Pause& pause) { tickets_ = loadLiveTickets(session_.store, pause); },
+        kReadSlice);
+  auto work = std::move(reading_);  // gone, should it fail
+  if (work->resume()) return true;
+  reading_ = std::move(work);
+  return false;
+}
+
+void ConditionsPage::ask_Count() {
+  answers_.ask([this, live = live_,
+                question = LiveCount::Question{tickets_, loadConditionSet(session_.store),
+                                               loadDrawTable(session_.store), session_.next_Period()}](
+                   Course& course) -> AnswerThread::Answer {
+    const auto result = live->count(question, course);
+    if (!result) return {};
+    return [this, text = live_Text(*result)] {
+      unseen_timer_.stop();
+      survivors_->setText(shown(text));
+    };
   });
 }
 

@@ -13,6 +13,7 @@
 
 #include "pipeline/live_count.hpp"
 #include "ui/analysis_pane.hpp"
+#include "ui/answer_thread.hpp"
 #include "ui/condition_clicks.hpp"
 #include "ui/group_page.hpp"
 #include "ui/match_page.hpp"
@@ -62,18 +63,26 @@ class ConditionsPage : public QWidget {
   void load_Summary();
   void restore_Defaults();
   void setting_Changed();
-  // Takes the count under way on by a slice, or begins one.
+  // Reads the tickets of the table slice by slice, once; then asks for the count.
   void count_Survivors();
-  // What the count under way reads is about to change: it is dropped, and taken anew behind that.
+  void ask_Count();
+  // False while there is more to read.
+  bool read_Tickets();
+  // What the count under way rests on is about to change: it is dropped, and taken anew behind that.
   void drop_Count();
+  // Ends what is under way.
+  void forget_Reading();
+  // The tickets changed, or may have.
+  void forget_Tickets();
 
   Session& session_;
   ConditionClicks clicks_;
-  LiveCount live_;
-  QTimer count_timer_;  // counts once the clicks of one moment are over
-  std::optional<LiveCount::Result> counted_;
-  int slices_ = 0;                        // of the count under way
-  std::unique_ptr<SlicedWork> counting_;  // the count under way; it works on the two above
+  QTimer count_timer_;                          // counts once the clicks of one moment are over
+  QTimer unseen_timer_;                         // a count that takes longer says that it is under way
+  std::shared_ptr<const LiveTickets> tickets_;  // of the table; none before they are read
+  std::unique_ptr<SlicedWork> reading_;         // of the tickets
+  std::shared_ptr<LiveCount> live_ = std::make_shared<LiveCount>();  // only the thread below works on it
+  AnswerThread answers_;
   NumberPad* pad_ = nullptr;
   QLabel* survivors_ = nullptr;  // Label_liveCount
   QLabel* count_ = nullptr;      // Text_ChoseNumberTip

@@ -103,8 +103,7 @@ void GroupPageView::show_Group(int group) {
   group_ = group;
   numbers_->show_Members(page.members);
   counts_->show_Panel(page.panel);
-  counts_->box().set_TipText(
-      [this] { return clicks_.tip_Text(condition_OfUsage(usage_OfGroup(group_)), counts_->line()); });
+  clicks_.set_Tip(*counts_, [this] { return condition_OfUsage(usage_OfGroup(group_)); });
   all_->setCurrentIndex(lines_.index(group - 1));
 }
 

@@ -50,14 +50,13 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addLayout(sentence);
   layout->addWidget(which_);
   layout->addWidget(help, 1);
-  used_->set_TipText([this] {
-    QString text;
-    run_Guarded(session_.desk, [&] {
-      text = shown(strength_Text(matchStrength(loadConditionSet(session_.store), loadDrawTable(session_.store),
-                                              session_.next_Period(), kStrengthDraws)));
-    });
-    return text;
-  });
+  clicks_.set_Tip(
+      *used_, [] { return shown(kHistoryMatchName); },
+      []() -> ConditionClicks::Measure {
+        return [](const ConditionSet& set, const DrawTable& draws, PeriodNo next) {
+          return matchStrength(set, draws, next, kStrengthDraws);
+        };
+      });
   connect(used_, &QCheckBox::clicked, this,
           [this](bool on) { change([&] { set_HistoryMatch(session_.store, &HistoryMatch::used, on); }); });
   PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};

@@ -16,8 +16,16 @@ constexpr int kMostLines = 3;  // under a list; the rest stands in the tip
 
 bool TipBox::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip || !tip_text_) return QCheckBox::event(event);
-  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip_text_(), this);
+  tip_place_ = static_cast<QHelpEvent*>(event)->globalPos();
+  tip_ = tip_text_();
+  QToolTip::showText(tip_place_, tip_, this);
   return true;
+}
+
+void TipBox::extend_Tip(const QString& line) {
+  if (!QToolTip::isVisible() || QToolTip::text() != tip_) return;
+  tip_ += QLatin1Char('\n') + line;
+  QToolTip::showText(tip_place_, tip_, this);
 }
 
 PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* parent)

@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QPoint>
 #include <QWidget>
 #include <functional>
 
@@ -19,12 +20,16 @@ class TipBox : public QCheckBox {
  public:
   using QCheckBox::QCheckBox;
   void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }
+  // Adds a line to the tip that is shown for this box, if it still is.
+  void extend_Tip(const QString& line);
 
  protected:
   bool event(QEvent* event) override;
 
  private:
   std::function<QString()> tip_text_;
+  QPoint tip_place_;
+  QString tip_;  // as shown last
 };
 
 class PanelBox : public QWidget {

@@ -8,6 +8,7 @@
 #include "core/attributes.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/run.hpp"
+#include "support/scripted_course.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
 #include "tickets/upkeep.hpp"
@@ -68,17 +69,18 @@ class Live : public test::StoreTest {
   // Counts twice, and expects that the store's file stays as it is byte for byte.
   LiveCount::Result count() {
     const std::string before = test::read_File(store_.path());
-    const auto result = live_.count(kPeriod);
-    EXPECT_EQ(result, live_.count(kPeriod));
+    const auto result = live_.count(question(), course_);
+    EXPECT_EQ(result, live_.count(question(), course_));
     EXPECT_TRUE(test::read_File(store_.path()) == before) << "the store has changed";
     return result.value();
   }
-  std::int64_t run() {
-    live_.forget();
-    return run_Pipeline(store_, desk_, first_TicketPeriod(store_)).tickets;
+  LiveCount::Question question() {
+    return {loadLiveTickets(store_), loadConditionSet(store_), loadDrawTable(store_), kPeriod};
   }
+  std::int64_t run() { return run_Pipeline(store_, desk_, first_TicketPeriod(store_)).tickets; }
 
-  LiveCount live_{store_};
+  LiveCount live_;
+  FreeCourse course_;
   std::mt19937 random_{7};
 };
 
@@ -91,7 +93,6 @@ TEST_F(Live, CountsWhatARunLeaves) {
     put_Settings(store_, random);
     put_Selection(store_, random, pick(random, 5, 14));
     store_.query(R"(DELETE FROM "日志表")").run();
-    live_.forget();
     const auto expanded = count();
     EXPECT_TRUE(expanded.from_selection);
     EXPECT_EQ(expanded.period, kPeriod);
@@ -102,7 +103,6 @@ TEST_F(Live, CountsWhatARunLeaves) {
 
     test::put_Tickets(store_, random, pick(random, 1, 400));
     if (trial % 4) store_.query(R"(DELETE FROM "日志表" WHERE "期号"<?)").bind(kPeriod).run();
-    live_.forget();
     count();
     put_Settings(store_, random);  // clicks on conditions need no call
     const auto counted = count();
@@ -130,20 +130,25 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
 }
 
-// Dropped at each look that a count takes: it gives nothing, looks no more, and the next count is whole.
+// Dropped at each look that the reading and the count take: they give nothing, look no more, and the next is whole.
 TEST_F(Live, IsDroppedAtAnyLook) {
   test::put_Tickets(store_, random_, 300);
   test::put_Conditions(store_, random_, 60, 99);
   const auto whole = count();
   int k = 0;
   for (bool reached = true; reached && !HasFailure(); ++k) {
-    live_.forget();
     int looks = 0;
-    const auto result = live_.count(kPeriod, [&] { return looks++ == k; });
+    auto asked = question();
+    asked.table = loadLiveTickets(store_, [&] { return looks++ == k; });
+    if (asked.table) {
+      test::ScriptedCourse course(k - looks + 1);
+      const auto result = live_.count(asked, course);
+      EXPECT_EQ(result.has_value(), !course.stopRequested()) << k;
+      looks += course.looks();
+    }
     reached = looks > k;
     EXPECT_EQ(looks, reached ? k + 1 : k);
-    EXPECT_EQ(result.has_value(), !reached) << k;
-    EXPECT_EQ(live_.count(kPeriod), whole);
+    EXPECT_EQ(live_.count(question(), course_), whole);
   }
   EXPECT_GT(k, 3);
 }

@@ -8,8 +8,10 @@
 #include <stdexcept>
 
 #include "core/text.hpp"
+#include "pipeline/judge.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/thin.hpp"
+#include "support/scripted_course.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere {
@@ -199,19 +201,6 @@ TEST_F(Run, TheDrawBeforeThePeriodIsComputedAnewWithoutTicketsToo) {
   EXPECT_EQ(store_.value(R"(SELECT count("和值") FROM "历史记录")"), 1);
 }
 
-// Stops at the n-th look.
-class StoppingCourse final : public Course {
- public:
-  explicit StoppingCourse(int looks) : looks_(looks) {}
-  void begin(std::int64_t /*total*/, Stop /*stop*/) override {}
-  bool advance(std::int64_t /*done*/) override { return --looks_ <= 0; }
-  void end() override {}
-  [[nodiscard]] bool stopRequested() const override { return looks_ <= 0; }
-
- private:
-  int looks_;
-};
-
 class Thin : public test::StoreTest {
  protected:
   // 总和值 lets sums above 31 through; the set's sums are 21 to 53.
@@ -234,7 +223,7 @@ class Thin : public test::StoreTest {
 TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
   constexpr std::size_t rows = 20'000;
   TicketSet left = tickets(rows);
-  StoppingCourse course(2);
+  test::ScriptedCourse course(2);
   const Funnel funnel = thin(plan(), left, course, nobody_);
   EXPECT_TRUE(funnel.stopped);
   EXPECT_EQ(funnel.steps.front().state, StepResult::State::cut_short);
@@ -253,6 +242,29 @@ TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
   }
 }
 
+// Each step judged by itself: a ticket that the walk leaves fails none, one that it removes fails at least one.
+TEST_F(Thin, JudgingTellsWhatTheWalkRemoves) {
+  std::mt19937 random(40 + GTEST_FLAG_GET(random_seed));
+  for (int trial = 0; trial < 20; ++trial) {
+    test::put_History(store_, random, trial);
+    test::put_Conditions(store_, random, 10, 90);
+    const FilterPlan all(compileRules(loadConditionSet(store_)), loadDrawTable(store_), kPeriod);
+    test::put_Tickets(store_, random, 200);
+    auto left = load_Tickets(store_, kPeriod, [](std::size_t) { return false; }).value();
+    const TicketSet whole = left;
+    FreeCourse course;
+    const FailureCounts failures = countFailures(all, whole.balls, course, 1 + trial % 3).value();
+    thin(all, left, course, nobody_);
+    std::set<std::uint32_t> stands(left.origin.begin(), left.origin.end());
+    for (std::size_t row = 0; row < whole.size(); ++row) {
+      ASSERT_EQ(failures[row] == 0, stands.contains(whole.origin[row])) << row;
+      ASSERT_EQ(failures[row], all.failures(whole.balls[row]).count()) << row;
+    }
+  }
+  test::ScriptedCourse stopped(1);
+  EXPECT_EQ(countFailures(plan(), tickets(20).balls, stopped), std::nullopt);
+}
+
 // Two threads leave what one leaves, whole or stopped.
 TEST_F(Thin, ThreadsLeaveTheSame) {
   const std::size_t rows = 600'000;
@@ -267,7 +279,7 @@ TEST_F(Thin, ThreadsLeaveTheSame) {
   EXPECT_EQ(one.steps.front().after, three.steps.front().after);
   EXPECT_EQ(one.steps.front().after, static_cast<std::int64_t>(by_one.size()));
 
-  StoppingCourse stop(5);
+  test::ScriptedCourse stop(5);
   EXPECT_TRUE(thin(plan(), stopped, stop, nobody_, 3).stopped);
   std::vector<bool> stands(rows);
   std::size_t failing = 0;

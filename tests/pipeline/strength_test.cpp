@@ -47,6 +47,11 @@ class StrengthTest : public test::StoreTest {
     return static_cast<std::int64_t>(tickets.size());
   }
 
+  void switch_AllOff() {
+    test::set_Rows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
+    save_HistoryMatch(store_, {});
+  }
+
   Strength model(int last) {
     Strength strength{pass(sixes_)};
     for (const StoredDraw& draw : drawsBefore(store_, kPeriod, last)) {
@@ -69,9 +74,7 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
   for (const int draws : {0, 1, 30}) {
     test::put_History(store_, random, draws);
     test::put_Conditions(store_, random, 0, 60);
-    test::set_Rows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
-    set_ConditionValue(store_, kShrinkTypeCell, kLargestShrink);
-    save_HistoryMatch(store_, {});
+    switch_AllOff();
     const int last = draws == 30 ? 20 : 100;
     for (const UsageId usage :
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
@@ -102,6 +105,7 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
 TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
   std::mt19937 random(5);
   test::put_Conditions(store_, random, 0, 100);
+  switch_AllOff();
   const Reds often{2, 9, 13, 20, 21, 33}, once{1, 5, 6, 17, 28, 30};
   test::put_Draws(store_, {{2026049, {often, 1}}, {2026047, {often, 2}}, {2026045, {once, 3}}});
   test::put_Draws(store_, {{2026043, {often, 4}}, {kPeriod, {once, 5}}});
