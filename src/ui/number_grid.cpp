@@ -49,8 +49,7 @@ NumberGrid::NumberGrid(const QString& name, int columns, QWidget* parent) : QWid
     buttons_.addButton(button, n);
     grid->addWidget(button, (n - 1) / columns, (n - 1) % columns);
   }
-  connect(&buttons_, &QButtonGroup::idClicked, this,
-          [this](int number) { Q_EMIT number_Clicked(number, buttons_.button(number)->isChecked()); });
+  connect(&buttons_, &QButtonGroup::idClicked, this, &NumberGrid::number_Clicked);
 }
 
 void NumberGrid::show_Members(const RedTable& members) {

@@ -23,7 +23,7 @@ class NumberGrid : public QWidget {
 
  Q_SIGNALS:
   // The person pressed a number, which is in the set now or no longer.
-  void number_Clicked(int number, bool member);
+  void number_Clicked(int number);
 
  private:
   QButtonGroup buttons_;
