@@ -51,11 +51,6 @@ PanelPage::PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent)
   layout->addLayout(row, 1);
 }
 
-bool PanelPage::has_Panels(PageKind kind) {
-  return kind == PageKind::value || kind == PageKind::counts || kind == PageKind::intervals ||
-         kind == PageKind::shapes;
-}
-
 void PanelPage::open(int tab) {
   const ConditionPage& page = condition_Page(tab);
   const auto panels = load_Panels(session_.store, page, tab);

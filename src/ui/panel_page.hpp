@@ -17,9 +17,8 @@ class PanelPage : public QWidget {
  public:
   PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
 
-  // Shows the page of a tab (1 to 44) as it is stored. Its kind is one that has_Panels().
+  // Shows the page of a tab (1 to 44) as it is stored. Its kind is value, counts, intervals or shapes.
   void open(int tab);
-  [[nodiscard]] static bool has_Panels(PageKind kind);
 
  private:
   void show_Panels(const std::vector<ConditionPanel>& panels);
