@@ -4,9 +4,8 @@
 #include <QComboBox>
 #include <QHelpEvent>
 #include <QLabel>
-#include <QPlainTextEdit>
-#include <QRadioButton>
 #include <QToolTip>
+#include <map>
 
 #include "conditions/condition_store.hpp"
 #include "conditions/own_pages.hpp"
@@ -17,11 +16,14 @@
 #include "ui/count_bars.hpp"
 #include "ui/frozen_grid.hpp"
 #include "ui/omission_chart.hpp"
-#include "ui/text.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
 namespace {
+
+constexpr const char* kSheet = "mnu_TiaojianChoseNumber";
+constexpr const char* kShrink = "mnu_TiaojianShuosui";
+std::string tab_Command(int tab) { return ConditionsPage::tab_Command(tab); }
 
 class ConditionsTest : public WindowTest {
  protected:
@@ -31,16 +33,25 @@ class ConditionsTest : public WindowTest {
     open_Settled();
     choose("tab_2");
   }
-  void open_Tab(int tab) { choose(ConditionsPage::tab_Command(tab).c_str()); }
   // A click on a row of a list.
-  void tick(CheckList& list, int row) {
-    list.scrollTo(list.model()->index(row, 0));
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                      list.visualRect(list.model()->index(row, 0)).center());
+  void tick(const std::string& name, int row) {
+    auto& list = part<CheckList>(name);
+    const QModelIndex index = list.model()->index(row, 0);
+    list.scrollTo(index);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(index).center());
   }
-  void tick(const char* list, int row) { tick(part<CheckList>(list), row); }
-  void click_Box(const char* box) {
-    QTest::mouseClick(&part<QCheckBox>(box), Qt::LeftButton, {}, QPoint(8, 8));
+  // A choice from the list of a box, as a user makes it.
+  void select(const std::string& name, int index) {
+    auto& box = part<QComboBox>(name);
+    box.setCurrentIndex(index);
+    Q_EMIT box.activated(index);
+  }
+  // While another program holds the store.
+  void while_Held(const std::function<void()>& clicks) {
+    store().db().setBusyTimeout(0);
+    SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    clicks();
   }
   // What the foot is to tell, worked out here.
   [[nodiscard]] std::optional<LiveCount::Result> count_Live() {
@@ -48,32 +59,44 @@ class ConditionsTest : public WindowTest {
     return LiveCount().count(
         {loadLiveTickets(store()), loadConditionSet(store()), loadDrawTable(store()), 2026091}, course);
   }
-  // Everything that a person can set, as one text.
-  [[nodiscard]] std::string settings() {
-    std::string text;
-    for (const char* table :
-         {"过滤条件", "过滤条件使用情况", "号码特性", "号码特性3", "历史数据过滤", "日志表"}) {
-      Query rows = store().query(std::string("SELECT * FROM \"") + table + '"');
+  // Everything that a user can set, by its place.
+  [[nodiscard]] std::map<std::string, std::string> settings() {
+    std::map<std::string, std::string> all;
+    for (const auto& [table, name] : {std::pair<std::string, std::string>{"过滤条件", "cell"},
+                                      {"过滤条件使用情况", "switch"},
+                                      {"号码特性", "number"},
+                                      {"号码特性3", "number"},
+                                      {"历史数据过滤", "match"}}) {
+      Query rows = store().query("SELECT rowid,* FROM \"" + table + '"');
+      const int columns = rows.statement().getColumnCount();
       while (rows.next())
-        for (int i = 0; i < rows.statement().getColumnCount(); ++i) text += rows.text(i) + ',';
+        for (int i = columns == 3 ? 2 : 1; i < columns; ++i)
+          all[name + ' ' + rows.text(0) +
+              (columns == 3 ? "" : ' ' + std::string(rows.statement().getColumnName(i)))] = rows.text(i);
     }
+    return all;
+  }
+  // What isn't as before, as "cell 3646=1; number 5 第1=1; ".
+  [[nodiscard]] std::string changes(const std::map<std::string, std::string>& before) {
+    std::string text;
+    for (const auto& [place, value] : settings())
+      if (before.at(place) != value) text += place + '=' + value + "; ";
     return text;
   }
-  [[nodiscard]] int cell(ConditionId id) { return condition_Value(store(), id); }
   // What every box, list, option, ball and choice shows, one entry each.
-  [[nodiscard]] std::vector<std::string> face() {
-    const QWidget& window = program_->window();
+  [[nodiscard]] std::vector<std::string> face(const QWidget& of) {
     std::vector<std::string> marks;
-    for (const auto* button : window.findChildren<QAbstractButton*>())
+    for (const auto* button : of.findChildren<QAbstractButton*>())
       marks.push_back(utf8(button->objectName()) + ' ' + utf8(button->accessibleName()) +
                       (button->isChecked() ? "+" : "-"));
-    for (const auto* list : window.findChildren<CheckList*>())
+    for (const auto* list : of.findChildren<CheckList*>())
       for (const PanelItem& item : list->list().items())
         marks.push_back(utf8(list->objectName()) + ' ' + item.text + (item.selected ? "+" : "-"));
-    for (const auto* choice : window.findChildren<QComboBox*>())
+    for (const auto* choice : of.findChildren<QComboBox*>())
       marks.push_back(utf8(choice->objectName()) + ' ' + utf8(choice->currentText()));
     return marks;
   }
+  [[nodiscard]] std::vector<std::string> face() { return face(window()); }
   // The entries of two faces that differ; lists that are filled anew may be longer.
   static std::string differences(const std::vector<std::string>& a, const std::vector<std::string>& b) {
     std::string text = a.size() == b.size() ? "" : "other lists; ";
@@ -81,358 +104,220 @@ class ConditionsTest : public WindowTest {
       if (a[i] != b[i]) text += a[i] + " / " + b[i] + "; ";
     return text;
   }
-  // A choice from the list of a box, as a user makes it.
-  void select(const char* name, int index) {
-    auto& box = part<QComboBox>(name);
-    box.setCurrentIndex(index);
-    Q_EMIT box.activated(index);
+  // Whether the foot is written, which a test has replaced by a question mark.
+  [[nodiscard]] bool is_Counted() {
+    return QTest::qWaitFor([this] { return text("Label_liveCount") != "?"; }, 2000);
   }
 };
 
-// A control of each kind, where it stands, and a click on it.
+// A control of each kind, a click on it, and what that stores.
 struct Click {
-  const char* command;
+  std::string command;  // which shows it
   const char* name;
   std::function<void()> click;
+  std::string stores;
 };
 
 // Each click with the store held by another program, and then free: what it shows is what is stored, at once
 // and when the page is opened again, and the tickets that are left are counted anew.
-TEST_F(ConditionsTest, EveryControlShowsWhatIsStored) {
-  const auto tab = [](int number) { return std::string("mnu_Tiaojian_") + std::to_string(number); };
-  const std::string counts = tab(11), places = tab(15), shapes = tab(16), groups = tab(41), match = tab(42);
-  constexpr const char* sheet = "mnu_TiaojianChoseNumber";
-  constexpr const char* shrink = "mnu_TiaojianShuosui";
+TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
+  const std::string counts = tab_Command(11), intervals = tab_Command(14), places = tab_Command(15),
+                    shapes = tab_Command(16), groups = tab_Command(41), match = tab_Command(42);
   const auto item = [&](const char* list, int row) { return [=, this] { tick(list, row); }; };
-  const auto box = [&](const char* name) { return [=, this] { click_Box(name); }; };
-  const auto button = [&](const char* name) { return [=, this] { part<QAbstractButton>(name).click(); }; };
+  const auto button = [&](const char* name) { return [=, this] { click(name); }; };
+  const auto choice = [&](const char* name, int index) { return [=, this] { select(name, index); }; };
   set_Group(store(), 1, std::vector{3, 9});
-  const Click clicks[] = {{sheet, "an item", item("List_TjA_8", 6)},
-                          {sheet, "a box", box("Check_useTiaojiao_8")},
-                          {sheet, "a turn", item("List_jtzhsgl", 2)},
-                          {sheet, "a division's box", button("Check_zdyQJ_1")},
-                          {sheet, "a division's item", item("List_zdyQJ_1", 3)},
-                          {sheet, "a division's number", button("Check_zdyQJnumber_33")},
-                          {sheet, "a ball", button("cmm_C7_07")},
-                          {counts.c_str(), "an item", item("List_TJ_1", 3)},
-                          {counts.c_str(), "a box", box("Check_page_0")},
-                          {places.c_str(), "a number", item("List_DingweiNumber_1", 4)},
-                          {places.c_str(), "its box", box("Check_useDingWeiTiaojiao_30")},
-                          {places.c_str(), "the tolerance", button("Option_DingweiRongcuo_3")},
-                          {shapes.c_str(), "a shape", item("List_TiaojianElse", 9)},
-                          {groups.c_str(), "a number", button("cmm_ZDY_12")},
-                          {groups.c_str(), "a count", item("List_ZDYset", 5)},
-                          {groups.c_str(), "its box", box("Check_Zdy")},
-                          {groups.c_str(), "the empty button", button("cmm_EmptyZDY_0")},
-                          {match.c_str(), "the box", box("Check_Historyguolu")},
-                          {match.c_str(), "the first period", [&] { select("Combo_HistoryGuoLu_0", 1); }},
-                          {match.c_str(), "the last period", [&] { select("Combo_HistoryGuoLu_1", 1); }},
-                          {match.c_str(), "the match value", [&] { select("Combo_PiPei", 2); }},
-                          {match.c_str(), "the latest fifty", button("cmm_latestPeriods")},
-                          {shrink, "the type", button("Option_ShuoSuiLeiXing_4")},
-                          {shrink, "smart", button("Check_auto")}};
-  store().db().setBusyTimeout(0);
-  part<QPushButton>("cmm_QujianTip_102").click();
+  const Click clicks[] = {
+      {kSheet, "an item", item("List_TjA_8", 6), "cell 3646=1; "},
+      {kSheet, "the first item of a longer list", item("List_TjA_11", 0), "cell 3401=1; "},
+      {kSheet, "a box", button("Check_useTiaojiao_8"), "switch 10=0; "},
+      {kSheet, "an item of an interval", item("List_QJ_3", 5), "cell 3725=1; "},
+      {kSheet, "an item beside past draws", item("List_wscd_1", 3), "cell 6663=0; "},
+      {kSheet, "a temperature", item("List_wenDu5", 20), "cell 6720=1; "},
+      {kSheet, "a shape of combinations", item("List_TiaojianMohu_2", 1), "cell 4021=0; "},
+      {kSheet, "a turn", item("List_jtzhsgl", 2), "switch 102=1; "},
+      {kSheet, "a division's box", button("Check_zdyQJ_1"), "switch 402=1; "},
+      {kSheet, "a division's item", item("List_zdyQJ_1", 3), "cell 7013=0; "},
+      {kSheet, "a division's number", button("Check_zdyQJnumber_33"), "number 33 六区间2=1; "},
+      {kSheet, "a ball", button("cmm_C7_07"), "cell 7=1; "},
+      {counts, "an item", item("List_TJ_1", 3), "cell 3653=0; "},
+      {counts, "a box", button("Check_page_1"), "switch 11=1; "},
+      {intervals, "an item", item("List_TJ_3", 5), "cell 3735=1; "},
+      {places, "a number", item("List_DingweiNumber_1", 4), "number 5 第1=1; switch 30=1; "},
+      {places, "its box", button("Check_useDingWeiTiaojiao_30"), "switch 30=0; "},
+      {places, "the tolerance", button("Option_DingweiRongcuo_3"), "cell 3901=3; "},
+      {shapes, "a shape", item("List_TiaojianElse", 9), "cell 4009=1; switch 37=1; "},
+      {tab_Command(17), "a shape of another condition", item("List_TiaojianElse", 2),
+       "cell 4022=0; switch 38=1; "},
+      {groups, "a number", button("cmm_ZDY_12"), "number 12 自定义组1=1; "},
+      {groups, "a count", item("List_ZDYset", 5), "cell 3805=0; switch 20=1; "},
+      {groups, "its box", button("Check_Zdy"), "switch 20=0; "},
+      {groups, "the empty button", button("cmm_EmptyZDY_0"),
+       "number 12 自定义组1=0; number 3 自定义组1=0; number 9 自定义组1=0; "},
+      {match, "the box", button("Check_Historyguolu"), "match 1 使用状态=1; "},
+      {match, "the first period", choice("Combo_HistoryGuoLu_0", 1),
+       "match 1 最小值=2026089; match 1 自选范围=1; "},
+      {match, "the last period", choice("Combo_HistoryGuoLu_1", 1), "match 1 最大值=2026089; "},
+      {match, "the match value", choice("Combo_PiPei", 2), "match 1 匹配值=3; "},
+      {match, "the latest fifty", button("cmm_latestPeriods"),
+       "match 1 最大值=2026090; match 1 最小值=2026088; match 1 自选范围=0; "},
+      {kShrink, "the type", button("Option_ShuoSuiLeiXing_4"), "cell 3900=4; "},
+      {kShrink, "smart", button("Check_auto"), "switch 300=1; "}};
+  click("cmm_QujianTip_102");
   auto& foot = part<QLabel>("Label_liveCount");
-  const auto counted = [&] {
-    return QTest::qWaitFor([&] { return foot.text() != QStringLiteral("?"); }, 2000);
-  };
-  foot.setText(QStringLiteral("?"));
-  EXPECT_TRUE(counted());
   for (const Click& row : clicks) {
-    SCOPED_TRACE(row.command + std::string(": ") + row.name);
+    SCOPED_TRACE(row.command + ": " + row.name);
     choose(row.command);
-    const std::string stored = settings();
+    const auto stored = settings();
     const auto shown_before = face();
     desk_.told.clear();
-    {
-      SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
-      other.exec("BEGIN EXCLUSIVE");
-      row.click();
-    }
+    while_Held(row.click);
     EXPECT_EQ(differences(face(), shown_before), "");
     EXPECT_EQ(desk_.told.size(), 1U);
-    EXPECT_EQ(settings(), stored);
+    EXPECT_EQ(changes(stored), "");
     foot.setText(QStringLiteral("?"));
     row.click();
-    EXPECT_NE(settings(), stored);
-    EXPECT_TRUE(counted()) << "anew behind the click";
+    EXPECT_EQ(changes(stored), row.stores);
+    EXPECT_TRUE(is_Counted()) << "anew behind the click";
     const auto shown_behind = face();
     EXPECT_NE(differences(shown_behind, shown_before), "");
     choose("tab_1");
     choose("tab_2");
     EXPECT_EQ(differences(face(), shown_behind), "");
     foot.setText(QStringLiteral("?"));
-    EXPECT_TRUE(counted()) << "when the page is opened; nothing is under way before the next click";
+    EXPECT_TRUE(is_Counted()) << "when the page is opened; nothing is under way before the next click";
   }
 }
 
-TEST_F(ConditionsTest, SheetAndPagesAgree) {
-  const struct {
-    int tab;
-    const char* page_box;
-    const char* page_list;
-    const char* sheet_box;
-    const char* sheet_list;
-  } cases[] = {
-      {11, "Check_page_0", "List_TJ_0", "Check_useTiaojiao_8", "List_TjA_8"},
-      {14, "Check_page_2", "List_TJ_2", "Check_useTiaojiao_18", "List_QJ_3"},
-      {16, "Check_useTiaojiao_else", "List_TiaojianElse", "Check_TiaojianMohu_0", "List_TiaojianMohu_0"}};
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.tab);
-    const auto agree = [&](const char* where) {
-      open_Tab(row.tab);
-      const auto items = part<CheckList>(row.page_list).list().items();
-      const bool used = part<QCheckBox>(row.page_box).isChecked();
-      // The strip and the command lead back alike.
-      if (row.tab == 14)
-        part<QListView>("TabStrip_TiaoJian")
-            .setCurrentIndex(part<QListView>("TabStrip_TiaoJian").model()->index(0, 0));
-      else
-        choose("mnu_TiaojianChoseNumber");
-      const auto& sheet = part<CheckList>(row.sheet_list).list().items();
-      ASSERT_EQ(items.size(), sheet.size());
-      for (std::size_t i = 0; i < sheet.size(); ++i)
-        EXPECT_EQ(items[i].selected, sheet[i].selected) << where << i;
-      EXPECT_EQ(used, part<QCheckBox>(row.sheet_box).isChecked()) << where;
-    };
-    choose("mnu_TiaojianChoseNumber");
-    click_Box(row.sheet_box);
-    tick(row.sheet_list, 5);
-    agree("behind clicks on the sheet ");
-    open_Tab(row.tab);
-    tick(row.page_list, 6);
-    click_Box(row.page_box);
-    agree("behind clicks on the page ");
+// Behind each change the sheet and the pad are as a window shows it that is opened anew.
+TEST_F(ConditionsTest, TheSheetFollowsWhateverChangesTheStore) {
+  const std::pair<const char*, std::function<void()>> rows[] = {
+      {"clicks on the sheet", [&] { pick({33}), tick("List_TjA_8", 5), click("Check_useTiaojiao_18"); }},
+      {"clicks on a page",
+       [&] {
+         choose(tab_Command(11));
+         tick("List_TJ_0", 6), click("Check_page_0");
+       }},
+      {"a click that leads its box", [&] { choose(tab_Command(16)), tick("List_TiaojianElse", 2); }},
+      {"a new draw", [&] { enter_Draw(2026091, 20); }},
+      {"empty intervals",
+       [&] {
+         choose("mnu_newQuJian");
+         press("cmm_CLSQujianHuafen");
+       }},
+      {"restored factory values", [&] { desk_.choices = {0}, choose("huanyuan"); }}};
+  const auto face = [&] {
+    auto all = ConditionsTest::face(part("Frame_subtj"));
+    all.push_back(utf8(part("cmm_C7_33").accessibleName()));
+    return all;
+  };
+  for (const auto& [name, change] : rows) {
+    const auto before = face();
+    change();
+    choose("tab_2");
+    choose(kSheet);
+    const auto shown_here = face();
+    EXPECT_NE(differences(shown_here, before), "") << name;
+    open();
+    choose("tab_2");
+    EXPECT_EQ(differences(shown_here, face()), "") << name;
   }
-  choose("mnu_TiaojianView");
-  pick({9});
-  EXPECT_TRUE(
-      part<QPlainTextEdit>("Text_TiaoJianList").toPlainText().contains(QStringLiteral("“拖码”： ０９")));
-}
-
-TEST_F(ConditionsTest, TheSheetFollowsDrawsAndIntervals) {
-  EXPECT_EQ(part<QComboBox>("Combo_guoluqh").currentText(), QStringLiteral("2026090"));
-  click_Box("Check_useTiaojiao_16");
-  EXPECT_TRUE(is_Used(store(), 16));
-  choose("tab_1");
-  for (int i = 1; i <= 7; ++i)
-    part<QLineEdit>(("TextHistory_" + std::to_string(i)).c_str()).setText(QString::number(2 * i + 1));
-  choose("cmmUpdateHistory_0");
-  EXPECT_EQ(latestPeriod(store()), 2026091);
-  choose("tab_2");
-  EXPECT_EQ(part<QComboBox>("Combo_guoluqh").currentText(), QStringLiteral("2026091"));
-  choose("mnu_newQuJian");
-  press("cmm_CLSQujianHuafen");
-  choose("tab_2");
-  EXPECT_FALSE(part<QCheckBox>("Check_useTiaojiao_16").isChecked()) << "empty intervals filter nothing";
 }
 
 TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
   static_cast<void>(load_LiShi(store()));  // its page sets the range at every load
-  const std::string before = settings();
-  for (int tab = 2; tab <= 42; ++tab) {
-    open_Tab(tab);
-    EXPECT_EQ(settings(), before) << "tab " << tab;
-    EXPECT_EQ(part<QListView>("TabStrip_TiaoJian").currentIndex().row(), tab - 1);
-    EXPECT_LE(program_->window().minimumSizeHint().width(), 1240) << "tab " << tab << " fits a small screen";
+  const auto before = settings();
+  for (int tab = 42; tab >= 1; --tab) {
+    auto& strip = part<QListView>("TabStrip_TiaoJian");
+    if (tab % 2 == 0)
+      choose(tab_Command(tab));
+    else
+      strip.setCurrentIndex(strip.model()->index(tab - 1, 0));
+    EXPECT_EQ(changes(before), "") << "tab " << tab;
+    EXPECT_EQ(strip.currentIndex().row(), tab - 1);
+    EXPECT_LE(window().minimumSizeHint().width(), 1240) << "tab " << tab << " fits a small screen";
+    EXPECT_EQ(part<CheckList>("List_TjA_8").isVisible(), tab == 1);
+    EXPECT_TRUE(tab != 2 || !part("List_TJ_0").isVisible()) << "和值 has its list on the sheet";
+    EXPECT_TRUE(tab != 5 || part("List_TJ_0").isVisible());
   }
-  for (const char* command : {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", "mnu_TiaojianView"})
-    choose(command);
-  EXPECT_EQ(settings(), before);
+  for (const char* command : {kShrink, "mnu_TiaojianView"}) choose(command);
+  EXPECT_EQ(changes(before), "");
+  pick({9});
+  EXPECT_NE(text("Text_TiaoJianList").find("“拖码”： ０９"), std::string::npos)
+      << "the summary follows the pad";
 }
 
-TEST_F(ConditionsTest, TheSheetWritesEachClickAndTellsTheCurrentValues) {
+TEST_F(ConditionsTest, AListTakesTheSpaceBarAndTellsTheCurrentValues) {
   auto& list = part<CheckList>("List_TjA_8");  // 奇数个数
   const QAbstractItemModelTester tester(list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-  const int before = cell(3646);
-  tick(list, 6);
-  EXPECT_EQ(cell(3646), 1 - before);
-  list.setCurrentIndex(list.model()->index(6, 0));
-  QTest::keyClick(&list, Qt::Key_Space);
-  EXPECT_EQ(cell(3646), before) << "the space bar turns it back";
-  for (int k = 0; k <= 6; ++k)
-    if ((cell(3640 + k) == 1) != (k == 2 || k == 3)) tick(list, k);
-  EXPECT_TRUE(list.parentWidget()->findChild<QLabel*>()->text().contains(QStringLiteral("２～３")));
-  const bool used = is_Used(store(), 10);
-  click_Box("Check_useTiaojiao_8");
-  EXPECT_EQ(is_Used(store(), 10), !used);
-  for (const auto& [name, row, id] : {std::tuple{"List_wscd_1", 3, 6663},
-                                      {"List_TiaojianMohu_2", 1, 4021},
-                                      {"List_TjA_11", 0, 3401},
-                                      {"List_wenDu5", 20, 6720}}) {
-    const int allowed = cell(id);
-    tick(name, row);
-    EXPECT_EQ(cell(id), 1 - allowed) << name;
+  for (int k = 0; k <= 6; ++k) {
+    list.setCurrentIndex(list.model()->index(k, 0));
+    const bool allowed = condition_Value(store(), 3640 + k) == 1;
+    if (allowed != (k == 2 || k == 3)) QTest::keyClick(&list, Qt::Key_Space);
   }
+  EXPECT_TRUE(list.parentWidget()->findChild<QLabel*>()->text().contains(QStringLiteral("２～３")));
 }
 
 TEST_F(ConditionsTest, ConcreteCombinationsFollowTheChosenDraw) {
-  auto& list = part<CheckList>("List_jtzhsgl");
-  EXPECT_EQ(part<QComboBox>("Combo_guoluqh").currentText(), QStringLiteral("2026090"));
-  EXPECT_TRUE(list.list().items()[0].text.find("≠ [") != std::string::npos);
-  tick(list, 0);
-  EXPECT_TRUE(is_Used(store(), usage_OfTurn(0)));
+  const auto turns = [&] { return part<CheckList>("List_jtzhsgl").list().items(); };
+  const auto newest = turns();
+  EXPECT_NE(newest[0].text.find("≠ ["), std::string::npos);
+  select("Combo_guoluqh", 1);
+  EXPECT_EQ(text("Combo_guoluqh"), "2026089");
+  EXPECT_NE(turns()[0].text, newest[0].text);
 }
 
-TEST_F(ConditionsTest, ListsThatLeadTheirBoxSwitchIt) {
-  open_Tab(16);  // 尾数形式
-  auto& box = part<QCheckBox>("Check_useTiaojiao_else");
-  auto& list = part<CheckList>("List_TiaojianElse");
-  for (const PanelItem& item : std::vector(list.list().items()))
-    if (item.selected) tick(list, item.k);
-  EXPECT_FALSE(box.isChecked());
-  EXPECT_FALSE(is_Used(store(), 37));
-  tick(list, 2);
-  EXPECT_TRUE(box.isChecked());
-  EXPECT_TRUE(is_Used(store(), 37));
-  open_Tab(17);  // the same page for another condition
-  tick(list, 2);
-  EXPECT_TRUE(is_Used(store(), 38));
-  EXPECT_EQ(cell(4002), 1) << "the first one keeps its cell";
-
-  open_Tab(15);
-  EXPECT_FALSE(part<QCheckBox>("Check_useDingWeiTiaojiao_30").isEnabled());
-  tick("List_DingweiNumber_1", 4);
-  EXPECT_TRUE(is_Used(store(), 30));
-  EXPECT_EQ(read_AttributeColumn(store(), AttributeTable::first, "第1")[5], 1);
-  tick("List_DingweiNumber_1", 4);
-  EXPECT_FALSE(part<QCheckBox>("Check_useDingWeiTiaojiao_30").isEnabled());
-  part<QRadioButton>("Option_DingweiRongcuo_3").click();
-  EXPECT_EQ(cell(kToleranceCell), 3);
-}
-
-TEST_F(ConditionsTest, CountAndIntervalPagesWriteTheirCells) {
-  open_Tab(11);
-  const int before = cell(3653);
-  tick("List_TJ_1", 3);
-  EXPECT_EQ(cell(3653), 1 - before) << "偶数个数";
-  click_Box("Check_page_1");
-  EXPECT_TRUE(is_Used(store(), 11));
-  open_Tab(14);
-  const int interval = cell(3735);
-  tick("List_TJ_3", 5);
-  EXPECT_EQ(cell(3735), 1 - interval) << "区间4";
-  open_Tab(2);
-  EXPECT_FALSE(part<CheckList>("List_TJ_0").isVisible()) << "the values stand on the sheet";
-  open_Tab(5);
-  EXPECT_TRUE(part<CheckList>("List_TJ_0").isVisible()) << "跨度 has its list here";
-}
-
-TEST_F(ConditionsTest, GroupsAreMadeFilledAndEmptied) {
-  open_Tab(41);
-  EXPECT_FALSE(part<QCheckBox>("Check_Zdy").isEnabled());
-  const auto members = [&](int group) {
-    std::string kept;
-    const RedTable column =
-        read_AttributeColumn(store(), AttributeTable::first, "自定义组" + std::to_string(group));
-    for (int n = 1; n <= kRedCount; ++n) kept += column[n] ? std::to_string(n) + ' ' : "";
-    return kept;
-  };
-  auto& tabs = part<QTabBar>("TabStrip_ZDYchose");
-  const std::pair<int, std::vector<const char*>> groups[] = {
-      {1, {"cmm_ZDY_03", "cmm_ZDY_09"}}, {2, {"cmm_ZDY_05"}}, {10, {"cmm_ZDY_33", "cmm_ZDY_01"}}};
-  for (const auto& [group, numbers] : groups) {
-    tabs.setCurrentIndex(group - 1);
-    for (const char* number : numbers) part<QAbstractButton>(number).click();
-    auto& counts = part<CheckList>("List_ZDYset");
-    for (const PanelItem& item : std::vector(counts.list().items()))
-      if (item.selected != (item.k == 1)) tick(counts, item.k);
-    EXPECT_TRUE(is_Used(store(), usage_OfGroup(group)) && part<QCheckBox>("Check_Zdy").isChecked());
+TEST_F(ConditionsTest, EachGroupIsFilledAndEmptiedByItself) {
+  choose(tab_Command(41));
+  const auto before = settings();
+  auto& lines = part<QListView>("List_ZDY");
+  for (const auto& [tab, number] : {std::pair{0, "cmm_ZDY_03"}, {1, "cmm_ZDY_05"}, {9, "cmm_ZDY_33"}}) {
+    part<QTabBar>("TabStrip_ZDYchose").setCurrentIndex(tab);
+    EXPECT_FALSE(part("Check_Zdy").isEnabled());
+    click(number);
+    tick("List_ZDYset", 1);
   }
-  EXPECT_EQ(members(1) + members(2) + members(3) + members(10), "3 9 5 1 33 ");
-  const auto line = [&](int group) {
-    return utf8(part<QListView>("List_ZDY").model()->index(group - 1, 0).data().toString());
-  };
-  EXPECT_EQ(line(2), "自定义组2　号码：（０５） —— 允许开出个数（1个）");
-  Q_EMIT part<QListView>("List_ZDY").clicked(part<QListView>("List_ZDY").model()->index(1, 0));
-  EXPECT_EQ(tabs.currentIndex(), 1);
+  EXPECT_EQ(changes(before),
+            "cell 3801=0; cell 3811=0; cell 3891=0; number 3 自定义组1=1; number 33 自定义组10=1; "
+            "number 5 自定义组2=1; switch 20=1; switch 21=1; switch 29=1; ");
+  Q_EMIT lines.clicked(lines.model()->index(1, 0));
+  EXPECT_EQ(part<QTabBar>("TabStrip_ZDYchose").currentIndex(), 1);
+  const auto filled = settings();
   press("cmm_EmptyZDY_0");
-  EXPECT_EQ(members(1) + members(2) + members(10), "3 9 1 33 ") << "the group shown, and no other";
-  EXPECT_TRUE(is_Used(store(), 20) && !is_Used(store(), 21) && is_Used(store(), 29));
-  EXPECT_FALSE(part<QCheckBox>("Check_Zdy").isEnabled());
+  EXPECT_EQ(changes(filled), "number 5 自定义组2=0; switch 21=0; ") << "the group shown, and no other";
+  EXPECT_EQ(utf8(lines.model()->index(1, 0).data().toString()), "自定义组2 ——　未 使 用 ");
   press("cmm_EmptyZDY_1");
-  EXPECT_EQ(members(1) + members(10), "");
-  EXPECT_FALSE(is_Used(store(), 20) || is_Used(store(), 29));
-  EXPECT_EQ(line(1), "自定义组1 ——　未 使 用 ");
+  EXPECT_EQ(changes(before), "cell 3801=0; cell 3811=0; cell 3891=0; ") << "every group";
 }
 
-TEST_F(ConditionsTest, TheMatchPageMovesItsRangeOnWhenItIsShownAndLeavesAChosenOne) {
-  const auto range = [&] {
-    const HistoryMatch match = load_HistoryMatch(store());
-    return std::pair{match.first, match.last};
-  };
-  const auto which = [&] { return utf8(part<QLabel>("Label_matchRange").text()); };
-  open_Tab(42);
-  EXPECT_EQ(range(), std::pair(2026088, 2026090));
-  EXPECT_EQ(which(), kMatchTexts.latest);
-  choose("tab_1");
-  lotmere::test::put_Draw(store(), 2026091, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
-  for (const char* command : {"mnu_TiaojianView", "huanyuan", "mnu_TiaojianChoseNumber"}) {
-    open_Tab(42);  // from here the page is left and another one asked for from outside
-    choose("tab_1");
-    store().query(R"(UPDATE "历史数据过滤" SET "最大值"=2026089)").run();
+TEST_F(ConditionsTest, OnlyShowingTheMatchPageMovesItsRangeOn) {
+  const auto last = [&] { return load_HistoryMatch(store()).last; };
+  const std::string match = tab_Command(42);
+  PeriodNo newest = 2026090;
+  for (const char* command : {"mnu_TiaojianView", "huanyuan", kSheet}) {
+    choose(match);
+    EXPECT_EQ(last(), newest);
+    choose("tab_1");  // from here the page is left and another one asked for from outside
+    lotmere::test::put_Draw(store(), ++newest, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
     desk_.choices = {1};
     choose(command);
-    EXPECT_EQ(range().second, 2026089) << command << " doesn't show the page";
-    choose("tab_1");
+    EXPECT_EQ(last(), newest - 1) << command << " doesn't show the page";
   }
-  open_Tab(42);
-  EXPECT_EQ(range(), std::pair(2026088, 2026091));
-  select("Combo_HistoryGuoLu_1", 2);
-  select("Combo_HistoryGuoLu_0", 1);
-  EXPECT_EQ(range(), std::pair(2026090, 2026089)) << "as chosen, whatever sense it makes";
-  select("Combo_HistoryGuoLu_0", 2);
-  EXPECT_EQ(which(), kMatchTexts.chosen);
-  open_Tab(16);
-  open_Tab(42);
-  EXPECT_EQ(range(), std::pair(2026089, 2026089));
-  EXPECT_EQ(part<QComboBox>("Combo_HistoryGuoLu_0").currentText(), QStringLiteral("2026089"));
-  press("cmm_latestPeriods");
-  EXPECT_EQ(range(), std::pair(2026088, 2026091));
-  EXPECT_EQ(which(), kMatchTexts.latest);
-  click_Box("Check_Historyguolu");
-  select("Combo_PiPei", 3);
-  EXPECT_EQ(load_HistoryMatch(store()), (HistoryMatch{true, 2026088, 2026091, 4}));
+  choose(match);
+  EXPECT_EQ(text("Label_matchRange"), kMatchTexts.latest);
+  select("Combo_HistoryGuoLu_1", 1);
+  EXPECT_EQ(text("Label_matchRange"), kMatchTexts.chosen);
 }
 
-TEST_F(ConditionsTest, PlaceAndShrinkPagesShowWhatIsStored) {
-  for (const int stored : {5, 2}) {
-    set_ConditionValue(store(), kToleranceCell, stored);
-    set_ConditionValue(store(), kShrinkTypeCell, stored + 1);
-    set_Usage(store(), kSmartOptimisation, stored == 5);
-    open_Tab(15);
-    for (int k = 0; k <= kPlaceCount; ++k)
-      EXPECT_EQ(part<QRadioButton>(("Option_DingweiRongcuo_" + std::to_string(k)).c_str()).isChecked(),
-                k == stored);
-    choose("mnu_TiaojianShuosui");
-    for (int type = kSmallestShrink; type <= kLargestShrink; ++type)
-      EXPECT_EQ(part<QRadioButton>(("Option_ShuoSuiLeiXing_" + std::to_string(type)).c_str()).isChecked(),
-                type == stored + 1);
-    EXPECT_EQ(part<QCheckBox>("Check_auto").isChecked(), stored == 5);
+TEST_F(ConditionsTest, ADivisionShowsItsIntervalsAndTheirClicksAreItsOwn) {
+  for (const auto& [option, count] : {std::pair{"Option_qjFenlei_6", 12}, {"Option_qjFenlei_2", 8}}) {
+    click(option);
+    for (int i = 0; i < 12; ++i)
+      EXPECT_EQ(part("Check_zdyQJ_" + std::to_string(i)).isVisibleTo(&window()), i < count) << option << i;
   }
-  part<QRadioButton>("Option_ShuoSuiLeiXing_4").click();
-  part<QCheckBox>("Check_auto").click();
-  EXPECT_EQ(cell(kShrinkTypeCell), 4);
-  EXPECT_TRUE(is_Used(store(), kSmartOptimisation));
-}
-
-TEST_F(ConditionsTest, CustomDivisionsShowTheirIntervalsAndTakeNumbers) {
-  part<QRadioButton>("Option_qjFenlei_2").click();  // 八区间
-  EXPECT_TRUE(
-      part<QCheckBox>("Check_zdyQJ_7").parentWidget()->parentWidget()->isVisibleTo(&program_->window()));
-  EXPECT_FALSE(
-      part<QCheckBox>("Check_zdyQJ_8").parentWidget()->parentWidget()->isVisibleTo(&program_->window()));
-  const DivisionPanel second = division_Panels(store(), 8)[1];
-  part<QCheckBox>("Check_zdyQJ_1").click();
-  EXPECT_NE(is_Used(store(), second.condition.usage), second.panel.ticked);
-  part<QPushButton>("cmm_QujianTip_102").click();
-  const bool member = read_AttributeColumn(store(), AttributeTable::third, "八区间2")[33] != 0;
-  part<QAbstractButton>("Check_zdyQJnumber_33").click();
-  EXPECT_NE(read_AttributeColumn(store(), AttributeTable::third, "八区间2")[33] != 0, member);
-  EXPECT_TRUE(part<QWidget>("Frame_zdyQJnumber").isVisible());
-  part<QPushButton>("cmm_CLSzdyQj").click();
-  EXPECT_FALSE(part<QWidget>("Frame_zdyQJnumber").isVisible());
+  const auto before = settings();
+  click("Check_zdyQJ_7");
+  EXPECT_EQ(changes(before), "switch 421=1; ");
 }
 
 class IntervalTest : public ConditionsTest {
@@ -440,17 +325,13 @@ class IntervalTest : public ConditionsTest {
   void SetUp() override {
     ConditionsTest::SetUp();
     store().db().exec(R"(UPDATE "历史记录" SET "区间2"=7)");  // no count: whatever counts anew shows
+    show_Page();
+  }
+  void show_Page() {
     choose("mnu_newQuJian");
-    part<QRadioButton>("Option_QujianDingyi_1").click();
+    click("Option_QujianDingyi_1");
   }
-  void toggle(const char* number) { part<QAbstractButton>(number).click(); }
-  // What the draws hold of 区间2, oldest first, and what the grid shows of it.
-  std::string counted() {
-    std::string text;
-    Query rows = store().query(R"(SELECT "区间2" FROM "历史记录" ORDER BY "期号")");
-    while (rows.next()) text += rows.text(0);
-    return text;
-  }
+  // What the grid shows of 区间2, oldest draw first.
   std::string grid() {
     std::string text;
     const QAbstractItemModel& rows = *part<FrozenGrid>("TDBGridHistory").left().model();
@@ -461,93 +342,63 @@ class IntervalTest : public ConditionsTest {
   }
 };
 
-TEST_F(IntervalTest, LeavingThePageCountsTheDrawsAnew) {
-  toggle("cmm_QujianHuafen_01");
-  EXPECT_TRUE(part<QLabel>("Label_4qj_1").text().contains(QStringLiteral("０１")));
-  EXPECT_EQ(counted(), "777");
-  choose("tab_1");
-  EXPECT_EQ(counted(), "231") << "of 1 and 11 to 20";
-  EXPECT_EQ(grid(), "231");
-  desk_.told.clear();
-  choose("mnu_newQuJian");
-  choose("tab_1");
-  EXPECT_TRUE(desk_.told.empty()) << "unchanged intervals aren't counted again";
-  choose("mnu_newQuJian");
-  press("cmm_CLSQujianHuafen");
-  EXPECT_TRUE(part<QLabel>("Label_4qj_0").text().contains(QStringLiteral("无号码")));
-  choose("mnu_youxiguizhe");
-  EXPECT_EQ(counted(), "231") << "another text of the same page";
-  choose("tab_3");
-  EXPECT_EQ(counted(), "000");
-}
-
-TEST_F(IntervalTest, ClosingTheWindowCountsThemTooAlsoWhenItStaysOpen) {
-  toggle("cmm_QujianHuafen_33");
-  desk_.answers = {false};
-  program_->window().close();
-  EXPECT_EQ(counted(), "320");
-  choose("tab_1");
-  EXPECT_EQ(grid(), "320");
-  choose("mnu_newQuJian");
-  toggle("cmm_QujianHuafen_33");
-  desk_.answers = {true};
-  program_->window().close();
-  EXPECT_EQ(counted(), "220");
+TEST_F(IntervalTest, TheDrawsAreCountedAnewWhereverThePageIsLeft) {
+  const auto close = [&](bool answer) {
+    desk_.answers = {answer};
+    window().close();
+  };
+  const struct {
+    const char* name;
+    const char* clicked;
+    std::function<void()> leave;
+    const char* counts;
+  } rows[] = {{"for another page", "cmm_QujianHuafen_01", [&] { choose("tab_1"); }, "231"},
+              {"for the factory's intervals", "cmm_CLSQujianHuafen",
+               [&] {
+                 desk_.choices = {0};
+                 choose("huanyuan");
+               },
+               "220"},
+              {"by a close that is taken back", "cmm_QujianHuafen_33", [&] { close(false); }, "320"},
+              {"by a kill, and a new start", "cmm_QujianHuafen_30", [&] { open(); }, "330"},
+              {"by a close", "cmm_QujianHuafen_01", [&] { close(true); }, "341"}};
+  for (const auto& row : rows) {
+    show_Page();
+    click(row.clicked);
+    choose("mnu_youxiguizhe");  // another text of the same page
+    row.leave();
+    EXPECT_EQ(grid(), row.counts) << row.name;
+  }
   EXPECT_FALSE(interval_CountsDue(store()));
 }
 
-TEST_F(IntervalTest, WhateverElseChangesThemCountsTheDraws) {
-  toggle("cmm_QujianHuafen_01");
-  choose("tab_2");
-  EXPECT_EQ(counted(), "231");
-  desk_.choices = {0};
-  choose("huanyuan");
-  EXPECT_EQ(counted(), "220") << "restored factory values";
-  EXPECT_EQ(grid(), "220");
-  // Killed on the page of the intervals: the next start counts.
-  choose("mnu_newQuJian");
-  toggle("cmm_QujianHuafen_30");
-  program_.reset();
-  open();
-  EXPECT_EQ(counted(), "230");
-  EXPECT_EQ(grid(), "230");
-}
-
 TEST_F(IntervalTest, AClickThatCannotBeStoredShowsTheIntervalsAsTheyAre) {
-  store().db().setBusyTimeout(0);
   const auto before = face();
-  {
-    SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
-    other.exec("BEGIN EXCLUSIVE");
-    toggle("cmm_QujianHuafen_01");
-    part<QRadioButton>("Option_QujianDingyi_3").click();
+  while_Held([&] {
+    click("cmm_QujianHuafen_01");
+    click("Option_QujianDingyi_3");
     press("cmm_CLSQujianHuafen");
-  }
+  });
   EXPECT_EQ(differences(face(), before), "");
   EXPECT_EQ(desk_.told.size(), 3U);
-  toggle("cmm_QujianHuafen_01");
-  EXPECT_EQ(read_AttributeColumn(store(), AttributeTable::first, "区间2")[1], 1)
-      << "the interval that is shown";
+  const auto stored = settings();
+  click("cmm_QujianHuafen_01");
+  EXPECT_EQ(changes(stored), "number 1 区间2=1; ") << "the interval that is shown";
+  EXPECT_NE(text("Label_4qj_1").find("０１"), std::string::npos);
 }
 
 TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
-  const auto foot = [&](const std::string& text) {
-    return QTest::qWaitFor([&] { return part<QLabel>("Label_liveCount").text() == shown(text); });
+  const auto tells = [&](const std::string& wanted) {
+    return QTest::qWaitFor([&] { return text("Label_liveCount") == wanted; });
   };
-  EXPECT_TRUE(foot("还没有投注号，也没有选好号码。"));
+  EXPECT_TRUE(tells("还没有投注号，也没有选好号码。"));
   pick({8, 9, 10, 11, 12, 13, 14, 15, 16, 108, 109});
-  const auto picked = count_Live();
-  EXPECT_EQ(picked->tickets, 84 * 2);
-  EXPECT_TRUE(foot(live_Text(*picked)));
-  desk_.texts = {"2026091", "2026091"};
+  EXPECT_TRUE(tells(live_Text(*count_Live())));
+  desk_.texts = {"2026091"};
   choose("mnu_ShengCeng_0");
   choose("tab_2");
   tick("List_TjA_8", 3);
-  tick("List_TjA_8", 2);
-  const auto before = count_Live();
-  EXPECT_TRUE(foot(live_Text(*before)));
-  choose("mnu_ShengCeng_1");
-  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), before->survivors);
+  EXPECT_TRUE(tells(live_Text(*count_Live())));
 }
 
 // The count of a large table is taken in slices: clicks and commands come between them and find the store
@@ -564,76 +415,57 @@ TEST_F(ConditionsTest, ACountUnderWayGivesWay) {
     QTest::qWait(70);  // while the tickets are read
   };
   open_InTheMiddle();
-  click_Box("Check_useTiaojiao_8");
+  click("Check_useTiaojiao_8");
   EXPECT_TRUE(QTest::qWaitFor([&] { return foot.text().startsWith(QStringLiteral("表格中")); }, 20'000));
-  EXPECT_EQ(utf8(foot.text()), live_Text(*count_Live()));
-  const auto left = count_Live()->survivors;
+  const auto counted = count_Live();
+  EXPECT_EQ(utf8(foot.text()), live_Text(*counted));
   open_InTheMiddle();
   desk_.texts = {"2026091"};
   desk_.told.clear();
   choose("mnu_ShengCeng_1");
   EXPECT_TRUE(desk_.told.empty()) << told();
-  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), left);
+  EXPECT_EQ(count_Rows("日志表"), counted->survivors);
   open_InTheMiddle();
   program_.reset();  // the end of the program in the middle
 }
 
 TEST_F(ConditionsTest, TipsTellHowMuchAConditionLetsThrough) {
   const auto tip = [&](const char* name) {
-    auto& box = part<QCheckBox>(name);
+    auto& box = part(name);
     QHelpEvent asked(QEvent::ToolTip, QPoint(2, 2), box.mapToGlobal(QPoint(2, 2)));
     QApplication::sendEvent(&box, &asked);
     // The first lines stand at once; the strength follows when it is worked out.
     EXPECT_TRUE(
         QTest::qWaitFor([] { return QToolTip::text().contains(QStringLiteral("\n放行全部红球组合的")); }));
-    return QToolTip::text();
+    return utf8(QToolTip::text());
   };
-  const QString sum = tip("Check_useTiaojiao_0");
-  EXPECT_TRUE(sum.startsWith(QStringLiteral("总和值\n当前取值：６０～１４３\n放行全部红球组合的")));
-  EXPECT_TRUE(tip("Check_zdyQJ_0").contains(QStringLiteral("六区间1")));
-  open_Tab(42);
-  EXPECT_TRUE(tip("Check_Historyguolu").startsWith(QStringLiteral("历史数据过滤\n放行全部红球组合的")));
+  EXPECT_TRUE(tip("Check_useTiaojiao_0").starts_with("总和值\n当前取值：６０～１４３\n放行全部红球组合的"));
+  EXPECT_TRUE(tip("Check_zdyQJ_0").starts_with("六区间1"));
+  choose(tab_Command(42));
+  EXPECT_TRUE(tip("Check_Historyguolu").starts_with("历史数据过滤\n放行全部红球组合的"));
 }
 
-TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceAndGiveItBack) {
+TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceFollowTheDrawsAndGiveItBack) {
   press("cmm_Yltj_1");
-  EXPECT_TRUE(part<QComboBox>("Combo_ItemOfYLFX").isVisible());
-  EXPECT_EQ(part<QComboBox>("Combo_ItemOfYLFX").currentIndex(), 1);
-  EXPECT_FALSE(part<CheckList>("List_TjA_0").isVisible());
+  EXPECT_EQ(text("Combo_ItemOfYLFX"), "蓝球号码遗漏分析");
+  EXPECT_TRUE(part("Combo_ItemOfYLFX").isVisible() && !part("List_TjA_0").isVisible());
   press("cmm_Cstj_1");
-  EXPECT_EQ(part<QComboBox>("Combo_MSChartItem").currentIndex(), 1);
-  const auto add_Draw = [&](int period) {
-    choose("tab_1");
-    const int draw[] = {period, 9, 10, 11, 12, 13, 14, 15};
-    for (int i = 0; i < 8; ++i)
-      part<QLineEdit>(("TextHistory_" + std::to_string(i)).c_str()).setText(QString::number(draw[i]));
-    choose("cmmUpdateHistory_0");
-    choose("tab_2");
-  };
-  add_Draw(2026091);
-  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_1").currentText(), QStringLiteral("2026091"));
-  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tip_Of(14).endsWith(QStringLiteral("　1 次")));
-  EXPECT_TRUE(part<QComboBox>("Combo_MSChartItem").isVisible())
-      << "the view stays until the person leaves it";
-  for (auto* back : program_->window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
+  EXPECT_EQ(text("Combo_MSChartItem"), "蓝球号码统计");
+  enter_Draw(2026091, 10);
+  choose("tab_2");
+  EXPECT_EQ(text("Combo_pic_TiaoJian_1"), "2026091");
+  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").count(), 4);
+  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tip_Of(7).endsWith(QStringLiteral("　1 次")));
+  EXPECT_TRUE(part("Combo_MSChartItem").isVisible()) << "the view stays until the user leaves it";
+  for (auto* back : window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
     if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
-  EXPECT_TRUE(part<CheckList>("List_TjA_0").isVisible());
+  EXPECT_TRUE(part("List_TjA_0").isVisible());
   press("cmm_Yltj_0");
-  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").currentText(), QStringLiteral("2026091"));
-  add_Draw(2026092);
+  enter_Draw(2026092, 11);
+  choose("tab_2");
+  EXPECT_EQ(text("Combo_QSofYLFX"), "2026092");
   EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 5);
   EXPECT_EQ(part<OmissionChart>("frm_YLFXmain").omission()->period, 2026092);
-}
-
-TEST_F(ConditionsTest, RestoredDefaultsShowOnTheSheetAgain) {
-  const auto& list = part<CheckList>("List_TjA_8").list();
-  const bool factory = list.items()[6].selected;
-  tick("List_TjA_8", 6);
-  EXPECT_NE(list.items()[6].selected, factory);
-  desk_.choices = {0};
-  choose("huanyuan");
-  choose("tab_2");
-  EXPECT_EQ(list.items()[6].selected, factory);
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 // From the start of the process to the ready window, users, and the end.
-#include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QRadioButton>
 #include <QTimer>
 #include <csignal>
@@ -14,259 +13,210 @@
 #include "core/transfer.hpp"
 #include "support/faulty_files.hpp"
 #include "ui/end_watch.hpp"
-#include "ui/first_run_dialog.hpp"
-#include "ui/login_dialog.hpp"
-#include "ui/text.hpp"
 #include "ui/tip_dialog.hpp"
-#include "users/login.hpp"
 #include "users/profile.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
 namespace {
 
+// Types a name into the box and texts into the lines of a dialog, and presses a button of it; whether that was
+// the end of the dialog.
+bool fill(QDialog& dialog, const char* box, const char* name,
+          std::initializer_list<std::pair<const char*, const char*>> lines, const char* button) {
+  part_Of<QComboBox>(dialog, box).setCurrentText(QString::fromUtf8(name));
+  for (const auto& [line, text] : lines) part_Of<QLineEdit>(dialog, line).setText(QString::fromUtf8(text));
+  part_Of<QPushButton>(dialog, button).click();
+  return dialog.result() == QDialog::Accepted;
+}
+
 class StartTest : public WindowTest {
  protected:
-  // Answers the first-run question.
-  static std::function<bool(QDialog&)> choose_Mode(UserMode mode) {
-    return [mode](QDialog& dialog) {
-      dialog.findChild<QRadioButton*>(QStringLiteral("Option_userMode_%1").arg(static_cast<int>(mode)))
-          ->setChecked(true);
-      dialog.findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
-      return dialog.result() == QDialog::Accepted;
-    };
+  // Answers of the login dialog.
+  static bool log_In(QDialog& dialog, const char* name, const char* password, const char* button = "cmdOK") {
+    return fill(dialog, "Combo_userName", name, {{"txtPWD", password}}, button);
   }
-  // Types name and password into the login and presses a button of it.
-  static std::function<bool(QDialog&)> log_In(const char* name, const char* password,
-                                              const char* button = "cmdOK") {
+  static std::function<bool(QDialog&)> come_New(const char* name, const char* password) {
     return [=](QDialog& dialog) {
-      dialog.findChild<QComboBox*>(QStringLiteral("Combo_userName"))->setCurrentText(QString::fromUtf8(name));
-      dialog.findChild<QLineEdit*>(QStringLiteral("txtPWD"))->setText(QString::fromUtf8(password));
-      dialog.findChild<QPushButton*>(QString::fromUtf8(button))->click();
-      return dialog.result() == QDialog::Accepted;
+      EXPECT_FALSE(log_In(dialog, name, password, "cmd_newUser"));
+      return log_In(dialog, name, password);
     };
   }
-  [[nodiscard]] bool user_MenuShown() { return part<QMenu>("mnu_User").menuAction()->isVisible(); }
+  void put_Tickets(Store& store, int count) {
+    for (int id = 1; id <= count; ++id)
+      lotmere::test::put_Ticket(store, id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+  }
 };
 
 TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
-  desk_.dialogs = {choose_Mode(UserMode::single)};
+  desk_.dialogs = {[](QDialog& dialog) {
+    part_Of<QRadioButton>(dialog, "Option_userMode_1").setChecked(true);
+    part_Of<QPushButton>(dialog, "cmdOK").click();
+    return dialog.result() == QDialog::Accepted;
+  }};
   desk_.answers = {false};
-  MainWindow& window = open();
-  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(open().isVisible());
   EXPECT_EQ(user_Mode(store()), UserMode::single);
-  EXPECT_FALSE(user_MenuShown());
-  ASSERT_EQ(desk_.asked.size(), 1);
-  EXPECT_EQ(desk_.asked[0], "开奖记录不是最新的，是否需要更新到最新的数据．．．");
-  EXPECT_TRUE(part<QLabel>("StatusBar_1").text().contains(QStringLiteral("不完整")));
-  EXPECT_TRUE(part<QLabel>("StatusBar_3").text().contains(QStringLiteral("2026001 期")));
-  EXPECT_LE(window.minimumSizeHint().width(), 1240) << "fits a small screen with the longest status, too";
+  EXPECT_FALSE(part<QMenu>("mnu_User").menuAction()->isVisible());
+  EXPECT_EQ(desk_.asked, (std::vector<std::string>{"开奖记录不是最新的，是否需要更新到最新的数据．．．"}));
+  EXPECT_NE(text("StatusBar_1").find("不完整"), std::string::npos);
+  EXPECT_NE(text("StatusBar_3").find("2026001 期"), std::string::npos);
+  EXPECT_LE(window().minimumSizeHint().width(), 1240) << "fits a small screen with the longest status, too";
 }
 
-TEST_F(StartTest, LeavingTheFirstQuestionEndsTheProgramAndAsksAgainNextTime) {
+TEST_F(StartTest, AStartThatComesToNoEndSaysWhy) {
   desk_.dialogs = {[](QDialog& dialog) {
-    dialog.findChild<QPushButton*>(QStringLiteral("cmd_End"))->click();
+    part_Of<QPushButton>(dialog, "cmd_End").click();
     return false;
   }};
-  Program program(home_.home(), desk_, clock_);
-  EXPECT_FALSE(program.start());
-  EXPECT_EQ(user_Mode(program.store()), UserMode::unchosen);
-}
-
-TEST_F(StartTest, ASecondStartSaysSoAndTouchesNothing) {
-  open_Settled();
-  const std::string before = lotmere::test::read_File(home_.home().main_Db());
-  Program second(home_.home(), desk_, clock_);
-  EXPECT_FALSE(second.start());
-  EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
-  EXPECT_EQ(lotmere::test::read_File(home_.home().main_Db()), before);
-}
-
-TEST_F(StartTest, AFailedStartSaysWhy) {
+  {
+    Program left(home_.home(), desk_, clock_);
+    EXPECT_FALSE(left.start()) << "the first question is left, and asked again next time";
+    EXPECT_EQ(user_Mode(left.store()), UserMode::unchosen);
+  }
   lotmere::test::FaultyFiles files(1);
-  Program program(home_.home(), desk_, clock_, files);
-  EXPECT_FALSE(program.start());
+  std::filesystem::remove(home_.home().main_Db());
+  std::filesystem::remove(home_.home().backup_Db());
+  EXPECT_FALSE(Program(home_.home(), desk_, clock_, files).start());
   ASSERT_EQ(desk_.told.size(), 2);
   EXPECT_TRUE(desk_.told[0].text.starts_with("文件操作失败：")) << desk_.told[0].text;
   EXPECT_TRUE(desk_.told[1].text.starts_with("请以管理员身份来运行程序！"));
-  EXPECT_EQ(desk_.told[0].tone, Tone::error);
+  open_Settled();
+  EXPECT_FALSE(Program(home_.home(), desk_, clock_).start());
+  EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
 }
 
 TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
-  settle_Home(home_.store());
-  clock_.day = std::chrono::sys_days{std::chrono::August / 20 / 2026};
-  open();
+  open_Settled();
   EXPECT_TRUE(desk_.asked.empty());
-  program_.reset();
   clock_.day += std::chrono::days(1);
   desk_.answers = {false};
   open();
   EXPECT_EQ(desk_.asked.size(), 1);
+  enter_Draw(2026091, 8);
+  EXPECT_NE(text("StatusBar_1").find("已更新"), std::string::npos);
+  EXPECT_NE(text("StatusBar_3").find("2026092 期"), std::string::npos);
 }
 
 TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
-  settle_Home(home_.store());
-  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  settle_Home(UserMode::multi);
   desk_.dialogs = {[this](QDialog& dialog) {
-    EXPECT_FALSE(log_In("", "x")(dialog)) << "no name";
-    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "only the button makes a user";
-    EXPECT_TRUE(shown(told()).contains(QStringLiteral("“我是新用户”")));
-    EXPECT_FALSE(log_In("甲", "1", "cmd_newUser")(dialog));
-    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "no is answered";
-    return log_In("甲", "1")(dialog);
+    EXPECT_FALSE(log_In(dialog, "甲", "1")) << "only the button makes a user";
+    EXPECT_NE(told().find("“我是新用户”"), std::string::npos);
+    EXPECT_EQ(part_Of<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Password);
+    EXPECT_TRUE(come_New("甲", "1")(dialog));
+    EXPECT_EQ(part_Of<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Normal)
+        << "while a new one is typed";
+    return true;
   }};
-  desk_.answers = {false, true};
-  MainWindow& window = open();
-  EXPECT_EQ(desk_.told.front().text, "用户名不能为空！");
-  EXPECT_TRUE(user_MenuShown());
-  EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
+  desk_.answers = {true};
+  open();
+  EXPECT_TRUE(part<QMenu>("mnu_User").menuAction()->isVisible());
+  EXPECT_EQ(utf8(window().windowTitle()), "甲  —— Lotmere 双色球");
   choose("tab_2");
   pick({33});
-  const auto used = [&] { return part<QCheckBox>("Check_useTiaojiao_0").isChecked(); };
-  EXPECT_TRUE(used());
-  part<QCheckBox>("Check_useTiaojiao_0").click();
+  click("Check_useTiaojiao_0");
   store().db().exec(R"(UPDATE "号码特性" SET "区间1"="号码"<=4)");
-  const auto counted = [&] {
-    return store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
+  put_Tickets(store(), 2);
+  // What is this user's own: the pick of 33, the switch on the sheet, the interval counts of the draw 1 to 6.
+  const auto shown_State = [&] {
+    choose("tab_2");
+    return std::tuple(load_Selection(store()).red[33],
+                      part<QAbstractButton>("Check_useTiaojiao_0").isChecked(),
+                      store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)"));
   };
-
-  desk_.answers = {true};
+  desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties the tickets
   desk_.dialogs = {[](QDialog& dialog) {
-    EXPECT_FALSE(log_In("乙", "2", "cmd_newUser")(dialog));
-    return log_In("乙", "2")(dialog);
-  }};
+                     EXPECT_FALSE(come_New("乙", "2")(dialog)) << "tickets stand";
+                     return log_In(dialog, "乙", "2");
+                   },
+                   [](QDialog& dialog) { return log_In(dialog, "甲", "1"); }};
+  desk_.answers = {true, true};
   choose("mnu_UserQiehuan");
-  EXPECT_EQ(current_User(store()), "乙");
-  EXPECT_EQ(window.current_Page(), MainWindow::Page::history);
-  EXPECT_EQ(load_Selection(store()).red[33], PickState::none);
-  EXPECT_EQ(counted(), 6) << "the counts are those of this user's intervals";
-  choose("tab_2");
-  EXPECT_TRUE(used()) << "and the sheet shows this user's switches";
+  EXPECT_EQ(window().current_Page(), MainWindow::Page::history);
+  EXPECT_EQ(utf8(window().windowTitle()), "乙  —— Lotmere 双色球");
+  EXPECT_EQ(part<QAbstractItemView>("TDBGrid_RZ").model()->rowCount(), 0);
+  EXPECT_EQ(shown_State(), std::tuple(PickState::none, true, 6));
+  choose("mnu_UserQiehuan");
+  EXPECT_EQ(shown_State(), std::tuple(PickState::tuo, false, 4));
 
-  lotmere::test::put_Ticket(store(), 1, 1, 2026091, {{1, 2, 3, 4, 5, 6}, 7});
-  desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties them
-  desk_.dialogs = {[](QDialog& dialog) {
-    EXPECT_FALSE(log_In("甲", "wrong")(dialog));
-    EXPECT_FALSE(log_In("甲", "1")(dialog)) << "tickets stand";
-    return log_In("甲", "1")(dialog);
-  }};
+  desk_.dialogs = {[](QDialog&) { return false; },
+                   [](QDialog& dialog) { return log_In(dialog, "", "", "cmd_End"); }};
   choose("mnu_UserQiehuan");
-  EXPECT_EQ(told(), "密码错误！(注意大小写区分)");
-  EXPECT_TRUE(desk_.choices.empty());
-  EXPECT_EQ(store().value(R"(SELECT count(*) FROM "日志表")"), 0);
-  EXPECT_EQ(window.windowTitle(), QStringLiteral("甲  —— Lotmere 双色球"));
-  EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
-  EXPECT_EQ(counted(), 4);
-  choose("tab_2");
-  EXPECT_FALSE(used());
-
-  desk_.dialogs = {[](QDialog&) { return false; }};
-  choose("mnu_UserQiehuan");
-  EXPECT_TRUE(window.isVisible()) << "a closed dialog changes nothing";
+  EXPECT_TRUE(window().isVisible()) << "a closed dialog changes nothing";
   EXPECT_EQ(current_User(store()), "甲");
-  desk_.dialogs = {log_In("", "", "cmd_End")};
   choose("mnu_UserQiehuan");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
-}
-
-TEST_F(StartTest, TheNewUserButtonShowsThePasswordWhileItIsTypedAndTheGuestIsToldHowLongSettingsLast) {
-  Store& store = home_.store();
-  settle_Home(store);
-  store.query(R"(UPDATE "用户模式" SET "模式"=2)").run();
-  desk_.dialogs = {[](QDialog& dialog) {
-    auto* password = dialog.findChild<QLineEdit*>(QStringLiteral("txtPWD"));
-    EXPECT_EQ(password->echoMode(), QLineEdit::Password);
-    dialog.findChild<QPushButton*>(QStringLiteral("cmd_newUser"))->click();
-    EXPECT_EQ(password->echoMode(), QLineEdit::Normal);
-    return log_In("临时用户", "")(dialog);
-  }};
-  open();
-  EXPECT_EQ(told(), new_UserText());
-  ASSERT_EQ(desk_.tips.size(), 1);
-  EXPECT_EQ(desk_.tips[0].text, "临时用户的设置不保存，只保留到下一次登录。");
+  EXPECT_TRUE(closes());
 }
 
 // 甲 can't get in any more, and 乙 is no longer there.
 TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMenu) {
-  settle_Home(home_.store());
-  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+  settle_Home(UserMode::multi);
   for (const char* name : {"甲", "乙"})
     add_User(home_.store(), name, hash_Password("forgotten", HashLimits::lowest()));
-  const auto type = [](QDialog& dialog, const char* name, std::initializer_list<const char*> passwords,
-                       const char* button) {
-    dialog.findChild<QComboBox*>(QStringLiteral("Combo_manageUser"))->setCurrentText(QString::fromUtf8(name));
-    const char* const* password = passwords.begin();
-    for (const char* line : {"txtOldPWD", "txtNewPWD", "txtNewPWDAgain"})
-      dialog.findChild<QLineEdit*>(QString::fromUtf8(line))->setText(QString::fromUtf8(*password++));
-    dialog.findChild<QPushButton*>(QString::fromUtf8(button))->click();
+  const auto change = [](QDialog& dialog, const char* before, const char* again) {
+    fill(dialog, "Combo_manageUser", "甲",
+         {{"txtOldPWD", before}, {"txtNewPWD", "new"}, {"txtNewPWDAgain", again}}, "cmdChangePWD");
   };
   desk_.choices = {0};
-  desk_.dialogs = {[&](QDialog& dialog) {
-                     EXPECT_FALSE(log_In("甲", "new")(dialog));
-                     EXPECT_FALSE(log_In("甲", "", "cmd_manageUsers")(dialog));
-                     return log_In("甲", "new")(dialog);
+  desk_.dialogs = {[](QDialog& dialog) {
+                     EXPECT_FALSE(log_In(dialog, "甲", "new"));
+                     EXPECT_FALSE(log_In(dialog, "甲", "", "cmd_manageUsers"));
+                     return log_In(dialog, "甲", "new");
                    },
                    [&](QDialog& dialog) {
-                     EXPECT_EQ(dialog.findChild<QComboBox*>()->count(), 2) << "all but the guest";
-                     EXPECT_EQ(dialog.findChild<QComboBox*>()->currentText(), QStringLiteral("甲"));
-                     type(dialog, "甲", {"", "new", "old"}, "cmdChangePWD");
+                     EXPECT_EQ(part_Of<QComboBox>(dialog, "Combo_manageUser").count(), 2)
+                         << "all but the guest";
+                     EXPECT_EQ(text_Of(dialog, "Combo_manageUser"), "甲") << "who was typed";
+                     change(dialog, "", "old");
                      EXPECT_EQ(told(), "两次输入的新密码不一样。");
-                     type(dialog, "甲", {"", "new", "new"}, "cmdChangePWD");
-                     EXPECT_EQ(told(), "密码已更改。");
+                     for (const char* before : {"", "new"}) {  // forgotten, which is asked about, and known
+                       desk_.told.clear();
+                       change(dialog, before, "new");
+                       EXPECT_EQ(told(), "密码已更改。");
+                     }
                      return false;
                    }};
   open();
   EXPECT_EQ(current_User(store()), "甲");
-
   desk_.choices = {std::nullopt, 0};
   desk_.dialogs = {[&](QDialog& dialog) {
-    type(dialog, "甲", {"new", "newer", "newer"}, "cmdChangePWD");
-    type(dialog, "甲", {"", "", ""}, "cmdRemoveUser");
-    EXPECT_TRUE(shown(told()).contains(QStringLiteral("当前用户")));
-    type(dialog, "乙", {"", "", ""}, "cmdRemoveUser");
-    EXPECT_TRUE(find_User(store(), "乙")) << "Esc";
-    type(dialog, "乙", {"", "", ""}, "cmdRemoveUser");
+    for (const bool there : {true, false}) {
+      fill(dialog, "Combo_manageUser", "乙", {}, "cmdRemoveUser");
+      EXPECT_EQ(find_User(store(), "乙").has_value(), there) << "Esc, and the button";
+    }
     return false;
   }};
   choose("mnu_UserManage");
-  EXPECT_FALSE(find_User(store(), "乙"));
-  EXPECT_TRUE(is_HashOf(find_User(store(), "甲")->password, "newer"));
 }
 
 TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
   const auto draws_InBackup = [&] {
     return Store(home_.home().backup_Db()).value(R"(SELECT count(*) FROM "历史记录")");
   };
-  MainWindow& window = open_Settled();
+  open_Settled();
   lotmere::test::put_Draw(store(), 2026091, "2026-08-20", {{1, 2, 3, 4, 5, 6}, 8});
-  desk_.answers = {false};
-  EXPECT_FALSE(window.close());
-  EXPECT_TRUE(window.isVisible());
-  desk_.answers = {true};
+  desk_.answers = {false, true};
+  EXPECT_FALSE(window().close());
+  EXPECT_TRUE(window().isVisible());
   choose("mnu_Exit");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+  EXPECT_TRUE(closes());
   EXPECT_EQ(draws_InBackup(), 1) << "as the start left it";
   program_->finish();
-  EXPECT_TRUE(is_SoundStore(home_.home().backup_Db()));
   EXPECT_EQ(draws_InBackup(), 2);
   EXPECT_TRUE(desk_.told.empty());
 }
 
 TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
-  settle_Home(home_.store());
-  home_.store().query(R"(UPDATE "用户模式" SET "模式"=2)").run();
-  desk_.dialogs = {[](QDialog& dialog) {
-    EXPECT_FALSE(log_In("甲", "1", "cmd_newUser")(dialog));
-    return log_In("甲", "1")(dialog);
-  }};
+  settle_Home(UserMode::multi);
+  desk_.dialogs = {come_New("甲", "1")};
   desk_.answers = {true};
-  MainWindow& window = open();
+  open();
   const EndWatch watch;
-  QObject::connect(&watch, &EndWatch::end_Asked, &window, [&] { program_->end(); });
+  QObject::connect(&watch, &EndWatch::end_Asked, &window(), [&] { program_->end(); });
   choose("tab_2");
   pick({33});
-  for (int id = 1; id <= 3; ++id)
-    lotmere::test::put_Ticket(store(), id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+  put_Tickets(store(), 3);
   desk_.on_serve = [&] {
     if (!desk_.job_Running() || desk_.is_Ending()) return;
     std::raise(SIGTERM);
@@ -274,7 +224,7 @@ TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
   };
   desk_.texts = {"2026092"};
   choose("mnu_ShengCeng_1");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+  EXPECT_TRUE(closes());
   EXPECT_NE(desk_.running_Text().text().find("用户中止,当前记录余：１ 注"), std::string::npos);
   EXPECT_EQ(desk_.asked.size(), 2) << "who the user is and which period to run, and nothing more";
   EXPECT_EQ(current_User(store()), "");
@@ -286,9 +236,8 @@ TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
 
 // With the real dialogs: the open one closes as on Esc, and no other one opens.
 TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
-  settle_Home(home_.store());
-  for (int id = 1; id <= 2; ++id)
-    lotmere::test::put_Ticket(home_.store(), id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+  settle_Home();
+  put_Tickets(home_.store(), 2);
   home_.close();
   WindowDesk desk;
   Program program(home_.home(), desk, clock_);
@@ -311,30 +260,27 @@ TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
   choose("tab_2");
   pick({33});
   const QString file = QString::fromStdString((home_.path() / "all.lotmere").string());
-  desk_.files = {QString(), file};
+  desk_.files = {QString(), file, QString(), file, file};
+  desk_.choices = {std::nullopt, 0};
   choose("mnu_StoreSave");
   EXPECT_TRUE(desk_.told.empty()) << "cancelled";
   choose("mnu_StoreSave");
   EXPECT_NE(told().find("all.lotmere"), std::string::npos);
   pick({1, 33});
-
-  desk_.files = {QString(), file, file};
-  desk_.choices = {std::nullopt, 0};
   choose("mnu_StoreRestore");
   choose("mnu_StoreRestore");
-  EXPECT_FALSE(restore_Waits(home_.home())) << "Esc changes nothing";
+  EXPECT_FALSE(restore_Waits(home_.home())) << "neither cancelled nor by Esc";
   choose("mnu_StoreRestore");
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !program_->window().isVisible(); }));
+  EXPECT_TRUE(closes());
   program_->finish();
   EXPECT_TRUE(restore_Waits(home_.home()));
-  program_.reset();
   open();
   EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
   EXPECT_EQ(load_Selection(store()).red[1], PickState::none);
 }
 
 TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
-  settle_Home(home_.store());
+  settle_Home();
   ASSERT_TRUE(copy_Database(home_.home().main_Db(), home_.home().backup_Db(), real_Files()));
   std::filesystem::create_directories(home_.path() / "Lotmere.backup.db.new" / "full");
   open();
@@ -343,81 +289,81 @@ TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
 }
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
-  MainWindow& window = open_Settled();
+  open_Settled();
   press("cmm_Autochosenumber");
   EXPECT_TRUE(told().starts_with("使用步骤："));
   for (const auto& [command, name, start] : {std::tuple{"mnu_youxiguizhe", "Text_yxgz", "双色球游戏规则"},
                                              {"mnu_TiaojianDingYi", "Text_dingyi", "常用词的定义"}}) {
     choose(command);
-    EXPECT_EQ(window.current_Page(), MainWindow::Page::other);
-    EXPECT_TRUE(part<QPlainTextEdit>(name).isVisible());
-    EXPECT_TRUE(part<QPlainTextEdit>(name).toPlainText().startsWith(QString::fromUtf8(start))) << name;
+    EXPECT_TRUE(part(name).isVisible());
+    EXPECT_TRUE(text(name).starts_with(start)) << name;
   }
-  QTest::mouseClick(&part<QTabBar>("TabStrip_Top"), Qt::LeftButton, {},
-                    part<QTabBar>("TabStrip_Top").tabRect(0).center());
-  EXPECT_EQ(window.current_Page(), MainWindow::Page::history) << "the tab of the page behind leads back";
+  auto& tabs = part<QTabBar>("TabStrip_Top");
+  QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
+  EXPECT_EQ(window().current_Page(), MainWindow::Page::history) << "the tab of the page behind leads back";
 }
 
 TEST_F(StartTest, NoTwoCommandsShareAShortcutAndNoTwoEntriesOfAMenuAMnemonic) {
-  MainWindow& window = open_Settled();
+  open_Settled();
   choose("tab_2");
   std::set<QString> shortcuts;
-  for (const QAction* action : program_->commands().all()) {
+  for (const QAction* action : commands().all()) {
     const QString keys = action->shortcut().toString();
-    EXPECT_TRUE(keys.isEmpty() || shortcuts.insert(keys).second) << keys.toStdString();
+    EXPECT_TRUE(keys.isEmpty() || shortcuts.insert(keys).second) << utf8(keys);
   }
-  for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+  for (const QMenu* menu : window().menuBar()->findChildren<QMenu*>()) {
     std::set<QChar> mnemonics;
     for (const QAction* action : menu->actions()) {
       const qsizetype place = action->text().indexOf(QLatin1Char('&'));
-      EXPECT_TRUE(place < 0 || mnemonics.insert(action->text()[place + 1]).second)
-          << action->text().toStdString();
+      EXPECT_TRUE(place < 0 || mnemonics.insert(action->text()[place + 1]).second) << utf8(action->text());
     }
   }
 }
 
-// Real message boxes, driven as a person would.
+// Real message boxes, driven as a user would.
 TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
-  const auto press_Next = [](const QString& text) {
-    QTimer::singleShot(0, [text] {
-      for (auto* button : QApplication::activeModalWidget()->findChildren<QAbstractButton*>())
-        if (button->text() == text) return button->click();
-      ADD_FAILURE() << "no button " << text.toStdString();
-      QApplication::activeModalWidget()->close();
-    });
-  };
   WindowDesk desk;
-  press_Next(QStringLiteral("是(&Y)"));
-  EXPECT_TRUE(desk.ask("?"));
-  press_Next(QStringLiteral("否(&N)"));
-  EXPECT_FALSE(desk.ask("?"));
-  QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
-  EXPECT_FALSE(desk.ask("?")) << "Esc is no";
   constexpr std::string_view buttons[] = {"删除", "替换", "取消"};
-  press_Next(QStringLiteral("替换"));
-  EXPECT_EQ(desk.choose("?", buttons, 2), 1U);
-  for (const auto key : {Qt::Key_Escape, Qt::Key_Return}) {
-    QTimer::singleShot(0, [key] { QTest::keyClick(QApplication::activeModalWidget(), key); });
-    EXPECT_EQ(desk.choose("?", buttons, 2), 2U) << "Esc and Enter on the fresh dialog change nothing";
+  const auto ask = [&] { return desk.ask("?") ? "yes" : "no"; };
+  const auto choose = [&] { return std::to_string(desk.choose("?", buttons, 2)); };
+  const auto ask_Text = [&] { return desk.ask_Text("?", "", "2026091").value_or("none"); };
+  const auto tell = [&] { return desk.tell("<b>text</b>\r\nline", Tone::error), "told"; };
+  const auto button = [](const char* caption) {
+    return [=](QWidget& box) {
+      for (auto* each : box.findChildren<QAbstractButton*>())
+        if (utf8(each->text()) == caption) return each->click();
+      ADD_FAILURE() << "no button " << caption;
+      box.close();
+    };
+  };
+  const auto key = [](Qt::Key pressed) { return [=](QWidget& box) { QTest::keyClick(&box, pressed); }; };
+  const auto close = [](QWidget& box) { box.close(); };
+  const struct {
+    std::function<std::string()> ask;
+    std::function<void(QWidget&)> press;
+    const char* answer;
+  } rows[] = {{ask, button("是(&Y)"), "yes"},
+              {ask, button("否(&N)"), "no"},
+              {ask, key(Qt::Key_Escape), "no"},
+              {choose, button("替换"), "1"},
+              {choose, key(Qt::Key_Escape), "2"},
+              {choose, key(Qt::Key_Return), "2"},
+              {choose, close, "2"},
+              {tell, button("确定"), "told"},
+              {ask_Text, button("确定"), "2026091"},
+              {ask_Text, button("取消"), "none"}};
+  for (const auto& row : rows) {
+    QTimer::singleShot(0, [&] { row.press(*QApplication::activeModalWidget()); });
+    EXPECT_EQ(row.ask(), row.answer) << &row - rows;
   }
-  QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
-  EXPECT_EQ(desk.choose("?", buttons, 2), 2U);
-  press_Next(QStringLiteral("确定"));
-  desk.tell("<b>text</b>\r\nline", Tone::error);
-  press_Next(QStringLiteral("确定"));
-  EXPECT_EQ(desk.ask_Text("?", "", "2026091"), "2026091");
-  press_Next(QStringLiteral("取消"));
-  EXPECT_EQ(desk.ask_Text("?", "", "2026091"), std::nullopt);
 }
 
 TEST(WindowDeskTest, ATipCountsDownAndClosesItself) {
   TipDialog tip(QStringLiteral("text"), {}, nullptr);
-  EXPECT_EQ(tip.windowTitle(), QStringLiteral("信息提示"));
-  auto* button = tip.findChild<QPushButton*>(QStringLiteral("cmdOK"));
-  EXPECT_EQ(button->text(), QStringLiteral("知道了 (10)"));
+  EXPECT_EQ(text_Of(tip, "cmdOK"), "知道了 (10)");
   tip.findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1);
   EXPECT_EQ(tip.exec(), QDialog::Accepted);
-  EXPECT_EQ(button->text(), QStringLiteral("知道了 (0)"));
+  EXPECT_EQ(text_Of(tip, "cmdOK"), "知道了 (0)");
 }
 
 TEST(ProgressControlTest, EndsAndValueAreCut) {
@@ -426,25 +372,20 @@ TEST(ProgressControlTest, EndsAndValueAreCut) {
   ProgressControl control(desk, &window);
   control.set_MaxJindu(10);
   control.set_MinJindu(20);
-  EXPECT_EQ(control.minJindu(), 10);
   control.set_MaxJindu(5);
-  EXPECT_EQ(control.maxJindu(), 10);
+  EXPECT_EQ(std::pair(control.minJindu(), control.maxJindu()), std::pair(10, 10));
   control.set_MinJindu(0);
   control.set_ValueJindu(99);
-  EXPECT_EQ(control.ValueJindu(), 99);
-  EXPECT_EQ(control.findChild<QLabel*>(QStringLiteral("LabelJindu"))->text(), QStringLiteral("10"));
-  EXPECT_EQ(control.findChild<QLabel*>(QStringLiteral("LabelJinduAll"))->text(), QStringLiteral("/ 10"));
-  for (int use = 1; use <= 2; ++use) {
-    const StopScope scope(desk);
-    control.begin(100, true);
-    EXPECT_TRUE(control.StopEnabled() && !control.Tingzhi() && !desk.stop_Requested()) << use;
-    QTest::mousePress(control.findChild<QPushButton*>(QStringLiteral("cmm_stop")), Qt::LeftButton);
-    EXPECT_TRUE(control.Tingzhi() && desk.stop_Requested() && !control.StopEnabled()) << use;
-    control.begin(50, true);  // a job inside the stopped one
-    EXPECT_FALSE(control.StopEnabled()) << use;
-    control.end();
-    control.end();
-  }
+  EXPECT_EQ(text_Of(control, "LabelJindu") + text_Of(control, "LabelJinduAll"), "10/ 10");
+  const StopScope scope(desk);
+  control.begin(100, true);
+  EXPECT_TRUE(control.StopEnabled() && !control.Tingzhi() && !desk.stop_Requested());
+  QTest::mousePress(&part_Of(control, "cmm_stop"), Qt::LeftButton);
+  EXPECT_TRUE(control.Tingzhi() && desk.stop_Requested() && !control.StopEnabled());
+  control.begin(50, true);
+  EXPECT_FALSE(control.StopEnabled()) << "a job inside the stopped one";
+  control.end();
+  control.end();
   control.begin(100, false);
   EXPECT_FALSE(control.StopEnabled());
 }

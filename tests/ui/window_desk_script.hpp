@@ -31,7 +31,6 @@ class ScriptedWindowDesk : public WindowDesk {
   };
   std::vector<Said> told;
   std::vector<std::string> asked;
-  std::vector<std::string> buttons;   // of the last choose()
   std::vector<std::string> proposed;  // with each question for a text
   std::vector<Said> tips;
   std::vector<QUrl> opened;
@@ -43,10 +42,9 @@ class ScriptedWindowDesk : public WindowDesk {
     asked.emplace_back(text);
     return take(answers, asked.back());
   }
-  std::size_t choose(std::string_view text, std::span<const std::string_view> captions, std::size_t cancel,
+  std::size_t choose(std::string_view text, std::span<const std::string_view> /*buttons*/, std::size_t cancel,
                      std::string_view /*title*/) override {
     asked.emplace_back(text);
-    buttons.assign(captions.begin(), captions.end());
     return take(choices, asked.back()).value_or(cancel);
   }
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view /*title*/,

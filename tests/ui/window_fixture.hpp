@@ -10,6 +10,7 @@
 
 #include "support/test_store.hpp"
 #include "ui/program.hpp"
+#include "ui/text.hpp"
 #include "users/user_table.hpp"
 #include "window_desk_script.hpp"
 
@@ -21,42 +22,37 @@ class FixedClock : public Clock {
   Date today() override { return day; }
 };
 
-class WindowTest : public testing::Test {
+// The parts of a window, a page or a dialog by their names.
+template <class T = QWidget>
+[[nodiscard]] T& part_Of(const QWidget& whole, const std::string& name) {
+  auto* found = whole.findChild<T*>(QString::fromStdString(name));
+  if (found == nullptr) throw std::logic_error("no part " + name);
+  return *found;
+}
+// What a part shows.
+[[nodiscard]] inline std::string text_Of(const QWidget& whole, const std::string& name) {
+  const QWidget& found = part_Of(whole, name);
+  for (const char* property : {"text", "currentText", "plainText"})
+    if (const QVariant value = found.property(property); value.isValid()) return utf8(value.toString());
+  throw std::logic_error("no text in " + name);
+}
+
+// A home, a scripted desk, and something that is driven by the names of its parts.
+class DrivenTest : public testing::Test {
  protected:
-  // A single user's home whose newest draw stands, so that a start asks nothing.
-  void settle_Home(Store& store) {
-    lotmere::test::put_Draw(store, 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
-    ASSERT_TRUE(choose_UserMode(store, UserMode::single));
-  }
+  [[nodiscard]] virtual const QWidget& whole() = 0;
+  [[nodiscard]] virtual Commands& commands() = 0;
 
-  // The program started over the home; the store of the test is the program's from now on.
-  MainWindow& open() {
-    home_.close();
-    program_ = std::make_unique<Program>(home_.home(), desk_, clock_, real_Files(), HashLimits::lowest());
-    if (!program_->start()) throw std::runtime_error("the start came to no end");
-    return program_->window();
+  template <class T = QWidget>
+  [[nodiscard]] T& part(const std::string& name) {
+    return part_Of<T>(whole(), name);
   }
-  MainWindow& open_Settled() {
-    settle_Home(home_.store());
-    return open();
-  }
-  [[nodiscard]] Store& store() { return program_->store(); }
-
-  template <class T>
-  [[nodiscard]] T& part(const char* name) {
-    auto* found = program_->window().findChild<T*>(QString::fromUtf8(name));
-    if (found == nullptr) throw std::logic_error(std::string("no part ") + name);
-    return *found;
-  }
-  void press(const char* button) { QTest::mouseClick(&part<QPushButton>(button), Qt::LeftButton); }
-  void choose(const char* command) { program_->commands().action(command)->trigger(); }
-  // The numbers of the pad, by code.
-  void pick(std::initializer_list<int> codes) {
-    for (const int code : codes)
-      QTest::mouseClick(&part<QAbstractButton>(
-                            ("cmm_C7_" + std::string(code < 10 ? "0" : "") + std::to_string(code)).c_str()),
-                        Qt::LeftButton);
-  }
+  [[nodiscard]] std::string text(const std::string& name) { return text_Of(whole(), name); }
+  // With the mouse, which a disabled or hidden part doesn't feel.
+  void press(const std::string& button) { QTest::mouseClick(&part(button), Qt::LeftButton); }
+  // Wherever its frame is.
+  void click(const std::string& button) { part<QAbstractButton>(button).click(); }
+  void choose(const std::string& command) { commands().action(command.c_str())->trigger(); }
   // What was told last.
   [[nodiscard]] std::string told() const {
     return desk_.told.empty() ? std::string() : desk_.told.back().text;
@@ -65,6 +61,53 @@ class WindowTest : public testing::Test {
   lotmere::test::TempHome home_;
   FixedClock clock_;
   ScriptedWindowDesk desk_;
+};
+
+class WindowTest : public DrivenTest {
+ protected:
+  // A home whose newest draw stands, so that a start asks nothing but who the user is, where there are several.
+  void settle_Home(UserMode mode = UserMode::single) {
+    lotmere::test::put_Draw(home_.store(), 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
+    ASSERT_TRUE(choose_UserMode(home_.store(), mode));
+  }
+
+  // The program started over the home; the store of the test is the program's from now on.
+  MainWindow& open() {
+    home_.close();
+    program_.reset();
+    program_ = std::make_unique<Program>(home_.home(), desk_, clock_, real_Files(), HashLimits::lowest());
+    if (!program_->start()) throw std::runtime_error("the start came to no end");
+    return window();
+  }
+  MainWindow& open_Settled() {
+    settle_Home();
+    return open();
+  }
+  [[nodiscard]] MainWindow& window() { return program_->window(); }
+  [[nodiscard]] const QWidget& whole() override { return window(); }
+  [[nodiscard]] Commands& commands() override { return program_->commands(); }
+  [[nodiscard]] Store& store() { return program_->store(); }
+  [[nodiscard]] std::int64_t count_Rows(const std::string& table) {
+    return store().value("SELECT count(*) FROM \"" + table + '"');
+  }
+  [[nodiscard]] bool closes() {
+    return QTest::qWaitFor([this] { return !window().isVisible(); });
+  }
+  // The numbers of the pad, by code.
+  void pick(std::initializer_list<int> codes) {
+    for (const int code : codes) press((code < 10 ? "cmm_C7_0" : "cmm_C7_") + std::to_string(code));
+  }
+  // A draw typed on its page, which stays in sight; its reds follow each other.
+  void enter_Draw(PeriodNo period, int first_red) {
+    choose("tab_1");
+    for (int i = 0; i < 8; ++i)
+      part<QLineEdit>("TextHistory_" + std::to_string(i))
+          .setText(QString::number(i == 0   ? period
+                                   : i == 7 ? 8
+                                            : first_red + i - 1));
+    choose("cmmUpdateHistory_0");
+  }
+
   std::unique_ptr<Program> program_;
 };
 
