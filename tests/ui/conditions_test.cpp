@@ -157,7 +157,7 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
       {match, "the box", button("Check_Historyguolu"), "match 1 使用状态=1; "},
       {match, "the first period", choice("Combo_HistoryGuoLu_0", 1),
        "match 1 最小值=2026089; match 1 自选范围=1; "},
-      {match, "the last period", choice("Combo_HistoryGuoLu_1", 1), "match 1 最大值=2026089; "},
+      {match, "the last period", choice("Combo_HistoryGuoLu_1", 2), "match 1 最大值=2026088; "},
       {match, "the match value", choice("Combo_PiPei", 2), "match 1 匹配值=3; "},
       {match, "the latest fifty", button("cmm_latestPeriods"),
        "match 1 最大值=2026090; match 1 最小值=2026088; match 1 自选范围=0; "},

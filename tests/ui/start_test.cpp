@@ -120,10 +120,10 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   put_Tickets(store(), 2);
   // What is this user's own: the pick of 33, the switch on the sheet, the interval counts of the draw 1 to 6.
   const auto shown_State = [&] {
-    choose("tab_2");
+    const auto counted = store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
+    choose("tab_2");  // whose sheet counts the newest draw anew
     return std::tuple(load_Selection(store()).red[33],
-                      part<QAbstractButton>("Check_useTiaojiao_0").isChecked(),
-                      store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)"));
+                      part<QAbstractButton>("Check_useTiaojiao_0").isChecked(), counted);
   };
   desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties the tickets
   desk_.dialogs = {[](QDialog& dialog) {
