@@ -173,7 +173,7 @@ ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::pat
 
   TextScope running(desk.running_Text());
   StoreChange change(store);
-  if (*settled == Existing::replace) clear_Tickets(store, desk, 0);
+  if (*settled == Existing::replace) clear_Tickets(store, desk);
   write_Tickets(store, desk, survey.text, choice);
   change.commit();
   running.keep();

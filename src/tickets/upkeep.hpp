@@ -13,8 +13,8 @@ enum class Existing { ask, keep, replace };
 // The period of the first ticket in the order of the grid (by period, then running number); 0 with no ticket.
 [[nodiscard]] PeriodNo first_TicketPeriod(Store& store);
 
-// Deletes the tickets of a period, or all with period 0, and adds a line to the running text.
-void clear_Tickets(Store& store, Desk& desk, PeriodNo period);
+// Deletes all tickets and adds a line to the running text.
+void clear_Tickets(Store& store, Desk& desk);
 
 // Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they go.
 bool clear_AllTickets(Store& store, Desk& desk);
