@@ -47,7 +47,10 @@ void ScriptedDesk::serve() {
   if (on_serve) on_serve();
 }
 
-void ScriptedDesk::begin_Job(std::int64_t /*maximum*/, bool /*can_stop*/) { ++jobs_open; }
+void ScriptedDesk::begin_Job(std::int64_t maximum, bool /*can_stop*/) {
+  ++jobs_open;
+  job_length = maximum;
+}
 
 void ScriptedDesk::show_Progress(std::int64_t value) { progress = value; }
 

@@ -33,6 +33,7 @@ class ScriptedDesk : public Desk {
   std::vector<Said> tips;
   std::vector<std::string> statuses;  // an empty one each time the message went away
   int jobs_open = 0;
+  std::int64_t job_length = 0;  // of the last job
   std::int64_t progress = 0;
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
