@@ -7,6 +7,7 @@
 #include "core/desk_script.hpp"
 #include "core/failure.hpp"
 #include "core/schema.hpp"
+#include "core/store_files.hpp"
 #include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
 
@@ -80,46 +81,51 @@ TEST(Start, ALargeStoreKeepsEverythingAndARefusedStepIsTold) {
   });
 }
 
-// Whatever is refused: a start that comes to no end says why, and what goes wrong besides is told.
-TEST(Start, NoRefusalIsSilent) {
+// Whatever is refused: a start that comes to no end says why, what goes wrong besides is told, and the next
+// start mends what is left.
+TEST(Start, NoRefusalIsSilentOrLosesAnything) {
   for (const bool first : {true, false})
     refuse_EachStep([first](FaultyFiles& machine) {
       TempHome temp;
-      if (!first) lose_Row(temp.store().path(), "日志表");
-      if (!first) Store::create(temp.home().backup_Db());
+      if (!first) put_Pick(temp.store(), 7, PickState::dan);
       temp.close();
+      const bool saved = copy_Database(temp.home().main_Db(), temp.home().backup_Db(), real_Files());
+      EXPECT_EQ(saved, !first);
+      if (!first) lose_Row(temp.home().main_Db(), "日志表");
+      {
+        ScriptedDesk desk;
+        ProgramStart start(temp.home(), desk, machine);
+        const StartOutcome outcome = start_All(start);
+        EXPECT_EQ(outcome.messages.empty() && desk.told.empty(), !machine.failed());
+        EXPECT_EQ(outcome.ready, outcome.messages.empty());
+      }
       ScriptedDesk desk;
-      ProgramStart start(temp.home(), desk, machine);
-      const StartOutcome outcome = start_All(start);
-      EXPECT_EQ(outcome.messages.empty() && desk.told.empty(), !machine.failed());
-      EXPECT_EQ(outcome.ready, outcome.messages.empty());
+      ProgramStart next(temp.home(), desk);
+      EXPECT_TRUE(start_All(next).ready && desk.told.empty());
+      EXPECT_EQ(next.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), first ? 0 : 2);
+      EXPECT_TRUE(is_SoundStore(temp.home().backup_Db()));
     });
 }
 
+// Also where a flipped byte has made an older version of the number.
 TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
-  TempHome temp;
-  temp.store().db().exec(
-      R"(ALTER TABLE "用户模式" DROP COLUMN "区间待统计"; ALTER TABLE "用户模式" DROP COLUMN "当前用户";
-         ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN "自选范围";
-         UPDATE "历史数据过滤" SET "使用状态"=1; PRAGMA user_version = 1)");
-  put_Pick(temp.store(), 7, PickState::dan);
-  temp.close();
-  EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
-  EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
-  EXPECT_EQ(temp.store().value(R"(SELECT count(*) FROM "用户模式" WHERE "当前用户"='')"), 1);
-  EXPECT_EQ(temp.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
-  EXPECT_EQ(temp.store().value(R"(SELECT "区间待统计" FROM "用户模式")"), 1)
-      << "an older program may have left them";
-  EXPECT_EQ(temp.store().value(R"(SELECT "自选范围" FROM "历史数据过滤")"), 1) << "a range in use stays";
-}
-
-TEST(Start, AFlippedVersionNumberDoesNotKeepAStoreFromBeingOpened) {
-  TempHome temp;
-  put_Pick(temp.store(), 7, PickState::dan);
-  temp.store().db().exec("PRAGMA user_version = 1");
-  temp.close();
-  EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
-  EXPECT_EQ(temp.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
+  for (const bool flipped : {false, true}) {
+    TempHome temp;
+    if (!flipped)
+      temp.store().db().exec(
+          R"(ALTER TABLE "用户模式" DROP COLUMN "区间待统计"; ALTER TABLE "用户模式" DROP COLUMN "当前用户";
+             ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN "自选范围")");
+    temp.store().db().exec(R"(UPDATE "历史数据过滤" SET "使用状态"=1; PRAGMA user_version = 1)");
+    put_Pick(temp.store(), 7, PickState::dan);
+    temp.close();
+    EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
+    const auto value = [&](const std::string& select) { return temp.store().value("SELECT " + select); };
+    EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
+    EXPECT_EQ(value(R"("Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
+    EXPECT_EQ(value(R"(count(*) FROM "用户模式" WHERE "当前用户"='')"), 1);
+    EXPECT_EQ(value(R"("区间待统计" FROM "用户模式")"), 1) << "an older program may have left them";
+    EXPECT_EQ(value(R"("自选范围" FROM "历史数据过滤")"), 1) << "a range in use stays";
+  }
 }
 
 }  // namespace

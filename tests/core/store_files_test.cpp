@@ -3,7 +3,6 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "core/desk_script.hpp"
 #include "core/failure.hpp"
@@ -136,80 +135,22 @@ TEST(OpenHome, InEveryCombinationOfStoreAndBackup) {
   }
 }
 
-TEST(OpenHome, ARefusedStepLosesNothingAndTheNextStartMends) {
-  for (const File before : {missing, damaged}) {
-    refuse_EachStep([before](FaultyFiles& machine) {
-      Folder folder(before, before == damaged ? good : missing);
-      try {
-        EXPECT_TRUE(open_Home(folder.home, folder.desk, machine));
-      } catch (const fs::filesystem_error&) {
-        EXPECT_TRUE(machine.failed());
-      }
-      ASSERT_TRUE(open_Home(folder.home, folder.desk));
-      EXPECT_EQ(tickets_In(folder.main), before == damaged ? 1 : 0);
-      EXPECT_EQ(tickets_In(folder.backup), before == damaged ? 1 : 0);
-    });
-  }
-}
-
-// A pipe would be waited for by whoever opens it.
-TEST(OpenHome, RefusesByNameWhatIsNoFile) {
-  const struct {
-    const char* name;
-    std::function<void(const fs::path&)> make;
-  } kinds[] = {{"a pipe", [](const fs::path& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
-               {"a link to a device", [](const fs::path& path) { fs::create_symlink("/dev/zero", path); }},
-               {"a folder", [](const fs::path& path) { fs::create_directories(path / "full"); }}};
-  for (const auto& kind : kinds)
-    for (const char* name : {"Lotmere.db", "Lotmere.db-journal", "Lotmere.backup.db", "TJmode.tjmod"}) {
-      SCOPED_TRACE(std::string(kind.name) + " as " + name);
-      Folder folder;
-      fs::remove(folder.home.folder / name);
-      kind.make(folder.home.folder / name);
-      try {
-        static_cast<void>(open_Home(folder.home, folder.desk));
-        ADD_FAILURE() << "opened";
-      } catch (const fs::filesystem_error& failure) {
-        EXPECT_NE(failure_Text(failure).find(std::string(name) + "”（不是普通文件）"), std::string::npos)
-            << failure_Text(failure);
-      }
-      EXPECT_FALSE(fs::is_regular_file(folder.home.folder / name)) << "it stays";
-    }
-}
-
-TEST(OpenHome, TellsWhatIsLostWhereOnlyProfilesAreLeft) {
-  for (const auto& [profiles, told] : {std::pair{0, 0U}, {2, 1U}}) {
-    Folder folder(missing, missing);
-    for (int i = 0; i < profiles; ++i)
-      write_Database(folder.home.folder / ("user" + std::to_string(i) + ".uLotmere"), real_Files(),
-                     create_Profile);
-    EXPECT_EQ(secure_Store(folder.home, folder.desk), profiles == 0 ? Mended::made_new : Mended::made_anew);
-    ASSERT_EQ(folder.desk.told.size(), told);
-    EXPECT_TRUE(told == 0 || folder.desk.told[0].text.find("还有 2 个用户文件") != std::string::npos);
-    EXPECT_EQ(folder.home.profiles().size(), profiles) << "they stay";
-    EXPECT_EQ(secure_Store(folder.home, folder.desk), Mended::nothing);
-    EXPECT_EQ(folder.desk.told.size(), told) << "once";
-  }
-}
-
 TEST(StoreFiles, AFailureNamesItsFile) {
   Folder folder;
   SQLite::Database other(folder.main.string(), SQLite::OPEN_READWRITE);
+  const std::pair<const char*, fs::path> copies[] = {
+      {"Lotmere.db”（正被别的程序使用）", folder.backup},
+      {"none/copy.db”（无法打开）", folder.home.folder / "none" / "copy.db"}};
   other.exec("BEGIN EXCLUSIVE");
-  const auto text_Of = [](const std::function<void()>& work) -> std::string {
+  for (const auto& [said, target] : copies) {
     try {
-      work();
-    } catch (const std::exception& failure) {
-      return failure_Text(failure);
+      static_cast<void>(copy_Database(folder.main, target, real_Files()));
+      ADD_FAILURE() << said;
+    } catch (const SQLite::Exception& failure) {
+      EXPECT_NE(failure_Text(failure).find(said), std::string::npos) << failure_Text(failure);
     }
-    return "no failure";
-  };
-  const auto copy = [&] { (void)copy_Database(folder.main, folder.backup, real_Files()); };
-  EXPECT_NE(text_Of(copy).find("Lotmere.db”（正被别的程序使用）"), std::string::npos) << text_Of(copy);
-  other.exec("ROLLBACK");
-  const fs::path elsewhere = folder.home.folder / "none" / "copy.db";
-  const auto copy_Elsewhere = [&] { (void)copy_Database(folder.main, elsewhere, real_Files()); };
-  EXPECT_NE(text_Of(copy_Elsewhere).find("none/copy.db”（无法打开）"), std::string::npos);
+    other.tryExec("ROLLBACK");
+  }
 }
 
 // What can't be read is not therefore damaged: the work may throw or answer nothing, but both files stay.

@@ -3,6 +3,8 @@
 
     process_test.py PATH-TO-lotmere-cli PATH-TO-the-counting-library"""
 
+import functools
+import itertools
 import os
 import pathlib
 import subprocess
@@ -76,18 +78,19 @@ class Processes(unittest.TestCase):
                 self.assertEqual(result.returncode, 1 if 1 in closed else 0, "what nobody can read wasn't done")
                 self.assertEqual({file.name: file.read_bytes() for file in home.iterdir()}, stored)
 
-    def test_a_pipe_in_the_place_of_a_file_is_refused_by_name_and_not_waited_for(self):
+    def test_what_is_no_file_is_refused_by_name_and_not_waited_for(self):
         home = self.folder / "pipes"
         for command in (["users", "mode", "multi"], ["users", "login", "甲", "--new"],
                         ["users", "login", "乙", "--new"]):
             self.run_command(*command, home=home, capture_output=True)
-        for name in ("Lotmere.lock", "Lotmere.db", "Lotmere.db-journal", "Lotmere.backup.db", "TJmode.tjmod",
-                     "甲.uLotmere", "乙.uLotmere"):
-            with self.subTest(name):
+        device = functools.partial(os.symlink, "/dev/zero")
+        for name, put in itertools.product(("Lotmere.lock", "Lotmere.db", "Lotmere.db-journal", "Lotmere.backup.db",
+                                            "TJmode.tjmod", "甲.uLotmere", "乙.uLotmere"), (os.mkfifo, device)):
+            with self.subTest(name, put=put):
                 kept = home / "kept"
                 if (home / name).exists():
                     (home / name).rename(kept)
-                os.mkfifo(home / name)
+                put(home / name)
                 result = self.run_command("users", "login", "甲", home=home, capture_output=True)
                 self.assertEqual((result.returncode, f"{name}”（不是普通文件）" in result.stderr), (1, True),
                                  result.stderr)
