@@ -60,34 +60,33 @@ TEST_F(Export, OfNoTicketWritesNothingAndWarns) {
 // By name and by every kind of link, also to a profile that has no file yet.
 TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
   put_Ticket(store_, 1, 1, 2007001, kNumbers);
-  put_Ticket(store_, 2, 1, 2007002, kNumbers);
   const std::filesystem::path& folder = home_.path();
   std::filesystem::create_directory(folder / "below");
   std::filesystem::create_directory_symlink(folder, folder / "below/up");
-  const char* const own[] = {"Lotmere.db",         "Lotmere.backup.db",   "甲.uLotmere",
-                             "TJmode.tjmod",       "Lotmere.lock",        "甲.uLotmere.damaged",
-                             "Lotmere.db-journal", "Lotmere.db.damaged2", "丙.uLotmere"};
-  for (const std::string name : own) {
+  for (const std::string name :
+       {"Lotmere.db", "Lotmere.backup.db", "甲.uLotmere", "TJmode.tjmod", "Lotmere.lock",
+        "甲.uLotmere.damaged", "Lotmere.db-journal", "Lotmere.db.damaged2", "丙.uLotmere"}) {
     SCOPED_TRACE(name);
-    const bool stands = !name.starts_with("丙");
-    if (stands && name != "Lotmere.db") real_Files().write_Whole(folder / name, "own");
-    const std::string before = stands ? read_File(folder / name) : std::string();
-    std::filesystem::create_symlink(name, folder / "link");
-    std::filesystem::create_symlink("../link", folder / "below/second");
-    if (stands) std::filesystem::create_hard_link(folder / name, folder / "below/hard");
-    for (const auto& target : {folder / name, folder / "below/.." / name, folder / "below/up" / name,
-                               folder / "link", folder / "below/second", folder / "below/hard"}) {
-      if (!stands && target.filename() == "hard") continue;
+    std::vector<std::string> targets{name, "below/../" + name, "below/up/" + name, name + " link",
+                                     "below/" + name + " link"};
+    std::filesystem::create_symlink(name, folder / targets[3]);
+    std::filesystem::create_symlink("../" + targets[3], folder / targets[4]);
+    if (name != "丙.uLotmere") {
+      if (name != "Lotmere.db") real_Files().write_Whole(folder / name, "own");
+      std::filesystem::create_hard_link(folder / name, folder / targets.emplace_back(name + " hard"));
+    }
+    const std::string before = read_File(folder / name);
+    for (const std::string& target : targets) {
       desk_.told.clear();
-      EXPECT_EQ(export_Command(store_, desk_, target, {}), 0) << target;
+      EXPECT_EQ(export_Command(store_, desk_, folder / target, {}), 0) << target;
       ASSERT_EQ(desk_.told.size(), 1U);
       EXPECT_EQ(desk_.told[0].text, kOwnFile);
     }
-    EXPECT_EQ(std::filesystem::exists(folder / name), stands);
-    EXPECT_EQ(stands ? read_File(folder / name) : "", before);
-    if (stands && name != "Lotmere.db") std::filesystem::remove(folder / name);
-    for (const char* link : {"link", "below/second", "below/hard"}) std::filesystem::remove(folder / link);
+    EXPECT_EQ(read_File(folder / name), before);
+    std::filesystem::remove(folder / (name + " hard"));
+    if (name != "Lotmere.db") std::filesystem::remove(folder / name);
   }
+  EXPECT_FALSE(std::filesystem::exists(folder / "丙.uLotmere"));
   for (const char* name : {"Lotmere.txt", "LotmereTemp.txt", "below/Lotmere.db", "below/甲.uLotmere"})
     EXPECT_EQ(export_Command(store_, desk_, folder / name, {}), 1) << name << " is the user's";
 }

@@ -17,24 +17,16 @@ constexpr DrawNumbers kNumbers{{1, 2, 3, 4, 5, 6}, 7};
 using Ticket = std::optional<ImportTicket>;
 const Ticket kTicket = ImportTicket{kPeriod, kNumbers};
 
+// What lines of chance don't reach; for the rest they have the rules step by step.
 TEST(ImportLine, IsForgivingAsFarAsItGoes) {
   const Ticket more = ImportTicket{kPeriod, kNumbers, true};
-  const Ticket none;
   const std::tuple<int, const char*, Ticket> rows[] = {
       {0, "\t 1，2\u30003-4+5，6，7。。\r", kTicket},
-      {0, "01\t02\t03\t04\t05\t06\t07", kTicket},
-      {0, "０１　０2｜03|04－ ０５ ０６＋０７", kTicket},
-      {0, "1，2，3，4，5，6，7", none},    // 13 characters, 25 bytes
-      {0, "1a 2/9 x3 4 5 6 7 8 9", more},  // passes over what isn't a digit, and over an eighth number
-      {0, "1 2 3 4 5 6 7 x8*9", more},
+      {0, "1a 2/9 x3 4 5 6 7 8 9", more},    // passes over what isn't a digit, and over an eighth number
       {0, "1 2 3 4 5 6 7*8   。", kTicket},  // what a number ends in is no number
-      {0, "，1 2 3 4 5 6 7 8 9", none},      // the line begins with its first number
-      {0, "4294967297 2 3 4 5 6 7", none},
-      {1, "期20240071 2 3 4 5 6 7", kTicket},  // what is left of a longer run is the first number
+      {0, "4294967297 2 3 4 5 6 7", {}},
       {1, "第２０２４００７期01 2 3 4 5 6 7 8", more},
-      {1, "0000000 01 02 03 04 05 06 07", none},
-      {2, "12,,,,,,01,02,03,04,05,06|07", kTicket},
-      {2, "１２＋01,02,03,04,05,06|07", kTicket}};
+      {1, "0000000 01 02 03 04 05 06 07", {}}};
   for (const auto& [format, line, ticket] : rows)
     EXPECT_EQ(import_Line(line, {ImportFormat(format), kPeriod}), ticket) << line;
 }

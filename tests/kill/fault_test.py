@@ -18,7 +18,7 @@ import tempfile
 import unittest
 
 from kill_test import DRAWS, STORE, TEMPLATE, Prepared, copy_home, find_fault, make_home, read_home, read_rows, \
-    read_settings, run, scenarios, start
+    read_settings, run, scenarios
 
 PAGE = 4096
 
@@ -147,21 +147,6 @@ class Faults(unittest.TestCase):
                 self.assertEqual(status, 1)
             home.chmod(0o700)
             self.assertEqual(read_home(home), self.stored)
-
-    def test_a_second_process_is_told_and_touches_nothing(self):
-        home = copy_home(self.home, self.folder / "work")
-        with start(self.program, home, ["--user", "甲", "tickets", "init", "2026001"]) as first:
-            while not (home / f"{STORE}-journal").exists():
-                self.assertIsNone(first.poll(), "over before it could be held")
-            first.send_signal(signal.SIGSTOP)
-            try:
-                files = {file.name: file.read_bytes() for file in home.iterdir()}
-                for command in (["users", "list"], ["store", "compact"], ["--user", "乙", "conditions", "reset"]):
-                    self.assertEqual(self.run_work(command), (1, "程序正在运行,不允许同时打开多个!!!\n"))
-                self.assertEqual({file.name: file.read_bytes() for file in home.iterdir()}, files)
-            finally:
-                first.send_signal(signal.SIGCONT)
-        self.assertEqual(first.returncode, 0)
 
 
 if __name__ == "__main__":
