@@ -170,6 +170,8 @@ def is_unfinished(home):
     behind a change of the intervals."""
     if (home / "Lotmere.restore").exists():
         return True
+    if not (home / STORE).exists():  # which a look at it would make
+        return False
     with contextlib.closing(sqlite3.connect(home / STORE)) as store:
         tables = [name for (name,) in store.execute("SELECT name FROM sqlite_master WHERE type='table'")]
         return "用户模式" in tables and store.execute('SELECT sum("区间待统计") FROM "用户模式"').fetchone() == (1,)
