@@ -32,8 +32,9 @@ std::size_t ScriptedDesk::choose(std::string_view text, std::span<const std::str
 }
 
 std::optional<std::string> ScriptedDesk::ask_Text(std::string_view prompt, std::string_view /*title*/,
-                                                  std::string_view /*proposed*/) {
+                                                  std::string_view text) {
   asked.emplace_back(prompt);
+  proposed.emplace_back(text);
   return take(texts, prompt);
 }
 

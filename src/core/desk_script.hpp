@@ -29,7 +29,8 @@ class ScriptedDesk : public Desk {
   };
   std::vector<Said> told;
   std::vector<std::string> asked;
-  std::vector<std::string> buttons;  // of the last choose()
+  std::vector<std::string> proposed;  // what stood in the box of each ask_Text()
+  std::vector<std::string> buttons;   // of the last choose()
   std::vector<Said> tips;
   std::vector<std::string> statuses;  // an empty one each time the message went away
   int jobs_open = 0;
@@ -41,7 +42,7 @@ class ScriptedDesk : public Desk {
   std::size_t choose(std::string_view text, std::span<const std::string_view> captions, std::size_t cancel,
                      std::string_view title) override;
   std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                      std::string_view proposed) override;
+                                      std::string_view text) override;
   void show_Tip(std::string_view text, std::string_view title) override;
   void show_Status(std::string_view text) override;
   void serve() override;

