@@ -78,6 +78,7 @@ TEST(Start, ALargeStoreKeepsEverythingAndARefusedStepIsTold) {
     EXPECT_EQ(desk.told.size(), machine.failed() ? 1U : 0U);
     EXPECT_GT(std::filesystem::file_size(temp.home().main_Db()), kLargestMainDb);
     EXPECT_EQ(start.store().value("SELECT length(bytes) FROM large"), 12000000);
+    EXPECT_TRUE(is_SoundStore(temp.home().backup_Db()));
   });
 }
 

@@ -217,17 +217,5 @@ TEST(Compaction, ADamagedStoreNeverCostsTheGoodBackup) {
   }
 }
 
-TEST(Compaction, ARefusedStepIsReportedAndCostsNothing) {
-  for (const bool broken : {false, true}) {
-    refuse_EachStep([broken](FaultyFiles& machine) {
-      Folder folder(broken ? damaged : good);
-      const CompactResult result = compact_MainDb(folder.main, folder.backup, true, machine);
-      EXPECT_EQ(undone_Text(result).empty(), !machine.failed() && !broken);
-      EXPECT_EQ(tickets_In(folder.main), broken ? (result.restored ? 1 : -1) : 3);
-      EXPECT_EQ(tickets_In(folder.backup), result.backup_refreshed ? 3 : 1);
-    });
-  }
-}
-
 }  // namespace
 }  // namespace lotmere::test
