@@ -135,26 +135,6 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
   EXPECT_TRUE(shorter.above_average && shorter.running.height == 100);
 }
 
-TEST_F(Analysis, ANumberIsWorthAReportFromItsFourthHitOn) {
-  for (int i = 0; i < 9; ++i)
-    put_Draw(store_, 2024001 + i, "2024-01-02",
-             {{1, 2, 3, 4, 5,
-               i < 4   ? 6
-               : i < 7 ? 7
-                       : 8},
-              i < 4   ? 6
-              : i < 7 ? 7
-                      : 8});
-  for (const BallColour balls : {BallColour::red, BallColour::blue}) {
-    const Omission omission = *analyse(balls, 2024009);
-    EXPECT_EQ(omission.of(6).hits + 10 * omission.of(7).hits, 34);
-    for (const auto text : {omission_Report, omission_Tip}) {
-      EXPECT_NE(text(omission, 6).find("总共开出：４ 期 \r\n\r\n历史遗漏最大值：０ 期"), std::string::npos);
-      EXPECT_TRUE(text(omission, 7).ends_with(")  总共开出：３ 期"));
-    }
-  }
-}
-
 TEST_F(Analysis, CountsAreThoseOfOneSelectANumber) {
   const auto draws = put_OddDraws(store_, 300, 9);
   const std::pair<PeriodNo, PeriodNo> spans[] = {

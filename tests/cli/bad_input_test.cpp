@@ -29,7 +29,6 @@ TEST_F(BadInput, Usage) {
   home_.expect_Refused({
       {"no command", 2, {}},
       {"an unknown option", 2, {"draws", "list", "--first", "3"}},
-      {"an option given twice", 2, {"numbers", "pick", "--red-tuo", "1-6", "--red-tuo", "7"}},
       {"an answer that is neither yes nor no", 2, {"--answer", "maybe", "tickets", "clear"}},
       {"an interval that isn't there", 2, {"conditions", "interval", "5", "1-3"}},
   });
@@ -41,15 +40,11 @@ TEST_F(BadInput, PeriodsAndDraws) {
   home_.expect_Refused({
       {"a period of letters", 1, {"tickets", "init", kLongWord}},
       {"an empty period, which isn't a missing one", 1, {"tickets", "list", ""}},
-      {"a period without a number in its year", 1, {"tickets", "init", "2026000"}},
-      {"a stored period with a digit more", 1, {"--answer", "yes", "draws", "delete", "20240061"}},
       {"a deletion that nobody answered", 1, {"draws", "delete", "2024006"}},
       {"a period without tickets", 1, {"tickets", "run", "2024001"}},
       {"a range turned round", 1, {"draws", "stats", "2024005", "2024001"}},
       {"a match turned round", 1, {"conditions", "match", "2024002", "2024001", "5"}},
-      {"a range without its end", 2, {"counts", "red", "2024001"}},
       {"an end that is no period", 1, {"counts", "blue", "2024001", "today"}},
-      {"no balls", 2, {"omission"}},
       {"balls of another colour", 2, {"omission", "green", "202400"}},
       {"a period too short", 1, {"omission", "blue", "202400"}},
       {"hints for a period too short", 1, {"numbers", "hints", "202400"}},
@@ -57,7 +52,6 @@ TEST_F(BadInput, PeriodsAndDraws) {
       {"a check without a draw", 1, {"tickets", "check", "2024007"}},
       {"a day that is none", 1, add_Draw("2024007", "2024-02-30", good)},
       {"blue 17", 1, add_Draw("2024007", "2024-01-16", {"1", "2", "3", "4", "5", "6", "17"})},
-      {"six numbers", 2, add_Draw("2024007", "2024-01-16", {"1", "2", "3", "4", "5", "6"})},
   });
   for (const char* word : {"a", "-7", "1.5", "0x1", "", "99999999999999999999"})
     home_.expect_Refused(
@@ -102,10 +96,8 @@ TEST_F(BadInput, FilesAndAddresses) {
   home_.expect_Refused({
       {"a file in a folder that isn't there", 1, {"tickets", "export", here + "/none/x.txt"}},
       {"no file name", 1, {"tickets", "export", ""}},
-      {"the store in place of a file", 1, {"tickets", "export", here + "/Lotmere.db"}},
       {"an empty address, which isn't a missing one", 1, {"draws", "fetch", ""}},
       {"an unknown column", 1, {"tickets", "export", here + "/x.txt", "--columns", "红球"}},
-      {"a file that isn't there", 1, {"draws", "fetch", "file://" + here + "/none.txt"}},
       {"no address", 1, {"draws", "fetch", "--all", "nonsense"}},
       {"no address to remember", 1, {"draws", "address", "list", "ftp://site/list"}},
       {"an address for nothing", 2, {"draws", "address", "home", "http://site/list"}},

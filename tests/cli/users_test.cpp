@@ -77,7 +77,6 @@ TEST_F(TwoUsers, AreAskedWhoTheyAre) {
       {"no password to log in", 1, {"users", "login", "甲"}},
       {"a new user of an old name", 1, {"users", "login", "甲", "--new"}},
       {"no name", 1, {"users", "login", ""}},
-      {"a name that nobody sees", 1, {"users", "login", "--new", "\u3000"}},
       {"two names", 2, {"--user", "乙", "users", "login", "甲"}},
       {"two names, the other way round", 2, {"users", "login", "甲", "--user", ""}},
       {"no new password", 2, {"users", "password", "甲"}},
@@ -85,8 +84,6 @@ TEST_F(TwoUsers, AreAskedWhoTheyAre) {
       {"an empty new password", 1, give("甲", file("empty"), "yes")},
       {"a line that is too long", 1, give("甲", file("long"), "yes")},
       {"removed without an answer", 1, {"users", "remove", "甲"}},
-      {"removed, but no", 1, {"users", "remove", "甲", "--answer", "no"}},
-      {"who is current", 1, {"users", "remove", "乙", "--answer", "yes"}},
       {"two users and a mode for one", 1, {"users", "mode", "single"}},
       {"an unknown mode", 2, {"users", "mode", "three"}},
   });

@@ -24,6 +24,7 @@ TEST(ImportLine, IsForgivingAsFarAsItGoes) {
       {0, "\t 1，2\u30003-4+5，6，7。。\r", kTicket},
       {0, "1a 2/9 x3 4 5 6 7 8 9", more},    // passes over what isn't a digit, and over an eighth number
       {0, "1 2 3 4 5 6 7*8   。", kTicket},  // what a number ends in is no number
+      {0, "1，2，3，4，5，6，7", {}},        // 13 characters, 25 bytes
       {0, "4294967297 2 3 4 5 6 7", {}},
       {1, "第２０２４００７期01 2 3 4 5 6 7 8", more},
       {1, "0000000 01 02 03 04 05 06 07", {}}};
