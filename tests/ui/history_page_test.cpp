@@ -375,8 +375,8 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
     EXPECT_EQ(cell.model.headerData(cell.column, Qt::Horizontal, Qt::ForegroundRole), cell.head_Colour);
   }
   EXPECT_EQ(numbers.headerData(34, Qt::Horizontal, Qt::DisplayRole), QStringLiteral("01"));
-  test::put_Draw(store_, 2008050, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
-  draws.load(store_, {2008050, 2008050});
+  test::put_Draw(store_, 2008052, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
+  draws.load(store_, {2008052, 2008052});
   EXPECT_EQ(draws.index(0, 8).data(kBallRole), none) << "17 is no blue";
   for (int column = 0; column < 3; ++column)
     EXPECT_EQ(draws.index(0, column).data(Qt::BackgroundRole).isValid(), column < 2) << column;
