@@ -95,7 +95,7 @@ void run_100k_walk(State& state, const Sizes& sizes) {
   Store& store = world.store();
   QuietDesk desk;
   // The walk covers the figure passes; the run it stands against leaves the others off too.
-  for (const Condition& condition : catalogue())
+  for (const Condition& condition : allConditions())
     if (condition.kind == CellKind::position || condition.kind == CellKind::combination ||
         condition.kind == CellKind::sum_family || condition.kind == CellKind::setting)
       set_Usage(store, condition.usage, false);

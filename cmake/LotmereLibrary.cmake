@@ -6,6 +6,9 @@ add_library(lotmere_options INTERFACE)
 target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                                  -Wnon-virtual-dtor -Werror
                                                  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 warns falsely in std::string
+if(LOTMERE_SANITIZE OR LOTMERE_FUZZ OR CMAKE_BUILD_TYPE STREQUAL "Debug")
+  target_compile_definitions(lotmere_options INTERFACE LOTMERE_ASSERTS)
+endif()
 if(LOTMERE_SANITIZE)
   target_compile_options(lotmere_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)

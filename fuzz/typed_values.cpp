@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(data + 1, data + size);
   fuzz::check_NumberList(text, 1, kRedCount);
   fuzz::check_NumberList(text, 0, 170);
-  fuzz::check_Values(catalogue()[data[0] % catalogue().size()], text);
+  fuzz::check_Values(allConditions()[data[0] % allConditions().size()], text);
   fuzz::check_Period(text);
   fuzz::check_Others(text);
   return 0;

@@ -16,9 +16,9 @@ namespace lotmere {
 namespace {
 
 // The condition that a person names; told when there is none.
-std::optional<Condition> named_Condition(Session& session, const std::string& name) {
-  auto condition = find_Condition(session.store, name);
-  if (!condition) refuse(session.desk, fmt::format("没有名为{}的条件。", quote_Typed(name)));
+const Condition* named_Condition(Session& session, const std::string& name) {
+  const Condition* condition = findCondition(name);
+  if (condition == nullptr) refuse(session.desk, fmt::format("没有名为{}的条件。", quote_Typed(name)));
   return condition;
 }
 
@@ -40,7 +40,7 @@ class ListCommand final : public Command {
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
   int run(Session& session) override {
-    for (const Condition& condition : all_Conditions(session.store)) print_Condition(session, condition);
+    for (const Condition& condition : allConditions()) print_Condition(session, condition);
     print_MatchSettings(session);
     return kExitDone;
   }
@@ -74,7 +74,7 @@ class StrengthCommand final : public Command {
       if (!condition) return kExitRefused;
       conditions.push_back(*condition);
     } else {
-      conditions = all_Conditions(session.store);
+      conditions = allConditions();
     }
     const StopScope stop(session.desk);
     Job job(session.desk, static_cast<std::int64_t>(conditions.size()), Job::Stop::possible);

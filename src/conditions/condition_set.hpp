@@ -11,11 +11,11 @@
 #include <utility>
 #include <vector>
 
-#include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
-#include "conditions/families.hpp"
 #include "conditions/own_sets.hpp"
 #include "core/attributes.hpp"
+#include "core/catalogue.hpp"
+#include "core/families.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
 #include "core/store.hpp"

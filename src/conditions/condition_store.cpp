@@ -81,4 +81,21 @@ void set_Column(Store& store, AttributeTable table, std::string_view column, std
   change.commit();
 }
 
+GroupTable load_GroupTable(Store& store, const Family& family, int groups) {
+  std::vector<std::string> columns;
+  columns.reserve(static_cast<std::size_t>(groups));
+  for (int g = 0; g < groups; ++g)
+    columns.push_back(std::string(family.column) + std::to_string(family.first_suffix + g));
+  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"INDEX\" ASC",
+                                       column_List(columns), sql_Name(table_Name(family.table))));
+  GroupTable table;
+  while (rows.next()) {
+    const int number = rows.number(0);
+    if (number < 1 || number > kRedCount) continue;
+    for (int g = 0; g < groups; ++g)
+      if (rows.number(1 + g) != 0) table.word[number] |= GroupCounts{1} << (g * kGroupBits);
+  }
+  return table;
+}
+
 }  // namespace lotmere

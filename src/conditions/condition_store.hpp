@@ -9,15 +9,13 @@
 #include <vector>
 
 #include "core/attributes.hpp"
+#include "core/catalogue.hpp"
+#include "core/families.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
 #include "core/store.hpp"
 
 namespace lotmere {
-
-inline constexpr ConditionId kShrinkTypeCell = 3900;  // `Value` is the shrink type, 3 to 7
-inline constexpr ConditionId kToleranceCell = 3901;   // `Value` is the position filter's tolerance, 0 to 7
-inline constexpr UsageId kSmartOptimisation = 300;
 
 // The work array of one condition. A range that starts at a multiple of ten has the cell of value k at index
 // k; the selection rows 1 to 33 and 101 to 116 land on the index of their number.
@@ -51,5 +49,8 @@ void write_Attribute(Store& store, AttributeTable table, std::string_view column
 void toggle_Attribute(Store& store, std::string_view column, int number);
 // Makes a column hold exactly these numbers; an empty list clears it.
 void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers);
+
+// Reads the first `groups` columns of a family. One select.
+[[nodiscard]] GroupTable load_GroupTable(Store& store, const Family& family, int groups);
 
 }  // namespace lotmere

@@ -2,13 +2,6 @@
 
 namespace lotmere {
 
-const std::string_view kHeat5Help =
-    "温度值5：指的是本期开奖的6个红球号码在最近前5期中各码开出次数之和。"
-    "反映的是整注号码相对于最近５期的冷热程度。";
-const std::string_view kHeat10Help =
-    "温度值10：指的是本期开奖的6个红球号码在最近前10期中各码开出次数之和。"
-    "反映的是整注号码相对于最近１０期的冷热程度。";
-
 const std::string_view kPlaceHelp =
     "关于定位过滤的说明\r\n\r\n"
     "定位过滤限制七个位置上可以出现的号码：六个红球从小到大排在第1位到第6位，蓝球是第7位。"

@@ -6,8 +6,6 @@
 namespace lotmere {
 
 // Tool tips of the two temperature lists.
-extern const std::string_view kHeat5Help;
-extern const std::string_view kHeat10Help;
 // Beside the seven places (`Text_dingweiTip`).
 extern const std::string_view kPlaceHelp;
 // Beside the custom groups (`Text_ZDYhelp`).

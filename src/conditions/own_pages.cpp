@@ -29,7 +29,7 @@ bool is_Empty(const RedTable& members) {
 }  // namespace
 
 GroupPage group_Page(Store& store, int group) {
-  const Condition& condition = condition_OfUsage(usage_OfGroup(group));
+  const Condition& condition = conditionOfUsage(usage_OfGroup(group));
   GroupPage page{group_Members(store, condition), page_Panel(store, condition)};
   if (is_Empty(page.members)) {
     page.panel.items.clear();
@@ -39,7 +39,7 @@ GroupPage group_Page(Store& store, int group) {
 }
 
 void click_GroupNumber(Store& store, int group, int number) {
-  const Condition& condition = condition_OfUsage(usage_OfGroup(group));
+  const Condition& condition = conditionOfUsage(usage_OfGroup(group));
   StoreChange change(store);
   toggle_Attribute(store, condition.name, number);
   if (is_Empty(group_Members(store, condition))) {
@@ -58,7 +58,7 @@ void empty_Groups(Store& store) {
 PlacePage load_DingWei(Store& store) {
   PlacePage page;
   for (int place = 1; place <= kPlaceCount; ++place) {
-    ConditionPanel panel = page_Panel(store, condition_OfUsage(usage_OfPlace(place)));
+    ConditionPanel panel = page_Panel(store, conditionOfUsage(usage_OfPlace(place)));
     panel.enabled = panel.ticked || std::any_of(panel.items.begin(), panel.items.end(),
                                                 [](const PanelItem& item) { return item.selected; });
     page.places[place - 1] = std::move(panel);
@@ -98,7 +98,7 @@ void follow_LatestDraws(Store& store) { set_HistoryMatch(store, &HistoryMatch::c
 std::array<std::string, kIntervalCount> interval_Previews(Store& store) {
   std::array<std::string, kIntervalCount> previews;
   for (int i = 0; i < kIntervalCount; ++i) {
-    const std::string& name = condition_OfUsage(usage_OfInterval(i + 1)).name;
+    const std::string& name = conditionOfUsage(usage_OfInterval(i + 1)).name;
     const std::string numbers = spaced_Numbers(read_AttributeColumn(store, AttributeTable::first, name));
     previews[i] = fmt::format(" {}：　{}", name, numbers.empty() ? kNoNumbers : std::string_view(numbers));
   }
@@ -108,7 +108,7 @@ std::array<std::string, kIntervalCount> interval_Previews(Store& store) {
 void clear_Intervals(Store& store, Desk& desk) {
   StoreChange change(store);
   for (int i = 1; i <= kIntervalCount; ++i) {
-    set_Column(store, AttributeTable::first, condition_OfUsage(usage_OfInterval(i)).name, {});
+    set_Column(store, AttributeTable::first, conditionOfUsage(usage_OfInterval(i)).name, {});
     set_Usage(store, usage_OfInterval(i), false);
   }
   change.commit();
@@ -124,14 +124,10 @@ std::string division_Caption(int division) {
 }
 
 std::vector<DivisionPanel> division_Panels(Store& store, int division) {
-  const auto conditions = all_Conditions(store);
   std::vector<DivisionPanel> panels;
   for (const CustomInterval& interval : factory_CustomIntervals()) {
     if (interval.division != division) continue;
-    const auto row = std::find_if(conditions.begin(), conditions.end(), [&](const Condition& condition) {
-      return condition.name == interval.name;
-    });
-    if (row == conditions.end()) continue;
+    const Condition* row = &conditionOfUsage(interval.usage);
     panels.push_back({load_Panel(store, *row, row->name), *row, division_Numbers(store, row->name)});
   }
   return panels;

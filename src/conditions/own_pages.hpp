@@ -11,6 +11,7 @@
 #include "conditions/panel.hpp"
 #include "core/desk.hpp"
 #include "core/metrics.hpp"
+#include "core/store.hpp"
 
 namespace lotmere {
 

@@ -13,7 +13,7 @@ namespace lotmere {
 
 void set_Group(Store& store, int group, std::span<const int> numbers) {
   StoreChange change(store);
-  set_Column(store, AttributeTable::first, condition_OfUsage(usage_OfGroup(group)).name, numbers);
+  set_Column(store, AttributeTable::first, conditionOfUsage(usage_OfGroup(group)).name, numbers);
   if (numbers.empty()) set_Usage(store, usage_OfGroup(group), false);
   change.commit();
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/game.hpp"
 #include "core/store.hpp"
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "conditions/panel.hpp"
+#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -28,14 +29,12 @@ enum class PageKind {
 struct ConditionPage {
   std::string_view caption;  // of the tab
   PageKind kind;
-  UsageId first = 0;  // the switches that the page has; 0 where it has none
-  UsageId last = 0;
-  std::string_view shown_name{};  // of its box, where that isn't the condition's name
+  std::vector<const Condition*> conditions{};  // that the page switches
 };
 
-// The 44 pages in the order of their tabs.
+// The pages in the order of their tabs. A condition whose row names a page has one for itself.
 [[nodiscard]] std::span<const ConditionPage> condition_Pages();
-// A page by its tab, 1 to 44.
+// A page by its tab, from 1 on.
 [[nodiscard]] const ConditionPage& condition_Page(int tab);
 
 // The box of a value page. 跨度, which the sheet doesn't have, has its list here.

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/metrics.hpp"
 #include "core/store.hpp"
 

@@ -1,5 +1,7 @@
 #include "conditions/sheet.hpp"
 
+#include <algorithm>
+
 #include "conditions/condition_store.hpp"
 #include "conditions/values.hpp"
 #include "core/periods.hpp"
@@ -8,24 +10,32 @@
 namespace lotmere {
 namespace {
 
-// The switch of each slot.
-constexpr std::array<UsageId, kSlotCount> kSlots = {1, 0, 62, 63, 64, 65, 2, 3, 10, 12, 14, 5, 6, 9, 7, 8};
-constexpr UsageId kFirstRelative = 263;
-constexpr UsageId kSumFamilies = 266;
-constexpr UsageId kFirstHeat = 301;
+// The condition of each slot; the second stands empty.
+constexpr std::array<std::string_view, kSlotCount> kSlots = {
+    "总和值",   "",         "尾数和值",   "合数和值", "大数和值", "小数和值", "奇数和值", "偶数和值",
+    "奇数个数", "大数个数", "高尾码个数", "最大间距", "连号",     "AC值",     "重叠号",   "斜位码"};
+constexpr std::string_view kRelatives[] = {"尾数重叠", "合数重叠", "前3期出现个数", "前2期和值相同组"};
+constexpr std::string_view kHeats[] = {"温度5", "温度10"};
 constexpr int kPeriodsShown = 10;
 
-ConditionPanel named_Panel(Store& store, UsageId usage) {
-  const Condition& condition = condition_OfUsage(usage);
+ConditionPanel named_Panel(Store& store, const Condition& condition) {
   return load_Panel(store, condition, condition.name);
 }
 
 }  // namespace
 
 const Condition* slot_Condition(int slot) {
-  const UsageId usage = kSlots[static_cast<std::size_t>(slot)];
-  return usage == 0 ? nullptr : &condition_OfUsage(usage);
+  const std::string_view name = kSlots[static_cast<std::size_t>(slot)];
+  return name.empty() ? nullptr : &conditionNamed(name);
 }
+
+bool is_OnSheet(const Condition& condition) {
+  return std::ranges::find(kSlots, condition.name) != kSlots.end();
+}
+
+const Condition& relative_Condition(int i) { return conditionNamed(kRelatives[i]); }
+
+const Condition& heat_Condition(int i) { return conditionNamed(kHeats[i]); }
 
 ConditionPanel tj_FillList(Store& store, int slot) {
   const Condition* condition = slot_Condition(slot);
@@ -46,26 +56,30 @@ std::string slot_Tip(Store& store, int slot) {
 
 std::array<ConditionPanel, kIntervalCount> fill_Intervals(Store& store) {
   std::array<ConditionPanel, kIntervalCount> panels;
-  for (int i = 0; i < kIntervalCount; ++i) panels[i] = named_Panel(store, usage_OfInterval(i + 1));
+  for (int i = 0; i < kIntervalCount; ++i)
+    panels[i] = named_Panel(store, conditionOfUsage(usage_OfInterval(i + 1)));
   return panels;
 }
 
-std::array<ConditionPanel, 4> fill_Relatives(Store& store) {
-  std::array<ConditionPanel, 4> panels;
-  for (int i = 0; i < 4; ++i) panels[i] = named_Panel(store, kFirstRelative + i);
-  panels[kSumFamilies - kFirstRelative].caption = "过滤掉前2期和值相同组(允许错2)";
+std::array<ConditionPanel, kRelativeCount> fill_Relatives(Store& store) {
+  std::array<ConditionPanel, kRelativeCount> panels;
+  for (int i = 0; i < kRelativeCount; ++i) {
+    panels[i] = named_Panel(store, relative_Condition(i));
+    if (relative_Condition(i).kind == CellKind::sum_family)
+      panels[i].caption = "过滤掉前2期和值相同组(允许错2)";
+  }
   return panels;
 }
 
-std::array<ConditionPanel, 2> fill_Heat(Store& store) {
-  return {named_Panel(store, kFirstHeat), named_Panel(store, kFirstHeat + 1)};
+std::array<ConditionPanel, kHeatCount> fill_Heat(Store& store) {
+  return {named_Panel(store, heat_Condition(0)), named_Panel(store, heat_Condition(1))};
 }
 
 std::array<ConditionPanel, kTurnCount> tj_FillShapes(Store& store) {
   std::array<ConditionPanel, kTurnCount> panels;
   for (int turn = 0; turn < kTurnCount; ++turn) {
     const Family& family = family_OfTurn(turn);
-    panels[turn] = load_Panel(store, condition_OfUsage(family.usage), std::string(family.draw_column));
+    panels[turn] = load_Panel(store, conditionOfUsage(family.usage), std::string(family.draw_column));
   }
   return panels;
 }

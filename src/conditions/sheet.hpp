@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "conditions/panel.hpp"
+#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -15,6 +16,13 @@ inline constexpr int kSlotCount = 16;
 
 // The condition of a slot (0 to 15); nullptr for slot 1, which is empty.
 [[nodiscard]] const Condition* slot_Condition(int slot);
+// Whether a slot is the condition's.
+[[nodiscard]] bool is_OnSheet(const Condition& condition);
+// 尾数重叠, 合数重叠, 前3期出现个数, 前2期和值相同组 (`List_wscd`), counted from 0; 温度5 and 温度10.
+inline constexpr int kRelativeCount = 4;
+inline constexpr int kHeatCount = 2;
+[[nodiscard]] const Condition& relative_Condition(int i);
+[[nodiscard]] const Condition& heat_Condition(int i);
 
 // The list of a slot and its box, which is ticked when the switch is exactly 1, as for the passes.
 [[nodiscard]] ConditionPanel tj_FillList(Store& store, int slot);
@@ -25,10 +33,9 @@ inline constexpr int kSlotCount = 16;
 
 // Number counts of the four intervals, also a page of their own.
 [[nodiscard]] std::array<ConditionPanel, kIntervalCount> fill_Intervals(Store& store);
-// 尾数重叠, 合数重叠, 前3期出现个数, 前2期和值相同组 (`List_wscd`).
-[[nodiscard]] std::array<ConditionPanel, 4> fill_Relatives(Store& store);
-// 温度5 and 温度10.
-[[nodiscard]] std::array<ConditionPanel, 2> fill_Heat(Store& store);
+// The panels of those.
+[[nodiscard]] std::array<ConditionPanel, kRelativeCount> fill_Relatives(Store& store);
+[[nodiscard]] std::array<ConditionPanel, kHeatCount> fill_Heat(Store& store);
 // The 32 shape lists in the order of the combination turns; captions are the columns of the history.
 [[nodiscard]] std::array<ConditionPanel, kTurnCount> tj_FillShapes(Store& store);
 
@@ -40,8 +47,8 @@ struct ConditionSheet {
   std::array<ConditionPanel, kSlotCount> slots;
   std::array<std::string, kSlotCount> tips;
   std::array<ConditionPanel, kIntervalCount> intervals;
-  std::array<ConditionPanel, 4> relatives;
-  std::array<ConditionPanel, 2> heat;
+  std::array<ConditionPanel, kRelativeCount> relatives;
+  std::array<ConditionPanel, kHeatCount> heat;
   std::array<ConditionPanel, kTurnCount> shapes;
   std::vector<PeriodNo> periods;  // the last ten, newest first: which draw the combination turns show
 };

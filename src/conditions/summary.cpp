@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/panel.hpp"
 #include "conditions/values.hpp"
+#include "core/catalogue.hpp"
 #include "core/text.hpp"
 
 namespace lotmere {
@@ -21,44 +21,45 @@ constexpr std::string_view kUnused = " 未 使 用";
 // The lines of conditions, in the order in which they are read.
 struct SummaryLine {
   const char* label;
-  UsageId usage;
+  std::string_view name;
+  bool as_range = false;  // its values as one range
 };
-constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", 5},
-                                  {" 连号取值范围： ", 6},
-                                  {" 重叠号取值范围： ", 7},
-                                  {" 斜位码取值范围： ", 8},
-                                  {" ＡＣ值取值范围： ", 9},
-                                  {" 奇数个数取值范围： ", 10},
-                                  {" 大数个数取值范围： ", 12},
-                                  {" 高尾码个数取值范围： ", 14},
-                                  {" 区间1开出号码个数取值范围： ", 16},
-                                  {" 区间2开出号码个数取值范围： ", 17},
-                                  {" 区间3开出号码个数取值范围： ", 18},
-                                  {" 区间4开出号码个数取值范围： ", 19},
-                                  {" 尾数形式： ", 37},
-                                  {" 间距九： ", 38},
-                                  {" 间距七： ", 39},
-                                  {" 间距十一： ", 40},
-                                  {" 间距十二： ", 41},
-                                  {" 区间单双七分组： ", 42},
-                                  {" 大小尾七分组： ", 44},
-                                  {" 间距四： ", 45},
-                                  {" 间距八： ", 43},
-                                  {" 间距3： ", 46},
-                                  {" 间距6： ", 47},
-                                  {" 和数33： ", 48},
-                                  {" 和数34： ", 49},
-                                  {" 和数35： ", 50},
-                                  {" 奇偶连： ", 51},
-                                  {" 偶奇连： ", 52},
-                                  {" 等差16组： ", 53},
-                                  {" 等差17组： ", 54},
-                                  {" 间距11链： ", 55},
-                                  {" 生肖链： ", 56},
-                                  {" 4数8分自然段： ", 57},
-                                  {" 8数4分自然段： ", 58},
-                                  {" 三波排异： ", 60},
-                                  {" 区间排异： ", 61}};
+constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", "最大间距", true},
+                                  {" 连号取值范围： ", "连号"},
+                                  {" 重叠号取值范围： ", "重叠号"},
+                                  {" 斜位码取值范围： ", "斜位码"},
+                                  {" ＡＣ值取值范围： ", "AC值"},
+                                  {" 奇数个数取值范围： ", "奇数个数"},
+                                  {" 大数个数取值范围： ", "大数个数"},
+                                  {" 高尾码个数取值范围： ", "高尾码个数"},
+                                  {" 区间1开出号码个数取值范围： ", "区间1"},
+                                  {" 区间2开出号码个数取值范围： ", "区间2"},
+                                  {" 区间3开出号码个数取值范围： ", "区间3"},
+                                  {" 区间4开出号码个数取值范围： ", "区间4"},
+                                  {" 尾数形式： ", "尾数形式"},
+                                  {" 间距九： ", "间距九"},
+                                  {" 间距七： ", "间距七"},
+                                  {" 间距十一： ", "间距十一"},
+                                  {" 间距十二： ", "间距十二"},
+                                  {" 区间单双七分组： ", "区间单双七分组"},
+                                  {" 大小尾七分组： ", "大小尾七分组"},
+                                  {" 间距四： ", "间距四"},
+                                  {" 间距八： ", "间距八"},
+                                  {" 间距3： ", "间距3"},
+                                  {" 间距6： ", "间距6"},
+                                  {" 和数33： ", "和数33"},
+                                  {" 和数34： ", "和数34"},
+                                  {" 和数35： ", "和数35"},
+                                  {" 奇偶连： ", "奇偶连"},
+                                  {" 偶奇连： ", "偶奇连"},
+                                  {" 等差16组： ", "等差16组"},
+                                  {" 等差17组： ", "等差17组"},
+                                  {" 间距11链： ", "间距11链"},
+                                  {" 生肖链： ", "生肖链"},
+                                  {" 4数8分自然段： ", "四数八分自然段"},
+                                  {" 8数4分自然段： ", "八数四分自然段"},
+                                  {" 三波排异： ", "三波排异"},
+                                  {" 区间排异： ", "区间排异"}};
 
 // The numbers of one colour with one state in the selection.
 std::string picked_Text(Store& store, ConditionId first, ConditionId last, int state) {
@@ -70,8 +71,6 @@ std::string picked_Text(Store& store, ConditionId first, ConditionId last, int s
 }
 
 std::string ticked_Values(Store& store, const Condition& condition) {
-  if (condition.kind == CellKind::value && condition.usage == 5)
-    return tj_CurrentValue(store, condition.first, condition.last);
   const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
   const bool shapes = condition.kind == CellKind::shape;
   const int count = shapes ? cell_Count(condition) : condition.last - condition.first + 1;
@@ -108,9 +107,16 @@ std::string own_SetText(Store& store, const Condition& set, AttributeTable table
   return members_Text(read_AttributeColumn(store, table, set.name)) + " ——" + counts_Text(store, set);
 }
 
-bool has_Line(UsageId usage) {
-  const bool group = usage >= usage_OfGroup(1) && usage <= usage_OfGroup(kGroupCount);
-  return group || std::ranges::find(kLines, usage, &SummaryLine::usage) != std::end(kLines);
+bool has_Line(const Condition& condition) {
+  const bool group = condition.usage >= usage_OfGroup(1) && condition.usage <= usage_OfGroup(kGroupCount);
+  return group || std::ranges::find(kLines, condition.name, &SummaryLine::name) != std::end(kLines);
+}
+
+std::string line_Content(Store& store, const SummaryLine& line) {
+  const Condition& condition = conditionNamed(line.name);
+  if (!is_Ticked(store, condition.usage)) return std::string(kUnused);
+  return line.as_range ? tj_CurrentValue(store, condition.first, condition.last)
+                       : ticked_Values(store, condition);
 }
 
 std::string ticked_Families(Store& store, const Condition& condition) {
@@ -142,12 +148,12 @@ std::string extra_Content(Store& store, const Condition& condition) {
 std::vector<std::pair<std::string, std::string>> extra_Lines(Store& store) {
   std::vector<std::pair<std::string, std::string>> lines;
   bool placed = false;
-  for (const Condition& condition : all_Conditions(store)) {
-    if (has_Line(condition.usage) || !is_Ticked(store, condition.usage)) continue;
+  for (const Condition& condition : allConditions()) {
+    if (has_Line(condition) || !is_Ticked(store, condition.usage)) continue;
     const bool values = condition.kind == CellKind::value || condition.kind == CellKind::count;
     if (condition.kind == CellKind::position && !std::exchange(placed, true))
       lines.emplace_back(" 号码定位容错值： ", to_QuanJiao(condition_Value(store, kToleranceCell)));
-    if (condition.kind == CellKind::count && condition.turn != 0)
+    if (isCustomInterval(condition))
       lines.emplace_back(" " + condition.name, own_SetText(store, condition, AttributeTable::third));
     else
       lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
@@ -163,7 +169,7 @@ std::vector<std::pair<std::string, std::string>> extra_Lines(Store& store) {
 std::array<std::string, 10> tj_FillGroups(Store& store) {
   std::array<std::string, 10> items;
   for (int g = 1; g <= kGroupCount; ++g) {
-    const Condition& group = condition_OfUsage(usage_OfGroup(g));
+    const Condition& group = conditionOfUsage(usage_OfGroup(g));
     std::string& item = items[static_cast<std::size_t>(g - 1)];
     if (is_Ticked(store, group.usage))
       item = group.name + own_SetText(store, group, AttributeTable::first);
@@ -185,9 +191,7 @@ std::string tj_Summary(Store& store) {
   add(" 红球“胆码”： ", picked_Text(store, 1, kRedCount, int(PickState::dan)));
   add(" 蓝球“拖码”： ", picked_Text(store, first_blue, last_blue, int(PickState::tuo)));
   add(" 蓝球“胆码”： ", picked_Text(store, first_blue, last_blue, int(PickState::dan)));
-  for (const SummaryLine& line : kLines)
-    add(line.label, is_Ticked(store, line.usage) ? ticked_Values(store, condition_OfUsage(line.usage))
-                                                 : std::string(kUnused));
+  for (const SummaryLine& line : kLines) add(line.label, line_Content(store, line));
   for (const std::string& item : tj_FillGroups(store)) add(" ", item);
   add(" 缩 水 类 型： ", shrink_Caption(condition_Value(store, kShrinkTypeCell)));
   for (const auto& [label, content] : extra_Lines(store)) add(label, content);

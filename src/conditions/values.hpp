@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/desk.hpp"
+#include "core/store.hpp"
 
 namespace lotmere {
 

@@ -7,7 +7,8 @@
 #include <initializer_list>
 
 #include "core/attributes.hpp"
-#include "core/factory.hpp"
+#include "core/catalogue.hpp"
+#include "core/families.hpp"
 
 namespace lotmere {
 namespace {
@@ -76,22 +77,19 @@ void create_Conditions(SQLite::Database& db, const std::string& prefix) {
       "CREATE TABLE {} (\"条件\" INTEGER PRIMARY KEY, \"使用情况\" INTEGER NOT NULL DEFAULT 0)", usages));
 }
 
+void fill_Values(SQLite::Database& db, const std::string& table, const std::vector<FactoryValue>& rows) {
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(table)));
+  for (const FactoryValue& row : rows) {
+    add.bind(1, row.key);
+    add.bind(2, row.value);
+    add.exec();
+    add.reset();
+  }
+}
+
 void fill_Conditions(SQLite::Database& db, const std::string& prefix) {
-  SQLite::Statement add_cell(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(prefix + "过滤条件")));
-  for (const FactoryCell& cell : all_FactoryCells()) {
-    add_cell.bind(1, cell.id);
-    add_cell.bind(2, cell.value);
-    add_cell.exec();
-    add_cell.reset();
-  }
-  SQLite::Statement add_usage(
-      db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(prefix + "过滤条件使用情况")));
-  for (const FactoryUsage& usage : all_FactoryUsages()) {
-    add_usage.bind(1, usage.id);
-    add_usage.bind(2, usage.on ? 1 : 0);
-    add_usage.exec();
-    add_usage.reset();
-  }
+  fill_Values(db, prefix + "过滤条件", factoryCells());
+  fill_Values(db, prefix + "过滤条件使用情况", factorySwitches());
 }
 
 // What the factory puts into the columns of a table for one number, in column order.
@@ -164,29 +162,6 @@ void fill_CustomIntervals(SQLite::Database& db) {
   }
 }
 
-// The combination filters in the order of their turns: the history column, the switch and the cells of its
-// shape filter.
-struct CombinationRow {
-  const char* name;
-  UsageId usage;
-  ConditionId first;
-  ConditionId last;
-};
-
-constexpr CombinationRow kCombinations[] = {
-    {"尾数形式", 37, 4000, 4019},       {"间距七", 39, 4040, 4059},        {"间距九", 38, 4020, 4039},
-    {"间距十一", 40, 4060, 4079},       {"间距十二3分组", 73, 5000, 5019}, {"间距八", 43, 4090, 4109},
-    {"七分组", 42, 4070, 4089},         {"大小尾七分组", 44, 4110, 4129},  {"间距四", 45, 4130, 4149},
-    {"间距3", 46, 4150, 4159},          {"间距6", 47, 4160, 4169},         {"和数33", 48, 4170, 4179},
-    {"和数34", 49, 4180, 4189},         {"和数35", 50, 4190, 4199},        {"奇偶连", 51, 4200, 4209},
-    {"偶奇连", 52, 4210, 4219},         {"等差16组", 53, 4220, 4229},      {"等差17组", 54, 4230, 4239},
-    {"间距11链", 55, 4240, 4249},       {"生肖链", 56, 4250, 4259},        {"四数八分自然段", 57, 4260, 4269},
-    {"八数四分自然段", 58, 4270, 4279}, {"三波排异", 60, 4300, 4309},      {"区间排异", 61, 4310, 4319},
-    {"间距5", 66, 5020, 5039},          {"间距10", 67, 5040, 5059},        {"四区间", 68, 5060, 5079},
-    {"三波组", 69, 5080, 5099},         {"大小奇偶组", 70, 5100, 5119},    {"双尾5分组", 71, 5120, 5139},
-    {"大小奇偶尾", 72, 5140, 5159},     {"间距十二", 41, 4050, 4069},
-};
-
 void create_Combinations(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"组合过滤\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL, \"条件使用情况\" "
@@ -194,15 +169,17 @@ void create_Combinations(SQLite::Database& db) {
       "\"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
 }
 
+// The combination filters in the order of their turns: the history column, the switch and the cells of its shape
+// filter.
 void fill_Combinations(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"组合过滤\" VALUES (?, ?, ?, ?, ?)");
-  int turn = 0;
-  for (const CombinationRow& row : kCombinations) {
-    add.bind(1, turn++);
-    add.bind(2, row.name);
-    add.bind(3, row.usage);
-    add.bind(4, row.first);
-    add.bind(5, row.last);
+  for (int turn = 0; turn < kTurnCount; ++turn) {
+    const Family& family = family_OfTurn(turn);
+    add.bind(1, turn);
+    add.bind(2, std::string(family.draw_column));
+    add.bind(3, family.usage);
+    add.bind(4, family.first);
+    add.bind(5, family.last);
     add.exec();
     add.reset();
   }

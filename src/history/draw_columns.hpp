@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "conditions/families.hpp"
+#include "core/families.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
 #include "core/periods.hpp"

@@ -5,10 +5,10 @@
 #include <optional>
 #include <span>
 
-#include "conditions/catalogue.hpp"
 #include "conditions/condition_set.hpp"
-#include "conditions/families.hpp"
+#include "core/catalogue.hpp"
 #include "core/draw_table.hpp"
+#include "core/families.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 
 namespace lotmere {
 namespace {

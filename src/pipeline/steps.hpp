@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/game.hpp"
 
 namespace lotmere {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "conditions/catalogue.hpp"
 #include "conditions/condition_set.hpp"
+#include "core/catalogue.hpp"
 #include "core/draw_table.hpp"
 #include "core/game.hpp"
 

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/text.hpp"
 #include "reduction/cover.hpp"
 #include "reduction/smart.hpp"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <tuple>
 
-#include "conditions/catalogue.hpp"
 #include "conditions/condition_store.hpp"
+#include "core/catalogue.hpp"
 #include "core/periods.hpp"
 
 namespace lotmere {

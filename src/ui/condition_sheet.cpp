@@ -88,17 +88,17 @@ void ConditionSheetView::make_Slots() {
   QGridLayout* intervals = add_Section(QStringLiteral("区间"));
   for (int i = 0; i < kIntervalCount; ++i)
     intervals_[i] = add_Panel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
-                              condition_OfUsage(usage_OfInterval(i + 1)));
+                              conditionOfUsage(usage_OfInterval(i + 1)));
   QGridLayout* relatives = add_Section(QStringLiteral("与历史数据有关的条件"));
-  for (int i = 0; i < 4; ++i)
+  for (int i = 0; i < kRelativeCount; ++i)
     relatives_[i] =
-        add_Panel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), condition_OfUsage(263 + i));
-  const std::pair<const char*, std::string_view> heat[] = {{"wenDu5", kHeat5Help}, {"wenDu10", kHeat10Help}};
-  for (int i = 0; i < 2; ++i) {
-    const QString name = QString::fromUtf8(heat[i].first);
+        add_Panel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relative_Condition(i));
+  const char* const heat[] = {"wenDu5", "wenDu10"};
+  for (int i = 0; i < kHeatCount; ++i) {
+    const QString name = QString::fromUtf8(heat[i]);
     heat_[i] = add_Panel(relatives, QStringLiteral("List_") + name, QStringLiteral("Check_") + name,
-                         condition_OfUsage(301 + i));
-    heat_[i]->list().setToolTip(shown(heat[i].second));
+                         heat_Condition(i));
+    heat_[i]->list().setToolTip(shown(heat_Condition(i).help));
   }
 }
 
@@ -115,7 +115,7 @@ void ConditionSheetView::make_Combinations() {
   connect(periods_, &QComboBox::activated, this,
           [this] { session_.commands.runner().run([this] { build_Combinations(); }); });
   connect(combinations_, &CheckList::item_Clicked, this, [this](int turn, bool selected) {
-    const Condition& condition = condition_OfUsage(usage_OfTurn(turn));
+    const Condition& condition = conditionOfUsage(usage_OfTurn(turn));
     if (!clicks_.change([&] { click_Item(session_.store, condition, turn, selected); }))
       combinations_->take_Back(turn);
   });
@@ -123,7 +123,7 @@ void ConditionSheetView::make_Combinations() {
   const auto panels = tj_FillShapes(session_.store);
   for (int i = 0; i < kTurnCount; ++i)
     shapes_[i] = add_Panel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
-                           condition_OfUsage(panels[i].usage));
+                           conditionOfUsage(panels[i].usage));
 }
 
 void ConditionSheetView::make_Divisions() {

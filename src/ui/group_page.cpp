@@ -21,7 +21,7 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
       counts_(new PanelBox(QStringLiteral("List_ZDYset"), QStringLiteral("Check_Zdy"))),
       all_(new QListView) {
   tabs_->setObjectName(QStringLiteral("TabStrip_ZDYchose"));
-  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(condition_OfUsage(usage_OfGroup(g)).name));
+  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(conditionOfUsage(usage_OfGroup(g)).name));
   tabs_->setUsesScrollButtons(true);
   tabs_->setExpanding(false);
   all_->setObjectName(QStringLiteral("List_ZDY"));
@@ -53,7 +53,7 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(counts_, &PanelBox::item_Clicked, this, [this](int k, bool selected) {
     BoxState box{};
     const auto write = [&] {
-      box = click_LeadingItem(session_.store, condition_OfUsage(usage_OfGroup(group_)), k, selected);
+      box = click_LeadingItem(session_.store, conditionOfUsage(usage_OfGroup(group_)), k, selected);
     };
     const auto show = [&] {
       load();
@@ -103,7 +103,7 @@ void GroupPageView::show_Group(int group) {
   group_ = group;
   numbers_->show_Members(page.members);
   counts_->show_Panel(page.panel);
-  clicks_.set_Tip(*counts_, [this] { return condition_OfUsage(usage_OfGroup(group_)); });
+  clicks_.set_Tip(*counts_, [this] { return conditionOfUsage(usage_OfGroup(group_)); });
   all_->setCurrentIndex(lines_.index(group - 1));
 }
 

@@ -22,7 +22,7 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
   auto* options = new QHBoxLayout;
   auto* previews = new QVBoxLayout;
   for (int i = 0; i < kIntervalCount; ++i) {
-    auto* option = new QRadioButton(shown(condition_OfUsage(usage_OfInterval(i + 1)).name));
+    auto* option = new QRadioButton(shown(conditionOfUsage(usage_OfInterval(i + 1)).name));
     option->setObjectName(QStringLiteral("Option_QujianDingyi_%1").arg(i));
     option->setChecked(i == 0);
     intervals_.addButton(option, i);
@@ -61,7 +61,7 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
 }
 
 const std::string& IntervalPage::name_Of(int interval) {
-  return condition_OfUsage(usage_OfInterval(interval + 1)).name;
+  return conditionOfUsage(usage_OfInterval(interval + 1)).name;
 }
 
 void IntervalPage::show_Interval(int interval) {

@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <array>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "ui/condition_clicks.hpp"
 #include "ui/number_grid.hpp"
 

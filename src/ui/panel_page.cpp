@@ -24,7 +24,7 @@ std::vector<ConditionPanel> load_Panels(Store& store, const ConditionPage& page,
     case PageKind::intervals:
       return as_List(fill_Intervals(store));
     case PageKind::shapes:
-      return {tj_FillShape(store, page.first).panel};
+      return {tj_FillShape(store, page.conditions.front()->usage).panel};
     default:
       return {value_Page(store, tab)};
   }
@@ -60,7 +60,7 @@ void PanelPage::open(int tab) {
                                         : QStringLiteral("Check_page_0"));
   show_Panels(panels);
   for (std::size_t i = 0; i < panels.size(); ++i) {
-    const Condition& condition = condition_OfUsage(panels[i].usage);
+    const Condition& condition = conditionOfUsage(panels[i].usage);
     if (shape)
       clicks_.connect_Leading(*panels_[i], condition);
     else
@@ -68,7 +68,7 @@ void PanelPage::open(int tab) {
   }
   QString tip;
   if (shape)
-    tip = shown(tj_FillShape(session_.store, page.first).tip).trimmed();
+    tip = shown(tj_FillShape(session_.store, page.conditions.front()->usage).tip).trimmed();
   else if (panels.front().items.empty())
     tip = QStringLiteral("这个条件的取值在“选取号码”页的条件表中设置。");
   tip_->setText(tip);

@@ -25,7 +25,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
     const UsageId usage = usage_OfPlace(i + 1);
     places_[i] = new PanelBox(QStringLiteral("List_DingweiNumber_%1").arg(i + 1),
                               QStringLiteral("Check_useDingWeiTiaojiao_%1").arg(usage));
-    clicks.connect_Leading(*places_[i], condition_OfUsage(usage));
+    clicks.connect_Leading(*places_[i], conditionOfUsage(usage));
     places->addWidget(places_[i], i / kColumns, i % kColumns);
   }
   auto* tolerances = new QHBoxLayout;

@@ -23,7 +23,7 @@ class ConditionSetTest : public test::StoreTest {
       for (int k = 0; k < cell_Count(condition); ++k) set.cells.set(condition.first + k, pick(0, 1));
     const auto members = [&] { return Members{random()} << 1 & ((Members{1} << (kRedCount + 1)) - 2); };
     for (int i = 1; i <= kGroupCount; ++i)
-      set.setColumn(AttributeTable::first, condition_OfUsage(usage_OfGroup(i)).name, members());
+      set.setColumn(AttributeTable::first, conditionOfUsage(usage_OfGroup(i)).name, members());
     for (int p = 1; p <= kPlaceCount; ++p) set.setColumn(AttributeTable::first, place_Column(p), members());
     for (const CustomInterval& interval : factory_CustomIntervals())
       set.setColumn(AttributeTable::third, interval.name, members());
@@ -33,7 +33,7 @@ class ConditionSetTest : public test::StoreTest {
       intervals[set.interval[n]] |= Members{1} << n;
     }
     for (int i = 1; i <= kIntervalCount; ++i)
-      set.setColumn(AttributeTable::first, condition_OfUsage(usage_OfInterval(i)).name, intervals[i]);
+      set.setColumn(AttributeTable::first, conditionOfUsage(usage_OfInterval(i)).name, intervals[i]);
     set.cells.set(kToleranceCell, pick(0, kPlaceCount));
     set.cells.set(kShrinkTypeCell, pick(kSmallestShrink, kLargestShrink));
     set.match = {pick(0, 1) == 1, 2025001 + pick(0, 50), 2025100, pick(1, 6), pick(0, 1) == 1};

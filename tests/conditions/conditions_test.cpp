@@ -6,10 +6,10 @@
 #include <sstream>
 
 #include "conditions/condition_store.hpp"
-#include "conditions/families.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/summary.hpp"
 #include "conditions/values.hpp"
+#include "core/families.hpp"
 #include "core/text.hpp"
 #include "support/store_test.hpp"
 
@@ -27,13 +27,13 @@ class Conditions : public test::StoreTest {
     return cells;
   }
   void set_All(int value) { store_.query(R"(UPDATE "过滤条件" SET "Value"=?)").bind(value).run(); }
-  Condition condition(std::string_view name) { return find_Condition(store_, name).value(); }
+  const Condition& condition(std::string_view name) { return *findCondition(name); }
 };
 
 TEST_F(Conditions, EveryCellAndSwitchOfTheCatalogueHasItsRow) {
   const Cells cells = all_Cells();
   std::set<UsageId> usages;
-  for (const Condition& condition : all_Conditions(store_)) {
+  for (const Condition& condition : allConditions()) {
     EXPECT_TRUE(usages.insert(condition.usage).second) << condition.name << " twice";
     EXPECT_TRUE(set_Usage(store_, condition.usage, true)) << condition.name;
     for (ConditionId id = condition.first; id != 0 && id <= condition.last; ++id)
@@ -57,7 +57,7 @@ TEST_F(Conditions, AreFoundByNameOrSwitchAndNameTheirItems) {
                {"", 0, 0, ""},
                {"1x", 0, 0, ""}};
   for (const auto& row : cases) {
-    const auto found = find_Condition(store_, row.wanted);
+    const auto found = findCondition(row.wanted);
     EXPECT_EQ(found ? found->usage : 0, row.usage) << row.wanted;
     EXPECT_EQ(found ? item_Text(*found, row.k) : "", row.item) << row.wanted;
   }

@@ -88,12 +88,14 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
   std::map<UsageId, int> tabs;
   for (int tab = 1; tab <= 44; ++tab) {
     const ConditionPage& page = condition_Page(tab);
-    for (UsageId u = page.first; u != 0 && u <= page.last; ++u) EXPECT_TRUE(tabs.emplace(u, tab).second);
+    for (const Condition* condition : page.conditions)
+      EXPECT_TRUE(tabs.emplace(condition->usage, tab).second);
     if (page.kind != PageKind::shapes) continue;
-    const auto named = short_Names.find(page.first);
-    EXPECT_EQ(tj_FillShape(store_, page.first).tip,
-              (named == short_Names.end() ? condition_OfUsage(page.first).name : named->second) + "\r\n");
-    EXPECT_EQ(page.first, tab + 21);
+    const UsageId usage = page.conditions.front()->usage;
+    const auto named = short_Names.find(usage);
+    EXPECT_EQ(tj_FillShape(store_, usage).tip,
+              (named == short_Names.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
+    EXPECT_EQ(usage, tab + 21);
   }
   EXPECT_EQ(tabs.erase(300), 1U);
   EXPECT_EQ(tabs.size(), 61U);
@@ -131,13 +133,13 @@ TEST_F(Panels, SomeListsLeadTheirBox) {
                 {38, 0, false, {false, true}}, {21, 3, true, {true, true}},    {21, 3, false, {false, false}},
                 {36, 16, true, {true, true}},  {36, 16, false, {false, false}}};
   for (const auto& [usage, k, selected, box] : clicks) {
-    EXPECT_EQ(click_LeadingItem(store_, condition_OfUsage(usage), k, selected), box) << usage << " " << k;
+    EXPECT_EQ(click_LeadingItem(store_, conditionOfUsage(usage), k, selected), box) << usage << " " << k;
     EXPECT_EQ(is_Used(store_, usage), box.ticked) << usage << " " << k;
   }
   set_Usage(store_, 16, true);
-  for (int k = 0; k <= 6; ++k) click_Item(store_, condition_OfUsage(16), k, false);
+  for (int k = 0; k <= 6; ++k) click_Item(store_, conditionOfUsage(16), k, false);
   EXPECT_TRUE(is_Used(store_, 16)) << "the other lists leave their box alone";
-  click_Item(store_, condition_OfUsage(131), 0, true);
+  click_Item(store_, conditionOfUsage(131), 0, true);
   EXPECT_TRUE(is_Used(store_, 131));
 }
 

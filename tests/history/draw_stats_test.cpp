@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "conditions/condition_store.hpp"
-#include "conditions/families.hpp"
+#include "core/families.hpp"
 #include "core/interval_mark.hpp"
 #include "core/metrics.hpp"
 #include "core/schema.hpp"

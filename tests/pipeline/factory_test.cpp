@@ -42,7 +42,7 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
   int counted = 0;
   const ConditionSet set = loadConditionSet(home.store());
   const DrawTable draws = loadDrawTable(home.store());
-  for (const Condition& condition : all_Conditions(home.store())) {
+  for (const Condition& condition : allConditions()) {
     auto metric = prepareMetric(set, condition, draws.before(2026001));
     if (!metric) continue;
     // Three draws hold fifteen different numbers on average; five and ten draws heat the numbers as chance

@@ -6,7 +6,7 @@
 #include <ranges>
 #include <set>
 
-#include "conditions/catalogue.hpp"
+#include "core/catalogue.hpp"
 #include "core/metrics.hpp"
 #include "core/text.hpp"
 #include "reduction/cover.hpp"
@@ -55,7 +55,7 @@ class Model {
     while (cells.next()) cell_[cells.number(0)] = cells.number(1);
     Query usages = store.query(R"(SELECT "条件","使用情况" FROM "过滤条件使用情况")");
     while (usages.next()) usage_[usages.number(0)] = usages.number(1);
-    for (const Condition& condition : all_Conditions(store)) condition_[condition.usage] = condition;
+    for (const Condition& condition : allConditions()) condition_[condition.usage] = condition;
     for (const std::string table : {"号码特性", "号码特性2", "号码特性3"}) {
       Query rows = store.query("SELECT * FROM \"" + table + "\"");
       while (rows.next())

@@ -79,7 +79,7 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
     for (const UsageId usage :
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, condition " << usage);
-      const Condition condition = find_Condition(store_, std::to_string(usage)).value();
+      const Condition& condition = conditionOfUsage(usage);
       const auto strength =
           conditionStrength(loadConditionSet(store_), loadDrawTable(store_), condition, kPeriod, last);
       set_Usage(store_, usage, true);
@@ -96,7 +96,7 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
   }
   EXPECT_GT(partly, 10) << "the draws must have something to tell";
   for (const UsageId usage : {30, 36, 300})
-    EXPECT_EQ(conditionStrength(loadConditionSet(store_), {}, condition_OfUsage(usage), kPeriod, 100),
+    EXPECT_EQ(conditionStrength(loadConditionSet(store_), {}, conditionOfUsage(usage), kPeriod, 100),
               std::nullopt)
         << usage;
 }
@@ -114,7 +114,7 @@ TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
   for (const auto& [usage, last] : {std::pair{104, 1}, {266, 2}}) {
     set_Usage(store_, usage, true);
     const auto strength = conditionStrength(loadConditionSet(store_), loadDrawTable(store_),
-                                            condition_OfUsage(usage), kPeriod, last);
+                                            conditionOfUsage(usage), kPeriod, last);
     EXPECT_TRUE(strength == model(last) && strength->passed == 0) << usage;
     set_Usage(store_, usage, false);
   }

@@ -1,18 +1,17 @@
-// The catalogue of conditions: each condition once, with its switch, its cells and what they stand for.
-// Lists, command line and passes read this table.
+// The catalogue of conditions: each condition once, one row with everything about it. To add a condition is to add its
+// row.
 #pragma once
 
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
-#include "conditions/families.hpp"
+#include "core/families.hpp"
 #include "core/attributes.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
-#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -48,26 +47,40 @@ using FigureRule =
                  NumberValue,     // the sum of a number value
                  int (*)(const Reds&), MembersIn, const Family*, AgainstPrevious, DrawnIn, HeatOver>;
 
+// Everything about one condition. Factory rows, steps of a run, lists, pages and texts follow from it.
 struct Condition {
   UsageId usage = 0;
-  std::string name;
+  std::string name{};
   CellKind kind = CellKind::setting;
   ConditionId first = 0;  // first and last row of `过滤条件`; 0 where it has no cells
   ConditionId last = 0;
-  std::string item_text = {};  // what list items show in front of the number, "总和值="
+  // The cells that the factory allows, by their offset from `first`, as a number list: those of the smallest set of most
+  // frequent figures that holds at least 95 percent of all red sixes; figures against earlier draws are counted against a
+  // typical history, groups and intervals of the user's own allow every count.
+  std::string_view factory{};
+  bool used_at_first = false;  // the factory switches it on
+  std::string item_text{};     // what list items show in front of the number, "总和值="
   int first_item = 0;          // numbers of the first and last list item
   int last_item = 0;
   const Family* family = nullptr;  // of a shape or combination condition
   int turn = 0;  // place (1 to 7) of a position, turn (0 to 31) of a combination, `序号` of a custom interval
-  FigureRule figure = {};
-  std::string log_name = {};  // as the lines of a run carry it, "[ 总和值 ]"
-  int pass = 0;               // its place in the order of a run
+  FigureRule figure{};
+  std::string log_name{};        // as the lines of a run carry it, "[总和值]"
+  std::string_view page{};       // caption of the page that it has for itself, if it has one
+  std::string_view page_name{};  // what its box calls it there, where that isn't its name
+  std::string_view help{};       // what the button beside its list explains
+  int since = 1;                 // the schema version that brought it
+  int pass = 0;                  // its place in the order of a run: the place of its row
 };
 
 // Whether a condition judges six reds against the draws before their period, and how many of those it takes at most.
 [[nodiscard]] bool looksBack(const Condition& condition);
 inline constexpr int kDrawsLookedBack = 10;
-inline constexpr UsageId kSumFamilyCondition = 266;  // 前2期和值相同组
+
+// The settings among the rows of `过滤条件` that belong to no condition, and the switch without cells.
+inline constexpr ConditionId kShrinkTypeCell = 3900;  // the shrink type, 3 to 7
+inline constexpr ConditionId kToleranceCell = 3901;   // the tolerance of 号码定位, 0 to 7
+inline constexpr UsageId kSmartOptimisation = 300;
 
 // The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
 inline constexpr int kIntervalCount = 4;
@@ -79,17 +92,25 @@ inline constexpr int kTurnCount = 32;
 [[nodiscard]] constexpr UsageId usage_OfPlace(int place) { return 29 + place; }
 [[nodiscard]] constexpr UsageId usage_OfTurn(int turn) { return 100 + turn; }
 
-// The conditions that every store has, by ascending switch; the custom intervals aren't among them.
-[[nodiscard]] const std::vector<Condition>& catalogue();
-// The same and the custom intervals.
+// All conditions by ascending switch, the 63 custom intervals last. Their numbers and names are unique.
 [[nodiscard]] const std::vector<Condition>& allConditions();
-// One of them; the switch must be one of the catalogue.
-[[nodiscard]] const Condition& condition_OfUsage(UsageId usage);
-// The same and the custom intervals that the store's `自定义区间` names.
-[[nodiscard]] std::vector<Condition> all_Conditions(Store& store);
+// One of them by its switch, which must be one of a condition.
+[[nodiscard]] const Condition& conditionOfUsage(UsageId usage);
+// One of them by its name, which must be one of a condition.
+[[nodiscard]] const Condition& conditionNamed(std::string_view name);
+// A condition by its name or by the number of its switch, as a user types either; nullptr for none.
+[[nodiscard]] const Condition* findCondition(std::string_view name_or_usage);
+// Whether it is one of the custom intervals.
+[[nodiscard]] bool isCustomInterval(const Condition& condition);
 
-// A condition by its name or by the number of its switch.
-[[nodiscard]] std::optional<Condition> find_Condition(Store& store, std::string_view name_or_usage);
+// A row of `过滤条件` or of `过滤条件使用情况` with its factory value.
+struct FactoryValue {
+  int key;
+  int value;
+};
+// Every row ascending by its key: the selection, the cells of the conditions, shrink type and tolerance; and the switches.
+[[nodiscard]] std::vector<FactoryValue> factoryCells();
+[[nodiscard]] std::vector<FactoryValue> factorySwitches();
 
 // What one cell stands for, as lists show it: "总和值=100", "连号=2+2", "2,2,1,1".
 [[nodiscard]] std::string item_Text(const Condition& condition, int k);

@@ -13,7 +13,6 @@
 
 #include "core/attributes.hpp"
 #include "core/game.hpp"
-#include "core/store.hpp"
 
 namespace lotmere {
 
@@ -44,6 +43,9 @@ struct Family {
   std::string_view draw_column;  // column of `历史记录`, empty for the family that has none
   int turn;                      // combination turn 0 to 31, -1 for none
   int first_group_id;            // the id of group 0 in group texts: tails count from 0, all others from 1
+  std::string_view factory;      // the shapes that the factory allows, as a number list
+  std::string_view page = {};    // caption of the page that the filter has for itself
+  int since = 1;                 // the schema version that brought it
 };
 
 // All 33 families in the order in which a run passes them.
@@ -61,9 +63,6 @@ inline constexpr int kGroupBits = 3;
 struct GroupTable {
   std::array<GroupCounts, kRedCount + 1> word{};
 };
-// Reads the first `groups` columns of a family. One select.
-[[nodiscard]] GroupTable load_GroupTable(Store& store, const Family& family, int groups);
-
 [[nodiscard]] constexpr GroupCounts count_Groups(const GroupTable& table, const Reds& reds) {
   GroupCounts counts = 0;
   for (const int red : reds) counts += table.word[red];
