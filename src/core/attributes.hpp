@@ -28,6 +28,7 @@ struct AttributeFamily {
   int count;
   // Whether the factory puts a number (1 to 33) into group g, counted from 0.
   bool (*holds)(int g, int number);
+  int since = 1;  // the schema version that brought it
 };
 
 // The families of the first two tables in the order of their columns.

@@ -1,7 +1,6 @@
 #include "core/row_copy.hpp"
 
 #include <fmt/format.h>
-#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -10,72 +9,94 @@
 namespace lotmere {
 namespace {
 
-// The target's columns from `first` on, as "a"=?, "b"=?; and how many there are.
-std::pair<std::string, int> assignments(SQLite::Statement& columns, int first, int most) {
-  std::string list;
-  int count = 0;
-  for (int i = first; i < columns.getColumnCount() && (most == 0 || count < most); ++i, ++count)
-    list += fmt::format("{}{}=?", list.empty() ? "" : ",", sql_Name(columns.getColumnName(i)));
-  return {list, count};
-}
+constexpr KeyedTable kProfileTables[] = {
+    {"过滤条件", "ID"}, {"过滤条件使用情况", "条件"}, {"号码特性", "号码"}, {"区间定义", "号码"}};
 
-TwinValue read_Value(const SQLite::Column& column) {
+CellValue read_Value(const SQLite::Column& column) {
+  if (column.isNull()) return {};
   if (column.isText()) return column.getString();
   return column.getInt64();
 }
 
+// Where a table keeps the columns of another: its place of each, -1 for none.
+std::vector<int> places_Of(const std::vector<std::string>& columns, const TableRows& rows) {
+  std::vector<int> places;
+  for (const std::string& column : columns) {
+    const auto found = std::ranges::find(rows.columns, column);
+    places.push_back(found == rows.columns.end() ? -1 : static_cast<int>(found - rows.columns.begin()));
+  }
+  return places;
+}
+
+// The value of a field, nullptr where the rows lack it.
+const CellValue* find_Value(const TableRows& rows, std::int64_t key, int place) {
+  if (place < 0) return nullptr;
+  const auto row = rows.rows.find(key);
+  return row == rows.rows.end() ? nullptr : &row->second[static_cast<std::size_t>(place)];
+}
+
 }  // namespace
 
-TwinRows read_Rows(SQLite::Database& source, const TwinTables& twins) {
-  SQLite::Statement row(
-      source, fmt::format("SELECT * FROM {} ORDER BY {}", sql_Name(twins.source), sql_Name(twins.key)));
-  TwinRows rows;
+std::span<const KeyedTable> profile_Tables() { return kProfileTables; }
+
+std::string factory_Twin(const KeyedTable& table) { return "默认" + std::string(table.name); }
+
+TableRows read_Rows(SQLite::Database& source, std::string_view table, std::string_view key) {
+  SQLite::Statement row(source, fmt::format("SELECT {}, * FROM {}", sql_Name(key), sql_Name(table)));
+  TableRows rows;
+  std::vector<int> places;
+  for (int i = 1; i < row.getColumnCount(); ++i) {
+    const std::string name = row.getColumnName(i);
+    if (name == key || name == "INDEX") continue;
+    rows.columns.push_back(name);
+    places.push_back(i);
+  }
   while (row.executeStep()) {
-    auto& values = rows.emplace_back();
-    for (int i = twins.first_column; i < row.getColumnCount(); ++i)
-      values.push_back(read_Value(row.getColumn(i)));
+    auto& values = rows.rows[row.getColumn(0).getInt64()];
+    values.clear();
+    for (const int i : places) values.push_back(read_Value(row.getColumn(i)));
   }
   return rows;
 }
 
-int write_Rows(SQLite::Database& target, const TwinTables& twins, const TwinRows& rows) {
-  const std::string name = sql_Name(twins.target);
-  SQLite::Statement layout(target, fmt::format("SELECT * FROM {} LIMIT 0", name));
-  const auto [list, count] = assignments(layout, twins.first_column, twins.columns);
-
-  // The places are read first: a copied column may be the one that the order goes by.
-  std::vector<std::int64_t> places;
-  SQLite::Statement order(target, fmt::format("SELECT rowid FROM {} ORDER BY {}", name, sql_Name(twins.key)));
-  while (order.executeStep()) places.push_back(order.getColumn(0).getInt64());
-
-  SQLite::Statement update(target, fmt::format("UPDATE {} SET {} WHERE rowid=?", name, list));
-  const std::size_t copied = std::min(places.size(), rows.size());
-  for (std::size_t row = 0; row < copied; ++row) {
-    if (rows[row].size() < static_cast<std::size_t>(count))
-      throw SQLite::Exception("the tables to copy differ in their columns", SQLITE_MISMATCH);
-    for (int i = 0; i < count; ++i)
-      std::visit([&](const auto& value) { update.bind(i + 1, value); }, rows[row][i]);
-    update.bind(count + 1, places[row]);
+void write_Rows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
+                const TableRows& fallback) {
+  const TableRows present = read_Rows(target, table.name, table.key);
+  const auto own_places = places_Of(present.columns, rows);
+  const auto fallback_places = places_Of(present.columns, fallback);
+  std::string list;
+  for (const std::string& column : present.columns)
+    list += fmt::format("{}{}=?", list.empty() ? "" : ",", sql_Name(column));
+  SQLite::Statement update(
+      target, fmt::format("UPDATE {} SET {} WHERE {}=?", sql_Name(table.name), list, sql_Name(table.key)));
+  for (const auto& [key, stored] : present.rows) {
+    std::vector<CellValue> wanted = stored;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      const CellValue* value = find_Value(rows, key, own_places[i]);
+      if (value == nullptr) value = find_Value(fallback, key, fallback_places[i]);
+      if (value != nullptr) wanted[i] = *value;
+    }
+    if (wanted == stored) continue;
+    int place = 0;
+    for (const CellValue& value : wanted) {
+      ++place;
+      if (const auto* number = std::get_if<std::int64_t>(&value))
+        update.bind(place, *number);
+      else if (const auto* text = std::get_if<std::string>(&value))
+        update.bind(place, *text);
+      else
+        update.bind(place);
+    }
+    update.bind(++place, key);
     update.exec();
     update.reset();
   }
-  return static_cast<int>(copied);
-}
-
-const std::vector<TwinTables>& profile_Twins() {
-  static const std::vector<TwinTables> twins = {{"过滤条件", "过滤条件", "ID", 1, 1},
-                                                {"过滤条件使用情况", "过滤条件使用情况", "条件", 1, 1},
-                                                {"号码特性", "号码特性", "号码", 2},
-                                                {"区间定义", "区间定义", "号码", 0}};
-  return twins;
 }
 
 void restoreTiaojian(Store& store) {
   StoreChange change(store);
-  for (TwinTables twins : profile_Twins()) {
-    twins.source = "默认" + twins.source;
-    write_Rows(store.db(), twins, read_Rows(store.db(), twins));
-  }
+  for (const KeyedTable& table : profile_Tables())
+    write_Rows(store.db(), table, read_Rows(store.db(), factory_Twin(table), table.key));
   change.commit();
 }
 

@@ -1,9 +1,12 @@
-// Copies between twin tables row by row: both are read in the same order and walked side by side until one
-// ends. Keys don't match the rows; so twins hold the same rows in the same order.
+// Copies between tables of the same name or of factory and working values: rows are matched by their key, columns by
+// their name, so that either side may lack some or hold them in another order.
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -11,26 +14,30 @@
 
 namespace lotmere {
 
-struct TwinTables {
-  std::string source;
-  std::string target;
-  std::string key;   // the column both are ordered by
-  int first_column;  // every column from this place on is copied
-  int columns = 0;   // or only so many of them, where above 0
+struct KeyedTable {
+  std::string_view name;
+  std::string_view key;  // the column that tells its rows apart
 };
 
-// The rows to copy, each with what the columns from the first one on hold.
-using TwinValue = std::variant<std::int64_t, std::string>;
-using TwinRows = std::vector<std::vector<TwinValue>>;
+// What belongs to a user: the four tables of a profile in the order of copying. Each has a factory twin, its name behind
+// "默认".
+[[nodiscard]] std::span<const KeyedTable> profile_Tables();
+[[nodiscard]] std::string factory_Twin(const KeyedTable& table);
 
-// Reads the rows in their order. Throws SQLite::Exception when the table is missing or can't be read.
-[[nodiscard]] TwinRows read_Rows(SQLite::Database& source, const TwinTables& twins);
-// Writes them side by side over the target's rows and returns how many were written. Runs inside the caller's
-// change. Throws SQLite::Exception when the rows have fewer columns than the target.
-int write_Rows(SQLite::Database& target, const TwinTables& twins, const TwinRows& rows);
+using CellValue = std::variant<std::monostate, std::int64_t, std::string>;  // nothing: NULL
+struct TableRows {
+  std::vector<std::string> columns;  // but for the key and `INDEX`
+  std::map<std::int64_t, std::vector<CellValue>> rows;
+};
 
-// What belongs to a user, as twins of the same names: the four tables of a profile in the order of copying.
-[[nodiscard]] const std::vector<TwinTables>& profile_Twins();
+// Reads the rows of a table by a key column. Throws SQLite::Exception when the table is missing or can't be read.
+[[nodiscard]] TableRows read_Rows(SQLite::Database& source, std::string_view table, std::string_view key);
+
+// Writes what `rows` holds over the fields that the target has too. A field that `rows` lacks takes the value that
+// `fallback` has for it, or stays. Rows that hold all this already aren't written, and none is added. Runs inside the
+// caller's change.
+void write_Rows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
+                const TableRows& fallback = {});
 
 // The four factory tables over their working twins (`restoreTiaojian`), in one change.
 void restoreTiaojian(Store& store);

@@ -8,41 +8,13 @@
 
 #include "core/attributes.hpp"
 #include "core/catalogue.hpp"
+#include "core/draw_columns.hpp"
 #include "core/families.hpp"
 
 namespace lotmere {
 namespace {
 
-std::vector<DrawColumn> make_DrawColumns() {
-  using enum DrawColumnType;
-  std::vector<DrawColumn> columns;
-  const auto add = [&](DrawColumnType type, std::initializer_list<const char*> names) {
-    for (const char* name : names) columns.push_back({name, type});
-  };
-  const auto add_Series = [&](const std::string& name, int count) {
-    for (int i = 1; i <= count; ++i) columns.push_back({name + std::to_string(i), whole});
-  };
-  add(whole, {"期号"});
-  add(date, {"开奖日期"});
-  add_Series("红球", kRedsPerTicket);
-  add(whole, {"蓝球", "和值", "奇数和值", "偶数和值", "奇数个数", "偶数个数", "大数个数", "小数个数",
-              "高尾码个数", "低尾码个数"});
-  add_Series("区间", 4);
-  add_Series("自定义组", 10);
-  add(text, {"尾数形式",       "间距七",    "间距八",        "七分组",   "大小尾七分组", "间距九",
-             "间距十一",       "间距十二",  "间距十二3分组", "间距四",   "间距3",        "间距6",
-             "三波排异",       "区间排异",  "和数33",        "和数34",   "和数35",       "奇偶连",
-             "偶奇连",         "等差16组",  "等差17组",      "间距11链", "生肖链",       "四数八分自然段",
-             "八数四分自然段", "间距5",     "间距10",        "四区间",   "三波组",       "大小奇偶组",
-             "双尾5分组",      "大小奇偶尾"});
-  add(whole, {"跨度", "最大间距", "AC值"});
-  add(text, {"连号"});
-  add(whole, {"重叠号", "尾数重叠", "合数重叠", "前3期出现个数", "斜位码", "尾数和值", "合数和值", "大数和值",
-              "小数和值", "温度5", "温度10", "遗漏数据"});
-  add(text, {"已完成"});
-  add(whole, {"总期号", "临时数据"});
-  return columns;
-}
+constexpr int kBaseVersion = 3;  // of the tables themselves
 
 const char* sql_Type(DrawColumnType type) { return type == DrawColumnType::whole ? "INTEGER" : "TEXT"; }
 
@@ -227,14 +199,74 @@ void fill_UserTables(SQLite::Database& db) {
   fill_IntervalDefinition(db, "区间定义");
 }
 
-// A version number that a flipped bit made older finds the columns there already.
-void add_Column(SQLite::Database& db, const char* table, const char* column, const char* definition) {
-  SQLite::Statement found(db, "SELECT count(*) FROM pragma_table_info(?) WHERE name=?");
-  found.bind(1, table);
-  found.bind(2, column);
-  found.executeStep();
-  if (found.getColumn(0).getInt() == 0)
-    db.exec(fmt::format("ALTER TABLE {} ADD COLUMN {} {}", sql_Name(table), sql_Name(column), definition));
+// A column as its table's definition has it.
+struct ColumnDefinition {
+  std::string table;
+  std::string name;
+  std::string definition;
+
+  friend bool operator==(const ColumnDefinition& one, const ColumnDefinition& other) {
+    return one.table == other.table && one.name == other.name;
+  }
+};
+
+std::vector<ColumnDefinition> columnsOf(SQLite::Database& db) {
+  SQLite::Statement row(db,
+                        R"(SELECT t.name, c.name, c.type||CASE c."notnull" WHEN 1 THEN ' NOT NULL' ELSE '' END
+                                      ||CASE WHEN c.dflt_value IS NULL THEN '' ELSE ' DEFAULT '||c.dflt_value END
+                               FROM sqlite_master t, pragma_table_info(t.name) c WHERE t.type='table')");
+  std::vector<ColumnDefinition> columns;
+  while (row.executeStep())
+    columns.push_back(
+        {row.getColumn(0).getString(), row.getColumn(1).getString(), row.getColumn(2).getString()});
+  return columns;
+}
+
+// A column that wasn't there holds what the factory puts there.
+void fillAddedColumn(SQLite::Database& db, const ColumnDefinition& column, SQLite::Database& fresh) {
+  if (column.table == "历史记录") {
+    db.exec("UPDATE \"用户模式\" SET \"区间待统计\"=2");
+    return;
+  }
+  if (!column.table.starts_with("号码特性") && column.table != "默认号码特性") return;
+  SQLite::Statement factory(
+      fresh, fmt::format("SELECT {}, \"号码\" FROM {}", sql_Name(column.name), sql_Name(column.table)));
+  SQLite::Statement update(
+      db, fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sql_Name(column.table), sql_Name(column.name)));
+  while (factory.executeStep()) {
+    update.bind(1, factory.getColumn(0).getInt());
+    update.bind(2, factory.getColumn(1).getInt());
+    update.exec();
+    update.reset();
+  }
+}
+
+// Columns, then rows by their key, that a store of this version has and the other lacks. A version number that a
+// flipped bit made older finds them there already.
+void addWhatIsMissing(SQLite::Database& db) {
+  SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  create_Schema(fresh);
+  const auto present = columnsOf(db);
+  std::vector<ColumnDefinition> missing;
+  for (const ColumnDefinition& column : columnsOf(fresh))
+    if (std::ranges::find(present, column) == present.end()) missing.push_back(column);
+  for (const ColumnDefinition& column : missing)
+    db.exec(fmt::format("ALTER TABLE {} ADD COLUMN {} {}", sql_Name(column.table), sql_Name(column.name),
+                        column.definition));
+  for (const ColumnDefinition& column : missing) fillAddedColumn(db, column, fresh);
+
+  for (const char* table :
+       {"过滤条件", "默认过滤条件", "过滤条件使用情况", "默认过滤条件使用情况", "自定义区间", "组合过滤"}) {
+    SQLite::Statement row(fresh, fmt::format("SELECT * FROM {}", sql_Name(table)));
+    std::string marks;
+    for (int i = 0; i < row.getColumnCount(); ++i) marks += i == 0 ? "?" : ",?";
+    SQLite::Statement add(db, fmt::format("INSERT OR IGNORE INTO {} VALUES ({})", sql_Name(table), marks));
+    while (row.executeStep()) {
+      for (int i = 0; i < row.getColumnCount(); ++i) add.bind(i + 1, row.getColumn(i).getString());
+      add.exec();
+      add.reset();
+    }
+  }
 }
 
 void set_Version(SQLite::Database& db, int version) {
@@ -258,9 +290,15 @@ std::string column_List(const std::vector<std::string>& names) {
   return list;
 }
 
-const std::vector<DrawColumn>& draw_Columns() {
-  static const auto columns = make_DrawColumns();
-  return columns;
+int schemaVersion() {
+  static const int version = [] {
+    int newest = kBaseVersion;
+    for (const Condition& condition : allConditions()) newest = std::max(newest, condition.since);
+    for (const DrawColumn& column : draw_Columns()) newest = std::max(newest, column.since);
+    for (const AttributeFamily& family : attribute_Families()) newest = std::max(newest, family.since);
+    return newest;
+  }();
+  return version;
 }
 
 void create_UserTables(SQLite::Database& db) {
@@ -295,30 +333,27 @@ void create_Schema(SQLite::Database& db) {
   fill_CustomIntervals(db);
   fill_Combinations(db);
   fill_SmallTables(db);
-  set_Version(db, kSchemaVersion);
+  set_Version(db, schemaVersion());
 }
 
 void create_Profile(SQLite::Database& db) {
   create_UserTables(db);
   fill_UserTables(db);
-  set_Version(db, kSchemaVersion);
+  set_Version(db, schemaVersion());
 }
 
 void upgrade_Schema(SQLite::Database& db) {
   const int version = db.execAndGet("PRAGMA user_version").getInt();
-  if (version < 1 || version > kSchemaVersion)
+  if (version < 1 || version > schemaVersion())
     throw SQLite::Exception(fmt::format("unknown schema version {}", version));
-  if (version < 2) add_Column(db, "用户模式", "当前用户", "TEXT NOT NULL DEFAULT ''");
+  addWhatIsMissing(db);
   if (version < 3) {
-    add_Column(db, "用户表", "密码形式", "INTEGER NOT NULL DEFAULT 0");
     // An older program left the interval counts of the draws behind after some ways of changing the intervals.
-    add_Column(db, "用户模式", "区间待统计", "INTEGER NOT NULL DEFAULT 0");
-    db.exec("UPDATE \"用户模式\" SET \"区间待统计\"=1");
+    db.exec("UPDATE \"用户模式\" SET \"区间待统计\"=max(\"区间待统计\", 1)");
     // Nobody knows who set a range that is in use: it stays.
-    add_Column(db, "历史数据过滤", "自选范围", "INTEGER NOT NULL DEFAULT 0");
     db.exec("UPDATE \"历史数据过滤\" SET \"自选范围\"=1 WHERE \"使用状态\"=1");
   }
-  set_Version(db, kSchemaVersion);
+  set_Version(db, schemaVersion());
 }
 
 }  // namespace lotmere

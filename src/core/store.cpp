@@ -20,17 +20,17 @@ constexpr int kHighestVersion = 255;  // above it no version stands but flipped 
 int schema_Version(SQLite::Database& db) { return db.execAndGet("PRAGMA user_version").getInt(); }
 
 void bring_UpToDate(SQLite::Database& db) {
-  if (schema_Version(db) == kSchemaVersion) return;
+  if (schema_Version(db) == schemaVersion()) return;
   SQLite::Transaction change(db, SQLite::TransactionBehavior::IMMEDIATE);
   upgrade_Schema(db);
   change.commit();
 }
 
-// Every column of every table: its table, place, name, type and constraints.
+// Every column of every table: its table, name, type and constraints. Its place doesn't count: an upgrade adds at the end.
 std::set<std::string> all_Columns(SQLite::Database& db) {
   SQLite::Statement row(
       db,
-      R"(SELECT t.name||'|'||c.cid||'|'||c.name||'|'||c.type||'|'||c."notnull"||'|'||c.pk||'|'||ifnull(c.dflt_value,'')
+      R"(SELECT t.name||'|'||c.name||'|'||c.type||'|'||c."notnull"||'|'||c.pk||'|'||ifnull(c.dflt_value,'')
                                FROM sqlite_master t, pragma_table_info(t.name) c WHERE t.type='table')");
   std::set<std::string> columns;
   while (row.executeStep()) columns.insert(row.getColumn(0).getString());
@@ -143,9 +143,9 @@ StoreState check_Store(const std::filesystem::path& path, StoreKind kind) {
     if (version < 1 || version > kHighestVersion || is_ReadOnlyFormat(db, path) || is_CutShort(db, path) ||
         db.execAndGet("PRAGMA integrity_check(1)").getString() != "ok")
       return StoreState::damaged;
-    if (version > kSchemaVersion) return StoreState::newer;
+    if (version > schemaVersion()) return StoreState::newer;
     // An older version gets its last columns when it is opened.
-    return version < kSchemaVersion || has_Columns(db, kind) ? StoreState::sound : StoreState::damaged;
+    return version < schemaVersion() || has_Columns(db, kind) ? StoreState::sound : StoreState::damaged;
   } catch (const SQLite::Exception& failure) {
     if (is_Damage(failure)) return StoreState::damaged;
     throw StoreFailure(path, failure);

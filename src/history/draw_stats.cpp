@@ -7,7 +7,7 @@
 
 #include "core/interval_mark.hpp"
 #include "core/periods.hpp"
-#include "history/draw_columns.hpp"
+#include "history/draw_writer.hpp"
 
 namespace lotmere {
 namespace {
@@ -89,7 +89,11 @@ void rewrite_Columns(Store& store, Desk& desk, PeriodNo from, PeriodNo to,
 
 void recount_All(Store& store, Desk& desk) {
   StoreChange change(store);
-  rewrite_Columns(store, desk, firstPeriod(store), latestPeriod(store), kIntervalColumns);
+  std::vector<std::string_view> columns(std::begin(kIntervalColumns), std::end(kIntervalColumns));
+  if (new_FiguresDue(store))
+    for (const DrawColumn& column : draw_Columns())
+      if (column.since > 1 && column.hasRule()) columns.emplace_back(column.name);
+  rewrite_Columns(store, desk, firstPeriod(store), latestPeriod(store), columns);
   clear_IntervalMark(store);
   change.commit();
 }

@@ -6,6 +6,7 @@
 #include <future>
 #include <optional>
 
+#include "core/draw_columns.hpp"
 #include "core/home.hpp"
 #include "core/schema.hpp"
 #include "core/text.hpp"
@@ -14,35 +15,38 @@
 namespace lotmere {
 namespace {
 
-constexpr int kColumnsLeftOut = 3;      // the work columns at the end, which say nothing about a draw
 constexpr int kRowsBetweenServes = 64;  // some milliseconds
 constexpr auto kBetweenServes = std::chrono::milliseconds{10};
 constexpr double kFirstWidth = 9;
 constexpr int kFirstYear = 1900;  // of the calendar of spreadsheets
 
-std::vector<std::string> exported_Columns() {
-  std::vector<std::string> names;
-  for (const DrawColumn& column : draw_Columns()) names.push_back(column.name);
-  names.resize(names.size() - kColumnsLeftOut);
-  return names;
+std::vector<DrawColumn> exported_Columns() {
+  std::vector<DrawColumn> columns = draw_Columns();
+  std::erase_if(columns, [](const DrawColumn& column) { return column.is_work; });
+  return columns;
 }
 
-void put_Head(Spreadsheet& sheet, const std::vector<std::string>& columns) {
+std::string names_Of(const std::vector<DrawColumn>& columns) {
+  std::vector<std::string> names;
+  for (const DrawColumn& column : columns) names.push_back(column.name);
+  return column_List(names);
+}
+
+void put_Head(Spreadsheet& sheet, const std::vector<DrawColumn>& columns) {
   int place = 0;
-  for (const std::string& column : columns) sheet.put_Head(place++, column);
+  for (const DrawColumn& column : columns) sheet.put_Head(place++, column.name);
   sheet.freeze_Head();
   sheet.set_Width(0, kFirstWidth);
   sheet.set_Width(1, 2 * kFirstWidth);
 }
 
-void put_Field(Spreadsheet& sheet, int row, int column, const SQLite::Column& field) {
+void put_Field(Spreadsheet& sheet, int row, int column, DrawColumnType type, const SQLite::Column& field) {
   if (field.isInteger() || field.isFloat()) {
     sheet.put_Number(row, column, field.getDouble());
     return;
   }
   const std::string text = field.getString();
-  const auto date =
-      draw_Columns()[column].type == DrawColumnType::date ? parse_Date(text) : std::optional<Date>();
+  const auto date = type == DrawColumnType::date ? parse_Date(text) : std::optional<Date>();
   if (date && year_Of(*date) >= kFirstYear)
     sheet.put_Date(row, column, *date);
   else
@@ -50,12 +54,12 @@ void put_Field(Spreadsheet& sheet, int row, int column, const SQLite::Column& fi
 }
 
 // False when the person asked to stop.
-bool put_Draws(Store& store, Spreadsheet& sheet, const std::vector<std::string>& columns, Job& job) {
+bool put_Draws(Store& store, Spreadsheet& sheet, const std::vector<DrawColumn>& columns, Job& job) {
   Query rows =
-      store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", column_List(columns)));
+      store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", names_Of(columns)));
   for (int row = 1; rows.next(); ++row) {
     for (int column = 0; column < int(columns.size()); ++column)
-      put_Field(sheet, row, column, rows.statement().getColumn(column));
+      put_Field(sheet, row, column, columns[column].type, rows.statement().getColumn(column));
     if (row % kRowsBetweenServes == 0 && job.advance(row)) return false;
   }
   return true;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "core/draw_columns.hpp"
 #include "core/schema.hpp"
 #include "core/text.hpp"
 
@@ -14,6 +15,13 @@ constexpr int kRecentDraws = 100;
 
 bool is_DrawColumn(const std::string& name) {
   return std::ranges::any_of(draw_Columns(), [&](const DrawColumn& column) { return column.name == name; });
+}
+
+// A store that was upgraded holds the columns in another order.
+std::string all_Names() {
+  std::vector<std::string> names;
+  for (const DrawColumn& column : draw_Columns()) names.push_back(column.name);
+  return column_List(names);
 }
 
 }  // namespace
@@ -42,9 +50,9 @@ std::optional<SearchCondition> buildSearchWhere(Desk& desk, const std::vector<Co
 void searchDraws(Store& store, const SearchCondition& condition,
                  const std::function<void(const Query&)>& visit) {
   // Not one of the store's statements: it would keep every combination of columns that was ever searched.
-  SQLite::Statement statement(store.db(),
-                              fmt::format(R"(SELECT * FROM "历史记录" {} {} ORDER BY "期号" ASC)",
-                                          condition.where.empty() ? "" : "WHERE", condition.where));
+  SQLite::Statement statement(
+      store.db(), fmt::format(R"(SELECT {} FROM "历史记录" {} {} ORDER BY "期号" ASC)", all_Names(),
+                              condition.where.empty() ? "" : "WHERE", condition.where));
   int place = 0;
   for (const std::string& text : condition.texts) statement.bind(++place, text);
   Query rows(statement);

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "core/schema.hpp"
+#include "core/draw_columns.hpp"
 #include "ui/ball_delegate.hpp"
 #include "ui/balls.hpp"
 #include "ui/text.hpp"
@@ -23,8 +23,7 @@ bool is_Number(int column) { return draw_Columns()[column].type == DrawColumnTyp
 
 int told_Twips(int column) {
   if (HistoryModel::is_NumberOfDraw(column)) return kBallColumnTwips;
-  if (column >= kFirstPatternColumn && column < kFirstPatternColumn + kPatternColumnCount)
-    return kPatternColumnTwips;
+  if (draw_Columns()[column].isPattern()) return kPatternColumnTwips;
   const std::string& name = draw_Columns()[column].name;
   if (name == "期号") return 840;
   if (name == "开奖日期") return 1110;
@@ -122,10 +121,7 @@ QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int 
   return name == "和值" ? QStringLiteral("总和值") : shown(name);
 }
 
-bool HistoryModel::is_WorkColumn(int column) {
-  const std::string& name = draw_Columns()[column].name;
-  return name == "已完成" || name == "总期号" || name == "临时数据";
-}
+bool HistoryModel::is_WorkColumn(int column) { return draw_Columns()[column].is_work; }
 
 int HistoryModel::column_Width(int column, const QFontMetrics& metrics) const {
   const QString caption = headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "analysis/distribution.hpp"
+#include "core/draw_columns.hpp"
 #include "core/periods.hpp"
 #include "core/schema.hpp"
 #include "core/text.hpp"

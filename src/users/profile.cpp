@@ -36,23 +36,26 @@ std::string encode_FileName(std::string_view name) {
 // The template holds nothing that isn't in the store: each filling makes it anew, so that one that is broken or
 // falls short is mended too.
 void refill_Template(Store& store, const fs::path& path, FileSystem& files) {
-  std::vector<TwinRows> tables;
-  for (const TwinTables& twins : profile_Twins()) tables.push_back(read_Rows(store.db(), twins));
+  std::vector<TableRows> tables;
+  for (const KeyedTable& table : profile_Tables())
+    tables.push_back(read_Rows(store.db(), table.name, table.key));
   write_Database(path, files, [&](SQLite::Database& form) {
     create_Profile(form);
-    for (std::size_t i = 0; i < tables.size(); ++i) write_Rows(form, profile_Twins()[i], tables[i]);
+    for (std::size_t i = 0; i < tables.size(); ++i) write_Rows(form, profile_Tables()[i], tables[i]);
   });
 }
 
-// Copies the tables of a profile one by one, each whole or not at all. False when the file breaks off.
+// Copies the tables of a profile one by one, each whole or not at all. What the file lacks, as that of an older version
+// does, takes its factory value. False when the file breaks off.
 bool copy_Profile(Store& store, const fs::path& path) {
   try {
     const bool sound = check_Store(path, StoreKind::profile) != StoreState::damaged;
     SQLite::Database profile(path.string(), SQLite::OPEN_READWRITE, kBusyTimeoutMs);
-    for (const TwinTables& twins : profile_Twins()) {
-      StoreChange table(store);
-      write_Rows(store.db(), twins, read_Rows(profile, twins));
-      table.commit();
+    for (const KeyedTable& table : profile_Tables()) {
+      StoreChange change(store);
+      write_Rows(store.db(), table, read_Rows(profile, table.name, table.key),
+                 read_Rows(store.db(), factory_Twin(table), table.key));
+      change.commit();
     }
     return sound;
   } catch (const SQLite::Exception& failure) {

@@ -222,7 +222,7 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
     names[usage] = "区间" + std::to_string(usage - 15) + "开出号码个数";
   const std::set<UsageId> spaced{7, 8, 9, 10, 12, 14, 16, 17, 18, 19};
   std::map<UsageId, Condition> conditions;
-  for (const Condition& condition : all_Conditions(store_)) {
+  for (const Condition& condition : allConditions()) {
     if (condition.usage >= 20 && condition.usage <= 36) continue;  // groups and places stand below
     conditions[condition.usage] = condition;
     names.emplace(condition.usage, condition.name);

@@ -121,7 +121,7 @@ TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
     temp.close();
     EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
     const auto value = [&](const std::string& select) { return temp.store().value("SELECT " + select); };
-    EXPECT_EQ(temp.store().value("PRAGMA user_version"), kSchemaVersion);
+    EXPECT_EQ(temp.store().value("PRAGMA user_version"), schemaVersion());
     EXPECT_EQ(value(R"("Value" FROM "过滤条件" WHERE "ID"=7)"), 2);
     EXPECT_EQ(value(R"(count(*) FROM "用户模式" WHERE "当前用户"='')"), 1);
     EXPECT_EQ(value(R"("区间待统计" FROM "用户模式")"), 1) << "an older program may have left them";

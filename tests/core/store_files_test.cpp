@@ -84,7 +84,7 @@ struct Folder {
   static void put(const fs::path& path, File state, int tickets) {
     if (state != missing) put_Store(path, tickets);
     if (state == damaged) cut_Short(path);
-    if (state == newer) Store(path).db().exec("PRAGMA user_version = " + std::to_string(kSchemaVersion + 1));
+    if (state == newer) Store(path).db().exec("PRAGMA user_version = " + std::to_string(schemaVersion() + 1));
     if (state >= crashed) crash_InChange(path);
     if (state == journal_only) fs::remove(path);
   }

@@ -143,7 +143,7 @@ TEST_F(TransferTest, AFileThatIsNotWhatWasSavedIsRefused) {
       {"of a newer format", change("PRAGMA user_version = 2"), "更新版本"},
       {"with the store of a newer program",
        [this](const fs::path& path) {
-         from_.store().db().exec("PRAGMA user_version = " + std::to_string(kSchemaVersion + 1));
+         from_.store().db().exec("PRAGMA user_version = " + std::to_string(schemaVersion() + 1));
          fs::remove(path);
          EXPECT_EQ(save(), Transfer::done);
        },

@@ -12,7 +12,7 @@
 #include "core/metrics.hpp"
 #include "core/schema.hpp"
 #include "history/combination_list.hpp"
-#include "history/draw_columns.hpp"
+#include "history/draw_writer.hpp"
 #include "history/upkeep.hpp"
 #include "history_rows.hpp"
 #include "support/store_test.hpp"
@@ -110,7 +110,8 @@ TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
   put(60);
   std::vector<ModelRow> model;
   for (std::size_t i = 0; i < draws_.size(); ++i) model.push_back(model_Row(store_, draws_, i));
-  EXPECT_EQ(model[0].size(), draw_ColumnRules().size());
+  EXPECT_EQ(model[0].size(),
+            static_cast<std::size_t>(std::ranges::count_if(draw_Columns(), &DrawColumn::hasRule)));
 
   const struct {
     std::size_t from, to;  // places of draws_

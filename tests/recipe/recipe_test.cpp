@@ -1,5 +1,5 @@
-// The recipes of the developer documents, followed: the catalogue that this program is built with has one row more,
-// tests/recipe/condition_row.txt, and nothing else differs.
+// The recipes of the developer documents, followed: the tables that this program is built with have one row more each,
+// tests/recipe/condition_row.txt and statistic_row.txt, and nothing else differs.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -7,6 +7,9 @@
 
 #include "cli/cli_home.hpp"
 #include "conditions/pages.hpp"
+#include "core/desk_script.hpp"
+#include "core/draw_columns.hpp"
+#include "history/export_sheet.hpp"
 
 namespace lotmere {
 namespace {
@@ -58,6 +61,51 @@ TEST_F(Recipe, ARowIsAConditionEverywhere) {
   const ConditionPanel panel = value_Page(store, static_cast<int>(page - pages.begin()) + 1);
   EXPECT_EQ(panel.items.size(), 54U);
   EXPECT_TRUE(panel.ticked);
+}
+
+TEST_F(Recipe, ARowIsAStatisticEverywhere) {
+  const auto place = std::ranges::find(draw_Columns(), "首尾差", &DrawColumn::name);
+  EXPECT_EQ(std::next(place)->name, "AC值") << "in the middle";
+  const test::Reply found = home_.run({"draws", "search", "首尾差=26"});
+  EXPECT_EQ(found.status, 0) << found.err;
+  EXPECT_EQ(found.out.find("2024006"), 0U) << "19 - 1 is none of them; 27 - 1 is: " << found.out;
+  Store store(home_.home().main_Db());
+  ScriptedDesk desk;
+  const auto sheet = home_.path() / "sheet.xlsx";
+  EXPECT_EQ(exportHistory(store, desk, sheet), 5);
+  EXPECT_EQ(store.value(R"(SELECT sum("首尾差") FROM "历史记录")"), 5 + 30 + 21 + 23 + 26);
+}
+
+// A store that was made before the rows were there.
+TEST_F(Recipe, AnOlderStoreTakesTheRowsUpAndLosesNothing) {
+  {
+    Store store(home_.home().main_Db());
+    store.db().exec(R"(ALTER TABLE "历史记录" DROP COLUMN "首尾差";
+      DELETE FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266; DELETE FROM "默认过滤条件" WHERE "ID" BETWEEN 5200 AND 5266;
+      DELETE FROM "过滤条件使用情况" WHERE "条件"=74; DELETE FROM "默认过滤条件使用情况" WHERE "条件"=74;
+      UPDATE "过滤条件" SET "Value"=1-"Value" WHERE "ID" BETWEEN 5140 AND 6660; PRAGMA user_version=3)");
+  }
+  const auto rows = [&](const char* select) {
+    Store store(home_.home().main_Db());
+    Query query = store.query(select);
+    std::string text;
+    while (query.next()) text += query.text(0) + ' ';
+    return text;
+  };
+  home_.do_Step({"conditions", "list"});
+  EXPECT_EQ(rows(R"(SELECT "首尾差" FROM "历史记录" ORDER BY "期号")"), "5 30 21 23 26 ") << "computed";
+  EXPECT_EQ(rows(R"(SELECT sum("Value") FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266)"), "29 ")
+      << "the factory's";
+  EXPECT_EQ(
+      rows(
+          R"(SELECT count(*) FROM "过滤条件" AS a JOIN "默认过滤条件" AS b USING ("ID") WHERE a."Value"=b."Value"
+                    AND "ID" BETWEEN 5140 AND 6660 AND "ID" NOT BETWEEN 5200 AND 5266)"),
+      "0 ")
+      << "the user's";
+  EXPECT_EQ(rows("PRAGMA user_version"), "4 ");
+  EXPECT_EQ(check_Store(home_.home().main_Db()), StoreState::sound);
+  home_.do_Step({"conditions", "use", kName, "on"});
+  EXPECT_EQ(check_Store(home_.home().backup_Db()), StoreState::sound);
 }
 
 }  // namespace

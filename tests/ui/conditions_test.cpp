@@ -10,6 +10,7 @@
 #include "conditions/condition_store.hpp"
 #include "conditions/own_pages.hpp"
 #include "conditions/pages.hpp"
+#include "core/draw_columns.hpp"
 #include "core/interval_mark.hpp"
 #include "core/schema.hpp"
 #include "ui/check_list.hpp"

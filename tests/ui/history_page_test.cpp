@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+#include "core/draw_columns.hpp"
 #include "core/schema.hpp"
 #include "history/addresses.hpp"
 #include "ui/ball_delegate.hpp"

@@ -1,0 +1,87 @@
+#include "history/draw_writer.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "conditions/condition_store.hpp"
+#include "core/schema.hpp"
+
+namespace lotmere {
+namespace {
+
+template <class... Cases>
+struct Overload : Cases... {
+  using Cases::operator()...;
+};
+template <class... Cases>
+Overload(Cases...) -> Overload<Cases...>;
+
+RedTable read_Members(Store& store, const MemberCount& count) {
+  RedTable members = read_AttributeColumn(store, AttributeTable::first, count.column);
+  if (!count.member)
+    for (int n = 1; n <= kRedCount; ++n) members[n] = members[n] == 0;
+  return members;
+}
+
+}  // namespace
+
+RedTable count_Heat(std::span<const StoredDraw> draws) {
+  RedTable heat{};
+  for (const StoredDraw& draw : draws) {
+    const RedTable drawn = mark_Reds(draw.numbers.reds);
+    for (int n = 1; n <= kRedCount; ++n) heat[n] = static_cast<std::int16_t>(heat[n] + drawn[n]);
+  }
+  return heat;
+}
+
+RedTable mark_Drawn(std::span<const StoredDraw> draws) {
+  RedTable marks = count_Heat(draws);
+  for (std::int16_t& mark : marks) mark = mark > 0;
+  return marks;
+}
+
+DrawWriter::DrawWriter(Store& store, std::span<const std::string_view> names) : store_(store) {
+  std::string assignments;
+  for (const DrawColumn& drawn : draw_Columns()) {
+    if (!drawn.hasRule() ||
+        (!names.empty() && std::find(names.begin(), names.end(), drawn.name) == names.end()))
+      continue;
+    Column& column = columns_.emplace_back(Column{&drawn.rule});
+    if (const auto* count = std::get_if<MemberCount>(&drawn.rule))
+      column.members = read_Members(store, *count);
+    if (const auto* family = std::get_if<const Family*>(&drawn.rule))
+      column.groups = load_GroupTable(store, **family, (*family)->draw_groups);
+    assignments += fmt::format("{}{}=?", assignments.empty() ? "" : ",", sql_Name(drawn.name));
+  }
+  sql_ = fmt::format(R"(UPDATE "历史记录" SET {} WHERE "期号"=?)", assignments);
+}
+
+void DrawWriter::write(PeriodNo period, const DrawView& draw) {
+  Query update = store_.query(sql_);
+  int place = 0;
+  for (Column& column : columns_) bind(update.statement(), ++place, column, draw);
+  update.statement().bind(++place, period);
+  update.run();
+}
+
+void DrawWriter::bind(SQLite::Statement& statement, int place, Column& column, const DrawView& draw) {
+  const auto whole = [&](int value) { statement.bind(place, value); };
+  // The column's own text outlives the statement's run, so the engine needs no copy of it.
+  const auto text = [&](std::string_view value) {
+    column.text = value;
+    statement.bindNoCopy(place, column.text);
+  };
+  std::visit(
+      Overload{
+          [](std::monostate) {}, [&](NumberValue kind) { whole(sum_Of(number_Table(kind), draw.reds)); },
+          [&](const MemberCount&) { whole(sum_Of(column.members, draw.reds)); },
+          [&](int (*metric)(const Reds&)) { whole(metric(draw.reds)); },
+          [&](int (*metric)(const Reds&, const Reds&)) { whole(metric(draw.previous, draw.reds)); },
+          [&](int DrawView::*figure) { whole(draw.*figure); },
+          [&](std::string_view (*shape)(const Reds&)) { text(shape(draw.reds)); },
+          [&](const Family* family) { text(draw_Text(*family, count_Groups(column.groups, draw.reds))); }},
+      *column.rule);
+}
+
+}  // namespace lotmere
