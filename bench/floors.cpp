@@ -11,8 +11,8 @@
 namespace lotmere::bench {
 namespace {
 
-void walk_Pass(Store& store, const Condition& condition, const Metric& metric, PeriodNo period) {
-  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
+void walkPass(Store& store, const Condition& condition, const Metric& metric, PeriodNo period) {
+  const ValueArray cells = loadConditionRange(store, condition.first, condition.last);
   StoreChange change(store);
   {
     Query rows = store.query(
@@ -21,7 +21,7 @@ void walk_Pass(Store& store, const Condition& condition, const Metric& metric, P
     rows.bind(period);
     int kept = 0;
     while (rows.next()) {
-      const int value = metricValue(metric, read_Reds(rows, 1));
+      const int value = metricValue(metric, readReds(rows, 1));
       const std::int64_t id = rows.whole(0);
       if (value >= 0 && value < static_cast<int>(cells.size()) && cells[static_cast<std::size_t>(value)] >= 1)
         store.query(R"(UPDATE "日志表" SET "过滤标记"=1,"序号"=? WHERE "ID"=?)").bind(++kept, id).run();
@@ -35,21 +35,21 @@ void walk_Pass(Store& store, const Condition& condition, const Metric& metric, P
 
 }  // namespace
 
-void insert_Plainly(Store& store, const TicketSet& tickets) {
+void insertPlainly(Store& store, const TicketSet& tickets) {
   StoreChange change(store);
   Query insert = store.query(
       R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
          VALUES (?,?,?,?,?,?,?,?,?,?))");
   for (std::size_t row = 0; row < tickets.size(); ++row) {
-    const auto& [r1, r2, r3, r4, r5, r6] = reds_Of(tickets.balls[row]);
+    const auto& [r1, r2, r3, r4, r5, r6] = redsOf(tickets.balls[row]);
     insert.bind(static_cast<std::int64_t>(row + 1), tickets.seq[row], tickets.period, r1, r2, r3, r4, r5, r6,
-                blue_Of(tickets.balls[row]));
+                blueOf(tickets.balls[row]));
     insert.run();
   }
   change.commit();
 }
 
-std::vector<PlainRow> read_Plainly(Store& store, PeriodNo period) {
+std::vector<PlainRow> readPlainly(Store& store, PeriodNo period) {
   Query rows = store.query(
       R"(SELECT "ID","序号","过滤标记","缩水标记","临时数据","红球1","红球2","红球3","红球4","红球5","红球6","蓝球"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
@@ -64,7 +64,7 @@ std::vector<PlainRow> read_Plainly(Store& store, PeriodNo period) {
   return table;
 }
 
-void write_Plainly(Store& store, const std::vector<PlainRow>& before, const std::vector<PlainRow>& after) {
+void writePlainly(Store& store, const std::vector<PlainRow>& before, const std::vector<PlainRow>& after) {
   StoreChange change(store);
   Query remove = store.query(R"(DELETE FROM "日志表" WHERE "ID"=?)");
   Query update =
@@ -83,7 +83,7 @@ void write_Plainly(Store& store, const std::vector<PlainRow>& before, const std:
   change.commit();
 }
 
-int walk_Passes(Store& store, PeriodNo period) {
+int walkPasses(Store& store, PeriodNo period) {
   store.query(R"(UPDATE "日志表" SET "过滤标记"=0,"缩水标记"=0,"精选标记"=0 WHERE "期号"=?)")
       .bind(period)
       .run();
@@ -94,13 +94,13 @@ int walk_Passes(Store& store, PeriodNo period) {
     if (!set.isUsed(condition.usage)) continue;
     const auto metric = prepareMetric(set, condition, draws.before(period));
     if (!metric) continue;
-    walk_Pass(store, condition, *metric, period);
+    walkPass(store, condition, *metric, period);
     ++passes;
   }
   return passes;
 }
 
-std::vector<std::uint32_t> shrink_Literally(const TicketSet& tickets, int shared) {
+std::vector<std::uint32_t> shrinkLiterally(const TicketSet& tickets, int shared) {
   std::vector<std::uint32_t> centres;
   std::vector<bool> gone(tickets.size());
   for (std::uint32_t centre = 0; centre < tickets.size(); ++centre) {
@@ -108,19 +108,19 @@ std::vector<std::uint32_t> shrink_Literally(const TicketSet& tickets, int shared
     centres.push_back(centre);
     // The mark table of the centre's seven numbers: an overlap costs seven reads.
     std::array<std::uint8_t, 256> marks{};
-    for (const int red : reds_Of(tickets.balls[centre])) marks[red] = 1;
-    marks[kBlueCodeBase + blue_Of(tickets.balls[centre])] = 1;
+    for (const int red : redsOf(tickets.balls[centre])) marks[red] = 1;
+    marks[kBlueCodeBase + blueOf(tickets.balls[centre])] = 1;
     for (std::size_t row = centre + 1; row < tickets.size(); ++row) {
       if (gone[row]) continue;
-      int sum = marks[kBlueCodeBase + blue_Of(tickets.balls[row])];
-      for (const int red : reds_Of(tickets.balls[row])) sum += marks[red];
+      int sum = marks[kBlueCodeBase + blueOf(tickets.balls[row])];
+      for (const int red : redsOf(tickets.balls[row])) sum += marks[red];
       if (sum >= shared) gone[row] = true;
     }
   }
   return centres;
 }
 
-void count_Temperatures(Store& store, int rows) {
+void countTemperatures(Store& store, int rows) {
   std::vector<PeriodNo> periods;
   {
     Query query = store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT ?)");

@@ -22,7 +22,7 @@ using Seven = std::array<std::int32_t, kPlaces>;
 using Differences = std::array<std::int32_t, 463>;
 
 // Every difference of the numbers to those of nine draws, then those among themselves; the last slot stays 0.
-Differences list_Differences(const Seven* draws, const Seven& numbers) {
+Differences listDifferences(const Seven* draws, const Seven& numbers) {
   Differences list{};
   std::size_t k = 0;
   for (int a = 0; a < 9; ++a)
@@ -33,19 +33,19 @@ Differences list_Differences(const Seven* draws, const Seven& numbers) {
   return list;
 }
 
-Seven seven_Of(const Reds& reds, int blue) {
+Seven sevenOf(const Reds& reds, int blue) {
   return {reds[0], reds[1], reds[2], reds[3], reds[4], reds[5], blue};
 }
 
-void score_Literally(const std::vector<StoredDraw>& newest_first, TicketSet& tickets) {
+void scoreLiterally(const std::vector<StoredDraw>& newest_first, TicketSet& tickets) {
   std::array<Seven, 10> draws{};
   auto row = draws.rbegin();
   for (auto draw = newest_first.rbegin(); draw != newest_first.rend(); ++draw, ++row)
-    *row = seven_Of(draw->numbers.reds, draw->numbers.blue);
-  const Differences newest = list_Differences(&draws[1], draws[0]);
+    *row = sevenOf(draw->numbers.reds, draw->numbers.blue);
+  const Differences newest = listDifferences(&draws[1], draws[0]);
   for (std::size_t ticket = 0; ticket < tickets.size(); ++ticket) {
     const Balls balls = tickets.balls[ticket];
-    const Differences own = list_Differences(draws.data(), seven_Of(reds_Of(balls), blue_Of(balls)));
+    const Differences own = listDifferences(draws.data(), sevenOf(redsOf(balls), blueOf(balls)));
     int score = 0;
     for (std::size_t k = 0; k < own.size(); ++k) score += newest[k] == own[k];
     tickets.score[ticket] = score;
@@ -53,7 +53,7 @@ void score_Literally(const std::vector<StoredDraw>& newest_first, TicketSet& tic
 }
 
 // The lower 60 percent by score and running number, cleared.
-void clear_Lower(TicketSet& tickets) {
+void clearLower(TicketSet& tickets) {
   std::vector<std::size_t> order(tickets.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   std::stable_sort(order.begin(), order.end(),
@@ -65,19 +65,19 @@ void clear_Lower(TicketSet& tickets) {
 // The floor is the scoring alone; the subject clears the lower scores as well.
 void smart_100k(State& state, const Sizes& sizes) {
   World world;
-  world.add_Draws(sizes.draws);
+  world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
-  set_Usage(world.store(), kSmartOptimisation, true);
-  const TicketSet tickets = make_Tickets(load_Selection(world.store()), kTarget);
+  setUsage(world.store(), kSmartOptimisation, true);
+  const TicketSet tickets = makeTickets(loadSelection(world.store()), kTarget);
   const auto draws = drawsBefore(world.store(), kTarget, 10);
   QuietDesk desk;
   for (auto _ : state) {
     std::vector<double> floor, subject;
     for (int round = 0; round < sizes.rounds; ++round) {
       TicketSet literal = tickets, scored = tickets;
-      floor.push_back(seconds([&] { score_Literally(draws, literal); }));
-      subject.push_back(seconds([&] { optimise_Smart(world.store(), desk, scored, 6); }));
-      clear_Lower(literal);
+      floor.push_back(seconds([&] { scoreLiterally(draws, literal); }));
+      subject.push_back(seconds([&] { optimiseSmart(world.store(), desk, scored, 6); }));
+      clearLower(literal);
       check(scored.score == literal.score, "smart-100k scores otherwise than the literal comparison");
     }
     report(state, median(subject), median(floor), median(floor) / median(subject), tickets.size());
@@ -85,16 +85,16 @@ void smart_100k(State& state, const Sizes& sizes) {
 }
 
 // One walk over what is left for each draw.
-void match_Literally(const std::vector<StoredDraw>& draws, int match, TicketSet& tickets) {
+void matchLiterally(const std::vector<StoredDraw>& draws, int match, TicketSet& tickets) {
   for (const StoredDraw& draw : draws) {
     std::array<std::uint8_t, 256> drawn{};
     for (const int red : draw.numbers.reds) drawn[red] = 1;
     std::size_t kept = 0;
     for (std::size_t row = 0; row < tickets.size(); ++row) {
       int hits = 0;
-      for (const int red : reds_Of(tickets.balls[row])) hits += drawn[red];
+      for (const int red : redsOf(tickets.balls[row])) hits += drawn[red];
       if (hits >= match) continue;
-      if (row != kept) tickets.move_Row(row, kept);
+      if (row != kept) tickets.moveRow(row, kept);
       tickets.mark[kept] = 1;
       tickets.seq[kept] = static_cast<std::int32_t>(kept) + 1;
       ++kept;
@@ -106,14 +106,14 @@ void match_Literally(const std::vector<StoredDraw>& draws, int match, TicketSet&
 void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
   World world;
   Store& store = world.store();
-  world.add_Draws(sizes.draws);
+  world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
   store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
       .bind(periodsBack(store, kTarget, draw_count), kTarget, match)
       .run();
   ConditionSet set = loadConditionSet(store);
   for (const auto& [usage, on] : std::vector(set.switches.rows())) set.switches.set(usage, 0);
-  const TicketSet tickets = make_Tickets(load_Selection(store), kTarget);
+  const TicketSet tickets = makeTickets(loadSelection(store), kTarget);
   for (auto _ : state) {
     std::vector<double> floor, subject;
     TicketSet left;
@@ -123,7 +123,7 @@ void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
       floor.push_back(seconds([&] {
         auto draws = drawsBefore(store, kTarget, draw_count);
         std::reverse(draws.begin(), draws.end());
-        match_Literally(draws, match, literal);
+        matchLiterally(draws, match, literal);
       }));
       subject.push_back(seconds([&] {
         FreeCourse course;
@@ -141,7 +141,7 @@ void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
 
 }  // namespace
 
-void register_JudgementWorkloads(const Sizes& sizes) {
+void registerJudgementWorkloads(const Sizes& sizes) {
   constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
   add("smart-100k", [=](State& state) { smart_100k(state, sizes); });
   for (const auto& [match, draws] :

@@ -1,25 +1,25 @@
 // Workloads, each with a ratio against a floor measured in the same run (the best of some rounds counts, from
 // smart-100k to import-linear the median). A row whose two results differ ends the run with a failure.
 //
-//   init-100k       init_Tickets for 99,008 tickets against a plain prepared insert of the same rows; at most
+//   init-100k       initTickets for 99,008 tickets against a plain prepared insert of the same rows; at most
 //                   1.5
-//   run-100k-all    run_Pipeline with every condition on against one plain read of the rows and one plain
+//   run-100k-all    runPipeline with every condition on against one plain read of the rows and one plain
 //                   write-back of the same changes; at most 2
 //   run-100k-walk   walking and updating the rows one by one in the store for each pass, against
-//                   run_Pipeline; at least 50
+//                   runPipeline; at least 50
 //   live-100k       LiveCount over the tickets it holds, every condition on, against one plain read of the rows: a
 //                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
 //                   (/shrink: with the smart optimisation and the shrink at 6)
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
 //   shrink-repeats  the same for 20,000 imported tickets that each repeat a red; at least 20
-//   stats-3500      66 counting selects a row against calc_DrawStats over 3,500 draws; at least 20
-//   smart-100k      the literal comparison of 463 differences a ticket against optimise_Smart; at least 15
-//   match-100k/N    one walk over the tickets a draw against filter_LiShi at match value N over 3,500 draws
+//   stats-3500      66 counting selects a row against computeDrawStatistics over 3,500 draws; at least 20
+//   smart-100k      the literal comparison of 463 differences a ticket against optimiseSmart; at least 15
+//   match-100k/N    one walk over the tickets a draw against filterLiShi at match value N over 3,500 draws
 //                   (for N = 4 the newest 150, so that tickets are left); at least 20
 //   omission-3500   two selects and a mark in every row a number against analyseRedOmission over 3,500 draws,
 //                   which hold the right marks already (repeat) or those of the other colour (rewrite); at
 //                   least 20
-//   import-1m       import_Tickets of 1,000,000 lines against a plain read, parse and insert of the same
+//   import-1m       importTickets of 1,000,000 lines against a plain read, parse and insert of the same
 //                   lines; at most 2
 //   import-linear   seconds a line of 1,000,000 lines against those of 100,000; 1
 //   shrink-all/N    all 17,721,088 tickets in memory, seconds a ticket against shrink-100k/N
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
   }
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  lotmere::bench::register_Workloads(smoke);
+  lotmere::bench::registerWorkloads(smoke);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;

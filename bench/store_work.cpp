@@ -21,7 +21,7 @@ using benchmark::State;
 
 constexpr PeriodNo kAll = kTarget;
 
-void renumber_Draws(Store& store) {
+void renumberDraws(Store& store) {
   Query rows = store.query(R"(SELECT "期号" FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
   rows.bind(kAll);
   for (int place = 0; rows.next(); ++place)
@@ -30,7 +30,7 @@ void renumber_Draws(Store& store) {
         .run();
 }
 
-void mark_Draws(Store& store, int red) {
+void markDraws(Store& store, int red) {
   Query rows = store.query(
       R"(SELECT "期号" FROM "历史记录" WHERE "期号"<=?1 AND ("红球1"=?2 OR "红球2"=?2 OR "红球3"=?2 OR "红球4"=?2 OR
          "红球5"=?2 OR "红球6"=?2))");
@@ -39,7 +39,7 @@ void mark_Draws(Store& store, int red) {
     store.query(R"(UPDATE "历史记录" SET "遗漏数据"=? WHERE "期号"=?)").bind(red, rows.number(0)).run();
 }
 
-OmissionFigures read_Gaps(Store& store, int red, int total) {
+OmissionFigures readGaps(Store& store, int red, int total) {
   Query rows = store.query(
       R"(SELECT "总期号" FROM "历史记录" WHERE "期号"<=? AND "遗漏数据"=? ORDER BY "总期号" ASC)");
   rows.bind(kAll, red);
@@ -58,20 +58,20 @@ OmissionFigures read_Gaps(Store& store, int red, int total) {
 
 // All draws numbered and their marks cleared; then for each red one select whose rows are marked one by one,
 // and one select of what was marked; in one transaction.
-std::vector<OmissionFigures> analyse_Literally(Store& store) {
+std::vector<OmissionFigures> analyseLiterally(Store& store) {
   std::vector<OmissionFigures> figures;
   StoreChange change(store);
-  renumber_Draws(store);
+  renumberDraws(store);
   const auto total = static_cast<int>(store.value(R"(SELECT max("总期号") FROM "历史记录")"));
   for (int red = 1; red <= kRedCount; ++red) {
-    mark_Draws(store, red);
-    figures.push_back(read_Gaps(store, red, total));
+    markDraws(store, red);
+    figures.push_back(readGaps(store, red, total));
   }
   change.commit();
   return figures;
 }
 
-std::vector<std::array<int, 3>> work_Columns(Store& store) {
+std::vector<std::array<int, 3>> workColumns(Store& store) {
   Query rows = store.query(R"(SELECT "期号","总期号","遗漏数据" FROM "历史记录" ORDER BY "期号" ASC)");
   std::vector<std::array<int, 3>> columns;
   while (rows.next()) columns.push_back({rows.number(0), rows.number(1), rows.number(2)});
@@ -81,7 +81,7 @@ std::vector<std::array<int, 3>> work_Columns(Store& store) {
 enum class Marks { right, other_colour };
 
 // Puts the work columns into a state that a person's clicks lead to.
-void prepare_Marks(Store& store, Desk& desk, Marks marks) {
+void prepareMarks(Store& store, Desk& desk, Marks marks) {
   const auto analyse = marks == Marks::right ? analyseRedOmission : analyseBlueOmission;
   check(analyse(store, desk, kAll).has_value(), "omission-3500 has no draws");
 }
@@ -89,21 +89,21 @@ void prepare_Marks(Store& store, Desk& desk, Marks marks) {
 void omission_3500(State& state, const Sizes& sizes, Marks marks) {
   World world;
   Store& store = world.store();
-  world.add_Draws(sizes.draws);
+  world.addDraws(sizes.draws);
   QuietDesk desk;
   for (auto _ : state) {
     std::vector<double> floor, subject;
     for (int round = 0; round < sizes.rounds; ++round) {
       std::vector<OmissionFigures> expected;
-      prepare_Marks(store, desk, marks);
-      floor.push_back(seconds([&] { expected = analyse_Literally(store); }));
-      const auto columns = work_Columns(store);
+      prepareMarks(store, desk, marks);
+      floor.push_back(seconds([&] { expected = analyseLiterally(store); }));
+      const auto columns = workColumns(store);
 
       std::optional<Omission> omission;
-      prepare_Marks(store, desk, marks);
+      prepareMarks(store, desk, marks);
       subject.push_back(seconds([&] { omission = analyseRedOmission(store, desk, kAll); }));
       check(omission && omission->numbers == expected, "omission-3500 has other figures than the selects");
-      check(work_Columns(store) == columns, "omission-3500 leaves other marks than the selects");
+      check(workColumns(store) == columns, "omission-3500 leaves other marks than the selects");
     }
     report(state, median(subject), median(floor), median(floor) / median(subject),
            static_cast<std::size_t>(sizes.draws));
@@ -111,12 +111,12 @@ void omission_3500(State& state, const Sizes& sizes, Marks marks) {
 }
 
 // A file of invented tickets, a line each.
-std::filesystem::path write_Lines(const World& world, int lines) {
+std::filesystem::path writeLines(const World& world, int lines) {
   auto path = world.folder() / "tickets.txt";
   std::mt19937 random(20261123);
   std::ofstream file(path);
   for (int line = 0; line < lines; ++line) {
-    const DrawNumbers numbers = random_Draw(random);
+    const DrawNumbers numbers = randomDraw(random);
     const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
     file << fmt::format("{:02} {:02} {:02} {:02} {:02} {:02}+{:02}\n", r1, r2, r3, r4, r5, r6, numbers.blue);
   }
@@ -125,7 +125,7 @@ std::filesystem::path write_Lines(const World& world, int lines) {
 }
 
 // Line by line: seven numbers read, one row inserted; in one transaction.
-void import_Plainly(Store& store, const std::filesystem::path& path) {
+void importPlainly(Store& store, const std::filesystem::path& path) {
   StoreChange change(store);
   Query insert = store.query(
       R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
@@ -143,7 +143,7 @@ void import_Plainly(Store& store, const std::filesystem::path& path) {
   change.commit();
 }
 
-bool same_Tickets(Store& a, Store& b, int count) {
+bool sameTickets(Store& a, Store& b, int count) {
   const char* all = R"(SELECT * FROM "日志表" ORDER BY "ID")";
   Query left = a.query(all), right = b.query(all);
   const int columns = left.statement().getColumnCount();
@@ -156,12 +156,12 @@ bool same_Tickets(Store& a, Store& b, int count) {
   return !right.next() && rows == count;
 }
 
-double time_Import(Store& store, const std::filesystem::path& path, int lines) {
+double timeImport(Store& store, const std::filesystem::path& path, int lines) {
   QuietDesk desk;
   ImportResult result;
   store.db().exec("DELETE FROM \"日志表\"");
   const double time = seconds([&] {
-    result = import_Tickets(store, desk, path, {ImportFormat::numbers, kTarget});
+    result = importTickets(store, desk, path, {ImportFormat::numbers, kTarget});
   });
   check(result.count == lines, "import-1m took another number of lines");
   return time;
@@ -169,30 +169,30 @@ double time_Import(Store& store, const std::filesystem::path& path, int lines) {
 
 void import_1m(State& state, const Sizes& sizes) {
   World world;
-  const auto other = world.other_Store();
-  const auto path = write_Lines(world, sizes.lines);
+  const auto other = world.otherStore();
+  const auto path = writeLines(world, sizes.lines);
   for (auto _ : state) {
     std::vector<double> floor, subject;
     for (int round = 0; round < sizes.rounds; ++round) {
       other->db().exec("DELETE FROM \"日志表\"");
-      floor.push_back(seconds([&] { import_Plainly(*other, path); }));
-      subject.push_back(time_Import(world.store(), path, sizes.lines));
+      floor.push_back(seconds([&] { importPlainly(*other, path); }));
+      subject.push_back(timeImport(world.store(), path, sizes.lines));
     }
-    check(same_Tickets(world.store(), *other, sizes.lines),
+    check(sameTickets(world.store(), *other, sizes.lines),
           "import-1m wrote other rows than the plain insert");
     report(state, median(subject), median(floor), median(subject) / median(floor),
            static_cast<std::size_t>(sizes.lines));
   }
 }
 
-void import_Linear(State& state, const Sizes& sizes) {
+void importLinear(State& state, const Sizes& sizes) {
   World world;
   const int few = sizes.lines / 10;
   for (auto _ : state) {
     std::vector<double> floor, subject;
     for (int round = 0; round < sizes.rounds; ++round) {
-      floor.push_back(time_Import(world.store(), write_Lines(world, few), few));
-      subject.push_back(time_Import(world.store(), write_Lines(world, sizes.lines), sizes.lines));
+      floor.push_back(timeImport(world.store(), writeLines(world, few), few));
+      subject.push_back(timeImport(world.store(), writeLines(world, sizes.lines), sizes.lines));
     }
     report(state, median(subject), median(floor), (median(subject) / sizes.lines) / (median(floor) / few),
            static_cast<std::size_t>(sizes.lines));
@@ -200,15 +200,15 @@ void import_Linear(State& state, const Sizes& sizes) {
 }
 
 // Three files of the sizes that a first start makes, each written, flushed and put in its place.
-void write_Files(const std::filesystem::path& folder, const std::filesystem::path& like) {
+void writeFiles(const std::filesystem::path& folder, const std::filesystem::path& like) {
   for (const auto& entry : std::filesystem::directory_iterator(like))
     if (entry.file_size() > 0)
-      real_Files().write_Whole(folder / entry.path().filename(),
-                               std::string(static_cast<std::size_t>(entry.file_size()), 'x'));
+      realFiles().writeWhole(folder / entry.path().filename(),
+                             std::string(static_cast<std::size_t>(entry.file_size()), 'x'));
 }
 
 // On a disk: in memory a flush costs nothing, and that a start flushed 11,000 times was seen nowhere.
-void first_Start(State& state, const Sizes& sizes) {
+void firstStart(State& state, const Sizes& sizes) {
   const DiskFolder disk;
   for (auto _ : state) {
     std::vector<double> floor, subject;
@@ -219,9 +219,9 @@ void first_Start(State& state, const Sizes& sizes) {
       std::filesystem::create_directories(plain);
       subject.push_back(seconds([&] {
         std::filesystem::create_directories(home);
-        check(open_Home({home}, desk) != nullptr, "first-start made no store");
+        check(openHome({home}, desk) != nullptr, "first-start made no store");
       }));
-      floor.push_back(seconds([&] { write_Files(plain, home); }));
+      floor.push_back(seconds([&] { writeFiles(plain, home); }));
     }
     report(state, median(subject), median(floor), median(subject) / median(floor), 0);
   }
@@ -229,12 +229,12 @@ void first_Start(State& state, const Sizes& sizes) {
 
 }  // namespace
 
-void register_StoreWorkloads(const Sizes& sizes) {
+void registerStoreWorkloads(const Sizes& sizes) {
   add("omission-3500/repeat", [=](State& state) { omission_3500(state, sizes, Marks::right); });
   add("omission-3500/rewrite", [=](State& state) { omission_3500(state, sizes, Marks::other_colour); });
   add("import-1m", [=](State& state) { import_1m(state, sizes); });
-  add("first-start", [=](State& state) { first_Start(state, sizes); });
-  add("import-linear", [=](State& state) { import_Linear(state, sizes); });
+  add("first-start", [=](State& state) { firstStart(state, sizes); });
+  add("import-linear", [=](State& state) { importLinear(state, sizes); });
 }
 
 }  // namespace lotmere::bench

@@ -24,7 +24,7 @@ void report(benchmark::State& state, double subject, double floor, double ratio,
   state.counters["floor_ms"] = floor * 1000;
   if (items != 0) state.counters["items"] = static_cast<double>(items);
   if (items != 0) state.counters["items_per_s"] = static_cast<double>(items) / subject;
-  state.counters["peak_MB"] = peak_Megabytes();
+  state.counters["peak_MB"] = peakMegabytes();
 }
 
 }  // namespace lotmere::bench

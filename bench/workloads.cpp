@@ -27,8 +27,8 @@ using benchmark::State;
 void init_100k(State& state, const Sizes& sizes) {
   World world;
   world.pick(sizes.reds, sizes.blues);
-  const TicketSet tickets = make_Tickets(load_Selection(world.store()), kTarget);
-  const auto other = world.other_Store();
+  const TicketSet tickets = makeTickets(loadSelection(world.store()), kTarget);
+  const auto other = world.otherStore();
   QuietDesk desk;
   for (auto _ : state) {
     double floor = 1e9;
@@ -36,35 +36,35 @@ void init_100k(State& state, const Sizes& sizes) {
     for (int round = 0; round < sizes.rounds; ++round) {
       other->db().exec("DELETE FROM \"日志表\"");
       world.store().db().exec("DELETE FROM \"日志表\"");
-      floor = std::min(floor, seconds([&] { insert_Plainly(*other, tickets); }));
-      subject = std::min(subject, seconds([&] { init_Tickets(world.store(), desk, kTarget); }));
+      floor = std::min(floor, seconds([&] { insertPlainly(*other, tickets); }));
+      subject = std::min(subject, seconds([&] { initTickets(world.store(), desk, kTarget); }));
     }
-    check(count_Tickets(world.store(), kTarget) == tickets.size(), "init-100k wrote other rows");
+    check(countTickets(world.store(), kTarget) == tickets.size(), "init-100k wrote other rows");
     report(state, subject, floor, subject / floor, tickets.size());
   }
 }
 
 // A world whose table holds the tickets, every condition on.
-void set_Up(World& world, const Sizes& sizes) {
-  world.add_Draws(sizes.draws);
+void setUp(World& world, const Sizes& sizes) {
+  world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
-  world.set_ShrinkType(7);
-  world.use_AllConditions(make_Tickets(load_Selection(world.store()), kTarget));
+  world.setShrinkType(7);
+  world.useAllConditions(makeTickets(loadSelection(world.store()), kTarget));
   QuietDesk desk;
-  init_Tickets(world.store(), desk, kTarget);
+  initTickets(world.store(), desk, kTarget);
 }
 
 // What a run left, for rows whose IDs start at another number.
-std::vector<PlainRow> shift_IDs(std::vector<PlainRow> rows, std::int64_t step) {
+std::vector<PlainRow> shiftIDs(std::vector<PlainRow> rows, std::int64_t step) {
   for (PlainRow& row : rows) row.id += step;
   return rows;
 }
 
-std::int64_t first_ID(Store& store) { return store.value(R"(SELECT min("ID") FROM "日志表")"); }
+std::int64_t firstID(Store& store) { return store.value(R"(SELECT min("ID") FROM "日志表")"); }
 
 void run_100k(State& state, const Sizes& sizes) {
   World world;
-  set_Up(world, sizes);
+  setUp(world, sizes);
   Store& store = world.store();
   QuietDesk desk;
   for (auto _ : state) {
@@ -73,16 +73,16 @@ void run_100k(State& state, const Sizes& sizes) {
     std::size_t survivors = 0;
     std::size_t tickets = 0;
     for (int round = 0; round < sizes.rounds; ++round) {
-      tickets = static_cast<std::size_t>(init_Tickets(store, desk, kTarget).rows);
-      const std::int64_t first = first_ID(store);
-      subject = std::min(subject, seconds([&] { run_Pipeline(store, desk, kTarget); }));
-      const auto left = read_Plainly(store, kTarget);
+      tickets = static_cast<std::size_t>(initTickets(store, desk, kTarget).rows);
+      const std::int64_t first = firstID(store);
+      subject = std::min(subject, seconds([&] { runPipeline(store, desk, kTarget); }));
+      const auto left = readPlainly(store, kTarget);
       survivors = left.size();
 
-      init_Tickets(store, desk, kTarget);
-      const auto after = shift_IDs(left, first_ID(store) - first);
-      floor = std::min(floor, seconds([&] { write_Plainly(store, read_Plainly(store, kTarget), after); }));
-      check(count_Tickets(store, kTarget) == survivors, "the floor left other rows");
+      initTickets(store, desk, kTarget);
+      const auto after = shiftIDs(left, firstID(store) - first);
+      floor = std::min(floor, seconds([&] { writePlainly(store, readPlainly(store, kTarget), after); }));
+      check(countTickets(store, kTarget) == survivors, "the floor left other rows");
     }
     report(state, subject, floor, subject / floor, tickets);
     state.counters["survivors"] = static_cast<double>(survivors);
@@ -91,23 +91,23 @@ void run_100k(State& state, const Sizes& sizes) {
 
 void run_100k_walk(State& state, const Sizes& sizes) {
   World world;
-  set_Up(world, sizes);
+  setUp(world, sizes);
   Store& store = world.store();
   QuietDesk desk;
   // The walk covers the figure passes; the run it stands against leaves the others off too.
   for (const Condition& condition : allConditions())
     if (condition.kind == CellKind::position || condition.kind == CellKind::combination ||
         condition.kind == CellKind::sum_family || condition.kind == CellKind::setting)
-      set_Usage(store, condition.usage, false);
+      setUsage(store, condition.usage, false);
   store.db().exec("UPDATE \"历史数据过滤\" SET \"使用状态\"=0");
   for (auto _ : state) {
-    init_Tickets(store, desk, kTarget);
-    const double subject = seconds([&] { run_Pipeline(store, desk, kTarget); });
-    const std::size_t survivors = count_Tickets(store, kTarget);
-    init_Tickets(store, desk, kTarget);
+    initTickets(store, desk, kTarget);
+    const double subject = seconds([&] { runPipeline(store, desk, kTarget); });
+    const std::size_t survivors = countTickets(store, kTarget);
+    initTickets(store, desk, kTarget);
     int passes = 0;
-    const double walk = seconds([&] { passes = walk_Passes(store, kTarget); });
-    check(count_Tickets(store, kTarget) == survivors, "the walk left other rows");
+    const double walk = seconds([&] { passes = walkPasses(store, kTarget); });
+    check(countTickets(store, kTarget) == survivors, "the walk left other rows");
     report(state, subject, walk, walk / subject, 0);
     state.counters["passes"] = passes;
     state.counters["survivors"] = static_cast<double>(survivors);
@@ -118,8 +118,8 @@ void run_100k_walk(State& state, const Sizes& sizes) {
 // `expanded` the same click with an empty table, over what the selection makes.
 void live_100k(State& state, const Sizes& sizes, int shrink_type) {
   World world;
-  set_Up(world, sizes);
-  world.set_ShrinkType(shrink_type);
+  setUp(world, sizes);
+  world.setShrinkType(shrink_type);
   Store& store = world.store();
   QuietDesk desk;
   for (auto _ : state) {
@@ -132,14 +132,14 @@ void live_100k(State& state, const Sizes& sizes, int shrink_type) {
       result = live.count({table, loadConditionSet(store), loadDrawTable(store), kTarget}, course);
     };
     for (int round = 0; round < sizes.rounds; ++round) {
-      floor.push_back(seconds([&] { benchmark::DoNotOptimize(read_Plainly(store, kTarget)); }));
+      floor.push_back(seconds([&] { benchmark::DoNotOptimize(readPlainly(store, kTarget)); }));
       first.push_back(seconds([&] {
         table = loadLiveTickets(store);
         count(counted);
       }));
       subject.push_back(seconds([&] { count(counted); }));
     }
-    const auto survivors = run_Pipeline(store, desk, kTarget).tickets;
+    const auto survivors = runPipeline(store, desk, kTarget).tickets;
     store.db().exec("DELETE FROM \"日志表\"");
     table = loadLiveTickets(store);
     for (int round = 0; round <= sizes.rounds; ++round)
@@ -156,29 +156,29 @@ void live_100k(State& state, const Sizes& sizes, int shrink_type) {
 }
 
 // The centres of a set by bitmaps.
-std::size_t count_Centres(const TicketSet& tickets, int shared,
-                          OverlapMarks::Repeats repeats = OverlapMarks::Repeats::no) {
+std::size_t countCentres(const TicketSet& tickets, int shared,
+                         OverlapMarks::Repeats repeats = OverlapMarks::Repeats::no) {
   Cover cover(shared, repeats);
   std::size_t centres = 0;
   for (const Balls balls : tickets.balls) centres += cover.take(balls);
   return centres;
 }
 
-TicketSet selected_Tickets(const Sizes& sizes) {
+TicketSet selectedTickets(const Sizes& sizes) {
   World world;
   world.pick(sizes.reds, sizes.blues);
-  return make_Tickets(load_Selection(world.store()), kTarget);
+  return makeTickets(loadSelection(world.store()), kTarget);
 }
 
 void shrink_100k(State& state, const Sizes& sizes, int shared) {
-  const TicketSet tickets = selected_Tickets(sizes);
+  const TicketSet tickets = selectedTickets(sizes);
   for (auto _ : state) {
     std::size_t centres = 0;
     std::size_t literal_centres = 0;
     double subject = 1e9;
     for (int round = 0; round < sizes.rounds; ++round)
-      subject = std::min(subject, seconds([&] { centres = count_Centres(tickets, shared); }));
-    const double literal = seconds([&] { literal_centres = shrink_Literally(tickets, 6).size(); });
+      subject = std::min(subject, seconds([&] { centres = countCentres(tickets, shared); }));
+    const double literal = seconds([&] { literal_centres = shrinkLiterally(tickets, 6).size(); });
     if (shared == 6) check(centres == literal_centres, "the two shrinks differ");
     report(state, subject, literal, literal / subject, tickets.size());
     state.counters["centres"] = static_cast<double>(centres);
@@ -186,44 +186,44 @@ void shrink_100k(State& state, const Sizes& sizes, int shared) {
 }
 
 // Tickets that an import may bring: all kinds of numbers, the last red as the first.
-TicketSet repeating_Tickets(int count) {
+TicketSet repeatingTickets(int count) {
   std::mt19937 random(24);  // NOLINT(*-msc51-cpp): the same tickets in every run
-  const auto up_To = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)) + 1; };
+  const auto up_to = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)) + 1; };
   TicketSet tickets;
   for (int i = 0; i < count; ++i) {
     Reds reds{};
-    for (int& red : reds) red = up_To(kRedCount);
+    for (int& red : reds) red = up_to(kRedCount);
     reds.back() = reds.front();
-    tickets.add(pack_Balls(reds, up_To(kBlueCount)));
+    tickets.add(packBalls(reds, up_to(kBlueCount)));
   }
   return tickets;
 }
 
-void shrink_Repeats(State& state, const Sizes& sizes) {
-  const TicketSet tickets = repeating_Tickets(sizes.lines / 50);
+void shrinkRepeats(State& state, const Sizes& sizes) {
+  const TicketSet tickets = repeatingTickets(sizes.lines / 50);
   for (auto _ : state) {
     std::size_t centres = 0;
     std::size_t literal_centres = 0;
     double subject = 1e9;
     for (int round = 0; round < sizes.rounds; ++round)
-      subject = std::min(subject,
-                         seconds([&] { centres = count_Centres(tickets, 6, OverlapMarks::Repeats::yes); }));
-    const double literal = seconds([&] { literal_centres = shrink_Literally(tickets, 6).size(); });
+      subject =
+          std::min(subject, seconds([&] { centres = countCentres(tickets, 6, OverlapMarks::Repeats::yes); }));
+    const double literal = seconds([&] { literal_centres = shrinkLiterally(tickets, 6).size(); });
     check(centres == literal_centres, "the two shrinks differ where reds repeat");
     report(state, subject, literal, literal / subject, tickets.size());
     state.counters["centres"] = static_cast<double>(centres);
   }
 }
 
-void shrink_All(State& state, int shared) {
-  const TicketSet small = selected_Tickets(kFull);
-  const TicketSet all = make_Tickets(whole_Game(), kTarget);
+void shrinkAll(State& state, int shared) {
+  const TicketSet small = selectedTickets(kFull);
+  const TicketSet all = makeTickets(wholeGame(), kTarget);
   for (auto _ : state) {
     double floor = 1e9;
     for (int round = 0; round < 5; ++round)
-      floor = std::min(floor, seconds([&] { benchmark::DoNotOptimize(count_Centres(small, shared)); }));
+      floor = std::min(floor, seconds([&] { benchmark::DoNotOptimize(countCentres(small, shared)); }));
     std::size_t centres = 0;
-    const double subject = seconds([&] { centres = count_Centres(all, shared); });
+    const double subject = seconds([&] { centres = countCentres(all, shared); });
     const double per_ticket = subject / static_cast<double>(all.size());
     report(state, subject, floor, per_ticket / (floor / static_cast<double>(small.size())), all.size());
     state.counters["centres"] = static_cast<double>(centres);
@@ -236,7 +236,7 @@ struct PassTime {
   double visits;  // tickets looked at by all steps together: a step sees what those before it left
 };
 
-PassTime pass_Tickets(World& world, TicketSet& tickets, int threads) {
+PassTime passTickets(World& world, TicketSet& tickets, int threads) {
   Store& store = world.store();
   const ConditionSet set = loadConditionSet(store);
   const DrawTable draws = loadDrawTable(store);
@@ -252,14 +252,14 @@ PassTime pass_Tickets(World& world, TicketSet& tickets, int threads) {
   return {time, visits};
 }
 
-void passes_All(State& state, const Sizes& sizes, int threads) {
+void passesAll(State& state, const Sizes& sizes, int threads) {
   World world;
-  world.add_Draws(sizes.draws);
-  world.set_ShrinkType(7);
+  world.addDraws(sizes.draws);
+  world.setShrinkType(7);
   world.pick(sizes.reds, sizes.blues);
-  const TicketSet small = make_Tickets(load_Selection(world.store()), kTarget);
-  world.use_AllConditions(small);
-  const TicketSet whole = make_Tickets(whole_Game(), kTarget);
+  const TicketSet small = makeTickets(loadSelection(world.store()), kTarget);
+  world.useAllConditions(small);
+  const TicketSet whole = makeTickets(wholeGame(), kTarget);
   const std::size_t tickets = whole.size();
   for (auto _ : state) {
     PassTime floor{1e9, 0};
@@ -267,12 +267,12 @@ void passes_All(State& state, const Sizes& sizes, int threads) {
     TicketSet all;
     for (int round = 0; round < sizes.rounds; ++round) {
       TicketSet copy = small;
-      const PassTime timed = pass_Tickets(world, copy, 1);
+      const PassTime timed = passTickets(world, copy, 1);
       if (timed.time < floor.time) floor = timed;
     }
     for (int round = 0; round < 3; ++round) {
       all = whole;
-      const PassTime timed = pass_Tickets(world, all, threads);
+      const PassTime timed = passTickets(world, all, threads);
       if (timed.time < subject.time) subject = timed;
     }
     report(state, subject.time, floor.time, (subject.time / subject.visits) / (floor.time / floor.visits),
@@ -284,16 +284,16 @@ void passes_All(State& state, const Sizes& sizes, int threads) {
 
 // Every failing condition counted for every red six, against the steps of a run over the same sixes, which judge a six
 // only until it fails.
-void judge_All(State& state, int threads) {
+void judgeAll(State& state, int threads) {
   World world;
-  world.add_Draws(kFull.draws);
-  world.set_ShrinkType(7);
+  world.addDraws(kFull.draws);
+  world.setShrinkType(7);
   world.pick(kFull.reds, kFull.blues);
-  world.use_AllConditions(make_Tickets(load_Selection(world.store()), kTarget));
-  NumberSelection sixes = whole_Game();
+  world.useAllConditions(makeTickets(loadSelection(world.store()), kTarget));
+  NumberSelection sixes = wholeGame();
   sixes.blue.fill(PickState::none);
   sixes.blue[1] = PickState::tuo;
-  const TicketSet whole = make_Tickets(sixes, kTarget);
+  const TicketSet whole = makeTickets(sixes, kTarget);
   const FilterPlan plan(compileRules(loadConditionSet(world.store())), loadDrawTable(world.store()), kTarget);
   FreeCourse course;
   for (auto _ : state) {
@@ -302,7 +302,7 @@ void judge_All(State& state, int threads) {
     TicketSet left;
     for (int round = 0; round < 5; ++round) {
       left = whole;
-      floor = std::min(floor, pass_Tickets(world, left, threads).time);
+      floor = std::min(floor, passTickets(world, left, threads).time);
       subject =
           std::min(subject, seconds([&] { counts = *countFailures(plan, whole.balls, course, threads); }));
     }
@@ -315,21 +315,21 @@ void judge_All(State& state, int threads) {
 
 void stats_3500(State& state, const Sizes& sizes) {
   World world;
-  world.add_Draws(sizes.draws);
+  world.addDraws(sizes.draws);
   QuietDesk desk;
   for (auto _ : state) {
     double subject = 1e9;
     for (int round = 0; round < sizes.rounds; ++round)
-      subject =
-          std::min(subject, seconds([&] { calc_DrawStats(world.store(), desk, 2001001, kTarget - 1); }));
-    const double floor = seconds([&] { count_Temperatures(world.store(), sizes.draws); });
+      subject = std::min(subject,
+                         seconds([&] { computeDrawStatistics(world.store(), desk, 2001001, kTarget - 1); }));
+    const double floor = seconds([&] { countTemperatures(world.store(), sizes.draws); });
     report(state, subject, floor, floor / subject, static_cast<std::size_t>(sizes.draws));
   }
 }
 
 }  // namespace
 
-void register_Workloads(bool smoke) {
+void registerWorkloads(bool smoke) {
   const Sizes sizes = smoke ? kSmoke : kFull;
   add("init-100k", [=](State& state) { init_100k(state, sizes); });
   add("run-100k-all", [=](State& state) { run_100k(state, sizes); });
@@ -338,17 +338,17 @@ void register_Workloads(bool smoke) {
   add("live-100k/shrink", [=](State& state) { live_100k(state, sizes, kLargestShrink - 1); });
   for (int shared = 3; shared <= 6; ++shared)
     add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
-  add("shrink-repeats", [=](State& state) { shrink_Repeats(state, sizes); });
+  add("shrink-repeats", [=](State& state) { shrinkRepeats(state, sizes); });
   add("stats-3500", [=](State& state) { stats_3500(state, sizes); });
-  register_JudgementWorkloads(sizes);
-  register_StoreWorkloads(sizes);
+  registerJudgementWorkloads(sizes);
+  registerStoreWorkloads(sizes);
   if (smoke) return;
   for (int shared = 3; shared <= 6; ++shared)
-    add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrink_All(state, shared); });
-  add("passes-all", [=](State& state) { passes_All(state, sizes, 1); });
-  add("passes-all/2", [=](State& state) { passes_All(state, sizes, 2); });
-  add("judge-all", [=](State& state) { judge_All(state, 1); });
-  add("judge-all/2", [=](State& state) { judge_All(state, 2); });
+    add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrinkAll(state, shared); });
+  add("passes-all", [=](State& state) { passesAll(state, sizes, 1); });
+  add("passes-all/2", [=](State& state) { passesAll(state, sizes, 2); });
+  add("judge-all", [=](State& state) { judgeAll(state, 1); });
+  add("judge-all/2", [=](State& state) { judgeAll(state, 2); });
 }
 
 }  // namespace lotmere::bench

@@ -5,10 +5,10 @@
 namespace lotmere::bench {
 
 // Registers the workloads of main.cpp's list; with `smoke` the small ones in small sizes.
-void register_Workloads(bool smoke);
+void registerWorkloads(bool smoke);
 // Those that judge tickets in memory: smart-100k, match-100k.
-void register_JudgementWorkloads(const Sizes& sizes);
+void registerJudgementWorkloads(const Sizes& sizes);
 // Those that read and write the store: omission-3500, import-1m.
-void register_StoreWorkloads(const Sizes& sizes);
+void registerStoreWorkloads(const Sizes& sizes);
 
 }  // namespace lotmere::bench

@@ -28,34 +28,34 @@ constexpr unsigned kSeed = 20261122;
 constexpr double kHeld = 0.995;  // the part of the tickets whose figures a condition allows
 
 // Allows the most frequent cells of a condition up to the part held.
-void allow_Frequent(Store& store, const Condition& condition, const std::vector<std::int64_t>& tickets,
-                    std::int64_t all) {
-  std::vector<int> order(static_cast<std::size_t>(cell_Count(condition)));
+void allowFrequent(Store& store, const Condition& condition, const std::vector<std::int64_t>& tickets,
+                   std::int64_t all) {
+  std::vector<int> order(static_cast<std::size_t>(cellCount(condition)));
   std::iota(order.begin(), order.end(), 0);
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return tickets[a] > tickets[b]; });
   std::int64_t held = 0;
   for (const int k : order) {
     const bool allowed = static_cast<double>(held) < kHeld * static_cast<double>(all);
-    set_Cell(store, condition.first + k, allowed);
+    setCell(store, condition.first + k, allowed);
     if (allowed) held += tickets[k];
   }
 }
 
-void allow_Figures(Store& store, const ConditionSet& set, const DrawTable& draws, const Condition& condition,
-                   const TicketSet& tickets) {
+void allowFigures(Store& store, const ConditionSet& set, const DrawTable& draws, const Condition& condition,
+                  const TicketSet& tickets) {
   const auto metric = prepareMetric(set, condition, draws.before(kTarget));
   if (!metric) return;
   std::vector<std::int64_t> counts(256);
   for (const Balls balls : tickets.balls) {
-    const int value = metricValue(*metric, reds_Of(balls));
+    const int value = metricValue(*metric, redsOf(balls));
     if (value >= 0) ++counts[static_cast<std::size_t>(value)];
   }
-  allow_Frequent(store, condition, counts, static_cast<std::int64_t>(tickets.size()));
+  allowFrequent(store, condition, counts, static_cast<std::int64_t>(tickets.size()));
 }
 
 }  // namespace
 
-DrawNumbers random_Draw(std::mt19937& random) {
+DrawNumbers randomDraw(std::mt19937& random) {
   std::array<int, kRedCount> reds{};
   std::iota(reds.begin(), reds.end(), 1);
   std::shuffle(reds.begin(), reds.end(), random);
@@ -97,30 +97,30 @@ DiskFolder::~DiskFolder() {
   fs::remove_all(path_, left_over);
 }
 
-std::unique_ptr<Store> World::other_Store() {
+std::unique_ptr<Store> World::otherStore() {
   const fs::path path = folder_ / "other.db";
   Store::create(path);
   return std::make_unique<Store>(path);
 }
 
-void World::add_Draws(int count) {
+void World::addDraws(int count) {
   std::mt19937 random(kSeed);
   StoreChange change(*store_);
   Date date = Date{std::chrono::January / 1 / 2001};
   for (int i = 0; i < count; ++i) {
-    const DrawNumbers numbers = random_Draw(random);
+    const DrawNumbers numbers = randomDraw(random);
     const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
     store_
         ->query(
             R"(INSERT INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
                VALUES (?,?,?,?,?,?,?,?,?))")
-        .bind((2001 + i / 150) * 1000 + i % 150 + 1, format_Date(date), r1, r2, r3, r4, r5, r6, numbers.blue)
+        .bind((2001 + i / 150) * 1000 + i % 150 + 1, formatDate(date), r1, r2, r3, r4, r5, r6, numbers.blue)
         .run();
     date = nextDrawDate(date);
   }
   change.commit();
   QuietDesk desk;
-  calc_DrawStats(*store_, desk, 2001001, kTarget - 1);
+  computeDrawStatistics(*store_, desk, 2001001, kTarget - 1);
 }
 
 void World::pick(int reds, int blues) {
@@ -129,41 +129,41 @@ void World::pick(int reds, int blues) {
   for (int i = 0; i < reds; ++i) selection.red[1 + i * (kRedCount - 1) / (reds - 1)] = PickState::tuo;
   for (int n = 1; n <= blues; ++n) selection.blue[n] = PickState::tuo;
   QuietDesk desk;
-  if (!replace_Selection(*store_, desk, selection)) throw std::runtime_error("the selection is too large");
+  if (!replaceSelection(*store_, desk, selection)) throw std::runtime_error("the selection is too large");
 }
 
-void World::use_AllConditions(const TicketSet& tickets) {
+void World::useAllConditions(const TicketSet& tickets) {
   StoreChange change(*store_);
   for (int place = 1; place <= kRedsPerTicket + 1; ++place) {
     std::vector<int> numbers(static_cast<std::size_t>(kRedCount));
     std::iota(numbers.begin(), numbers.end(), 1);
-    set_Column(*store_, AttributeTable::first, fmt::format("第{}", place), numbers);
+    setColumn(*store_, AttributeTable::first, fmt::format("第{}", place), numbers);
   }
   const ConditionSet set = loadConditionSet(*store_);
   const DrawTable draws = loadDrawTable(*store_);
   for (const Condition& condition : allConditions()) {
-    set_Usage(*store_, condition.usage, true);
-    allow_Figures(*store_, set, draws, condition, tickets);
+    setUsage(*store_, condition.usage, true);
+    allowFigures(*store_, set, draws, condition, tickets);
   }
   store_->db().exec(
       "UPDATE \"历史数据过滤\" SET \"使用状态\"=1,\"最小值\"=2001001,\"最大值\"=2098999,\"匹配值\"=6");
   change.commit();
 }
 
-void World::set_ShrinkType(int type) { set_ConditionValue(*store_, kShrinkTypeCell, type); }
+void World::setShrinkType(int type) { setConditionValue(*store_, kShrinkTypeCell, type); }
 
-TicketSet make_Tickets(const NumberSelection& selection, PeriodNo period) {
+TicketSet makeTickets(const NumberSelection& selection, PeriodNo period) {
   TicketSet tickets;
   tickets.period = period;
-  tickets.reserve(static_cast<std::size_t>(count_Combos(selection).tickets));
-  expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
-    for (const int blue : blues) tickets.add(pack_Balls(six, blue));
+  tickets.reserve(static_cast<std::size_t>(countCombos(selection).tickets));
+  expandSelection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+    for (const int blue : blues) tickets.add(packBalls(six, blue));
     return true;
   });
   return tickets;
 }
 
-NumberSelection whole_Game() {
+NumberSelection wholeGame() {
   NumberSelection selection;
   selection.red.fill(PickState::tuo);
   selection.blue.fill(PickState::tuo);
@@ -172,7 +172,7 @@ NumberSelection whole_Game() {
   return selection;
 }
 
-double peak_Megabytes() {
+double peakMegabytes() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);)
     if (line.starts_with("VmHWM:")) return std::stod(line.substr(6)) / 1024;

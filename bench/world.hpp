@@ -30,12 +30,12 @@ class QuietDesk final : public ScriptedDesk {
     return 0;
   }
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
-  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+  void showTip(std::string_view /*text*/, std::string_view /*title*/) override {}
 
   std::int64_t rows_begun = 0;  // the sum of the sizes of all jobs
 
  protected:
-  void begin_Job(std::int64_t maximum, bool /*can_stop*/) override { rows_begun += maximum; }
+  void beginJob(std::int64_t maximum, bool /*can_stop*/) override { rows_begun += maximum; }
 };
 
 // A temporary folder with a store, removed at the end.
@@ -49,15 +49,15 @@ class World {
   [[nodiscard]] Store& store() { return *store_; }
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
   // An empty store beside the first one, for floors that must not disturb it.
-  [[nodiscard]] std::unique_ptr<Store> other_Store();
+  [[nodiscard]] std::unique_ptr<Store> otherStore();
 
-  void add_Draws(int count);
+  void addDraws(int count);
   // Picks `reds` reds and `blues` blues as Tuo: 17 and 8 make 99,008 tickets.
   void pick(int reds, int blues);
   // Switches every condition on, each allowing the most frequent figures that hold 99.5 percent of the
   // tickets. History-relative conditions read the draws, so those come first.
-  void use_AllConditions(const TicketSet& tickets);
-  void set_ShrinkType(int type);
+  void useAllConditions(const TicketSet& tickets);
+  void setShrinkType(int type);
 
  private:
   std::filesystem::path folder_;
@@ -78,11 +78,11 @@ class DiskFolder {
 };
 
 // Six reds in order and a blue.
-[[nodiscard]] DrawNumbers random_Draw(std::mt19937& random);
+[[nodiscard]] DrawNumbers randomDraw(std::mt19937& random);
 
 // Every ticket of a selection, in memory alone.
-[[nodiscard]] TicketSet make_Tickets(const NumberSelection& selection, PeriodNo period);
-[[nodiscard]] NumberSelection whole_Game();
+[[nodiscard]] TicketSet makeTickets(const NumberSelection& selection, PeriodNo period);
+[[nodiscard]] NumberSelection wholeGame();
 
 // Seconds that a call takes.
 template <class Call>
@@ -93,6 +93,6 @@ double seconds(Call&& call) {
 }
 
 // The highest resident memory of the process so far, in MB.
-[[nodiscard]] double peak_Megabytes();
+[[nodiscard]] double peakMegabytes();
 
 }  // namespace lotmere::bench

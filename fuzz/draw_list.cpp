@@ -16,11 +16,11 @@ namespace {
 constexpr std::size_t kPeriodLength = 7;
 constexpr std::size_t kEntryLength = 39;
 
-bool is_LineEnd(char c) { return c == '\n' || c == '\r'; }
-bool is_Digit(char c) { return c >= '0' && c <= '9'; }
+bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-void check_Compaction(std::string_view raw, const std::string& text) {
-  const auto is_kept = [](char c) { return is_Digit(c) || c == '/'; };
+void checkCompaction(std::string_view raw, const std::string& text) {
+  const auto is_kept = [](char c) { return isDigit(c) || c == '/'; };
   std::string kept, kept_before;
   std::copy_if(text.begin(), text.end(), std::back_inserter(kept), is_kept);
   std::copy_if(raw.begin(), raw.end(), std::back_inserter(kept_before), is_kept);
@@ -32,43 +32,43 @@ void check_Compaction(std::string_view raw, const std::string& text) {
 }
 
 // The periods of a text, each with the place of its first entry: seven digits without an eighth, and a mark.
-std::map<PeriodNo, std::size_t> find_Periods(const std::string& text) {
+std::map<PeriodNo, std::size_t> findPeriods(const std::string& text) {
   std::map<PeriodNo, std::size_t> places;
   for (std::size_t at = 0; at + kPeriodLength < text.size(); ++at) {
     const std::string run = text.substr(at, kPeriodLength);
-    if (text[at + kPeriodLength] != '#' || !std::all_of(run.begin(), run.end(), is_Digit)) continue;
-    if (at == 0 || !is_Digit(text[at - 1])) places.try_emplace(std::stoi(run), at);
+    if (text[at + kPeriodLength] != '#' || !std::all_of(run.begin(), run.end(), isDigit)) continue;
+    if (at == 0 || !isDigit(text[at - 1])) places.try_emplace(std::stoi(run), at);
   }
   return places;
 }
 
-void check_Draw(std::string entry, PeriodNo period, const ListedDraw& draw) {
-  expect(is_Period(period) && is_Draw(draw.numbers), "a listed draw is a draw");
-  expect(entry.size() <= kEntryLength || !is_Digit(entry[kEntryLength]), "the blue has two digits");
-  std::string written = fmt::format("{:07}#{}", period, format_Date(draw.date));
+void checkDraw(std::string entry, PeriodNo period, const ListedDraw& draw) {
+  expect(isPeriod(period) && isDraw(draw.numbers), "a listed draw is a draw");
+  expect(entry.size() <= kEntryLength || !isDigit(entry[kEntryLength]), "the blue has two digits");
+  std::string written = fmt::format("{:07}#{}", period, formatDate(draw.date));
   for (const int red : draw.numbers.reds) written += fmt::format("#{:02}", red);
   written += fmt::format("#{:02}", draw.numbers.blue);
   std::replace(written.begin(), written.end(), '-', '/');
   // What separates the numbers isn't looked at.
   for (std::size_t at = 18; at < kEntryLength; at += 3)
-    if (entry.size() > at && !is_Digit(entry[at])) entry[at] = '#';
+    if (entry.size() > at && !isDigit(entry[at])) entry[at] = '#';
   expect(entry.substr(0, kEntryLength) == written, "a draw is what its first entry says");
 }
 
-void check_List(const std::string& raw, const std::string& text) {
+void checkList(const std::string& raw, const std::string& text) {
   const DrawList list(raw);
   const Date today = std::chrono::sys_days{std::chrono::January / 1 / 2030};
   PeriodNo newest = 0;
-  for (const auto& [period, place] : find_Periods(text)) {
+  for (const auto& [period, place] : findPeriods(text)) {
     expect(list.names(period), "every entry is found");
     const ListedEntry entry = list.parseDraw(period, today);
     expect(entry.draw.has_value() == entry.fault.empty(), "an entry is a draw or tells why not");
-    expect(entry.line >= 1 && entry.line <= 1 + std::count_if(raw.begin(), raw.end(), is_LineEnd),
+    expect(entry.line >= 1 && entry.line <= 1 + std::count_if(raw.begin(), raw.end(), isLineEnd),
            "an entry stands in a line");
     if (!entry.draw) continue;
     newest = std::max(newest, period);
     expect(entry.draw->date <= today, "no draw comes from tomorrow");
-    check_Draw(text.substr(place, kEntryLength + 1), period, *entry.draw);
+    checkDraw(text.substr(place, kEntryLength + 1), period, *entry.draw);
   }
   expect(list.newest(today) == newest, "the newest is the highest whole one");
 }
@@ -80,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace lotmere;
   const std::string raw(data, data + size);
   const std::string text = compactDrawText(raw);
-  fuzz::check_Compaction(raw, text);
-  fuzz::check_List(raw, text);
+  fuzz::checkCompaction(raw, text);
+  fuzz::checkList(raw, text);
   return 0;
 }

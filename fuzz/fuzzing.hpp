@@ -29,11 +29,11 @@ class CountingDesk final : public Desk {
                      std::size_t cancel, std::string_view /*title*/) override {
     return cancel;
   }
-  std::optional<std::string> ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
-                                      std::string_view /*proposed*/) override {
+  std::optional<std::string> askText(std::string_view /*prompt*/, std::string_view /*title*/,
+                                     std::string_view /*proposed*/) override {
     return std::nullopt;
   }
-  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+  void showTip(std::string_view /*text*/, std::string_view /*title*/) override {}
 };
 
 }  // namespace lotmere::fuzz

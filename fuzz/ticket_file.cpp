@@ -17,7 +17,7 @@ constexpr PeriodNo kPeriod = 2024007;
 constexpr int kSeq = 12;
 
 // The length of the character that a text begins with; 0 where it begins with none of UTF-8.
-std::size_t character_Length(std::string_view text) {
+std::size_t characterLength(std::string_view text) {
   const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
   const std::size_t length = byte(0) < 0x80   ? 1
                              : byte(0) < 0xC2 ? 0
@@ -33,10 +33,10 @@ std::size_t character_Length(std::string_view text) {
 }
 
 // Characters of a text; nothing when it isn't UTF-8.
-std::optional<std::size_t> count_Utf8(std::string_view text) {
+std::optional<std::size_t> countUtf8(std::string_view text) {
   std::size_t count = 0;
   for (; !text.empty(); ++count) {
-    const std::size_t length = character_Length(text);
+    const std::size_t length = characterLength(text);
     if (length == 0) return std::nullopt;
     text.remove_prefix(length);
   }
@@ -46,75 +46,75 @@ std::optional<std::size_t> count_Utf8(std::string_view text) {
 std::optional<std::string> decode(const std::string& bytes) {
   CountingDesk desk;
   Job job(desk, 0, Job::Stop::possible);
-  return decode_Bytes(bytes, job);
+  return decodeBytes(bytes, job);
 }
 
 // One call in many is for slow checks: the first as well, so that an input alone repeats its finding.
-bool has_Time() {
+bool hasTime() {
   static unsigned calls = 0;
   constexpr unsigned turn = 512;
   return calls++ % turn == 0;
 }
 
 // A text far in front moves what follows over the edge of a block, and changes nothing in it.
-void check_BlockEdge(const std::string& bytes, const std::string& text) {
+void checkBlockEdge(const std::string& bytes, const std::string& text) {
   constexpr std::size_t block = std::size_t{256} * 1024;
   const std::string front(block - bytes.size() / 2, 'x');
   expect(decode(front + bytes) == front + text, "a block's edge changes no text");
 }
 
-void check_Decoding(const std::string& bytes, const std::string& text) {
+void checkDecoding(const std::string& bytes, const std::string& text) {
   constexpr std::string_view mark = "\xEF\xBB\xBF", mark_of_gb = "\x84\x31\x95\x33";
-  expect(count_Utf8(text).has_value(), "a text is UTF-8");
+  expect(countUtf8(text).has_value(), "a text is UTF-8");
   if (bytes.starts_with(mark) || bytes.starts_with(mark_of_gb)) return;
-  const auto characters = count_Utf8(bytes);
+  const auto characters = countUtf8(bytes);
   if (characters) expect(text == bytes, "UTF-8 is taken as it stands");
   if (characters) expect(decode(std::string(mark) + bytes) == text, "a mark is no part of the text");
   if (characters == bytes.size())
     expect(decode(std::string(mark_of_gb) + bytes) == text, "a mark in GB18030 is no part of the text");
-  if (has_Time()) check_BlockEdge(bytes, text);
+  if (hasTime()) checkBlockEdge(bytes, text);
 }
 
 // What the program writes of a ticket, it reads again.
-void check_Export(const ImportTicket& ticket) {
+void checkExport(const ImportTicket& ticket) {
   for (const int layout : {0, 1}) {
     for (const auto format :
          {ImportFormat::numbers, ImportFormat::period_numbers, ImportFormat::seq_numbers}) {
       const bool with_period = format == ImportFormat::period_numbers;
       if (with_period && ticket.period < 1'000'000) continue;  // written with fewer than seven digits
       const ExportSwitches switches{format == ImportFormat::seq_numbers, with_period, true, false, layout};
-      expect(import_Line(export_Line(kSeq, ticket.period, ticket.numbers, switches),
-                         {format, ticket.period}) == ticket,
+      expect(importLine(exportLine(kSeq, ticket.period, ticket.numbers, switches), {format, ticket.period}) ==
+                 ticket,
              "an exported line reads back");
     }
   }
 }
 
-void check_Ticket(std::string_view line, const ImportChoice& choice, const ImportTicket& ticket) {
+void checkTicket(std::string_view line, const ImportChoice& choice, const ImportTicket& ticket) {
   constexpr std::size_t shortest = 15;
   const auto& [reds, blue] = ticket.numbers;
   expect(std::all_of(reds.begin(), reds.end(), [](int red) { return red >= 1 && red <= kRedCount; }),
          "the reds lie in their range");
   expect(blue >= 1 && blue <= kBlueCount, "the blue lies in its range");
-  expect(count_Utf8(trim(line)) >= shortest, "a usable line has fifteen characters");
+  expect(countUtf8(trim(line)) >= shortest, "a usable line has fifteen characters");
   if (choice.format == ImportFormat::period_numbers) {
     expect(ticket.period >= 1 && line.find(fmt::format("{:07}", ticket.period)) != std::string_view::npos,
            "the period stands in the line");
   } else {
     expect(ticket.period == choice.period, "the period is the chosen one");
   }
-  expect(import_Line(fmt::format("\t {} 99 \r", line), choice) == ticket,
+  expect(importLine(fmt::format("\t {} 99 \r", line), choice) == ticket,
          "blanks and an eighth number change nothing");
-  check_Export(ticket);
+  checkExport(ticket);
 }
 
-void check_Lines(std::string_view text, const ImportChoice& choice) {
+void checkLines(std::string_view text, const ImportChoice& choice) {
   while (!text.empty()) {
     const std::size_t before = text.size();
-    const std::string_view line = take_Line(text);
+    const std::string_view line = takeLine(text);
     expect(line.size() < before || text.empty(), "a line takes its end along");
     expect(line.find_first_of("\r\n") == std::string_view::npos, "a line holds no line end");
-    if (const auto ticket = import_Line(line, choice)) check_Ticket(line, choice, *ticket);
+    if (const auto ticket = importLine(line, choice)) checkTicket(line, choice, *ticket);
   }
 }
 
@@ -130,7 +130,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto text = fuzz::decode(bytes);
   fuzz::expect(text.has_value() == (bytes.find('\0') == std::string::npos), "only a 0 byte is no text");
   if (!text) return 0;
-  fuzz::check_Decoding(bytes, *text);
-  fuzz::check_Lines(*text, choice);
+  fuzz::checkDecoding(bytes, *text);
+  fuzz::checkLines(*text, choice);
   return 0;
 }

@@ -42,16 +42,16 @@ class EmptyDesk final : public ui::WindowDesk {
  public:
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
   bool ask(std::string_view /*text*/, std::string_view /*title*/) override { return false; }
-  std::optional<std::string> ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
-                                      std::string_view /*proposed*/) override {
+  std::optional<std::string> askText(std::string_view /*prompt*/, std::string_view /*title*/,
+                                     std::string_view /*proposed*/) override {
     begun();
     return std::to_string(kTarget);
   }
-  void show_Tip(std::string_view /*text*/, std::string_view /*title*/) override {}
+  void showTip(std::string_view /*text*/, std::string_view /*title*/) override {}
   void serve() override {
     longest = std::max(longest, elapsed(last_));
     if (stop_at > 0 && ++served == stop_at) {
-      request_Stop();
+      requestStop();
       pressed = std::chrono::steady_clock::now();
     }
     WindowDesk::serve();
@@ -79,15 +79,15 @@ class EmptyDesk final : public ui::WindowDesk {
 class WindowWorld {
  public:
   explicit WindowWorld(const Sizes& sizes, bool tickets) {
-    world_.add_Draws(sizes.draws);
+    world_.addDraws(sizes.draws);
     world_.pick(sizes.reds, sizes.blues);
     if (tickets) {
-      world_.use_AllConditions(make_Tickets(load_Selection(world_.store()), kTarget));
+      world_.useAllConditions(makeTickets(loadSelection(world_.store()), kTarget));
       init();
     }
-    check(choose_UserMode(world_.store(), UserMode::single), "the user mode");
+    check(chooseUserMode(world_.store(), UserMode::single), "the user mode");
   }
-  void init() { check(init_Tickets(world_.store(), quiet_, kTarget).done, "initialisation"); }
+  void init() { check(initTickets(world_.store(), quiet_, kTarget).done, "initialisation"); }
   [[nodiscard]] Home home() const { return {world_.folder()}; }
   [[nodiscard]] Store& store() { return world_.store(); }
 
@@ -116,13 +116,13 @@ class Open {
   ui::Program program_;
 };
 
-double start_Plainly(const Home& home) {
+double startPlainly(const Home& home) {
   return seconds([&] {
     EmptyDesk desk;
     ProgramStart start(home, desk);
-    const StartStep steps[] = {start.single_Instance(), start.database_Presence(), start.compaction(),
-                               start.size_Guard(),      start.home_Files(),        start.main_Connection()};
-    check(run_Steps(steps).ready, "the plain start");
+    const StartStep steps[] = {start.singleInstance(), start.databasePresence(), start.compaction(),
+                               start.sizeGuard(),      start.homeFiles(),        start.mainConnection()};
+    check(runSteps(steps).ready, "the plain start");
     QMainWindow window;
     window.resize(1240, 720);
     window.show();
@@ -132,19 +132,19 @@ double start_Plainly(const Home& home) {
 
 void start_3500(State& state, const Sizes& sizes) {
   const WindowWorld world(sizes, false);
-  static_cast<void>(start_Plainly(world.home()));  // fonts and pictures of the process
+  static_cast<void>(startPlainly(world.home()));  // fonts and pictures of the process
   std::vector<double> floors;
   std::vector<double> subjects;
   for (auto _ : state) {
     for (int round = 0; round < sizes.rounds; ++round) {
-      floors.push_back(start_Plainly(world.home()));
+      floors.push_back(startPlainly(world.home()));
       subjects.push_back(seconds([&] { const Open open(world.home()); }));
     }
     report(state, median(subjects), median(floors), median(subjects) / median(floors), 0);
   }
 }
 
-double read_Plainly(Store& store, const std::string& sql) {
+double readPlainly(Store& store, const std::string& sql) {
   return seconds([&] {
     Query rows = store.query(sql);
     std::int64_t sum = 0;
@@ -165,13 +165,13 @@ void fill(State& state, const Sizes& sizes, const char* sql, ui::MainWindow::Pag
   Open open(world.home());
   Store& store = open.program().store();
   ui::MainWindow& window = open.program().window();
-  window.show_Page(page);
+  window.showPage(page);
   paint(window);
   std::vector<double> floors;
   std::vector<double> subjects;
   for (auto _ : state) {
     for (int round = 0; round < sizes.rounds; ++round) {
-      floors.push_back(read_Plainly(store, sql));
+      floors.push_back(readPlainly(store, sql));
       subjects.push_back(seconds([&] {
         refill(window);
         paint(window);
@@ -192,7 +192,7 @@ void tickets_100k(State& state, const Sizes& sizes) {
       R"(SELECT "序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中" FROM "日志表"
           ORDER BY "期号","序号")",
       ui::MainWindow::Page::tickets,
-      [](ui::MainWindow& window) { window.findChild<ui::TicketPage*>()->refresh_Tickets(); });
+      [](ui::MainWindow& window) { window.findChild<ui::TicketPage*>()->refreshTickets(); });
 }
 
 void sheet_3500(State& state, const Sizes& sizes) {
@@ -202,7 +202,7 @@ void sheet_3500(State& state, const Sizes& sizes) {
     for (int round = 0; round < sizes.rounds; ++round) {
       Open open(world.home());
       subjects.push_back(seconds([&] {
-        open.program().window().show_Page(ui::MainWindow::Page::conditions);
+        open.program().window().showPage(ui::MainWindow::Page::conditions);
         paint(open.program().window());
       }));
     }
@@ -210,11 +210,11 @@ void sheet_3500(State& state, const Sizes& sizes) {
   }
 }
 
-void click_Sheet(State& state, const Sizes& sizes) {
+void clickSheet(State& state, const Sizes& sizes) {
   const WindowWorld world(sizes, true);
   Open open(world.home());
   ui::MainWindow& window = open.program().window();
-  window.show_Page(ui::MainWindow::Page::conditions);
+  window.showPage(ui::MainWindow::Page::conditions);
   paint(window);
   auto* list = window.findChild<ui::CheckList*>(QStringLiteral("List_TjA_0"));
   std::vector<double> subjects;
@@ -229,13 +229,13 @@ void click_Sheet(State& state, const Sizes& sizes) {
 }
 
 // Runs over all tickets again and again; `measure` gives the seconds of one.
-void run_Again(State& state, const Sizes& sizes, const std::function<double(Open&)>& measure) {
+void runAgain(State& state, const Sizes& sizes, const std::function<double(Open&)>& measure) {
   std::vector<double> subjects;
   for (auto _ : state) {
     for (int round = 0; round < sizes.rounds; ++round) {
       WindowWorld world(sizes, true);
       Open open(world.home());
-      open.program().window().show_Page(ui::MainWindow::Page::tickets);
+      open.program().window().showPage(ui::MainWindow::Page::tickets);
       paint(open.program().window());
       subjects.push_back(measure(open));
     }
@@ -243,31 +243,31 @@ void run_Again(State& state, const Sizes& sizes, const std::function<double(Open
   }
 }
 
-void run_Command(Open& open) { open.program().commands().action("mnu_ShengCeng_1")->trigger(); }
+void runCommand(Open& open) { open.program().commands().action("mnu_ShengCeng_1")->trigger(); }
 
 void alive_100k(State& state, const Sizes& sizes) {
-  run_Again(state, sizes, [](Open& open) {
-    run_Command(open);
+  runAgain(state, sizes, [](Open& open) {
+    runCommand(open);
     open.desk().serve();  // behind the grid's refill
     return open.desk().longest;
   });
 }
 
 void stop_100k(State& state, const Sizes& sizes) {
-  run_Again(state, sizes, [](Open& open) {
+  runAgain(state, sizes, [](Open& open) {
     open.desk().stop_at = 40;
-    run_Command(open);
+    runCommand(open);
     check(open.desk().served >= 40, "the run was over before the stop");
     return EmptyDesk::elapsed(open.desk().pressed);
   });
 }
 
-void register_WindowWorkloads(const Sizes& sizes) {
+void registerWindowWorkloads(const Sizes& sizes) {
   add("start-3500", [sizes](State& state) { start_3500(state, sizes); });
   add("history-3500", [sizes](State& state) { history_3500(state, sizes); });
   add("tickets-100k", [sizes](State& state) { tickets_100k(state, sizes); });
   add("sheet-3500", [sizes](State& state) { sheet_3500(state, sizes); });
-  add("click-sheet", [sizes](State& state) { click_Sheet(state, sizes); });
+  add("click-sheet", [sizes](State& state) { clickSheet(state, sizes); });
   add("alive-100k", [sizes](State& state) { alive_100k(state, sizes); });
   add("stop-100k", [sizes](State& state) { stop_100k(state, sizes); });
 }
@@ -278,12 +278,12 @@ void register_WindowWorkloads(const Sizes& sizes) {
 int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  lotmere::ui::set_UpApplication(application);
+  lotmere::ui::setUpApplication(application);
   const bool smoke = argc > 1 && std::strcmp(argv[argc - 1], "--smoke") == 0;
   if (smoke) --argc;
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  lotmere::bench::register_WindowWorkloads(smoke ? lotmere::bench::kSmoke : lotmere::bench::kFull);
+  lotmere::bench::registerWindowWorkloads(smoke ? lotmere::bench::kSmoke : lotmere::bench::kFull);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;

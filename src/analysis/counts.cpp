@@ -8,15 +8,15 @@
 namespace lotmere {
 namespace {
 
-std::vector<CountRow> empty_Rows(BallColour balls) {
+std::vector<CountRow> emptyRows(BallColour balls) {
   std::vector<CountRow> rows;
-  for (int n = 1; n <= ball_Count(balls); ++n)
-    rows.push_back({n, 0, fmt::format("{}:{}", ball_Name(balls), format_Ball(n))});
+  for (int n = 1; n <= ballCount(balls); ++n)
+    rows.push_back({n, 0, fmt::format("{}:{}", ballName(balls), formatBall(n))});
   return rows;
 }
 
-std::vector<CountRow> count_Draws(Store& store, Desk& desk, BallColour balls, PeriodNo from, PeriodNo to) {
-  std::vector<CountRow> counts = empty_Rows(balls);
+std::vector<CountRow> countDraws(Store& store, Desk& desk, BallColour balls, PeriodNo from, PeriodNo to) {
+  std::vector<CountRow> counts = emptyRows(balls);
   WalkProgress progress(
       desk, store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", from, to));
   Query rows = store.query(
@@ -24,7 +24,7 @@ std::vector<CountRow> count_Draws(Store& store, Desk& desk, BallColour balls, Pe
          WHERE "期号">=? AND "期号"<=?)");
   rows.bind(from, to);
   while (rows.next()) {
-    for_EachBall(balls, read_Numbers(rows, 0), [&](int number) { ++counts[number - 1].count; });
+    forEachBall(balls, readNumbers(rows, 0), [&](int number) { ++counts[number - 1].count; });
     progress.step();
   }
   return counts;
@@ -33,11 +33,11 @@ std::vector<CountRow> count_Draws(Store& store, Desk& desk, BallColour balls, Pe
 }  // namespace
 
 std::vector<CountRow> countRedDraws(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  return count_Draws(store, desk, BallColour::red, from, to);
+  return countDraws(store, desk, BallColour::red, from, to);
 }
 
 std::vector<CountRow> countBlueDraws(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  return count_Draws(store, desk, BallColour::blue, from, to);
+  return countDraws(store, desk, BallColour::blue, from, to);
 }
 
 ChartPeriods loadChartPeriods(Store& store) {

@@ -13,18 +13,18 @@
 namespace lotmere {
 namespace {
 
-std::string insert_Sql() {
+std::string insertSql() {
   const std::vector<char> marks(kDistributionColumns, '?');
   return fmt::format(R"(INSERT INTO "号码分布" VALUES ({}))", fmt::join(marks, ","));
 }
 
-void add_Row(SQLite::Statement& insert, PeriodNo period, const DrawNumbers& numbers) {
+void addRow(SQLite::Statement& insert, PeriodNo period, const DrawNumbers& numbers) {
   insert.clearBindings();
   insert.bind(1, period);
   // Parameters count from 1, columns from 0.
-  for_EachBall(BallColour::red, numbers, [&](int red) { insert.bind(1 + red, format_Ball(red)); });
-  for_EachBall(BallColour::blue, numbers,
-               [&](int blue) { insert.bind(1 + kRedCount + blue, format_Ball(blue)); });
+  forEachBall(BallColour::red, numbers, [&](int red) { insert.bind(1 + red, formatBall(red)); });
+  forEachBall(BallColour::blue, numbers,
+              [&](int blue) { insert.bind(1 + kRedCount + blue, formatBall(blue)); });
   insert.exec();
   insert.reset();
 }
@@ -43,9 +43,9 @@ std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, Distribution
         R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
            WHERE "期号">=? AND "期号"<=? ORDER BY "期号" ASC)");
     rows.bind(oldest, to);
-    Query insert = store.query(insert_Sql());
+    Query insert = store.query(insertSql());
     while (rows.next()) {
-      add_Row(insert.statement(), rows.number(0), read_Numbers(rows, 1));
+      addRow(insert.statement(), rows.number(0), readNumbers(rows, 1));
       progress.step();
     }
   }
@@ -53,7 +53,7 @@ std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, Distribution
   return count;
 }
 
-std::vector<DistributionRow> load_Distribution(Store& store) {
+std::vector<DistributionRow> loadDistribution(Store& store) {
   std::vector<DistributionRow> table;
   table.reserve(static_cast<std::size_t>(store.value(R"(SELECT count(*) FROM "号码分布")")));
   Query rows = store.query(R"(SELECT * FROM "号码分布" ORDER BY "期号" ASC)");

@@ -28,6 +28,6 @@ struct DistributionRow {
 };
 
 // `号码分布` as it was built last, in the order of the periods.
-[[nodiscard]] std::vector<DistributionRow> load_Distribution(Store& store);
+[[nodiscard]] std::vector<DistributionRow> loadDistribution(Store& store);
 
 }  // namespace lotmere

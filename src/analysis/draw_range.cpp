@@ -9,7 +9,7 @@ constexpr std::int64_t kRowsBetweenServes = 64;
 
 }  // namespace
 
-std::string_view ball_Name(BallColour balls) { return balls == BallColour::red ? "红球" : "蓝球"; }
+std::string_view ballName(BallColour balls) { return balls == BallColour::red ? "红球" : "蓝球"; }
 
 WalkProgress::WalkProgress(Desk& desk, std::int64_t rows) {
   if (rows >= kRowsWorthABar) job_.emplace(desk, rows, Job::Stop::impossible);

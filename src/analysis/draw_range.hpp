@@ -15,16 +15,16 @@ namespace lotmere {
 enum class BallColour { red, blue };
 
 // Numbers run from 1 to this.
-[[nodiscard]] constexpr int ball_Count(BallColour balls) {
+[[nodiscard]] constexpr int ballCount(BallColour balls) {
   return balls == BallColour::red ? kRedCount : kBlueCount;
 }
 
 // "红球" or "蓝球".
-[[nodiscard]] std::string_view ball_Name(BallColour balls);
+[[nodiscard]] std::string_view ballName(BallColour balls);
 
 // Calls `visit(number)` for each number of a draw, a red that stands twice once; nothing for the missing number.
 template <class Visit>
-void for_EachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
+void forEachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
   if (balls == BallColour::blue) {
     if (numbers.blue != 0) visit(numbers.blue);
     return;

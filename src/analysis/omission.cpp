@@ -13,7 +13,7 @@ namespace {
 // The gaps of one number while the draws go by.
 class GapTally {
  public:
-  void add_Hit(int place) {
+  void addHit(int place) {
     gap_ = place - last_place_ - 1;
     largest_ = std::max(largest_, gap_);
     sum_ += gap_;
@@ -23,7 +23,7 @@ class GapTally {
 
   [[nodiscard]] OmissionFigures figures(int draws) const {
     OmissionFigures figures{hits_, draws - 1 - last_place_, std::nullopt};
-    if (hits_ > 1) figures.closed = ClosedGaps{largest_, divide_HalfToEven(sum_, hits_ - 1), gap_};
+    if (hits_ > 1) figures.closed = ClosedGaps{largest_, divideHalfToEven(sum_, hits_ - 1), gap_};
     return figures;
   }
 
@@ -36,9 +36,9 @@ class GapTally {
 };
 
 // Marking every number in turn leaves the largest red in the mark; blues are found without marks.
-int last_Mark(BallColour balls, const DrawNumbers& numbers) {
+int lastMark(BallColour balls, const DrawNumbers& numbers) {
   int mark = 0;
-  if (balls == BallColour::red) for_EachBall(balls, numbers, [&](int red) { mark = std::max(mark, red); });
+  if (balls == BallColour::red) forEachBall(balls, numbers, [&](int red) { mark = std::max(mark, red); });
   return mark;
 }
 
@@ -50,15 +50,15 @@ struct WorkRow {
   bool changes = false;  // the row holds another place or mark
 };
 
-std::vector<WorkRow> read_Rows(Store& store, WalkProgress& progress, BallColour balls, PeriodNo period) {
+std::vector<WorkRow> readRows(Store& store, WalkProgress& progress, BallColour balls, PeriodNo period) {
   Query row = store.query(
       R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
          ifnull("总期号",-1),ifnull("遗漏数据",-1) FROM "历史记录" WHERE "期号"<=? ORDER BY "期号" ASC)");
   row.bind(period);
   std::vector<WorkRow> rows;
   for (int place = 0; row.next(); ++place) {
-    WorkRow& draw = rows.emplace_back(WorkRow{row.number(0), read_Numbers(row, 1)});
-    draw.mark = last_Mark(balls, draw.numbers);
+    WorkRow& draw = rows.emplace_back(WorkRow{row.number(0), readNumbers(row, 1)});
+    draw.mark = lastMark(balls, draw.numbers);
     draw.changes = row.number(8) != place || row.number(9) != draw.mark;
     progress.step();
   }
@@ -71,7 +71,7 @@ enum Question : int { changes, new_place, new_mark };
 // Most rows hold already what they get: the numbering changes behind a hole only, the marks with the colour.
 // A row has 83 columns, all of them read and built anew by a write, so those that change are written by one
 // statement in one scan: a statement each costs as much again.
-void write_WorkColumns(Store& store, WalkProgress& progress, const std::vector<WorkRow>& rows) {
+void writeWorkColumns(Store& store, WalkProgress& progress, const std::vector<WorkRow>& rows) {
   if (std::none_of(rows.begin(), rows.end(), [](const WorkRow& row) { return row.changes; })) return;
   auto row = rows.begin();
   RowFunction draw(store, "lotmere_draw", 2, [&](std::span<const std::int32_t> values) {
@@ -95,11 +95,11 @@ void write_WorkColumns(Store& store, WalkProgress& progress, const std::vector<W
            rows.back().period);
 }
 
-Omission tally_Gaps(BallColour balls, PeriodNo period, const std::vector<WorkRow>& rows) {
-  std::vector<GapTally> tallies(ball_Count(balls));
+Omission tallyGaps(BallColour balls, PeriodNo period, const std::vector<WorkRow>& rows) {
+  std::vector<GapTally> tallies(ballCount(balls));
   int place = 0;
   for (const WorkRow& row : rows) {
-    for_EachBall(balls, row.numbers, [&](int number) { tallies[number - 1].add_Hit(place); });
+    forEachBall(balls, row.numbers, [&](int number) { tallies[number - 1].addHit(place); });
     ++place;
   }
   Omission omission{balls, period, {}, 0};
@@ -110,36 +110,36 @@ Omission tally_Gaps(BallColour balls, PeriodNo period, const std::vector<WorkRow
   return omission;
 }
 
-void tell_Missing(Store& store, Desk& desk, PeriodNo period) {
+void tellMissing(Store& store, Desk& desk, PeriodNo period) {
   const bool any = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0;
   desk.tell(
       any ? fmt::format("历史记录里没有 {} 期，无法统计遗漏。", period) : "历史记录是空的，无法统计遗漏。",
       Tone::warning);
 }
 
-std::optional<Omission> analyse_Omission(Store& store, Desk& desk, BallColour balls, PeriodNo period) {
+std::optional<Omission> analyseOmission(Store& store, Desk& desk, BallColour balls, PeriodNo period) {
   period = std::min(period, latestPeriod(store));
   if (!findDraw(store, period)) {
-    tell_Missing(store, desk, period);
+    tellMissing(store, desk, period);
     return std::nullopt;
   }
   StoreChange change(store);
   const auto count = store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号"<=?)", period);
   WalkProgress progress(desk, 2 * count);
-  const auto rows = read_Rows(store, progress, balls, period);
-  write_WorkColumns(store, progress, rows);
+  const auto rows = readRows(store, progress, balls, period);
+  writeWorkColumns(store, progress, rows);
   change.commit();
-  return tally_Gaps(balls, period, rows);
+  return tallyGaps(balls, period, rows);
 }
 
 }  // namespace
 
 std::optional<Omission> analyseRedOmission(Store& store, Desk& desk, PeriodNo period) {
-  return analyse_Omission(store, desk, BallColour::red, period);
+  return analyseOmission(store, desk, BallColour::red, period);
 }
 
 std::optional<Omission> analyseBlueOmission(Store& store, Desk& desk, PeriodNo period) {
-  return analyse_Omission(store, desk, BallColour::blue, period);
+  return analyseOmission(store, desk, BallColour::blue, period);
 }
 
 std::vector<PeriodNo> loadOmissionPeriods(Store& store) {

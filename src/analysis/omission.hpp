@@ -56,7 +56,7 @@ struct Omission {
 
 // The quotient rounded to the nearest whole number, a half to the even one. `dividend` from 0 on, `divisor`
 // from 1 on.
-[[nodiscard]] constexpr int divide_HalfToEven(int dividend, int divisor) {
+[[nodiscard]] constexpr int divideHalfToEven(int dividend, int divisor) {
   const int quotient = dividend / divisor;
   const int twice = 2 * (dividend % divisor);
   return twice > divisor || (twice == divisor && quotient % 2 == 1) ? quotient + 1 : quotient;

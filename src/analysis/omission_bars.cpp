@@ -18,14 +18,14 @@ constexpr Stripe kClosedStripe{30.0 / 500, 105.0 / 500};
 constexpr Stripe kRunningStripe{200.0 / 500, 240.0 / 500};
 
 // What the whole height above the base stands for: the longest closed gap, one more, and a tenth.
-int scale_Of(const Omission& omission, const ClosedGaps& gaps) {
-  return divide_HalfToEven((std::max(omission.largest, gaps.largest) + 1) * 11, 10);
+int scaleOf(const Omission& omission, const ClosedGaps& gaps) {
+  return divideHalfToEven((std::max(omission.largest, gaps.largest) + 1) * 11, 10);
 }
 
 }  // namespace
 
-Box place_Group(BallColour balls, int number, double frame_width, double frame_height) {
-  const double unit = frame_width / ball_Count(balls);
+Box placeGroup(BallColour balls, int number, double frame_width, double frame_height) {
+  const double unit = frame_width / ballCount(balls);
   return {(number - 1) * unit + unit * 0.1, frame_height * 0.1, unit * 0.8, frame_height * 0.8};
 }
 
@@ -33,7 +33,7 @@ OmissionBars drawOmissionBars(const Omission& omission, int number, double width
   const OmissionFigures& figures = omission.of(number);
   const ClosedGaps gaps = figures.closed.value_or(ClosedGaps{});
   const double base = std::nearbyint(height - kBaseAboveFoot);
-  const double step = base / scale_Of(omission, gaps);
+  const double step = base / scaleOf(omission, gaps);
   const auto bar = [&](const Stripe& stripe, int value) {
     return Box{stripe.left * width, base - step * value, stripe.width * width, step * value};
   };

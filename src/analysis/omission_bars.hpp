@@ -15,7 +15,7 @@ struct Box {
 
 // The place of one number's group in a frame of that width and height. `number` from 1 to the count of the
 // colour.
-[[nodiscard]] Box place_Group(BallColour balls, int number, double frame_width, double frame_height);
+[[nodiscard]] Box placeGroup(BallColour balls, int number, double frame_width, double frame_height);
 
 // Inside a group. A gap that isn't known has a bar without height.
 struct OmissionBars {

@@ -10,64 +10,64 @@ namespace {
 constexpr int kHitsWorthAReport = 4;
 constexpr int kRuleLength = 21;
 
-std::string wide_Ball(int number) { return to_QuanJiao(format_Ball(number)); }
+std::string wideBall(int number) { return toFullWidth(formatBall(number)); }
 
-std::string hits_Line(const OmissionFigures& figures) {
-  return fmt::format("总共开出：{} 期", to_QuanJiao(figures.hits));
+std::string hitsLine(const OmissionFigures& figures) {
+  return fmt::format("总共开出：{} 期", toFullWidth(figures.hits));
 }
 
-std::string last_Line(const OmissionFigures& figures) {
-  return fmt::format("最近一次的遗漏值：{} 期", to_QuanJiao(gap_Text(figures, &ClosedGaps::last)));
+std::string lastLine(const OmissionFigures& figures) {
+  return fmt::format("最近一次的遗漏值：{} 期", toFullWidth(gapText(figures, &ClosedGaps::last)));
 }
 
 // Every line with an empty one before it.
-std::string figure_Lines(const Omission& omission, int number) {
+std::string figureLines(const Omission& omission, int number) {
   const OmissionFigures& figures = omission.of(number);
   std::string text;
   for (const std::string& line :
-       {hits_Line(figures) + " ", largest_Tip(omission, number), average_Tip(omission, number),
-        last_Line(figures), running_Tip(omission, number)})
+       {hitsLine(figures) + " ", largestTip(omission, number), averageTip(omission, number),
+        lastLine(figures), runningTip(omission, number)})
     text += fmt::format("{0}{0}{1}", kLineBreak, line);
   return text;
 }
 
-std::string tell_Figures(const Omission& omission, int number, const std::string& head,
-                         const std::string& rule) {
+std::string tellFigures(const Omission& omission, int number, const std::string& head,
+                        const std::string& rule) {
   const OmissionFigures& figures = omission.of(number);
-  if (figures.hits < kHitsWorthAReport) return fmt::format("({})  {}", head, hits_Line(figures));
-  return head + rule + figure_Lines(omission, number);
+  if (figures.hits < kHitsWorthAReport) return fmt::format("({})  {}", head, hitsLine(figures));
+  return head + rule + figureLines(omission, number);
 }
 
 }  // namespace
 
-std::string omission_Report(const Omission& omission, int number) {
-  const std::string until = fmt::format("截止 {} 期", to_QuanJiao(omission.period));
-  const std::string head = fmt::format("{}号码{} {}", ball_Name(omission.balls), wide_Ball(number),
+std::string omissionReport(const Omission& omission, int number) {
+  const std::string until = fmt::format("截止 {} 期", toFullWidth(omission.period));
+  const std::string head = fmt::format("{}号码{} {}", ballName(omission.balls), wideBall(number),
                                        omission.balls == BallColour::red ? "(" + until + ")" : until);
-  return tell_Figures(omission, number, head, std::string(kLineBreak) + std::string(kRuleLength, '_'));
+  return tellFigures(omission, number, head, std::string(kLineBreak) + std::string(kRuleLength, '_'));
 }
 
-std::string omission_Tip(const Omission& omission, int number) {
-  return tell_Figures(omission, number,
-                      fmt::format("{}号码 {}", ball_Name(omission.balls), wide_Ball(number)), "");
+std::string omissionTip(const Omission& omission, int number) {
+  return tellFigures(omission, number, fmt::format("{}号码 {}", ballName(omission.balls), wideBall(number)),
+                     "");
 }
 
-std::string largest_Tip(const Omission& omission, int number) {
+std::string largestTip(const Omission& omission, int number) {
   return fmt::format("历史遗漏最大值：{} 期",
-                     to_QuanJiao(gap_Text(omission.of(number), &ClosedGaps::largest)));
+                     toFullWidth(gapText(omission.of(number), &ClosedGaps::largest)));
 }
 
-std::string average_Tip(const Omission& omission, int number) {
+std::string averageTip(const Omission& omission, int number) {
   return fmt::format("历史遗漏平均值：{} 期",
-                     to_QuanJiao(gap_Text(omission.of(number), &ClosedGaps::average)));
+                     toFullWidth(gapText(omission.of(number), &ClosedGaps::average)));
 }
 
-std::string running_Tip(const Omission& omission, int number) {
-  return fmt::format("第{}期遗漏值：{} 期", to_QuanJiao(omission.period),
-                     to_QuanJiao(omission.of(number).running));
+std::string runningTip(const Omission& omission, int number) {
+  return fmt::format("第{}期遗漏值：{} 期", toFullWidth(omission.period),
+                     toFullWidth(omission.of(number).running));
 }
 
-std::string gap_Text(const OmissionFigures& figures, int ClosedGaps::*gap) {
+std::string gapText(const OmissionFigures& figures, int ClosedGaps::*gap) {
   return figures.closed ? std::to_string((*figures.closed).*gap) : "—";
 }
 

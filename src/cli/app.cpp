@@ -18,16 +18,16 @@
 namespace lotmere {
 namespace {
 
-CommandList all_Commands() {
+CommandList allCommands() {
   CommandList list;
-  add_DrawCommands(list);
-  add_DrawViewCommands(list);
-  add_NumberCommands(list);
-  add_ConditionCommands(list);
-  add_TicketCommands(list);
-  add_AnalysisCommands(list);
-  add_UserCommands(list);
-  add_StoreCommands(list);
+  addDrawCommands(list);
+  addDrawViewCommands(list);
+  addNumberCommands(list);
+  addConditionCommands(list);
+  addTicketCommands(list);
+  addAnalysisCommands(list);
+  addUserCommands(list);
+  addStoreCommands(list);
   return list;
 }
 
@@ -81,14 +81,14 @@ void describe(CLI::App& app, Call& call, const CommandList& commands) {
     CLI::App* sub = groups[command->group()]->add_subcommand(command->name(), command->description());
     sub->group("命令");
     sub->set_help_flag("-h,--help", "显示用法");
-    command->add_Options(*sub);
+    command->addOptions(*sub);
     sub->callback([&call, found = command.get()] { call.command = found; });
   }
 }
 
 // The parser's own words are English; what matters in them is the name of the argument in front of the colon
 // or the blank.
-std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
+std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
   constexpr const char* help = "用 --help 查看用法。";
   const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
   const std::string detail = error.what();
@@ -96,7 +96,7 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
   // the word.
   const auto unknown = app.remaining(true);
   if (!unknown.empty() && (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError))
-    return fmt::format("有不认识的命令或参数{}。{}", quote_Typed(fmt::format("{}", fmt::join(unknown, " "))),
+    return fmt::format("有不认识的命令或参数{}。{}", quoteTyped(fmt::format("{}", fmt::join(unknown, " "))),
                        help);
   if (code == CLI::ExitCodes::RequiredError)
     return detail.starts_with("A subcommand")
@@ -108,88 +108,88 @@ std::string usage_Text(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 // The steps of a start that this command needs, in their order.
-std::vector<StartStep> start_Order(ProgramStart& start, const Call& call, Desk& desk,
-                                   const Credentials& typed, HashLimits limits, int& status) {
+std::vector<StartStep> startOrder(ProgramStart& start, const Call& call, Desk& desk, const Credentials& typed,
+                                  HashLimits limits, int& status) {
   const auto prepare = [&start, &call, &desk, &status] {
     status = call.command->prepare(start.home(), desk);
     return status == kExitDone;
   };
-  std::vector<StartStep> order{start.single_Instance(), {"preparation", prepare}, start.database_Presence()};
+  std::vector<StartStep> order{start.singleInstance(), {"preparation", prepare}, start.databasePresence()};
   if (call.command->compacts()) {
     order.push_back(start.compaction());
-    order.push_back(start.size_Guard());
+    order.push_back(start.sizeGuard());
   }
-  order.push_back(start.home_Files());
-  order.push_back(start.main_Connection());
-  if (call.command->needs_User())
-    order.push_back({"login", [&] { return enter_AsUser(start, desk, typed, limits); }});
+  order.push_back(start.homeFiles());
+  order.push_back(start.mainConnection());
+  if (call.command->needsUser())
+    order.push_back({"login", [&] { return enterAsUser(start, desk, typed, limits); }});
   return order;
 }
 
 // The draws keep counts of the intervals, which a kill, an older version or the command itself may have left
 // due. A failure is told and leaves the mark for the next command; this one goes on.
-void recount_Intervals(Store& store, Desk& desk) {
+void recountIntervals(Store& store, Desk& desk) {
   try {
-    recount_Due(store, desk);
+    recountDue(store, desk);
   } catch (const std::exception& failure) {
-    desk.show_Tip("各期的区间个数没有重新计算。" + failure_Text(failure), "区间");
+    desk.showTip("各期的区间个数没有重新计算。" + failureText(failure), "区间");
   }
 }
 
 // What the exit of the program does: the user's settings go to their profile. The command's own result stands
 // already and stays current, so a failure is told and saved at the next chance.
-void save_Settings(const ProgramStart& start, Desk& desk) {
-  if (user_Mode(start.store()) != UserMode::multi) return;
+void saveSettings(const ProgramStart& start, Desk& desk) {
+  if (userMode(start.store()) != UserMode::multi) return;
   try {
-    static_cast<void>(save_CurrentUser({start.store(), start.home(), desk, real_Clock().today()}));
+    static_cast<void>(saveCurrentUser({start.store(), start.home(), desk, realClock().today()}));
   } catch (const std::exception& failure) {
-    desk.show_Tip("用户文件没有更新。" + failure_Text(failure), "用户");
+    desk.showTip("用户文件没有更新。" + failureText(failure), "用户");
   }
 }
 
 // Draws, conditions and users last; tickets and work columns are made anew at will. A copy of what lasts is
 // kept beside the store, should its file be lost before the next compaction.
-void refresh_Backup(const ProgramStart& start, const Command& command, Desk& desk) {
+void refreshBackup(const ProgramStart& start, const Command& command, Desk& desk) {
   const std::string_view group = command.group();
   if (group.empty() || group == "tickets" || start.store().db().getTotalChanges() == 0) return;
   try {
-    if (!copy_Database(start.home().main_Db(), start.home().backup_Db(), real_Files()))
-      desk.show_Tip("备份没有更新：数据文件已损坏。", "备份");
+    if (!copyDatabase(start.home().mainDb(), start.home().backupDb(), realFiles()))
+      desk.showTip("备份没有更新：数据文件已损坏。", "备份");
   } catch (const std::exception& failure) {
-    desk.show_Tip("备份没有更新。" + failure_Text(failure), "备份");
+    desk.showTip("备份没有更新。" + failureText(failure), "备份");
   }
 }
 
-TerminalDesk::Answer typed_Answer(const std::string& text) {
+TerminalDesk::Answer typedAnswer(const std::string& text) {
   if (text.empty()) return TerminalDesk::Answer::none;
   return text == "yes" ? TerminalDesk::Answer::yes : TerminalDesk::Answer::no;
 }
 
-int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
-  TerminalDesk desk(out, err, typed_Answer(call.answer), surroundings.show_bar);
+int runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
+  TerminalDesk desk(out, err, typedAnswer(call.answer), surroundings.show_bar);
   if (call.home.empty() && surroundings.data_home.empty() && surroundings.user_home.empty())
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
   std::optional<std::string> password;
-  if (!call.password_file.empty() && !(password = read_Password(desk, call.password_file)))
+  if (!call.password_file.empty() && !(password = readPassword(desk, call.password_file)))
     return kExitRefused;
-  ProgramStart start(call.home.empty() ? find_Home(surroundings.program_folder, surroundings.data_home,
-                                                   surroundings.user_home)
+  ProgramStart start(call.home.empty() ? findHome(surroundings.program_folder, surroundings.data_home,
+                                                  surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},
                      desk);
   int prepared = kExitDone;
   const StartOutcome outcome =
-      run_Steps(start_Order(start, call, desk, {call.user, password.value_or(std::string())},
-                            surroundings.password_limits, prepared));
+      runSteps(startOrder(start, call, desk, {call.user, password.value_or(std::string())},
+                          surroundings.password_limits, prepared));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
-  if (!outcome.ready) return prepared != kExitDone && desk.was_Interrupted() ? kExitStopped : kExitRefused;
+  if (!outcome.ready) return prepared != kExitDone && desk.wasInterrupted() ? kExitStopped : kExitRefused;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
-  recount_Intervals(session.store, desk);
+  recountIntervals(session.store, desk);
   int status = call.command->run(session);
-  if (status == kExitRefused && desk.was_Interrupted()) status = kExitStopped;
-  recount_Intervals(session.store, desk);
-  if (call.command->needs_User()) save_Settings(start, desk);
-  refresh_Backup(start, *call.command, desk);
-  desk.settle_Interrupt();
+  if (status == kExitRefused && desk.wasInterrupted()) status = kExitStopped;
+  recountIntervals(session.store, desk);
+  if (call.command->needsUser()) saveSettings(start, desk);
+  refreshBackup(start, *call.command, desk);
+  desk.settleInterrupt();
   out.flush();
   if (!out) return refuse(desk, "无法写出结果。");
   return status;
@@ -197,21 +197,21 @@ int run_InHome(const Call& call, std::ostream& out, std::ostream& err, const Sur
 
 // The one place that catches a failure of the store or of a file: what the operation had not committed is
 // rolled back by then.
-int run_Command(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
+int runCommand(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
   try {
-    return run_InHome(call, out, err, surroundings);
+    return runInHome(call, out, err, surroundings);
   } catch (const std::exception& failure) {
-    err << failure_Text(failure) << '\n';
+    err << failureText(failure) << '\n';
   }
   return kExitRefused;
 }
 
 }  // namespace
 
-int run_Cli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
-            const Surroundings& surroundings) {
+int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+           const Surroundings& surroundings) {
   CLI::App app{"双色球选号、过滤、缩水工具", "lotmere-cli"};
-  const CommandList commands = all_Commands();
+  const CommandList commands = allCommands();
   Call call;
   describe(app, call, commands);
   try {
@@ -220,15 +220,15 @@ int run_Cli(const std::vector<std::string>& arguments, std::ostream& out, std::o
     // --help and --version
     return app.exit(wanted, out, err);
   } catch (const CLI::ParseError& error) {
-    err << usage_Text(app, error) << '\n';
+    err << usageText(app, error) << '\n';
     return kExitUsage;
   }
-  if (call.user_typed && call.command->names_User()) {
+  if (call.user_typed && call.command->namesUser()) {
     err << fmt::format("{} {} 自己写用户名，不能再加 --user。用 --help 查看用法。\n", call.command->group(),
                        call.command->name());
     return kExitUsage;
   }
-  return run_Command(call, out, err, surroundings);
+  return runCommand(call, out, err, surroundings);
 }
 
 }  // namespace lotmere

@@ -10,16 +10,16 @@
 
 namespace lotmere {
 
-std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from, const std::string& to) {
-  const auto first = read_Period(desk, from);
-  const auto last = first ? read_Period(desk, to) : std::nullopt;
+std::optional<PeriodRange> readRange(Desk& desk, const std::string& from, const std::string& to) {
+  const auto first = readPeriod(desk, from);
+  const auto last = first ? readPeriod(desk, to) : std::nullopt;
   if (!last) return std::nullopt;
   if (*first <= *last) return PeriodRange{*first, *last};
   refuse(desk, "起始期号不能大于结束期号。");
   return std::nullopt;
 }
 
-CLI::Validator whole_Number(int first, int last) {
+CLI::Validator wholeNumber(int first, int last) {
   const auto check = [=](std::string& text) -> std::string {
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -52,12 +52,12 @@ class Command {
   [[nodiscard]] const char* description() const { return description_; }
 
   // Whether it works on somebody's settings: where several people use the program, it then asks who.
-  [[nodiscard]] virtual bool needs_User() const { return true; }
+  [[nodiscard]] virtual bool needsUser() const { return true; }
   // Whether it takes the name of a user as its argument, so that --user beside it is wrong usage.
-  [[nodiscard]] virtual bool names_User() const { return false; }
+  [[nodiscard]] virtual bool namesUser() const { return false; }
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
-  virtual void add_Options(CLI::App& /*app*/) {}
+  virtual void addOptions(CLI::App& /*app*/) {}
   // What is done to the locked home before its store is looked at. kExitDone goes on with the start; any other status
   // ends the command, told why.
   [[nodiscard]] virtual int prepare(const Home& /*home*/, Desk& /*desk*/) { return kExitDone; }
@@ -72,22 +72,22 @@ class Command {
 };
 
 using CommandList = std::vector<std::unique_ptr<Command>>;
-void add_DrawCommands(CommandList& list);
-void add_DrawViewCommands(CommandList& list);
-void add_NumberCommands(CommandList& list);
-void add_ConditionCommands(CommandList& list);
-void add_OwnSetCommands(CommandList& list);
-void add_TicketCommands(CommandList& list);
-void add_AnalysisCommands(CommandList& list);
-void add_UserCommands(CommandList& list);
-void add_StoreCommands(CommandList& list);
+void addDrawCommands(CommandList& list);
+void addDrawViewCommands(CommandList& list);
+void addNumberCommands(CommandList& list);
+void addConditionCommands(CommandList& list);
+void addOwnSetCommands(CommandList& list);
+void addTicketCommands(CommandList& list);
+void addAnalysisCommands(CommandList& list);
+void addUserCommands(CommandList& list);
+void addStoreCommands(CommandList& list);
 
 // Two periods as typed, the first not behind the second; told and nothing otherwise.
-[[nodiscard]] std::optional<PeriodRange> read_Range(Desk& desk, const std::string& from,
-                                                    const std::string& to);
+[[nodiscard]] std::optional<PeriodRange> readRange(Desk& desk, const std::string& from,
+                                                   const std::string& to);
 
 // Lets a whole number of first to last through, in decimal digits and with leading zeros (09 is nine).
-[[nodiscard]] CLI::Validator whole_Number(int first, int last);
+[[nodiscard]] CLI::Validator wholeNumber(int first, int last);
 
 // Tells a refusal and gives its exit status.
 int refuse(Desk& desk, std::string_view text);

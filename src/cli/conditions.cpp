@@ -16,23 +16,23 @@ namespace lotmere {
 namespace {
 
 // The condition that a person names; told when there is none.
-const Condition* named_Condition(Session& session, const std::string& name) {
+const Condition* namedCondition(Session& session, const std::string& name) {
   const Condition* condition = findCondition(name);
-  if (condition == nullptr) refuse(session.desk, fmt::format("没有名为{}的条件。", quote_Typed(name)));
+  if (condition == nullptr) refuse(session.desk, fmt::format("没有名为{}的条件。", quoteTyped(name)));
   return condition;
 }
 
-void print_Condition(Session& session, const Condition& condition) {
+void printCondition(Session& session, const Condition& condition) {
   session.out << fmt::format("{}\t{}\t{}\t{}\n", condition.usage, condition.name,
-                             is_Used(session.store, condition.usage) ? "on" : "off",
-                             current_Value(session.store, condition));
+                             isUsed(session.store, condition.usage) ? "on" : "off",
+                             currentValue(session.store, condition));
 }
 
 // The match with past draws has a switch of its own and no number.
-void print_MatchSettings(Session& session) {
-  const HistoryMatch match = load_HistoryMatch(session.store);
+void printMatchSettings(Session& session) {
+  const HistoryMatch match = loadHistoryMatch(session.store);
   session.out << fmt::format("-\t{}\t{}\t{}\n", kHistoryMatchName, match.used ? "on" : "off",
-                             match_Text(match));
+                             matchText(match));
 }
 
 class ListCommand final : public Command {
@@ -40,8 +40,8 @@ class ListCommand final : public Command {
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
   int run(Session& session) override {
-    for (const Condition& condition : allConditions()) print_Condition(session, condition);
-    print_MatchSettings(session);
+    for (const Condition& condition : allConditions()) printCondition(session, condition);
+    printMatchSettings(session);
     return kExitDone;
   }
 };
@@ -54,10 +54,10 @@ class StrengthCommand final : public Command {
             "conditions", "strength",
             "条件的松紧：编号、名称、开关、放行红球组合的百分比、开奖号码符合的期数、对照的期数，一行一个") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("NAME", name_, "条件的名称或编号，不写为所有条件");
     app.add_option("--last", last_, "对照最近多少期开奖，1 到 10000，不写为 100")
-        ->transform(whole_Number(1, 10'000));
+        ->transform(wholeNumber(1, 10'000));
   }
 
   int run(Session& session) override {
@@ -70,7 +70,7 @@ class StrengthCommand final : public Command {
     }
     std::vector<Condition> conditions;
     if (name_) {
-      const auto condition = named_Condition(session, *name_);
+      const auto condition = namedCondition(session, *name_);
       if (!condition) return kExitRefused;
       conditions.push_back(*condition);
     } else {
@@ -80,10 +80,10 @@ class StrengthCommand final : public Command {
     Job job(session.desk, static_cast<std::int64_t>(conditions.size()), Job::Stop::possible);
     std::int64_t done = 0;
     for (const Condition& condition : conditions) {
-      print(session, std::to_string(condition.usage), condition.name, is_Used(session.store, condition.usage),
+      print(session, std::to_string(condition.usage), condition.name, isUsed(session.store, condition.usage),
             conditionStrength(set, draws, condition, next, last_));
       if (job.advance(++done))
-        return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", to_QuanJiao(done)));
+        return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", toFullWidth(done)));
     }
     if (!name_) printMatch(session, set, draws, next);
     return kExitDone;
@@ -99,7 +99,7 @@ class StrengthCommand final : public Command {
                     const std::optional<Strength>& strength) {
     session.out << fmt::format("{}\t{}\t{}\t", number, name, used ? "on" : "off");
     if (strength)
-      session.out << fmt::format("{:.2f}\t{}\t{}\n", share_Percent(*strength), strength->passed,
+      session.out << fmt::format("{:.2f}\t{}\t{}\n", sharePercent(*strength), strength->passed,
                                  strength->draws);
     else
       session.out << "-\t-\t-\n";
@@ -113,21 +113,21 @@ class UseCommand final : public Command {
  public:
   UseCommand() : Command("conditions", "use", "打开或关闭一个条件") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("NAME", name_, "条件的名称或编号")->required();
     app.add_option("STATE", state_, "on 打开，off 关闭")->required()->check(CLI::IsMember({"on", "off"}));
   }
 
   int run(Session& session) override {
     if (trim(name_) == kHistoryMatchName) {
-      set_HistoryMatch(session.store, &HistoryMatch::used, state_ == "on");
-      print_MatchSettings(session);
+      setHistoryMatch(session.store, &HistoryMatch::used, state_ == "on");
+      printMatchSettings(session);
       return kExitDone;
     }
-    const auto condition = named_Condition(session, name_);
+    const auto condition = namedCondition(session, name_);
     if (!condition) return kExitRefused;
-    use_Condition(session.store, *condition, state_ == "on");
-    print_Condition(session, *condition);
+    useCondition(session.store, *condition, state_ == "on");
+    printCondition(session, *condition);
     return kExitDone;
   }
 
@@ -140,16 +140,16 @@ class AllowCommand final : public Command {
  public:
   AllowCommand() : Command("conditions", "allow", "设置一个条件允许的取值，其余的取值都不允许") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("NAME", name_, "条件的名称或编号")->required();
     app.add_option("VALUES", values_, "取值，如 60-140,150；形式用分号隔开，如 2,2,1,1;3,3")->required();
   }
 
   int run(Session& session) override {
-    const auto condition = named_Condition(session, name_);
+    const auto condition = namedCondition(session, name_);
     if (!condition) return kExitRefused;
-    if (!allow_Values(session.store, session.desk, *condition, values_)) return kExitRefused;
-    print_Condition(session, *condition);
+    if (!allowValues(session.store, session.desk, *condition, values_)) return kExitRefused;
+    printCondition(session, *condition);
     return kExitDone;
   }
 
@@ -164,14 +164,14 @@ class NumberSettingCommand final : public Command {
   NumberSettingCommand(const char* name, const char* description, ConditionId cell, int first, int last)
       : Command("conditions", name, description), cell_(cell), first_(first), last_(last) {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("N", number_, fmt::format("{} 到 {}", first_, last_))
         ->required()
-        ->transform(whole_Number(first_, last_));
+        ->transform(wholeNumber(first_, last_));
   }
 
   int run(Session& session) override {
-    set_ConditionValue(session.store, cell_, number_);
+    setConditionValue(session.store, cell_, number_);
     return kExitDone;
   }
 
@@ -188,17 +188,17 @@ class MatchCommand final : public Command {
       : Command("conditions", "match",
                 "历史数据过滤：过滤掉与这段期号里任何一期有 N 个或更多相同红球的号码，并打开这个条件") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("FROM", from_, "起始期号")->required();
     app.add_option("TO", to_, "结束期号")->required();
-    app.add_option("N", match_, "最大匹配值，1 到 6")->required()->transform(whole_Number(1, kRedsPerTicket));
+    app.add_option("N", match_, "最大匹配值，1 到 6")->required()->transform(wholeNumber(1, kRedsPerTicket));
   }
 
   int run(Session& session) override {
-    const auto range = read_Range(session.desk, from_, to_);
+    const auto range = readRange(session.desk, from_, to_);
     if (!range) return kExitRefused;
-    save_HistoryMatch(session.store, {true, range->from, range->to, match_, true});
-    print_MatchSettings(session);
+    saveHistoryMatch(session.store, {true, range->from, range->to, match_, true});
+    printMatchSettings(session);
     return kExitDone;
   }
 
@@ -213,7 +213,7 @@ class SummaryCommand final : public Command {
   SummaryCommand() : Command("conditions", "show", "显示全部设置") {}
 
   int run(Session& session) override {
-    for (const char c : tj_Summary(session.store))
+    for (const char c : summaryText(session.store))
       if (c != '\r') session.out << c;
     return kExitDone;
   }
@@ -224,7 +224,7 @@ class ResetCommand final : public Command {
   ResetCommand() : Command("conditions", "reset", "还原默认值，并清空已选的号码") {}
 
   int run(Session& session) override {
-    restore_Defaults(session.store);
+    restoreDefaults(session.store);
     session.desk.tell("完成，过滤条件已经还原为默认值！");
     return kExitDone;
   }
@@ -232,13 +232,13 @@ class ResetCommand final : public Command {
 
 }  // namespace
 
-void add_ConditionCommands(CommandList& list) {
+void addConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<StrengthCommand>());
   list.push_back(std::make_unique<UseCommand>());
   list.push_back(std::make_unique<AllowCommand>());
   list.push_back(std::make_unique<SummaryCommand>());
-  add_OwnSetCommands(list);
+  addOwnSetCommands(list);
   list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
                                                         kPlaceCount));
   list.push_back(std::make_unique<NumberSettingCommand>("shrink", "缩水类型：3 保三型 到 7 保七型（不缩水）",

@@ -15,16 +15,16 @@ namespace lotmere {
 namespace {
 
 // Period, date and numbers of a row that begins with them.
-void print_Draw(std::ostream& out, const Query& row) {
-  out << fmt::format("{} {} {}\n", row.number(0), row.text(1), numbers_Text(read_Numbers(row, 2)));
+void printDraw(std::ostream& out, const Query& row) {
+  out << fmt::format("{} {} {}\n", row.number(0), row.text(1), numbersText(readNumbers(row, 2)));
 }
 
 class ListCommand final : public Command {
  public:
   ListCommand() : Command("draws", "list", "列出开奖记录，一期一行") {}
 
-  void add_Options(CLI::App& app) override {
-    app.add_option("--last", last_, "只列最近的几期")->transform(whole_Number(1, 1'000'000));
+  void addOptions(CLI::App& app) override {
+    app.add_option("--last", last_, "只列最近的几期")->transform(wholeNumber(1, 1'000'000));
   }
 
   int run(Session& session) override {
@@ -32,7 +32,7 @@ class ListCommand final : public Command {
         R"(SELECT * FROM (SELECT "期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
            ORDER BY "期号" DESC LIMIT ?) ORDER BY "期号" ASC)");
     rows.bind(last_);
-    while (rows.next()) print_Draw(session.out, rows);
+    while (rows.next()) printDraw(session.out, rows);
     return kExitDone;
   }
 
@@ -44,7 +44,7 @@ class SearchCommand final : public Command {
  public:
   SearchCommand() : Command("draws", "search", "列出各列以所给文本开头的开奖记录，一期一行") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("COLUMN=TEXT", filters_, "列名和开头的文本，如 期号=2008 蓝球=5，几个条件要同时符合")
         ->required();
   }
@@ -55,14 +55,14 @@ class SearchCommand final : public Command {
       const auto sign = filter.find('=');
       if (sign == std::string::npos)
         return refuse(session.desk,
-                      fmt::format("条件{}不对，应为 列名=文本，如 期号=2008。", quote_Typed(filter)));
+                      fmt::format("条件{}不对，应为 列名=文本，如 期号=2008。", quoteTyped(filter)));
       filters.push_back({filter.substr(0, sign), filter.substr(sign + 1)});
     }
     const auto condition = buildSearchWhere(session.desk, filters);
     if (!condition) return kExitRefused;
     bool found = false;
     searchDraws(session.store, *condition, [&](const Query& row) {
-      print_Draw(session.out, row);
+      printDraw(session.out, row);
       found = true;
     });
     if (!found) session.desk.tell("没有符合条件的记录。", Tone::warning);
@@ -78,7 +78,7 @@ class StatusCommand final : public Command {
   StatusCommand() : Command("draws", "status", "显示历史记录是否完整，以及下一期的期号和开奖日期") {}
 
   int run(Session& session) override {
-    const Date today = real_Clock().today();
+    const Date today = realClock().today();
     const HistoryStatus status =
         updateHistoryStatus(session.store, today, upcomingDrawDate(session.store, today));
     session.out << trim(status.history) << '\n' << trim(status.next_draw) << '\n';
@@ -91,14 +91,14 @@ class ExportCommand final : public Command {
  public:
   ExportCommand() : Command("draws", "export", "把全部开奖记录和统计值写到电子表格文件（.xlsx）") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("FILE", file_, "文件名，以 .xlsx 结尾")->required();
   }
 
   int run(Session& session) override {
     const std::filesystem::path file(file_);
     if (::strcasecmp(file.extension().c_str(), ".xlsx") != 0)
-      return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 结尾。", quote_Typed(file_)));
+      return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 结尾。", quoteTyped(file_)));
     const int draws = exportHistory(session.store, session.desk, file);
     if (draws == 0) return kExitRefused;
     session.out << fmt::format("已导出 {} 期到 {}\n", draws, file_);
@@ -111,7 +111,7 @@ class ExportCommand final : public Command {
 
 }  // namespace
 
-void add_DrawViewCommands(CommandList& list) {
+void addDrawViewCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<SearchCommand>());
   list.push_back(std::make_unique<StatusCommand>());

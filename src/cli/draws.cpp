@@ -20,27 +20,26 @@ class FetchCommand final : public Command {
  public:
   FetchCommand() : Command("draws", "fetch", "下载开奖数据并合并到历史记录") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("ADDRESS", address_,
                    "开奖数据的地址（http、https 或 file）或文件，下载成功后记住，下次可以不写");
     app.add_flag("--all", all_, "一直下载到没有更新的数据为止");
   }
 
   int run(Session& session) override {
-    const auto address = address_ ? read_Address(session.desk, *address_)
-                                  : std::optional(stored_Address(session.store, AddressUse::draw_list));
+    const auto address = address_ ? readAddress(session.desk, *address_)
+                                  : std::optional(storedAddress(session.store, AddressUse::draw_list));
     if (!address) return kExitRefused;
     if (address->empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
-    const auto fetcher = make_CurlFetcher(session.desk);
+    const auto fetcher = makeCurlFetcher(session.desk);
     const auto fetch = all_ ? downloadAll : downloadDraws;
-    const DownloadResult result =
-        fetch(session.store, session.desk, *fetcher, *address, real_Clock().today());
+    const DownloadResult result = fetch(session.store, session.desk, *fetcher, *address, realClock().today());
     if (result.stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
     if (!result.ok) {
-      tell_Failure(session.desk, result);
+      tellFailure(session.desk, result);
       return kExitRefused;
     }
-    for (const std::string& line : report_Lines(result)) session.out << line << '\n';
+    for (const std::string& line : reportLines(result)) session.out << line << '\n';
     if (result.more)
       session.out << (result.newest == 0 ? "历史记录还是空的，首次下载请加 --all\n"
                                          : "数据里还有更新的开奖记录，请加 --all 继续下载\n");
@@ -56,7 +55,7 @@ class AddressCommand final : public Command {
  public:
   AddressCommand() : Command("draws", "address", "显示或修改下载地址：list 开奖数据，page 详细开奖页面") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("USE", use_, "list 开奖数据，page 详细开奖页面的网址中期号之前的部分")
         ->required()
         ->check(CLI::IsMember({"list", "page"}));
@@ -67,11 +66,11 @@ class AddressCommand final : public Command {
     const auto use = use_ == "list" ? AddressUse::draw_list : AddressUse::detail_page;
     if (address_) {
       const auto address =
-          trim(*address_).empty() ? std::optional<std::string>("") : read_Address(session.desk, *address_);
+          trim(*address_).empty() ? std::optional<std::string>("") : readAddress(session.desk, *address_);
       if (!address) return kExitRefused;
-      remember_Address(session.store, use, *address);
+      rememberAddress(session.store, use, *address);
     }
-    const std::string shown = shown_Address(stored_Address(session.store, use));
+    const std::string shown = shownAddress(storedAddress(session.store, use));
     session.out << (shown.empty() ? "还没有设置地址" : shown) << '\n';
     return kExitDone;
   }
@@ -85,20 +84,20 @@ class AddCommand final : public Command {
  public:
   AddCommand() : Command("draws", "add", "录入一期开奖号码并统计") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("PERIOD", period_, "期号，如 2007001")->required();
     app.add_option("DATE", date_, "开奖日期，如 2007-01-02")->required();
     app.add_option("NUMBERS", numbers_, "六个红球和一个蓝球")
         ->required()
         ->expected(kRedsPerTicket + 1)
-        ->transform(whole_Number(0, 99));
+        ->transform(wholeNumber(0, 99));
   }
 
   int run(Session& session) override {
-    const auto period = read_Period(session.desk, period_);
+    const auto period = readPeriod(session.desk, period_);
     if (!period) return kExitRefused;
-    const auto date = parse_Date(date_);
-    if (!date) return refuse(session.desk, fmt::format("日期{}不对，应为 YYYY-MM-DD。", quote_Typed(date_)));
+    const auto date = parseDate(date_);
+    if (!date) return refuse(session.desk, fmt::format("日期{}不对，应为 YYYY-MM-DD。", quoteTyped(date_)));
     DrawEntry entry{period_, {}, std::to_string(numbers_.back())};
     for (int i = 0; i < kRedsPerTicket; ++i) entry.reds[i] = std::to_string(numbers_[i]);
     const CheckedEntry checked = checkManualEntry(entry);
@@ -107,7 +106,7 @@ class AddCommand final : public Command {
       return kExitRefused;
     }
     saveDraw(session.store, session.desk, *period, *date, *checked.numbers, Recalc::yes);
-    session.out << fmt::format("{} {} {}\n", *period, format_Date(*date), numbers_Text(*checked.numbers));
+    session.out << fmt::format("{} {} {}\n", *period, formatDate(*date), numbersText(*checked.numbers));
     return kExitDone;
   }
 
@@ -121,7 +120,7 @@ class DeleteCommand final : public Command {
  public:
   DeleteCommand() : Command("draws", "delete", "删除一期开奖记录，要加 --answer yes") {}
 
-  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
+  void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
 
   int run(Session& session) override {
     return deleteDraw(session.store, session.desk, period_) ? kExitDone : kExitRefused;
@@ -135,18 +134,18 @@ class StatsCommand final : public Command {
  public:
   StatsCommand() : Command("draws", "stats", "重新统计一段期号的各项值") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("FROM", from_, "起始期号")->required();
     app.add_option("TO", to_, "结束期号")->required();
   }
 
   int run(Session& session) override {
-    const auto range = read_Range(session.desk, from_, to_);
+    const auto range = readRange(session.desk, from_, to_);
     if (!range) return kExitRefused;
     const auto rows = session.store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)",
                                           range->from, range->to);
     if (rows == 0) return refuse(session.desk, "这段期号里没有开奖记录。");
-    calc_DrawStats(session.store, session.desk, range->from, range->to);
+    computeDrawStatistics(session.store, session.desk, range->from, range->to);
     session.out << fmt::format("统计完成，共 {} 期\n", rows);
     return kExitDone;
   }
@@ -158,7 +157,7 @@ class StatsCommand final : public Command {
 
 }  // namespace
 
-void add_DrawCommands(CommandList& list) {
+void addDrawCommands(CommandList& list) {
   list.push_back(std::make_unique<FetchCommand>());
   list.push_back(std::make_unique<AddressCommand>());
   list.push_back(std::make_unique<AddCommand>());

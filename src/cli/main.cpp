@@ -20,7 +20,7 @@ std::string variable(const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  lotmere::open_StandardStreams();
+  lotmere::openStandardStreams();
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
   // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one ends the
   // process, which loses nothing that was stored.
@@ -31,5 +31,5 @@ int main(int argc, char** argv) {
   const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
   const lotmere::Surroundings surroundings{program.parent_path(), variable("XDG_DATA_HOME"), variable("HOME"),
                                            ::isatty(STDERR_FILENO) != 0};
-  return lotmere::run_Cli({argv + 1, argv + argc}, std::cout, std::cerr, surroundings);
+  return lotmere::runCli({argv + 1, argv + argc}, std::cout, std::cerr, surroundings);
 }

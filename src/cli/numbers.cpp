@@ -14,26 +14,26 @@
 namespace lotmere {
 namespace {
 
-std::string ball_List(const std::vector<int>& numbers) {
+std::string ballList(const std::vector<int>& numbers) {
   std::string text;
-  for (const int n : numbers) text += " " + format_Ball(n);
+  for (const int n : numbers) text += " " + formatBall(n);
   return text;
 }
 
-void print_Selection(Session& session) {
-  const NumberSelection selection = load_Selection(session.store);
-  session.out << "红球拖码:" << ball_List(picked_Reds(selection, PickState::tuo)) << '\n'
-              << "红球胆码:" << ball_List(picked_Reds(selection, PickState::dan)) << '\n'
-              << "蓝球拖码:" << ball_List(picked_Blues(selection, PickState::tuo)) << '\n'
-              << "蓝球胆码:" << ball_List(picked_Blues(selection, PickState::dan)) << '\n'
-              << fmt::format("注数: {}\n", count_Combos(selection).tickets);
+void printSelection(Session& session) {
+  const NumberSelection selection = loadSelection(session.store);
+  session.out << "红球拖码:" << ballList(pickedReds(selection, PickState::tuo)) << '\n'
+              << "红球胆码:" << ballList(pickedReds(selection, PickState::dan)) << '\n'
+              << "蓝球拖码:" << ballList(pickedBlues(selection, PickState::tuo)) << '\n'
+              << "蓝球胆码:" << ballList(pickedBlues(selection, PickState::dan)) << '\n'
+              << fmt::format("注数: {}\n", countCombos(selection).tickets);
 }
 
 class PickCommand final : public Command {
  public:
   PickCommand() : Command("numbers", "pick", "选取号码，替换原来的选号；L 如 1,2,5-9") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("--red-tuo", lists_[0], "红球拖码");
     app.add_option("--red-dan", lists_[1], "红球胆码");
     app.add_option("--blue-tuo", lists_[2], "蓝球拖码");
@@ -45,19 +45,19 @@ class PickCommand final : public Command {
     for (int i = 0; i < 4; ++i) {
       if (!lists_[i]) continue;
       const bool blue = i >= 2;
-      const auto numbers = parse_NumberList(*lists_[i], 1, blue ? kBlueCount : kRedCount);
+      const auto numbers = parseNumberList(*lists_[i], 1, blue ? kBlueCount : kRedCount);
       if (!numbers)
         return refuse(session.desk, fmt::format("号码{}不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
-                                                quote_Typed(*lists_[i]), blue ? kBlueCount : kRedCount));
+                                                quoteTyped(*lists_[i]), blue ? kBlueCount : kRedCount));
       for (const int n : *numbers) {
         PickState& state = blue ? selection.blue[n] : selection.red[n];
         if (state != PickState::none)
-          return refuse(session.desk, fmt::format("号码 {} 不能既是拖码又是胆码。", format_Ball(n)));
+          return refuse(session.desk, fmt::format("号码 {} 不能既是拖码又是胆码。", formatBall(n)));
         state = i % 2 == 0 ? PickState::tuo : PickState::dan;
       }
     }
-    if (!replace_Selection(session.store, session.desk, selection)) return kExitRefused;
-    print_Selection(session);
+    if (!replaceSelection(session.store, session.desk, selection)) return kExitRefused;
+    printSelection(session);
     return kExitDone;
   }
 
@@ -69,7 +69,7 @@ class ShowCommand final : public Command {
  public:
   ShowCommand() : Command("numbers", "show", "显示已选的号码和注数") {}
   int run(Session& session) override {
-    print_Selection(session);
+    printSelection(session);
     return kExitDone;
   }
 };
@@ -79,8 +79,8 @@ class ClearCommand final : public Command {
   ClearCommand() : Command("numbers", "clear", "清空已选的号码") {}
   int run(Session& session) override {
     StoreChange change(session.store);
-    clear_RedPicks(session.store);
-    clear_BluePicks(session.store);
+    clearRedPicks(session.store);
+    clearBluePicks(session.store);
     change.commit();
     return kExitDone;
   }
@@ -90,15 +90,15 @@ class HintsCommand final : public Command {
  public:
   HintsCommand() : Command("numbers", "hints", "标出下期出现几率较低的号码：六个红球、五个蓝球") {}
 
-  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "期号，不写为下一期"); }
+  void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "期号，不写为下一期"); }
 
   int run(Session& session) override {
-    const auto period = period_.empty() ? nextPeriod(session.store, real_Clock().today())
-                                        : read_Period(session.desk, period_);
+    const auto period =
+        period_.empty() ? nextPeriod(session.store, realClock().today()) : readPeriod(session.desk, period_);
     if (!period) return kExitRefused;
-    hint_GaiLv(session.store, session.desk, *period);
-    const LowChanceNumbers marked = low_ChanceNumbers(session.store);
-    session.out << "红球" << ball_List(marked.reds) << "\n蓝球" << ball_List(marked.blues) << '\n';
+    hintGaiLv(session.store, session.desk, *period);
+    const LowChanceNumbers marked = lowChanceNumbers(session.store);
+    session.out << "红球" << ballList(marked.reds) << "\n蓝球" << ballList(marked.blues) << '\n';
     return kExitDone;
   }
 
@@ -108,7 +108,7 @@ class HintsCommand final : public Command {
 
 }  // namespace
 
-void add_NumberCommands(CommandList& list) {
+void addNumberCommands(CommandList& list) {
   list.push_back(std::make_unique<PickCommand>());
   list.push_back(std::make_unique<ShowCommand>());
   list.push_back(std::make_unique<ClearCommand>());

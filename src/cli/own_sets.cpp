@@ -21,25 +21,25 @@ class MembersCommand : public Command {
   int run(Session& session) override {
     std::vector<int> members;
     if (numbers_ != "无") {
-      auto numbers = parse_NumberList(numbers_, 1, largest());
+      auto numbers = parseNumberList(numbers_, 1, largest());
       if (!numbers)
         return refuse(session.desk, fmt::format("号码{}不对，应为 1 到 {} 的不同数字，如 1,2,5-9。",
-                                                quote_Typed(numbers_), largest()));
+                                                quoteTyped(numbers_), largest()));
       members = std::move(*numbers);
     }
     StoreChange change(session.store);
-    if (!store_Members(session, members)) return kExitRefused;
+    if (!storeMembers(session, members)) return kExitRefused;
     change.commit();
     return kExitDone;
   }
 
  protected:
-  void add_ListOption(CLI::App& app) {
+  void addListOption(CLI::App& app) {
     app.add_option("L", numbers_, "号码，如 1,2,5-9；写“无”清空")->required();
   }
   [[nodiscard]] virtual int largest() const { return kRedCount; }
   // False, told, when there is no such set.
-  virtual bool store_Members(Session& session, std::span<const int> members) = 0;
+  virtual bool storeMembers(Session& session, std::span<const int> members) = 0;
 
  private:
   std::string numbers_;
@@ -51,11 +51,11 @@ class NumberedSetCommand : public MembersCommand {
   NumberedSetCommand(const char* name, const char* description, int count)
       : MembersCommand("conditions", name, description), count_(count) {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("INDEX", index_, fmt::format("1 到 {}", count_))
         ->required()
-        ->transform(whole_Number(1, count_));
-    add_ListOption(app);
+        ->transform(wholeNumber(1, count_));
+    addListOption(app);
   }
 
  protected:
@@ -71,9 +71,9 @@ class IntervalCommand final : public NumberedSetCommand {
   IntervalCommand() : NumberedSetCommand("interval", "设置区间1到区间4的号码", 4) {}
 
  protected:
-  bool store_Members(Session& session, std::span<const int> members) override {
-    set_Column(session.store, AttributeTable::first, fmt::format("区间{}", index()), members);
-    recount_Divided(session.store, session.desk);
+  bool storeMembers(Session& session, std::span<const int> members) override {
+    setColumn(session.store, AttributeTable::first, fmt::format("区间{}", index()), members);
+    recountDivided(session.store, session.desk);
     return true;
   }
 };
@@ -83,8 +83,8 @@ class GroupCommand final : public NumberedSetCommand {
   GroupCommand() : NumberedSetCommand("group", "设置自定义组1到10的号码", 10) {}
 
  protected:
-  bool store_Members(Session& session, std::span<const int> members) override {
-    set_Group(session.store, index(), members);
+  bool storeMembers(Session& session, std::span<const int> members) override {
+    setGroup(session.store, index(), members);
     return true;
   }
 };
@@ -96,8 +96,8 @@ class PositionCommand final : public NumberedSetCommand {
 
  protected:
   [[nodiscard]] int largest() const override { return index() == kPlaceCount ? kBlueCount : kRedCount; }
-  bool store_Members(Session& session, std::span<const int> members) override {
-    set_Place(session.store, index(), members);
+  bool storeMembers(Session& session, std::span<const int> members) override {
+    setPlace(session.store, index(), members);
     return true;
   }
 };
@@ -106,15 +106,15 @@ class DivisionCommand final : public MembersCommand {
  public:
   DivisionCommand() : MembersCommand("conditions", "division", "设置自定义区间的号码，如 六区间1") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("NAME", name_, "六区间1 到 十二区间12")->required();
-    add_ListOption(app);
+    addListOption(app);
   }
 
  protected:
-  bool store_Members(Session& session, std::span<const int> members) override {
-    if (set_CustomInterval(session.store, name_, members)) return true;
-    refuse(session.desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quote_Typed(name_)));
+  bool storeMembers(Session& session, std::span<const int> members) override {
+    if (setCustomInterval(session.store, name_, members)) return true;
+    refuse(session.desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quoteTyped(name_)));
     return false;
   }
 
@@ -124,7 +124,7 @@ class DivisionCommand final : public MembersCommand {
 
 }  // namespace
 
-void add_OwnSetCommands(CommandList& list) {
+void addOwnSetCommands(CommandList& list) {
   list.push_back(std::make_unique<IntervalCommand>());
   list.push_back(std::make_unique<GroupCommand>());
   list.push_back(std::make_unique<PositionCommand>());

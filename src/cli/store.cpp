@@ -11,9 +11,9 @@
 namespace lotmere {
 namespace {
 
-std::string state_Text(const std::filesystem::path& path) {
+std::string stateText(const std::filesystem::path& path) {
   if (!std::filesystem::exists(path)) return "没有";
-  switch (check_Store(path)) {
+  switch (checkStore(path)) {
     case StoreState::sound:
       return "正常";
     case StoreState::damaged:
@@ -24,7 +24,7 @@ std::string state_Text(const std::filesystem::path& path) {
   return {};
 }
 
-std::string mended_Text(Mended mended) {
+std::string mendedText(Mended mended) {
   switch (mended) {
     case Mended::nothing:
       return "不需要";
@@ -41,28 +41,28 @@ std::string mended_Text(Mended mended) {
 }
 
 // The state of the backup beside a sound store: a damaged one is made anew from it.
-std::string mend_Backup(const Home& home) {
-  if (check_Store(home.backup_Db()) != StoreState::damaged) return state_Text(home.backup_Db());
-  return copy_Database(home.main_Db(), home.backup_Db(), real_Files()) ? "已损坏，已重新建立" : "已损坏";
+std::string mendBackup(const Home& home) {
+  if (checkStore(home.backupDb()) != StoreState::damaged) return stateText(home.backupDb());
+  return copyDatabase(home.mainDb(), home.backupDb(), realFiles()) ? "已损坏，已重新建立" : "已损坏";
 }
 
 class CheckCommand final : public Command {
  public:
   CheckCommand() : Command("store", "check", "检查数据文件和备份；损坏或丢失时用另一个恢复") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
+  [[nodiscard]] bool needsUser() const override { return false; }
 
   int run(Session& session) override {
     const Home& home = session.start.home();
-    const std::string backup = mend_Backup(home);
-    session.out << fmt::format("数据文件\t{}\n备份\t{}\n恢复\t{}\n结构版本\t{}\n", state_Text(home.main_Db()),
-                               backup, mended_Text(session.start.mended()),
+    const std::string backup = mendBackup(home);
+    session.out << fmt::format("数据文件\t{}\n备份\t{}\n恢复\t{}\n结构版本\t{}\n", stateText(home.mainDb()),
+                               backup, mendedText(session.start.mended()),
                                session.store.value("PRAGMA user_version"));
     Query names = session.store.query("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
     while (names.next())
       session.out << fmt::format("{}\t{}\n", names.text(0),
-                                 session.store.value("SELECT count(*) FROM " + sql_Name(names.text(0))));
-    if (is_SoundStore(home.backup_Db())) return kExitDone;
+                                 session.store.value("SELECT count(*) FROM " + sqlName(names.text(0))));
+    if (isSoundStore(home.backupDb())) return kExitDone;
     return refuse(session.desk, fmt::format("备份不能用：{}。", backup));
   }
 };
@@ -71,31 +71,31 @@ class CompactCommand final : public Command {
  public:
   CompactCommand() : Command("store", "compact", "更新备份并压缩数据文件") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
+  [[nodiscard]] bool needsUser() const override { return false; }
   [[nodiscard]] bool compacts() const override { return true; }
 
   // The start has done it already, and told what it couldn't do.
   int run(Session& session) override {
-    const CompactResult& result = session.start.compaction_Result().value();
-    if (!undone_Text(result).empty()) return kExitRefused;
+    const CompactResult& result = session.start.compactionResult().value();
+    if (!undoneText(result).empty()) return kExitRefused;
     session.out << fmt::format("备份已更新，数据文件 {} → {} 字节\n", result.size_before, result.size_after);
     return kExitDone;
   }
 };
 
-int status_Of(Transfer transfer) { return transfer == Transfer::done ? kExitDone : kExitRefused; }
+int statusOf(Transfer transfer) { return transfer == Transfer::done ? kExitDone : kExitRefused; }
 
 class SaveCommand final : public Command {
  public:
   SaveCommand() : Command("store", "save", "把全部数据（开奖记录、号码、设置、用户）保存到一个文件") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
-  void add_Options(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
+  [[nodiscard]] bool needsUser() const override { return false; }
+  void addOptions(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
 
   int run(Session& session) override {
-    const Transfer saved = save_Everything(session.store, session.start.home(), session.desk, file_);
+    const Transfer saved = saveEverything(session.store, session.start.home(), session.desk, file_);
     if (saved == Transfer::done) session.out << fmt::format("已保存到 {}\n", file_);
-    return status_Of(saved);
+    return statusOf(saved);
   }
 
  private:
@@ -106,12 +106,12 @@ class RestoreCommand final : public Command {
  public:
   RestoreCommand() : Command("store", "restore", "用 store save 保存的文件替换全部数据") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
-  void add_Options(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
+  [[nodiscard]] bool needsUser() const override { return false; }
+  void addOptions(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
 
   // The start behind it puts everything in place and opens it.
   [[nodiscard]] int prepare(const Home& home, Desk& desk) override {
-    return status_Of(prepare_Restore(home, desk, file_));
+    return statusOf(prepareRestore(home, desk, file_));
   }
   int run(Session& session) override {
     session.out << fmt::format("已从 {} 读入全部数据\n", file_);
@@ -124,7 +124,7 @@ class RestoreCommand final : public Command {
 
 }  // namespace
 
-void add_StoreCommands(CommandList& list) {
+void addStoreCommands(CommandList& list) {
   list.push_back(std::make_unique<CheckCommand>());
   list.push_back(std::make_unique<CompactCommand>());
   list.push_back(std::make_unique<SaveCommand>());

@@ -23,24 +23,24 @@ class PeriodCommand : public Command {
  public:
   using Command::Command;
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("PERIOD", period_, "期号，如 2007001")->required();
   }
 
   int run(Session& session) override {
-    const auto period = read_Period(session.desk, period_);
-    return period ? run_Period(session, *period) : kExitRefused;
+    const auto period = readPeriod(session.desk, period_);
+    return period ? runPeriod(session, *period) : kExitRefused;
   }
 
  protected:
-  virtual int run_Period(Session& session, PeriodNo period) = 0;
+  virtual int runPeriod(Session& session, PeriodNo period) = 0;
 
  private:
   std::string period_;
 };
 
 // A text of the engine, its line ends those of a terminal.
-void print_Lines(std::ostream& out, std::string_view text) {
+void printLines(std::ostream& out, std::string_view text) {
   for (const char c : trim(text))
     if (c != '\r') out << c;
   out << '\n';
@@ -66,16 +66,16 @@ class InitCommand final : public PeriodCommand {
  public:
   InitCommand() : PeriodCommand("tickets", "init", "把已选的号码展开成一期的全部号码") {}
 
-  void add_Options(CLI::App& app) override {
-    PeriodCommand::add_Options(app);
+  void addOptions(CLI::App& app) override {
+    PeriodCommand::addOptions(app);
     existing_.add(app);
   }
 
  protected:
-  int run_Period(Session& session, PeriodNo period) override {
-    const InitResult result = init_Tickets(session.store, session.desk, period, existing_.value());
+  int runPeriod(Session& session, PeriodNo period) override {
+    const InitResult result = initTickets(session.store, session.desk, period, existing_.value());
     if (!result.stopped) return result.done ? kExitDone : kExitRefused;
-    return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", to_QuanJiao(result.rows)));
+    return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", toFullWidth(result.rows)));
   }
 
  private:
@@ -87,10 +87,10 @@ class RunCommand final : public PeriodCommand {
   RunCommand() : PeriodCommand("tickets", "run", "过滤缩水，并显示过程") {}
 
  protected:
-  int run_Period(Session& session, PeriodNo period) override {
-    const RunResult result = run_Pipeline(session.store, session.desk, period);
-    if (!result.ran && !result.stopped) return refuse(session.desk, trim(session.desk.running_Text().text()));
-    print_Lines(session.out, session.desk.running_Text().text());
+  int runPeriod(Session& session, PeriodNo period) override {
+    const RunResult result = runPipeline(session.store, session.desk, period);
+    if (!result.ran && !result.stopped) return refuse(session.desk, trim(session.desk.runningText().text()));
+    printLines(session.out, session.desk.runningText().text());
     return result.stopped ? kExitStopped : kExitDone;
   }
 };
@@ -100,10 +100,10 @@ class CheckCommand final : public PeriodCommand {
   CheckCommand() : PeriodCommand("tickets", "check", "用一期的开奖号码核对号码，按奖级统计") {}
 
  protected:
-  int run_Period(Session& session, PeriodNo period) override {
-    const CheckResult result = check_KaiJiang(session.store, session.desk, period);
+  int runPeriod(Session& session, PeriodNo period) override {
+    const CheckResult result = checkPrizes(session.store, session.desk, period);
     if (!result.refusal.empty()) return refuse(session.desk, result.refusal);
-    print_Lines(session.out, tally_Text(result));
+    printLines(session.out, tallyText(result));
     return kExitDone;
   }
 };
@@ -112,18 +112,18 @@ class ListCommand final : public Command {
  public:
   ListCommand() : Command("tickets", "list", "列出号码，一注一行：期号、序号、号码") {}
 
-  void add_Options(CLI::App& app) override { app.add_option("PERIOD", period_, "只列这一期"); }
+  void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "只列这一期"); }
 
   int run(Session& session) override {
     PeriodNo wanted = 0;
     if (period_) {
-      const auto period = read_Period(session.desk, *period_);
+      const auto period = readPeriod(session.desk, *period_);
       if (!period) return kExitRefused;
       wanted = *period;
     }
-    for (const TicketRow& ticket : load_TicketList(session.store))
+    for (const TicketRow& ticket : loadTicketList(session.store))
       if (wanted == 0 || ticket.period == wanted)
-        session.out << fmt::format("{} {} {}\n", ticket.period, ticket.seq, numbers_Text(ticket.numbers));
+        session.out << fmt::format("{} {} {}\n", ticket.period, ticket.seq, numbersText(ticket.numbers));
     return kExitDone;
   }
 
@@ -135,7 +135,7 @@ class ClearCommand final : public Command {
  public:
   ClearCommand() : Command("tickets", "clear", "删除全部号码") {}
   int run(Session& session) override {
-    return clear_AllTickets(session.store, session.desk) ? kExitDone : kExitRefused;
+    return clearAllTickets(session.store, session.desk) ? kExitDone : kExitRefused;
   }
 };
 
@@ -143,7 +143,7 @@ class ExportCommand final : public Command {
  public:
   ExportCommand() : Command("tickets", "export", "把号码写到文本文件，一注一行") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("FILE", file_, "文件名")->required();
     app.add_option("--columns", columns_, "内容，用逗号隔开：序号,期号,号码,分隔行（不写时只有号码）");
     app.add_option("--format", switches_.format, "0 淘宝彩票网格式，1 财付通彩票格式")
@@ -151,18 +151,18 @@ class ExportCommand final : public Command {
   }
 
   int run(Session& session) override {
-    if (columns_ && !read_Columns())
+    if (columns_ && !readColumns())
       return refuse(session.desk,
-                    fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quote_Typed(*columns_)));
+                    fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quoteTyped(*columns_)));
     if (file_.empty()) return refuse(session.desk, kNoFileName);
-    const int count = export_Command(session.store, session.desk, file_, switches_);
+    const int count = exportCommand(session.store, session.desk, file_, switches_);
     if (count == 0) return kExitRefused;
     session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
     return kExitDone;
   }
 
  private:
-  bool read_Columns() {
+  bool readColumns() {
     switches_.numbers = false;
     for (std::size_t from = 0; from <= columns_->size();) {
       const std::size_t end = std::min(columns_->find(',', from), columns_->size());
@@ -191,10 +191,10 @@ class ImportCommand final : public Command {
  public:
   ImportCommand() : Command("tickets", "import", "从文本文件导入号码") {}
 
-  void add_Options(CLI::App& app) override {
+  void addOptions(CLI::App& app) override {
     app.add_option("FILE", file_, "文件名")->required();
     app.add_option("--format", format_, "一行的内容：0 只有号码，1 期号＋号码，2 序号＋号码（不写时为 0）")
-        ->transform(whole_Number(0, 2));
+        ->transform(wholeNumber(0, 2));
     app.add_option("--period", period_, "号码的期号，如 2007001；格式 1 用文件里的期号");
     existing_.add(app);
   }
@@ -204,11 +204,11 @@ class ImportCommand final : public Command {
     ImportChoice choice{static_cast<ImportFormat>(format_), 0};
     if (choice.format != ImportFormat::period_numbers) {
       if (period_.empty()) return refuse(session.desk, "请用 --period 写上号码的期号，如 2007001。");
-      const auto period = read_Period(session.desk, period_);
+      const auto period = readPeriod(session.desk, period_);
       if (!period) return kExitRefused;
       choice.period = *period;
     }
-    const ImportResult result = import_Command(session.store, session.desk, file_, choice, existing_.value());
+    const ImportResult result = importCommand(session.store, session.desk, file_, choice, existing_.value());
     return result.count > 0 ? kExitDone : kExitRefused;
   }
 
@@ -221,7 +221,7 @@ class ImportCommand final : public Command {
 
 }  // namespace
 
-void add_TicketCommands(CommandList& list) {
+void addTicketCommands(CommandList& list) {
   list.push_back(std::make_unique<InitCommand>());
   list.push_back(std::make_unique<RunCommand>());
   list.push_back(std::make_unique<ListCommand>());

@@ -19,21 +19,21 @@ class ListCommand final : public Command {
  public:
   ListCommand() : Command("users", "list", "列出用户，一人一行：用户名、最后登陆时间、是否当前用户") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
+  [[nodiscard]] bool needsUser() const override { return false; }
 
   int run(Session& session) override {
-    const std::string current = current_User(session.store);
-    for (const User& user : all_Users(session.store))
+    const std::string current = currentUser(session.store);
+    for (const User& user : allUsers(session.store))
       session.out << fmt::format("{}\t{}\t{}\n", user.name,
-                                 user.last_login ? format_Date(*user.last_login) : "—",
+                                 user.last_login ? formatDate(*user.last_login) : "—",
                                  user.name == current ? "当前" : "");
     return kExitDone;
   }
 };
 
-UserDesk user_Desk(const Session& session) {
-  return {session.store,        session.start.home(), session.desk,
-          real_Clock().today(), real_Files(),         session.password_limits};
+UserDesk userDesk(const Session& session) {
+  return {session.store,       session.start.home(), session.desk,
+          realClock().today(), realFiles(),          session.password_limits};
 }
 
 // A command about the user whose name is its argument, where several people use the program.
@@ -41,12 +41,12 @@ class NamedUserCommand : public Command {
  public:
   using Command::Command;
 
-  [[nodiscard]] bool needs_User() const override { return false; }
-  [[nodiscard]] bool names_User() const override { return true; }
-  void add_Options(CLI::App& app) override { app.add_option("NAME", name_, "用户名")->required(); }
+  [[nodiscard]] bool needsUser() const override { return false; }
+  [[nodiscard]] bool namesUser() const override { return true; }
+  void addOptions(CLI::App& app) override { app.add_option("NAME", name_, "用户名")->required(); }
 
   int run(Session& session) override {
-    if (user_Mode(session.store) != UserMode::multi)
+    if (userMode(session.store) != UserMode::multi)
       return refuse(session.desk, "不是多用户模式，没有用户；用 users mode multi 设置。");
     return work(session, name_) ? kExitDone : kExitRefused;
   }
@@ -62,16 +62,16 @@ class LoginCommand final : public NamedUserCommand {
  public:
   LoginCommand() : NamedUserCommand("users", "login", "登录（密码用 --password-file），日志表随之清空") {}
 
-  void add_Options(CLI::App& app) override {
-    NamedUserCommand::add_Options(app);
+  void addOptions(CLI::App& app) override {
+    NamedUserCommand::addOptions(app);
     app.add_flag("--new", new_, "建立新用户");
   }
 
  private:
   bool work(Session& session, const std::string& name) override {
     const NewUser unknown = new_ ? NewUser::made : NewUser::refused;
-    if (!log_In(user_Desk(session), {name, session.password.value_or(std::string())}, unknown)) return false;
-    session.out << fmt::format("当前用户：{}\n", current_User(session.store));
+    if (!logIn(userDesk(session), {name, session.password.value_or(std::string())}, unknown)) return false;
+    session.out << fmt::format("当前用户：{}\n", currentUser(session.store));
     return true;
   }
 
@@ -84,16 +84,16 @@ class PasswordCommand final : public NamedUserCommand {
       : NamedUserCommand("users", "password",
                          "更改密码：旧密码用 --password-file；忘记了旧密码时不写，再加 --answer yes") {}
 
-  void add_Options(CLI::App& app) override {
-    NamedUserCommand::add_Options(app);
+  void addOptions(CLI::App& app) override {
+    NamedUserCommand::addOptions(app);
     app.add_option("--new-password-file", new_file_, "写有新密码的文件，密码在第一行；- 是标准输入")
         ->required();
   }
 
  private:
   bool work(Session& session, const std::string& name) override {
-    const auto fresh = read_Password(session.desk, new_file_);
-    if (!fresh || !change_Password(user_Desk(session), name, session.password, *fresh)) return false;
+    const auto fresh = readPassword(session.desk, new_file_);
+    if (!fresh || !changePassword(userDesk(session), name, session.password, *fresh)) return false;
     session.out << "密码已更改。\n";
     return true;
   }
@@ -107,7 +107,7 @@ class RemoveCommand final : public NamedUserCommand {
 
  private:
   bool work(Session& session, const std::string& name) override {
-    if (!remove_User(user_Desk(session), name)) return false;
+    if (!removeUser(userDesk(session), name)) return false;
     session.out << "用户已删除。\n";
     return true;
   }
@@ -117,14 +117,14 @@ class ModeCommand final : public Command {
  public:
   ModeCommand() : Command("users", "mode", "选择单用户或多用户模式，选定后不能再改") {}
 
-  [[nodiscard]] bool needs_User() const override { return false; }
-  void add_Options(CLI::App& app) override {
+  [[nodiscard]] bool needsUser() const override { return false; }
+  void addOptions(CLI::App& app) override {
     app.add_option("MODE", mode_, "single 或 multi")->required()->check(CLI::IsMember({"single", "multi"}));
   }
 
   int run(Session& session) override {
     const bool multi = mode_ == "multi";
-    if (!choose_UserMode(session.store, multi ? UserMode::multi : UserMode::single))
+    if (!chooseUserMode(session.store, multi ? UserMode::multi : UserMode::single))
       return refuse(session.desk, "用户模式早已选定，不能再改。");
     session.out << (multi ? "多用户模式\n" : "单用户模式\n");
     return kExitDone;
@@ -136,26 +136,26 @@ class ModeCommand final : public Command {
 
 }  // namespace
 
-std::optional<std::string> read_Password(Desk& desk, const std::string& file) {
-  auto text = read_FirstLine(file, kLongestPassword);
+std::optional<std::string> readPassword(Desk& desk, const std::string& file) {
+  auto text = readFirstLine(file, kLongestPassword);
   Job job(desk, 1, Job::Stop::impossible);
-  if (text) text = decode_Bytes(std::move(*text), job);
+  if (text) text = decodeBytes(std::move(*text), job);
   if (!text) {
-    refuse(desk, fmt::format("文件{}不像密码文件：应是一行文字。", quote_Typed(file)));
+    refuse(desk, fmt::format("文件{}不像密码文件：应是一行文字。", quoteTyped(file)));
     return std::nullopt;
   }
   return std::string(trim(text->substr(0, text->find('\r'))));
 }
 
-bool enter_AsUser(const ProgramStart& start, Desk& desk, const Credentials& typed, HashLimits limits) {
+bool enterAsUser(const ProgramStart& start, Desk& desk, const Credentials& typed, HashLimits limits) {
   Store& store = start.store();
-  const bool multi = user_Mode(store) == UserMode::multi;
+  const bool multi = userMode(store) == UserMode::multi;
   if (multi && !typed.name.empty()) {
-    const std::string before = current_User(store);
-    if (!resume_Session({store, start.home(), desk, real_Clock().today(), real_Files(), limits}, typed))
+    const std::string before = currentUser(store);
+    if (!resumeSession({store, start.home(), desk, realClock().today(), realFiles(), limits}, typed))
       return false;
-    const std::string name = current_User(store);
-    if (name != before) desk.show_Tip(fmt::format("已登录为“{}”。", name), "用户");
+    const std::string name = currentUser(store);
+    if (name != before) desk.showTip(fmt::format("已登录为“{}”。", name), "用户");
     return true;
   }
   if (multi) refuse(desk, "现在是多用户模式，请用 --user 和 --password-file 登录。");
@@ -163,7 +163,7 @@ bool enter_AsUser(const ProgramStart& start, Desk& desk, const Credentials& type
   return !multi && typed.name.empty();
 }
 
-void add_UserCommands(CommandList& list) {
+void addUserCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<LoginCommand>());
   list.push_back(std::make_unique<ModeCommand>());

@@ -20,7 +20,7 @@ struct TableColumns {
   std::vector<std::string> names;
   Places places;
 
-  explicit TableColumns(AttributeTable table) : names(attribute_Columns(table)) {
+  explicit TableColumns(AttributeTable table) : names(attributeColumns(table)) {
     for (std::size_t place = 0; place < names.size(); ++place) places.emplace(names[place], place);
   }
 };
@@ -49,7 +49,7 @@ std::vector<Members> loadColumns(Store& store, AttributeTable table) {
   const auto& names = columnsOf(table).names;
   std::vector<Members> columns(names.size());
   Query rows =
-      store.query(fmt::format("SELECT \"号码\",{} FROM {}", column_List(names), sql_Name(table_Name(table))));
+      store.query(fmt::format("SELECT \"号码\",{} FROM {}", columnList(names), sqlName(tableName(table))));
   while (rows.next()) {
     const int number = rows.number(0);
     if (number < 1 || number > kRedCount) continue;
@@ -80,7 +80,7 @@ void saveColumns(Store& store, AttributeTable table, const std::vector<Members>&
     const Members changed = before[place] ^ after[place];
     for (int number = 1; changed != 0 && number <= kRedCount; ++number)
       if (holds(changed, number))
-        write_Attribute(store, table, names[place], number, holds(after[place], number));
+        writeAttribute(store, table, names[place], number, holds(after[place], number));
   }
 }
 
@@ -148,7 +148,7 @@ ConditionSet loadConditionSet(Store& store) {
   for (const AttributeTable table : kTables)
     set.columns[static_cast<std::size_t>(table)] = loadColumns(store, table);
   loadIntervals(store, set);
-  set.match = load_HistoryMatch(store);
+  set.match = loadHistoryMatch(store);
   return set;
 }
 
@@ -165,7 +165,7 @@ void saveConditionSet(Store& store, const ConditionSet& before, const ConditionS
   for (int n = 1; n <= kRedCount; ++n)
     if (before.interval[n] != after.interval[n])
       store.query(R"(UPDATE "区间定义" SET "区间"=? WHERE "号码"=?)").bind(after.interval[n], n).run();
-  if (!(before.match == after.match)) save_HistoryMatch(store, after.match);
+  if (!(before.match == after.match)) saveHistoryMatch(store, after.match);
   change.commit();
 }
 

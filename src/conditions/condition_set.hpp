@@ -54,7 +54,7 @@ struct ConditionSet {
   KeyedValues cells;
   // `过滤条件使用情况` by `条件`: a pass runs at exactly 1, a turn of 组合（具体） above 0.
   KeyedValues switches;
-  // The yes/no columns of the three attribute tables, each in the order of attribute_Columns().
+  // The yes/no columns of the three attribute tables, each in the order of attributeColumns().
   std::array<std::vector<Members>, 3> columns;
   // `区间定义`: the interval (1 to 4) of each red, index 0 unused.
   std::array<std::int8_t, kRedCount + 1> interval{};
@@ -68,7 +68,7 @@ struct ConditionSet {
   [[nodiscard]] Members column(AttributeTable table, std::string_view name) const;
   // False, with nothing set, where the table has no such column.
   bool setColumn(AttributeTable table, std::string_view name, Members members);
-  // The rows of a range in their order, from index first modulo 10 on, as load_ConditionRange gives them.
+  // The rows of a range in their order, from index first modulo 10 on, as loadConditionRange gives them.
   [[nodiscard]] ValueArray cellRange(ConditionId first, ConditionId last) const;
 };
 

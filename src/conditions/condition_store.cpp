@@ -6,7 +6,7 @@
 
 namespace lotmere {
 
-ValueArray load_ConditionRange(Store& store, ConditionId minId, ConditionId maxId) {
+ValueArray loadConditionRange(Store& store, ConditionId minId, ConditionId maxId) {
   Query rows = store.query(R"(SELECT "Value" FROM "过滤条件" WHERE "ID">=? AND "ID"<=? ORDER BY "ID" ASC)");
   rows.bind(minId, maxId);
   ValueArray cells{};
@@ -15,44 +15,44 @@ ValueArray load_ConditionRange(Store& store, ConditionId minId, ConditionId maxI
   return cells;
 }
 
-int condition_Value(Store& store, ConditionId id) {
+int conditionValue(Store& store, ConditionId id) {
   return static_cast<int>(store.value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=?)", id));
 }
 
 namespace {
 
-std::int64_t usage_Value(Store& store, UsageId usage) {
+std::int64_t usageValue(Store& store, UsageId usage) {
   return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage);
 }
 
 }  // namespace
 
-bool is_Used(Store& store, UsageId usage) { return usage_Value(store, usage) == 1; }
-bool is_Ticked(Store& store, UsageId usage) { return usage_Value(store, usage) > 0; }
+bool isUsed(Store& store, UsageId usage) { return usageValue(store, usage) == 1; }
+bool isTicked(Store& store, UsageId usage) { return usageValue(store, usage) > 0; }
 
-bool set_Cell(Store& store, ConditionId id, bool allowed) {
-  return set_ConditionValue(store, id, allowed ? 1 : 0);
+bool setCell(Store& store, ConditionId id, bool allowed) {
+  return setConditionValue(store, id, allowed ? 1 : 0);
 }
 
-bool set_ConditionValue(Store& store, ConditionId id, int value) {
+bool setConditionValue(Store& store, ConditionId id, int value) {
   return store.query(R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)").bind(value, id).run() > 0;
 }
 
-bool set_Usage(Store& store, UsageId usage, bool on) {
+bool setUsage(Store& store, UsageId usage, bool on) {
   return store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)")
              .bind(on ? 1 : 0, usage)
              .run() > 0;
 }
 
-void clear_RedPicks(Store& store) { store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID"<40)").run(); }
+void clearRedPicks(Store& store) { store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID"<40)").run(); }
 
-void clear_BluePicks(Store& store) {
+void clearBluePicks(Store& store) {
   store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID">100 AND "ID"<200)").run();
 }
 
-RedTable read_AttributeColumn(Store& store, AttributeTable table, std::string_view column) {
-  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"号码\" ASC", sql_Name(column),
-                                       sql_Name(table_Name(table))));
+RedTable readAttributeColumn(Store& store, AttributeTable table, std::string_view column) {
+  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"号码\" ASC", sqlName(column),
+                                       sqlName(tableName(table))));
   RedTable members{};
   while (rows.next()) {
     const int number = rows.number(0);
@@ -61,33 +61,31 @@ RedTable read_AttributeColumn(Store& store, AttributeTable table, std::string_vi
   return members;
 }
 
-void write_Attribute(Store& store, AttributeTable table, std::string_view column, int number, bool member) {
-  store
-      .query(
-          fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sql_Name(table_Name(table)), sql_Name(column)))
+void writeAttribute(Store& store, AttributeTable table, std::string_view column, int number, bool member) {
+  store.query(fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(tableName(table)), sqlName(column)))
       .bind(member ? 1 : 0, number)
       .run();
 }
 
-void toggle_Attribute(Store& store, std::string_view column, int number) {
-  const bool member = read_AttributeColumn(store, AttributeTable::first, column)[number] != 0;
-  write_Attribute(store, AttributeTable::first, column, number, !member);
+void toggleAttribute(Store& store, std::string_view column, int number) {
+  const bool member = readAttributeColumn(store, AttributeTable::first, column)[number] != 0;
+  writeAttribute(store, AttributeTable::first, column, number, !member);
 }
 
-void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers) {
+void setColumn(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers) {
   StoreChange change(store);
-  store.query(fmt::format("UPDATE {} SET {}=0", sql_Name(table_Name(table)), sql_Name(column))).run();
-  for (const int number : numbers) write_Attribute(store, table, column, number, true);
+  store.query(fmt::format("UPDATE {} SET {}=0", sqlName(tableName(table)), sqlName(column))).run();
+  for (const int number : numbers) writeAttribute(store, table, column, number, true);
   change.commit();
 }
 
-GroupTable load_GroupTable(Store& store, const Family& family, int groups) {
+GroupTable loadGroupTable(Store& store, const Family& family, int groups) {
   std::vector<std::string> columns;
   columns.reserve(static_cast<std::size_t>(groups));
   for (int g = 0; g < groups; ++g)
     columns.push_back(std::string(family.column) + std::to_string(family.first_suffix + g));
   Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"INDEX\" ASC",
-                                       column_List(columns), sql_Name(table_Name(family.table))));
+                                       columnList(columns), sqlName(tableName(family.table))));
   GroupTable table;
   while (rows.next()) {
     const int number = rows.number(0);

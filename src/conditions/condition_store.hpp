@@ -23,34 +23,34 @@ using ValueArray = std::array<int, 200>;
 
 // Reads the rows of a range in order into the array, from index minId modulo 10 on; cells beyond the range
 // are 0: not allowed.
-[[nodiscard]] ValueArray load_ConditionRange(Store& store, ConditionId minId, ConditionId maxId);
+[[nodiscard]] ValueArray loadConditionRange(Store& store, ConditionId minId, ConditionId maxId);
 
 // The `Value` of one row, 0 where it is missing.
-[[nodiscard]] int condition_Value(Store& store, ConditionId id);
+[[nodiscard]] int conditionValue(Store& store, ConditionId id);
 // A pass runs only when its switch is exactly 1.
-[[nodiscard]] bool is_Used(Store& store, UsageId usage);
+[[nodiscard]] bool isUsed(Store& store, UsageId usage);
 // Panels and the summary show a switch as on when it is above 0.
-[[nodiscard]] bool is_Ticked(Store& store, UsageId usage);
+[[nodiscard]] bool isTicked(Store& store, UsageId usage);
 
 // Cell and switch writes store 1 or 0. False, with nothing written, where the row is missing.
-bool set_Cell(Store& store, ConditionId id, bool allowed);
-bool set_ConditionValue(Store& store, ConditionId id, int value);
-bool set_Usage(Store& store, UsageId usage, bool on);
+bool setCell(Store& store, ConditionId id, bool allowed);
+bool setConditionValue(Store& store, ConditionId id, int value);
+bool setUsage(Store& store, UsageId usage, bool on);
 
 // Bulk clears of the selection.
-void clear_RedPicks(Store& store);
-void clear_BluePicks(Store& store);
+void clearRedPicks(Store& store);
+void clearBluePicks(Store& store);
 
 // One yes/no column as a table with 1 for each number that belongs to it.
-[[nodiscard]] RedTable read_AttributeColumn(Store& store, AttributeTable table, std::string_view column);
+[[nodiscard]] RedTable readAttributeColumn(Store& store, AttributeTable table, std::string_view column);
 // Sets one field.
-void write_Attribute(Store& store, AttributeTable table, std::string_view column, int number, bool member);
+void writeAttribute(Store& store, AttributeTable table, std::string_view column, int number, bool member);
 // Turns one field of `号码特性` over.
-void toggle_Attribute(Store& store, std::string_view column, int number);
+void toggleAttribute(Store& store, std::string_view column, int number);
 // Makes a column hold exactly these numbers; an empty list clears it.
-void set_Column(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers);
+void setColumn(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers);
 
 // Reads the first `groups` columns of a family. One select.
-[[nodiscard]] GroupTable load_GroupTable(Store& store, const Family& family, int groups);
+[[nodiscard]] GroupTable loadGroupTable(Store& store, const Family& family, int groups);
 
 }  // namespace lotmere

@@ -21,14 +21,14 @@ struct GroupPage {
 };
 // Fills the page of a group (1 to 10). A group without members has no list, and its box is clear; that
 // writes nothing.
-[[nodiscard]] GroupPage group_Page(Store& store, int group);
+[[nodiscard]] GroupPage groupPage(Store& store, int group);
 
 // A click on a number button: the number joins the group or leaves it. With the last one gone no count is
 // allowed any longer, and the group is switched off.
-void click_GroupNumber(Store& store, int group, int number);
+void clickGroupNumber(Store& store, int group, int number);
 
-// Empties every group in one change; one group alone is emptied by `set_Group`.
-void empty_Groups(Store& store);
+// Empties every group in one change; one group alone is emptied by `setGroup`.
+void emptyGroups(Store& store);
 
 // The seven places. A place without a number is disabled unless it is in use all the same, so that it can be
 // switched off. The options of the tolerance, 0 to 7, have full-width digits.
@@ -36,7 +36,7 @@ struct PlacePage {
   std::array<ConditionPanel, kPlaceCount> places;
   std::vector<PanelItem> tolerances;
 };
-[[nodiscard]] PlacePage load_DingWei(Store& store);
+[[nodiscard]] PlacePage loadPlacePage(Store& store);
 
 // 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value, end.
 struct MatchPage {
@@ -58,26 +58,26 @@ struct MatchTexts {
 inline constexpr MatchTexts kMatchTexts;
 // Called when the page is really shown: a range that wasn't chosen by hand moves on to the last fifty draws,
 // which is stored. With an empty history it stays as it is.
-[[nodiscard]] MatchPage load_LiShi(Store& store);
+[[nodiscard]] MatchPage loadMatchPage(Store& store);
 // An end of the range chosen by hand; from then on the range stays. `end` is HistoryMatch::first or last.
-void choose_MatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);
+void chooseMatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);
 // The latest draws again, and those to come. The page is loaded anew behind it.
-void follow_LatestDraws(Store& store);
+void followLatestDraws(Store& store);
 
 // The draws keep the number counts of the four intervals, so a change of them marks the counts as due
-// (core/interval_mark.hpp). A number button there is `toggle_Attribute`.
+// (core/interval_mark.hpp). A number button there is `toggleAttribute`.
 
 // What each of the four intervals holds: " 区间1：　０１  ０２  ", or a hint how numbers get there.
-[[nodiscard]] std::array<std::string, kIntervalCount> interval_Previews(Store& store);
+[[nodiscard]] std::array<std::string, kIntervalCount> intervalPreviews(Store& store);
 
 // Takes all numbers out of the four intervals and switches their conditions off, then tells that they are to
 // be set anew.
-void clear_Intervals(Store& store, Desk& desk);
+void clearIntervals(Store& store, Desk& desk);
 
 inline constexpr int kSmallestDivision = 6;
 inline constexpr int kLargestDivision = 12;
 // "六区间" to "十二区间", the options of the divisions.
-[[nodiscard]] std::string division_Caption(int division);
+[[nodiscard]] std::string divisionCaption(int division);
 
 struct DivisionPanel {
   ConditionPanel panel;  // the caption is the name of the interval, also its column of `号码特性3`
@@ -85,6 +85,6 @@ struct DivisionPanel {
   std::string numbers;   // its members, or a hint
 };
 // The intervals of a division, 6 to 12. Those of the other divisions stay as they are, in use or not.
-[[nodiscard]] std::vector<DivisionPanel> division_Panels(Store& store, int division);
+[[nodiscard]] std::vector<DivisionPanel> divisionPanels(Store& store, int division);
 
 }  // namespace lotmere

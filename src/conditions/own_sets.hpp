@@ -15,18 +15,18 @@ namespace lotmere {
 
 // Makes `numbers` the members of a custom group (1 to 10). An empty group isn't used: its switch goes off;
 // its allowed counts stay.
-void set_Group(Store& store, int group, std::span<const int> numbers);
+void setGroup(Store& store, int group, std::span<const int> numbers);
 
 // Makes `numbers` the ones allowed at a place (1 to 7). Picking numbers switches the place on, an empty list
 // switches it off.
-void set_Place(Store& store, int place, std::span<const int> numbers);
+void setPlace(Store& store, int place, std::span<const int> numbers);
 
 // Makes `numbers` the members of a custom interval ("六区间1" to "十二区间12"). False, with nothing written,
 // when no interval has the name.
-bool set_CustomInterval(Store& store, std::string_view name, std::span<const int> numbers);
+bool setCustomInterval(Store& store, std::string_view name, std::span<const int> numbers);
 
 // All 63 custom intervals hold what the factory put into them.
-void restore_Divisions(Store& store);
+void restoreDivisions(Store& store);
 
 // 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last goes.
 struct HistoryMatch {
@@ -42,20 +42,20 @@ struct HistoryMatch {
 inline constexpr std::string_view kHistoryMatchName = "历史数据过滤";
 // How many draws a range that nobody chose by hand has, the latest ones.
 inline constexpr int kMatchPeriods = 50;
-[[nodiscard]] HistoryMatch load_HistoryMatch(Store& store);
-void save_HistoryMatch(Store& store, const HistoryMatch& settings);
+[[nodiscard]] HistoryMatch loadHistoryMatch(Store& store);
+void saveHistoryMatch(Store& store, const HistoryMatch& settings);
 // Range and match value as one line: "２０２６０４１～２０２６０９０，最大匹配值 ６（自选范围）".
-[[nodiscard]] std::string match_Text(const HistoryMatch& settings);
+[[nodiscard]] std::string matchText(const HistoryMatch& settings);
 // One of the settings alone; the others stay.
 template <class Value>
-void set_HistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
-  HistoryMatch settings = load_HistoryMatch(store);
+void setHistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
+  HistoryMatch settings = loadHistoryMatch(store);
   settings.*setting = value;
-  save_HistoryMatch(store, settings);
+  saveHistoryMatch(store, settings);
 }
 
 // Everything that can be set back to the factory ("还原默认值"): conditions, groups, intervals, custom divisions,
 // 历史数据过滤; and nothing is picked.
-void restore_Defaults(Store& store);
+void restoreDefaults(Store& store);
 
 }  // namespace lotmere

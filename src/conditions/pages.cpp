@@ -32,10 +32,10 @@ std::vector<ConditionPage> makePages() {
   pages.push_back({"奇偶比", counts, both("奇数个数", "偶数个数")});
   pages.push_back({"大小比", counts, both("大数个数", "小数个数")});
   pages.push_back({"高低尾码", counts, both("高尾码个数", "低尾码个数")});
-  pages.push_back({"区间设置", intervals, series(usage_OfInterval, kIntervalCount)});
-  pages.push_back({"定位过滤", places, series(usage_OfPlace, kPlaceCount)});
+  pages.push_back({"区间设置", intervals, series(usageOfInterval, kIntervalCount)});
+  pages.push_back({"定位过滤", places, series(usageOfPlace, kPlaceCount)});
   addOwnPages(pages, shapes);
-  pages.push_back({"自定义过滤", groups, series(usage_OfGroup, kGroupCount)});
+  pages.push_back({"自定义过滤", groups, series(usageOfGroup, kGroupCount)});
   pages.push_back({"历史数据过滤", history_match});
   pages.push_back({"缩水设置", shrink, {&conditionOfUsage(kSmartOptimisation)}});
   pages.push_back({"查看全部", summary});
@@ -44,41 +44,41 @@ std::vector<ConditionPage> makePages() {
 
 }  // namespace
 
-std::span<const ConditionPage> condition_Pages() {
+std::span<const ConditionPage> conditionPages() {
   static const auto pages = makePages();
   return pages;
 }
 
-const ConditionPage& condition_Page(int tab) { return condition_Pages()[static_cast<std::size_t>(tab - 1)]; }
+const ConditionPage& conditionPage(int tab) { return conditionPages()[static_cast<std::size_t>(tab - 1)]; }
 
-ConditionPanel value_Page(Store& store, int tab) {
-  const Condition& condition = *condition_Page(tab).conditions.front();
-  ConditionPanel panel = page_Panel(store, condition);
-  if (!condition.page_name.empty()) panel.caption = use_Caption(condition.page_name);
-  if (is_OnSheet(condition)) panel.items.clear();
+ConditionPanel valuePage(Store& store, int tab) {
+  const Condition& condition = *conditionPage(tab).conditions.front();
+  ConditionPanel panel = pagePanel(store, condition);
+  if (!condition.page_name.empty()) panel.caption = useCaption(condition.page_name);
+  if (isOnSheet(condition)) panel.items.clear();
   return panel;
 }
 
-std::array<ConditionPanel, 2> tj_FillCounts(Store& store, int tab) {
+std::array<ConditionPanel, 2> countPanels(Store& store, int tab) {
   std::array<ConditionPanel, 2> lists;
   for (int i = 0; i < 2; ++i) {
-    Condition condition = *condition_Page(tab).conditions[i];
+    Condition condition = *conditionPage(tab).conditions[i];
     condition.item_text = condition.name + "=";  // the sheet shows 高尾码个数 by a shorter text
-    lists[i] = page_Panel(store, condition);
+    lists[i] = pagePanel(store, condition);
   }
   return lists;
 }
 
-ShapePage tj_FillShape(Store& store, UsageId usage) {
+ShapePage shapePage(Store& store, UsageId usage) {
   const Condition& condition = conditionOfUsage(usage);
-  return {page_Panel(store, condition), std::string(condition.page) + std::string(kLineBreak)};
+  return {pagePanel(store, condition), std::string(condition.page) + std::string(kLineBreak)};
 }
 
-ShrinkPage shrink_Page(Store& store) {
+ShrinkPage shrinkPage(Store& store) {
   ShrinkPage page;
-  page.types = stored_Option(store, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrink_Caption);
-  page.smart = load_Panel(store, conditionOfUsage(kSmartOptimisation),
-                          "缩水前进行智能优化—自动分析每注号码,提高缩水后大奖命中率");
+  page.types = storedOption(store, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrinkCaption);
+  page.smart = loadPanel(store, conditionOfUsage(kSmartOptimisation),
+                         "缩水前进行智能优化—自动分析每注号码,提高缩水后大奖命中率");
   page.hint = "提示，这里的保Ｎ型是对整注号码（包含蓝球号码）进行缩水的。";
   return page;
 }

@@ -33,28 +33,28 @@ struct ConditionPage {
 };
 
 // The pages in the order of their tabs. A condition whose row names a page has one for itself.
-[[nodiscard]] std::span<const ConditionPage> condition_Pages();
+[[nodiscard]] std::span<const ConditionPage> conditionPages();
 // A page by its tab, from 1 on.
-[[nodiscard]] const ConditionPage& condition_Page(int tab);
+[[nodiscard]] const ConditionPage& conditionPage(int tab);
 
 // The box of a value page. 跨度, which the sheet doesn't have, has its list here.
-[[nodiscard]] ConditionPanel value_Page(Store& store, int tab);
+[[nodiscard]] ConditionPanel valuePage(Store& store, int tab);
 
 // The two lists of a count page (tabs 11 to 13). Its boxes are its own: those of the sheet stay as they are.
-[[nodiscard]] std::array<ConditionPanel, 2> tj_FillCounts(Store& store, int tab);
+[[nodiscard]] std::array<ConditionPanel, 2> countPanels(Store& store, int tab);
 
 // The shape page of a condition (37 to 61), and the text beside the list.
 struct ShapePage {
   ConditionPanel panel;
   std::string tip;
 };
-[[nodiscard]] ShapePage tj_FillShape(Store& store, UsageId usage);
+[[nodiscard]] ShapePage shapePage(Store& store, UsageId usage);
 
 struct ShrinkPage {
   std::vector<PanelItem> types;
   ConditionPanel smart;
   std::string_view hint;
 };
-[[nodiscard]] ShrinkPage shrink_Page(Store& store);
+[[nodiscard]] ShrinkPage shrinkPage(Store& store);
 
 }  // namespace lotmere

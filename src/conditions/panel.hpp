@@ -3,7 +3,7 @@
 //
 // The panels hold nothing of their own. They are filled from the store when they are shown and after a click;
 // while the window fills a list it doesn't pass its changes on. Every click is one change and takes effect at
-// once; one on a box is `set_Usage`, one on an option `set_ConditionValue`.
+// once; one on a box is `setUsage`, one on an option `setConditionValue`.
 #pragma once
 
 #include <string>
@@ -35,28 +35,28 @@ struct ConditionPanel {
 
 // The list of a condition: cells that can be ticked, numbers allowed at a place; empty for a switch alone and
 // a combination turn. An item is selected when its cell is above 0.
-[[nodiscard]] std::vector<PanelItem> panel_Items(Store& store, const Condition& condition);
+[[nodiscard]] std::vector<PanelItem> panelItems(Store& store, const Condition& condition);
 
 // The list with its box, ticked when the switch is above 0.
-[[nodiscard]] ConditionPanel load_Panel(Store& store, const Condition& condition, std::string caption);
+[[nodiscard]] ConditionPanel loadPanel(Store& store, const Condition& condition, std::string caption);
 
 // What the box of a condition page says: "使用“奇数和值”过滤".
-[[nodiscard]] std::string use_Caption(std::string_view name);
+[[nodiscard]] std::string useCaption(std::string_view name);
 
 // A panel with that caption.
-[[nodiscard]] ConditionPanel page_Panel(Store& store, const Condition& condition);
+[[nodiscard]] ConditionPanel pagePanel(Store& store, const Condition& condition);
 
 // Options first to last of which one is stored in a row.
-[[nodiscard]] std::vector<PanelItem> stored_Option(Store& store, ConditionId cell, int first, int last,
-                                                   std::string (*caption)(int));
+[[nodiscard]] std::vector<PanelItem> storedOption(Store& store, ConditionId cell, int first, int last,
+                                                  std::string (*caption)(int));
 
 // The numbers of a set, each as two full-width digits with two blanks behind: "０５  １２  ".
-[[nodiscard]] std::string spaced_Numbers(const RedTable& members);
+[[nodiscard]] std::string spacedNumbers(const RedTable& members);
 
 // A list item was ticked or unticked: writes its cell, the field of a number at a place, or the switch of a
 // combination turn. Nothing else changes: a condition stays in use with its last item unticked. A missing row
 // is passed over.
-void click_Item(Store& store, const Condition& condition, int k, bool selected);
+void clickItem(Store& store, const Condition& condition, int k, bool selected);
 
 struct BoxState {
   bool ticked;
@@ -67,6 +67,6 @@ struct BoxState {
 // The same for the lists that lead their box (the shape page, the group page, the seven places): any selected
 // item switches the condition on, none switches it off. Gives the box as it is to be shown then; that of a
 // group or a place is disabled when no item is left.
-BoxState click_LeadingItem(Store& store, const Condition& condition, int k, bool selected);
+BoxState clickLeadingItem(Store& store, const Condition& condition, int k, bool selected);
 
 }  // namespace lotmere

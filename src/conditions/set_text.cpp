@@ -47,7 +47,7 @@ std::string membersText(Members members, int last = kRedCount) {
 
 std::optional<Members> readMembers(std::string_view text, int last = kRedCount) {
   if (text == kNone) return Members{0};
-  const auto numbers = parse_NumberList(text, 1, last);
+  const auto numbers = parseNumberList(text, 1, last);
   if (!numbers) return std::nullopt;
   return membersOf(*numbers);
 }
@@ -81,10 +81,10 @@ Line picksLine(std::string name, int first, int last, int base, PickState state)
           }};
 }
 
-// The cells of a condition that can be set, as parse_Values reads them.
+// The cells of a condition that can be set, as parseValues reads them.
 std::string cellsText(const ConditionSet& set, const Condition& condition) {
   std::vector<int> cells;
-  for (int k = 0; k < cell_Count(condition); ++k)
+  for (int k = 0; k < cellCount(condition); ++k)
     if (set.cells.value(condition.first + k) >= 1) cells.push_back(k);
   return cells.empty() ? std::string(kNone) : formatValues(condition, cells);
 }
@@ -92,25 +92,25 @@ std::string cellsText(const ConditionSet& set, const Condition& condition) {
 bool readCells(std::string_view text, const Condition& condition, ConditionSet& set) {
   std::vector<int> cells;
   if (text != kNone) {
-    auto read = parse_Values(condition, text);
+    auto read = parseValues(condition, text);
     if (!read) return false;
     cells = std::move(*read);
   }
-  for (int k = 0; k < cell_Count(condition); ++k)
+  for (int k = 0; k < cellCount(condition); ++k)
     set.cells.set(condition.first + k, std::ranges::find(cells, k) != cells.end() ? 1 : 0);
   return true;
 }
 
 // Switch and allowed values of a condition: "开 60-140,150".
 Line conditionLine(const Condition& condition) {
-  const auto hasCells = cell_Count(condition) > 0;
+  const auto hasCells = cellCount(condition) > 0;
   const bool is_place = condition.kind == CellKind::position;
   return {condition.name,
           [=, &condition](const ConditionSet& set) {
             std::string text = switchText(set.switches.value(condition.usage));
             if (hasCells) text += ' ' + cellsText(set, condition);
             if (is_place)
-              text += ' ' + membersText(set.column(AttributeTable::first, place_Column(condition.turn)));
+              text += ' ' + membersText(set.column(AttributeTable::first, placeColumn(condition.turn)));
             return text;
           },
           [=, &condition](std::string_view text, ConditionSet& set) {
@@ -122,7 +122,7 @@ Line conditionLine(const Condition& condition) {
             if (is_place) {
               const auto members = readMembers(values);
               if (!members) return false;
-              set.setColumn(AttributeTable::first, place_Column(condition.turn), *members);
+              set.setColumn(AttributeTable::first, placeColumn(condition.turn), *members);
             }
             return set.switches.set(condition.usage, *on);
           }};
@@ -207,7 +207,7 @@ std::vector<Line> makeLines() {
     const std::string column = fmt::format("自定义组{}", i);
     lines.push_back(columnLine(column + "的号码", AttributeTable::first, column));
   }
-  for (const CustomInterval& interval : factory_CustomIntervals())
+  for (const CustomInterval& interval : factoryCustomIntervals())
     lines.push_back(columnLine(interval.name + "的号码", AttributeTable::third, interval.name));
   lines.push_back(matchLine());
   lines.push_back(numberLine("号码定位容错值", kToleranceCell, 0, kPlaceCount));

@@ -62,117 +62,116 @@ constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", "最大间�
                                   {" 区间排异： ", "区间排异"}};
 
 // The numbers of one colour with one state in the selection.
-std::string picked_Text(Store& store, ConditionId first, ConditionId last, int state) {
-  const ValueArray cells = load_ConditionRange(store, first, last);
+std::string pickedText(Store& store, ConditionId first, ConditionId last, int state) {
+  const ValueArray cells = loadConditionRange(store, first, last);
   std::string text;
   for (int n = 1; n <= last - first + 1; ++n)
-    if (cells[n] == state) text += to_QuanJiao(format_Ball(n)) + "  ";
+    if (cells[n] == state) text += toFullWidth(formatBall(n)) + "  ";
   return text;
 }
 
-std::string ticked_Values(Store& store, const Condition& condition) {
-  const ValueArray cells = load_ConditionRange(store, condition.first, condition.last);
+std::string tickedText(Store& store, const Condition& condition) {
+  const ValueArray cells = loadConditionRange(store, condition.first, condition.last);
   const bool shapes = condition.kind == CellKind::shape;
-  const int count = shapes ? cell_Count(condition) : condition.last - condition.first + 1;
+  const int count = shapes ? cellCount(condition) : condition.last - condition.first + 1;
   std::string text;
   for (int k = 0; k < count; ++k) {
     if (cells[k] <= 0) continue;
     if (shapes)
-      text += fmt::format("（{}）   ", to_QuanJiao(item_Text(condition, k)));
+      text += fmt::format("（{}）   ", toFullWidth(itemText(condition, k)));
     else
-      text += to_QuanJiao(condition.kind == CellKind::run_shape ? std::string(run_Shapes()[k])
+      text += toFullWidth(condition.kind == CellKind::run_shape ? std::string(runShapes()[k])
                                                                 : std::to_string(k)) +
               "  ";
   }
   return text;
 }
 
-std::string members_Text(const RedTable& members) {
+std::string membersText(const RedTable& members) {
   std::string list;
   for (int n = 1; n <= kRedCount; ++n)
-    if (members[n]) list += (list.empty() ? "" : ",") + to_QuanJiao(format_Ball(n));
+    if (members[n]) list += (list.empty() ? "" : ",") + toFullWidth(formatBall(n));
   return list.empty() ? "（ 无 号 码 ）" : fmt::format("　号码：（{}）", list);
 }
 
-std::string counts_Text(Store& store, const Condition& group) {
-  const ValueArray cells = load_ConditionRange(store, group.first, group.last);
+std::string countsText(Store& store, const Condition& group) {
+  const ValueArray cells = loadConditionRange(store, group.first, group.last);
   std::string list;
-  for (int k = 0; k < cell_Count(group); ++k)
+  for (int k = 0; k < cellCount(group); ++k)
     if (cells[k] > 0) list += fmt::format("{}{}个", list.empty() ? "" : ",", k);
   return list.empty() ? "（条 件 未 设 置）" : fmt::format(" 允许开出个数（{}）", list);
 }
 
 // Numbers and allowed counts of a set of the user's own.
-std::string own_SetText(Store& store, const Condition& set, AttributeTable table) {
-  return members_Text(read_AttributeColumn(store, table, set.name)) + " ——" + counts_Text(store, set);
+std::string ownSetText(Store& store, const Condition& set, AttributeTable table) {
+  return membersText(readAttributeColumn(store, table, set.name)) + " ——" + countsText(store, set);
 }
 
-bool has_Line(const Condition& condition) {
-  const bool group = condition.usage >= usage_OfGroup(1) && condition.usage <= usage_OfGroup(kGroupCount);
+bool hasLine(const Condition& condition) {
+  const bool group = condition.usage >= usageOfGroup(1) && condition.usage <= usageOfGroup(kGroupCount);
   return group || std::ranges::find(kLines, condition.name, &SummaryLine::name) != std::end(kLines);
 }
 
-std::string line_Content(Store& store, const SummaryLine& line) {
+std::string lineContent(Store& store, const SummaryLine& line) {
   const Condition& condition = conditionNamed(line.name);
-  if (!is_Ticked(store, condition.usage)) return std::string(kUnused);
-  return line.as_range ? tj_CurrentValue(store, condition.first, condition.last)
-                       : ticked_Values(store, condition);
+  if (!isTicked(store, condition.usage)) return std::string(kUnused);
+  return line.as_range ? tickedValues(store, condition.first, condition.last) : tickedText(store, condition);
 }
 
-std::string ticked_Families(Store& store, const Condition& condition) {
+std::string tickedFamilies(Store& store, const Condition& condition) {
   std::string text;
-  for (const PanelItem& item : panel_Items(store, condition))
-    if (item.selected) text += to_QuanJiao(item.text) + "  ";
+  for (const PanelItem& item : panelItems(store, condition))
+    if (item.selected) text += toFullWidth(item.text) + "  ";
   return text;
 }
 
 // What stands behind the label of a setting that is on and has no line of its own.
-std::string extra_Content(Store& store, const Condition& condition) {
+std::string extraContent(Store& store, const Condition& condition) {
   switch (condition.kind) {
     case CellKind::value:
-      return tj_CurrentValue(store, condition.first, condition.last);
+      return tickedValues(store, condition.first, condition.last);
     case CellKind::count:
-      return tj_CurrentValue(store, condition.first, condition.first + cell_Count(condition) - 1);
+      return tickedValues(store, condition.first, condition.first + cellCount(condition) - 1);
     case CellKind::shape:
     case CellKind::run_shape:
-      return ticked_Values(store, condition);
+      return tickedText(store, condition);
     case CellKind::sum_family:
     case CellKind::position:
-      return ticked_Families(store, condition);
+      return tickedFamilies(store, condition);
     default:
       return "使 用";
   }
 }
 
 // The settings that have no line of their own: label and content of each that is on.
-std::vector<std::pair<std::string, std::string>> extra_Lines(Store& store) {
+std::vector<std::pair<std::string, std::string>> extraLines(Store& store) {
   std::vector<std::pair<std::string, std::string>> lines;
   bool placed = false;
   for (const Condition& condition : allConditions()) {
-    if (has_Line(condition) || !is_Ticked(store, condition.usage)) continue;
+    if (hasLine(condition) || !isTicked(store, condition.usage)) continue;
     const bool values = condition.kind == CellKind::value || condition.kind == CellKind::count;
     if (condition.kind == CellKind::position && !std::exchange(placed, true))
-      lines.emplace_back(" 号码定位容错值： ", to_QuanJiao(condition_Value(store, kToleranceCell)));
+      lines.emplace_back(" 号码定位容错值： ", toFullWidth(conditionValue(store, kToleranceCell)));
     if (isCustomInterval(condition))
-      lines.emplace_back(" " + condition.name, own_SetText(store, condition, AttributeTable::third));
+      lines.emplace_back(" " + condition.name, ownSetText(store, condition, AttributeTable::third));
     else
       lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
-                         extra_Content(store, condition));
+                         extraContent(store, condition));
   }
-  if (const HistoryMatch match = load_HistoryMatch(store); match.used)
-    lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), match_Text(match));
+  if (const HistoryMatch match = loadHistoryMatch(store); match.used)
+    lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), matchText(match));
   return lines;
 }
 
 }  // namespace
 
-std::array<std::string, 10> tj_FillGroups(Store& store) {
+std::array<std::string, 10> groupLines(Store& store) {
   std::array<std::string, 10> items;
   for (int g = 1; g <= kGroupCount; ++g) {
-    const Condition& group = conditionOfUsage(usage_OfGroup(g));
+    const Condition& group = conditionOfUsage(usageOfGroup(g));
     std::string& item = items[static_cast<std::size_t>(g - 1)];
-    if (is_Ticked(store, group.usage))
-      item = group.name + own_SetText(store, group, AttributeTable::first);
+    if (isTicked(store, group.usage))
+      item = group.name + ownSetText(store, group, AttributeTable::first);
     else
       // The tenth name is a character longer; one blank less keeps the lines even.
       item = group.name + (g == kGroupCount ? "——　未 使 用 " : " ——　未 使 用 ");
@@ -180,21 +179,21 @@ std::array<std::string, 10> tj_FillGroups(Store& store) {
   return items;
 }
 
-std::string tj_Summary(Store& store) {
+std::string summaryText(Store& store) {
   std::string text(kLineBreak);
   const auto add = [&](std::string_view label, std::string_view content) {
     text += fmt::format("{}{}{}{}", label, content, kLineBreak, kLineBreak);
   };
   constexpr ConditionId first_blue = kBlueCodeBase + 1;
   constexpr ConditionId last_blue = kBlueCodeBase + kBlueCount;
-  add(" 红球“拖码”： ", picked_Text(store, 1, kRedCount, int(PickState::tuo)));
-  add(" 红球“胆码”： ", picked_Text(store, 1, kRedCount, int(PickState::dan)));
-  add(" 蓝球“拖码”： ", picked_Text(store, first_blue, last_blue, int(PickState::tuo)));
-  add(" 蓝球“胆码”： ", picked_Text(store, first_blue, last_blue, int(PickState::dan)));
-  for (const SummaryLine& line : kLines) add(line.label, line_Content(store, line));
-  for (const std::string& item : tj_FillGroups(store)) add(" ", item);
-  add(" 缩 水 类 型： ", shrink_Caption(condition_Value(store, kShrinkTypeCell)));
-  for (const auto& [label, content] : extra_Lines(store)) add(label, content);
+  add(" 红球“拖码”： ", pickedText(store, 1, kRedCount, int(PickState::tuo)));
+  add(" 红球“胆码”： ", pickedText(store, 1, kRedCount, int(PickState::dan)));
+  add(" 蓝球“拖码”： ", pickedText(store, first_blue, last_blue, int(PickState::tuo)));
+  add(" 蓝球“胆码”： ", pickedText(store, first_blue, last_blue, int(PickState::dan)));
+  for (const SummaryLine& line : kLines) add(line.label, lineContent(store, line));
+  for (const std::string& item : groupLines(store)) add(" ", item);
+  add(" 缩 水 类 型： ", shrinkCaption(conditionValue(store, kShrinkTypeCell)));
+  for (const auto& [label, content] : extraLines(store)) add(label, content);
   return text;
 }
 

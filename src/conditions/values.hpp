@@ -15,25 +15,25 @@ namespace lotmere {
 
 // The ticked cells of a range as a short text: runs "３～５", single values, joined by " 或 ", in full-width
 // digits. Empty with none.
-[[nodiscard]] std::string tj_CurrentValue(Store& store, ConditionId first, ConditionId last);
+[[nodiscard]] std::string tickedValues(Store& store, ConditionId first, ConditionId last);
 
 // The current value of any condition: numbers as above, shapes and sum families joined by ";", the numbers
 // allowed at a place. Empty for a switch alone.
-[[nodiscard]] std::string current_Value(Store& store, const Condition& condition);
+[[nodiscard]] std::string currentValue(Store& store, const Condition& condition);
 
-// Cells as parse_Values reads them: "60-140,150", "2,2,1,1;3,3". Empty for none.
+// Cells as parseValues reads them: "60-140,150", "2,2,1,1;3,3". Empty for none.
 [[nodiscard]] std::string formatValues(const Condition& condition, std::span<const int> cells);
 
-// The cells that a text names, each of 0 to cell_Count(condition) - 1: "60-140,150" for numbers, texts separated by
+// The cells that a text names, each of 0 to cellCount(condition) - 1: "60-140,150" for numbers, texts separated by
 // ";" for shapes, run shapes and sum families. Nothing for any other text.
-[[nodiscard]] std::optional<std::vector<int>> parse_Values(const Condition& condition,
-                                                           std::string_view values);
+[[nodiscard]] std::optional<std::vector<int>> parseValues(const Condition& condition,
+                                                          std::string_view values);
 
-// Allows exactly the values of a text, as parse_Values reads it, and switches the others off. Tells what is wrong
+// Allows exactly the values of a text, as parseValues reads it, and switches the others off. Tells what is wrong
 // with a text that names no value of the condition, and then writes nothing.
-bool allow_Values(Store& store, Desk& desk, const Condition& condition, std::string_view values);
+bool allowValues(Store& store, Desk& desk, const Condition& condition, std::string_view values);
 
 // Switches a condition on or off.
-void use_Condition(Store& store, const Condition& condition, bool on);
+void useCondition(Store& store, const Condition& condition, bool on);
 
 }  // namespace lotmere

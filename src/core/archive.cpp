@@ -30,7 +30,7 @@ std::int64_t checksum(const ArchivedFile& file) {
   return static_cast<std::int64_t>(add(add(0, file.name + '\n'), file.bytes));
 }
 
-std::int64_t all_Bytes(const std::vector<ArchivedFile>& archived) {
+std::int64_t allBytes(const std::vector<ArchivedFile>& archived) {
   std::int64_t sum = 0;
   for (const ArchivedFile& file : archived) sum += static_cast<std::int64_t>(file.bytes.size());
   return sum;
@@ -40,7 +40,7 @@ void advance(Job& job, std::int64_t done) {
   if (job.advance(done)) throw Stopped{};
 }
 
-void fill_Archive(SQLite::Database& db, const std::vector<ArchivedFile>& archived, Job& job) {
+void fillArchive(SQLite::Database& db, const std::vector<ArchivedFile>& archived, Job& job) {
   db.exec(fmt::format(R"(PRAGMA application_id = {}; PRAGMA user_version = {};
       CREATE TABLE "目录" ("名称" TEXT PRIMARY KEY, "字节数" INTEGER NOT NULL, "校验" INTEGER NOT NULL);
       CREATE TABLE "总数" ("文件数" INTEGER NOT NULL);
@@ -71,7 +71,7 @@ void fill_Archive(SQLite::Database& db, const std::vector<ArchivedFile>& archive
   }
 }
 
-ArchivedFile read_File(SQLite::Database& db, const std::string& name, Job& job, std::int64_t& done) {
+ArchivedFile readFile(SQLite::Database& db, const std::string& name, Job& job, std::int64_t& done) {
   ArchivedFile file{name, {}};
   SQLite::Statement chunks(db, R"(SELECT "字节" FROM "内容" WHERE "名称"=? ORDER BY "序号")");
   chunks.bind(1, name);
@@ -83,7 +83,7 @@ ArchivedFile read_File(SQLite::Database& db, const std::string& name, Job& job, 
   return file;
 }
 
-Archive read_Sound(SQLite::Database& db, Desk& desk) {
+Archive readSound(SQLite::Database& db, Desk& desk) {
   Archive archive;
   Job job(desk, db.execAndGet(R"(SELECT ifnull(sum("字节数"),0) FROM "目录")").getInt64(),
           Job::Stop::possible);
@@ -91,7 +91,7 @@ Archive read_Sound(SQLite::Database& db, Desk& desk) {
   SQLite::Statement row(db, R"(SELECT "名称","字节数","校验" FROM "目录" ORDER BY "名称")");
   while (row.executeStep()) {
     const ArchivedFile& file =
-        archive.files.emplace_back(read_File(db, row.getColumn(0).getString(), job, done));
+        archive.files.emplace_back(readFile(db, row.getColumn(0).getString(), job, done));
     if (row.getColumn(1).getInt64() != static_cast<std::int64_t>(file.bytes.size()) ||
         row.getColumn(2).getInt64() != checksum(file))
       return {ArchiveState::damaged, {}};
@@ -103,20 +103,20 @@ Archive read_Sound(SQLite::Database& db, Desk& desk) {
 
 }  // namespace
 
-bool write_Archive(const fs::path& path, const std::vector<ArchivedFile>& archived, Desk& desk,
-                   FileSystem& files) {
+bool writeArchive(const fs::path& path, const std::vector<ArchivedFile>& archived, Desk& desk,
+                  FileSystem& files) {
   const StopScope stop(desk);
-  Job job(desk, all_Bytes(archived), Job::Stop::possible);
+  Job job(desk, allBytes(archived), Job::Stop::possible);
   try {
-    write_Database(path, files, [&](SQLite::Database& db) { fill_Archive(db, archived, job); });
+    writeDatabase(path, files, [&](SQLite::Database& db) { fillArchive(db, archived, job); });
     return true;
   } catch (const Stopped&) {
     return false;
   }
 }
 
-Archive read_Archive(const fs::path& path, Desk& desk) {
-  require_PlainFile(path);
+Archive readArchive(const fs::path& path, Desk& desk) {
+  requirePlainFile(path);
   if (!fs::exists(path))
     throw fs::filesystem_error("open", path, std::make_error_code(std::errc::no_such_file_or_directory));
   const StopScope stop(desk);
@@ -125,12 +125,12 @@ Archive read_Archive(const fs::path& path, Desk& desk) {
     if (db.execAndGet("PRAGMA application_id").getInt() != kApplication) return {ArchiveState::foreign, {}};
     const int format = db.execAndGet("PRAGMA user_version").getInt();
     if (format != kFormat) return {format > kFormat ? ArchiveState::newer : ArchiveState::damaged, {}};
-    return read_Sound(db, desk);
+    return readSound(db, desk);
   } catch (const Stopped&) {
     return {ArchiveState::stopped, {}};
   } catch (const SQLite::Exception& failure) {
     if (failure.getErrorCode() == SQLITE_NOTADB) return {ArchiveState::foreign, {}};
-    if (is_Damage(failure)) return {ArchiveState::damaged, {}};
+    if (isDamage(failure)) return {ArchiveState::damaged, {}};
     throw StoreFailure(path, failure);
   }
 }

@@ -19,8 +19,8 @@ struct ArchivedFile {
 // Writes the files into a new archive at `path`, whole or not at all, readable by its owner only. False when the
 // user stopped it; then, and where it throws (StoreFailure, std::filesystem::filesystem_error), `path` stays as
 // it was.
-[[nodiscard]] bool write_Archive(const std::filesystem::path& path, const std::vector<ArchivedFile>& archived,
-                                 Desk& desk, FileSystem& files = real_Files());
+[[nodiscard]] bool writeArchive(const std::filesystem::path& path, const std::vector<ArchivedFile>& archived,
+                                Desk& desk, FileSystem& files = realFiles());
 
 enum class ArchiveState {
   sound,
@@ -36,6 +36,6 @@ struct Archive {
 
 // Reads an archive whole and checks it; the file is only read. Throws std::filesystem::filesystem_error where
 // there is no file, and StoreFailure when it can't be read at present.
-[[nodiscard]] Archive read_Archive(const std::filesystem::path& path, Desk& desk);
+[[nodiscard]] Archive readArchive(const std::filesystem::path& path, Desk& desk);
 
 }  // namespace lotmere

@@ -17,7 +17,7 @@ namespace lotmere {
 enum class AttributeTable : int { first = 0, second = 1, third = 2 };
 
 // "号码特性", "号码特性2", "号码特性3".
-[[nodiscard]] std::string_view table_Name(AttributeTable table);
+[[nodiscard]] std::string_view tableName(AttributeTable table);
 
 // A run of columns `name`first to `name`(first + count - 1). A family of count 0 is one column with the bare
 // name.
@@ -32,10 +32,10 @@ struct AttributeFamily {
 };
 
 // The families of the first two tables in the order of their columns.
-[[nodiscard]] std::span<const AttributeFamily> attribute_Families();
+[[nodiscard]] std::span<const AttributeFamily> attributeFamilies();
 
 // The columns of a table in order, without the key columns `INDEX` and `号码`.
-[[nodiscard]] std::vector<std::string> attribute_Columns(AttributeTable table);
+[[nodiscard]] std::vector<std::string> attributeColumns(AttributeTable table);
 
 // The custom interval divisions: 6 to 12 intervals each, 63 intervals in all.
 struct CustomInterval {
@@ -48,10 +48,10 @@ struct CustomInterval {
   int index;     // 0-based place within the division
 };
 inline constexpr int kCustomIntervalCount = 63;
-[[nodiscard]] const std::vector<CustomInterval>& factory_CustomIntervals();
+[[nodiscard]] const std::vector<CustomInterval>& factoryCustomIntervals();
 
 // Whether the factory puts a number into an interval of a division: n runs as even as can be, the longer ones
 // first.
-[[nodiscard]] bool division_Holds(int division, int index, int number);
+[[nodiscard]] bool divisionHolds(int division, int index, int number);
 
 }  // namespace lotmere

@@ -80,40 +80,40 @@ void addCounts(Rows& rows) {
   for (int i = 1; i <= kIntervalCount; ++i) {
     const ConditionId cell = 3700 + 10 * (i - 1);
     const std::string name = fmt::format("区间{}", i);
-    rows.add({.usage = usage_OfInterval(i), .name = name, .kind = count, .first = cell, .last = cell + 9,
+    rows.add({.usage = usageOfInterval(i), .name = name, .kind = count, .first = cell, .last = cell + 9,
               .factory = i == kIntervalCount ? "0-2" : "0-4", .item_text = name + kCountItem,
               .figure = MembersIn{first, name}});
   }
   for (int i = 1; i <= kGroupCount; ++i) {
     const ConditionId cell = 3800 + 10 * (i - 1);
     const std::string name = fmt::format("自定义组{}", i);
-    rows.add({.usage = usage_OfGroup(i), .name = name, .kind = count, .first = cell, .last = cell + 9,
+    rows.add({.usage = usageOfGroup(i), .name = name, .kind = count, .first = cell, .last = cell + 9,
               .factory = kEveryCount, .item_text = kCountItem, .figure = MembersIn{first, name}});
   }
 }
 
 void addFigures(Rows& rows) {
   rows.add({.usage = 4, .name = "跨度", .kind = value, .first = 3300, .last = 3340, .factory = "15-32",
-            .first_item = 5, .last_item = 32, .figure = calc_KuaDu, .log_name = "[ 跨 度 ]",
+            .first_item = 5, .last_item = 32, .figure = spanOf, .log_name = "[ 跨 度 ]",
             .page = "跨度过滤"});
   rows.add({.usage = 5, .name = "最大间距", .kind = value, .first = 3400, .last = 3440, .factory = "4-17",
-            .used_at_first = true, .first_item = 1, .last_item = 28, .figure = calc_JianJuMax,
+            .used_at_first = true, .first_item = 1, .last_item = 28, .figure = largestGap,
             .page = "最大间距"});
   rows.add({.usage = 6, .name = "连号", .kind = run_shape, .first = 3450, .last = 3460, .factory = "0-2,4",
-            .used_at_first = true, .first_item = 0, .last_item = 10, .figure = calc_LianHaoMax,
+            .used_at_first = true, .first_item = 0, .last_item = 10, .figure = runShape,
             .page = "连 号"});
   rows.add({.usage = 9, .name = "AC值", .kind = value, .first = 3600, .last = 3630, .factory = "5-10",
-            .used_at_first = true, .first_item = 0, .last_item = 15, .figure = calc_AC, .page = "AC值",
+            .used_at_first = true, .first_item = 0, .last_item = 15, .figure = acValue, .page = "AC值",
             .page_name = "ＡＣ值"});
   rows.add({.usage = 7, .name = "重叠号", .kind = count, .first = 3470, .last = 3480, .factory = "0-3",
-            .item_text = "重叠码个数=", .figure = AgainstPrevious{mark_Reds}, .page = "重叠号"});
+            .item_text = "重叠码个数=", .figure = AgainstPrevious{markReds}, .page = "重叠号"});
   rows.add({.usage = 8, .name = "斜位码", .kind = count, .first = 3490, .last = 3500, .factory = "0-4",
-            .item_text = "斜位码个数=", .figure = AgainstPrevious{mark_Neighbours}, .page = "斜位码"});
+            .item_text = "斜位码个数=", .figure = AgainstPrevious{markNeighbours}, .page = "斜位码"});
 }
 
 void addPlaces(Rows& rows) {
   for (int place = 1; place <= kPlaceCount; ++place)
-    rows.add({.usage = usage_OfPlace(place), .name = fmt::format("号码定位{}", place), .kind = position,
+    rows.add({.usage = usageOfPlace(place), .name = fmt::format("号码定位{}", place), .kind = position,
               .first_item = 1, .last_item = place == kPlaceCount ? kBlueCount : kRedCount, .turn = place});
 }
 
@@ -132,23 +132,23 @@ void addShapes(Rows& rows) {
   for (const Family& family : families())
     rows.add({.usage = family.usage, .name = std::string(family.name), .kind = shape, .first = family.first,
               .last = family.last, .factory = family.factory, .first_item = 0,
-              .last_item = static_cast<int>(shape_Texts(family.set).size()) - 1, .family = &family,
+              .last_item = static_cast<int>(shapeTexts(family.set).size()) - 1, .family = &family,
               .turn = family.turn, .figure = &family, .page = family.page, .since = family.since});
 }
 
 void addTurns(Rows& rows) {
   for (int turn = 0; turn < kTurnCount; ++turn) {
-    const Family& family = family_OfTurn(turn);
-    rows.add({.usage = usage_OfTurn(turn), .name = std::string(family.draw_column) + "（具体）",
+    const Family& family = familyOfTurn(turn);
+    rows.add({.usage = usageOfTurn(turn), .name = std::string(family.draw_column) + "（具体）",
               .kind = combination, .family = &family, .turn = turn, .since = family.since});
   }
 }
 
 void addRelatives(Rows& rows) {
   rows.add({.usage = 263, .name = "尾数重叠", .kind = count, .first = 6650, .last = 6659, .factory = "1-5",
-            .figure = AgainstPrevious{mark_Tails}});
+            .figure = AgainstPrevious{markTails}});
   rows.add({.usage = 264, .name = "合数重叠", .kind = count, .first = 6660, .last = 6669, .factory = "1-5",
-            .figure = AgainstPrevious{mark_DigitRoots}});
+            .figure = AgainstPrevious{markDigitRoots}});
   rows.add({.usage = 265, .name = "前3期出现个数", .kind = count, .first = 6670, .last = 6679,
             .factory = "1-5", .figure = DrawnIn{3}});
   rows.add({.usage = 266, .name = "前2期和值相同组", .kind = sum_family, .first = 6680, .last = 6689,
@@ -157,7 +157,7 @@ void addRelatives(Rows& rows) {
 // clang-format on
 
 void addCustomIntervals(Rows& rows) {
-  for (const CustomInterval& interval : factory_CustomIntervals())
+  for (const CustomInterval& interval : factoryCustomIntervals())
     rows.add({.usage = interval.usage,
               .name = interval.name,
               .kind = count,
@@ -240,7 +240,7 @@ std::vector<FactoryValue> factoryCells() {
   std::ranges::sort(rows, {}, &Condition::first);
   for (const Condition* row : rows) {
     for (ConditionId id = row->first; id <= row->last; ++id) cells[id] = 0;
-    const auto allowed = parse_NumberList(row->factory, 0, row->last - row->first);
+    const auto allowed = parseNumberList(row->factory, 0, row->last - row->first);
     LOTMERE_ASSERT(allowed);
     for (const int offset : allowed.value_or(std::vector<int>{})) cells[row->first + offset] = 1;
   }
@@ -256,22 +256,22 @@ std::vector<FactoryValue> factorySwitches() {
   return values;
 }
 
-std::string item_Text(const Condition& condition, int k) {
+std::string itemText(const Condition& condition, int k) {
   switch (condition.kind) {
     case run_shape:
-      return condition.item_text + std::string(run_Shapes()[k]);
+      return condition.item_text + std::string(runShapes()[k]);
     case shape:
-      return std::string(shape_Texts(condition.family->set)[k]);
+      return std::string(shapeTexts(condition.family->set)[k]);
     case sum_family:
-      return std::string(sum_FamilyTexts()[k]);
+      return std::string(sumFamilyTexts()[k]);
     case position:
-      return format_Ball(k);
+      return formatBall(k);
     default:
       return condition.item_text + std::to_string(k);
   }
 }
 
-int cell_Count(const Condition& condition) {
+int cellCount(const Condition& condition) {
   switch (condition.kind) {
     case value:
       return condition.last - condition.first + 1;
@@ -285,14 +285,14 @@ int cell_Count(const Condition& condition) {
   }
 }
 
-std::string shrink_Caption(int type) {
+std::string shrinkCaption(int type) {
   constexpr const char* captions[] = {"保三型", "保四型", "保五型", "保六型", "保七型"};
   return type < kSmallestShrink || type > kLargestShrink ? "" : captions[type - kSmallestShrink];
 }
 
-std::string place_Column(int place) { return fmt::format("第{}", place); }
+std::string placeColumn(int place) { return fmt::format("第{}", place); }
 
-std::span<const std::string_view> sum_FamilyTexts() {
+std::span<const std::string_view> sumFamilyTexts() {
   static constexpr std::string_view texts[kSumFamilyCount] = {
       "尾数和值相同组", "合数和值相同组", "大数和值相同组", "小数和值相同组",
       "奇数和值相同组", "偶数和值相同组", "总和值相同组"};

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "core/families.hpp"
 #include "core/attributes.hpp"
+#include "core/families.hpp"
 #include "core/game.hpp"
 #include "core/metrics.hpp"
 
@@ -87,10 +87,10 @@ inline constexpr int kIntervalCount = 4;
 inline constexpr int kGroupCount = 10;
 inline constexpr int kPlaceCount = 7;  // six reds in ascending order, then the blue
 inline constexpr int kTurnCount = 32;
-[[nodiscard]] constexpr UsageId usage_OfInterval(int interval) { return 15 + interval; }
-[[nodiscard]] constexpr UsageId usage_OfGroup(int group) { return 19 + group; }
-[[nodiscard]] constexpr UsageId usage_OfPlace(int place) { return 29 + place; }
-[[nodiscard]] constexpr UsageId usage_OfTurn(int turn) { return 100 + turn; }
+[[nodiscard]] constexpr UsageId usageOfInterval(int interval) { return 15 + interval; }
+[[nodiscard]] constexpr UsageId usageOfGroup(int group) { return 19 + group; }
+[[nodiscard]] constexpr UsageId usageOfPlace(int place) { return 29 + place; }
+[[nodiscard]] constexpr UsageId usageOfTurn(int turn) { return 100 + turn; }
 
 // All conditions by ascending switch, the 63 custom intervals last. Their numbers and names are unique.
 [[nodiscard]] const std::vector<Condition>& allConditions();
@@ -113,21 +113,21 @@ struct FactoryValue {
 [[nodiscard]] std::vector<FactoryValue> factorySwitches();
 
 // What one cell stands for, as lists show it: "总和值=100", "连号=2+2", "2,2,1,1".
-[[nodiscard]] std::string item_Text(const Condition& condition, int k);
+[[nodiscard]] std::string itemText(const Condition& condition, int k);
 
 // The number of cells that can be set one by one (cells 0 to this - 1); the rows behind them are never
 // tested.
-[[nodiscard]] int cell_Count(const Condition& condition);
+[[nodiscard]] int cellCount(const Condition& condition);
 
 // The shrink types, and "保三型" to "保七型" for 3 to 7; empty for a number that names none.
 inline constexpr int kSmallestShrink = 3;
 inline constexpr int kLargestShrink = 7;  // touches no ticket, only counts them
-[[nodiscard]] std::string shrink_Caption(int type);
+[[nodiscard]] std::string shrinkCaption(int type);
 
 // The column of `号码特性` with the numbers allowed at a place, "第1" to "第7".
-[[nodiscard]] std::string place_Column(int place);
+[[nodiscard]] std::string placeColumn(int place);
 
 // The names of the seven sum families of 前2期和值相同组.
-[[nodiscard]] std::span<const std::string_view> sum_FamilyTexts();
+[[nodiscard]] std::span<const std::string_view> sumFamilyTexts();
 
 }  // namespace lotmere

@@ -9,12 +9,12 @@ namespace lotmere {
 using std::chrono::days;
 using std::chrono::year_month_day;
 
-std::string format_Date(Date date) {
+std::string formatDate(Date date) {
   const year_month_day day{date};
   return fmt::format("{:04}-{:02}-{:02}", int(day.year()), unsigned(day.month()), unsigned(day.day()));
 }
 
-std::optional<Date> parse_Date(std::string_view text, char separator) {
+std::optional<Date> parseDate(std::string_view text, char separator) {
   if (text.size() != 10 || text[4] != separator || text[7] != separator) return std::nullopt;
   int value[3] = {0, 0, 0};
   constexpr int first[3] = {0, 5, 8};
@@ -46,6 +46,6 @@ Date nextDrawDate(Date date) {
   return date;
 }
 
-int year_Of(Date date) { return int(year_month_day{date}.year()); }
+int yearOf(Date date) { return int(year_month_day{date}.year()); }
 
 }  // namespace lotmere

@@ -11,11 +11,11 @@ namespace lotmere {
 using Date = std::chrono::sys_days;
 
 // A date as the store keeps it, "2026-08-20".
-[[nodiscard]] std::string format_Date(Date date);
+[[nodiscard]] std::string formatDate(Date date);
 
 // Reads YYYY-MM-DD or, with separator '/', YYYY/MM/DD; two-digit month and day. Nothing for a text that is no
 // day of the calendar.
-[[nodiscard]] std::optional<Date> parse_Date(std::string_view text, char separator = '-');
+[[nodiscard]] std::optional<Date> parseDate(std::string_view text, char separator = '-');
 
 // 0 for Sunday to 6 for Saturday: the days since 2 January 2000 modulo 7.
 [[nodiscard]] int weekdayIndex(Date date);
@@ -23,6 +23,6 @@ using Date = std::chrono::sys_days;
 // The first draw day after a date.
 [[nodiscard]] Date nextDrawDate(Date date);
 
-[[nodiscard]] int year_Of(Date date);
+[[nodiscard]] int yearOf(Date date);
 
 }  // namespace lotmere

@@ -4,15 +4,15 @@
 
 namespace lotmere {
 
-void RunningText::append_Line(std::string_view line) {
+void RunningText::appendLine(std::string_view line) {
   text_ += kLineBreak;
   text_ += kLineBreak;
   text_ += line;
 }
 
-void RunningText::set_Line(const std::string& base, std::string_view line) {
+void RunningText::setLine(const std::string& base, std::string_view line) {
   text_ = base;
-  append_Line(line);
+  appendLine(line);
 }
 
 }  // namespace lotmere

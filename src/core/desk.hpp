@@ -21,10 +21,10 @@ class RunningText {
   [[nodiscard]] const std::string& text() const { return text_; }
   void set(std::string text) { text_ = std::move(text); }
   // Two line breaks and then the line, behind what stands.
-  void append_Line(std::string_view line);
+  void appendLine(std::string_view line);
   // Two line breaks and then the line behind a base saved earlier: so a result line takes the place of the
   // line that said the step is under way.
-  void set_Line(const std::string& base, std::string_view line);
+  void setLine(const std::string& base, std::string_view line);
 
  private:
   std::string text_;
@@ -47,30 +47,30 @@ class Desk {
   [[nodiscard]] virtual std::size_t choose(std::string_view text, std::span<const std::string_view> buttons,
                                            std::size_t cancel, std::string_view title = {}) = 0;
   // A text typed by the person; nothing when they cancel.
-  [[nodiscard]] virtual std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                                            std::string_view proposed) = 0;
+  [[nodiscard]] virtual std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                                           std::string_view proposed) = 0;
   // A message that goes away by itself after ten seconds.
-  virtual void show_Tip(std::string_view text, std::string_view title) = 0;
+  virtual void showTip(std::string_view text, std::string_view title) = 0;
   // A passing message beside the work, in the place of the one before; an empty text takes it away.
-  virtual void show_Status(std::string_view /*text*/) {}
+  virtual void showStatus(std::string_view /*text*/) {}
 
-  [[nodiscard]] RunningText& running_Text() { return running_text_; }
+  [[nodiscard]] RunningText& runningText() { return running_text_; }
 
   // Lets the face repaint and take clicks; called at least every 16 ms by every long loop.
   virtual void serve() {}
 
   // The `StopFlag`: set by the stop button, read by every loop that can be stopped, cleared at the end of the
   // job.
-  [[nodiscard]] bool stop_Requested() const { return stop_requested_; }
-  void request_Stop() { stop_requested_ = true; }
-  void clear_Stop() { stop_requested_ = false; }
+  [[nodiscard]] bool stopRequested() const { return stop_requested_; }
+  void requestStop() { stop_requested_ = true; }
+  void clearStop() { stop_requested_ = false; }
 
  protected:
   friend class Job;
   // The progress bar and the stop button appear, other commands are disabled.
-  virtual void begin_Job(std::int64_t /*maximum*/, bool /*can_stop*/) {}
-  virtual void show_Progress(std::int64_t /*value*/) {}
-  virtual void end_Job() {}
+  virtual void beginJob(std::int64_t /*maximum*/, bool /*can_stop*/) {}
+  virtual void showProgress(std::int64_t /*value*/) {}
+  virtual void endJob() {}
 
  private:
   RunningText running_text_;
@@ -84,7 +84,7 @@ class StopScope {
   explicit StopScope(Desk& desk) : desk_(desk) {}
   StopScope(const StopScope&) = delete;
   StopScope& operator=(const StopScope&) = delete;
-  ~StopScope() { desk_.clear_Stop(); }
+  ~StopScope() { desk_.clearStop(); }
 
  private:
   Desk& desk_;
@@ -96,7 +96,7 @@ class StatusScope {
   explicit StatusScope(Desk& desk) : desk_(desk) {}
   StatusScope(const StatusScope&) = delete;
   StatusScope& operator=(const StatusScope&) = delete;
-  ~StatusScope() { desk_.show_Status({}); }
+  ~StatusScope() { desk_.showStatus({}); }
 
  private:
   Desk& desk_;
@@ -109,17 +109,17 @@ class Job {
   enum class Stop { possible, impossible };
 
   Job(Desk& desk, std::int64_t maximum, Stop stop) : desk_(desk), can_stop_(stop == Stop::possible) {
-    desk_.begin_Job(maximum, can_stop_);
+    desk_.beginJob(maximum, can_stop_);
   }
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
-  ~Job() { desk_.end_Job(); }
+  ~Job() { desk_.endJob(); }
 
   // Shows how far the job is and serves the person; true when they asked to stop and the job can be stopped.
   bool advance(std::int64_t value) {
-    desk_.show_Progress(value);
+    desk_.showProgress(value);
     desk_.serve();
-    return can_stop_ && desk_.stop_Requested();
+    return can_stop_ && desk_.stopRequested();
   }
 
  private:
@@ -137,7 +137,7 @@ class DeskCourse final : public Course {
   }
   bool advance(std::int64_t done) override { return job_ && job_->advance(done); }
   void end() override { job_.reset(); }
-  [[nodiscard]] bool stopRequested() const override { return desk_.stop_Requested(); }
+  [[nodiscard]] bool stopRequested() const override { return desk_.stopRequested(); }
 
  private:
   Desk& desk_;

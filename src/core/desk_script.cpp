@@ -31,30 +31,30 @@ std::size_t ScriptedDesk::choose(std::string_view text, std::span<const std::str
   return take(choices, text).value_or(cancel);
 }
 
-std::optional<std::string> ScriptedDesk::ask_Text(std::string_view prompt, std::string_view /*title*/,
-                                                  std::string_view text) {
+std::optional<std::string> ScriptedDesk::askText(std::string_view prompt, std::string_view /*title*/,
+                                                 std::string_view text) {
   asked.emplace_back(prompt);
   proposed.emplace_back(text);
   return take(texts, prompt);
 }
 
-void ScriptedDesk::show_Tip(std::string_view text, std::string_view title) {
+void ScriptedDesk::showTip(std::string_view text, std::string_view title) {
   tips.push_back({std::string(text), std::string(title), Tone::information});
 }
 
-void ScriptedDesk::show_Status(std::string_view text) { statuses.emplace_back(text); }
+void ScriptedDesk::showStatus(std::string_view text) { statuses.emplace_back(text); }
 
 void ScriptedDesk::serve() {
   if (on_serve) on_serve();
 }
 
-void ScriptedDesk::begin_Job(std::int64_t maximum, bool /*can_stop*/) {
+void ScriptedDesk::beginJob(std::int64_t maximum, bool /*can_stop*/) {
   ++jobs_open;
   job_length = maximum;
 }
 
-void ScriptedDesk::show_Progress(std::int64_t value) { progress = value; }
+void ScriptedDesk::showProgress(std::int64_t value) { progress = value; }
 
-void ScriptedDesk::end_Job() { --jobs_open; }
+void ScriptedDesk::endJob() { --jobs_open; }
 
 }  // namespace lotmere

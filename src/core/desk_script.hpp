@@ -17,7 +17,7 @@ class ScriptedDesk : public Desk {
   std::deque<bool> answers;
   // Answers of choose(), the index of a button each; nothing stands for Esc or the close box.
   std::deque<std::optional<std::size_t>> choices;
-  // Answers of ask_Text(); an empty entry stands for cancel.
+  // Answers of askText(); an empty entry stands for cancel.
   std::deque<std::optional<std::string>> texts;
   // Called at every serve(), for instance to press stop in the middle of a job.
   std::function<void()> on_serve;
@@ -29,7 +29,7 @@ class ScriptedDesk : public Desk {
   };
   std::vector<Said> told;
   std::vector<std::string> asked;
-  std::vector<std::string> proposed;  // what stood in the box of each ask_Text()
+  std::vector<std::string> proposed;  // what stood in the box of each askText()
   std::vector<std::string> buttons;   // of the last choose()
   std::vector<Said> tips;
   std::vector<std::string> statuses;  // an empty one each time the message went away
@@ -41,16 +41,16 @@ class ScriptedDesk : public Desk {
   bool ask(std::string_view text, std::string_view title) override;
   std::size_t choose(std::string_view text, std::span<const std::string_view> captions, std::size_t cancel,
                      std::string_view title) override;
-  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                      std::string_view text) override;
-  void show_Tip(std::string_view text, std::string_view title) override;
-  void show_Status(std::string_view text) override;
+  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                     std::string_view text) override;
+  void showTip(std::string_view text, std::string_view title) override;
+  void showStatus(std::string_view text) override;
   void serve() override;
 
  protected:
-  void begin_Job(std::int64_t maximum, bool can_stop) override;
-  void show_Progress(std::int64_t value) override;
-  void end_Job() override;
+  void beginJob(std::int64_t maximum, bool can_stop) override;
+  void showProgress(std::int64_t value) override;
+  void endJob() override;
 };
 
 }  // namespace lotmere

@@ -9,7 +9,7 @@ namespace lotmere {
 namespace {
 
 // A message of several lines becomes one: the line ends turn into blanks.
-std::string one_Line(std::string_view text) {
+std::string oneLine(std::string_view text) {
   std::string line;
   for (const char c : text) {
     if (c == '\r') continue;
@@ -26,61 +26,61 @@ std::string one_Line(std::string_view text) {
 std::atomic<bool> TerminalDesk::interrupted_{false};
 
 void TerminalDesk::tell(std::string_view text, Tone tone, std::string_view /*title*/) {
-  (tone == Tone::information ? out_ : err_) << one_Line(text) << '\n';
+  (tone == Tone::information ? out_ : err_) << oneLine(text) << '\n';
 }
 
 bool TerminalDesk::ask(std::string_view text, std::string_view /*title*/) {
   const bool answer = answer_ != Answer::no;
-  err_ << one_Line(text) << (answer ? " [是]" : " [否]") << '\n';
+  err_ << oneLine(text) << (answer ? " [是]" : " [否]") << '\n';
   return answer;
 }
 
 std::size_t TerminalDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
                                  std::size_t cancel, std::string_view /*title*/) {
   if (answer_ == Answer::none) {
-    err_ << fmt::format("{} 没有执行：请加 --answer yes（{}）或 --answer no（{}）。\n", one_Line(text),
+    err_ << fmt::format("{} 没有执行：请加 --answer yes（{}）或 --answer no（{}）。\n", oneLine(text),
                         buttons[0], buttons[1]);
     return cancel;
   }
   const std::size_t chosen = answer_ == Answer::yes ? 0 : 1;
-  err_ << fmt::format("{} [{}]\n", one_Line(text), buttons[chosen]);
+  err_ << fmt::format("{} [{}]\n", oneLine(text), buttons[chosen]);
   return chosen;
 }
 
-std::optional<std::string> TerminalDesk::ask_Text(std::string_view /*prompt*/, std::string_view /*title*/,
-                                                  std::string_view /*proposed*/) {
+std::optional<std::string> TerminalDesk::askText(std::string_view /*prompt*/, std::string_view /*title*/,
+                                                 std::string_view /*proposed*/) {
   return std::nullopt;
 }
 
-void TerminalDesk::show_Tip(std::string_view text, std::string_view /*title*/) {
-  err_ << one_Line(text) << '\n';
+void TerminalDesk::showTip(std::string_view text, std::string_view /*title*/) {
+  err_ << oneLine(text) << '\n';
 }
 
 void TerminalDesk::serve() {
   // Between two jobs it waits for the next one.
   if (jobs_.empty() || !interrupted_.exchange(false)) return;
-  request_Stop();
+  requestStop();
   if (jobs_.back()) {
     was_interrupted_ = true;
     return;
   }
-  clear_Bar();
+  clearBar();
   err_ << "这一步不能中断，要等它完成。\n" << std::flush;
 }
 
-void TerminalDesk::settle_Interrupt() {
+void TerminalDesk::settleInterrupt() {
   if (interrupted_.exchange(false)) err_ << "来不及中断，命令已经完成。\n";
 }
 
-void TerminalDesk::begin_Job(std::int64_t maximum, bool can_stop) {
+void TerminalDesk::beginJob(std::int64_t maximum, bool can_stop) {
   jobs_.push_back(can_stop);
   // A stop that came in front of this job ends it.
-  was_interrupted_ = was_interrupted_ || (can_stop && stop_Requested());
+  was_interrupted_ = was_interrupted_ || (can_stop && stopRequested());
   maximum_ = maximum;
   percent_ = -1;
 }
 
-void TerminalDesk::show_Progress(std::int64_t value) {
+void TerminalDesk::showProgress(std::int64_t value) {
   if (!show_bar_ || maximum_ <= 0) return;
   const int percent = static_cast<int>(std::min<std::int64_t>(100, value * 100 / maximum_));
   if (percent == percent_) return;
@@ -88,12 +88,12 @@ void TerminalDesk::show_Progress(std::int64_t value) {
   err_ << fmt::format("\r{:3}%", percent) << std::flush;
 }
 
-void TerminalDesk::end_Job() {
+void TerminalDesk::endJob() {
   jobs_.pop_back();
-  clear_Bar();
+  clearBar();
 }
 
-void TerminalDesk::clear_Bar() {
+void TerminalDesk::clearBar() {
   if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
   percent_ = -1;
 }

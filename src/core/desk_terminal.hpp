@@ -22,27 +22,27 @@ class TerminalDesk final : public Desk {
   // signal's handler. A job that can't be stopped says so and goes on.
   static void interrupt() { interrupted_ = true; }
   // Whether a job that can be stopped was asked to.
-  [[nodiscard]] bool was_Interrupted() const { return was_interrupted_; }
+  [[nodiscard]] bool wasInterrupted() const { return was_interrupted_; }
   // Behind the last job of a command: one that nobody looked at any more came too late, which is said.
-  void settle_Interrupt();
+  void settleInterrupt();
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
   std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
                      std::string_view title) override;
   // Nobody types at a command that takes no input: always cancelled.
-  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                      std::string_view proposed) override;
-  void show_Tip(std::string_view text, std::string_view title) override;
+  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                     std::string_view proposed) override;
+  void showTip(std::string_view text, std::string_view title) override;
   void serve() override;
 
  protected:
-  void begin_Job(std::int64_t maximum, bool can_stop) override;
-  void show_Progress(std::int64_t value) override;
-  void end_Job() override;
+  void beginJob(std::int64_t maximum, bool can_stop) override;
+  void showProgress(std::int64_t value) override;
+  void endJob() override;
 
  private:
-  void clear_Bar();
+  void clearBar();
 
   static std::atomic<bool> interrupted_;
   std::ostream& out_;

@@ -7,8 +7,8 @@
 namespace lotmere {
 namespace {
 
-std::string_view run_Shape(const Reds& reds) {
-  return run_Shapes()[static_cast<std::size_t>(calc_LianHaoMax(reds))];
+std::string_view runShapeText(const Reds& reds) {
+  return runShapes()[static_cast<std::size_t>(runShape(reds))];
 }
 
 std::string_view completed(const Reds& /*reds*/) { return "Y"; }
@@ -20,7 +20,7 @@ const Family* familyOf(std::string_view column) {
 }
 
 // clang-format off
-std::vector<DrawColumn> make_DrawColumns() {
+std::vector<DrawColumn> makeDrawColumns() {
   using enum DrawColumnType;
   using Two = int (*)(const Reds&, const Reds&);
   std::vector<DrawColumn> columns = {{"期号", whole}, {"开奖日期", date}};
@@ -47,15 +47,15 @@ std::vector<DrawColumn> make_DrawColumns() {
                            "四数八分自然段", "八数四分自然段", "间距5", "间距10", "四区间", "三波组", "大小奇偶组",
                            "双尾5分组", "大小奇偶尾"})
     add({{name, text, familyOf(name)}});
-  add({{"跨度", whole, calc_KuaDu},
-       {"最大间距", whole, calc_JianJuMax},
-       {"AC值", whole, calc_AC},
-       {"连号", text, run_Shape},
-       {"重叠号", whole, Two{calc_CongDie}},
-       {"尾数重叠", whole, Two{calc_weisuCongDie}},
-       {"合数重叠", whole, Two{calc_hesuCongDie}},
+  add({{"跨度", whole, spanOf},
+       {"最大间距", whole, largestGap},
+       {"AC值", whole, acValue},
+       {"连号", text, runShapeText},
+       {"重叠号", whole, Two{countRepeats}},
+       {"尾数重叠", whole, Two{countTailRepeats}},
+       {"合数重叠", whole, Two{countDigitRootRepeats}},
        {"前3期出现个数", whole, &DrawView::repeats_of_three},
-       {"斜位码", whole, Two{calc_XieWeiMa}},
+       {"斜位码", whole, Two{countNeighbours}},
        {"尾数和值", whole, NumberValue::tail},
        {"合数和值", whole, NumberValue::digit_root},
        {"大数和值", whole, NumberValue::big},
@@ -72,8 +72,8 @@ std::vector<DrawColumn> make_DrawColumns() {
 
 }  // namespace
 
-const std::vector<DrawColumn>& draw_Columns() {
-  static const auto columns = make_DrawColumns();
+const std::vector<DrawColumn>& drawColumns() {
+  static const auto columns = makeDrawColumns();
   return columns;
 }
 

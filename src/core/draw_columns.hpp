@@ -52,6 +52,6 @@ struct DrawColumn {
 
 // All columns in the order in which they are shown: 0 `期号`, 1 `开奖日期`, 2 to 7 the reds, 8 `蓝球`, then the figures,
 // texts and work columns. An upgraded store may hold them in another order: they are found by their names.
-[[nodiscard]] const std::vector<DrawColumn>& draw_Columns();
+[[nodiscard]] const std::vector<DrawColumn>& drawColumns();
 
 }  // namespace lotmere

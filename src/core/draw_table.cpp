@@ -33,7 +33,7 @@ DrawTable loadDrawTable(Store& store) {
   while (rows.next()) {
     PastDraw& draw = draws.emplace_back();
     draw.period = rows.number(0);
-    draw.numbers = read_Numbers(rows, 1);
+    draw.numbers = readNumbers(rows, 1);
     for (int k = 0; k < kKeptSums; ++k) draw.sums[k] = rows.number(2 + kRedsPerTicket + k);
   }
   return DrawTable(std::move(draws));

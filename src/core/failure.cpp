@@ -9,7 +9,7 @@
 namespace lotmere {
 namespace {
 
-std::string store_Reason(const SQLite::Exception& failure) {
+std::string storeReason(const SQLite::Exception& failure) {
   switch (failure.getErrorCode()) {
     case SQLITE_FULL:
       return "磁盘已满";
@@ -32,17 +32,17 @@ std::string store_Reason(const SQLite::Exception& failure) {
 
 }  // namespace
 
-std::string failure_Text(const std::exception& failure) {
+std::string failureText(const std::exception& failure) {
   constexpr std::size_t longest_path = 120;
   if (const auto* engine = dynamic_cast<const SQLite::Exception*>(&failure)) {
     const auto* named = dynamic_cast<const StoreFailure*>(engine);
     return fmt::format("数据库操作失败，数据保持原样：{}（{}）",
-                       quote_Typed(named == nullptr ? "Lotmere.db" : named->file().string(), longest_path),
-                       store_Reason(*engine));
+                       quoteTyped(named == nullptr ? "Lotmere.db" : named->file().string(), longest_path),
+                       storeReason(*engine));
   }
   if (const auto* file = dynamic_cast<const std::filesystem::filesystem_error*>(&failure))
-    return fmt::format("文件操作失败：{}（{}）", quote_Typed(file->path1().string(), longest_path),
-                       reason_Text(file->code()));
+    return fmt::format("文件操作失败：{}（{}）", quoteTyped(file->path1().string(), longest_path),
+                       reasonText(file->code()));
   return fmt::format("操作失败，数据保持原样：{}", failure.what());
 }
 

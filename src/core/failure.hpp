@@ -24,7 +24,7 @@ class StoreFailure : public SQLite::Exception {
 // Works on a database file; a failure of the engine leaves with the name of that file, or of the one that an
 // inner call gave it.
 template <class Work>
-decltype(auto) work_On(const std::filesystem::path& file, Work&& work) {
+decltype(auto) workOn(const std::filesystem::path& file, Work&& work) {
   try {
     return std::forward<Work>(work)();
   } catch (const StoreFailure&) {
@@ -36,6 +36,6 @@ decltype(auto) work_On(const std::filesystem::path& file, Work&& work) {
 
 // One line without a line end: what failed, in which file and why. Everything that throws here rolled its
 // change back, so the line may say that the data stand as they were.
-[[nodiscard]] std::string failure_Text(const std::exception& failure);
+[[nodiscard]] std::string failureText(const std::exception& failure);
 
 }  // namespace lotmere

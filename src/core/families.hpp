@@ -19,7 +19,7 @@ namespace lotmere {
 // The numbered lists of shape texts. A shape is the sorted list of group counts, such as "2,2,1,1"; its
 // number is its place in the list.
 enum class ShapeSet { six, four, three };
-[[nodiscard]] std::span<const std::string_view> shape_Texts(ShapeSet set);
+[[nodiscard]] std::span<const std::string_view> shapeTexts(ShapeSet set);
 
 // Which pairs (largest count in one group, number of groups hit) a family has a shape for; a pair inside that
 // its set doesn't list takes shape number 0.
@@ -51,9 +51,9 @@ struct Family {
 // All 33 families in the order in which a run passes them.
 [[nodiscard]] std::span<const Family> families();
 // The family of a combination turn, 0 to 31.
-[[nodiscard]] const Family& family_OfTurn(int turn);
+[[nodiscard]] const Family& familyOfTurn(int turn);
 // The family of a shape filter's switch, or nullptr.
-[[nodiscard]] const Family* family_OfUsage(UsageId usage);
+[[nodiscard]] const Family* familyOfUsage(UsageId usage);
 
 // The group counts of six reds in one word: three bits for each group, group 0 lowest.
 using GroupCounts = std::uint64_t;
@@ -63,14 +63,14 @@ inline constexpr int kGroupBits = 3;
 struct GroupTable {
   std::array<GroupCounts, kRedCount + 1> word{};
 };
-[[nodiscard]] constexpr GroupCounts count_Groups(const GroupTable& table, const Reds& reds) {
+[[nodiscard]] constexpr GroupCounts countGroups(const GroupTable& table, const Reds& reds) {
   GroupCounts counts = 0;
   for (const int red : reds) counts += table.word[red];
   return counts;
 }
 
 // The largest count of a word, 0 to 6.
-[[nodiscard]] constexpr int largest_Count(GroupCounts counts) {
+[[nodiscard]] constexpr int largestCount(GroupCounts counts) {
   constexpr GroupCounts ones = 0'111111111111111111111;
   if (const GroupCounts fours = counts >> 2 & ones) {
     if (fours & counts >> 1) return 6;
@@ -81,20 +81,20 @@ struct GroupTable {
 }
 
 // How many groups have a red.
-[[nodiscard]] constexpr int hit_Groups(GroupCounts counts) {
+[[nodiscard]] constexpr int hitGroups(GroupCounts counts) {
   constexpr GroupCounts ones = 0'111111111111111111111;
   return std::popcount((counts | counts >> 1 | counts >> 2) & ones);
 }
 
 // The shape number of a word of counts; nothing for a pair beyond the family's bounds (all six in one group
 // of a set without "6", or no red in any group), which no condition allows.
-[[nodiscard]] std::optional<int> shape_Number(const Family& family, GroupCounts counts);
+[[nodiscard]] std::optional<int> shapeNumber(const Family& family, GroupCounts counts);
 
 // The groups hit, ascending, each once for every red in it: "[1,1,3,4,7,9]"; "[]" with none.
-[[nodiscard]] std::string group_Text(GroupCounts counts, int first_group_id);
+[[nodiscard]] std::string groupText(GroupCounts counts, int first_group_id);
 
 // What the draw statistics store: the group text and the shape in full-width brackets. Beyond the bounds the
 // largest count stands in the place of the shape.
-[[nodiscard]] std::string draw_Text(const Family& family, GroupCounts counts);
+[[nodiscard]] std::string drawText(const Family& family, GroupCounts counts);
 
 }  // namespace lotmere

@@ -20,7 +20,7 @@ using PeriodNo = std::int32_t;
 inline constexpr PeriodNo kDefaultPeriod = 2003001;
 
 // True for a period that a draw can have: a year of 2003 to 2099 and a running number of 1 to 366.
-[[nodiscard]] bool is_Period(PeriodNo period);
+[[nodiscard]] bool isPeriod(PeriodNo period);
 
 // The row of one allowed value or setting in `过滤条件`.
 using ConditionId = std::int32_t;
@@ -40,7 +40,7 @@ struct DrawNumbers {
 
 // True when the six reds are different numbers of 1 to 33 in ascending order and the blue lies in 1 to 16:
 // what the lottery draws.
-[[nodiscard]] bool is_Draw(const DrawNumbers& numbers);
+[[nodiscard]] bool isDraw(const DrawNumbers& numbers);
 
 // The state of a number in the selection; the value is also what stands in its row of `过滤条件`.
 enum class PickState : int { none = 0, tuo = 1, dan = 2 };

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kFirstBig = 17;
 
-constexpr int value_Of(NumberValue kind, int n) {
+constexpr int valueOf(NumberValue kind, int n) {
   if (n == 0) return 0;
   switch (kind) {
     case NumberValue::number:
@@ -34,25 +34,25 @@ constexpr int value_Of(NumberValue kind, int n) {
   return 0;
 }
 
-constexpr auto make_Tables() {
+constexpr auto makeTables() {
   std::array<RedTable, int(NumberValue::is_even) + 1> tables{};
   for (int kind = 0; kind < int(tables.size()); ++kind)
     for (int n = 0; n <= kRedCount; ++n)
-      tables[kind][n] = static_cast<std::int16_t>(value_Of(static_cast<NumberValue>(kind), n));
+      tables[kind][n] = static_cast<std::int16_t>(valueOf(static_cast<NumberValue>(kind), n));
   return tables;
 }
 
-constexpr auto kTables = make_Tables();
+constexpr auto kTables = makeTables();
 
 // Bit n for each red n; the bit of the missing number is left out.
-std::uint64_t bits_Of(const Reds& reds) {
+std::uint64_t bitsOf(const Reds& reds) {
   std::uint64_t bits = 0;
   for (const int red : reds) bits |= std::uint64_t{1} << red;
   return bits & ~std::uint64_t{1};
 }
 
 // The shape number of (longest run, numbers in runs); 0 where no such pair exists.
-constexpr auto make_RunShapes() {
+constexpr auto makeRunShapes() {
   std::array<std::array<std::int8_t, 7>, 7> shape{};
   shape[2][2] = 1;
   shape[2][4] = 2;
@@ -67,8 +67,8 @@ constexpr auto make_RunShapes() {
   return shape;
 }
 
-RedTable mark_Same(NumberValue kind, const Reds& previous) {
-  const RedTable& table = number_Table(kind);
+RedTable markSame(NumberValue kind, const Reds& previous) {
+  const RedTable& table = numberTable(kind);
   std::uint64_t seen = 0;
   for (const int red : previous) seen |= std::uint64_t{1} << table[red];
   RedTable marks{};
@@ -78,17 +78,17 @@ RedTable mark_Same(NumberValue kind, const Reds& previous) {
 
 }  // namespace
 
-int number_Value(NumberValue kind, int number) { return kTables[int(kind)][number]; }
+int numberValue(NumberValue kind, int number) { return kTables[int(kind)][number]; }
 
-const RedTable& number_Table(NumberValue kind) { return kTables[int(kind)]; }
+const RedTable& numberTable(NumberValue kind) { return kTables[int(kind)]; }
 
-int calc_KuaDu(const Reds& reds) {
+int spanOf(const Reds& reds) {
   const auto [low, high] = std::minmax_element(reds.begin(), reds.end());
   return *high - *low;
 }
 
-int calc_JianJuMax(const Reds& reds) {
-  std::uint64_t bits = bits_Of(reds);
+int largestGap(const Reds& reds) {
+  std::uint64_t bits = bitsOf(reds);
   int largest = 0;
   while (bits & (bits - 1)) {
     const int low = std::countr_zero(bits);
@@ -98,7 +98,7 @@ int calc_JianJuMax(const Reds& reds) {
   return largest;
 }
 
-int calc_AC(const Reds& reds) {
+int acValue(const Reds& reds) {
   std::uint64_t differences = 0;
   for (int i = 0; i < kRedsPerTicket; ++i)
     for (int j = i + 1; j < kRedsPerTicket; ++j)
@@ -106,9 +106,9 @@ int calc_AC(const Reds& reds) {
   return std::popcount(differences) - 5;
 }
 
-int calc_LianHaoMax(const Reds& reds) {
-  static constexpr auto shape = make_RunShapes();
-  std::uint64_t bits = bits_Of(reds);
+int runShape(const Reds& reds) {
+  static constexpr auto shape = makeRunShapes();
+  std::uint64_t bits = bitsOf(reds);
   int longest = 0;
   int total = 0;
   while (bits) {
@@ -122,24 +122,24 @@ int calc_LianHaoMax(const Reds& reds) {
   return shape[longest][total];
 }
 
-const std::array<std::string_view, 11>& run_Shapes() {
+const std::array<std::string_view, 11>& runShapes() {
   static constexpr std::array<std::string_view, 11> shapes = {"0",   "2", "2+2", "2+2+2", "3", "3+2",
                                                               "3+3", "4", "4+2", "5",     "6"};
   return shapes;
 }
 
-RedTable mark_Reds(const Reds& previous) {
+RedTable markReds(const Reds& previous) {
   RedTable marks{};
   for (const int red : previous) marks[red] = 1;
   marks[0] = 0;
   return marks;
 }
 
-RedTable mark_Tails(const Reds& previous) { return mark_Same(NumberValue::tail, previous); }
+RedTable markTails(const Reds& previous) { return markSame(NumberValue::tail, previous); }
 
-RedTable mark_DigitRoots(const Reds& previous) { return mark_Same(NumberValue::digit_root, previous); }
+RedTable markDigitRoots(const Reds& previous) { return markSame(NumberValue::digit_root, previous); }
 
-RedTable mark_Neighbours(const Reds& previous) {
+RedTable markNeighbours(const Reds& previous) {
   RedTable marks{};
   for (const int red : previous) {
     if (red > 1) marks[red - 1] = 1;
@@ -148,18 +148,18 @@ RedTable mark_Neighbours(const Reds& previous) {
   return marks;
 }
 
-int calc_CongDie(const Reds& previous, const Reds& current) { return sum_Of(mark_Reds(previous), current); }
+int countRepeats(const Reds& previous, const Reds& current) { return sumOf(markReds(previous), current); }
 
-int calc_weisuCongDie(const Reds& previous, const Reds& current) {
-  return sum_Of(mark_Tails(previous), current);
+int countTailRepeats(const Reds& previous, const Reds& current) {
+  return sumOf(markTails(previous), current);
 }
 
-int calc_hesuCongDie(const Reds& previous, const Reds& current) {
-  return sum_Of(mark_DigitRoots(previous), current);
+int countDigitRootRepeats(const Reds& previous, const Reds& current) {
+  return sumOf(markDigitRoots(previous), current);
 }
 
-int calc_XieWeiMa(const Reds& previous, const Reds& current) {
-  return sum_Of(mark_Neighbours(previous), current);
+int countNeighbours(const Reds& previous, const Reds& current) {
+  return sumOf(markNeighbours(previous), current);
 }
 
 }  // namespace lotmere

@@ -23,41 +23,41 @@ enum class NumberValue { number, odd, even, tail, digit_root, big, small, is_odd
 // The value of one red: `big` is the number itself from 17 up and else 0, `small` the number up to 16; `tail`
 // the last digit; `digit_root` runs 1 to 9 and starts again; `is_odd` and `is_even` are 1 or 0. 0 for the
 // missing number.
-[[nodiscard]] int number_Value(NumberValue kind, int number);
-[[nodiscard]] const RedTable& number_Table(NumberValue kind);
+[[nodiscard]] int numberValue(NumberValue kind, int number);
+[[nodiscard]] const RedTable& numberTable(NumberValue kind);
 
-[[nodiscard]] constexpr int sum_Of(const RedTable& table, const Reds& reds) {
+[[nodiscard]] constexpr int sumOf(const RedTable& table, const Reds& reds) {
   int sum = 0;
   for (const int red : reds) sum += table[red];
   return sum;
 }
 
 // Largest red minus smallest red.
-[[nodiscard]] int calc_KuaDu(const Reds& reds);
+[[nodiscard]] int spanOf(const Reds& reds);
 // The largest gap between neighbouring reds in ascending order; the way to 1 and to 33 doesn't count.
-[[nodiscard]] int calc_JianJuMax(const Reds& reds);
+[[nodiscard]] int largestGap(const Reds& reds);
 // The number of different differences among the fifteen pairs, minus 5: 0 to 10 for six different reds, below
 // 0 when reds repeat.
-[[nodiscard]] int calc_AC(const Reds& reds);
-// The run shape, an index of run_Shapes(): which runs of consecutive numbers the reds make.
-[[nodiscard]] int calc_LianHaoMax(const Reds& reds);
+[[nodiscard]] int acValue(const Reds& reds);
+// The run shape, an index of runShapes(): which runs of consecutive numbers the reds make.
+[[nodiscard]] int runShape(const Reds& reds);
 // "0", "2", "2+2", ... "6".
-[[nodiscard]] const std::array<std::string_view, 11>& run_Shapes();
+[[nodiscard]] const std::array<std::string_view, 11>& runShapes();
 
 // A table with 1 for each number that stands in a relation to the numbers of an earlier draw. A missing (0)
 // number marks nothing as a red, but its tail and its digit root are those of the number zero: the draw
 // before the first one counts as six zeros.
-[[nodiscard]] RedTable mark_Reds(const Reds& previous);
-[[nodiscard]] RedTable mark_Tails(const Reds& previous);
-[[nodiscard]] RedTable mark_DigitRoots(const Reds& previous);
+[[nodiscard]] RedTable markReds(const Reds& previous);
+[[nodiscard]] RedTable markTails(const Reds& previous);
+[[nodiscard]] RedTable markDigitRoots(const Reds& previous);
 // Neighbours: n is marked when n - 1 or n + 1 stands in the draw.
-[[nodiscard]] RedTable mark_Neighbours(const Reds& previous);
+[[nodiscard]] RedTable markNeighbours(const Reds& previous);
 
 // How many of the current reds repeat a red, a tail, a digit root of the previous draw, or lie next to one of
 // its reds.
-[[nodiscard]] int calc_CongDie(const Reds& previous, const Reds& current);
-[[nodiscard]] int calc_weisuCongDie(const Reds& previous, const Reds& current);
-[[nodiscard]] int calc_hesuCongDie(const Reds& previous, const Reds& current);
-[[nodiscard]] int calc_XieWeiMa(const Reds& previous, const Reds& current);
+[[nodiscard]] int countRepeats(const Reds& previous, const Reds& current);
+[[nodiscard]] int countTailRepeats(const Reds& previous, const Reds& current);
+[[nodiscard]] int countDigitRootRepeats(const Reds& previous, const Reds& current);
+[[nodiscard]] int countNeighbours(const Reds& previous, const Reds& current);
 
 }  // namespace lotmere

@@ -5,14 +5,14 @@
 #include "core/text.hpp"
 
 namespace lotmere {
-std::optional<std::vector<int>> parse_NumberList(std::string_view text, int first, int last) {
+std::optional<std::vector<int>> parseNumberList(std::string_view text, int first, int last) {
   std::vector<int> numbers;
   for (std::size_t from = 0; from <= text.size();) {
     const std::size_t comma = std::min(text.find(',', from), text.size());
     const std::string_view part = text.substr(from, comma - from);
     const std::size_t dash = part.find('-');
-    const auto low = parse_Whole(part.substr(0, dash));
-    const auto high = dash == std::string_view::npos ? low : parse_Whole(part.substr(dash + 1));
+    const auto low = parseWhole(part.substr(0, dash));
+    const auto high = dash == std::string_view::npos ? low : parseWhole(part.substr(dash + 1));
     if (!low || !high || *low < first || *high > last || *low > *high) return std::nullopt;
     for (auto n = *low; n <= *high; ++n) numbers.push_back(static_cast<int>(n));
     from = comma + 1;

@@ -12,9 +12,9 @@ namespace lotmere {
 // Reads numbers and ascending ranges separated by commas; blanks around a part are allowed. Each number must
 // lie in first to last and may stand once. The answer is ascending. Nothing for a text that breaks a rule,
 // the empty text included.
-[[nodiscard]] std::optional<std::vector<int>> parse_NumberList(std::string_view text, int first, int last);
+[[nodiscard]] std::optional<std::vector<int>> parseNumberList(std::string_view text, int first, int last);
 
-// Ascending numbers as parse_NumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for none.
+// Ascending numbers as parseNumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for none.
 [[nodiscard]] std::string formatNumberList(std::span<const int> numbers);
 
 }  // namespace lotmere

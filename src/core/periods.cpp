@@ -8,7 +8,7 @@ namespace lotmere {
 namespace {
 
 // The last row of a query that names periods.
-PeriodNo last_Period(Query&& rows) {
+PeriodNo lastPeriod(Query&& rows) {
   PeriodNo period = kDefaultPeriod;
   while (rows.next()) period = rows.number(0);
   return period;
@@ -16,39 +16,39 @@ PeriodNo last_Period(Query&& rows) {
 
 constexpr const char* kNumbers = R"("期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")";
 
-StoredDraw read_Draw(const Query& row) {
+StoredDraw readDraw(const Query& row) {
   StoredDraw draw;
   draw.period = row.number(0);
-  draw.numbers = read_Numbers(row, 1);
+  draw.numbers = readNumbers(row, 1);
   return draw;
 }
 
 }  // namespace
 
-std::optional<PeriodNo> read_Period(Desk& desk, std::string_view text) {
-  const auto period = parse_Period(text);
+std::optional<PeriodNo> readPeriod(Desk& desk, std::string_view text) {
+  const auto period = parsePeriod(text);
   if (!period)
-    desk.tell(fmt::format("期号{}不对，应为年份加三位期次的7位数字，如 2007001。", quote_Typed(text)),
+    desk.tell(fmt::format("期号{}不对，应为年份加三位期次的7位数字，如 2007001。", quoteTyped(text)),
               Tone::warning);
   return period;
 }
 
-Reds read_Reds(const Query& row, int first) {
+Reds readReds(const Query& row, int first) {
   Reds reds{};
-  for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = row.number_UpTo(first + i, kRedCount);
+  for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = row.numberUpTo(first + i, kRedCount);
   return reds;
 }
 
-DrawNumbers read_Numbers(const Query& row, int first) {
-  return {read_Reds(row, first), row.number_UpTo(first + kRedsPerTicket, kBlueCount)};
+DrawNumbers readNumbers(const Query& row, int first) {
+  return {readReds(row, first), row.numberUpTo(first + kRedsPerTicket, kBlueCount)};
 }
 
 PeriodNo latestPeriod(Store& store) {
-  return last_Period(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT 1)"));
+  return lastPeriod(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" DESC LIMIT 1)"));
 }
 
 PeriodNo firstPeriod(Store& store) {
-  return last_Period(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" ASC LIMIT 1)"));
+  return lastPeriod(store.query(R"(SELECT "期号" FROM "历史记录" ORDER BY "期号" ASC LIMIT 1)"));
 }
 
 PeriodNo periodsBack(Store& store, PeriodNo period, int n) {
@@ -64,7 +64,7 @@ PeriodNo periodsUpTo(Store& store, PeriodNo period, int n) { return periodsBack(
 Date latestDrawDate(Store& store) {
   Query rows = store.query(R"(SELECT max("开奖日期") FROM "历史记录")");
   if (!rows.next()) return kNoDrawDate;
-  return parse_Date(rows.text(0)).value_or(kNoDrawDate);
+  return parseDate(rows.text(0)).value_or(kNoDrawDate);
 }
 
 Date upcomingDrawDate(Store& store, Date today) {
@@ -74,7 +74,7 @@ Date upcomingDrawDate(Store& store, Date today) {
 
 PeriodNo nextPeriod(Store& store, Date entry_date) {
   const PeriodNo last = latestPeriod(store);
-  if (year_Of(latestDrawDate(store)) > last / 1000) return year_Of(entry_date) * 1000 + 1;
+  if (yearOf(latestDrawDate(store)) > last / 1000) return yearOf(entry_date) * 1000 + 1;
   return last + 1;
 }
 
@@ -83,7 +83,7 @@ std::vector<StoredDraw> drawsBefore(Store& store, PeriodNo period, int count) {
                            R"( FROM "历史记录" WHERE "期号"<? ORDER BY "期号" DESC LIMIT ?)");
   rows.bind(period, count);
   std::vector<StoredDraw> draws;
-  while (rows.next()) draws.push_back(read_Draw(rows));
+  while (rows.next()) draws.push_back(readDraw(rows));
   return draws;
 }
 
@@ -99,7 +99,7 @@ std::optional<StoredDraw> findDraw(Store& store, PeriodNo period) {
   Query rows = store.query(std::string("SELECT ") + kNumbers + R"( FROM "历史记录" WHERE "期号"=?)");
   rows.bind(period);
   if (!rows.next()) return std::nullopt;
-  return read_Draw(rows);
+  return readDraw(rows);
 }
 
 }  // namespace lotmere

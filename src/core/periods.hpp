@@ -19,9 +19,9 @@ struct PeriodRange {
   PeriodNo to = 0;
 };
 
-// A period as a user types it on any face: the one that parse_Period() reads. Nothing, told in one line, for any
+// A period as a user types it on any face: the one that parsePeriod() reads. Nothing, told in one line, for any
 // other text, an empty one as well.
-[[nodiscard]] std::optional<PeriodNo> read_Period(Desk& desk, std::string_view text);
+[[nodiscard]] std::optional<PeriodNo> readPeriod(Desk& desk, std::string_view text);
 
 // The newest and the oldest period; kDefaultPeriod with an empty history.
 [[nodiscard]] PeriodNo latestPeriod(Store& store);
@@ -48,8 +48,8 @@ inline constexpr Date kNoDrawDate{std::chrono::December / 31 / 9999};
 // The numbers of a draw as every reader of the history takes them: six reds, and the blue behind them, from
 // column `first` of a row on. A row that was damaged or that another program wrote may hold anything; what isn't a
 // number of the game counts as 0, the missing number.
-[[nodiscard]] Reds read_Reds(const Query& row, int first);
-[[nodiscard]] DrawNumbers read_Numbers(const Query& row, int first);
+[[nodiscard]] Reds readReds(const Query& row, int first);
+[[nodiscard]] DrawNumbers readNumbers(const Query& row, int first);
 
 // A draw of the history with its numbers alone.
 struct StoredDraw {

@@ -39,7 +39,7 @@ class Descriptor {
   int fd_;
 };
 
-void write_All(const Descriptor& file, const fs::path& path, const std::string& bytes) {
+void writeAll(const Descriptor& file, const fs::path& path, const std::string& bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
     const ssize_t n = ::write(file.get(), bytes.data() + done, bytes.size() - done);
     if (n < 0 && errno == EINTR) continue;
@@ -53,7 +53,7 @@ constexpr int kMostLinks = 40;  // as many as the system follows
 
 // What stands at the end of a path that is to be replaced; nothing where nothing does. Throws when it may not be
 // replaced.
-std::optional<struct stat> status_OfReplaced(const fs::path& path) {
+std::optional<struct stat> statusOfReplaced(const fs::path& path) {
   struct stat old {};
   if (::stat(path.c_str(), &old) != 0) {
     if (errno != ENOENT) fail("write", path);
@@ -87,16 +87,16 @@ class RealFiles final : public FileSystem {
 
   void move(const fs::path& from, const fs::path& to) override { fs::rename(from, to); }
 
-  void write_New(const fs::path& path, const std::string& bytes) override {
+  void writeNew(const fs::path& path, const std::string& bytes) override {
     const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR),
                           path);
-    write_All(file, path, bytes);
+    writeAll(file, path, bytes);
     if (::fsync(file.get()) != 0) fail("fsync", path);
   }
 
-  void write_Whole(const fs::path& name, const std::string& bytes) override {
-    const auto old = status_OfReplaced(name);
-    const fs::path path = follow_Links(name);
+  void writeWhole(const fs::path& name, const std::string& bytes) override {
+    const auto old = statusOfReplaced(name);
+    const fs::path path = followLinks(name);
     std::string beside = path.string() + ".XXXXXX";
     const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC), path);
     try {
@@ -104,7 +104,7 @@ class RealFiles final : public FileSystem {
       if (old && old->st_gid != ::getegid())
         static_cast<void>(::fchown(file.get(), static_cast<uid_t>(-1), old->st_gid) != 0);
       if (old && ::fchmod(file.get(), old->st_mode & kModeBits) != 0) fail("chmod", path);
-      write_All(file, path, bytes);
+      writeAll(file, path, bytes);
       if (::fsync(file.get()) != 0) fail("fsync", path);
       replace(beside, path);
     } catch (...) {
@@ -121,7 +121,7 @@ std::atomic<int> pipe_end{-1};
 static_assert(std::atomic<void (*)()>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 std::array<struct sigaction, kEndSignals.size()> handlers_before{};
 
-void on_EndSignal(int /*signal*/) {
+void onEndSignal(int /*signal*/) {
   if (void (*const react)() = react_to_end) react();
 }
 
@@ -138,7 +138,7 @@ class RealClock final : public Clock {
 
 }  // namespace
 
-std::string reason_Text(const std::error_code& code) {
+std::string reasonText(const std::error_code& code) {
   if (code == std::errc::no_such_file_or_directory) return "没有这个文件或文件夹";
   if (code == std::errc::permission_denied || code == std::errc::read_only_file_system) return "没有权限";
   if (code == std::errc::no_space_on_device) return "磁盘已满";
@@ -151,7 +151,7 @@ std::string reason_Text(const std::error_code& code) {
   return code.message();
 }
 
-fs::path follow_Links(const fs::path& path) {
+fs::path followLinks(const fs::path& path) {
   if (std::error_code missing; fs::exists(path, missing)) return fs::canonical(path);
   fs::path end = path;
   for (int links = 0; fs::is_symlink(end); ++links) {
@@ -163,7 +163,7 @@ fs::path follow_Links(const fs::path& path) {
   return fs::weakly_canonical(end);
 }
 
-std::optional<std::string> read_FirstLine(const fs::path& path, std::size_t longest) {
+std::optional<std::string> readFirstLine(const fs::path& path, std::size_t longest) {
   const bool standard = path == "-";
   const Descriptor file(standard ? ::dup(STDIN_FILENO) : ::open(path.c_str(), O_RDONLY | O_CLOEXEC), path);
   std::string line;
@@ -178,25 +178,25 @@ std::optional<std::string> read_FirstLine(const fs::path& path, std::size_t long
   return std::nullopt;
 }
 
-void require_PlainFile(const fs::path& path) {
+void requirePlainFile(const fs::path& path) {
   const fs::file_status found = fs::status(path);
   if (fs::exists(found) && !fs::is_regular_file(found))
     throw fs::filesystem_error("open", path, std::make_error_code(std::errc::invalid_argument));
 }
 
-void open_StandardStreams() {
+void openStandardStreams() {
   // The lowest free number is given, so each call fills the gap that the one before found.
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
     if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF)
       static_cast<void>(::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY));
 }
 
-FileSystem& real_Files() {
+FileSystem& realFiles() {
   static RealFiles files;
   return files;
 }
 
-Clock& real_Clock() {
+Clock& realClock() {
   static RealClock clock;
   return clock;
 }
@@ -205,7 +205,7 @@ EndSignals::EndSignals(void (*react)()) {
   react_to_end = react;
   for (std::size_t i = 0; i < kEndSignals.size(); ++i) {
     struct sigaction now {};
-    now.sa_handler = &on_EndSignal;
+    now.sa_handler = &onEndSignal;
     now.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
     ::sigemptyset(&now.sa_mask);
     struct sigaction& before = handlers_before.at(i);
@@ -224,7 +224,7 @@ EndSignalPipe::EndSignalPipe() {
   if (::pipe2(ends_.data(), O_CLOEXEC | O_NONBLOCK) != 0)
     throw std::system_error(errno, std::generic_category(), "pipe");
   pipe_end = ends_[1];
-  signals_.emplace(&EndSignalPipe::write_Byte);
+  signals_.emplace(&EndSignalPipe::writeByte);
 }
 
 EndSignalPipe::~EndSignalPipe() {
@@ -238,7 +238,7 @@ void EndSignalPipe::drain() const {
   while (::read(ends_[0], bytes.data(), bytes.size()) > 0) continue;
 }
 
-void EndSignalPipe::write_Byte() {
+void EndSignalPipe::writeByte() {
   const int before = errno;
   // A pipe that is full tells it already.
   static_cast<void>(::write(pipe_end, "", 1) != 1);

@@ -32,15 +32,15 @@ class FileSystem {
   // place of the file that it leads to. A new file is readable by its owner only, one that stands there keeps its
   // mode. Refused is anything but a file (a device, a pipe, a folder), a file that may not be written, and one that
   // belongs to another user: it would change hands.
-  virtual void write_Whole(const std::filesystem::path& path, const std::string& bytes) = 0;
+  virtual void writeWhole(const std::filesystem::path& path, const std::string& bytes) = 0;
   // Writes a whole new file and flushes it, but not its folder. Readable by the owner only. Fails where a file
   // stands already.
-  virtual void write_New(const std::filesystem::path& path, const std::string& bytes) = 0;
+  virtual void writeNew(const std::filesystem::path& path, const std::string& bytes) = 0;
 };
 
 // Where a path leads in the end: every link in it followed, also a last one that leads to no file yet. Throws
 // std::filesystem::filesystem_error for links that go round in a circle.
-[[nodiscard]] std::filesystem::path follow_Links(const std::filesystem::path& path);
+[[nodiscard]] std::filesystem::path followLinks(const std::filesystem::path& path);
 
 // Lets `react` know when somebody asks the process to end: by Ctrl-C, by SIGTERM, or by the end of its terminal or
 // session (SIGHUP). A signal that the process was started to ignore stays ignored. `react` runs inside the signal's
@@ -68,7 +68,7 @@ class EndSignalPipe {
   void drain() const;
 
  private:
-  static void write_Byte();
+  static void writeByte();
 
   std::array<int, 2> ends_{};  // to read from, to write to
   std::optional<EndSignals> signals_;
@@ -77,23 +77,23 @@ class EndSignalPipe {
 // The bytes of the first line of a file without its line feed; "-" is the standard input. A pipe or a terminal is
 // waited for, and nothing behind the line is taken from it. Nothing when the line is longer than `longest` bytes.
 // Throws std::filesystem::filesystem_error with the path when it can't be read.
-[[nodiscard]] std::optional<std::string> read_FirstLine(const std::filesystem::path& path,
-                                                        std::size_t longest);
+[[nodiscard]] std::optional<std::string> readFirstLine(const std::filesystem::path& path,
+                                                       std::size_t longest);
 
 // Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a socket
 // or a folder. A missing file is none of these; a link counts as what it leads to. Throws
 // std::filesystem::filesystem_error with the path.
-void require_PlainFile(const std::filesystem::path& path);
+void requirePlainFile(const std::filesystem::path& path);
 
 // Makes sure that the descriptors 0 to 2 are open, so that no file of the program's takes the place of one and
 // gets what is printed. One that was closed reads nothing and refuses what is written. Before anything is opened.
-void open_StandardStreams();
+void openStandardStreams();
 
 // Why the machine refused, in a few words for the person: "磁盘已满".
-[[nodiscard]] std::string reason_Text(const std::error_code& code);
+[[nodiscard]] std::string reasonText(const std::error_code& code);
 
 // The real machine.
-[[nodiscard]] FileSystem& real_Files();
+[[nodiscard]] FileSystem& realFiles();
 
 class Clock {
  public:
@@ -101,7 +101,7 @@ class Clock {
   [[nodiscard]] virtual Date today() = 0;
 };
 
-[[nodiscard]] Clock& real_Clock();
+[[nodiscard]] Clock& realClock();
 
 // What came from an address: the whole reply, or the cause why there is none.
 struct Fetched {

@@ -12,14 +12,14 @@ namespace {
 constexpr KeyedTable kProfileTables[] = {
     {"过滤条件", "ID"}, {"过滤条件使用情况", "条件"}, {"号码特性", "号码"}, {"区间定义", "号码"}};
 
-CellValue read_Value(const SQLite::Column& column) {
+CellValue readValue(const SQLite::Column& column) {
   if (column.isNull()) return {};
   if (column.isText()) return column.getString();
   return column.getInt64();
 }
 
 // Where a table keeps the columns of another: its place of each, -1 for none.
-std::vector<int> places_Of(const std::vector<std::string>& columns, const TableRows& rows) {
+std::vector<int> placesOf(const std::vector<std::string>& columns, const TableRows& rows) {
   std::vector<int> places;
   for (const std::string& column : columns) {
     const auto found = std::ranges::find(rows.columns, column);
@@ -29,7 +29,7 @@ std::vector<int> places_Of(const std::vector<std::string>& columns, const TableR
 }
 
 // The value of a field, nullptr where the rows lack it.
-const CellValue* find_Value(const TableRows& rows, std::int64_t key, int place) {
+const CellValue* findValue(const TableRows& rows, std::int64_t key, int place) {
   if (place < 0) return nullptr;
   const auto row = rows.rows.find(key);
   return row == rows.rows.end() ? nullptr : &row->second[static_cast<std::size_t>(place)];
@@ -37,12 +37,12 @@ const CellValue* find_Value(const TableRows& rows, std::int64_t key, int place) 
 
 }  // namespace
 
-std::span<const KeyedTable> profile_Tables() { return kProfileTables; }
+std::span<const KeyedTable> profileTables() { return kProfileTables; }
 
-std::string factory_Twin(const KeyedTable& table) { return "默认" + std::string(table.name); }
+std::string factoryTwin(const KeyedTable& table) { return "默认" + std::string(table.name); }
 
-TableRows read_Rows(SQLite::Database& source, std::string_view table, std::string_view key) {
-  SQLite::Statement row(source, fmt::format("SELECT {}, * FROM {}", sql_Name(key), sql_Name(table)));
+TableRows readRows(SQLite::Database& source, std::string_view table, std::string_view key) {
+  SQLite::Statement row(source, fmt::format("SELECT {}, * FROM {}", sqlName(key), sqlName(table)));
   TableRows rows;
   std::vector<int> places;
   for (int i = 1; i < row.getColumnCount(); ++i) {
@@ -54,26 +54,26 @@ TableRows read_Rows(SQLite::Database& source, std::string_view table, std::strin
   while (row.executeStep()) {
     auto& values = rows.rows[row.getColumn(0).getInt64()];
     values.clear();
-    for (const int i : places) values.push_back(read_Value(row.getColumn(i)));
+    for (const int i : places) values.push_back(readValue(row.getColumn(i)));
   }
   return rows;
 }
 
-void write_Rows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
-                const TableRows& fallback) {
-  const TableRows present = read_Rows(target, table.name, table.key);
-  const auto own_places = places_Of(present.columns, rows);
-  const auto fallback_places = places_Of(present.columns, fallback);
+void writeRows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
+               const TableRows& fallback) {
+  const TableRows present = readRows(target, table.name, table.key);
+  const auto own_places = placesOf(present.columns, rows);
+  const auto fallback_places = placesOf(present.columns, fallback);
   std::string list;
   for (const std::string& column : present.columns)
-    list += fmt::format("{}{}=?", list.empty() ? "" : ",", sql_Name(column));
+    list += fmt::format("{}{}=?", list.empty() ? "" : ",", sqlName(column));
   SQLite::Statement update(
-      target, fmt::format("UPDATE {} SET {} WHERE {}=?", sql_Name(table.name), list, sql_Name(table.key)));
+      target, fmt::format("UPDATE {} SET {} WHERE {}=?", sqlName(table.name), list, sqlName(table.key)));
   for (const auto& [key, stored] : present.rows) {
     std::vector<CellValue> wanted = stored;
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-      const CellValue* value = find_Value(rows, key, own_places[i]);
-      if (value == nullptr) value = find_Value(fallback, key, fallback_places[i]);
+      const CellValue* value = findValue(rows, key, own_places[i]);
+      if (value == nullptr) value = findValue(fallback, key, fallback_places[i]);
       if (value != nullptr) wanted[i] = *value;
     }
     if (wanted == stored) continue;
@@ -93,10 +93,10 @@ void write_Rows(SQLite::Database& target, const KeyedTable& table, const TableRo
   }
 }
 
-void restoreTiaojian(Store& store) {
+void restoreFactoryRows(Store& store) {
   StoreChange change(store);
-  for (const KeyedTable& table : profile_Tables())
-    write_Rows(store.db(), table, read_Rows(store.db(), factory_Twin(table), table.key));
+  for (const KeyedTable& table : profileTables())
+    writeRows(store.db(), table, readRows(store.db(), factoryTwin(table), table.key));
   change.commit();
 }
 

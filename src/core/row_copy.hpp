@@ -21,8 +21,8 @@ struct KeyedTable {
 
 // What belongs to a user: the four tables of a profile in the order of copying. Each has a factory twin, its name behind
 // "默认".
-[[nodiscard]] std::span<const KeyedTable> profile_Tables();
-[[nodiscard]] std::string factory_Twin(const KeyedTable& table);
+[[nodiscard]] std::span<const KeyedTable> profileTables();
+[[nodiscard]] std::string factoryTwin(const KeyedTable& table);
 
 using CellValue = std::variant<std::monostate, std::int64_t, std::string>;  // nothing: NULL
 struct TableRows {
@@ -31,15 +31,15 @@ struct TableRows {
 };
 
 // Reads the rows of a table by a key column. Throws SQLite::Exception when the table is missing or can't be read.
-[[nodiscard]] TableRows read_Rows(SQLite::Database& source, std::string_view table, std::string_view key);
+[[nodiscard]] TableRows readRows(SQLite::Database& source, std::string_view table, std::string_view key);
 
 // Writes what `rows` holds over the fields that the target has too. A field that `rows` lacks takes the value that
 // `fallback` has for it, or stays. Rows that hold all this already aren't written, and none is added. Runs inside the
 // caller's change.
-void write_Rows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
-                const TableRows& fallback = {});
+void writeRows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
+               const TableRows& fallback = {});
 
-// The four factory tables over their working twins (`restoreTiaojian`), in one change.
-void restoreTiaojian(Store& store);
+// The four factory tables over their working twins (`restoreFactoryRows`), in one change.
+void restoreFactoryRows(Store& store);
 
 }  // namespace lotmere

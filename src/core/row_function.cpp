@@ -7,19 +7,19 @@
 namespace lotmere {
 namespace {
 
-void answer_Engine(sqlite3_context* context, int count, sqlite3_value** values) {
+void answerEngine(sqlite3_context* context, int count, sqlite3_value** values) {
   auto& function = *static_cast<RowFunction*>(sqlite3_user_data(context));
   std::array<std::int32_t, RowFunction::kMostValues> numbers{};
   for (int i = 0; i < count; ++i) numbers.at(i) = sqlite3_value_int(values[i]);
   sqlite3_result_int(context, function.answer({numbers.data(), static_cast<std::size_t>(count)}));
-  if (function.has_Failed()) sqlite3_result_error(context, "stopped by a failure", -1);
+  if (function.hasFailed()) sqlite3_result_error(context, "stopped by a failure", -1);
 }
 
 }  // namespace
 
 RowFunction::RowFunction(Store& store, const char* name, std::size_t count, Answer answer)
     : store_(store), name_(name), count_(static_cast<int>(count)), answer_(std::move(answer)) {
-  store_.db().createFunction(name_, count_, false, this, answer_Engine);
+  store_.db().createFunction(name_, count_, false, this, answerEngine);
 }
 
 RowFunction::~RowFunction() {

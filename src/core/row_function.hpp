@@ -38,7 +38,7 @@ class RowFunction {
 
   // One call by the engine.
   int answer(std::span<const std::int32_t> values) noexcept;
-  [[nodiscard]] bool has_Failed() const { return failure_ != nullptr; }
+  [[nodiscard]] bool hasFailed() const { return failure_ != nullptr; }
 
  private:
   void execute(SQLite::Statement& statement);

@@ -16,19 +16,19 @@ namespace {
 
 constexpr int kBaseVersion = 3;  // of the tables themselves
 
-const char* sql_Type(DrawColumnType type) { return type == DrawColumnType::whole ? "INTEGER" : "TEXT"; }
+const char* sqlType(DrawColumnType type) { return type == DrawColumnType::whole ? "INTEGER" : "TEXT"; }
 
-void create_History(SQLite::Database& db) {
+void createHistory(SQLite::Database& db) {
   std::string columns;
-  for (const DrawColumn& column : draw_Columns()) {
+  for (const DrawColumn& column : drawColumns()) {
     columns +=
-        fmt::format("{}{} {}", columns.empty() ? "" : ", ", sql_Name(column.name), sql_Type(column.type));
+        fmt::format("{}{} {}", columns.empty() ? "" : ", ", sqlName(column.name), sqlType(column.type));
     if (column.name == "期号") columns += " PRIMARY KEY";
   }
   db.exec(fmt::format("CREATE TABLE \"历史记录\" ({})", columns));
 }
 
-void create_Tickets(SQLite::Database& db) {
+void createTickets(SQLite::Database& db) {
   // ID is the row's own key, so that reading in row order is reading in the order of creation.
   db.exec(
       "CREATE TABLE \"日志表\" (\"ID\" INTEGER PRIMARY KEY, \"序号\" INTEGER, \"期号\" INTEGER, \"红球1\" "
@@ -40,17 +40,17 @@ void create_Tickets(SQLite::Database& db) {
 }
 
 // `过滤条件` and `过滤条件使用情况`, or their factory twins with the prefix 默认.
-void create_Conditions(SQLite::Database& db, const std::string& prefix) {
-  const std::string cells = sql_Name(prefix + "过滤条件");
-  const std::string usages = sql_Name(prefix + "过滤条件使用情况");
+void createConditions(SQLite::Database& db, const std::string& prefix) {
+  const std::string cells = sqlName(prefix + "过滤条件");
+  const std::string usages = sqlName(prefix + "过滤条件使用情况");
   db.exec(fmt::format("CREATE TABLE {} (\"ID\" INTEGER PRIMARY KEY, \"Value\" INTEGER NOT NULL DEFAULT 0)",
                       cells));
   db.exec(fmt::format(
       "CREATE TABLE {} (\"条件\" INTEGER PRIMARY KEY, \"使用情况\" INTEGER NOT NULL DEFAULT 0)", usages));
 }
 
-void fill_Values(SQLite::Database& db, const std::string& table, const std::vector<FactoryValue>& rows) {
-  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(table)));
+void fillValues(SQLite::Database& db, const std::string& table, const std::vector<FactoryValue>& rows) {
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sqlName(table)));
   for (const FactoryValue& row : rows) {
     add.bind(1, row.key);
     add.bind(2, row.value);
@@ -59,53 +59,53 @@ void fill_Values(SQLite::Database& db, const std::string& table, const std::vect
   }
 }
 
-void fill_Conditions(SQLite::Database& db, const std::string& prefix) {
-  fill_Values(db, prefix + "过滤条件", factoryCells());
-  fill_Values(db, prefix + "过滤条件使用情况", factorySwitches());
+void fillConditions(SQLite::Database& db, const std::string& prefix) {
+  fillValues(db, prefix + "过滤条件", factoryCells());
+  fillValues(db, prefix + "过滤条件使用情况", factorySwitches());
 }
 
 // What the factory puts into the columns of a table for one number, in column order.
-std::vector<bool> factory_Row(AttributeTable table, int number) {
+std::vector<bool> factoryRow(AttributeTable table, int number) {
   std::vector<bool> row;
-  for (const AttributeFamily& family : attribute_Families()) {
+  for (const AttributeFamily& family : attributeFamilies()) {
     if (family.table != table) continue;
     for (int g = 0; g < std::max(1, family.count); ++g) row.push_back(family.holds(g, number));
   }
   if (table == AttributeTable::third)
-    for (const CustomInterval& interval : factory_CustomIntervals())
-      row.push_back(division_Holds(interval.division, interval.index, number));
+    for (const CustomInterval& interval : factoryCustomIntervals())
+      row.push_back(divisionHolds(interval.division, interval.index, number));
   return row;
 }
 
-void create_Attributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
+void createAttributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
   std::string definition = "\"INDEX\" INTEGER PRIMARY KEY, \"号码\" INTEGER NOT NULL UNIQUE";
-  for (const std::string& column : attribute_Columns(table))
-    definition += fmt::format(", {} INTEGER NOT NULL DEFAULT 0", sql_Name(column));
-  db.exec(fmt::format("CREATE TABLE {} ({})", sql_Name(name), definition));
+  for (const std::string& column : attributeColumns(table))
+    definition += fmt::format(", {} INTEGER NOT NULL DEFAULT 0", sqlName(column));
+  db.exec(fmt::format("CREATE TABLE {} ({})", sqlName(name), definition));
 }
 
-void fill_Attributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
+void fillAttributes(SQLite::Database& db, AttributeTable table, const std::string& name) {
   std::string marks = "?, ?";
-  for (std::size_t i = 0; i < attribute_Columns(table).size(); ++i) marks += ", ?";
-  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES ({})", sql_Name(name), marks));
+  for (std::size_t i = 0; i < attributeColumns(table).size(); ++i) marks += ", ?";
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES ({})", sqlName(name), marks));
   for (int n = 1; n <= kRedCount; ++n) {
     add.bind(1, n);
     add.bind(2, n);
     int place = 3;
-    for (const bool member : factory_Row(table, n)) add.bind(place++, member ? 1 : 0);
+    for (const bool member : factoryRow(table, n)) add.bind(place++, member ? 1 : 0);
     add.exec();
     add.reset();
   }
 }
 
 // The division of the reds into the four intervals, one row a number.
-void create_IntervalDefinition(SQLite::Database& db, const std::string& name) {
+void createIntervalDefinition(SQLite::Database& db, const std::string& name) {
   db.exec(fmt::format("CREATE TABLE {} (\"号码\" INTEGER PRIMARY KEY, \"区间\" INTEGER NOT NULL DEFAULT 0)",
-                      sql_Name(name)));
+                      sqlName(name)));
 }
 
-void fill_IntervalDefinition(SQLite::Database& db, const std::string& name) {
-  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sql_Name(name)));
+void fillIntervalDefinition(SQLite::Database& db, const std::string& name) {
+  SQLite::Statement add(db, fmt::format("INSERT INTO {} VALUES (?, ?)", sqlName(name)));
   for (int n = 1; n <= kRedCount; ++n) {
     add.bind(1, n);
     add.bind(2, (n - 1) / 10 + 1);
@@ -114,16 +114,16 @@ void fill_IntervalDefinition(SQLite::Database& db, const std::string& name) {
   }
 }
 
-void create_CustomIntervals(SQLite::Database& db) {
+void createCustomIntervals(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"自定义区间\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL UNIQUE, "
       "\"条件使用情况\" INTEGER NOT "
       "NULL, \"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
 }
 
-void fill_CustomIntervals(SQLite::Database& db) {
+void fillCustomIntervals(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"自定义区间\" VALUES (?, ?, ?, ?, ?)");
-  for (const CustomInterval& interval : factory_CustomIntervals()) {
+  for (const CustomInterval& interval : factoryCustomIntervals()) {
     add.bind(1, interval.turn);
     add.bind(2, interval.name);
     add.bind(3, interval.usage);
@@ -134,7 +134,7 @@ void fill_CustomIntervals(SQLite::Database& db) {
   }
 }
 
-void create_Combinations(SQLite::Database& db) {
+void createCombinations(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"组合过滤\" (\"序号\" INTEGER PRIMARY KEY, \"名称\" TEXT NOT NULL, \"条件使用情况\" "
       "INTEGER NOT NULL, "
@@ -143,10 +143,10 @@ void create_Combinations(SQLite::Database& db) {
 
 // The combination filters in the order of their turns: the history column, the switch and the cells of its shape
 // filter.
-void fill_Combinations(SQLite::Database& db) {
+void fillCombinations(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"组合过滤\" VALUES (?, ?, ?, ?, ?)");
   for (int turn = 0; turn < kTurnCount; ++turn) {
-    const Family& family = family_OfTurn(turn);
+    const Family& family = familyOfTurn(turn);
     add.bind(1, turn);
     add.bind(2, std::string(family.draw_column));
     add.bind(3, family.usage);
@@ -157,14 +157,14 @@ void fill_Combinations(SQLite::Database& db) {
   }
 }
 
-void create_Distribution(SQLite::Database& db) {
+void createDistribution(SQLite::Database& db) {
   std::string columns = "\"期号\" INTEGER PRIMARY KEY";
   for (int n = 1; n <= kRedCount; ++n) columns += fmt::format(", \"红{:02}\" TEXT", n);
   for (int n = 1; n <= kBlueCount; ++n) columns += fmt::format(", \"蓝{:02}\" TEXT", n);
   db.exec(fmt::format("CREATE TABLE \"号码分布\" ({})", columns));
 }
 
-void create_SmallTables(SQLite::Database& db) {
+void createSmallTables(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"历史数据过滤\" (\"使用状态\" INTEGER NOT NULL, \"最小值\" INTEGER NOT NULL, \"最大值\" "
       "INTEGER NOT NULL, "
@@ -179,7 +179,7 @@ void create_SmallTables(SQLite::Database& db) {
   db.exec("CREATE TABLE \"下载地址\" (\"地址\" TEXT NOT NULL)");
 }
 
-void fill_SmallTables(SQLite::Database& db) {
+void fillSmallTables(SQLite::Database& db) {
   db.exec(fmt::format("INSERT INTO \"历史数据过滤\" VALUES (0, {0}, {0}, 6, 0)", kDefaultPeriod));
   SQLite::Statement add(db, "INSERT INTO \"概率表\" (\"号码\") VALUES (?)");
   for (int i = 1; i <= kCodeCount; ++i) {
@@ -193,10 +193,10 @@ void fill_SmallTables(SQLite::Database& db) {
 }
 
 // Writes the factory rows of what belongs to a user.
-void fill_UserTables(SQLite::Database& db) {
-  fill_Conditions(db, "");
-  fill_Attributes(db, AttributeTable::first, "号码特性");
-  fill_IntervalDefinition(db, "区间定义");
+void fillUserTables(SQLite::Database& db) {
+  fillConditions(db, "");
+  fillAttributes(db, AttributeTable::first, "号码特性");
+  fillIntervalDefinition(db, "区间定义");
 }
 
 // A column as its table's definition has it.
@@ -230,9 +230,9 @@ void fillAddedColumn(SQLite::Database& db, const ColumnDefinition& column, SQLit
   }
   if (!column.table.starts_with("号码特性") && column.table != "默认号码特性") return;
   SQLite::Statement factory(
-      fresh, fmt::format("SELECT {}, \"号码\" FROM {}", sql_Name(column.name), sql_Name(column.table)));
+      fresh, fmt::format("SELECT {}, \"号码\" FROM {}", sqlName(column.name), sqlName(column.table)));
   SQLite::Statement update(
-      db, fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sql_Name(column.table), sql_Name(column.name)));
+      db, fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(column.table), sqlName(column.name)));
   while (factory.executeStep()) {
     update.bind(1, factory.getColumn(0).getInt());
     update.bind(2, factory.getColumn(1).getInt());
@@ -245,22 +245,22 @@ void fillAddedColumn(SQLite::Database& db, const ColumnDefinition& column, SQLit
 // flipped bit made older finds them there already.
 void addWhatIsMissing(SQLite::Database& db) {
   SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  create_Schema(fresh);
+  createSchema(fresh);
   const auto present = columnsOf(db);
   std::vector<ColumnDefinition> missing;
   for (const ColumnDefinition& column : columnsOf(fresh))
     if (std::ranges::find(present, column) == present.end()) missing.push_back(column);
   for (const ColumnDefinition& column : missing)
-    db.exec(fmt::format("ALTER TABLE {} ADD COLUMN {} {}", sql_Name(column.table), sql_Name(column.name),
+    db.exec(fmt::format("ALTER TABLE {} ADD COLUMN {} {}", sqlName(column.table), sqlName(column.name),
                         column.definition));
   for (const ColumnDefinition& column : missing) fillAddedColumn(db, column, fresh);
 
   for (const char* table :
        {"过滤条件", "默认过滤条件", "过滤条件使用情况", "默认过滤条件使用情况", "自定义区间", "组合过滤"}) {
-    SQLite::Statement row(fresh, fmt::format("SELECT * FROM {}", sql_Name(table)));
+    SQLite::Statement row(fresh, fmt::format("SELECT * FROM {}", sqlName(table)));
     std::string marks;
     for (int i = 0; i < row.getColumnCount(); ++i) marks += i == 0 ? "?" : ",?";
-    SQLite::Statement add(db, fmt::format("INSERT OR IGNORE INTO {} VALUES ({})", sql_Name(table), marks));
+    SQLite::Statement add(db, fmt::format("INSERT OR IGNORE INTO {} VALUES ({})", sqlName(table), marks));
     while (row.executeStep()) {
       for (int i = 0; i < row.getColumnCount(); ++i) add.bind(i + 1, row.getColumn(i).getString());
       add.exec();
@@ -269,13 +269,13 @@ void addWhatIsMissing(SQLite::Database& db) {
   }
 }
 
-void set_Version(SQLite::Database& db, int version) {
+void setVersion(SQLite::Database& db, int version) {
   db.exec(fmt::format("PRAGMA user_version = {}", version));
 }
 
 }  // namespace
 
-std::string sql_Name(std::string_view name) {
+std::string sqlName(std::string_view name) {
   std::string text = "\"";
   for (const char c : name) {
     if (c == '"') text += '"';
@@ -284,9 +284,9 @@ std::string sql_Name(std::string_view name) {
   return text + '"';
 }
 
-std::string column_List(const std::vector<std::string>& names) {
+std::string columnList(const std::vector<std::string>& names) {
   std::string list;
-  for (const std::string& name : names) list += (list.empty() ? "" : ",") + sql_Name(name);
+  for (const std::string& name : names) list += (list.empty() ? "" : ",") + sqlName(name);
   return list;
 }
 
@@ -294,55 +294,55 @@ int schemaVersion() {
   static const int version = [] {
     int newest = kBaseVersion;
     for (const Condition& condition : allConditions()) newest = std::max(newest, condition.since);
-    for (const DrawColumn& column : draw_Columns()) newest = std::max(newest, column.since);
-    for (const AttributeFamily& family : attribute_Families()) newest = std::max(newest, family.since);
+    for (const DrawColumn& column : drawColumns()) newest = std::max(newest, column.since);
+    for (const AttributeFamily& family : attributeFamilies()) newest = std::max(newest, family.since);
     return newest;
   }();
   return version;
 }
 
-void create_UserTables(SQLite::Database& db) {
-  create_Conditions(db, "");
-  create_Attributes(db, AttributeTable::first, "号码特性");
-  create_IntervalDefinition(db, "区间定义");
+void createUserTables(SQLite::Database& db) {
+  createConditions(db, "");
+  createAttributes(db, AttributeTable::first, "号码特性");
+  createIntervalDefinition(db, "区间定义");
 }
 
-void create_Tables(SQLite::Database& db) {
-  create_History(db);
-  create_Tickets(db);
-  create_UserTables(db);
-  create_Conditions(db, "默认");
-  create_Attributes(db, AttributeTable::first, "默认号码特性");
-  create_IntervalDefinition(db, "默认区间定义");
-  create_Attributes(db, AttributeTable::second, "号码特性2");
-  create_Attributes(db, AttributeTable::third, "号码特性3");
-  create_CustomIntervals(db);
-  create_Combinations(db);
-  create_Distribution(db);
-  create_SmallTables(db);
+void createTables(SQLite::Database& db) {
+  createHistory(db);
+  createTickets(db);
+  createUserTables(db);
+  createConditions(db, "默认");
+  createAttributes(db, AttributeTable::first, "默认号码特性");
+  createIntervalDefinition(db, "默认区间定义");
+  createAttributes(db, AttributeTable::second, "号码特性2");
+  createAttributes(db, AttributeTable::third, "号码特性3");
+  createCustomIntervals(db);
+  createCombinations(db);
+  createDistribution(db);
+  createSmallTables(db);
 }
 
-void create_Schema(SQLite::Database& db) {
-  create_Tables(db);
-  fill_UserTables(db);
-  fill_Conditions(db, "默认");
-  fill_Attributes(db, AttributeTable::first, "默认号码特性");
-  fill_IntervalDefinition(db, "默认区间定义");
-  fill_Attributes(db, AttributeTable::second, "号码特性2");
-  fill_Attributes(db, AttributeTable::third, "号码特性3");
-  fill_CustomIntervals(db);
-  fill_Combinations(db);
-  fill_SmallTables(db);
-  set_Version(db, schemaVersion());
+void createSchema(SQLite::Database& db) {
+  createTables(db);
+  fillUserTables(db);
+  fillConditions(db, "默认");
+  fillAttributes(db, AttributeTable::first, "默认号码特性");
+  fillIntervalDefinition(db, "默认区间定义");
+  fillAttributes(db, AttributeTable::second, "号码特性2");
+  fillAttributes(db, AttributeTable::third, "号码特性3");
+  fillCustomIntervals(db);
+  fillCombinations(db);
+  fillSmallTables(db);
+  setVersion(db, schemaVersion());
 }
 
-void create_Profile(SQLite::Database& db) {
-  create_UserTables(db);
-  fill_UserTables(db);
-  set_Version(db, schemaVersion());
+void createProfile(SQLite::Database& db) {
+  createUserTables(db);
+  fillUserTables(db);
+  setVersion(db, schemaVersion());
 }
 
-void upgrade_Schema(SQLite::Database& db) {
+void upgradeSchema(SQLite::Database& db) {
   const int version = db.execAndGet("PRAGMA user_version").getInt();
   if (version < 1 || version > schemaVersion())
     throw SQLite::Exception(fmt::format("unknown schema version {}", version));
@@ -353,7 +353,7 @@ void upgrade_Schema(SQLite::Database& db) {
     // Nobody knows who set a range that is in use: it stays.
     db.exec("UPDATE \"历史数据过滤\" SET \"自选范围\"=1 WHERE \"使用状态\"=1");
   }
-  set_Version(db, schemaVersion());
+  setVersion(db, schemaVersion());
 }
 
 }  // namespace lotmere

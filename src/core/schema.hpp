@@ -19,25 +19,25 @@ namespace lotmere {
 
 // A name as an SQL identifier, quotes doubled. Only names of the data model pass through here, never what a
 // person typed.
-[[nodiscard]] std::string sql_Name(std::string_view name);
+[[nodiscard]] std::string sqlName(std::string_view name);
 // Quoted names joined by commas.
-[[nodiscard]] std::string column_List(const std::vector<std::string>& names);
+[[nodiscard]] std::string columnList(const std::vector<std::string>& names);
 
 // Creates every table in an empty database, or only those of a profile, without rows.
-void create_Tables(SQLite::Database& db);
-void create_UserTables(SQLite::Database& db);
+void createTables(SQLite::Database& db);
+void createUserTables(SQLite::Database& db);
 
 // Creates every table in an empty database and fills it with the factory rows; the history starts empty. Runs
 // inside the caller's transaction. Throws SQLite::Exception.
-void create_Schema(SQLite::Database& db);
+void createSchema(SQLite::Database& db);
 
 // The database of a profile: `过滤条件`, `过滤条件使用情况`, `号码特性`, `区间定义`, with their factory rows.
-void create_Profile(SQLite::Database& db);
+void createProfile(SQLite::Database& db);
 
 // Brings the tables of an older version (1 on) up to this one: columns and rows that it lacks are added with their factory
 // values, and nothing that stands there changes but what the new version reads otherwise. A new statistic leaves the mark
 // that the statistics of the draws are due. Runs inside the caller's transaction. Throws SQLite::Exception for a version
 // that this program doesn't know.
-void upgrade_Schema(SQLite::Database& db);
+void upgradeSchema(SQLite::Database& db);
 
 }  // namespace lotmere

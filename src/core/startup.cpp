@@ -16,8 +16,8 @@ constexpr std::string_view kSecurityHow =
     "[关闭“UAC”： 控制面板-> 用户帐户-> 打开或关闭帐户控制-> 界面中的钩去掉-> 确定  重启计算机]";
 constexpr std::string_view kReinstall = "(文件丢失,需要重新安装!)";
 
-std::vector<std::string> failure_Messages(const std::exception& failure, StartAdvice advice) {
-  const std::string text = failure_Text(failure);
+std::vector<std::string> failureMessages(const std::exception& failure, StartAdvice advice) {
+  const std::string text = failureText(failure);
   const std::string paragraph = std::string(kLineBreak) + std::string(kLineBreak);
   switch (advice) {
     case StartAdvice::security:
@@ -32,12 +32,12 @@ std::vector<std::string> failure_Messages(const std::exception& failure, StartAd
 
 }  // namespace
 
-StartOutcome run_Steps(std::span<const StartStep> steps) {
+StartOutcome runSteps(std::span<const StartStep> steps) {
   for (const StartStep& step : steps) {
     try {
       if (!step.run()) return {false, step.name, {}};
     } catch (const std::exception& failure) {
-      return {false, step.name, failure_Messages(failure, step.advice)};
+      return {false, step.name, failureMessages(failure, step.advice)};
     }
   }
   return {true, {}, {}};
@@ -46,7 +46,7 @@ StartOutcome run_Steps(std::span<const StartStep> steps) {
 ProgramStart::ProgramStart(Home home, Desk& desk, FileSystem& files)
     : home_(std::move(home)), desk_(desk), files_(files) {}
 
-StartStep ProgramStart::single_Instance() {
+StartStep ProgramStart::singleInstance() {
   return {"single instance", [this] {
             lock_ = HomeLock::take(home_);
             if (!lock_) desk_.tell("程序正在运行,不允许同时打开多个!!!", Tone::warning);
@@ -54,9 +54,9 @@ StartStep ProgramStart::single_Instance() {
           }};
 }
 
-StartStep ProgramStart::database_Presence() {
+StartStep ProgramStart::databasePresence() {
   return {"database presence", [this] {
-            const auto mended = secure_Store(home_, desk_, files_);
+            const auto mended = secureStore(home_, desk_, files_);
             mended_ = mended.value_or(Mended::nothing);
             return mended.has_value();
           }};
@@ -64,41 +64,41 @@ StartStep ProgramStart::database_Presence() {
 
 StartStep ProgramStart::compaction() {
   return {"compaction", [this] {
-            compaction_ = compact_MainDb(home_.main_Db(), home_.backup_Db(), true, files_);
-            if (const std::string undone = undone_Text(*compaction_); !undone.empty())
+            compaction_ = compactMainDb(home_.mainDb(), home_.backupDb(), true, files_);
+            if (const std::string undone = undoneText(*compaction_); !undone.empty())
               desk_.tell(undone, Tone::warning, "备份");
             return true;
           }};
 }
 
-StartStep ProgramStart::size_Guard() {
+StartStep ProgramStart::sizeGuard() {
   return {"size guard", [this] {
             // An older backup would lose what came after it, and a refused copy is no reason to end the start: the
             // store stands as it was.
             if (!compaction_ || !compaction_->backup_refreshed ||
-                std::filesystem::file_size(home_.main_Db()) <= kLargestMainDb)
+                std::filesystem::file_size(home_.mainDb()) <= kLargestMainDb)
               return true;
             try {
-              if (restore_FromBackup(home_.main_Db(), home_.backup_Db(), files_))
-                compaction_->size_after = std::filesystem::file_size(home_.main_Db());
+              if (restoreFromBackup(home_.mainDb(), home_.backupDb(), files_))
+                compaction_->size_after = std::filesystem::file_size(home_.mainDb());
             } catch (const std::exception& failure) {
-              desk_.tell(failure_Text(failure), Tone::warning, "备份");
+              desk_.tell(failureText(failure), Tone::warning, "备份");
             }
             return true;
           }};
 }
 
-StartStep ProgramStart::home_Files() {
+StartStep ProgramStart::homeFiles() {
   return {"home files", [this] {
-            complete_Home(home_, files_);
+            completeHome(home_, files_);
             return true;
           }};
 }
 
-StartStep ProgramStart::main_Connection() {
+StartStep ProgramStart::mainConnection() {
   return {"main connection",
           [this] {
-            store_ = std::make_unique<Store>(home_.main_Db());
+            store_ = std::make_unique<Store>(home_.mainDb());
             return true;
           },
           StartAdvice::reinstall};

@@ -44,7 +44,7 @@ struct StartOutcome {
 
 // Runs the steps in their order. The first that answers false or fails ends it; what it held is let go by its
 // owner.
-[[nodiscard]] StartOutcome run_Steps(std::span<const StartStep> steps);
+[[nodiscard]] StartOutcome runSteps(std::span<const StartStep> steps);
 
 // A `MainDb` above this size after a compaction gives way to the backup made just before.
 inline constexpr std::uintmax_t kLargestMainDb = 11'685'168;
@@ -52,28 +52,28 @@ inline constexpr std::uintmax_t kLargestMainDb = 11'685'168;
 // What a start brings about: the lock, the open store, and what was done on the way.
 class ProgramStart {
  public:
-  ProgramStart(Home home, Desk& desk, FileSystem& files = real_Files());
+  ProgramStart(Home home, Desk& desk, FileSystem& files = realFiles());
 
   // The steps work on this object, which outlives them.
   // Takes the lock; another process that holds it ends the start before any file is touched.
-  [[nodiscard]] StartStep single_Instance();
+  [[nodiscard]] StartStep singleInstance();
   // A sound store, from the backup if need be.
-  [[nodiscard]] StartStep database_Presence();
-  // Refreshes the backup and compacts. What goes wrong is told, stands in compaction_Result() and doesn't end the
+  [[nodiscard]] StartStep databasePresence();
+  // Refreshes the backup and compacts. What goes wrong is told, stands in compactionResult() and doesn't end the
   // start.
   [[nodiscard]] StartStep compaction();
   // Puts the backup in the place of a store that is still larger than kLargestMainDb: only one refreshed by
   // this start, so that nothing newer is lost. A refusal of the machine is told and doesn't end the start.
-  [[nodiscard]] StartStep size_Guard();
+  [[nodiscard]] StartStep sizeGuard();
   // Makes the backup and the profile template where they are missing.
-  [[nodiscard]] StartStep home_Files();
-  [[nodiscard]] StartStep main_Connection();
+  [[nodiscard]] StartStep homeFiles();
+  [[nodiscard]] StartStep mainConnection();
 
   [[nodiscard]] const Home& home() const { return home_; }
   [[nodiscard]] Store& store() const { return *store_; }
   [[nodiscard]] Mended mended() const { return mended_; }
   // Nothing when the start had no such step.
-  [[nodiscard]] const std::optional<CompactResult>& compaction_Result() const { return compaction_; }
+  [[nodiscard]] const std::optional<CompactResult>& compactionResult() const { return compaction_; }
 
  private:
   Home home_;

@@ -35,7 +35,7 @@ class Query {
   [[nodiscard]] std::int64_t whole(int column) const { return statement_.getColumn(column).getInt64(); }
   [[nodiscard]] int number(int column) const { return statement_.getColumn(column).getInt(); }
   // A whole number of 1 to `last`; 0 where anything else stands: another number, a text, nothing.
-  [[nodiscard]] int number_UpTo(int column, int last) const {
+  [[nodiscard]] int numberUpTo(int column, int last) const {
     const SQLite::Column field = statement_.getColumn(column);
     const std::int64_t value = field.isInteger() ? field.getInt64() : 0;
     return value >= 1 && value <= last ? static_cast<int>(value) : 0;
@@ -54,7 +54,7 @@ class Store {
   explicit Store(const std::filesystem::path& path);
 
   // Writes a new store with factory rows to `path`, whole or not at all, readable by its owner only.
-  static void create(const std::filesystem::path& path, FileSystem& files = real_Files());
+  static void create(const std::filesystem::path& path, FileSystem& files = realFiles());
 
   [[nodiscard]] SQLite::Database& db() { return db_; }
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
@@ -93,7 +93,7 @@ class StoreChange {
 };
 
 // Settings that every connection of the program works with; a commit survives a power failure.
-void set_StorePragmas(SQLite::Database& db);
+void setStorePragmas(SQLite::Database& db);
 
 // What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken, that lacks
 // a table or column, or that was never a store; or the store of a newer program, which is nobody's to replace.
@@ -102,12 +102,12 @@ enum class StoreState { sound, damaged, newer };
 enum class StoreKind { main, profile };
 // Throws StoreFailure when the file can't be read at present (missing, locked, refused by the machine), and
 // std::filesystem::filesystem_error when it is no file: that is no damage.
-[[nodiscard]] StoreState check_Store(const std::filesystem::path& path, StoreKind kind = StoreKind::main);
-[[nodiscard]] inline bool is_SoundStore(const std::filesystem::path& path, StoreKind kind = StoreKind::main) {
-  return check_Store(path, kind) == StoreState::sound;
+[[nodiscard]] StoreState checkStore(const std::filesystem::path& path, StoreKind kind = StoreKind::main);
+[[nodiscard]] inline bool isSoundStore(const std::filesystem::path& path, StoreKind kind = StoreKind::main) {
+  return checkStore(path, kind) == StoreState::sound;
 }
 
 // Whether a failure speaks of what stands in the file and not of the moment.
-[[nodiscard]] bool is_Damage(const SQLite::Exception& failure);
+[[nodiscard]] bool isDamage(const SQLite::Exception& failure);
 
 }  // namespace lotmere

@@ -14,13 +14,13 @@ namespace lotmere {
 
 // Makes a database file at `path`: `fill` writes it, in one transaction, as a new file beside `path`, which then
 // takes its place. Throws what `fill` or the machine throws and leaves `path` as it was.
-void write_Database(const std::filesystem::path& path, FileSystem& files,
-                    const std::function<void(SQLite::Database&)>& fill);
+void writeDatabase(const std::filesystem::path& path, FileSystem& files,
+                   const std::function<void(SQLite::Database&)>& fill);
 
 // Copies the database `from` over `to`. False, with `to` as it was, when `from` isn't sound. Throws when the
 // machine refuses (disk full); `to` then stands as it was too.
-[[nodiscard]] bool copy_Database(const std::filesystem::path& from, const std::filesystem::path& to,
-                                 FileSystem& files, StoreKind kind = StoreKind::main);
+[[nodiscard]] bool copyDatabase(const std::filesystem::path& from, const std::filesystem::path& to,
+                                FileSystem& files, StoreKind kind = StoreKind::main);
 
 struct CompactResult {
   bool existed = false;           // false: there was no file, nothing was done
@@ -36,23 +36,23 @@ struct CompactResult {
 // Compacts the store at `path`; with `refresh_backup` its copy goes to `backup` first. A failure of one step
 // doesn't keep the others from being tried, and the store never ends worse than it was: a damaged one comes
 // back from a sound backup.
-CompactResult compact_MainDb(const std::filesystem::path& path, const std::filesystem::path& backup,
-                             bool refresh_backup, FileSystem& files = real_Files());
+CompactResult compactMainDb(const std::filesystem::path& path, const std::filesystem::path& backup,
+                            bool refresh_backup, FileSystem& files = realFiles());
 
 // What a compaction left undone, in one line for the user; empty when nothing.
-[[nodiscard]] std::string undone_Text(const CompactResult& result);
+[[nodiscard]] std::string undoneText(const CompactResult& result);
 
 // Copies a file to the first free of the names "FILE" + suffix, "FILE" + suffix + "2", ... and returns that name.
 // Throws when the machine refuses; half a copy is removed then.
-std::filesystem::path keep_Copy(const std::filesystem::path& path, const char* suffix, FileSystem& files);
+std::filesystem::path keepCopy(const std::filesystem::path& path, const char* suffix, FileSystem& files);
 
 // Copies a damaged file to the first free of the names "FILE.damaged", "FILE.damaged2", ...: what it still
 // holds may matter to somebody who can read it. Returns that name. Throws when the machine refuses.
-std::filesystem::path keep_Damaged(const std::filesystem::path& path, FileSystem& files = real_Files());
+std::filesystem::path keepDamaged(const std::filesystem::path& path, FileSystem& files = realFiles());
 
 // Puts the backup in the place of the store, a left-over journal of the old file removed first. False when
 // the backup is missing or damaged itself; the store then stands as it was.
-[[nodiscard]] bool restore_FromBackup(const std::filesystem::path& path, const std::filesystem::path& backup,
-                                      FileSystem& files = real_Files());
+[[nodiscard]] bool restoreFromBackup(const std::filesystem::path& path, const std::filesystem::path& backup,
+                                     FileSystem& files = realFiles());
 
 }  // namespace lotmere

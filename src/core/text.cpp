@@ -7,9 +7,9 @@
 
 namespace lotmere {
 
-std::string format_Ball(int number) { return fmt::format("{:02}", number); }
+std::string formatBall(int number) { return fmt::format("{:02}", number); }
 
-std::string to_QuanJiao(std::string_view text) {
+std::string toFullWidth(std::string_view text) {
   std::string wide;
   wide.reserve(text.size() * 3);
   for (const char c : text) {
@@ -24,7 +24,7 @@ std::string to_QuanJiao(std::string_view text) {
   return wide;
 }
 
-std::string to_QuanJiao(std::int64_t number) { return to_QuanJiao(std::to_string(number)); }
+std::string toFullWidth(std::int64_t number) { return toFullWidth(std::to_string(number)); }
 
 std::string_view trim(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n";
@@ -33,7 +33,7 @@ std::string_view trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-std::int64_t leading_Number(std::string_view text) {
+std::int64_t leadingNumber(std::string_view text) {
   std::int64_t value = 0;
   int digits = 0;
   for (const char c : trim(text)) {
@@ -43,7 +43,7 @@ std::int64_t leading_Number(std::string_view text) {
   return value;
 }
 
-std::string plain_Digits(std::string_view text) {
+std::string plainDigits(std::string_view text) {
   constexpr std::string_view wide_blank = "\xE3\x80\x80";
   constexpr std::string_view wide_digit = "\xEF\xBC";  // and 90 to 99 behind it
   std::string plain;
@@ -57,37 +57,37 @@ std::string plain_Digits(std::string_view text) {
   return std::string(trim(plain));
 }
 
-std::optional<std::int64_t> parse_Whole(std::string_view text) {
-  const std::string plain = plain_Digits(text);
+std::optional<std::int64_t> parseWhole(std::string_view text) {
+  const std::string plain = plainDigits(text);
   std::int64_t value = 0;
   const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (error != std::errc{} || end != plain.data() + plain.size()) return std::nullopt;
   return value;
 }
 
-std::optional<PeriodNo> parse_Period(std::string_view text) {
+std::optional<PeriodNo> parsePeriod(std::string_view text) {
   constexpr std::size_t length = 7;
-  const std::string plain = plain_Digits(text);
-  const auto value = plain.size() == length ? parse_Whole(plain) : std::nullopt;
-  if (!value || !is_Period(static_cast<PeriodNo>(*value))) return std::nullopt;
+  const std::string plain = plainDigits(text);
+  const auto value = plain.size() == length ? parseWhole(plain) : std::nullopt;
+  if (!value || !isPeriod(static_cast<PeriodNo>(*value))) return std::nullopt;
   return static_cast<PeriodNo>(*value);
 }
 
-std::string numbers_Text(const DrawNumbers& numbers) {
+std::string numbersText(const DrawNumbers& numbers) {
   const auto& [a, b, c, d, e, f] = numbers.reds;
   return fmt::format("{:02} {:02} {:02} {:02} {:02} {:02}+{:02}", a, b, c, d, e, f, numbers.blue);
 }
 
-std::size_t count_Characters(std::string_view text) {
+std::size_t countCharacters(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(
       text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-std::string quote_Typed(std::string_view text, std::size_t longest) {
+std::string quoteTyped(std::string_view text, std::size_t longest) {
   std::string shown = "“";
   std::size_t characters = 0;
   for (const char c : text) {
-    characters += count_Characters({&c, 1});
+    characters += countCharacters({&c, 1});
     if (characters > longest || shown.size() > 4 * longest) {  // the latter for what isn't UTF-8
       shown += "…";
       break;
@@ -98,7 +98,7 @@ std::string quote_Typed(std::string_view text, std::size_t longest) {
   return shown + "”";
 }
 
-std::string decode_Text(std::string_view text, int mode, std::string_view key) {
+std::string decodeText(std::string_view text, int mode, std::string_view key) {
   constexpr int shift = 5;
   constexpr std::size_t key_length = 8;
   if (mode == 0 && key.size() != key_length) return {};

@@ -13,44 +13,44 @@ namespace lotmere {
 inline constexpr std::string_view kLineBreak = "\r\n";
 
 // A ball: two digits with a leading zero, "05".
-[[nodiscard]] std::string format_Ball(int number);
+[[nodiscard]] std::string formatBall(int number);
 
 // Replaces each ASCII digit by its full-width form and leaves every other character: counts and periods in
 // messages use it.
-[[nodiscard]] std::string to_QuanJiao(std::string_view text);
-[[nodiscard]] std::string to_QuanJiao(std::int64_t number);
+[[nodiscard]] std::string toFullWidth(std::string_view text);
+[[nodiscard]] std::string toFullWidth(std::int64_t number);
 
 // Removes blanks, tabs and line ends on both sides.
 [[nodiscard]] std::string_view trim(std::string_view text);
 
 // The leading decimal number of a text, blanks skipped; 0 where no digit stands. Never overflows: it stops at
 // ten digits.
-[[nodiscard]] std::int64_t leading_Number(std::string_view text);
+[[nodiscard]] std::int64_t leadingNumber(std::string_view text);
 
 // A number as a user types it, without the blanks around it, full-width ones as well, and with ASCII digits in the
 // place of full-width ones. Other characters stay.
-[[nodiscard]] std::string plain_Digits(std::string_view text);
+[[nodiscard]] std::string plainDigits(std::string_view text);
 
 // The period that a typed text names: seven digits, ASCII or full-width, with or without blanks around them, that
-// make a period (is_Period). Nothing for any other text: cutting or completing it would name another draw.
-[[nodiscard]] std::optional<PeriodNo> parse_Period(std::string_view text);
+// make a period (isPeriod). Nothing for any other text: cutting or completing it would name another draw.
+[[nodiscard]] std::optional<PeriodNo> parsePeriod(std::string_view text);
 
 // A whole number as typed, with a minus in front or not; nothing for any other text and beyond 64 bits.
-[[nodiscard]] std::optional<std::int64_t> parse_Whole(std::string_view text);
+[[nodiscard]] std::optional<std::int64_t> parseWhole(std::string_view text);
 
 // The numbers of a draw or a ticket: "01 04 16 22 26 31+04".
-[[nodiscard]] std::string numbers_Text(const DrawNumbers& numbers);
+[[nodiscard]] std::string numbersText(const DrawNumbers& numbers);
 
 // The number of characters (code points) of a UTF-8 text.
-[[nodiscard]] std::size_t count_Characters(std::string_view text);
+[[nodiscard]] std::size_t countCharacters(std::string_view text);
 
 // A text that somebody typed as a refusal shows it, in quotation marks: cut behind so many characters, and
 // nothing in it that steers a terminal.
-[[nodiscard]] std::string quote_Typed(std::string_view text, std::size_t longest = 40);
+[[nodiscard]] std::string quoteTyped(std::string_view text, std::size_t longest = 40);
 
 // Scrambles (mode other than 0: reversed, each byte raised by 5) or unscrambles (mode 0: each byte lowered by
 // 5, then reversed) a stored name. Unscrambling asks for a key of exactly eight characters and gives an empty
 // text with any other.
-[[nodiscard]] std::string decode_Text(std::string_view text, int mode, std::string_view key);
+[[nodiscard]] std::string decodeText(std::string_view text, int mode, std::string_view key);
 
 }  // namespace lotmere

@@ -21,8 +21,8 @@ constexpr std::size_t kLongestLine = 48;
 // Keeps its storage over all lines of a file.
 using Line = fmt::memory_buffer;
 
-void put_Line(Line& line, int seq, PeriodNo period, const DrawNumbers& numbers,
-              const ExportSwitches& switches) {
+void putLine(Line& line, int seq, PeriodNo period, const DrawNumbers& numbers,
+             const ExportSwitches& switches) {
   line.clear();
   const auto out = std::back_inserter(line);
   if (switches.seq) fmt::format_to(out, "{:<8}", seq);
@@ -44,7 +44,7 @@ struct ExportRow {
 
 // The rows by running number. They nearly always stand so already, and reading them in the order of the table
 // lets the desk be served on the way, which a sort inside the engine would not.
-std::vector<ExportRow> read_Rows(Store& store, PeriodNo period, std::size_t count, Job& job) {
+std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count, Job& job) {
   std::vector<ExportRow> tickets;
   tickets.reserve(count);
   Query rows = store.query(
@@ -63,14 +63,14 @@ std::vector<ExportRow> read_Rows(Store& store, PeriodNo period, std::size_t coun
   return tickets;
 }
 
-std::string file_Text(const std::vector<ExportRow>& tickets, PeriodNo period, const ExportSwitches& switches,
-                      Job& job) {
+std::string fileText(const std::vector<ExportRow>& tickets, PeriodNo period, const ExportSwitches& switches,
+                     Job& job) {
   std::string text;
   text.reserve(tickets.size() * kLongestLine);
   Line line;
   std::size_t written = 0;
   for (const ExportRow& ticket : tickets) {
-    put_Line(line, ticket.seq, period, ticket.numbers, switches);
+    putLine(line, ticket.seq, period, ticket.numbers, switches);
     text.append(line.data(), line.size()).append(kLineBreak);
     ++written;
     if (switches.separator && written % kGroupLength == 0) text += kLineBreak;
@@ -81,33 +81,32 @@ std::string file_Text(const std::vector<ExportRow>& tickets, PeriodNo period, co
 
 }  // namespace
 
-std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
-                        const ExportSwitches& switches) {
+std::string exportLine(int seq, PeriodNo period, const DrawNumbers& numbers, const ExportSwitches& switches) {
   Line line;
-  put_Line(line, seq, period, numbers, switches);
+  putLine(line, seq, period, numbers, switches);
   return fmt::to_string(line);
 }
 
-int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
-                   const ExportSwitches& switches, FileSystem& files) {
+int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
+                  const ExportSwitches& switches, FileSystem& files) {
   const auto count = store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period);
   if (count == 0) return 0;
   Job job(desk, count + 1, Job::Stop::impossible);
-  const auto tickets = read_Rows(store, period, static_cast<std::size_t>(count), job);
-  const std::string text = file_Text(tickets, period, switches, job);
+  const auto tickets = readRows(store, period, static_cast<std::size_t>(count), job);
+  const std::string text = fileText(tickets, period, switches, job);
   job.advance(count);
-  files.write_Whole(target, text);
-  desk.running_Text().append_Line("号码导出完成．");
+  files.writeWhole(target, text);
+  desk.runningText().appendLine("号码导出完成．");
   return static_cast<int>(tickets.size());
 }
 
-int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
-                   const ExportSwitches& switches, FileSystem& files) {
-  if (is_OwnFile(Home{store.path().parent_path()}, target)) {
+int exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
+                  const ExportSwitches& switches, FileSystem& files) {
+  if (isOwnFile(Home{store.path().parent_path()}, target)) {
     desk.tell(kOwnFile, Tone::warning);
     return 0;
   }
-  const int count = export_Tickets(store, desk, first_TicketPeriod(store), target, switches, files);
+  const int count = exportTickets(store, desk, firstTicketPeriod(store), target, switches, files);
   if (count == 0) desk.tell("表格中还没有号码！", Tone::warning);
   return count;
 }

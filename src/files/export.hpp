@@ -23,20 +23,20 @@ struct ExportSwitches {
 // The line of one ticket, without a line end: "12      2007001   01 02 03 04 05 06+07" with everything on.
 // The running number is filled up with blanks to eight places, three blanks follow the period, blanks at both
 // ends are cut off; format 1 turns those in between into commas. An empty text when nothing is switched on.
-[[nodiscard]] std::string export_Line(int seq, PeriodNo period, const DrawNumbers& numbers,
-                                      const ExportSwitches& switches);
+[[nodiscard]] std::string exportLine(int seq, PeriodNo period, const DrawNumbers& numbers,
+                                     const ExportSwitches& switches);
 
 // Writes the tickets of a period to `target` in the order of their running numbers, lines ended by CR LF, and
 // returns how many there were. Appends "号码导出完成．" to the running text. A period without tickets writes nothing.
 // The file is written whole or not at all: throws std::filesystem::filesystem_error when the machine refuses (as
-// FileSystem::write_Whole does), SQLite::Exception when the store does; an earlier file then stands as it was.
-int export_Tickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
-                   const ExportSwitches& switches, FileSystem& files = real_Files());
+// FileSystem::writeWhole does), SQLite::Exception when the store does; an earlier file then stands as it was.
+int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
+                  const ExportSwitches& switches, FileSystem& files = realFiles());
 
 // The command "导出": exports the period of the first ticket of the table. With no ticket at all nothing is written
-// and a warning says so. A target that leads to one of the program's own files (is_OwnFile) is refused. Returns
-// the number of tickets; throws as export_Tickets does.
-int export_Command(Store& store, Desk& desk, const std::filesystem::path& target,
-                   const ExportSwitches& switches, FileSystem& files = real_Files());
+// and a warning says so. A target that leads to one of the program's own files (isOwnFile) is refused. Returns
+// the number of tickets; throws as exportTickets does.
+int exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
+                  const ExportSwitches& switches, FileSystem& files = realFiles());
 
 }  // namespace lotmere

@@ -40,7 +40,7 @@ struct LastRow {
 };
 
 // Where new rows go on. A walk and not an aggregate of the engine's, so that the desk is served on the way.
-LastRow last_Row(Store& store, Job& job) {
+LastRow lastRow(Store& store, Job& job) {
   LastRow last;
   Query rows = store.query(R"(SELECT "ID","序号" FROM "日志表" ORDER BY "ID")");
   for (std::int64_t read = 1; rows.next(); ++read) {
@@ -78,11 +78,11 @@ class RowWriter {
 
 // Walks over the lines of a text and gives each with its number to `use`; the bar runs up to its size.
 template <class Use>
-void walk_Lines(std::string_view text, Job& job, Use&& use) {
+void walkLines(std::string_view text, Job& job, Use&& use) {
   const std::size_t size = text.size();
   std::size_t served = 0;
   for (std::int64_t number = 1; !text.empty(); ++number) {
-    use(take_Line(text), number);
+    use(takeLine(text), number);
     const std::size_t done = size - text.size();
     if (done - served < kBlock && !text.empty()) continue;
     job.advance(static_cast<std::int64_t>(done));
@@ -98,15 +98,15 @@ struct Survey {
   std::int64_t first_wide = 0;  // number of the first of them
 };
 
-Survey survey_File(TextFile& source, Desk& desk, const ImportChoice& choice) {
+Survey surveyFile(TextFile& source, Desk& desk, const ImportChoice& choice) {
   Job job(desk, static_cast<std::int64_t>(source.size()), Job::Stop::impossible);
   Survey survey;
-  auto decoded = decode_Bytes(source.bytes(job), job);
+  auto decoded = decodeBytes(source.bytes(job), job);
   survey.result.is_text = decoded.has_value();
   if (!decoded) return survey;
   survey.text = *std::move(decoded);
-  walk_Lines(survey.text, job, [&](std::string_view line, std::int64_t number) {
-    if (const auto ticket = import_Line(line, choice)) {
+  walkLines(survey.text, job, [&](std::string_view line, std::int64_t number) {
+    if (const auto ticket = importLine(line, choice)) {
       ++survey.result.count;
       if (ticket->more && survey.wide_lines++ == 0) survey.first_wide = number;
     } else if (!trim(line).empty() && survey.result.skipped++ == 0) {
@@ -117,18 +117,18 @@ Survey survey_File(TextFile& source, Desk& desk, const ImportChoice& choice) {
 }
 
 // Whether lines with more numbers than the format takes may be read all the same.
-bool accept_WideLines(Desk& desk, const Survey& survey) {
+bool acceptWideLines(Desk& desk, const Survey& survey) {
   if (survey.wide_lines == 0) return true;
   constexpr std::string_view buttons[] = {"仍然导入", "取消"};
   const std::string question = fmt::format(
       "文件内容格式可能选错了：有 {} 行的数字比所选格式的多，第一处在第 {} "
       "行，多出的数字会被忽略。要按这个格式导入吗？",
-      to_QuanJiao(survey.wide_lines), to_QuanJiao(survey.first_wide));
+      toFullWidth(survey.wide_lines), toFullWidth(survey.first_wide));
   return desk.choose(question, buttons, 1) == 0;
 }
 
 // What becomes of the tickets that stand; nothing when the user cancels.
-std::optional<Existing> settle_Existing(Store& store, Desk& desk, Existing existing) {
+std::optional<Existing> settleExisting(Store& store, Desk& desk, Existing existing) {
   if (existing != Existing::ask) return existing;
   if (store.value(R"(SELECT EXISTS(SELECT 1 FROM "日志表"))") == 0) return Existing::keep;
   constexpr std::string_view buttons[] = {"保留并追加", "替换", "取消"};
@@ -136,57 +136,57 @@ std::optional<Existing> settle_Existing(Store& store, Desk& desk, Existing exist
   return meanings[desk.choose("表格中原有的数据要保留吗？", buttons, 2)];
 }
 
-void write_Tickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
+void writeTickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
   Job job(desk, static_cast<std::int64_t>(text.size()), Job::Stop::impossible);
-  RowWriter writer(store, last_Row(store, job));
-  walk_Lines(text, job, [&](std::string_view line, std::int64_t /*number*/) {
-    if (const auto ticket = import_Line(line, choice)) writer.add(*ticket);
+  RowWriter writer(store, lastRow(store, job));
+  walkLines(text, job, [&](std::string_view line, std::int64_t /*number*/) {
+    if (const auto ticket = importLine(line, choice)) writer.add(*ticket);
   });
 }
 
-std::string result_Text(const ImportResult& result) {
+std::string resultText(const ImportResult& result) {
   if (!result.is_text) return "这不是文本文件，没有导入号码！";
-  std::string text = fmt::format("数据导入完成，共导入：{} 注！", to_QuanJiao(result.count));
+  std::string text = fmt::format("数据导入完成，共导入：{} 注！", toFullWidth(result.count));
   if (result.skipped == 0) return text;
-  return text + fmt::format("跳过了 {} 行，第一处在第 {} 行。", to_QuanJiao(result.skipped),
-                            to_QuanJiao(result.first_skipped));
+  return text + fmt::format("跳过了 {} 行，第一处在第 {} 行。", toFullWidth(result.skipped),
+                            toFullWidth(result.first_skipped));
 }
 
 }  // namespace
 
-std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::string_view period) {
-  const auto typed = parse_Period(period);
+std::optional<ImportChoice> readImportChoice(Desk& desk, int format, std::string_view period) {
+  const auto typed = parsePeriod(period);
   const ImportChoice choice{static_cast<ImportFormat>(format), typed.value_or(0)};
   if (typed || choice.format == ImportFormat::period_numbers) return choice;
   desk.tell("请在文本框中输入一个７位数的期号。(如：２００７００１)", Tone::warning);
   return std::nullopt;
 }
 
-ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const ImportChoice& choice, Existing existing) {
+ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path& file,
+                           const ImportChoice& choice, Existing existing) {
   TextFile source(file);
   const StopScope stop(desk);
-  const Survey survey = survey_File(source, desk, choice);
+  const Survey survey = surveyFile(source, desk, choice);
   if (survey.result.count == 0) return survey.result;
-  const auto settled = accept_WideLines(desk, survey) ? settle_Existing(store, desk, existing) : std::nullopt;
+  const auto settled = acceptWideLines(desk, survey) ? settleExisting(store, desk, existing) : std::nullopt;
   if (!settled) return {.cancelled = true};
 
-  TextScope running(desk.running_Text());
+  TextScope running(desk.runningText());
   StoreChange change(store);
-  if (*settled == Existing::replace) clear_Tickets(store, desk);
-  write_Tickets(store, desk, survey.text, choice);
+  if (*settled == Existing::replace) clearTickets(store, desk);
+  writeTickets(store, desk, survey.text, choice);
   change.commit();
   running.keep();
   return survey.result;
 }
 
-ImportResult import_Command(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const std::optional<ImportChoice>& choice, Existing existing) {
-  const ImportResult result = choice ? import_Tickets(store, desk, file, *choice, existing) : ImportResult{};
+ImportResult importCommand(Store& store, Desk& desk, const std::filesystem::path& file,
+                           const std::optional<ImportChoice>& choice, Existing existing) {
+  const ImportResult result = choice ? importTickets(store, desk, file, *choice, existing) : ImportResult{};
   if (result.cancelled) return result;
-  const std::string text = result_Text(result);
+  const std::string text = resultText(result);
   desk.tell(text, result.count == 0 ? Tone::warning : Tone::information);
-  desk.running_Text().append_Line(text);
+  desk.runningText().appendLine(text);
   return result;
 }
 

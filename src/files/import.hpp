@@ -27,9 +27,9 @@ struct ImportChoice {
 };
 
 // What the dialog's two fields say: the index of the format and the period as typed. Where the lines hold no period
-// of their own the text must name one (parse_Period); else tells so and gives nothing. The dialog proposes nextPeriod() with today as
+// of their own the text must name one (parsePeriod); else tells so and gives nothing. The dialog proposes nextPeriod() with today as
 // the date.
-[[nodiscard]] std::optional<ImportChoice> read_ImportChoice(Desk& desk, int format, std::string_view period);
+[[nodiscard]] std::optional<ImportChoice> readImportChoice(Desk& desk, int format, std::string_view period);
 
 struct ImportTicket {
   PeriodNo period = 0;
@@ -44,7 +44,7 @@ struct ImportTicket {
 // runs of digits; blank, tab, "-", "+", ",", "|" and the full-width blank, "，", "＋" and "｜" stand between them;
 // full-width digits are digits; anything else behind a number is passed over up to the next separator. Order and
 // repeated reds don't matter.
-[[nodiscard]] std::optional<ImportTicket> import_Line(std::string_view line, const ImportChoice& choice);
+[[nodiscard]] std::optional<ImportTicket> importLine(std::string_view line, const ImportChoice& choice);
 
 struct ImportResult {
   int count = 0;                   // tickets added
@@ -62,13 +62,13 @@ struct ImportResult {
 // the old rows as well; such a file asks nothing. Only the end of the file ends it: it can't be stopped. Linear in the
 // size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
 // SQLite::Exception when the store refuses.
-[[nodiscard]] ImportResult import_Tickets(Store& store, Desk& desk, const std::filesystem::path& file,
-                                          const ImportChoice& choice, Existing existing = Existing::ask);
+[[nodiscard]] ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path& file,
+                                         const ImportChoice& choice, Existing existing = Existing::ask);
 
 // The command "导入": imports, and tells the number of tickets and of lines skipped, or why there are none, in the
 // running text as well; after a cancelled question it tells nothing. Without a choice the dialog was cancelled, and
-// the number is 0. Throws as import_Tickets does.
-ImportResult import_Command(Store& store, Desk& desk, const std::filesystem::path& file,
-                            const std::optional<ImportChoice>& choice, Existing existing = Existing::ask);
+// the number is 0. Throws as importTickets does.
+ImportResult importCommand(Store& store, Desk& desk, const std::filesystem::path& file,
+                           const std::optional<ImportChoice>& choice, Existing existing = Existing::ask);
 
 }  // namespace lotmere

@@ -23,10 +23,10 @@ struct Hits {
 
   friend bool operator==(const Hits&, const Hits&) = default;
 };
-[[nodiscard]] Hits count_Hits(Balls ticket, Balls draw);
+[[nodiscard]] Hits countHits(Balls ticket, Balls draw);
 
 // The prize, 1 to 6; 0 where there is none. Six reds alone are the second, five reds with the blue the third.
-[[nodiscard]] int prize_Tier(const Hits& hits);
+[[nodiscard]] int prizeTier(const Hits& hits);
 
 struct CheckResult {
   std::string refusal;                            // why nothing was checked; empty when it was
@@ -35,15 +35,15 @@ struct CheckResult {
 };
 
 // "开奖核对结果如下——" and a line a tier, each followed by an empty line.
-[[nodiscard]] std::string tally_Text(const CheckResult& result);
+[[nodiscard]] std::string tallyText(const CheckResult& result);
 
 // Writes `红球中` and `蓝球中` of every ticket of the period, whatever its marks, in one change, and appends the
 // tally to the running text. Refuses when the draw isn't stored or the period has no tickets: no row changes
 // then. Serves the desk and can't be stopped. Throws SQLite::Exception when the store refuses; what had been
 // written is undone.
-[[nodiscard]] CheckResult check_KaiJiang(Store& store, Desk& desk, PeriodNo period);
+[[nodiscard]] CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period);
 
 // The command "开奖核对": checks, tells a refusal, and tells the end when any number at all was hit.
-CheckResult check_Command(Store& store, Desk& desk, PeriodNo period);
+CheckResult checkCommand(Store& store, Desk& desk, PeriodNo period);
 
 }  // namespace lotmere

@@ -61,7 +61,7 @@ class Converter {
 enum class Strict { yes, no };
 
 // Nothing when a byte is no character and the conversion is strict.
-std::optional<std::string> convert_Text(std::string_view rest, const char* from, Strict strict, Job& job) {
+std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict, Job& job) {
   Converter converter(from, rest.size());
   std::string text;
   text.reserve(rest.size() + rest.size() / 2);
@@ -80,7 +80,7 @@ std::optional<std::string> convert_Text(std::string_view rest, const char* from,
 }
 
 // Whether a converted text holds a code above the last character, which the library lets pass.
-bool is_BeyondUnicode(std::string_view text) {
+bool isBeyondUnicode(std::string_view text) {
   const auto beyond = [](unsigned char lead, unsigned char next) {
     return lead > 0xF4 || (lead == 0xF4 && next >= 0x90);
   };
@@ -114,18 +114,18 @@ std::string TextFile::bytes(Job& job) {
   return bytes;
 }
 
-std::optional<std::string> decode_Bytes(std::string bytes, Job& job) {
+std::optional<std::string> decodeBytes(std::string bytes, Job& job) {
   if (bytes.find('\0') != std::string::npos) return std::nullopt;
   const bool plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
   if (plain) return bytes;
-  auto text = convert_Text(bytes, "UTF-8", Strict::yes, job);
-  if (!text || is_BeyondUnicode(*text)) text = convert_Text(bytes, "GB18030", Strict::no, job);
+  auto text = convertText(bytes, "UTF-8", Strict::yes, job);
+  if (!text || isBeyondUnicode(*text)) text = convertText(bytes, "GB18030", Strict::no, job);
   // Either encoding has a mark, and both come out as the same character.
   if (text->starts_with(kMark)) text->erase(0, kMark.size());
   return text;
 }
 
-std::string_view take_Line(std::string_view& text) {
+std::string_view takeLine(std::string_view& text) {
   std::size_t end = 0;
   while (end < text.size() && text[end] != '\n' && text[end] != '\r') ++end;
   const std::string_view line = text.substr(0, end);

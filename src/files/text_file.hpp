@@ -31,9 +31,9 @@ class TextFile {
 // A text as UTF-8 without mark: it is taken for UTF-8 where all of it is, else for GB18030; either may begin with
 // its mark. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a byte is 0:
 // that is no text. Cut short when the person asks to stop.
-[[nodiscard]] std::optional<std::string> decode_Bytes(std::string bytes, Job& job);
+[[nodiscard]] std::optional<std::string> decodeBytes(std::string bytes, Job& job);
 
 // Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one character off a text that isn't empty.
-[[nodiscard]] std::string_view take_Line(std::string_view& text);
+[[nodiscard]] std::string_view takeLine(std::string_view& text);
 
 }  // namespace lotmere

@@ -15,7 +15,7 @@ struct Question {
   std::string_view title;
 };
 
-Question question_For(AddressUse use) {
+Question questionFor(AddressUse use) {
   if (use == AddressUse::draw_list)
     return {
         "请输入开奖数据的下载地址（http、https 或 file 地址，如:https://网站/开奖数据.txt）或文件的路径：",
@@ -23,16 +23,16 @@ Question question_For(AddressUse use) {
   return {"请输入详细开奖页面的网址中期号之前的部分（如:https://网站/目录/）：", "输入开奖页面的网址"};
 }
 
-bool begins_With(std::string_view text, std::string_view beginning) {
+bool beginsWith(std::string_view text, std::string_view beginning) {
   return text.size() > beginning.size() &&
          std::ranges::equal(text.substr(0, beginning.size()), beginning,
                             [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; });
 }
 
 // Anything else would be handed to the system to be opened by whatever program takes it.
-bool is_WebAddress(std::string_view address) {
+bool isWebAddress(std::string_view address) {
   constexpr std::string_view schemes[] = {"http://", "https://", "file:/"};
-  return std::ranges::any_of(schemes, [&](auto scheme) { return begins_With(address, scheme); });
+  return std::ranges::any_of(schemes, [&](auto scheme) { return beginsWith(address, scheme); });
 }
 
 // Blanks and what steers a terminal, as an address writes them, and these `signs` as well.
@@ -49,28 +49,28 @@ std::string encode(std::string_view text, std::string_view signs) {
 }
 
 // What the user types, as an address. Nothing when they cancel, and empty when they leave it empty.
-std::optional<std::string> ask_Address(Desk& desk, AddressUse use, std::string proposed) {
-  const Question question = question_For(use);
+std::optional<std::string> askAddress(Desk& desk, AddressUse use, std::string proposed) {
+  const Question question = questionFor(use);
   for (;;) {
-    const std::string shown = shown_Address(proposed);
-    auto typed = desk.ask_Text(question.prompt, question.title, shown);
+    const std::string shown = shownAddress(proposed);
+    auto typed = desk.askText(question.prompt, question.title, shown);
     if (!typed) return std::nullopt;
     if (trim(*typed).empty()) return std::string();
     if (*typed != shown) proposed = *std::move(typed);  // else its password stays
-    if (auto address = read_Address(desk, proposed)) return address;
+    if (auto address = readAddress(desk, proposed)) return address;
   }
 }
 
 }  // namespace
 
-std::string stored_Address(Store& store, AddressUse use) {
+std::string storedAddress(Store& store, AddressUse use) {
   Query rows = store.query(R"(SELECT "地址" FROM "下载地址" ORDER BY rowid LIMIT 1 OFFSET ?)");
   rows.bind(static_cast<int>(use));
   return rows.next() ? rows.text(0) : std::string();
 }
 
-void remember_Address(Store& store, AddressUse use, const std::string& address) {
-  if (stored_Address(store, use) == address) return;
+void rememberAddress(Store& store, AddressUse use, const std::string& address) {
+  if (storedAddress(store, use) == address) return;
   const int place = static_cast<int>(use);
   StoreChange change(store);
   for (auto rows = store.value(R"(SELECT count(*) FROM "下载地址")"); rows <= place; ++rows)
@@ -83,24 +83,24 @@ void remember_Address(Store& store, AddressUse use, const std::string& address) 
   change.commit();
 }
 
-std::optional<std::string> make_Address(std::string_view typed) {
+std::optional<std::string> makeAddress(std::string_view typed) {
   constexpr std::string_view signs_of_addresses = "%?#";
   const std::string_view text = trim(typed);
-  if (is_WebAddress(text)) return encode(text, {});
+  if (isWebAddress(text)) return encode(text, {});
   const std::filesystem::path path(text);
   std::error_code unknown;
   if (!path.is_absolute() && !std::filesystem::is_regular_file(path, unknown)) return std::nullopt;
   return "file://" + encode(std::filesystem::absolute(path).string(), signs_of_addresses);
 }
 
-std::optional<std::string> read_Address(Desk& desk, std::string_view typed) {
-  auto address = make_Address(typed);
+std::optional<std::string> readAddress(Desk& desk, std::string_view typed) {
+  auto address = makeAddress(typed);
   if (!address)
     desk.tell("网址应以 http://、https:// 或 file:// 开头，或者是一个文件的路径。", Tone::warning);
   return address;
 }
 
-std::string shown_Address(const std::string& address) {
+std::string shownAddress(const std::string& address) {
   const auto scheme = address.find("://");
   if (scheme == std::string::npos) return address;
   const auto host = scheme + 3;
@@ -110,17 +110,17 @@ std::string shown_Address(const std::string& address) {
   return address.substr(0, colon) + address.substr(at);
 }
 
-std::optional<std::string> known_Address(Store& store, Desk& desk, AddressUse use, std::string& typed) {
-  if (std::string stored = stored_Address(store, use); !stored.empty()) return stored;
-  auto address = ask_Address(desk, use, typed);
+std::optional<std::string> knownAddress(Store& store, Desk& desk, AddressUse use, std::string& typed) {
+  if (std::string stored = storedAddress(store, use); !stored.empty()) return stored;
+  auto address = askAddress(desk, use, typed);
   if (!address || address->empty()) return std::nullopt;
   typed = *address;
   return address;
 }
 
-bool change_Address(Store& store, Desk& desk, AddressUse use) {
-  const auto address = ask_Address(desk, use, stored_Address(store, use));
-  if (address) remember_Address(store, use, *address);
+bool changeAddress(Store& store, Desk& desk, AddressUse use) {
+  const auto address = askAddress(desk, use, storedAddress(store, use));
+  if (address) rememberAddress(store, use, *address);
   return address.has_value();
 }
 

@@ -30,7 +30,7 @@ using MultiHandle = std::unique_ptr<CURLM, MultiCleanup>;
 using UrlHandle = std::unique_ptr<CURLU, UrlCleanup>;
 
 // Takes a part of the reply; any other answer than its size breaks the transfer off.
-std::size_t take_Part(const char* bytes, std::size_t /*one*/, std::size_t count, void* target) noexcept {
+std::size_t takePart(const char* bytes, std::size_t /*one*/, std::size_t count, void* target) noexcept {
   auto& reply = *static_cast<std::string*>(target);
   if (count > kLargestReply - reply.size()) return 0;
   try {
@@ -42,7 +42,7 @@ std::size_t take_Part(const char* bytes, std::size_t /*one*/, std::size_t count,
 }
 
 // What an address means to the library; nothing where it is none.
-UrlHandle parse_Address(const std::string& address) {
+UrlHandle parseAddress(const std::string& address) {
   UrlHandle url(curl_url());
   if (url && curl_url_set(url.get(), CURLUPART_URL, address.c_str(), CURLU_GUESS_SCHEME) != CURLUE_OK)
     url.reset();
@@ -50,7 +50,7 @@ UrlHandle parse_Address(const std::string& address) {
 }
 
 // A part of an address in plain characters; empty where it has none.
-std::string part_Of(CURLU* url, CURLUPart part) {
+std::string partOf(CURLU* url, CURLUPart part) {
   char* text = nullptr;
   if (curl_url_get(url, part, &text, CURLU_URLDECODE) != CURLUE_OK) return {};
   const std::unique_ptr<char, void (*)(void*)> owned(text, &curl_free);
@@ -59,17 +59,17 @@ std::string part_Of(CURLU* url, CURLUPart part) {
 
 // Why the file that an address names can't be read; empty where it can and for other addresses. A pipe or a device
 // would be read to its end, which may never come.
-std::string file_Fault(CURLU* url) {
-  if (part_Of(url, CURLUPART_SCHEME) != "file") return {};
+std::string fileFault(CURLU* url) {
+  if (partOf(url, CURLUPART_SCHEME) != "file") return {};
   std::error_code unknown;
-  const auto status = std::filesystem::status(part_Of(url, CURLUPART_PATH), unknown);
+  const auto status = std::filesystem::status(partOf(url, CURLUPART_PATH), unknown);
   if (status.type() == std::filesystem::file_type::regular) return {};
-  if (unknown == std::errc::permission_denied) return reason_Text(unknown);
+  if (unknown == std::errc::permission_denied) return reasonText(unknown);
   return std::filesystem::exists(status) ? "不是普通文件" : "没有这个文件";
 }
 
 // Why a transfer failed, in the user's words.
-std::string cause_Text(CURL* curl, CURLcode code) {
+std::string causeText(CURL* curl, CURLcode code) {
   switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_RESOLVE_PROXY:
@@ -129,7 +129,7 @@ class Transfer {
       if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
       if (running == 0) break;
       desk.serve();
-      if (desk.stop_Requested()) return CURLE_ABORTED_BY_CALLBACK;
+      if (desk.stopRequested()) return CURLE_ABORTED_BY_CALLBACK;
       if (curl_multi_poll(multi_.get(), nullptr, 0, kMillisecondsBetweenServes, nullptr) != CURLM_OK)
         return CURLE_OUT_OF_MEMORY;
     }
@@ -149,20 +149,20 @@ class CurlFetcher final : public Fetcher {
   explicit CurlFetcher(Desk& desk) : desk_(desk) {}
 
   Fetched fetch(const std::string& address) override {
-    const UrlHandle url = parse_Address(address);
+    const UrlHandle url = parseAddress(address);
     const CurlHandle curl(curl_easy_init());
     std::string reply;
     if (!url) return {std::nullopt, "网址不对"};
-    if (std::string fault = file_Fault(url.get()); !fault.empty()) return {std::nullopt, std::move(fault)};
-    if (!curl || !set_Up(curl.get(), url.get(), reply)) return {std::nullopt, "下载组件无法使用"};
+    if (std::string fault = fileFault(url.get()); !fault.empty()) return {std::nullopt, std::move(fault)};
+    if (!curl || !setUp(curl.get(), url.get(), reply)) return {std::nullopt, "下载组件无法使用"};
     const CURLcode code = Transfer(curl.get()).run(desk_);
     if (code == CURLE_OK) return {std::move(reply), {}};
-    if (desk_.stop_Requested()) return {std::nullopt, {}, true};
-    return {std::nullopt, cause_Text(curl.get(), code)};
+    if (desk_.stopRequested()) return {std::nullopt, {}, true};
+    return {std::nullopt, causeText(curl.get(), code)};
   }
 
  private:
-  static bool set_Up(CURL* curl, CURLU* url, std::string& reply) {
+  static bool setUp(CURL* curl, CURLU* url, std::string& reply) {
     bool fine = true;
     const auto set = [&](CURLoption option, auto value) {
       fine &= curl_easy_setopt(curl, option, value) == CURLE_OK;
@@ -180,7 +180,7 @@ class CurlFetcher final : public Fetcher {
     set(CURLOPT_USERAGENT, "Lotmere");
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);  // a stop doesn't wait for a name server
-    set(CURLOPT_WRITEFUNCTION, &take_Part);
+    set(CURLOPT_WRITEFUNCTION, &takePart);
     set(CURLOPT_WRITEDATA, static_cast<void*>(&reply));
     return fine;
   }
@@ -190,7 +190,7 @@ class CurlFetcher final : public Fetcher {
 
 }  // namespace
 
-std::unique_ptr<Fetcher> make_CurlFetcher(Desk& desk) {
+std::unique_ptr<Fetcher> makeCurlFetcher(Desk& desk) {
   static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
   static_cast<void>(ready);
   return std::make_unique<CurlFetcher>(desk);

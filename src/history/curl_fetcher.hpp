@@ -15,6 +15,6 @@ namespace lotmere {
 //
 // The desk is served all the while, on the caller's thread; a stop asked for there breaks the fetch off. It is the caller's to clear. Nothing is thrown but what the desk throws while it is
 // served; the connection is closed then.
-[[nodiscard]] std::unique_ptr<Fetcher> make_CurlFetcher(Desk& desk);
+[[nodiscard]] std::unique_ptr<Fetcher> makeCurlFetcher(Desk& desk);
 
 }  // namespace lotmere

@@ -29,7 +29,7 @@ constexpr std::string_view kFailure =
     "若无法更新可能是由于你的防火墙设为禁止程序访问网络,\r\n\r\n"
     "你可以重新设置防火墙或关闭防火墙后再试.)";
 
-std::string fault_Text(PeriodNo period, const ListedEntry& entry) {
+std::string faultText(PeriodNo period, const ListedEntry& entry) {
   return fmt::format("第 {} 行（{} 期）：{}", entry.line, period, entry.fault);
 }
 
@@ -42,28 +42,28 @@ class Merge {
   // One run around `latest`.
   void run(PeriodNo latest) {
     StoreChange change(store_);
-    desk_.show_Status(kDownloading);
-    store_Entries(latest);
-    desk_.show_Status(kComputing);
+    desk_.showStatus(kDownloading);
+    storeEntries(latest);
+    desk_.showStatus(kComputing);
     const PeriodNo first = firstPeriod(store_);
-    calc_DrawStats(store_, desk_, first, first);
-    calc_DrawStats(store_, desk_, latest - kLookBack, latest + kLookAhead);
+    computeDrawStatistics(store_, desk_, first, first);
+    computeDrawStatistics(store_, desk_, latest - kLookBack, latest + kLookAhead);
     change.commit();
   }
 
   [[nodiscard]] DownloadResult& result() { return result_; }
 
  private:
-  void store_Entries(PeriodNo latest) {
+  void storeEntries(PeriodNo latest) {
     Job job(desk_, kLookAhead, Job::Stop::impossible);
     for (PeriodNo p = latest - kLookBack; p <= latest + kLookAhead; ++p) {
-      if (list_.names(p)) store_Entry(p);
+      if (list_.names(p)) storeEntry(p);
       if (p > latest && (p - latest) % kPeriodsBetweenServes == 0) job.advance(p - latest);
     }
     looked_up_to_ = latest + kLookAhead;
   }
 
-  void store_Entry(PeriodNo period) {
+  void storeEntry(PeriodNo period) {
     const bool counts = period > looked_up_to_;
     const ListedEntry entry = list_.parseDraw(period, today_);
     if (!entry.draw) {
@@ -73,17 +73,17 @@ class Merge {
     const auto& [date, numbers] = *entry.draw;
     const auto before = findDraw(store_, period);
     if (counts && !before) ++result_.added;
-    if (counts && before && (before->numbers != numbers || stored_Date(period) != format_Date(date)))
+    if (counts && before && (before->numbers != numbers || storedDate(period) != formatDate(date)))
       ++result_.overwritten;
     saveDraw(store_, desk_, period, date, numbers, Recalc::no);
   }
 
   void skip(PeriodNo period, const ListedEntry& entry) {
     constexpr int told = 3;
-    if (++result_.skipped <= told) result_.faults.push_back(fault_Text(period, entry));
+    if (++result_.skipped <= told) result_.faults.push_back(faultText(period, entry));
   }
 
-  std::string stored_Date(PeriodNo period) {
+  std::string storedDate(PeriodNo period) {
     Query row = store_.query(R"(SELECT "开奖日期" FROM "历史记录" WHERE "期号"=?)");
     row.bind(period);
     return row.next() ? row.text(0) : std::string();
@@ -98,7 +98,7 @@ class Merge {
 };
 
 // Runs around the newest stored draw, once or as long as the list holds a newer one.
-void merge_All(Store& store, Merge& merge, PeriodNo newest) {
+void mergeAll(Store& store, Merge& merge, PeriodNo newest) {
   PeriodNo latest = latestPeriod(store);
   for (;;) {
     const int added = merge.result().added;
@@ -112,29 +112,29 @@ void merge_All(Store& store, Merge& merge, PeriodNo newest) {
 enum class Runs { one, all };
 
 // Why a reply holds nothing to merge; empty where it does.
-std::string reply_Fault(const DrawList& list, Date today) {
-  if (!list.is_DrawList()) return "这不是开奖数据，开头没有 336 标记";
+std::string replyFault(const DrawList& list, Date today) {
+  if (!list.isDrawList()) return "这不是开奖数据，开头没有 336 标记";
   if (list.newest(today) != 0) return {};
   const PeriodNo first = list.first();
   const std::string none = "开奖数据里没有一条有效的记录";
-  return first == 0 ? none : fmt::format("{}，{}", none, fault_Text(first, list.parseDraw(first, today)));
+  return first == 0 ? none : fmt::format("{}，{}", none, faultText(first, list.parseDraw(first, today)));
 }
 
 DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Date today,
                         Runs runs) {
   const StatusScope status(desk);
-  desk.show_Status(kDownloading);
-  Fetched fetched = fetch_AsJob(desk, fetcher, address);
+  desk.showStatus(kDownloading);
+  Fetched fetched = fetchAsJob(desk, fetcher, address);
   if (!fetched.reply) return {.stopped = fetched.stopped, .cause = std::move(fetched.cause)};
   const DrawList list(*fetched.reply);
-  if (std::string fault = reply_Fault(list, today); !fault.empty()) return {.cause = std::move(fault)};
+  if (std::string fault = replyFault(list, today); !fault.empty()) return {.cause = std::move(fault)};
   Merge merge(store, desk, list, today);
   StoreChange change(store);
   if (runs == Runs::one)
     merge.run(latestPeriod(store));
   else
-    merge_All(store, merge, list.newest(today));
-  remember_Address(store, AddressUse::draw_list, address);
+    mergeAll(store, merge, list.newest(today));
+  rememberAddress(store, AddressUse::draw_list, address);
   DownloadResult result = std::move(merge.result());
   result.ok = true;
   result.newest = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0 ? latestPeriod(store) : 0;
@@ -155,7 +155,7 @@ DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std
   return download(store, desk, fetcher, address, today, Runs::all);
 }
 
-std::vector<std::string> report_Lines(const DownloadResult& result) {
+std::vector<std::string> reportLines(const DownloadResult& result) {
   std::vector<std::string> lines{"已成功更新!"};
   lines.push_back(fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据", result.added, result.overwritten,
                               result.skipped));
@@ -166,20 +166,20 @@ std::vector<std::string> report_Lines(const DownloadResult& result) {
   return lines;
 }
 
-void tell_Failure(Desk& desk, const DownloadResult& result) {
+void tellFailure(Desk& desk, const DownloadResult& result) {
   if (result.stopped) return;
   desk.tell(fmt::format("{0}{1}{1}原因：{2}。", kFailure, kLineBreak, result.cause), Tone::error);
 }
 
-DownloadResult download_Command(Store& store, Desk& desk, Fetcher& fetcher, Date today,
-                                std::string& address_typed) {
-  const auto address = known_Address(store, desk, AddressUse::draw_list, address_typed);
+DownloadResult downloadCommand(Store& store, Desk& desk, Fetcher& fetcher, Date today,
+                               std::string& address_typed) {
+  const auto address = knownAddress(store, desk, AddressUse::draw_list, address_typed);
   if (!address) return {.stopped = true};
   DownloadResult result = downloadAll(store, desk, fetcher, *address, today);
   if (result.ok)
-    desk.tell(fmt::format("{}", fmt::join(report_Lines(result), kLineBreak)));
+    desk.tell(fmt::format("{}", fmt::join(reportLines(result), kLineBreak)));
   else
-    tell_Failure(desk, result);
+    tellFailure(desk, result);
   return result;
 }
 

@@ -15,37 +15,37 @@ constexpr std::size_t kFirstNumber = 19;
 constexpr std::size_t kNumberStep = 3;
 constexpr std::size_t kEntryLength = 39;
 
-constexpr bool is_Digit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // A number of two digits; -1 for anything else.
-constexpr int two_Digits(std::string_view text) {
-  if (!is_Digit(text[0]) || !is_Digit(text[1])) return -1;
+constexpr int twoDigits(std::string_view text) {
+  if (!isDigit(text[0]) || !isDigit(text[1])) return -1;
   return (text[0] - '0') * 10 + (text[1] - '0');
 }
 
 // Adds what stays of one character.
-void add_Compacted(std::string& text, char c) {
-  if (is_Digit(c) || c == '/')
+void addCompacted(std::string& text, char c) {
+  if (isDigit(c) || c == '/')
     text += c;
   else if (text.empty() || text.back() != '#')
     text += '#';
 }
 
 // The seven numbers of an entry, or why they can't be read.
-std::string read_Fields(std::string_view entry, std::array<int, kRedsPerTicket + 1>& numbers) {
+std::string readFields(std::string_view entry, std::array<int, kRedsPerTicket + 1>& numbers) {
   if (entry.size() < kEntryLength) return "这一条不完整";
-  if (entry.size() > kEntryLength && is_Digit(entry[kEntryLength])) return "号码不是两位数";
+  if (entry.size() > kEntryLength && isDigit(entry[kEntryLength])) return "号码不是两位数";
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const std::size_t place = kFirstNumber + i * kNumberStep;
-    numbers[i] = is_Digit(entry[place - 1]) ? -1 : two_Digits(entry.substr(place, 2));
+    numbers[i] = isDigit(entry[place - 1]) ? -1 : twoDigits(entry.substr(place, 2));
     if (numbers[i] < 0) return "号码不是两位数";
   }
   return {};
 }
 
 // Why numbers aren't those of a draw; empty where they are.
-std::string number_Fault(const DrawNumbers& numbers) {
-  if (is_Draw(numbers)) return {};
+std::string numberFault(const DrawNumbers& numbers) {
+  if (isDraw(numbers)) return {};
   for (const int red : numbers.reds)
     if (red < 1 || red > kRedCount) return fmt::format("红球 {:02} 不对", red);
   if (numbers.blue < 1 || numbers.blue > kBlueCount) return fmt::format("蓝球 {:02} 不对", numbers.blue);
@@ -57,7 +57,7 @@ std::string number_Fault(const DrawNumbers& numbers) {
 std::string compactDrawText(std::string_view raw) {
   std::string text;
   text.reserve(raw.size());
-  for (const char c : raw) add_Compacted(text, c);
+  for (const char c : raw) addCompacted(text, c);
   return text;
 }
 
@@ -66,12 +66,12 @@ DrawList::DrawList(std::string_view reply) {
   for (std::size_t i = 0; i < reply.size(); ++i) {
     const bool last = i + 1 == reply.size() || reply[i + 1] != '\n';
     if (reply[i] == '\n' || (reply[i] == '\r' && last)) line_ends_.push_back(text_.size());
-    add_Compacted(text_, reply[i]);
+    addCompacted(text_, reply[i]);
   }
   std::size_t digits = 0;  // length of the run of digits that ends here
   PeriodNo value = 0;
   for (std::size_t i = 0; i < text_.size(); ++i) {
-    if (is_Digit(text_[i])) {
+    if (isDigit(text_[i])) {
       if (++digits <= kPeriodLength) value = value * 10 + (text_[i] - '0');
       continue;
     }
@@ -82,28 +82,28 @@ DrawList::DrawList(std::string_view reply) {
   }
 }
 
-int DrawList::line_Of(std::size_t place) const {
+int DrawList::lineOf(std::size_t place) const {
   return static_cast<int>(std::ranges::upper_bound(line_ends_, place) - line_ends_.begin()) + 1;
 }
 
 ListedEntry DrawList::parseDraw(PeriodNo period, Date today) const {
   const auto found = place_.find(period);
   if (found == place_.end()) return {};
-  ListedEntry entry{std::nullopt, {}, line_Of(found->second)};
+  ListedEntry entry{std::nullopt, {}, lineOf(found->second)};
   const std::string_view text = std::string_view(text_).substr(found->second);
-  const auto date = parse_Date(text.substr(std::min(text.size(), kDatePlace), kDateLength), '/');
+  const auto date = parseDate(text.substr(std::min(text.size(), kDatePlace), kDateLength), '/');
   std::array<int, kRedsPerTicket + 1> fields{};
   ListedDraw draw;
-  if (!is_Period(period)) {
+  if (!isPeriod(period)) {
     entry.fault = "期号不对";
   } else if (text.size() >= kEntryLength && !date) {
     entry.fault = "日期不对";
   } else {
-    entry.fault = read_Fields(text, fields);
+    entry.fault = readFields(text, fields);
     std::copy_n(fields.begin(), kRedsPerTicket, draw.numbers.reds.begin());
     draw.numbers.blue = fields.back();
   }
-  if (entry.fault.empty()) entry.fault = *date > today ? "日期在今天之后" : number_Fault(draw.numbers);
+  if (entry.fault.empty()) entry.fault = *date > today ? "日期在今天之后" : numberFault(draw.numbers);
   if (!entry.fault.empty()) return entry;
   draw.date = *date;
   entry.draw = draw;

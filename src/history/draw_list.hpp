@@ -40,7 +40,7 @@ class DrawList {
   explicit DrawList(std::string_view reply);
 
   // Whether the text claims to be a draw list. Any other start means that the reply is something else.
-  [[nodiscard]] bool is_DrawList() const { return text_.starts_with("#336#"); }
+  [[nodiscard]] bool isDrawList() const { return text_.starts_with("#336#"); }
 
   // Whether an entry for the period stands in the text, readable or not.
   [[nodiscard]] bool names(PeriodNo period) const { return place_.contains(period); }
@@ -57,7 +57,7 @@ class DrawList {
   [[nodiscard]] PeriodNo first() const;
 
  private:
-  [[nodiscard]] int line_Of(std::size_t place) const;
+  [[nodiscard]] int lineOf(std::size_t place) const;
 
   std::string text_;
   std::vector<std::size_t> line_ends_;               // the length of the text where a line of the reply ended

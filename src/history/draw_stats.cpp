@@ -37,7 +37,7 @@ struct DrawSeries {
   }
 };
 
-DrawSeries read_Series(Store& store, PeriodNo from, PeriodNo to) {
+DrawSeries readSeries(Store& store, PeriodNo from, PeriodNo to) {
   DrawSeries series;
   Query rows = store.query(
       R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6" FROM "历史记录"
@@ -46,112 +46,112 @@ DrawSeries read_Series(Store& store, PeriodNo from, PeriodNo to) {
   while (rows.next()) {
     StoredDraw& draw = series.draws.emplace_back();
     draw.period = rows.number(0);
-    draw.numbers.reds = read_Reds(rows, 1);
+    draw.numbers.reds = readReds(rows, 1);
     if (draw.period < from) ++series.first;
   }
   return series;
 }
 
-DrawView view_Draw(const DrawSeries& series, std::size_t place) {
+DrawView viewDraw(const DrawSeries& series, std::size_t place) {
   DrawView view;
   view.reds = series.draws[place].numbers.reds;
   if (place > 0) view.previous = series.draws[place - 1].numbers.reds;
   const auto three = series.before(place, kThreeDraws);
-  if (three.size() == kThreeDraws) view.repeats_of_three = sum_Of(mark_Drawn(three), view.reds);
-  view.heat5 = sum_Of(count_Heat(series.before(place, kShortWindow)), view.reds);
-  view.heat10 = sum_Of(count_Heat(series.before(place, kLongWindow)), view.reds);
+  if (three.size() == kThreeDraws) view.repeats_of_three = sumOf(markDrawn(three), view.reds);
+  view.heat5 = sumOf(countHeat(series.before(place, kShortWindow)), view.reds);
+  view.heat10 = sumOf(countHeat(series.before(place, kLongWindow)), view.reds);
   return view;
 }
 
 // Writes the draws from place `first` on, with a bar over a long series.
-void write_Draws(Desk& desk, DrawWriter& writer, const DrawSeries& series, std::size_t first) {
+void writeDraws(Desk& desk, DrawWriter& writer, const DrawSeries& series, std::size_t first) {
   const std::size_t count = series.draws.size() - first;
   std::optional<Job> job;
   if (count >= kRowsWorthABar) job.emplace(desk, static_cast<std::int64_t>(count), Job::Stop::impossible);
   for (std::size_t done = 0; done < count; ++done) {
     const std::size_t place = first + done;
-    writer.write(series.draws[place].period, view_Draw(series, place));
+    writer.write(series.draws[place].period, viewDraw(series, place));
     if (job && done % kRowsBetweenServes == 0) job->advance(static_cast<std::int64_t>(done));
   }
   if (job) job->advance(static_cast<std::int64_t>(count));
 }
 
 // Some columns of every draw of the range.
-void rewrite_Columns(Store& store, Desk& desk, PeriodNo from, PeriodNo to,
-                     std::span<const std::string_view> names) {
-  const DrawSeries series = read_Series(store, from, to);
+void rewriteColumns(Store& store, Desk& desk, PeriodNo from, PeriodNo to,
+                    std::span<const std::string_view> names) {
+  const DrawSeries series = readSeries(store, from, to);
   if (series.first == series.draws.size()) return;
   StoreChange change(store);
   DrawWriter writer(store, names);
-  write_Draws(desk, writer, series, series.first);
+  writeDraws(desk, writer, series, series.first);
   change.commit();
 }
 
-void recount_All(Store& store, Desk& desk) {
+void recountAll(Store& store, Desk& desk) {
   StoreChange change(store);
   std::vector<std::string_view> columns(std::begin(kIntervalColumns), std::end(kIntervalColumns));
-  if (new_FiguresDue(store))
-    for (const DrawColumn& column : draw_Columns())
+  if (newFiguresDue(store))
+    for (const DrawColumn& column : drawColumns())
       if (column.since > 1 && column.hasRule()) columns.emplace_back(column.name);
-  rewrite_Columns(store, desk, firstPeriod(store), latestPeriod(store), columns);
-  clear_IntervalMark(store);
+  rewriteColumns(store, desk, firstPeriod(store), latestPeriod(store), columns);
+  clearIntervalMark(store);
   change.commit();
 }
 
 }  // namespace
 
-void calc_DrawStats(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  const DrawSeries series = read_Series(store, from, to);
+void computeDrawStatistics(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+  const DrawSeries series = readSeries(store, from, to);
   std::size_t first = series.first;
   const std::size_t count = series.draws.size() - first;
   if (count == 0) return;
   StoreChange change(store);
   if (first == 0 && count > 1) {
     // With nothing before it the earliest draw only serves as the previous draw of the second.
-    DrawWriter(store, kHeatColumns).write(series.draws.front().period, view_Draw(series, 0));
+    DrawWriter(store, kHeatColumns).write(series.draws.front().period, viewDraw(series, 0));
     first = 1;
   }
   DrawWriter writer(store);
-  write_Draws(desk, writer, series, first);
+  writeDraws(desk, writer, series, first);
   change.commit();
 }
 
-void updateWenDu(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
-  rewrite_Columns(store, desk, from, to, kHeatColumns);
+void updateHeat(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+  rewriteColumns(store, desk, from, to, kHeatColumns);
 }
 
-void recountQuJian(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
+void recountIntervals(Store& store, Desk& desk, PeriodNo from, PeriodNo to) {
   desk.tell(kRecountText);
-  rewrite_Columns(store, desk, from, to, kIntervalColumns);
+  rewriteColumns(store, desk, from, to, kIntervalColumns);
 }
 
-bool recount_Divided(Store& store, Desk& desk) {
-  if (!interval_CountsDue(store)) return false;
+bool recountDivided(Store& store, Desk& desk) {
+  if (!intervalCountsDue(store)) return false;
   desk.tell(kRecountText);
-  recount_All(store, desk);
+  recountAll(store, desk);
   return true;
 }
 
-bool recount_Due(Store& store, Desk& desk) {
-  if (!interval_CountsDue(store)) return false;
+bool recountDue(Store& store, Desk& desk) {
+  if (!intervalCountsDue(store)) return false;
   const StatusScope status(desk);
-  desk.show_Status("正在重新计算各区间的开出号码个数．．．");
-  recount_All(store, desk);
+  desk.showStatus("正在重新计算各区间的开出号码个数．．．");
+  recountAll(store, desk);
   return true;
 }
 
-int calc_WenDu(Store& store, PeriodNo period, int window) {
-  const DrawSeries series = read_Series(store, period, period);
+int heatOf(Store& store, PeriodNo period, int window) {
+  const DrawSeries series = readSeries(store, period, period);
   if (series.first == series.draws.size()) return 0;
   const auto before = drawsBefore(store, period, window);
-  return sum_Of(count_Heat(before), series.draws.back().numbers.reds);
+  return sumOf(countHeat(before), series.draws.back().numbers.reds);
 }
 
-int calc_qian3qi(Store& store, PeriodNo period) {
-  const DrawSeries series = read_Series(store, period, period);
+int repeatsOfThree(Store& store, PeriodNo period) {
+  const DrawSeries series = readSeries(store, period, period);
   if (series.draws.size() <= kThreeDraws) return 0;
   const std::size_t newest = series.draws.size() - 1;
-  return sum_Of(mark_Drawn(series.before(newest, kThreeDraws)), series.draws[newest].numbers.reds);
+  return sumOf(markDrawn(series.before(newest, kThreeDraws)), series.draws[newest].numbers.reds);
 }
 
 }  // namespace lotmere

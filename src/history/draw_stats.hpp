@@ -17,28 +17,28 @@ namespace lotmere {
 // before the first one comes from the table, so a range may start anywhere. The earliest draw of the history
 // has none: a range of that draw alone computes it against six zeros, a longer range gives it temperatures
 // only.
-void calc_DrawStats(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+void computeDrawStatistics(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
 
 // The two temperatures alone.
-void updateWenDu(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+void updateHeat(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
 
 // The counts `区间1` to `区间4` alone, after the intervals were divided anew; says so first. The text
 // `四区间` stays.
-void recountQuJian(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
+void recountIntervals(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
 
 // Counts `区间1` to `区间4` of all draws anew where the mark says that they are due, and takes the mark away, in
 // one change. True when it was due. The first is for somebody who has just divided the intervals and is told
 // of the recount; the other for what changed them on the way (factory values, another user, a kill), with a
 // passing message.
-bool recount_Divided(Store& store, Desk& desk);
-bool recount_Due(Store& store, Desk& desk);
+bool recountDivided(Store& store, Desk& desk);
+bool recountDue(Store& store, Desk& desk);
 
 // How often the reds of a stored draw came up in the `window` draws before it, or in as many as there are; 0
 // for a period that isn't stored.
-[[nodiscard]] int calc_WenDu(Store& store, PeriodNo period, int window);
+[[nodiscard]] int heatOf(Store& store, PeriodNo period, int window);
 
 // How many reds of the newest draw up to a period stood in the three draws before that draw; 0 with fewer
 // than three.
-[[nodiscard]] int calc_qian3qi(Store& store, PeriodNo period);
+[[nodiscard]] int repeatsOfThree(Store& store, PeriodNo period);
 
 }  // namespace lotmere

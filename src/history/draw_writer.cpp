@@ -17,8 +17,8 @@ struct Overload : Cases... {
 template <class... Cases>
 Overload(Cases...) -> Overload<Cases...>;
 
-RedTable read_Members(Store& store, const MemberCount& count) {
-  RedTable members = read_AttributeColumn(store, AttributeTable::first, count.column);
+RedTable readMembers(Store& store, const MemberCount& count) {
+  RedTable members = readAttributeColumn(store, AttributeTable::first, count.column);
   if (!count.member)
     for (int n = 1; n <= kRedCount; ++n) members[n] = members[n] == 0;
   return members;
@@ -26,33 +26,33 @@ RedTable read_Members(Store& store, const MemberCount& count) {
 
 }  // namespace
 
-RedTable count_Heat(std::span<const StoredDraw> draws) {
+RedTable countHeat(std::span<const StoredDraw> draws) {
   RedTable heat{};
   for (const StoredDraw& draw : draws) {
-    const RedTable drawn = mark_Reds(draw.numbers.reds);
+    const RedTable drawn = markReds(draw.numbers.reds);
     for (int n = 1; n <= kRedCount; ++n) heat[n] = static_cast<std::int16_t>(heat[n] + drawn[n]);
   }
   return heat;
 }
 
-RedTable mark_Drawn(std::span<const StoredDraw> draws) {
-  RedTable marks = count_Heat(draws);
+RedTable markDrawn(std::span<const StoredDraw> draws) {
+  RedTable marks = countHeat(draws);
   for (std::int16_t& mark : marks) mark = mark > 0;
   return marks;
 }
 
 DrawWriter::DrawWriter(Store& store, std::span<const std::string_view> names) : store_(store) {
   std::string assignments;
-  for (const DrawColumn& drawn : draw_Columns()) {
+  for (const DrawColumn& drawn : drawColumns()) {
     if (!drawn.hasRule() ||
         (!names.empty() && std::find(names.begin(), names.end(), drawn.name) == names.end()))
       continue;
     Column& column = columns_.emplace_back(Column{&drawn.rule});
     if (const auto* count = std::get_if<MemberCount>(&drawn.rule))
-      column.members = read_Members(store, *count);
+      column.members = readMembers(store, *count);
     if (const auto* family = std::get_if<const Family*>(&drawn.rule))
-      column.groups = load_GroupTable(store, **family, (*family)->draw_groups);
-    assignments += fmt::format("{}{}=?", assignments.empty() ? "" : ",", sql_Name(drawn.name));
+      column.groups = loadGroupTable(store, **family, (*family)->draw_groups);
+    assignments += fmt::format("{}{}=?", assignments.empty() ? "" : ",", sqlName(drawn.name));
   }
   sql_ = fmt::format(R"(UPDATE "历史记录" SET {} WHERE "期号"=?)", assignments);
 }
@@ -73,14 +73,13 @@ void DrawWriter::bind(SQLite::Statement& statement, int place, Column& column, c
     statement.bindNoCopy(place, column.text);
   };
   std::visit(
-      Overload{
-          [](std::monostate) {}, [&](NumberValue kind) { whole(sum_Of(number_Table(kind), draw.reds)); },
-          [&](const MemberCount&) { whole(sum_Of(column.members, draw.reds)); },
-          [&](int (*metric)(const Reds&)) { whole(metric(draw.reds)); },
-          [&](int (*metric)(const Reds&, const Reds&)) { whole(metric(draw.previous, draw.reds)); },
-          [&](int DrawView::*figure) { whole(draw.*figure); },
-          [&](std::string_view (*shape)(const Reds&)) { text(shape(draw.reds)); },
-          [&](const Family* family) { text(draw_Text(*family, count_Groups(column.groups, draw.reds))); }},
+      Overload{[](std::monostate) {}, [&](NumberValue kind) { whole(sumOf(numberTable(kind), draw.reds)); },
+               [&](const MemberCount&) { whole(sumOf(column.members, draw.reds)); },
+               [&](int (*metric)(const Reds&)) { whole(metric(draw.reds)); },
+               [&](int (*metric)(const Reds&, const Reds&)) { whole(metric(draw.previous, draw.reds)); },
+               [&](int DrawView::*figure) { whole(draw.*figure); },
+               [&](std::string_view (*shape)(const Reds&)) { text(shape(draw.reds)); },
+               [&](const Family* family) { text(drawText(*family, countGroups(column.groups, draw.reds))); }},
       *column.rule);
 }
 

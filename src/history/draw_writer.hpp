@@ -14,9 +14,9 @@
 namespace lotmere {
 
 // How often each number came up in some draws; a draw counts a number once.
-[[nodiscard]] RedTable count_Heat(std::span<const StoredDraw> draws);
+[[nodiscard]] RedTable countHeat(std::span<const StoredDraw> draws);
 // 1 for each number that came up in at least one of the draws.
-[[nodiscard]] RedTable mark_Drawn(std::span<const StoredDraw> draws);
+[[nodiscard]] RedTable markDrawn(std::span<const StoredDraw> draws);
 
 // Computes columns of draws and writes them to their rows, by one statement over all of them. The attribute
 // tables are read once, when the writer is made, so that every row of a pass follows the same groups.

@@ -18,7 +18,7 @@ struct DrawEntry {
 };
 
 struct CheckedEntry {
-  std::optional<PeriodNo> period;  // nothing where the text names none (parse_Period)
+  std::optional<PeriodNo> period;  // nothing where the text names none (parsePeriod)
   // The reds ascending, whatever the order they were typed in; nothing where a number lies outside its range or a red
   // stands twice.
   std::optional<DrawNumbers> numbers;

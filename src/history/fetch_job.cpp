@@ -2,11 +2,11 @@
 
 namespace lotmere {
 
-Fetched fetch_AsJob(Desk& desk, Fetcher& fetcher, const std::string& address) {
+Fetched fetchAsJob(Desk& desk, Fetcher& fetcher, const std::string& address) {
   const StopScope stop(desk);
   const Job job(desk, 0, Job::Stop::possible);
   Fetched fetched = fetcher.fetch(address);
-  if (desk.stop_Requested()) return {std::nullopt, {}, true};
+  if (desk.stopRequested()) return {std::nullopt, {}, true};
   return fetched;
 }
 

@@ -13,15 +13,15 @@ namespace {
 
 constexpr int kRecentDraws = 100;
 
-bool is_DrawColumn(const std::string& name) {
-  return std::ranges::any_of(draw_Columns(), [&](const DrawColumn& column) { return column.name == name; });
+bool isDrawColumn(const std::string& name) {
+  return std::ranges::any_of(drawColumns(), [&](const DrawColumn& column) { return column.name == name; });
 }
 
 // A store that was upgraded holds the columns in another order.
-std::string all_Names() {
+std::string allNames() {
   std::vector<std::string> names;
-  for (const DrawColumn& column : draw_Columns()) names.push_back(column.name);
-  return column_List(names);
+  for (const DrawColumn& column : drawColumns()) names.push_back(column.name);
+  return columnList(names);
 }
 
 }  // namespace
@@ -34,7 +34,7 @@ PeriodRange loadHistoryRows(Store& store, HistorySpan span) {
 std::optional<SearchCondition> buildSearchWhere(Desk& desk, const std::vector<ColumnFilter>& filters) {
   SearchCondition condition;
   for (const auto& [column, text] : filters) {
-    if (!is_DrawColumn(column)) {
+    if (!isDrawColumn(column)) {
       desk.tell(fmt::format("历史记录没有“{}”这一列。", column), Tone::warning);
       return std::nullopt;
     }
@@ -42,7 +42,7 @@ std::optional<SearchCondition> buildSearchWhere(Desk& desk, const std::vector<Co
     condition.texts.push_back(text);
     condition.where +=
         fmt::format("{0}substr(CAST({1} AS TEXT),1,length(?{2}))=?{2}",
-                    condition.where.empty() ? "" : " AND ", sql_Name(column), condition.texts.size());
+                    condition.where.empty() ? "" : " AND ", sqlName(column), condition.texts.size());
   }
   return condition;
 }
@@ -51,7 +51,7 @@ void searchDraws(Store& store, const SearchCondition& condition,
                  const std::function<void(const Query&)>& visit) {
   // Not one of the store's statements: it would keep every combination of columns that was ever searched.
   SQLite::Statement statement(
-      store.db(), fmt::format(R"(SELECT {} FROM "历史记录" {} {} ORDER BY "期号" ASC)", all_Names(),
+      store.db(), fmt::format(R"(SELECT {} FROM "历史记录" {} {} ORDER BY "期号" ASC)", allNames(),
                               condition.where.empty() ? "" : "WHERE", condition.where));
   int place = 0;
   for (const std::string& text : condition.texts) statement.bind(++place, text);

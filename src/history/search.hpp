@@ -38,7 +38,7 @@ struct SearchCondition {
                                                               const std::vector<ColumnFilter>& filters);
 
 // Calls `visit` for each draw that meets a condition, by period ascending. Its row holds the columns of
-// draw_Columns() in their order.
+// drawColumns() in their order.
 void searchDraws(Store& store, const SearchCondition& condition,
                  const std::function<void(const Query&)>& visit);
 

@@ -27,8 +27,8 @@ void check(lxw_error error) {
   if (error != LXW_NO_ERROR) fail(std::make_error_code(std::errc::io_error));
 }
 
-lxw_row_t row_Of(int row) { return static_cast<lxw_row_t>(row); }
-lxw_col_t column_Of(int column) { return static_cast<lxw_col_t>(column); }
+lxw_row_t rowOf(int row) { return static_cast<lxw_row_t>(row); }
+lxw_col_t columnOf(int column) { return static_cast<lxw_col_t>(column); }
 
 // The parts of a finished file, which are XML texts in a zip archive.
 class Archive {
@@ -36,11 +36,11 @@ class Archive {
   explicit Archive(const std::string& name) : zip_(::unzOpen64(name.c_str())) {}
 
   // Whether every part ends with the end of its outermost element.
-  [[nodiscard]] bool is_Whole() {
+  [[nodiscard]] bool isWhole() {
     if (!zip_) return false;
     int step = ::unzGoToFirstFile(zip_.get());
     for (; step == UNZ_OK; step = ::unzGoToNextFile(zip_.get()))
-      if (!is_WholePart(read_Part())) return false;
+      if (!isWholePart(readPart())) return false;
     return step == UNZ_END_OF_LIST_OF_FILE;
   }
 
@@ -50,7 +50,7 @@ class Archive {
   };
 
   // Empty where the part can't be read.
-  std::string read_Part() {
+  std::string readPart() {
     if (::unzOpenCurrentFile(zip_.get()) != UNZ_OK) return {};
     std::string text;
     std::array<char, std::size_t{64} * 1024> block;
@@ -60,7 +60,7 @@ class Archive {
     return ::unzCloseCurrentFile(zip_.get()) == UNZ_OK && size == 0 ? text : std::string();
   }
 
-  static bool is_WholePart(std::string_view text) {
+  static bool isWholePart(std::string_view text) {
     const auto declaration = text.find("?>");
     const auto element = text.find('<', declaration);
     if (declaration == std::string_view::npos || element == std::string_view::npos) return false;
@@ -104,34 +104,34 @@ Spreadsheet::Spreadsheet(const char* sheet_name)
   ::format_set_bold(head_format_);
 }
 
-void Spreadsheet::put_Number(int row, int column, double number) {
-  check(::worksheet_write_number(sheet_, row_Of(row), column_Of(column), number, nullptr));
+void Spreadsheet::putNumber(int row, int column, double number) {
+  check(::worksheet_write_number(sheet_, rowOf(row), columnOf(column), number, nullptr));
 }
 
-void Spreadsheet::put_Text(int row, int column, const std::string& text) {
-  check(::worksheet_write_string(sheet_, row_Of(row), column_Of(column), text.c_str(), nullptr));
+void Spreadsheet::putText(int row, int column, const std::string& text) {
+  check(::worksheet_write_string(sheet_, rowOf(row), columnOf(column), text.c_str(), nullptr));
 }
 
-void Spreadsheet::put_Date(int row, int column, Date date) {
+void Spreadsheet::putDate(int row, int column, Date date) {
   const std::chrono::year_month_day day{date};
   lxw_datetime value{int(day.year()), int(unsigned(day.month())), int(unsigned(day.day())), 0, 0, 0};
-  check(::worksheet_write_datetime(sheet_, row_Of(row), column_Of(column), &value, date_format_));
+  check(::worksheet_write_datetime(sheet_, rowOf(row), columnOf(column), &value, date_format_));
 }
 
-void Spreadsheet::put_Head(int column, const std::string& text) {
-  check(::worksheet_write_string(sheet_, 0, column_Of(column), text.c_str(), head_format_));
+void Spreadsheet::putHead(int column, const std::string& text) {
+  check(::worksheet_write_string(sheet_, 0, columnOf(column), text.c_str(), head_format_));
 }
 
-void Spreadsheet::set_Width(int column, double width) {
-  check(::worksheet_set_column(sheet_, column_Of(column), column_Of(column), width, nullptr));
+void Spreadsheet::setWidth(int column, double width) {
+  check(::worksheet_set_column(sheet_, columnOf(column), columnOf(column), width, nullptr));
 }
 
-void Spreadsheet::freeze_Head() { ::worksheet_freeze_panes(sheet_, 1, 0); }
+void Spreadsheet::freezeHead() { ::worksheet_freeze_panes(sheet_, 1, 0); }
 
 std::string Spreadsheet::finish() {
   check(::workbook_close(book_.release()));
   // The library doesn't look whether the disk took all that it wrote to its intermediate files.
-  if (!Archive(file_.name()).is_Whole()) fail(std::make_error_code(std::errc::no_space_on_device));
+  if (!Archive(file_.name()).isWhole()) fail(std::make_error_code(std::errc::no_space_on_device));
   return file_.bytes();
 }
 

@@ -18,17 +18,17 @@ class Spreadsheet {
  public:
   explicit Spreadsheet(const char* sheet_name);
 
-  void put_Number(int row, int column, double number);
+  void putNumber(int row, int column, double number);
   // An empty text leaves the cell empty.
-  void put_Text(int row, int column, const std::string& text);
+  void putText(int row, int column, const std::string& text);
   // A day from the year 1900 on, as a date of the sheet and shown as 2026-08-20.
-  void put_Date(int row, int column, Date date);
+  void putDate(int row, int column, Date date);
   // The text of a column's head, in bold.
-  void put_Head(int column, const std::string& text);
+  void putHead(int column, const std::string& text);
   // In characters.
-  void set_Width(int column, double width);
+  void setWidth(int column, double width);
   // The first row stays in sight while the others are scrolled.
-  void freeze_Head();
+  void freezeHead();
 
   // The bytes of the file; nothing may be put into it any more. Takes some tenths of a second for a long
   // history and touches nothing but this object, so that it can run beside the thread that serves the

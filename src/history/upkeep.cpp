@@ -12,12 +12,12 @@ namespace lotmere {
 namespace {
 
 // A stored draw in one line: "2008118 期  2008-10-12  01 04 16 22 26 31+04".
-std::optional<std::string> stored_Text(Store& store, std::int64_t number) {
+std::optional<std::string> storedText(Store& store, std::int64_t number) {
   Query row = store.query(
       R"(SELECT "开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录" WHERE "期号"=?)");
   row.bind(number);
   if (!row.next()) return std::nullopt;
-  return fmt::format("{} 期  {}  {}", number, row.text(0), numbers_Text(read_Numbers(row, 1)));
+  return fmt::format("{} 期  {}  {}", number, row.text(0), numbersText(readNumbers(row, 1)));
 }
 
 }  // namespace
@@ -33,19 +33,19 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
                 ON CONFLICT ("期号") DO UPDATE SET "开奖日期"=excluded."开奖日期","红球1"=excluded."红球1",
                 "红球2"=excluded."红球2","红球3"=excluded."红球3","红球4"=excluded."红球4","红球5"=excluded."红球5",
                 "红球6"=excluded."红球6","蓝球"=excluded."蓝球","已完成"='Y')")
-      .bind(period, format_Date(date), r1, r2, r3, r4, r5, r6, numbers.blue)
+      .bind(period, formatDate(date), r1, r2, r3, r4, r5, r6, numbers.blue)
       .run();
-  if (recalc == Recalc::yes) calc_DrawStats(store, desk, period, period);
+  if (recalc == Recalc::yes) computeDrawStatistics(store, desk, period, period);
   change.commit();
 }
 
 bool deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done) {
-  const auto number = parse_Whole(typed);
+  const auto number = parseWhole(typed);
   if (!number) {
-    static_cast<void>(read_Period(desk, typed));  // tells what a period looks like
+    static_cast<void>(readPeriod(desk, typed));  // tells what a period looks like
     return false;
   }
-  const auto draw = stored_Text(store, *number);
+  const auto draw = storedText(store, *number);
   if (!draw) {
     desk.tell("无法完成，历史记录表格中没有该期记录！", Tone::error, "删除失败");
     return false;

@@ -13,7 +13,7 @@ namespace lotmere {
 enum class Recalc { yes, no };
 
 // Stores one draw. A stored period gets the new date and numbers and keeps its place. The caller has checked
-// the numbers (is_Draw) and the period (1 or more). With `Recalc::yes` the row's statistics are computed too,
+// the numbers (isDraw) and the period (1 or more). With `Recalc::yes` the row's statistics are computed too,
 // in the same change; rows after it keep the figures they had. Without, a bulk job computes its range once at
 // the end.
 void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers,

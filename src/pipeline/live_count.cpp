@@ -31,7 +31,7 @@ std::optional<PeriodNo> firstPeriod(Store& store, const Dropped& dropped) {
 
 LiveTickets::LiveTickets(PeriodNo period, std::vector<Balls> tickets)
     : period_(period), tickets_(std::move(tickets)) {
-  if (!std::ranges::all_of(tickets_, is_Regular)) repeats_ = OverlapMarks::Repeats::yes;
+  if (!std::ranges::all_of(tickets_, isRegular)) repeats_ = OverlapMarks::Repeats::yes;
   Balls six = ~Balls{0};
   for (std::size_t row = 0; row < tickets_.size(); ++row) {
     if ((tickets_[row] & kRedBytes) == six) continue;
@@ -45,7 +45,7 @@ LiveTickets::LiveTickets(PeriodNo period, std::vector<Balls> tickets)
 std::shared_ptr<const LiveTickets> loadLiveTickets(Store& store, const Dropped& dropped) {
   const auto period = firstPeriod(store, dropped);
   if (!period) return nullptr;
-  auto tickets = load_Tickets(store, *period, [&](std::size_t) { return dropped && dropped(); });
+  auto tickets = loadTickets(store, *period, [&](std::size_t) { return dropped && dropped(); });
   if (!tickets || (dropped && dropped())) return nullptr;
   return std::make_shared<LiveTickets>(*period, std::move(tickets->balls));
 }
@@ -94,8 +94,8 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
 const LiveTickets& LiveCount::expanded(const NumberSelection& selection, PeriodNo period) {
   if (selection_ != selection || expanded_.period() != period) {
     std::vector<Balls> tickets;
-    expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
-      for (const int blue : blues) tickets.push_back(pack_Balls(six, blue));
+    expandSelection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+      for (const int blue : blues) tickets.push_back(packBalls(six, blue));
       return true;
     });
     expanded_ = LiveTickets(period, std::move(tickets));
@@ -111,7 +111,7 @@ std::optional<LiveCount::Result> LiveCount::count(const Question& question, Cour
     const NumberSelection selection = selectionOf(question.set);
     result.period = question.next_period;
     result.from_selection = true;
-    result.tickets = count_Combos(selection).tickets;
+    result.tickets = countCombos(selection).tickets;
     result.too_many = result.tickets > kMaxTickets;
     if (result.too_many) return result;
     tickets = &expanded(selection, question.next_period);
@@ -125,14 +125,14 @@ std::optional<LiveCount::Result> LiveCount::count(const Question& question, Cour
   return result;
 }
 
-std::string live_Text(const LiveCount::Result& result) {
+std::string liveText(const LiveCount::Result& result) {
   if (result.too_many)
-    return fmt::format("已选的号码超过 {} 注，不能计算余下的注数。", to_QuanJiao(kMaxTickets));
+    return fmt::format("已选的号码超过 {} 注，不能计算余下的注数。", toFullWidth(kMaxTickets));
   if (result.tickets == 0) return "还没有投注号，也没有选好号码。";
   return fmt::format(
       "{} {} 注，按当前条件过滤缩水后余 {} 注。",
-      result.from_selection ? "已选号码展开共" : fmt::format("表格中第 {} 期共", to_QuanJiao(result.period)),
-      to_QuanJiao(result.tickets), to_QuanJiao(result.survivors));
+      result.from_selection ? "已选号码展开共" : fmt::format("表格中第 {} 期共", toFullWidth(result.period)),
+      toFullWidth(result.tickets), toFullWidth(result.survivors));
 }
 
 }  // namespace lotmere

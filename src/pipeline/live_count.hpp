@@ -79,6 +79,6 @@ class LiveCount {
 
 // The line at the foot of the condition page; and what stands there while a count takes its time.
 inline constexpr std::string_view kCountingText = "正在计算按当前条件过滤缩水后余下的注数．．．";
-[[nodiscard]] std::string live_Text(const LiveCount::Result& result);
+[[nodiscard]] std::string liveText(const LiveCount::Result& result);
 
 }  // namespace lotmere

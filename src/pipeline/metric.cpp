@@ -26,7 +26,7 @@ Metric memberCount(const ConditionSet& set, const MembersIn& rule) {
 RedTable heatOf(std::span<const PastDraw> before, int draws) {
   RedTable heat{};
   for (const PastDraw& draw : before.last(std::min(before.size(), static_cast<std::size_t>(draws)))) {
-    const RedTable drawn = mark_Reds(draw.numbers.reds);
+    const RedTable drawn = markReds(draw.numbers.reds);
     for (int n = 1; n <= kRedCount; ++n) heat[n] = static_cast<std::int16_t>(heat[n] + drawn[n]);
   }
   return heat;
@@ -46,7 +46,7 @@ std::optional<Metric> prepareMetric(const ConditionSet& set, const Condition& co
   return std::visit(
       Overload{
           [](std::monostate) -> Answer { return std::nullopt; },
-          [](NumberValue value) -> Answer { return sumMetric(number_Table(value)); },
+          [](NumberValue value) -> Answer { return sumMetric(numberTable(value)); },
           [](int (*function)(const Reds&)) -> Answer {
             return Metric{Metric::Kind::function, {}, function};
           },

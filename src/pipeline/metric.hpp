@@ -38,14 +38,14 @@ template <class Use>
 decltype(auto) withFigure(const Metric& metric, Use&& use) {
   switch (metric.kind) {
     case Metric::Kind::table_sum:
-      return use([](const Metric& m, const Reds& reds) { return sum_Of(m.table, reds); });
+      return use([](const Metric& m, const Reds& reds) { return sumOf(m.table, reds); });
     case Metric::Kind::function:
       return use([](const Metric& m, const Reds& reds) { return m.function(reds); });
     case Metric::Kind::shape:
       break;
   }
   return use([](const Metric& m, const Reds& reds) {
-    return shape_Number(*m.family, count_Groups(m.groups, reds)).value_or(-1);
+    return shapeNumber(*m.family, countGroups(m.groups, reds)).value_or(-1);
   });
 }
 

@@ -21,8 +21,8 @@ constexpr std::array<NumberValue, kKeptSums> kSums = {
 SumFamilies::SumFamilies(const ValueArray& cells, std::span<const PastDraw> before) {
   for (std::size_t k = 0; k < kSums.size(); ++k) {
     if (cells[k] <= 0) continue;
-    Active& family = families_.emplace_back(Active{&number_Table(kSums[k])});
-    if (!before.empty()) family.sums[0] = sum_Of(*family.table, before.back().numbers.reds);
+    Active& family = families_.emplace_back(Active{&numberTable(kSums[k])});
+    if (!before.empty()) family.sums[0] = sumOf(*family.table, before.back().numbers.reds);
     if (before.size() > 1) family.sums[1] = before[before.size() - 2].sums[k];
   }
 }
@@ -30,7 +30,7 @@ SumFamilies::SumFamilies(const ValueArray& cells, std::span<const PastDraw> befo
 bool SumFamilies::keeps(const Reds& reds) const {
   int hits = 0;
   for (const Active& family : families_) {
-    const int sum = sum_Of(*family.table, reds);
+    const int sum = sumOf(*family.table, reds);
     hits += sum == family.sums[0] || sum == family.sums[1];
   }
   return hits <= kToleratedHits;
@@ -40,15 +40,15 @@ DrawMatch::DrawMatch(int match)
     : match_(match), marks_(kRedCount, std::clamp(match, 1, kRedsPerTicket), OverlapMarks::Repeats::yes) {}
 
 void DrawMatch::add(Balls draw) {
-  marks_.mark(red_Codes(draw));
+  marks_.mark(redCodes(draw));
   is_empty_ = false;
 }
 
 bool DrawMatch::matches(Balls ticket) const {
   if (match_ > kRedsPerTicket) return false;
   if (match_ < 1) return !is_empty_;
-  const CodeList reds = red_Codes(ticket);
-  return reds.count == kRedsPerTicket ? marks_.any(reds) : marks_.any(reds, times_InTicket(reds, ticket));
+  const CodeList reds = redCodes(ticket);
+  return reds.count == kRedsPerTicket ? marks_.any(reds) : marks_.any(reds, timesInTicket(reds, ticket));
 }
 
 }  // namespace lotmere

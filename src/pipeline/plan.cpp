@@ -13,9 +13,9 @@ PlaceTest compilePlaces(const ConditionSet& set) {
   PlaceTest places;
   places.tolerance = set.cells.value(kToleranceCell);
   for (int p = 0; p < kPlaceCount; ++p) {
-    if (!set.isUsed(usage_OfPlace(p + 1))) continue;
+    if (!set.isUsed(usageOfPlace(p + 1))) continue;
     ++places.used;
-    const Members allowed = set.column(AttributeTable::first, place_Column(p + 1));
+    const Members allowed = set.column(AttributeTable::first, placeColumn(p + 1));
     for (int n = 0; n <= kRedCount; ++n) places.wrong[p][n] = !holds(allowed, n);
   }
   return places;
@@ -42,8 +42,8 @@ std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set) {
   rules->places = compilePlaces(set);
   rules->turn_groups.resize(kTurnCount);
   for (int turn = 0; turn < kTurnCount; ++turn) {
-    rules->turns[turn] = set.isTicked(usage_OfTurn(turn));
-    const Family& family = family_OfTurn(turn);
+    rules->turns[turn] = set.isTicked(usageOfTurn(turn));
+    const Family& family = familyOfTurn(turn);
     if (rules->turns[turn]) rules->turn_groups[turn] = groupTable(set, family, family.draw_groups);
   }
   const auto steps = filterSteps();
@@ -76,7 +76,7 @@ FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable
   for (int turn = 0; turn < kTurnCount && !before.empty(); ++turn) {
     if (!rules_->turns[turn]) continue;
     const GroupTable& groups = rules_->turn_groups[turn];
-    turns_.push_back({turn, groups, count_Groups(groups, before.back().numbers.reds)});
+    turns_.push_back({turn, groups, countGroups(groups, before.back().numbers.reds)});
   }
   for (std::size_t i = 0; i < steps.size(); ++i) {
     switch (steps[i].kind) {
@@ -88,7 +88,7 @@ FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable
         runs_[i] = rules_->on[i] && !range.empty();
         if (!runs_[i]) break;
         auto match = std::make_shared<DrawMatch>(set.match.match);
-        for (const PastDraw& draw : range) match->add(pack_Balls(draw.numbers.reds, 0));
+        for (const PastDraw& draw : range) match->add(packBalls(draw.numbers.reds, 0));
         match_ = std::move(match);
         break;
       }

@@ -40,7 +40,7 @@ struct TurnTest {
   GroupTable groups;
   GroupCounts reference = 0;
 
-  [[nodiscard]] bool hits(const Reds& reds) const { return count_Groups(groups, reds) == reference; }
+  [[nodiscard]] bool hits(const Reds& reds) const { return countGroups(groups, reds) == reference; }
 };
 
 // What the set decides by itself, whatever the period.
@@ -115,16 +115,16 @@ decltype(auto) FilterPlan::withTest(std::size_t step, Use&& use) const {
     case StepKind::match:
       return use([&match = *match_](Balls balls) { return !match.matches(balls); });
     case StepKind::combinations:
-      return use([this](Balls balls) { return countHits(reds_Of(balls)) <= combination_tolerance_; });
+      return use([this](Balls balls) { return countHits(redsOf(balls)) <= combination_tolerance_; });
     case StepKind::sums:
-      return use([&sums = *sums_](Balls balls) { return sums.keeps(reds_Of(balls)); });
+      return use([&sums = *sums_](Balls balls) { return sums.keeps(redsOf(balls)); });
     case StepKind::figure:
       break;
   }
   const FigureTest& test = figure(step);
   return withFigure(test.metric, [&](auto value) {
     return use(
-        [&test, value](Balls balls) { return allows(test.verdicts, value(test.metric, reds_Of(balls))); });
+        [&test, value](Balls balls) { return allows(test.verdicts, value(test.metric, redsOf(balls))); });
   });
 }
 

@@ -19,26 +19,26 @@ namespace {
 constexpr std::size_t kShortText =
     30;  // characters: a running text up to this length stays in front of a run's lines
 
-RowsDone tell_Job(Job& job) {
+RowsDone tellJob(Job& job) {
   return [&job](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
 }
 
 // The tickets of the period with their marks at 0. Nothing when it has none, which a line says for a period above 0,
 // and when the user stops it.
 std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) {
-  RunningText& text = desk.running_Text();
-  const std::size_t rows = count_Tickets(store, period);
+  RunningText& text = desk.runningText();
+  const std::size_t rows = countTickets(store, period);
   if (rows == 0) {
-    if (period > 0) text.append_Line(fmt::format("表格中无[{}]期数据．", to_QuanJiao(period)));
+    if (period > 0) text.appendLine(fmt::format("表格中无[{}]期数据．", toFullWidth(period)));
     return std::nullopt;
   }
   Job job(desk, static_cast<std::int64_t>(rows), Job::Stop::possible);
-  if (count_Characters(text.text()) > kShortText) text.set({});
-  text.append_Line(fmt::format("正读取数据[{}期]．．．", to_QuanJiao(period)));
-  auto tickets = load_Tickets(store, period, tell_Job(job));
+  if (countCharacters(text.text()) > kShortText) text.set({});
+  text.appendLine(fmt::format("正读取数据[{}期]．．．", toFullWidth(period)));
+  auto tickets = loadTickets(store, period, tellJob(job));
   if (tickets)
-    text.append_Line(
-        fmt::format("过滤缩水之前共：{}注．", to_QuanJiao(static_cast<std::int64_t>(tickets->size()))));
+    text.appendLine(
+        fmt::format("过滤缩水之前共：{}注．", toFullWidth(static_cast<std::int64_t>(tickets->size()))));
   return tickets;
 }
 
@@ -47,39 +47,39 @@ void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
   DeskCourse course(desk);
   RunText text(desk, plan);
   thin(plan, tickets, course, text, static_cast<int>(std::thread::hardware_concurrency()));
-  if (!desk.stop_Requested()) shrink_Cover(store, desk, tickets, plan.rules().shrink_type);
+  if (!desk.stopRequested()) shrinkCover(store, desk, tickets, plan.rules().shrink_type);
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {
   // The statistics of the draw before the period and the tickets stand in one change: a crash leaves both as they were.
   StoreChange change(store);
   const PeriodNo previous = periodsBack(store, period, 1);
-  calc_DrawStats(store, desk, previous, previous);
+  computeDrawStatistics(store, desk, previous, previous);
   if (tickets != nullptr) {
     Job job(desk, static_cast<std::int64_t>(tickets->size()), Job::Stop::impossible);
-    save_Tickets(store, *tickets, tell_Job(job));
+    saveTickets(store, *tickets, tellJob(job));
   }
   change.commit();
 }
 
 }  // namespace
 
-RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period) {
+RunResult runPipeline(Store& store, Desk& desk, PeriodNo period) {
   const StopScope stop(desk);
   auto tickets = readTickets(store, desk, period);
   RunResult result;
   if (tickets) {
     walkSteps(store, desk, *tickets);
-    result = {true, desk.stop_Requested(), static_cast<std::int64_t>(tickets->size())};
+    result = {true, desk.stopRequested(), static_cast<std::int64_t>(tickets->size())};
   } else {
-    result.tickets = static_cast<std::int64_t>(count_Tickets(store, period));
-    result.stopped = desk.stop_Requested() && result.tickets != 0;
+    result.tickets = static_cast<std::int64_t>(countTickets(store, period));
+    result.stopped = desk.stopRequested() && result.tickets != 0;
   }
   writeBack(store, desk, tickets ? &*tickets : nullptr, period);
   if (!result.ran && !result.stopped) return result;
-  desk.running_Text().append_Line(fmt::format("{}：{} 注",
-                                              result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
-                                              to_QuanJiao(result.tickets)));
+  desk.runningText().appendLine(fmt::format("{}：{} 注",
+                                            result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
+                                            toFullWidth(result.tickets)));
   desk.serve();
   return result;
 }

@@ -21,6 +21,6 @@ struct RunResult {
 // without tickets too. The course stands in the running text, and its last line says whether the run came to
 // its end or was stopped; a stop that comes while the result is written back changes nothing any more. Throws
 // SQLite::Exception, with nothing written, when the store refuses.
-RunResult run_Pipeline(Store& store, Desk& desk, PeriodNo period);
+RunResult runPipeline(Store& store, Desk& desk, PeriodNo period);
 
 }  // namespace lotmere

@@ -33,8 +33,8 @@ void RunText::stepBegins(std::size_t step, std::int64_t tickets) {
   if (info.kind == StepKind::combinations) return;
   if (info.condition != nullptr && info.looks_back && (tickets > 0 || warnsAlways(*info.condition)))
     warn(*info.condition);
-  base_ = desk_.running_Text().text();
-  if (tickets > 0 && plan_.runs(step)) desk_.running_Text().set_Line(base_, linesOf(plan_, step).start);
+  base_ = desk_.runningText().text();
+  if (tickets > 0 && plan_.runs(step)) desk_.runningText().setLine(base_, linesOf(plan_, step).start);
 }
 
 void RunText::stepEnds(std::size_t step, const StepResult& result) {
@@ -42,7 +42,7 @@ void RunText::stepEnds(std::size_t step, const StepResult& result) {
   const StepKind kind = filterSteps()[step].kind;
   if (kind == StepKind::combinations) return tellTurns(result);
   if (result.state == unable && kind == StepKind::places)
-    return desk_.running_Text().append_Line(placesName(plan_) + " <容错值太大无法过滤掉号码.>");
+    return desk_.runningText().appendLine(placesName(plan_) + " <容错值太大无法过滤掉号码.>");
   // 历史数据过滤 tells the tickets that stand even when it looked at none.
   const bool always = kind == StepKind::match && result.state == unable;
   if (always || (result.state == done && (result.before > 0 || kind == StepKind::match)))
@@ -50,23 +50,23 @@ void RunText::stepEnds(std::size_t step, const StepResult& result) {
 }
 
 void RunText::tellResult(std::size_t step, std::int64_t tickets) const {
-  desk_.running_Text().set_Line(base_, linesOf(plan_, step).result + to_QuanJiao(tickets) + " 注");
+  desk_.runningText().setLine(base_, linesOf(plan_, step).result + toFullWidth(tickets) + " 注");
 }
 
 void RunText::tellTurns(const StepResult& result) const {
-  for (int turn = 0; turn < kTurnCount && !desk_.stop_Requested(); ++turn)
+  for (int turn = 0; turn < kTurnCount && !desk_.stopRequested(); ++turn)
     if (!plan_.rules().turns[turn])
-      desk_.running_Text().append_Line(
-          fmt::format("[{}（具体）] <未使用这个条件>", family_OfTurn(turn).draw_column));
-  desk_.running_Text().append_Line(fmt::format("[组合（具体）]过滤后余：{} 注", to_QuanJiao(result.after)));
+      desk_.runningText().appendLine(
+          fmt::format("[{}（具体）] <未使用这个条件>", familyOfTurn(turn).draw_column));
+  desk_.runningText().appendLine(fmt::format("[组合（具体）]过滤后余：{} 注", toFullWidth(result.after)));
 }
 
 void RunText::warn(const Condition& condition) const {
-  desk_.show_Tip(fmt::format("注意，本次过滤使用了[{0}]这个过滤条件,[{0}]的设置与历史开奖记录相关！{1}{1}"
-                             "在不同的期号中由于对应的历史记录不同,有可能得"
-                             "出不同的结果。这是正常情况。{1}{1}【注意，此次过滤结果仅适用于 {2} 期！！！】",
-                             condition.name, kLineBreak, to_QuanJiao(plan_.period())),
-                 condition.name);
+  desk_.showTip(fmt::format("注意，本次过滤使用了[{0}]这个过滤条件,[{0}]的设置与历史开奖记录相关！{1}{1}"
+                            "在不同的期号中由于对应的历史记录不同,有可能得"
+                            "出不同的结果。这是正常情况。{1}{1}【注意，此次过滤结果仅适用于 {2} 期！！！】",
+                            condition.name, kLineBreak, toFullWidth(plan_.period())),
+                condition.name);
 }
 
 }  // namespace lotmere

@@ -15,7 +15,7 @@ namespace {
 
 // How many of all red sixes a rule keeps.
 template <class Keeps>
-std::int64_t count_Sixes(Keeps&& keeps) {
+std::int64_t countSixes(Keeps&& keeps) {
   std::int64_t kept = 0;
   for (int a = 1; a <= kRedCount - 5; ++a)
     for (int b = a + 1; b <= kRedCount - 4; ++b)
@@ -50,7 +50,7 @@ std::optional<Strength> figureStrength(const ConditionSet& set, Draws before, co
                     : test.passes(reds);
   });
   strength.sixes = withFigure(*metric, [&](auto figure) {
-    return count_Sixes([&](const Reds& six) { return allows(test.verdicts, figure(*metric, six)); });
+    return countSixes([&](const Reds& six) { return allows(test.verdicts, figure(*metric, six)); });
   });
   return strength;
 }
@@ -60,14 +60,14 @@ Strength turnStrength(const ConditionSet& set, Draws before, const Condition& co
   const GroupTable groups = groupTable(set, family, family.draw_groups);
   Strength strength = countDraws(before, last, [&](const PastDraw& draw, Draws earlier) {
     return earlier.empty() ||
-           count_Groups(groups, draw.numbers.reds) != count_Groups(groups, earlier.back().numbers.reds);
+           countGroups(groups, draw.numbers.reds) != countGroups(groups, earlier.back().numbers.reds);
   });
   if (before.empty()) {
     strength.sixes = kAllRedSixes;
     return strength;
   }
-  const GroupCounts reference = count_Groups(groups, before.back().numbers.reds);
-  strength.sixes = count_Sixes([&](const Reds& six) { return count_Groups(groups, six) != reference; });
+  const GroupCounts reference = countGroups(groups, before.back().numbers.reds);
+  strength.sixes = countSixes([&](const Reds& six) { return countGroups(groups, six) != reference; });
   return strength;
 }
 
@@ -77,15 +77,15 @@ Strength sumStrength(const ConditionSet& set, Draws before, const Condition& con
     return SumFamilies(cells, earlier).keeps(draw.numbers.reds);
   });
   const SumFamilies families(cells, before);
-  strength.sixes = count_Sixes([&](const Reds& six) { return families.keeps(six); });
+  strength.sixes = countSixes([&](const Reds& six) { return families.keeps(six); });
   return strength;
 }
 
 // One decimal, but only all is 100 and only none is 0.
-std::string share_Text(const Strength& strength) {
+std::string shareText(const Strength& strength) {
   if (strength.sixes == 0) return "0";
   if (strength.sixes == kAllRedSixes) return "100";
-  const double percent = share_Percent(strength);
+  const double percent = sharePercent(strength);
   if (percent < 0.1) return "不到 0.1";
   if (percent > 99.9) return "超过 99.9";
   return fmt::format("{:.1f}", percent);
@@ -114,20 +114,20 @@ Strength matchStrength(const ConditionSet& set, const DrawTable& draws, PeriodNo
   // From the oldest on, so that each meets the draws of the range that stand before it.
   for (std::size_t place = 0; place < before.size(); ++place) {
     const PastDraw& draw = before[place];
-    const Balls reds = pack_Balls(draw.numbers.reds, 0);
+    const Balls reds = packBalls(draw.numbers.reds, 0);
     if (place + strength.draws >= before.size() && !match.matches(reds)) ++strength.passed;
     if (draw.period >= set.match.first && draw.period <= set.match.last) match.add(reds);
   }
-  strength.sixes = count_Sixes([&](const Reds& six) { return !match.matches(pack_Balls(six, 0)); });
+  strength.sixes = countSixes([&](const Reds& six) { return !match.matches(packBalls(six, 0)); });
   return strength;
 }
 
-std::string strength_Text(const Strength& strength) {
-  const std::string share = fmt::format("放行全部红球组合的 {}％", share_Text(strength));
+std::string strengthText(const Strength& strength) {
+  const std::string share = fmt::format("放行全部红球组合的 {}％", shareText(strength));
   const std::string drawn = strength.draws == 0 ? "还没有开奖记录可以对照"
                                                 : fmt::format("最近 {} 期中有 {} 期的开奖号码符合",
                                                               strength.draws, strength.passed);
-  return to_QuanJiao(share + "，" + drawn);
+  return toFullWidth(share + "，" + drawn);
 }
 
 }  // namespace lotmere

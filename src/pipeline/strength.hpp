@@ -38,12 +38,12 @@ inline constexpr int kStrengthDraws = 100;
 [[nodiscard]] Strength matchStrength(const ConditionSet& set, const DrawTable& draws, PeriodNo next_period,
                                      int last);
 
-[[nodiscard]] inline double share_Percent(const Strength& strength) {
+[[nodiscard]] inline double sharePercent(const Strength& strength) {
   return 100.0 * static_cast<double>(strength.sixes) / static_cast<double>(kAllRedSixes);
 }
 
 // A line for a tip: "放行全部红球组合的 ６２.３％，最近 １００ 期中有 ９５ 期的开奖号码符合". The share has one
 // decimal; one that would round to none or to all says "不到" or "超过".
-[[nodiscard]] std::string strength_Text(const Strength& strength);
+[[nodiscard]] std::string strengthText(const Strength& strength);
 
 }  // namespace lotmere

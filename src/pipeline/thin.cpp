@@ -109,7 +109,7 @@ class Walk {
       std::fill(tickets_.mark.begin(), tickets_.mark.end(), std::int8_t{1});
       std::iota(tickets_.seq.begin(), tickets_.seq.end(), 1);
     }
-    tickets_.recall_Scores();
+    tickets_.recallScores();
     settled_ = true;
   }
 
@@ -133,7 +133,7 @@ class Walk {
     while (row < segment.end && !shared.stopped()) {
       const std::size_t end = std::min(row + kBlock, segment.end);
       kept = whole_ ? keepPassing(tickets_, row, end, kept, by_reds, test,
-                                  [this](std::size_t from, std::size_t to) { tickets_.move_Row(from, to); })
+                                  [this](std::size_t from, std::size_t to) { tickets_.moveRow(from, to); })
                     : keepPassing(tickets_, row, end, kept, by_reds, test,
                                   [this](std::size_t from, std::size_t to) { moveNumbers(from, to); });
       shared.add(end - row);
@@ -149,7 +149,7 @@ class Walk {
     std::size_t size = segments_.front().end;
     for (std::size_t part = 1; part < segments_.size(); ++part)
       for (std::size_t row = segments_[part].begin; row < segments_[part].end; ++row, ++size)
-        tickets_.move_Row(row, size);
+        tickets_.moveRow(row, size);
     segments_ = {{0, size}};
     tickets_.truncate(size);
   }
@@ -163,14 +163,14 @@ class Walk {
     std::int32_t number = 0;
     for (const Segment& segment : segments_) {
       for (std::size_t row = segment.begin; row < segment.begin + segment.passed; ++row, ++size) {
-        tickets_.move_Row(row, size);
+        tickets_.moveRow(row, size);
         ++number;
         if (whole_) continue;
         tickets_.mark[size] = 1;
         tickets_.seq[size] = number;
       }
       for (std::size_t row = segment.row; row < segment.end; ++row, ++size) {
-        tickets_.move_Row(row, size);
+        tickets_.moveRow(row, size);
         if (numbered_) tickets_.mark[size] = 1;
         if (several && !whole_)
           tickets_.seq[size] = ++number;
@@ -179,7 +179,7 @@ class Walk {
       }
     }
     tickets_.truncate(size);
-    tickets_.recall_Scores();
+    tickets_.recallScores();
     segments_ = {{0, size}};
     settled_ = true;
   }

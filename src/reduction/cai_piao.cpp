@@ -11,20 +11,20 @@ constexpr std::int64_t kBlueSeeds = 518;  // the first of them vote against blue
 
 // A whole number of 1 to `count`; halves go to the even number.
 int guess(std::int64_t seed, std::int64_t period, int factor, int count) {
-  return static_cast<int>(std::lrint(rnd_Fixed(-(seed + period)) * factor + 1) % count + 1);
+  return static_cast<int>(std::lrint(rndFixed(-(seed + period)) * factor + 1) % count + 1);
 }
 
-int guess_Red(std::int64_t seed, std::int64_t period) { return guess(seed, period, 12345, kRedCount); }
-int guess_Blue(std::int64_t seed, std::int64_t period) { return guess(seed, period, 45678, kBlueCount); }
+int guessRed(std::int64_t seed, std::int64_t period) { return guess(seed, period, 12345, kRedCount); }
+int guessBlue(std::int64_t seed, std::int64_t period) { return guess(seed, period, 45678, kBlueCount); }
 
 template <std::size_t N>
-int vote_At(const std::array<std::int32_t, N>& votes, int n) {
+int voteAt(const std::array<std::int32_t, N>& votes, int n) {
   return n >= 1 && n <= static_cast<int>(N) ? votes[n - 1] : -1;
 }
 
 }  // namespace
 
-double rnd_Fixed(std::int64_t x) {
+double rndFixed(std::int64_t x) {
   auto bits = static_cast<std::uint64_t>(x) + 0x9E3779B97F4A7C15U;
   bits = (bits ^ bits >> 30) * 0xBF58476D1CE4E5B9U;
   bits = (bits ^ bits >> 27) * 0x94D049BB133111EBU;
@@ -32,22 +32,22 @@ double rnd_Fixed(std::int64_t x) {
   return static_cast<double>(bits >> 32) * 0x1p-32;
 }
 
-void CaiPiao::set_HistoryRcord(const HistoryRcord& history) {
+void VoteTally::setHistoryRcord(const HistoryRcord& history) {
   history_ = history;
   Ready = false;
 }
 
-int CaiPiao::KillCOUNT(int n) {
-  if (!Ready) count_Votes();
-  return vote_At(red_votes_, n);
+int VoteTally::KillCOUNT(int n) {
+  if (!Ready) countVotes();
+  return voteAt(red_votes_, n);
 }
 
-int CaiPiao::KillCOUNTblue(int n) {
-  if (!Ready) count_Votes();
-  return vote_At(blue_votes_, n);
+int VoteTally::KillCOUNTblue(int n) {
+  if (!Ready) countVotes();
+  return voteAt(blue_votes_, n);
 }
 
-void CaiPiao::count_Votes() {
+void VoteTally::countVotes() {
   if (!history_ || TargetPeriod < 1) return;
   red_votes_.fill(0);
   blue_votes_.fill(0);
@@ -58,12 +58,12 @@ void CaiPiao::count_Votes() {
   const std::int64_t period = TargetPeriod;
   const std::int64_t first = std::int64_t{SeedBase} + 1;
   for (std::int64_t seed = first; seed < first + kRedSeeds; ++seed) {
-    const int red = guess_Red(seed, period - 1);
+    const int red = guessRed(seed, period - 1);
     if (std::find(second.reds.begin(), second.reds.end(), red) != second.reds.end())
-      ++red_votes_[guess_Red(seed, period) - 1];
+      ++red_votes_[guessRed(seed, period) - 1];
     if (seed < first + kBlueSeeds &&
-        (guess_Blue(seed, period - 1) == second.blue || guess_Blue(seed, period - 2) == third.blue))
-      ++blue_votes_[guess_Blue(seed, period) - 1];
+        (guessBlue(seed, period - 1) == second.blue || guessBlue(seed, period - 2) == third.blue))
+      ++blue_votes_[guessBlue(seed, period) - 1];
   }
   Ready = true;
 }

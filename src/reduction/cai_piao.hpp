@@ -13,7 +13,7 @@ namespace lotmere {
 // A pseudo-random number of [0, 1) that depends on x alone: the same in every call, process and machine. Shifts
 // and multiplications stir the bits of x, and the upper 32 make the fraction: few enough that its product with
 // the factor of a guess (below 2^16) is exact.
-[[nodiscard]] double rnd_Fixed(std::int64_t x);
+[[nodiscard]] double rndFixed(std::int64_t x);
 
 // The draws before the coming period, row 0 the newest. Rows that no draw filled are zeros, which no guess
 // hits.
@@ -21,7 +21,7 @@ using HistoryRcord = std::array<DrawNumbers, 10>;
 
 // Give the history first, then period and seed base, then read: the first read counts. Votes depend on these
 // three alone.
-class CaiPiao {
+class VoteTally {
  public:
   std::int32_t TargetPeriod = 0;  // the coming period; below 1 nothing is counted
   std::int32_t SeedBase = 0;      // the seeds are those from SeedBase + 1 on
@@ -30,8 +30,8 @@ class CaiPiao {
   bool Ready = false;
 
   // Makes the votes out of date.
-  void set_HistoryRcord(const HistoryRcord& history);
-  [[nodiscard]] const std::optional<HistoryRcord>& get_HistoryRcord() const { return history_; }
+  void setHistoryRcord(const HistoryRcord& history);
+  [[nodiscard]] const std::optional<HistoryRcord>& getHistoryRcord() const { return history_; }
 
   // The votes against red n. -1 for an n outside 1 to 100; 0 from 34 on, and for all while no history is
   // given.
@@ -40,7 +40,7 @@ class CaiPiao {
   [[nodiscard]] int KillCOUNTblue(int n);
 
  private:
-  void count_Votes();
+  void countVotes();
 
   std::optional<HistoryRcord> history_;
   std::array<std::int32_t, 100> red_votes_{};  // by number - 1

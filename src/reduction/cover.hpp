@@ -9,19 +9,19 @@
 namespace lotmere {
 
 // How many of a ticket's seven numbers stand in a centre. A red that the ticket holds twice counts twice.
-[[nodiscard]] int count_Shared(Balls centre, Balls ticket);
+[[nodiscard]] int countShared(Balls centre, Balls ticket);
 
 // The different reds of a ticket as codes 0 to 32, and with its blue as a code 33 to 48. A number outside its
 // range has no code.
-[[nodiscard]] CodeList red_Codes(Balls ticket);
-[[nodiscard]] CodeList all_Codes(Balls ticket);
+[[nodiscard]] CodeList redCodes(Balls ticket);
+[[nodiscard]] CodeList allCodes(Balls ticket);
 
 // How often a ticket holds each number of such a list.
-[[nodiscard]] OverlapMarks::Times times_InTicket(const CodeList& list, Balls ticket);
+[[nodiscard]] OverlapMarks::Times timesInTicket(const CodeList& list, Balls ticket);
 
 // Whether a ticket holds seven different numbers, each inside its range.
-[[nodiscard]] inline bool is_Regular(Balls ticket) {
-  return std::popcount(red_Mask(ticket)) == kRedsPerTicket && blue_Of(ticket) != 0;
+[[nodiscard]] inline bool isRegular(Balls ticket) {
+  return std::popcount(redMask(ticket)) == kRedsPerTicket && blueOf(ticket) != 0;
 }
 
 // Keeps the tickets that share fewer than N numbers with every ticket kept before, in the order in which they

@@ -32,14 +32,14 @@ struct LoadedHistory {
 
 // Every run starts from an array of its own. Draws that an earlier run left behind newer ones would make no
 // difference: votes take five draws, and then the rows that they read are filled.
-LoadedHistory hint_Load(Store& store, PeriodNo period) {
+LoadedHistory hintLoad(Store& store, PeriodNo period) {
   LoadedHistory history;
   for (const StoredDraw& draw : drawsBefore(store, period, static_cast<int>(history.rows.size())))
     history.rows[history.count++] = draw.numbers;
   return history;
 }
 
-NumberFigures read_Votes(CaiPiao& cai_piao) {
+NumberFigures readVotes(VoteTally& cai_piao) {
   NumberFigures votes;
   for (int n = 1; n <= kRedCount; ++n) votes.red[n - 1] = cai_piao.KillCOUNT(n);
   for (int n = 1; n <= kBlueCount; ++n) votes.blue[n - 1] = cai_piao.KillCOUNTblue(n);
@@ -47,7 +47,7 @@ NumberFigures read_Votes(CaiPiao& cai_piao) {
 }
 
 // Marks the `top` numbers with the most votes, the lowest among equals; marks that stand keep standing.
-void mark_Top(std::span<int> chances, std::span<const int> votes, int top) {
+void markTop(std::span<int> chances, std::span<const int> votes, int top) {
   for (std::size_t i = 0; i < chances.size(); ++i)
     if (chances[i] != kMarked) chances[i] = votes[i];
   for (; top > 0; --top) *std::max_element(chances.begin(), chances.end()) = kMarked;
@@ -55,25 +55,25 @@ void mark_Top(std::span<int> chances, std::span<const int> votes, int top) {
 }
 
 // Nothing is marked when the reds or the blues of enough draws got no vote at all.
-void hint_Turn(const LoadedHistory& history, PeriodNo period, const Turn& turn, CaiPiao& cai_piao,
-               NumberFigures& chances) {
+void hintTurn(const LoadedHistory& history, PeriodNo period, const Turn& turn, VoteTally& cai_piao,
+              NumberFigures& chances) {
   NumberFigures votes;
   if (history.count >= kLeastDraws) {
-    cai_piao.set_HistoryRcord(history.rows);
+    cai_piao.setHistoryRcord(history.rows);
     cai_piao.TargetPeriod = period;
     cai_piao.SeedBase = turn.seed_base;
-    votes = read_Votes(cai_piao);
+    votes = readVotes(cai_piao);
     const auto none = [](int count) { return count == 0; };
     if (std::all_of(votes.red.begin(), votes.red.end(), none) ||
         std::all_of(votes.blue.begin(), votes.blue.end(), none))
       return;
   }
-  mark_Top(chances.red, votes.red, turn.red_top);
-  mark_Top(chances.blue, votes.blue, turn.blue_top);
+  markTop(chances.red, votes.red, turn.red_top);
+  markTop(chances.blue, votes.blue, turn.blue_top);
 }
 
 // Rows that hold their value already aren't written, so that the same marks cost no write to the disk.
-void store_Chances(Store& store, const NumberFigures& chances) {
+void storeChances(Store& store, const NumberFigures& chances) {
   StoreChange change(store);
   Query row = store.query(R"(UPDATE "概率表" SET "概率"=?1 WHERE "号码"=?2 AND "概率"<>?1)");
   const auto write = [&](std::span<const int> figures, int base) {
@@ -86,15 +86,15 @@ void store_Chances(Store& store, const NumberFigures& chances) {
 
 }  // namespace
 
-void hint_GaiLv(Store& store, Desk& desk, PeriodNo period) {
-  const LoadedHistory history = hint_Load(store, period);
-  CaiPiao cai_piao;
+void hintGaiLv(Store& store, Desk& desk, PeriodNo period) {
+  const LoadedHistory history = hintLoad(store, period);
+  VoteTally cai_piao;
   NumberFigures chances;
   for (const Turn& turn : kTurns) {
-    hint_Turn(history, period, turn, cai_piao, chances);
+    hintTurn(history, period, turn, cai_piao, chances);
     desk.serve();
   }
-  store_Chances(store, chances);
+  storeChances(store, chances);
 }
 
 }  // namespace lotmere

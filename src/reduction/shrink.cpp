@@ -12,65 +12,65 @@ namespace {
 
 constexpr std::size_t kBlock = 2048;
 
-void mark_Centre(TicketSet& tickets, std::size_t place, int type) {
+void markCentre(TicketSet& tickets, std::size_t place, int type) {
   tickets.shrink[place] = static_cast<std::int8_t>(type);
   tickets.seq[place] = static_cast<std::int32_t>(place + 1);
 }
 
 // Moves the tickets from `row` on behind the first `kept` and ends the set there.
-void close_Gap(TicketSet& tickets, std::size_t kept, std::size_t row) {
-  for (; row < tickets.size(); ++row) tickets.move_Row(row, kept++);
+void closeGap(TicketSet& tickets, std::size_t kept, std::size_t row) {
+  for (; row < tickets.size(); ++row) tickets.moveRow(row, kept++);
   tickets.truncate(kept);
 }
 
 // With the stop asked for beforehand the first ticket still becomes a centre, and one ticket is compared with it.
-std::int64_t keep_FirstCentre(TicketSet& tickets, int type) {
-  mark_Centre(tickets, 0, type);
-  const bool covered = tickets.size() > 1 && count_Shared(tickets.balls[0], tickets.balls[1]) >= type;
-  close_Gap(tickets, 1, covered ? 2 : 1);
+std::int64_t keepFirstCentre(TicketSet& tickets, int type) {
+  markCentre(tickets, 0, type);
+  const bool covered = tickets.size() > 1 && countShared(tickets.balls[0], tickets.balls[1]) >= type;
+  closeGap(tickets, 1, covered ? 2 : 1);
   return 1;
 }
 
 // Whether imported tickets stand among them that repeat a red. Ends early when the user asks to stop.
-OverlapMarks::Repeats find_Repeats(const TicketSet& tickets, Job& job) {
+OverlapMarks::Repeats findRepeats(const TicketSet& tickets, Job& job) {
   constexpr std::size_t block = 16 * kBlock;
   for (std::size_t row = 0; row < tickets.size(); ++row) {
-    if (!is_Regular(tickets.balls[row])) return OverlapMarks::Repeats::yes;
+    if (!isRegular(tickets.balls[row])) return OverlapMarks::Repeats::yes;
     if (row % block == 0 && row != 0 && job.advance(0)) break;
   }
   return OverlapMarks::Repeats::no;
 }
 
 // The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind them.
-std::int64_t keep_Centres(Desk& desk, TicketSet& tickets, int type) {
+std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
   Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
-  const OverlapMarks::Repeats repeats = find_Repeats(tickets, job);
-  if (desk.stop_Requested()) return keep_FirstCentre(tickets, type);
+  const OverlapMarks::Repeats repeats = findRepeats(tickets, job);
+  if (desk.stopRequested()) return keepFirstCentre(tickets, type);
   Cover cover(type, repeats);
   std::size_t kept = 0;
   std::size_t row = 0;
   for (; row < tickets.size(); ++row) {
     if (row % kBlock == 0 && row != 0 && job.advance(static_cast<std::int64_t>(row))) break;
     if (!cover.take(tickets.balls[row])) continue;
-    tickets.move_Row(row, kept);
-    mark_Centre(tickets, kept++, type);
+    tickets.moveRow(row, kept);
+    markCentre(tickets, kept++, type);
   }
   const auto centres = static_cast<std::int64_t>(kept);
-  close_Gap(tickets, kept, row);
+  closeGap(tickets, kept, row);
   return centres;
 }
 
 }  // namespace
 
-std::int64_t shrink_Cover(Store& store, Desk& desk, TicketSet& tickets, int type) {
+std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type) {
   // A value below the smallest type names none; taking it for a type would delete tickets that nobody asked
   // to delete.
   if (type < kSmallestShrink || type > kLargestShrink) type = kLargestShrink;
-  optimise_Smart(store, desk, tickets, type);
-  const std::string base = desk.running_Text().text();
+  optimiseSmart(store, desk, tickets, type);
+  const std::string base = desk.runningText().text();
   const auto tell = [&](const char* what, std::int64_t count) {
-    desk.running_Text().set_Line(base,
-                                 fmt::format("[{}]{}{} 注", shrink_Caption(type), what, to_QuanJiao(count)));
+    desk.runningText().setLine(base,
+                               fmt::format("[{}]{}{} 注", shrinkCaption(type), what, toFullWidth(count)));
   };
   if (type == kLargestShrink) {
     tell("缩水后余：", static_cast<std::int64_t>(tickets.size()));
@@ -78,8 +78,8 @@ std::int64_t shrink_Cover(Store& store, Desk& desk, TicketSet& tickets, int type
   }
   std::int64_t centres = 0;
   if (tickets.size() > 0) {
-    desk.running_Text().set_Line(base, fmt::format("[{}]缩水正在进行中．．．", shrink_Caption(type)));
-    centres = keep_Centres(desk, tickets, type);
+    desk.runningText().setLine(base, fmt::format("[{}]缩水正在进行中．．．", shrinkCaption(type)));
+    centres = keepCentres(desk, tickets, type);
   }
   tell("缩水后余：", centres);
   return centres;

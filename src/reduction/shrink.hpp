@@ -14,6 +14,6 @@ namespace lotmere {
 // earlier centre shares `type` or more. Type 7 and any value that names no type only count. Calls the smart
 // optimisation first, whatever the type. On a stop the tickets not reached stay as they were. Returns the
 // number of centres.
-std::int64_t shrink_Cover(Store& store, Desk& desk, TicketSet& tickets, int type);
+std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type);
 
 }  // namespace lotmere

@@ -20,8 +20,8 @@ class SmartScore {
   explicit SmartScore(const DrawMatrix& draws);
   // The score, 1 to 463, in two parts: what the six reds add among themselves and to the draws (the blue isn't
   // looked at), and what the blue adds beside these reds.
-  [[nodiscard]] int score_Reds(Balls ticket) const;
-  [[nodiscard]] int score_Blue(Balls ticket) const;
+  [[nodiscard]] int scoreReds(Balls ticket) const;
+  [[nodiscard]] int scoreBlue(Balls ticket) const;
 
  private:
   static constexpr int kPlaces = kRedsPerTicket + 1;
@@ -35,6 +35,6 @@ class SmartScore {
 // Scores the tickets of the set into `临时数据` and sets the lower 60 percent (rounded up; ties by `序号`) to
 // 0. Only with its switch on and a type below 7; otherwise it says that it isn't used. Says nothing without a
 // ticket.
-void optimise_Smart(Store& store, Desk& desk, TicketSet& tickets, int type);
+void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type);
 
 }  // namespace lotmere

@@ -9,7 +9,7 @@ namespace {
 constexpr int kMost = CodeList::kMost;
 
 // C(n, k) for n up to 49, k up to 6.
-constexpr auto make_Choose() {
+constexpr auto makeChoose() {
   std::array<std::array<std::uint32_t, kMost>, kCodeCount + 1> choose{};
   for (int n = 0; n <= kCodeCount; ++n) {
     choose[n][0] = 1;
@@ -18,7 +18,7 @@ constexpr auto make_Choose() {
   }
   return choose;
 }
-constexpr auto kChoose = make_Choose();
+constexpr auto kChoose = makeChoose();
 
 // The places of the subsets of one size of a list of one length.
 struct Subsets {
@@ -26,7 +26,7 @@ struct Subsets {
   int count = 0;
 };
 
-constexpr Subsets make_Subsets(int numbers, int size) {
+constexpr Subsets makeSubsets(int numbers, int size) {
   Subsets subsets;
   for (unsigned set = 0; set < 1U << numbers; ++set) {
     if (std::popcount(set) != size) continue;
@@ -38,14 +38,14 @@ constexpr Subsets make_Subsets(int numbers, int size) {
   return subsets;
 }
 
-constexpr auto make_AllSubsets() {
+constexpr auto makeAllSubsets() {
   std::array<std::array<Subsets, kMost>, kMost + 1> all{};
   for (int numbers = 1; numbers <= kMost; ++numbers)
     for (int size = 1; size < kMost && size <= numbers; ++size)
-      all[numbers][size] = make_Subsets(numbers, size);
+      all[numbers][size] = makeSubsets(numbers, size);
   return all;
 }
-constexpr auto kSubsets = make_AllSubsets();
+constexpr auto kSubsets = makeAllSubsets();
 
 }  // namespace
 
@@ -53,7 +53,7 @@ SubsetMarks::SubsetMarks(int numbers, int size) : size_(size), bits_((kChoose[nu
 
 // A subset's bit is its rank: the sum of C(code, place) over its ascending codes.
 template <class Visit>
-bool SubsetMarks::visit_Subsets(const CodeList& list, Visit&& visit) const {
+bool SubsetMarks::visitSubsets(const CodeList& list, Visit&& visit) const {
   const Subsets& subsets = kSubsets[list.count][size_];
   for (int i = 0; i < subsets.count; ++i) {
     std::uint32_t rank = 0;
@@ -64,14 +64,14 @@ bool SubsetMarks::visit_Subsets(const CodeList& list, Visit&& visit) const {
 }
 
 void SubsetMarks::mark(const CodeList& list) {
-  visit_Subsets(list, [this](std::uint32_t rank) {
+  visitSubsets(list, [this](std::uint32_t rank) {
     bits_[rank / 64] |= std::uint64_t{1} << rank % 64;
     return false;
   });
 }
 
 bool SubsetMarks::any(const CodeList& list) const {
-  return visit_Subsets(list, [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
+  return visitSubsets(list, [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
 }
 
 OverlapMarks::OverlapMarks(int numbers, int shared, Repeats repeats) : shared_(shared) {

@@ -31,7 +31,7 @@ class SubsetMarks {
 
  private:
   template <class Visit>
-  bool visit_Subsets(const CodeList& list, Visit&& visit) const;
+  bool visitSubsets(const CodeList& list, Visit&& visit) const;
 
   int size_;
   std::vector<std::uint64_t> bits_;

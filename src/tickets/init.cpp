@@ -12,7 +12,7 @@ namespace {
 constexpr std::int64_t kBlock = 512;  // rows between two looks at the desk, some milliseconds of inserts
 
 // What becomes of the rows that the period has already; nothing when the user cancels.
-std::optional<Existing> settle_Existing(Desk& desk, std::int64_t rows, Existing existing) {
+std::optional<Existing> settleExisting(Desk& desk, std::int64_t rows, Existing existing) {
   if (rows == 0 || existing != Existing::ask) return existing;
   constexpr std::string_view buttons[] = {"删除", "保留", "取消"};
   constexpr std::optional<Existing> meanings[] = {Existing::replace, Existing::keep, std::nullopt};
@@ -21,15 +21,15 @@ std::optional<Existing> settle_Existing(Desk& desk, std::int64_t rows, Existing 
 
 // Writes the tickets one behind the other; `done` gets the rows written so far and answers whether to stop.
 template <class Done>
-std::int64_t write_Tickets(Store& store, const NumberSelection& selection, PeriodNo period, std::int64_t id,
-                           Done&& done) {
+std::int64_t writeTickets(Store& store, const NumberSelection& selection, PeriodNo period, std::int64_t id,
+                          Done&& done) {
   Query insert = store.query(
       R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
          VALUES (?,?,?,?,?,?,?,?,?,?))");
   std::int64_t seq = 0;
   SQLite::Statement& row = insert.statement();
   row.bind(3, period);
-  expand_Selection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+  expandSelection(selection, [&](const Reds& six, const std::vector<int>& blues) {
     for (int i = 0; i < kRedsPerTicket; ++i) row.bind(4 + i, six[i]);
     for (const int blue : blues) {
       row.bind(1, ++id);
@@ -46,12 +46,12 @@ std::int64_t write_Tickets(Store& store, const NumberSelection& selection, Perio
 
 }  // namespace
 
-InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period, Existing existing) {
+InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing existing) {
   InitResult result;
-  if (period < 1 || !check_Selection(store, desk, Tell::yes)) return result;
-  const NumberSelection selection = load_Selection(store);
-  const auto old_rows = static_cast<std::int64_t>(count_Tickets(store, period));
-  const auto settled = settle_Existing(desk, old_rows, existing);
+  if (period < 1 || !checkSelection(store, desk, Tell::yes)) return result;
+  const NumberSelection selection = loadSelection(store);
+  const auto old_rows = static_cast<std::int64_t>(countTickets(store, period));
+  const auto settled = settleExisting(desk, old_rows, existing);
   if (!settled) return result;
 
   const StopScope stop(desk);
@@ -62,18 +62,18 @@ InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period, Existing exis
   const std::int64_t kept = *settled == Existing::keep ? old_rows : 0;
   if (kept == 0) store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
   {
-    Job job(desk, count_Combos(selection).tickets, Job::Stop::possible);
-    result.rows = kept + write_Tickets(store, selection, period, last_id,
-                                       [&](std::int64_t written) { return job.advance(kept + written); });
+    Job job(desk, countCombos(selection).tickets, Job::Stop::possible);
+    result.rows = kept + writeTickets(store, selection, period, last_id,
+                                      [&](std::int64_t written) { return job.advance(kept + written); });
   }
   change.commit();
 
-  result.stopped = desk.stop_Requested();
+  result.stopped = desk.stopRequested();
   result.done = !result.stopped;
   if (!result.done) return result;
-  const std::string text = fmt::format("初始化选号完成!共 {} 注！", to_QuanJiao(result.rows));
+  const std::string text = fmt::format("初始化选号完成!共 {} 注！", toFullWidth(result.rows));
   desk.tell(text);
-  desk.running_Text().set(fmt::format("{0}{1}{0}{0}", kLineBreak, text));
+  desk.runningText().set(fmt::format("{0}{1}{0}{0}", kLineBreak, text));
   return result;
 }
 

@@ -15,7 +15,7 @@ namespace lotmere {
 // Calls `visit(six, blues)` for every red six of the selection that holds all its red Dan, in lexicographic
 // order; `blues` are the picked blues ascending. `visit` returns false to end it.
 template <class Visit>
-void expand_Selection(const NumberSelection& selection, Visit&& visit);
+void expandSelection(const NumberSelection& selection, Visit&& visit);
 
 struct InitResult {
   bool done = false;
@@ -29,10 +29,10 @@ struct InitResult {
 // cancels. A cancel, a period below 1 and a selection without a ticket change nothing, rows of other periods
 // included. Everything is one change of the store: a crash leaves the tables as they were; a stop keeps the rows
 // written so far and tells nothing.
-InitResult init_Tickets(Store& store, Desk& desk, PeriodNo period, Existing existing = Existing::ask);
+InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing existing = Existing::ask);
 
 template <class Visit>
-void expand_Selection(const NumberSelection& selection, Visit&& visit) {
+void expandSelection(const NumberSelection& selection, Visit&& visit) {
   std::vector<int> pool;
   std::uint64_t dan = 0;
   for (int n = 1; n <= kRedCount; ++n) {

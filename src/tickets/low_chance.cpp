@@ -6,7 +6,7 @@
 
 namespace lotmere {
 
-LowChanceNumbers low_ChanceNumbers(Store& store) {
+LowChanceNumbers lowChanceNumbers(Store& store) {
   LowChanceNumbers marked;
   Query rows = store.query(R"(SELECT "号码" FROM "概率表" WHERE "概率"<0 ORDER BY "号码" ASC)");
   while (rows.next()) {
@@ -19,12 +19,12 @@ LowChanceNumbers low_ChanceNumbers(Store& store) {
   return marked;
 }
 
-bool is_LowChance(Store& store, int code) {
+bool isLowChance(Store& store, int code) {
   return store.value(R"(SELECT "概率" FROM "概率表" WHERE "号码"=?)", code) < 0;
 }
 
-std::string low_ChanceWarning(int code, PeriodNo period) {
-  return fmt::format("根据概率统计,号码: {} 在第 {} 期出现的几率较低！", format_Ball(code % kBlueCodeBase),
+std::string lowChanceWarning(int code, PeriodNo period) {
+  return fmt::format("根据概率统计,号码: {} 在第 {} 期出现的几率较低！", formatBall(code % kBlueCodeBase),
                      period);
 }
 

@@ -14,12 +14,12 @@ struct LowChanceNumbers {
   std::vector<int> reds;
   std::vector<int> blues;
 };
-[[nodiscard]] LowChanceNumbers low_ChanceNumbers(Store& store);
+[[nodiscard]] LowChanceNumbers lowChanceNumbers(Store& store);
 
 // Whether the number with this code (1 to 33, 101 to 116) is marked; false for any other code.
-[[nodiscard]] bool is_LowChance(Store& store, int code);
+[[nodiscard]] bool isLowChance(Store& store, int code);
 
 // What a click on a marked number says; `period` is the one that the marks were made for.
-[[nodiscard]] std::string low_ChanceWarning(int code, PeriodNo period);
+[[nodiscard]] std::string lowChanceWarning(int code, PeriodNo period);
 
 }  // namespace lotmere

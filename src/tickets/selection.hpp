@@ -25,12 +25,12 @@ struct NumberSelection {
 
   friend bool operator==(const NumberSelection&, const NumberSelection&) = default;
 };
-[[nodiscard]] NumberSelection load_Selection(Store& store);
+[[nodiscard]] NumberSelection loadSelection(Store& store);
 [[nodiscard]] NumberSelection selectionOf(const ConditionSet& set);
 
 // The ways to fill k places from n numbers of which d are fixed: 0 with too few numbers, 1 when every place
 // is taken.
-[[nodiscard]] std::int64_t calc_Combi(int n, int k, int d);
+[[nodiscard]] std::int64_t waysToFill(int n, int k, int d);
 
 struct ComboCounts {
   int red_tuo = 0;
@@ -39,37 +39,37 @@ struct ComboCounts {
   int blue_dan = 0;
   std::int64_t tickets = 0;
 };
-[[nodiscard]] ComboCounts count_Combos(const NumberSelection& selection);
+[[nodiscard]] ComboCounts countCombos(const NumberSelection& selection);
 // The summary that stands beside the pad (`Text_ChoseNumberTip`).
-[[nodiscard]] std::string combos_Text(const ComboCounts& counts);
+[[nodiscard]] std::string combosText(const ComboCounts& counts);
 
 // True when at least one ticket can be made; otherwise, if asked to, tells that numbers are missing.
 enum class Tell { no, yes };
-[[nodiscard]] bool check_Selection(Store& store, Desk& desk, Tell tell);
+[[nodiscard]] bool checkSelection(Store& store, Desk& desk, Tell tell);
 
 // What a tab of the pad's strips turns a clicked number into, and what it says when it is chosen.
 enum class PadTab : int { tuo = 1, dan = 2 };
-[[nodiscard]] std::string pad_TabText(PadTab tab, bool blue);
+[[nodiscard]] std::string padTabText(PadTab tab, bool blue);
 
 // A click on the pad button of a number code (1 to 33, 101 to 116): picks it, takes it off, or asks before it
 // moves between Tuo and Dan. A blue Dan stands alone: it clears the others, and they don't react while it
 // stands. What would break a limit is told and undone. Returns whether the selection changed. The change is
 // stored at once. With the period that the low-probability marks were made for, a marked number first tells
 // its warning; the click then goes on as usual.
-bool click_Number(Store& store, Desk& desk, int code, PadTab tab,
-                  std::optional<PeriodNo> hint_period = std::nullopt);
+bool clickNumber(Store& store, Desk& desk, int code, PadTab tab,
+                 std::optional<PeriodNo> hint_period = std::nullopt);
 // False for a blue number that a lone blue Dan keeps locked.
-[[nodiscard]] bool is_Enabled(const NumberSelection& selection, int code);
+[[nodiscard]] bool isEnabled(const NumberSelection& selection, int code);
 
 // Replaces the whole selection. A selection beyond a limit is told and nothing changes.
-bool replace_Selection(Store& store, Desk& desk, const NumberSelection& selection);
+bool replaceSelection(Store& store, Desk& desk, const NumberSelection& selection);
 
 // Takes all numbers of a colour off; a lone blue Dan no longer locks the other blues then. Stored at once.
-void clear_Reds(Store& store);
-void clear_Blues(Store& store);
+void clearReds(Store& store);
+void clearBlues(Store& store);
 
 // The numbers of a colour in a state, ascending; blue ones as 1 to 16.
-[[nodiscard]] std::vector<int> picked_Reds(const NumberSelection& selection, PickState state);
-[[nodiscard]] std::vector<int> picked_Blues(const NumberSelection& selection, PickState state);
+[[nodiscard]] std::vector<int> pickedReds(const NumberSelection& selection, PickState state);
+[[nodiscard]] std::vector<int> pickedBlues(const NumberSelection& selection, PickState state);
 
 }  // namespace lotmere

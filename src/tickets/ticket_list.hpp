@@ -19,6 +19,6 @@ struct TicketRow {
 };
 
 // Every ticket of every period, by period, then running number, then creation. An empty field reads as 0.
-[[nodiscard]] std::vector<TicketRow> load_TicketList(Store& store);
+[[nodiscard]] std::vector<TicketRow> loadTicketList(Store& store);
 
 }  // namespace lotmere

@@ -34,16 +34,16 @@ void TicketSet::truncate(std::size_t rows) {
   score.resize(rows);
 }
 
-void TicketSet::recall_Scores() {
+void TicketSet::recallScores() {
   if (!stored.scored) return;
   for (std::size_t row = 0; row < size(); ++row) score[row] = stored.score[origin[row]];
 }
 
-std::size_t count_Tickets(Store& store, PeriodNo period) {
+std::size_t countTickets(Store& store, PeriodNo period) {
   return static_cast<std::size_t>(store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period));
 }
 
-std::optional<TicketSet> load_Tickets(Store& store, PeriodNo period, const RowsDone& done) {
+std::optional<TicketSet> loadTickets(Store& store, PeriodNo period, const RowsDone& done) {
   TicketSet tickets;
   tickets.period = period;
   Query query = store.query(
@@ -54,7 +54,7 @@ std::optional<TicketSet> load_Tickets(Store& store, PeriodNo period, const RowsD
     if (tickets.size() % kBlock == 0 && done(tickets.size())) return std::nullopt;
     Reds reds{};
     for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = query.number(2 + i);
-    tickets.add(pack_Balls(reds, query.number(8)));
+    tickets.add(packBalls(reds, query.number(8)));
     tickets.seq.back() = query.number(1);
     tickets.score.back() = query.number(11);
     tickets.stored.id.push_back(query.number(0));

@@ -18,22 +18,22 @@ using Balls = std::uint64_t;
 
 inline constexpr Balls kRedBytes = 0x0000'FFFF'FFFF'FFFF;
 
-[[nodiscard]] constexpr Balls pack_Balls(const Reds& reds, int blue) {
+[[nodiscard]] constexpr Balls packBalls(const Reds& reds, int blue) {
   Balls balls = 0;
   for (int i = 0; i < kRedsPerTicket; ++i)
     balls |= static_cast<Balls>(reds[i] > 0 && reds[i] <= kRedCount ? reds[i] : 0) << (8 * i);
   return balls | static_cast<Balls>(blue > 0 && blue <= kBlueCount ? blue : 0) << 48;
 }
-[[nodiscard]] constexpr Reds reds_Of(Balls balls) {
+[[nodiscard]] constexpr Reds redsOf(Balls balls) {
   Reds reds{};
   for (int i = 0; i < kRedsPerTicket; ++i) reds[i] = static_cast<int>(balls >> (8 * i) & 0xFF);
   return reds;
 }
-[[nodiscard]] constexpr int blue_Of(Balls balls) { return static_cast<int>(balls >> 48 & 0xFF); }
+[[nodiscard]] constexpr int blueOf(Balls balls) { return static_cast<int>(balls >> 48 & 0xFF); }
 // Bit n for each red n.
-[[nodiscard]] constexpr std::uint64_t red_Mask(Balls balls) {
+[[nodiscard]] constexpr std::uint64_t redMask(Balls balls) {
   std::uint64_t mask = 0;
-  for (const int red : reds_Of(balls)) mask |= std::uint64_t{1} << red;
+  for (const int red : redsOf(balls)) mask |= std::uint64_t{1} << red;
   return mask & ~std::uint64_t{1};
 }
 
@@ -63,7 +63,7 @@ struct TicketSet {
   // Adds a ticket that no stored row stands for, marks 0 and the next running number.
   void add(Balls numbers);
   // Moves a ticket's entries to an earlier place.
-  void move_Row(std::size_t from, std::size_t to) {
+  void moveRow(std::size_t from, std::size_t to) {
     balls[to] = balls[from];
     origin[to] = origin[from];
     seq[to] = seq[from];
@@ -74,21 +74,21 @@ struct TicketSet {
   // Keeps the first `rows` tickets.
   void truncate(std::size_t rows);
   // Sets the scores to those of the stored rows again, for a caller that moved tickets without them.
-  void recall_Scores();
+  void recallScores();
 };
 
 // How many rows a period has in `日志表`.
-[[nodiscard]] std::size_t count_Tickets(Store& store, PeriodNo period);
+[[nodiscard]] std::size_t countTickets(Store& store, PeriodNo period);
 
 // Called between blocks of rows with the number of rows done; true stops the work where stopping is possible.
 using RowsDone = std::function<bool(std::size_t)>;
 
 // Reads the tickets of a period, the three marks set to 0 in memory, scores and running numbers as they
 // stand. Nothing when `done` asked to stop.
-[[nodiscard]] std::optional<TicketSet> load_Tickets(Store& store, PeriodNo period, const RowsDone& done);
+[[nodiscard]] std::optional<TicketSet> loadTickets(Store& store, PeriodNo period, const RowsDone& done);
 
 // Writes back what differs from the stored rows, in one change: removed tickets are deleted, marks, running
 // numbers and scores updated. A crash leaves the table before or after. `done` is served but can't stop it.
-void save_Tickets(Store& store, const TicketSet& tickets, const RowsDone& done);
+void saveTickets(Store& store, const TicketSet& tickets, const RowsDone& done);
 
 }  // namespace lotmere

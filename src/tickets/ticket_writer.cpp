@@ -76,7 +76,7 @@ class RowAnswers {
 
 }  // namespace
 
-void save_Tickets(Store& store, const TicketSet& tickets, const RowsDone& done) {
+void saveTickets(Store& store, const TicketSet& tickets, const RowsDone& done) {
   StoreChange change(store);
   RowAnswers answers(tickets, done);
   RowFunction function(store, "lotmere_ticket", 2, [&](std::span<const std::int32_t> values) {

@@ -11,12 +11,12 @@ namespace lotmere {
 enum class Existing { ask, keep, replace };
 
 // The period of the first ticket in the order of the grid (by period, then running number); 0 with no ticket.
-[[nodiscard]] PeriodNo first_TicketPeriod(Store& store);
+[[nodiscard]] PeriodNo firstTicketPeriod(Store& store);
 
 // Deletes all tickets and adds a line to the running text.
-void clear_Tickets(Store& store, Desk& desk);
+void clearTickets(Store& store, Desk& desk);
 
 // Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they go.
-bool clear_AllTickets(Store& store, Desk& desk);
+bool clearAllTickets(Store& store, Desk& desk);
 
 }  // namespace lotmere

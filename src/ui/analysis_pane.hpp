@@ -1,4 +1,4 @@
-// The area beside the pad (`pic_Tuobiao`): the condition sheet, the omission analysis or the count chart, one at a
+// The area beside the pad (`picTuobiao`): the condition sheet, the omission analysis or the count chart, one at a
 // time.
 #pragma once
 
@@ -22,16 +22,16 @@ class AnalysisPane : public QWidget {
   // The pane comes to the front: what stood there is shown as the store stands.
   void showCurrentView();
   // Back to the condition sheet.
-  void show_Sheet();
+  void showSheet();
   [[nodiscard]] ConditionSheetView& sheet() { return *sheet_; }
   // The draws changed: lists of periods and what hangs on draws are made anew when they are next shown.
-  void mark_Stale();
+  void markStale();
 
  private:
-  void add_Command(const char* name, const QString& text, std::function<void()> open);
-  QWidget* make_Strip();
-  void show_Omission(BallColour balls);
-  void show_Counts(BallColour balls);
+  void addCommand(const char* name, const QString& text, std::function<void()> open);
+  QWidget* makeStrip();
+  void showOmission(BallColour balls);
+  void showCounts(BallColour balls);
 
   Session& session_;
   QStackedWidget* views_;

@@ -95,7 +95,7 @@ void AnswerThread::give() {
     answer = std::exchange(answer_, {});
   }
   busy_ = false;
-  if (answer) run_Guarded(desk_, answer);
+  if (answer) runGuarded(desk_, answer);
 }
 
 }  // namespace lotmere::ui

@@ -6,7 +6,7 @@
 
 namespace lotmere::ui {
 
-void set_UpApplication(QApplication& application) {
+void setUpApplication(QApplication& application) {
   QApplication::setApplicationName(QStringLiteral("lotmere"));
   QApplication::setApplicationDisplayName(QStringLiteral("Lotmere"));
   QApplication::setApplicationVersion(QStringLiteral(LOTMERE_VERSION));
@@ -17,8 +17,8 @@ void set_UpApplication(QApplication& application) {
   if (texts->load(chinese, QStringLiteral("qtbase"), QStringLiteral("_"),
                   QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(texts);
-  apply_Appearance(application, desktop_Appearance(application));
-  QApplication::setWindowIcon(program_Icon());
+  applyAppearance(application, desktopAppearance(application));
+  QApplication::setWindowIcon(programIcon());
 }
 
 }  // namespace lotmere::ui

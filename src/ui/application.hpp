@@ -9,6 +9,6 @@ namespace lotmere::ui {
 
 // Chinese texts in standard dialogs, the icon, the appearance of the desktop. To be called before the first
 // widget.
-void set_UpApplication(QApplication& application);
+void setUpApplication(QApplication& application);
 
 }  // namespace lotmere::ui

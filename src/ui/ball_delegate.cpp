@@ -17,7 +17,7 @@ void BallDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   cell.text.clear();
   const QStyle* style = cell.widget != nullptr ? cell.widget->style() : QApplication::style();
   style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
-  paint_Ball(*painter, QRectF(option.rect).adjusted(1, 2, -1, -2), text, static_cast<BallFace>(face.toInt()));
+  paintBall(*painter, QRectF(option.rect).adjusted(1, 2, -1, -2), text, static_cast<BallFace>(face.toInt()));
 }
 
 }  // namespace lotmere::ui

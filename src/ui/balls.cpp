@@ -16,7 +16,7 @@ struct Paint {
   bool shaded;  // a solid ball; else a flat disc with a rim
 };
 
-Paint paint_Of(BallFace face) {
+Paint paintOf(BallFace face) {
   const QPalette palette = QApplication::palette();
   switch (face) {
     case BallFace::red:
@@ -39,8 +39,8 @@ Paint paint_Of(BallFace face) {
 
 }  // namespace
 
-void paint_Ball(QPainter& painter, const QRectF& box, const QString& text, BallFace face, bool crossed) {
-  const Paint paint = paint_Of(face);
+void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFace face, bool crossed) {
+  const Paint paint = paintOf(face);
   const double size = std::min(box.width(), box.height());
   const QRectF ball(box.center().x() - size / 2, box.center().y() - size / 2, size, size);
   painter.save();

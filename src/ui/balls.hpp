@@ -20,7 +20,7 @@ enum class BallFace {
 
 // The largest circle in the middle of the box, with the text in it (may be empty). `crossed`: the text is
 // underlined and struck through, as that of a number marked as unlikely.
-void paint_Ball(QPainter& painter, const QRectF& box, const QString& text, BallFace face,
-                bool crossed = false);
+void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFace face,
+               bool crossed = false);
 
 }  // namespace lotmere::ui

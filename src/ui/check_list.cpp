@@ -9,7 +9,7 @@
 
 namespace lotmere::ui {
 
-void CheckListModel::show_Items(std::vector<PanelItem> items) {
+void CheckListModel::showItems(std::vector<PanelItem> items) {
   beginResetModel();
   items_ = std::move(items);
   endResetModel();
@@ -42,16 +42,16 @@ CheckList::CheckList(QWidget* parent) : QListView(parent), model_(new CheckListM
   connect(this, &QListView::clicked, this, &CheckList::toggle);
 }
 
-void CheckList::show_Items(std::vector<PanelItem> items) {
+void CheckList::showItems(std::vector<PanelItem> items) {
   if (items == model_->items()) return;
   const int place = verticalScrollBar()->value();
   const int row = currentIndex().row();
-  model_->show_Items(std::move(items));
+  model_->showItems(std::move(items));
   if (row >= 0 && row < model_->rowCount()) setCurrentIndex(model_->index(row));
   verticalScrollBar()->setValue(place);
 }
 
-void CheckList::take_Back(int k) {
+void CheckList::takeBack(int k) {
   const auto& items = model_->items();
   const auto item = std::ranges::find(items, k, &PanelItem::k);
   if (item != items.end()) model_->toggle(static_cast<int>(item - items.begin()));
@@ -59,7 +59,7 @@ void CheckList::take_Back(int k) {
 
 void CheckList::toggle(const QModelIndex& index) {
   const PanelItem item = model_->toggle(index.row());
-  Q_EMIT item_Clicked(item.k, item.selected);
+  Q_EMIT itemClicked(item.k, item.selected);
 }
 
 void CheckList::keyPressEvent(QKeyEvent* event) {

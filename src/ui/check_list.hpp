@@ -15,7 +15,7 @@ class CheckListModel : public QAbstractListModel {
  public:
   using QAbstractListModel::QAbstractListModel;
 
-  void show_Items(std::vector<PanelItem> items);
+  void showItems(std::vector<PanelItem> items);
   [[nodiscard]] const std::vector<PanelItem>& items() const { return items_; }
   // Turns the mark of a row over and gives the row as it is then.
   const PanelItem& toggle(int row);
@@ -35,14 +35,14 @@ class CheckList : public QListView {
 
   // Shows these items in the place of the old ones; the place that the person scrolled to stays. Filling a
   // list is never taken for a click.
-  void show_Items(std::vector<PanelItem> items);
+  void showItems(std::vector<PanelItem> items);
   [[nodiscard]] const CheckListModel& list() const { return *model_; }
   // A click on the item of `k` couldn't be stored: its mark is as it was.
-  void take_Back(int k);
+  void takeBack(int k);
 
  Q_SIGNALS:
   // The person ticked or unticked a row; `k` is the one of its item.
-  void item_Clicked(int k, bool selected);
+  void itemClicked(int k, bool selected);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -6,11 +6,11 @@
 
 namespace lotmere::ui {
 
-void run_Guarded(WindowDesk& desk, const std::function<void()>& work) {
+void runGuarded(WindowDesk& desk, const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& failure) {
-    desk.tell(failure_Text(failure), Tone::error);
+    desk.tell(failureText(failure), Tone::error);
   }
 }
 
@@ -18,9 +18,9 @@ void CommandRunner::run(const std::function<void()>& command) {
   if (running_) return;
   running_ = true;
   Q_EMIT begins();
-  run_Guarded(desk_, command);
+  runGuarded(desk_, command);
   running_ = false;
-  desk_.show_RunningText();
+  desk_.showRunningText();
   Q_EMIT finished();
 }
 
@@ -47,7 +47,7 @@ QAction* Commands::action(const char* name) const {
   return found;
 }
 
-QPushButton* Commands::make_Button(const char* name, const QString& caption, QAction* action) const {
+QPushButton* Commands::makeButton(const char* name, const QString& caption, QAction* action) const {
   auto* button = new QPushButton(caption);
   button->setObjectName(QString::fromUtf8(name));
   button->setAutoDefault(false);

@@ -16,7 +16,7 @@ namespace lotmere::ui {
 
 // Does a piece of work; a failure of the store or of a file is told, the work has rolled its change back by
 // then.
-void run_Guarded(WindowDesk& desk, const std::function<void()>& work);
+void runGuarded(WindowDesk& desk, const std::function<void()>& work);
 
 // Runs commands one at a time.
 class CommandRunner : public QObject {
@@ -28,7 +28,7 @@ class CommandRunner : public QObject {
   // Runs a command, guarded. While another one runs, also when that one waits in a dialog or serves the
   // window, nothing happens.
   void run(const std::function<void()>& command);
-  [[nodiscard]] bool is_Running() const { return running_; }
+  [[nodiscard]] bool isRunning() const { return running_; }
 
  Q_SIGNALS:
   // In front of a command that runs.
@@ -60,10 +60,10 @@ class Commands : public QObject {
   [[nodiscard]] QAction* action(const char* name) const;
   [[nodiscard]] QList<QAction*> all() const { return actions_.actions(); }
   // No command can be given while busy; afterwards those can that could before.
-  void set_Busy(bool busy) { actions_.setEnabled(!busy); }
+  void setBusy(bool busy) { actions_.setEnabled(!busy); }
 
   // A button of another caption for a command: it can be pressed when the command can be given.
-  [[nodiscard]] QPushButton* make_Button(const char* name, const QString& caption, QAction* action) const;
+  [[nodiscard]] QPushButton* makeButton(const char* name, const QString& caption, QAction* action) const;
 
   [[nodiscard]] CommandRunner& runner() { return runner_; }
 

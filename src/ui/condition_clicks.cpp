@@ -16,23 +16,23 @@ bool ConditionClicks::change(const std::function<void()>& write, const std::func
   return stored;
 }
 
-void ConditionClicks::set_Tip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
-  box.set_TipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
-    run_Guarded(session_.desk, [&] {
+void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
+  box.setTipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
+    runGuarded(session_.desk, [&] {
       strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store),
                       draws = loadDrawTable(session_.store),
-                      next = session_.next_Period()](Course& /*course*/) -> AnswerThread::Answer {
+                      next = session_.nextPeriod()](Course& /*course*/) -> AnswerThread::Answer {
         const auto strength = work_out(set, draws, next);
         if (!strength) return {};
-        return [&box, line = strength_Text(*strength)] { box.extend_Tip(shown(line)); };
+        return [&box, line = strengthText(*strength)] { box.extendTip(shown(line)); };
       });
     });
     return lines();
   });
 }
 
-void ConditionClicks::set_Tip(PanelBox& panel, const std::function<Condition()>& condition) {
-  set_Tip(
+void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& condition) {
+  setTip(
       panel.box(),
       [&panel, condition] {
         QStringList lines{shown(condition().name)};
@@ -46,36 +46,36 @@ void ConditionClicks::set_Tip(PanelBox& panel, const std::function<Condition()>&
       });
 }
 
-void ConditionClicks::connect_Box(PanelBox& panel, UsageId usage) {
-  connect(&panel, &PanelBox::box_Clicked, this, [this, usage, &panel](bool on) {
-    if (!change([&] { set_Usage(session_.store, usage, on); })) panel.take_BoxBack();
+void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
+  connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
+    if (!change([&] { setUsage(session_.store, usage, on); })) panel.takeBoxBack();
   });
 }
 
-void ConditionClicks::connect_Panel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
-  set_Tip(panel, [condition] { return condition; });
-  connect_Box(panel, condition.usage);
-  connect(&panel, &PanelBox::item_Clicked, this,
+void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
+  setTip(panel, [condition] { return condition; });
+  connectBox(panel, condition.usage);
+  connect(&panel, &PanelBox::itemClicked, this,
           [this, condition, &panel, show = std::move(show)](int k, bool selected) {
-            if (!change([&] { click_Item(session_.store, condition, k, selected); }, show))
-              panel.list().take_Back(k);
+            if (!change([&] { clickItem(session_.store, condition, k, selected); }, show))
+              panel.list().takeBack(k);
           });
 }
 
-void ConditionClicks::connect_Leading(PanelBox& panel, const Condition& condition) {
-  set_Tip(panel, [condition] { return condition; });
-  connect_Box(panel, condition.usage);
-  connect(&panel, &PanelBox::item_Clicked, this, [this, condition, &panel](int k, bool selected) {
+void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition) {
+  setTip(panel, [condition] { return condition; });
+  connectBox(panel, condition.usage);
+  connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
-    const bool stored = change([&] { box = click_LeadingItem(session_.store, condition, k, selected); });
+    const bool stored = change([&] { box = clickLeadingItem(session_.store, condition, k, selected); });
     if (stored)
-      panel.show_Box(box);
+      panel.showBox(box);
     else
-      panel.list().take_Back(k);
+      panel.list().takeBack(k);
   });
 }
 
-void show_Only(QButtonGroup& options, QAbstractButton* option) {
+void showOnly(QButtonGroup& options, QAbstractButton* option) {
   if (option != nullptr) return option->setChecked(true);
   options.setExclusive(false);
   for (QAbstractButton* each : options.buttons()) each->setChecked(false);

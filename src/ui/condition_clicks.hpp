@@ -25,17 +25,17 @@ class ConditionClicks : public QObject {
 
   // A box that switches a condition, and a list whose items are its cells. `show` follows a stored click on
   // an item.
-  void connect_Panel(PanelBox& panel, const Condition& condition, std::function<void()> show = {});
+  void connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show = {});
   // The same for a list that leads its box: any item switches the condition on, none switches it off.
-  void connect_Leading(PanelBox& panel, const Condition& condition);
+  void connectLeading(PanelBox& panel, const Condition& condition);
   // What a box lets through, worked out from values alone.
   using Measure =
       std::function<std::optional<Strength>(const ConditionSet&, const DrawTable&, PeriodNo next)>;
   // Gives a box its tip: lines of its own at once, and how much it lets through as soon as that is worked out beside
   // the window. `measure` says what is worked out for the box as it stands.
-  void set_Tip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure);
+  void setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure);
   // The same for the box of a condition: its name, and the line of its current values.
-  void set_Tip(PanelBox& panel, const std::function<Condition()>& condition);
+  void setTip(PanelBox& panel, const std::function<Condition()>& condition);
 
   // Any other change of a setting; reported as the others. `show`, behind the write, shows what follows from
   // it. False when nothing was stored: the write failed, which was told, or a command runs. The control that
@@ -44,20 +44,20 @@ class ConditionClicks : public QObject {
   bool change(const std::function<void()>& write, const std::function<void()>& show = {});
 
   // Takes a panel's clicks away, before it is connected to another condition.
-  void disconnect_Panel(PanelBox& panel) { panel.disconnect(this); }
+  void disconnectPanel(PanelBox& panel) { panel.disconnect(this); }
 
  Q_SIGNALS:
   // A setting changed, behind the write.
   void changed();
 
  private:
-  void connect_Box(PanelBox& panel, UsageId usage);
+  void connectBox(PanelBox& panel, UsageId usage);
 
   Session& session_;
   AnswerThread strengths_;
 };
 
 // Ticks one option of a group, or none where what is stored names none.
-void show_Only(QButtonGroup& options, QAbstractButton* option);
+void showOnly(QButtonGroup& options, QAbstractButton* option);
 
 }  // namespace lotmere::ui

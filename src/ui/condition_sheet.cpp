@@ -18,7 +18,7 @@ constexpr int kColumns = 4;
 constexpr int kListHeight = 132;
 
 // "当前取值：" and the values on one line.
-QString one_Line(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
+QString oneLine(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
 
 QString numbered(const char* name, int index) {
   return QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(index);
@@ -37,22 +37,22 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   auto* layout = new QVBoxLayout(page_);
   layout->setContentsMargins(4, 4, 10, 8);
   layout->setSpacing(14);
-  make_Slots();
-  make_Combinations();
-  make_Divisions();
+  makeSlots();
+  makeCombinations();
+  makeDivisions();
   layout->addStretch();
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   connect(picker_, &NumberPicker::picked, this,
           [this](const QString& name, const std::vector<int>& numbers, int clicked) {
-            if (!clicks_.change([&] { set_CustomInterval(session_.store, utf8(name), numbers); },
-                                [this] { show_Division(); }))
-              picker_->take_Back(clicked);
+            if (!clicks_.change([&] { setCustomInterval(session_.store, utf8(name), numbers); },
+                                [this] { showDivision(); }))
+              picker_->takeBack(clicked);
           });
 }
 
-QGridLayout* ConditionSheetView::add_Section(const QString& title) {
+QGridLayout* ConditionSheetView::addSection(const QString& title) {
   auto* label = new QLabel(title, page_);
   QFont bold = label->font();
   bold.setBold(true);
@@ -67,43 +67,43 @@ QGridLayout* ConditionSheetView::add_Section(const QString& title) {
   return grid;
 }
 
-PanelBox* ConditionSheetView::add_Panel(QGridLayout* grid, const QString& list, const QString& box,
-                                        const Condition& condition, std::function<void()> show) {
+PanelBox* ConditionSheetView::addPanel(QGridLayout* grid, const QString& list, const QString& box,
+                                       const Condition& condition, std::function<void()> show) {
   auto* panel = new PanelBox(list, box, page_);
   panel->list().setFixedHeight(kListHeight);
   const int place = grid->count();
   grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
-  clicks_.connect_Panel(*panel, condition, std::move(show));
+  clicks_.connectPanel(*panel, condition, std::move(show));
   return panel;
 }
 
-void ConditionSheetView::make_Slots() {
-  QGridLayout* values = add_Section(QStringLiteral("数值条件"));
+void ConditionSheetView::makeSlots() {
+  QGridLayout* values = addSection(QStringLiteral("数值条件"));
   for (int i = 0; i < kSlotCount; ++i) {
-    const Condition* condition = slot_Condition(i);
+    const Condition* condition = slotCondition(i);
     if (condition == nullptr) continue;
-    slots_[i] = add_Panel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
-                          [this, i] { show_SlotTip(i); });
+    slots_[i] = addPanel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
+                         [this, i] { showSlotTip(i); });
   }
-  QGridLayout* intervals = add_Section(QStringLiteral("区间"));
+  QGridLayout* intervals = addSection(QStringLiteral("区间"));
   for (int i = 0; i < kIntervalCount; ++i)
-    intervals_[i] = add_Panel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
-                              conditionOfUsage(usage_OfInterval(i + 1)));
-  QGridLayout* relatives = add_Section(QStringLiteral("与历史数据有关的条件"));
+    intervals_[i] = addPanel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
+                             conditionOfUsage(usageOfInterval(i + 1)));
+  QGridLayout* relatives = addSection(QStringLiteral("与历史数据有关的条件"));
   for (int i = 0; i < kRelativeCount; ++i)
     relatives_[i] =
-        add_Panel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relative_Condition(i));
+        addPanel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relativeCondition(i));
   const char* const heat[] = {"wenDu5", "wenDu10"};
   for (int i = 0; i < kHeatCount; ++i) {
     const QString name = QString::fromUtf8(heat[i]);
-    heat_[i] = add_Panel(relatives, QStringLiteral("List_") + name, QStringLiteral("Check_") + name,
-                         heat_Condition(i));
-    heat_[i]->list().setToolTip(shown(heat_Condition(i).help));
+    heat_[i] = addPanel(relatives, QStringLiteral("List_") + name, QStringLiteral("Check_") + name,
+                        heatCondition(i));
+    heat_[i]->list().setToolTip(shown(heatCondition(i).help));
   }
 }
 
-void ConditionSheetView::make_Combinations() {
-  QGridLayout* concrete = add_Section(shown(kCombinationCaption));
+void ConditionSheetView::makeCombinations() {
+  QGridLayout* concrete = addSection(shown(kCombinationCaption));
   periods_ = new QComboBox;
   periods_->setObjectName(QStringLiteral("Combo_guoluqh"));
   periods_->setAccessibleName(QStringLiteral("期号"));
@@ -113,25 +113,25 @@ void ConditionSheetView::make_Combinations() {
   concrete->addWidget(periods_, 0, 0);
   concrete->addWidget(combinations_, 1, 0, 1, kColumns);
   connect(periods_, &QComboBox::activated, this,
-          [this] { session_.commands.runner().run([this] { build_Combinations(); }); });
-  connect(combinations_, &CheckList::item_Clicked, this, [this](int turn, bool selected) {
-    const Condition& condition = conditionOfUsage(usage_OfTurn(turn));
-    if (!clicks_.change([&] { click_Item(session_.store, condition, turn, selected); }))
-      combinations_->take_Back(turn);
+          [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
+  connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
+    const Condition& condition = conditionOfUsage(usageOfTurn(turn));
+    if (!clicks_.change([&] { clickItem(session_.store, condition, turn, selected); }))
+      combinations_->takeBack(turn);
   });
-  QGridLayout* shapes = add_Section(QStringLiteral("组合形式"));
-  const auto panels = tj_FillShapes(session_.store);
+  QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
+  const auto panels = shapePanels(session_.store);
   for (int i = 0; i < kTurnCount; ++i)
-    shapes_[i] = add_Panel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
-                           conditionOfUsage(panels[i].usage));
+    shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
+                          conditionOfUsage(panels[i].usage));
 }
 
-void ConditionSheetView::make_Divisions() {
-  QGridLayout* grid = add_Section(QStringLiteral("自定义区间"));
+void ConditionSheetView::makeDivisions() {
+  QGridLayout* grid = addSection(QStringLiteral("自定义区间"));
   auto* options = new QHBoxLayout;
   auto* group = new QButtonGroup(this);
   for (int division = kSmallestDivision; division <= kLargestDivision; ++division) {
-    auto* option = new QRadioButton(shown(division_Caption(division)));
+    auto* option = new QRadioButton(shown(divisionCaption(division)));
     option->setObjectName(numbered("Option_qjFenlei", division - kSmallestDivision));
     option->setChecked(division == shown_division_);
     group->addButton(option, division);
@@ -142,7 +142,7 @@ void ConditionSheetView::make_Divisions() {
   connect(group, &QButtonGroup::idClicked, this, [this, group](int division) {
     session_.commands.runner().run([this, division] {
       shown_division_ = division;
-      show_Division();
+      showDivision();
     });
     group->button(shown_division_)->setChecked(true);  // a running command has refused the click
   });
@@ -157,67 +157,67 @@ void ConditionSheetView::make_Divisions() {
     column->addWidget(division_[i]);
     column->addWidget(pickers_[i], 0, Qt::AlignLeft);
     grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
-    connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pick_Numbers(i); });
-    connect(division_[i], &PanelBox::box_Clicked, this, [this, i](bool on) {
-      if (!clicks_.change([&] { set_Usage(session_.store, division_panels_[i].condition.usage, on); }))
-        division_[i]->take_BoxBack();
+    connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
+    connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
+      if (!clicks_.change([&] { setUsage(session_.store, division_panels_[i].condition.usage, on); }))
+        division_[i]->takeBoxBack();
     });
-    connect(division_[i], &PanelBox::item_Clicked, this, [this, i](int k, bool selected) {
-      if (!clicks_.change([&] { click_Item(session_.store, division_panels_[i].condition, k, selected); }))
-        division_[i]->list().take_Back(k);
+    connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
+      if (!clicks_.change([&] { clickItem(session_.store, division_panels_[i].condition, k, selected); }))
+        division_[i]->list().takeBack(k);
     });
   }
 }
 
 void ConditionSheetView::open() {
   if (!stale_) return;
-  panel_Reload();
+  panelReload();
   stale_ = false;
 }
 
-void ConditionSheetView::panel_Reload() {
-  const ConditionSheet sheet = lotmere::panel_Reload(session_.store);
+void ConditionSheetView::panelReload() {
+  const ConditionSheet sheet = lotmere::panelReload(session_.store);
   for (int i = 0; i < kSlotCount; ++i) {
     if (slots_[i] == nullptr) continue;
-    slots_[i]->show_Panel(sheet.slots[i]);
-    slots_[i]->show_Line(one_Line(sheet.tips[i]));
+    slots_[i]->showPanel(sheet.slots[i]);
+    slots_[i]->showLine(oneLine(sheet.tips[i]));
   }
-  for (int i = 0; i < kIntervalCount; ++i) intervals_[i]->show_Panel(sheet.intervals[i]);
-  for (int i = 0; i < 4; ++i) relatives_[i]->show_Panel(sheet.relatives[i]);
-  for (int i = 0; i < 2; ++i) heat_[i]->show_Panel(sheet.heat[i]);
-  for (int i = 0; i < kTurnCount; ++i) shapes_[i]->show_Panel(sheet.shapes[i]);
+  for (int i = 0; i < kIntervalCount; ++i) intervals_[i]->showPanel(sheet.intervals[i]);
+  for (int i = 0; i < 4; ++i) relatives_[i]->showPanel(sheet.relatives[i]);
+  for (int i = 0; i < 2; ++i) heat_[i]->showPanel(sheet.heat[i]);
+  for (int i = 0; i < kTurnCount; ++i) shapes_[i]->showPanel(sheet.shapes[i]);
   periods_->clear();
   for (const PeriodNo period : sheet.periods) periods_->addItem(QString::number(period), period);
-  build_Combinations();
-  show_Division();
+  buildCombinations();
+  showDivision();
 }
 
-void ConditionSheetView::show_SlotTip(int slot) {
-  slots_[slot]->show_Line(one_Line(slot_Tip(session_.store, slot)));
+void ConditionSheetView::showSlotTip(int slot) {
+  slots_[slot]->showLine(oneLine(slotTip(session_.store, slot)));
 }
 
-void ConditionSheetView::build_Combinations() {
-  const auto items = build_ZuHeList(session_.store, session_.desk, periods_->currentData().toInt());
-  combinations_->show_Items({items.begin(), items.end()});
+void ConditionSheetView::buildCombinations() {
+  const auto items = combinationList(session_.store, session_.desk, periods_->currentData().toInt());
+  combinations_->showItems({items.begin(), items.end()});
 }
 
-void ConditionSheetView::show_Division() {
-  division_panels_ = division_Panels(session_.store, shown_division_);
+void ConditionSheetView::showDivision() {
+  division_panels_ = divisionPanels(session_.store, shown_division_);
   for (std::size_t i = 0; i < division_.size(); ++i) {
     const bool used = i < division_panels_.size();
     division_[i]->parentWidget()->setVisible(used);
     if (!used) continue;
-    division_[i]->show_Panel(division_panels_[i].panel);
-    division_[i]->show_Line(shown(division_panels_[i].numbers));
-    clicks_.set_Tip(*division_[i], [this, i] { return division_panels_[i].condition; });
+    division_[i]->showPanel(division_panels_[i].panel);
+    division_[i]->showLine(shown(division_panels_[i].numbers));
+    clicks_.setTip(*division_[i], [this, i] { return division_panels_[i].condition; });
     pickers_[i]->setAccessibleName(shown(division_panels_[i].panel.caption));
   }
 }
 
-void ConditionSheetView::pick_Numbers(int place) {
+void ConditionSheetView::pickNumbers(int place) {
   const std::string& name = division_panels_[static_cast<std::size_t>(place)].panel.caption;
   session_.commands.runner().run([&] {
-    picker_->open(shown(name), read_AttributeColumn(session_.store, AttributeTable::third, name),
+    picker_->open(shown(name), readAttributeColumn(session_.store, AttributeTable::third, name),
                   *pickers_[place]);
   });
 }

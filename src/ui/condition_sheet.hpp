@@ -22,22 +22,22 @@ class ConditionSheetView : public QScrollArea {
   ConditionSheetView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
 
   // Everything on it is shown anew at the next open(): draws, settings or the user changed.
-  void mark_Stale() { stale_ = true; }
+  void markStale() { stale_ = true; }
   // The sheet comes to the front.
   void open();
 
  private:
-  void panel_Reload();
-  QGridLayout* add_Section(const QString& title);
-  PanelBox* add_Panel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
-                      std::function<void()> show = {});
-  void make_Slots();
-  void make_Combinations();
-  void make_Divisions();
-  void show_SlotTip(int slot);
-  void build_Combinations();
-  void show_Division();
-  void pick_Numbers(int place);
+  void panelReload();
+  QGridLayout* addSection(const QString& title);
+  PanelBox* addPanel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
+                     std::function<void()> show = {});
+  void makeSlots();
+  void makeCombinations();
+  void makeDivisions();
+  void showSlotTip(int slot);
+  void buildCombinations();
+  void showDivision();
+  void pickNumbers(int place);
 
   Session& session_;
   ConditionClicks& clicks_;

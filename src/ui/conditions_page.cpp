@@ -18,8 +18,8 @@ constexpr int kCountAgain = 100;  // milliseconds, while a command runs
 constexpr std::chrono::milliseconds kReadSlice{10};
 constexpr int kCountUnseen = 200;  // milliseconds
 
-int tab_OfKind(PageKind kind) {
-  const auto pages = condition_Pages();
+int tabOfKind(PageKind kind) {
+  const auto pages = conditionPages();
   const auto page = std::ranges::find(pages, kind, &ConditionPage::kind);
   return static_cast<int>(page - pages.begin()) + 1;
 }
@@ -37,13 +37,13 @@ ConditionsPage::ConditionsPage(Session& session, QWidget* parent)
   unseen_timer_.setSingleShot(true);
   unseen_timer_.setInterval(kCountUnseen);
   connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
-  connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::count_Survivors);
-  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::setting_Changed);
-  connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::drop_Count);
-  add_Commands();
+  connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
+  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
+  addCommands();
 }
 
-void ConditionsPage::make_Contents() {
+void ConditionsPage::makeContents() {
   pad_ = new NumberPad(session_, this);
   pad_->setFixedWidth(kPadWidth);
   count_ = new QLabel;
@@ -70,7 +70,7 @@ void ConditionsPage::make_Contents() {
   layout->setContentsMargins(12, 12, 12, 8);
   layout->setSpacing(12);
   layout->addLayout(left);
-  layout->addWidget(make_Tabs());
+  layout->addWidget(makeTabs());
   survivors_ = new QLabel;
   survivors_->setObjectName(QStringLiteral("Label_liveCount"));
   auto* right = new QVBoxLayout;
@@ -80,25 +80,25 @@ void ConditionsPage::make_Contents() {
   layout->addLayout(right, 1);
   connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
     count_->setText(compact(text));
-    if (pages_->currentWidget() == summary_) load_Summary();
+    if (pages_->currentWidget() == summary_) loadSummary();
     count_timer_.start(kCountDelay);
   });
 }
 
-void ConditionsPage::setting_Changed() {
+void ConditionsPage::settingChanged() {
   // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
   // stale.
-  if (pages_->currentWidget() != pane_) pane_->sheet().mark_Stale();
+  if (pages_->currentWidget() != pane_) pane_->sheet().markStale();
   count_timer_.start(kCountDelay);
 }
 
-void ConditionsPage::mark_Stale() {
-  if (pane_ != nullptr) pane_->mark_Stale();
+void ConditionsPage::markStale() {
+  if (pane_ != nullptr) pane_->markStale();
 }
 
-QWidget* ConditionsPage::make_Tabs() {
+QWidget* ConditionsPage::makeTabs() {
   QStringList captions;
-  for (const ConditionPage& page : condition_Pages()) captions.append(shown(page.caption));
+  for (const ConditionPage& page : conditionPages()) captions.append(shown(page.caption));
   captions_.setStringList(captions);
   tabs_ = new QListView(this);
   tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
@@ -110,77 +110,77 @@ QWidget* ConditionsPage::make_Tabs() {
   tabs_->setCurrentIndex(captions_.index(0));
   connect(tabs_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& index) {
-            session_.commands.runner().run([this, &index] { show_Tab(index.row() + 1); });
-            mark_Tab();  // a running command has refused it
+            session_.commands.runner().run([this, &index] { showTab(index.row() + 1); });
+            markTab();  // a running command has refused it
           });
   return tabs_;
 }
 
-void ConditionsPage::add_Commands() {
+void ConditionsPage::addCommands() {
   Commands& commands = session_.commands;
-  const auto add_Tab = [&](const ActionText& text, int tab) {
-    commands.add(text, [this, tab] { bring_Tab(tab); });
+  const auto add_tab = [&](const ActionText& text, int tab) {
+    commands.add(text, [this, tab] { bringTab(tab); });
   };
-  add_Tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
+  add_tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
            QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
-          tab_OfKind(PageKind::picks));
-  add_Tab(
+          tabOfKind(PageKind::picks));
+  add_tab(
       {"mnu_TiaojianShuosui", QStringLiteral("缩水设置(&K)..."), {}, QStringLiteral("缩水的类型和智能优化")},
-      tab_OfKind(PageKind::shrink));
-  add_Tab({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
+      tabOfKind(PageKind::shrink));
+  add_tab({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
            QStringLiteral("全部设置一览")},
-          tab_OfKind(PageKind::summary));
-  for (int tab = tab_OfKind(PageKind::value); tab < tab_OfKind(PageKind::shrink); ++tab)
-    add_Tab({tab_Command(tab).c_str(), shown(condition_Page(tab).caption)}, tab);
+          tabOfKind(PageKind::summary));
+  for (int tab = tabOfKind(PageKind::value); tab < tabOfKind(PageKind::shrink); ++tab)
+    add_tab({tabCommand(tab).c_str(), shown(conditionPage(tab).caption)}, tab);
   commands.add({"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
-               [this] { restore_Defaults(); });
+               [this] { restoreDefaults(); });
 }
 
-void ConditionsPage::show_Tab(int tab) {
+void ConditionsPage::showTab(int tab) {
   tab_ = tab;
   if (pages_ == nullptr) return;
-  mark_Tab();
-  load_Tab();
+  markTab();
+  loadTab();
 }
 
-void ConditionsPage::mark_Tab() {
+void ConditionsPage::markTab() {
   const QSignalBlocker quiet(tabs_->selectionModel());
   tabs_->setCurrentIndex(captions_.index(tab_ - 1));
   tabs_->viewport()->update();
 }
 
-void ConditionsPage::bring_Tab(int tab) {
+void ConditionsPage::bringTab(int tab) {
   // The tab that stood there before isn't shown on the way: showing one may store something.
   tab_ = tab;
   tab_loaded_ = false;
   Q_EMIT wanted();
-  mark_Tab();
-  if (!tab_loaded_) load_Tab();
+  markTab();
+  if (!tab_loaded_) loadTab();
 }
 
-void ConditionsPage::load_Summary() { summary_->setPlainText(shown(tj_Summary(session_.store))); }
+void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store))); }
 
-void ConditionsPage::load_Tab() {
+void ConditionsPage::loadTab() {
   tab_loaded_ = true;
-  const PageKind kind = condition_Page(tab_).kind;
+  const PageKind kind = conditionPage(tab_).kind;
   switch (kind) {
     case PageKind::picks:
       pane_->showCurrentView();
       return pages_->setCurrentWidget(pane_);
     case PageKind::places:
-      places_->load_DingWei();
+      places_->loadPlacePage();
       return pages_->setCurrentWidget(places_);
     case PageKind::groups:
       groups_->load();
       return pages_->setCurrentWidget(groups_);
     case PageKind::history_match:
-      match_->load_LiShi();
+      match_->loadMatchPage();
       return pages_->setCurrentWidget(match_);
     case PageKind::shrink:
       shrink_->load();
       return pages_->setCurrentWidget(shrink_);
     case PageKind::summary:
-      load_Summary();
+      loadSummary();
       return pages_->setCurrentWidget(summary_);
     default:
       panels_->open(tab_);
@@ -189,37 +189,37 @@ void ConditionsPage::load_Tab() {
 }
 
 void ConditionsPage::open() {
-  if (pages_ == nullptr) make_Contents();
-  forget_Tickets();
+  if (pages_ == nullptr) makeContents();
+  forgetTickets();
   pad_->open();
-  load_Tab();
+  loadTab();
 }
 
-void ConditionsPage::forget_Reading() {
+void ConditionsPage::forgetReading() {
   unseen_timer_.stop();
   answers_.drop();
   reading_.reset();
 }
 
-void ConditionsPage::forget_Tickets() {
-  forget_Reading();
+void ConditionsPage::forgetTickets() {
+  forgetReading();
   tickets_.reset();
 }
 
-void ConditionsPage::drop_Count() {
+void ConditionsPage::dropCount() {
   if (!reading_ && !answers_.isBusy()) return;
-  forget_Reading();
+  forgetReading();
   count_timer_.start(kCountDelay);
 }
 
-void ConditionsPage::count_Survivors() {
-  if (!isVisible()) return forget_Reading();
-  if (session_.commands.runner().is_Running()) return count_timer_.start(kCountAgain);
+void ConditionsPage::countSurvivors() {
+  if (!isVisible()) return forgetReading();
+  if (session_.commands.runner().isRunning()) return count_timer_.start(kCountAgain);
   if (!unseen_timer_.isActive()) unseen_timer_.start();
   bool goes_on = false;
-  run_Guarded(session_.desk, [&] {
-    if (tickets_ || read_Tickets())
-      ask_Count();
+  runGuarded(session_.desk, [&] {
+    if (tickets_ || readTickets())
+      askCount();
     else
       count_timer_.start(0);
     goes_on = true;
@@ -227,7 +227,7 @@ void ConditionsPage::count_Survivors() {
   if (!goes_on) unseen_timer_.stop();
 }
 
-bool ConditionsPage::read_Tickets() {
+bool ConditionsPage::readTickets() {
   if (!reading_)
     reading_ = std::make_unique<SlicedWork>(
         [this](const SlicedWork::Pause& pause) { tickets_ = loadLiveTickets(session_.store, pause); },
@@ -238,30 +238,30 @@ bool ConditionsPage::read_Tickets() {
   return false;
 }
 
-void ConditionsPage::ask_Count() {
+void ConditionsPage::askCount() {
   answers_.ask([this, live = live_,
                 question = LiveCount::Question{tickets_, loadConditionSet(session_.store),
-                                               loadDrawTable(session_.store), session_.next_Period()}](
+                                               loadDrawTable(session_.store), session_.nextPeriod()}](
                    Course& course) -> AnswerThread::Answer {
     const auto result = live->count(question, course);
     if (!result) return {};
-    return [this, text = live_Text(*result)] {
+    return [this, text = liveText(*result)] {
       unseen_timer_.stop();
       survivors_->setText(shown(text));
     };
   });
 }
 
-void ConditionsPage::restore_Defaults() {
-  bring_Tab(1);
+void ConditionsPage::restoreDefaults() {
+  bringTab(1);
   constexpr std::string_view verbs[] = {"还原", "取消"};
   if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", verbs, 1) != 0) return;
-  lotmere::restore_Defaults(session_.store);
-  pane_->mark_Stale();
-  pane_->show_Sheet();
+  lotmere::restoreDefaults(session_.store);
+  pane_->markStale();
+  pane_->showSheet();
   pad_->reload();
   session_.desk.tell("完成，过滤条件已经还原为默认值！");
-  Q_EMIT defaults_Restored();
+  Q_EMIT defaultsRestored();
 }
 
 }  // namespace lotmere::ui

@@ -37,43 +37,43 @@ class ConditionsPage : public QWidget {
   // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.
   void open();
   // Stands the person before the number pad.
-  void show_Pad() { show_Tab(1); }
+  void showPad() { showTab(1); }
   // The settings, the user or the draws changed elsewhere.
-  void mark_Stale();
+  void markStale();
 
   // The commands of the pages of single conditions, by tab, for the menus.
-  [[nodiscard]] static std::string tab_Command(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
+  [[nodiscard]] static std::string tabCommand(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
 
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
   void wanted();
-  void defaults_Restored();
+  void defaultsRestored();
 
  private:
-  void add_Commands();
-  void make_Contents();
-  QWidget* make_Tabs();
+  void addCommands();
+  void makeContents();
+  QWidget* makeTabs();
   // Shows the page of a tab, 1 to 44.
-  void show_Tab(int tab);
+  void showTab(int tab);
   // The strip shows which tab is in front.
-  void mark_Tab();
+  void markTab();
   // The same as a command that may be given from another page.
-  void bring_Tab(int tab);
-  void load_Tab();
-  void load_Summary();
-  void restore_Defaults();
-  void setting_Changed();
+  void bringTab(int tab);
+  void loadTab();
+  void loadSummary();
+  void restoreDefaults();
+  void settingChanged();
   // Reads the tickets of the table slice by slice, once; then asks for the count.
-  void count_Survivors();
-  void ask_Count();
+  void countSurvivors();
+  void askCount();
   // False while there is more to read.
-  bool read_Tickets();
+  bool readTickets();
   // What the count under way rests on is about to change: it is dropped, and taken anew behind that.
-  void drop_Count();
+  void dropCount();
   // Ends what is under way.
-  void forget_Reading();
+  void forgetReading();
   // The tickets changed, or may have.
-  void forget_Tickets();
+  void forgetTickets();
 
   Session& session_;
   ConditionClicks clicks_;

@@ -20,7 +20,7 @@ constexpr int kLargestLabel = 12;
 constexpr double kLabelPart = 0.55;      // height of a label of three digits, to the room of a bar
 constexpr double kRoomForLabels = 1.07;  // above the highest bar
 
-int step_For(int largest) {
+int stepFor(int largest) {
   for (int unit = 1;; unit *= 10)
     for (const int digit : {1, 2, 5})
       if (unit * digit * kMostLines >= largest) return unit * digit;
@@ -28,10 +28,10 @@ int step_For(int largest) {
 
 }  // namespace
 
-CountGrid grid_For(const std::vector<CountRow>& rows) {
+CountGrid gridFor(const std::vector<CountRow>& rows) {
   int largest = 1;
   for (const CountRow& row : rows) largest = std::max(largest, row.count);
-  const int step = step_For(largest);
+  const int step = stepFor(largest);
   return {step, static_cast<int>(std::ceil(largest * kRoomForLabels / step))};
 }
 
@@ -57,50 +57,50 @@ CountBars::CountBars(QWidget* parent)
   counts_->setTickType(QValueAxis::TicksDynamic);
   connect(series_, &QAbstractBarSeries::hovered, this, [this](bool over, int bar) {
     if (over)
-      QToolTip::showText(QCursor::pos(), tip_Of(bar), this);
+      QToolTip::showText(QCursor::pos(), tipOf(bar), this);
     else
       QToolTip::hideText();
   });
 }
 
-QString CountBars::tip_Of(int bar) const {
+QString CountBars::tipOf(int bar) const {
   const CountRow& row = rows_[static_cast<std::size_t>(bar)];
   return QStringLiteral("%1　%2 次").arg(shown(row.label)).arg(row.count);
 }
 
-void CountBars::show_Rows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title) {
+void CountBars::showRows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title) {
   rows_ = rows;
   balls_ = balls;
-  auto* set = new QBarSet(shown(ball_Name(balls)));
+  auto* set = new QBarSet(shown(ballName(balls)));
   QStringList numbers;
   QStringList tips;
   for (const CountRow& row : rows) {
     *set << row.count;
-    numbers.append(shown(format_Ball(row.number)));
-    tips.append(tip_Of(static_cast<int>(tips.size())));
+    numbers.append(shown(formatBall(row.number)));
+    tips.append(tipOf(static_cast<int>(tips.size())));
   }
   series_->clear();
   series_->append(set);
   numbers_->setCategories(numbers);
-  numbers_->setTitleText(shown(ball_Name(balls)));
+  numbers_->setTitleText(shown(ballName(balls)));
   counts_->setTitleText(axis_title);
-  const CountGrid grid = grid_For(rows);
+  const CountGrid grid = gridFor(rows);
   counts_->setTickInterval(grid.step);
   counts_->setRange(0, grid.step * grid.lines);
   setAccessibleDescription(tips.join(QStringLiteral("，")));
-  apply_Look();
+  applyLook();
 }
 
-int CountBars::label_Pixels() const {
+int CountBars::labelPixels() const {
   const auto bars = static_cast<int>(std::max<std::size_t>(rows_.size(), 1));
   return std::clamp(static_cast<int>(chart()->plotArea().width() / bars * kLabelPart), kSmallestLabel,
                     kLargestLabel);
 }
 
-void CountBars::apply_Look() {
+void CountBars::applyLook() {
   const QColor text = palette().color(QPalette::Text);
   QFont small = font();
-  small.setPixelSize(label_Pixels());
+  small.setPixelSize(labelPixels());
   chart()->setBackgroundBrush(palette().base());
   chart()->setBackgroundPen(QPen(colours().line));
   for (QAbstractAxis* axis : {static_cast<QAbstractAxis*>(numbers_), static_cast<QAbstractAxis*>(counts_)}) {
@@ -119,16 +119,16 @@ void CountBars::apply_Look() {
   }
 }
 
-void CountBars::mouseDoubleClickEvent(QMouseEvent* /*event*/) { Q_EMIT double_Clicked(); }
+void CountBars::mouseDoubleClickEvent(QMouseEvent* /*event*/) { Q_EMIT doubleClicked(); }
 
 void CountBars::resizeEvent(QResizeEvent* event) {
   QChartView::resizeEvent(event);
-  apply_Look();
+  applyLook();
 }
 
 void CountBars::changeEvent(QEvent* event) {
   QChartView::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) apply_Look();
+  if (event->type() == QEvent::PaletteChange) applyLook();
 }
 
 }  // namespace lotmere::ui

@@ -17,7 +17,7 @@ struct CountGrid {
   int step = 1;  // 1, 2 or 5, or these with zeros
   int lines = 1;
 };
-[[nodiscard]] CountGrid grid_For(const std::vector<CountRow>& rows);
+[[nodiscard]] CountGrid gridFor(const std::vector<CountRow>& rows);
 
 class CountBars : public QChartView {
   Q_OBJECT
@@ -25,12 +25,12 @@ class CountBars : public QChartView {
  public:
   explicit CountBars(QWidget* parent = nullptr);
 
-  void show_Rows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title);
+  void showRows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title);
   // "红球:05　12 次"
-  [[nodiscard]] QString tip_Of(int bar) const;
+  [[nodiscard]] QString tipOf(int bar) const;
 
  Q_SIGNALS:
-  void double_Clicked();
+  void doubleClicked();
 
  protected:
   void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -39,8 +39,8 @@ class CountBars : public QChartView {
 
  private:
   // Small enough that neighbours don't touch.
-  [[nodiscard]] int label_Pixels() const;
-  void apply_Look();
+  [[nodiscard]] int labelPixels() const;
+  void applyLook();
 
   std::vector<CountRow> rows_;
   BallColour balls_ = BallColour::red;

@@ -17,13 +17,13 @@ constexpr double kAspect = 2.1;            // length over height
 constexpr float kCamera[] = {6, 14, 142};  // degrees around, degrees up, percent of closeness
 
 // A platform without a screen may make contexts all the same, but no window that could be drawn into.
-bool has_Screen() {
+bool hasScreen() {
   const QString platform = QGuiApplication::platformName();
   return platform != QStringLiteral("offscreen") && platform != QStringLiteral("minimal");
 }
 
-bool make_Context() {
-  if (!has_Screen()) return false;
+bool makeContext() {
+  if (!hasScreen()) return false;
   QOpenGLContext context;
   if (!context.create()) return false;
   QOffscreenSurface surface;
@@ -36,8 +36,8 @@ bool make_Context() {
 
 }  // namespace
 
-bool has_OpenGl() {
-  static const bool works = make_Context();
+bool hasOpenGl() {
+  static const bool works = makeContext();
   return works;
 }
 
@@ -51,7 +51,7 @@ CountBars3D::CountBars3D(QWidget* parent) : QWidget(parent), graph_(new Q3DBars)
   graph_->valueAxis()->setTitleVisible(true);
   graph_->columnAxis()->setLabelAutoRotation(60);
   graph_->scene()->activeCamera()->setCameraPosition(kCamera[0], kCamera[1], kCamera[2]);
-  connect(graph_->scene(), &Q3DScene::viewportChanged, this, &CountBars3D::lower_View);
+  connect(graph_->scene(), &Q3DScene::viewportChanged, this, &CountBars3D::lowerView);
   series_->setItemLabelFormat(QStringLiteral("@colLabel　@valueLabel"));
   series_->setMesh(QAbstract3DSeries::MeshBevelBar);
   graph_->addSeries(series_);
@@ -59,10 +59,10 @@ CountBars3D::CountBars3D(QWidget* parent) : QWidget(parent), graph_(new Q3DBars)
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(QWidget::createWindowContainer(graph_, this));
-  apply_Colours();
+  applyColours();
 }
 
-void CountBars3D::show_Rows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title) {
+void CountBars3D::showRows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title) {
   balls_ = balls;
   QStringList labels;
   auto* bars = new QBarDataRow;
@@ -74,22 +74,22 @@ void CountBars3D::show_Rows(BallColour balls, const std::vector<CountRow>& rows,
   all->append(bars);
   series_->dataProxy()->resetArray(all, QStringList(), labels);
   graph_->valueAxis()->setTitle(axis_title);
-  const CountGrid grid = grid_For(rows);
+  const CountGrid grid = gridFor(rows);
   graph_->valueAxis()->setSegmentCount(grid.lines);
   graph_->valueAxis()->setRange(0, static_cast<float>(grid.step * grid.lines));
-  apply_Colours();
+  applyColours();
 }
 
 // The camera looks at the floor: bars would fill the upper half alone. A view that reaches out of the window below
 // brings the floor down.
-void CountBars3D::lower_View() {
+void CountBars3D::lowerView() {
   const QSize window = graph_->size();
   if (graph_->scene()->viewport().height() == window.height())
     graph_->scene()->setPrimarySubViewport(
         QRect(0, 0, window.width(), static_cast<int>(window.height() * kViewHeight)));
 }
 
-void CountBars3D::apply_Colours() {
+void CountBars3D::applyColours() {
   Q3DTheme* theme = graph_->activeTheme();
   theme->setType(Q3DTheme::ThemeQt);
   QFont label_font = font();
@@ -114,7 +114,7 @@ void CountBars3D::apply_Colours() {
 
 bool CountBars3D::eventFilter(QObject* watched, QEvent* event) {
   if (watched == graph_ && event->type() == QEvent::MouseButtonDblClick) {
-    Q_EMIT double_Clicked();
+    Q_EMIT doubleClicked();
     return true;
   }
   return QWidget::eventFilter(watched, event);
@@ -122,7 +122,7 @@ bool CountBars3D::eventFilter(QObject* watched, QEvent* event) {
 
 void CountBars3D::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange) apply_Colours();
+  if (event->type() == QEvent::PaletteChange) applyColours();
 }
 
 }  // namespace lotmere::ui

@@ -11,27 +11,27 @@
 namespace lotmere::ui {
 
 // Whether this screen can draw in space: there is one, and a context of OpenGL can be made. Tried once.
-[[nodiscard]] bool has_OpenGl();
+[[nodiscard]] bool hasOpenGl();
 
-// Only to be made where has_OpenGl().
+// Only to be made where hasOpenGl().
 class CountBars3D : public QWidget {
   Q_OBJECT
 
  public:
   explicit CountBars3D(QWidget* parent = nullptr);
 
-  void show_Rows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title);
+  void showRows(BallColour balls, const std::vector<CountRow>& rows, const QString& axis_title);
 
  Q_SIGNALS:
-  void double_Clicked();
+  void doubleClicked();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
-  void lower_View();
-  void apply_Colours();
+  void lowerView();
+  void applyColours();
 
   Q3DBars* graph_;
   QBar3DSeries* series_;

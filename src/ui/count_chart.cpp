@@ -14,12 +14,12 @@ namespace lotmere::ui {
 namespace {
 
 // The place that a list stands on, as the engine counts it.
-std::optional<std::size_t> place_In(const QComboBox& list) {
+std::optional<std::size_t> placeIn(const QComboBox& list) {
   if (list.currentIndex() < 0) return std::nullopt;
   return static_cast<std::size_t>(list.currentIndex());
 }
 
-int index_Of(std::optional<std::size_t> place) { return place ? static_cast<int>(*place) : -1; }
+int indexOf(std::optional<std::size_t> place) { return place ? static_cast<int>(*place) : -1; }
 
 }  // namespace
 
@@ -27,7 +27,7 @@ CountChart::CountChart(Session& session, QWidget* parent)
     : QWidget(parent), session_(session), listed_(new QStringListModel(this)), bars_(new CountBars) {
   setObjectName(QStringLiteral("Frame_Tongji"));
   bars_->setObjectName(QStringLiteral("MSChart_TiaoJian"));
-  make_Strip();
+  makeStrip();
   charts_ = new QStackedLayout;
   charts_->addWidget(bars_);
   auto* layout = new QVBoxLayout(this);
@@ -35,10 +35,10 @@ CountChart::CountChart(Session& session, QWidget* parent)
   layout->setSpacing(8);
   layout->addWidget(strip_);
   layout->addLayout(charts_, 1);
-  connect(bars_, &CountBars::double_Clicked, this, &CountChart::back_Wanted);
+  connect(bars_, &CountBars::doubleClicked, this, &CountChart::backWanted);
 }
 
-QComboBox* CountChart::make_PeriodList(int index) {
+QComboBox* CountChart::makePeriodList(int index) {
   auto* list = new QComboBox;
   list->setObjectName(QStringLiteral("Combo_pic_TiaoJian_%1").arg(index));
   list->setModel(listed_);
@@ -55,16 +55,16 @@ QComboBox* CountChart::make_PeriodList(int index) {
   return list;
 }
 
-void CountChart::make_Strip() {
+void CountChart::makeStrip() {
   strip_ = new QWidget;
   strip_->setObjectName(QStringLiteral("Frame_TongjiSub"));
   balls_ = new QComboBox;
   balls_->setObjectName(QStringLiteral("Combo_MSChartItem"));
   balls_->setAccessibleName(QStringLiteral("次数统计"));
   balls_->addItems({QStringLiteral("红球号码统计"), QStringLiteral("蓝球号码统计")});
-  from_ = make_PeriodList(0);
+  from_ = makePeriodList(0);
   from_->setAccessibleName(QStringLiteral("起始期号"));
-  to_ = make_PeriodList(1);
+  to_ = makePeriodList(1);
   to_->setAccessibleName(QStringLiteral("截止期号"));
   in_space_ = new QCheckBox(QStringLiteral("3D显示"));
   in_space_->setObjectName(QStringLiteral("Check_3D"));
@@ -88,28 +88,28 @@ void CountChart::make_Strip() {
   layout->addWidget(back);
   connect(balls_, &QComboBox::currentIndexChanged, this,
           [this] { session_.commands.runner().run([this] { showCounts(); }); });
-  connect(in_space_, &QCheckBox::toggled, this, &CountChart::show_Rows);
-  connect(back, &QPushButton::clicked, this, &CountChart::back_Wanted);
+  connect(in_space_, &QCheckBox::toggled, this, &CountChart::showRows);
+  connect(back, &QPushButton::clicked, this, &CountChart::backWanted);
 }
 
-void CountChart::check_OpenGl() {
-  const bool can = has_OpenGl();
+void CountChart::checkOpenGl() {
+  const bool can = hasOpenGl();
   in_space_->setEnabled(can);
   in_space_->setToolTip(can ? QStringLiteral("立体柱形图，按住鼠标右键可以旋转")
                             : QStringLiteral("此电脑的屏幕不支持 OpenGL，不能显示立体图"));
 }
 
 void CountChart::open(BallColour balls) {
-  check_OpenGl();
+  checkOpenGl();
   {
     const QSignalBlocker quiet(balls_);
     balls_->setCurrentIndex(static_cast<int>(balls));
   }
-  if (!periods_known_) load_Periods();
+  if (!periods_known_) loadPeriods();
   showCounts();
 }
 
-void CountChart::load_Periods() {
+void CountChart::loadPeriods() {
   periods_ = loadChartPeriods(session_.store);
   periods_known_ = true;
   QStringList periods;
@@ -119,34 +119,34 @@ void CountChart::load_Periods() {
     const QSignalBlocker quiet_from(from_);
     const QSignalBlocker quiet_to(to_);
     listed_->setStringList(periods);
-    from_->setCurrentIndex(index_Of(periods_.from));
-    to_->setCurrentIndex(index_Of(periods_.to));
+    from_->setCurrentIndex(indexOf(periods_.from));
+    to_->setCurrentIndex(indexOf(periods_.to));
   }
   if (isVisible()) showCounts();
 }
 
 void CountChart::showCounts() {
   const PauseScope pause(*strip_);
-  const auto count_Draws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
-  rows_ = count_Draws(session_.store, session_.desk, periods_.period(place_In(*from_)),
-                      periods_.period(place_In(*to_)));
-  show_Rows();
+  const auto countDraws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
+  rows_ = countDraws(session_.store, session_.desk, periods_.period(placeIn(*from_)),
+                     periods_.period(placeIn(*to_)));
+  showRows();
 }
 
-void CountChart::show_Rows() {
+void CountChart::showRows() {
   const QString axis_title = QStringLiteral("开 出 次 数");
   const auto balls = static_cast<BallColour>(balls_->currentIndex());
   if (!in_space_->isChecked()) {
-    bars_->show_Rows(balls, rows_, axis_title);
+    bars_->showRows(balls, rows_, axis_title);
     charts_->setCurrentWidget(bars_);
     return;
   }
   if (bars_3d_ == nullptr) {
     bars_3d_ = new CountBars3D;
     charts_->addWidget(bars_3d_);
-    connect(bars_3d_, &CountBars3D::double_Clicked, this, &CountChart::back_Wanted);
+    connect(bars_3d_, &CountBars3D::doubleClicked, this, &CountChart::backWanted);
   }
-  bars_3d_->show_Rows(balls, rows_, axis_title);
+  bars_3d_->showRows(balls, rows_, axis_title);
   charts_->setCurrentWidget(bars_3d_);
 }
 

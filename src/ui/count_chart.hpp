@@ -22,23 +22,23 @@ class CountChart : public QWidget {
  public:
   explicit CountChart(Session& session, QWidget* parent = nullptr);
 
-  // The view comes to the front for reds or blues (`cmm_Cstj`), counted anew.
+  // The view comes to the front for reds or blues (`cmmCstj`), counted anew.
   void open(BallColour balls);
   // Counts the chosen balls in the chosen span and shows that.
   void showCounts();
   // Offers the stored periods, the newest ten draws chosen; a chart in front is counted anew, any other one when
   // it is opened.
-  void load_Periods();
+  void loadPeriods();
 
  Q_SIGNALS:
-  // The person goes back to the condition panels: `cmm_Qiehuan`, or a double click on the chart.
-  void back_Wanted();
+  // The person goes back to the condition panels: `cmmQiehuan`, or a double click on the chart.
+  void backWanted();
 
  private:
-  void make_Strip();
-  [[nodiscard]] QComboBox* make_PeriodList(int index);
-  void check_OpenGl();
-  void show_Rows();
+  void makeStrip();
+  [[nodiscard]] QComboBox* makePeriodList(int index);
+  void checkOpenGl();
+  void showRows();
 
   Session& session_;
   ChartPeriods periods_;

@@ -10,7 +10,7 @@
 namespace lotmere::ui {
 
 // The column of a dialog, with the usual room around it.
-[[nodiscard]] inline QVBoxLayout* make_DialogLayout(QDialog* dialog) {
+[[nodiscard]] inline QVBoxLayout* makeDialogLayout(QDialog* dialog) {
   auto* layout = new QVBoxLayout(dialog);
   layout->setContentsMargins(22, 20, 22, 18);
   layout->setSpacing(14);
@@ -19,8 +19,8 @@ namespace lotmere::ui {
 
 // A button of a dialog; Enter presses the default one.
 enum class IsDefault { no, yes };
-[[nodiscard]] inline QPushButton* make_DialogButton(const char* name, const QString& text,
-                                                    IsDefault is_default = IsDefault::no) {
+[[nodiscard]] inline QPushButton* makeDialogButton(const char* name, const QString& text,
+                                                   IsDefault is_default = IsDefault::no) {
   auto* button = new QPushButton(text);
   button->setObjectName(QString::fromUtf8(name));
   button->setAutoDefault(is_default == IsDefault::yes);
@@ -29,7 +29,7 @@ enum class IsDefault { no, yes };
 }
 
 // A row of buttons at the foot, at its right end.
-[[nodiscard]] inline QHBoxLayout* make_DialogFoot(std::initializer_list<QPushButton*> buttons) {
+[[nodiscard]] inline QHBoxLayout* makeDialogFoot(std::initializer_list<QPushButton*> buttons) {
   auto* foot = new QHBoxLayout;
   foot->addStretch();
   for (QPushButton* button : buttons) foot->addWidget(button);

@@ -16,11 +16,11 @@ constexpr int kNarrowest = 22;  // a number column, with room for a two-digit ca
 constexpr int kWidest = 34;
 constexpr int kPeriodPadding = 16;
 
-bool is_Blue(int column) { return column > kRedCount; }
+bool isBlue(int column) { return column > kRedCount; }
 
-int number_Of(int column) { return is_Blue(column) ? column - kRedCount : column; }
+int numberOf(int column) { return isBlue(column) ? column - kRedCount : column; }
 
-QString two_Digits(int number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); }
+QString twoDigits(int number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); }
 
 // Balls, and a line between the reds and the blues.
 class CellDelegate : public BallDelegate {
@@ -36,7 +36,7 @@ class CellDelegate : public BallDelegate {
 
 }  // namespace
 
-void DistributionModel::set_Rows(std::vector<DistributionRow> rows) {
+void DistributionModel::setRows(std::vector<DistributionRow> rows) {
   beginResetModel();
   rows_ = std::move(rows);
   endResetModel();
@@ -60,12 +60,12 @@ QVariant DistributionModel::data(const QModelIndex& index, int role) const {
   }
   switch (role) {
     case Qt::DisplayRole:
-      return row.drawn[column - 1] ? two_Digits(number_Of(column)) : QVariant();
+      return row.drawn[column - 1] ? twoDigits(numberOf(column)) : QVariant();
     case kBallRole:
       if (!row.drawn[column - 1]) return {};
-      return static_cast<int>(is_Blue(column) ? BallFace::blue : BallFace::red);
+      return static_cast<int>(isBlue(column) ? BallFace::blue : BallFace::red);
     case Qt::ForegroundRole:
-      return is_Blue(column) ? QVariant(colours().blue_text) : QVariant();
+      return isBlue(column) ? QVariant(colours().blue_text) : QVariant();
     case Qt::TextAlignmentRole:
       return static_cast<int>(Qt::AlignCenter);
     default:
@@ -75,9 +75,9 @@ QVariant DistributionModel::data(const QModelIndex& index, int role) const {
 
 QVariant DistributionModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= kDistributionColumns) return {};
-  if (role == Qt::DisplayRole) return section == 0 ? QStringLiteral("期号") : two_Digits(number_Of(section));
+  if (role == Qt::DisplayRole) return section == 0 ? QStringLiteral("期号") : twoDigits(numberOf(section));
   if (role == Qt::ForegroundRole && section > 0)
-    return is_Blue(section) ? colours().blue_text : colours().red_text;
+    return isBlue(section) ? colours().blue_text : colours().red_text;
   return {};
 }
 
@@ -92,20 +92,20 @@ DistributionGrid::DistributionGrid(QWidget* parent) : EndTable(parent) {
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 }
 
-void DistributionGrid::show_Rows(std::vector<DistributionRow> rows) {
-  model_.set_Rows(std::move(rows));
-  fit_Columns();
+void DistributionGrid::showRows(std::vector<DistributionRow> rows) {
+  model_.setRows(std::move(rows));
+  fitColumns();
   selectionModel()->setCurrentIndex(model_.index(model_.rowCount() - 1, 0), QItemSelectionModel::NoUpdate);
-  show_End();
+  showEnd();
 }
 
 void DistributionGrid::resizeEvent(QResizeEvent* event) {
-  fit_Columns();
+  fitColumns();
   EndTable::resizeEvent(event);
 }
 
 // As wide as the window allows, so that the balls grow with it.
-void DistributionGrid::fit_Columns() {
+void DistributionGrid::fitColumns() {
   const int period = fontMetrics().horizontalAdvance(QStringLiteral("2000000")) + kPeriodPadding;
   const int width = std::clamp((viewport()->width() - period) / kCodeCount, kNarrowest, kWidest);
   setColumnWidth(0, period);

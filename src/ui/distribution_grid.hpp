@@ -16,7 +16,7 @@ class DistributionModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void set_Rows(std::vector<DistributionRow> rows);
+  void setRows(std::vector<DistributionRow> rows);
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -34,13 +34,13 @@ class DistributionGrid : public EndTable {
   explicit DistributionGrid(QWidget* parent = nullptr);
 
   // Shows these draws, the last one in sight. It stays there when the window changes its size.
-  void show_Rows(std::vector<DistributionRow> rows);
+  void showRows(std::vector<DistributionRow> rows);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void fit_Columns();
+  void fitColumns();
 
   DistributionModel model_;
 };

@@ -16,13 +16,13 @@ class EndWatch : public QObject {
   EndWatch() : notifier_(pipe_.descriptor(), QSocketNotifier::Read) {
     connect(&notifier_, &QSocketNotifier::activated, this, [this] {
       pipe_.drain();
-      Q_EMIT end_Asked();
+      Q_EMIT endAsked();
     });
   }
 
  Q_SIGNALS:
   // By Ctrl-C, SIGTERM or SIGHUP; out of the event loop, not inside the signal's handler.
-  void end_Asked();
+  void endAsked();
 
  private:
   EndSignalPipe pipe_;

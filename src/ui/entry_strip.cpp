@@ -46,13 +46,13 @@ class DigitBox : public QLineEdit {
   bool clicked_In_ = false;
 };
 
-QDate to_Qt(Date date) {
+QDate toQt(Date date) {
   const std::chrono::year_month_day day(date);
   return {static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
           static_cast<int>(static_cast<unsigned>(day.day()))};
 }
 
-Date from_Qt(QDate date) {
+Date fromQt(QDate date) {
   return std::chrono::year(date.year()) / date.month() / static_cast<unsigned>(date.day());
 }
 
@@ -69,15 +69,15 @@ EntryStrip::EntryStrip(Session& session, QWidget* parent) : QWidget(parent), ses
   date_->setAccessibleName(QStringLiteral("开奖日期"));
   connect(date_, &QDateEdit::dateChanged, this, [this] { session_.entry_date = date(); });
   session_.entry_date = date();
-  make_Boxes();
+  makeBoxes();
   place();
-  colour_Numbers();
-  follow_Jobs();
+  colourNumbers();
+  followJobs();
   timer_.setObjectName(QStringLiteral("TimerHuadong"));
-  connect(&timer_, &QTimer::timeout, this, &EntryStrip::slide_On);
+  connect(&timer_, &QTimer::timeout, this, &EntryStrip::slideOn);
 }
 
-void EntryStrip::make_Boxes() {
+void EntryStrip::makeBoxes() {
   const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
   for (int i = 0; i <= kBlueBox; ++i) {
     const int digits = i == 0 ? 7 : 2;
@@ -123,12 +123,12 @@ void EntryStrip::place() {
   outer->addStretch();
 }
 
-void EntryStrip::add_Button(QWidget* button) {
+void EntryStrip::addButton(QWidget* button) {
   auto* outer = static_cast<QHBoxLayout*>(layout());
   outer->insertWidget(outer->count() - 1, button);
 }
 
-void EntryStrip::colour_Numbers() {
+void EntryStrip::colourNumbers() {
   for (int i = 1; i <= kBlueBox; ++i) {
     QPalette palette = QApplication::palette();
     palette.setColor(QPalette::Active, QPalette::Text,
@@ -143,16 +143,16 @@ void EntryStrip::colour_Numbers() {
 
 void EntryStrip::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::StyleChange && boxes_.back() != nullptr) colour_Numbers();
+  if (event->type() == QEvent::StyleChange && boxes_.back() != nullptr) colourNumbers();
 }
 
-void EntryStrip::follow_Jobs() {
-  connect(&session_.desk, &WindowDesk::job_Begun, this, [this] {
+void EntryStrip::followJobs() {
+  connect(&session_.desk, &WindowDesk::jobBegun, this, [this] {
     focused_ = QApplication::focusWidget();
     if (focused_ != nullptr && !isAncestorOf(focused_)) focused_ = nullptr;
     setEnabled(false);
   });
-  connect(&session_.desk, &WindowDesk::job_Ended, this, [this] {
+  connect(&session_.desk, &WindowDesk::jobEnded, this, [this] {
     setEnabled(true);
     if (focused_ != nullptr) focused_->setFocus();
   });
@@ -164,41 +164,41 @@ DrawEntry EntryStrip::entry() const {
   return entry;
 }
 
-Date EntryStrip::date() const { return from_Qt(date_->date()); }
+Date EntryStrip::date() const { return fromQt(date_->date()); }
 
-void EntryStrip::set_Date(Date date) { date_->setDate(to_Qt(date)); }
+void EntryStrip::setDate(Date date) { date_->setDate(toQt(date)); }
 
-void EntryStrip::set_Period(PeriodNo period) { boxes_[0]->setText(QString::number(period)); }
+void EntryStrip::setPeriod(PeriodNo period) { boxes_[0]->setText(QString::number(period)); }
 
-void EntryStrip::show_Counted(const std::vector<int>& reds) {
+void EntryStrip::showCounted(const std::vector<int>& reds) {
   const int count = static_cast<int>(reds.size());
   for (int i = 0; i < kRedsPerTicket; ++i) {
     QLineEdit* box = boxes_[1 + i];
     if (i < count)
       box->setText(QString::number(reds[i]));
-    else if (std::ranges::count(reds, leading_Number(utf8(box->text()))) > 0)
+    else if (std::ranges::count(reds, leadingNumber(utf8(box->text()))) > 0)
       box->clear();
   }
 }
 
-void EntryStrip::clear_Numbers() {
+void EntryStrip::clearNumbers() {
   for (int i = 1; i <= kBlueBox; ++i) boxes_[i]->clear();
 }
 
-void EntryStrip::focus_Number(int box) { boxes_[box]->setFocus(Qt::TabFocusReason); }
+void EntryStrip::focusNumber(int box) { boxes_[box]->setFocus(Qt::TabFocusReason); }
 
 void EntryStrip::slide() {
   frame_->move(kSlideFrom, frame_->y());
   timer_.start(kSlideEvery);
 }
 
-void EntryStrip::slide_On() {
+void EntryStrip::slideOn() {
   if (frame_->x() < 0) {
     frame_->move(std::min(0, frame_->x() + kSlideStep), frame_->y());
     return;
   }
   timer_.stop();
-  session_.commands.runner().run([this] { set_Period(session_.next_Period()); });
+  session_.commands.runner().run([this] { setPeriod(session_.nextPeriod()); });
 }
 
 }  // namespace lotmere::ui

@@ -24,19 +24,19 @@ class EntryStrip : public QWidget {
   explicit EntryStrip(Session& session, QWidget* parent = nullptr);
 
   // Puts a button behind the boxes.
-  void add_Button(QWidget* button);
+  void addButton(QWidget* button);
 
   [[nodiscard]] DrawEntry entry() const;
   [[nodiscard]] Date date() const;
-  void set_Date(Date date);
-  void set_Period(PeriodNo period);
+  void setDate(Date date);
+  void setPeriod(PeriodNo period);
   // Shows the reds that were read in the first boxes. What a box behind them holds stays to be corrected,
   // unless it is one of these reds.
-  void show_Counted(const std::vector<int>& reds);
+  void showCounted(const std::vector<int>& reds);
   // Empties the boxes of the numbers.
-  void clear_Numbers();
+  void clearNumbers();
   // 0 for the period, 1 to 6 for the reds, 7 for the blue.
-  void focus_Number(int box);
+  void focusNumber(int box);
   // The frame comes in from the left, to show that it wants another look; then the period is proposed anew.
   void slide();
 
@@ -49,10 +49,10 @@ class EntryStrip : public QWidget {
 
  private:
   void place();
-  void make_Boxes();
-  void colour_Numbers();
-  void follow_Jobs();
-  void slide_On();
+  void makeBoxes();
+  void colourNumbers();
+  void followJobs();
+  void slideOn();
 
   Session& session_;
   QWidget* frame_;

@@ -31,13 +31,13 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   grid->addLayout(boxes, 0, 1);
   grid->addWidget(new QLabel(QStringLiteral("导出格式：")), 1, 0);
   grid->addWidget(format_, 1, 1);
-  auto* ok = make_DialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
-  auto* cancel = make_DialogButton("cmm_Cancel", QStringLiteral("取消"));
+  auto* ok = makeDialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cmm_Cancel", QStringLiteral("取消"));
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-  auto* layout = make_DialogLayout(this);
+  auto* layout = makeDialogLayout(this);
   layout->addLayout(grid);
-  layout->addLayout(make_DialogFoot({ok, cancel}));
+  layout->addLayout(makeDialogFoot({ok, cancel}));
 }
 
 ExportSwitches ExportDialog::switches() const {

@@ -15,16 +15,16 @@ constexpr int kCaptionMargin = 6;  // above and below a caption
 FilterHeader::FilterHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
   setHighlightSections(false);
   setDefaultAlignment(Qt::AlignCenter);
-  connect(this, &QHeaderView::sectionResized, this, &FilterHeader::place_Boxes);
+  connect(this, &QHeaderView::sectionResized, this, &FilterHeader::placeBoxes);
 }
 
-void FilterHeader::set_Boxes(int first, int last) {
+void FilterHeader::setBoxes(int first, int last) {
   first_ = first;
   last_ = last;
   updateGeometries();
 }
 
-int FilterHeader::row_Height() const { return last_ < first_ ? 0 : fontMetrics().height() + 8 + 2 * kGap; }
+int FilterHeader::rowHeight() const { return last_ < first_ ? 0 : fontMetrics().height() + 8 + 2 * kGap; }
 
 QLineEdit* FilterHeader::box(int column) {
   QLineEdit*& box = boxes_[column];
@@ -48,11 +48,11 @@ QString FilterHeader::filter(int column) const {
   return box == nullptr ? QString() : box->text();
 }
 
-void FilterHeader::clear_Filters() {
+void FilterHeader::clearFilters() {
   for (QLineEdit* box : boxes_) box->clear();
 }
 
-bool FilterHeader::focus_Filter(int column) {
+bool FilterHeader::focusFilter(int column) {
   if (column < first_ || column > last_ || isSectionHidden(column)) return false;
   Q_EMIT entered(column);
   QLineEdit* field = box(column);
@@ -64,16 +64,16 @@ bool FilterHeader::focus_Filter(int column) {
 
 QSize FilterHeader::sizeHint() const {
   // Not the base's answer: it measures the caption of every column, at every change of one.
-  return {0, fontMetrics().height() + 2 * kCaptionMargin + row_Height()};
+  return {0, fontMetrics().height() + 2 * kCaptionMargin + rowHeight()};
 }
 
 void FilterHeader::updateGeometries() {
-  setViewportMargins(0, 0, 0, row_Height());
+  setViewportMargins(0, 0, 0, rowHeight());
   QHeaderView::updateGeometries();
-  place_Boxes();
+  placeBoxes();
 }
 
-void FilterHeader::place_Boxes() {
+void FilterHeader::placeBoxes() {
   if (!isVisible()) return;
   for (int column = first_; column <= std::min(last_, count() - 1); ++column) {
     const int left = sectionViewportPosition(column);
@@ -81,7 +81,7 @@ void FilterHeader::place_Boxes() {
     const bool there = !isSectionHidden(column) && left + width > 0 && left < viewport()->width();
     if (there) {
       QLineEdit* field = box(column);
-      field->setGeometry(left + kGap, viewport()->height() + kGap, width - 2 * kGap, row_Height() - 2 * kGap);
+      field->setGeometry(left + kGap, viewport()->height() + kGap, width - 2 * kGap, rowHeight() - 2 * kGap);
       field->show();
     } else if (QLineEdit* field = boxes_.value(column)) {
       field->hide();
@@ -91,12 +91,12 @@ void FilterHeader::place_Boxes() {
 
 void FilterHeader::showEvent(QShowEvent* event) {
   QHeaderView::showEvent(event);
-  place_Boxes();
+  placeBoxes();
 }
 
 void FilterHeader::resizeEvent(QResizeEvent* event) {
   QHeaderView::resizeEvent(event);
-  place_Boxes();
+  placeBoxes();
 }
 
 bool FilterHeader::eventFilter(QObject* watched, QEvent* event) {
@@ -121,8 +121,8 @@ bool FilterHeader::press(int column, int key) {
     case Qt::Key_Backtab: {
       const int step = key == Qt::Key_Tab ? 1 : -1;
       for (int next = column + step; next >= first_ && next <= last_; next += step)
-        if (focus_Filter(next)) return true;
-      Q_EMIT passed_End(step);
+        if (focusFilter(next)) return true;
+      Q_EMIT passedEnd(step);
       return true;
     }
     default:

@@ -16,23 +16,23 @@ class FilterHeader : public QHeaderView {
 
   // Gives each column from `first` to `last` a box, named FilterText_<column>, which is made once its column comes
   // into sight. Hidden columns have none.
-  void set_Boxes(int first, int last);
+  void setBoxes(int first, int last);
   // What stands in the box of a column; empty for a column without one.
   [[nodiscard]] QString filter(int column) const;
   // Empties the boxes without a signal.
-  void clear_Filters();
+  void clearFilters();
   // False for a column without a box, or a hidden one.
-  bool focus_Filter(int column);
+  bool focusFilter(int column);
 
   [[nodiscard]] QSize sizeHint() const override;
-  void place_Boxes();
+  void placeBoxes();
 
  Q_SIGNALS:
   void edited();
-  void submitted();           // Enter
-  void left();                // Esc or the arrow down
-  void entered(int column);   // the box has the focus, so its column should be in sight
-  void passed_End(int step);  // Tab behind the last box (1) or before the first one (-1)
+  void submitted();          // Enter
+  void left();               // Esc or the arrow down
+  void entered(int column);  // the box has the focus, so its column should be in sight
+  void passedEnd(int step);  // Tab behind the last box (1) or before the first one (-1)
 
  protected:
   void updateGeometries() override;
@@ -42,7 +42,7 @@ class FilterHeader : public QHeaderView {
 
  private:
   [[nodiscard]] QLineEdit* box(int column);
-  [[nodiscard]] int row_Height() const;
+  [[nodiscard]] int rowHeight() const;
   bool press(int column, int key);
 
   int first_ = 0;

@@ -10,8 +10,8 @@ namespace lotmere::ui {
 FirstRunDialog::FirstRunDialog(QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("frmFirstrun"));
   setWindowTitle(QStringLiteral("设置用户模式"));
-  auto* layout = make_DialogLayout(this);
-  layout->addWidget(new QLabel(shown(user_ModeText())));
+  auto* layout = makeDialogLayout(this);
+  layout->addWidget(new QLabel(shown(userModeText())));
   const std::pair<UserMode, const char*> options[] = {{UserMode::single, "单用户模式(&1)"},
                                                       {UserMode::multi, "多用户模式(&2)"}};
   for (const auto& [mode, caption] : options) {
@@ -23,11 +23,11 @@ FirstRunDialog::FirstRunDialog(QWidget* parent) : QDialog(parent) {
     });
     layout->addWidget(option);
   }
-  auto* ok = make_DialogButton("cmdOK", QStringLiteral("下一步"), IsDefault::yes);
-  auto* end = make_DialogButton("cmd_End", QStringLiteral("退出系统"));
+  auto* ok = makeDialogButton("cmdOK", QStringLiteral("下一步"), IsDefault::yes);
+  auto* end = makeDialogButton("cmd_End", QStringLiteral("退出系统"));
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   connect(end, &QPushButton::clicked, this, &QDialog::reject);
-  layout->addLayout(make_DialogFoot({ok, end}));
+  layout->addLayout(makeDialogFoot({ok, end}));
 }
 
 }  // namespace lotmere::ui

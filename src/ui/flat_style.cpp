@@ -9,7 +9,7 @@
 namespace lotmere::ui {
 namespace {
 
-void draw_Mark(const QStyleOption& option, QPainter& painter, bool round) {
+void drawMark(const QStyleOption& option, QPainter& painter, bool round) {
   const bool on = option.state.testFlag(QStyle::State_On);
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
   const QPalette& palette = option.palette;
@@ -53,9 +53,9 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   switch (element) {
     case PE_IndicatorCheckBox:
     case PE_IndicatorItemViewItemCheck:
-      return draw_Mark(*option, *painter, false);
+      return drawMark(*option, *painter, false);
     case PE_IndicatorRadioButton:
-      return draw_Mark(*option, *painter, true);
+      return drawMark(*option, *painter, true);
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
   }

@@ -20,22 +20,22 @@ class Pane : public EndTable {
     auto* head = new FilterHeader(this);
     setHorizontalHeader(head);
     setModel(&model);
-    head->set_Boxes(first, last);
+    head->setBoxes(first, last);
     for (int column = 0; column < model.columnCount(); ++column)
       if (column < first || column > last) setColumnHidden(column, true);
     verticalHeader()->setDefaultSectionSize(kRowHeight);
     setItemDelegate(new BallDelegate(this));
   }
 
-  void set_Neighbour(Pane* neighbour) { neighbour_ = neighbour; }
+  void setNeighbour(Pane* neighbour) { neighbour_ = neighbour; }
 
  protected:
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override {
     const int column = currentIndex().column();
-    if (action == MoveRight && column >= shown_From(last_, -1) && neighbour_->first_ > last_)
-      return go_On(neighbour_->shown_From(neighbour_->first_, 1));
-    if (action == MoveLeft && column <= shown_From(first_, 1) && neighbour_->last_ < first_)
-      return go_On(neighbour_->shown_From(neighbour_->last_, -1));
+    if (action == MoveRight && column >= shownFrom(last_, -1) && neighbour_->first_ > last_)
+      return goOn(neighbour_->shownFrom(neighbour_->first_, 1));
+    if (action == MoveLeft && column <= shownFrom(first_, 1) && neighbour_->last_ < first_)
+      return goOn(neighbour_->shownFrom(neighbour_->last_, -1));
     return EndTable::moveCursor(action, modifiers);
   }
 
@@ -43,20 +43,20 @@ class Pane : public EndTable {
   void focusInEvent(QFocusEvent* event) override {
     const QModelIndex current = currentIndex();
     if (current.isValid() && (current.column() < first_ || current.column() > last_))
-      selectionModel()->setCurrentIndex(current.siblingAtColumn(shown_From(first_, 1)),
+      selectionModel()->setCurrentIndex(current.siblingAtColumn(shownFrom(first_, 1)),
                                         QItemSelectionModel::NoUpdate);
     EndTable::focusInEvent(event);
   }
 
  private:
-  QModelIndex go_On(int column) {
+  QModelIndex goOn(int column) {
     const QModelIndex next = currentIndex().siblingAtColumn(column);
     neighbour_->setFocus(Qt::OtherFocusReason);
     return next;
   }
 
   // The first column from `column` on that isn't hidden.
-  [[nodiscard]] int shown_From(int column, int step) const {
+  [[nodiscard]] int shownFrom(int column, int step) const {
     while (isColumnHidden(column) && column > first_ && column < last_) column += step;
     return column;
   }
@@ -72,8 +72,8 @@ FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
     : QFrame(parent), model_(model), frozen_(frozen) {
   auto* left = new Pane(model, 0, frozen - 1, this);
   auto* right = new Pane(model, frozen, model.columnCount() - 1, this);
-  left->set_Neighbour(right);
-  right->set_Neighbour(left);
+  left->setNeighbour(right);
+  right->setNeighbour(left);
   left_ = left;
   right_ = right;
   left_head_ = static_cast<FilterHeader*>(left->horizontalHeader());
@@ -96,42 +96,42 @@ FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
   beside->addSpacing(right_->horizontalScrollBar()->sizeHint().height());
   layout->addLayout(beside);
   layout->addWidget(right_, 1);
-  share_Scrolling();
-  connect_Filters(left_head_, right_head_, left_);
-  connect_Filters(right_head_, left_head_, right_);
-  connect(left_head_, &QHeaderView::sectionResized, this, &FrozenGrid::fit_Left);
+  shareScrolling();
+  connectFilters(left_head_, right_head_, left_);
+  connectFilters(right_head_, left_head_, right_);
+  connect(left_head_, &QHeaderView::sectionResized, this, &FrozenGrid::fitLeft);
 }
 
 // The right pane leads. The left one has a range of its own that changes a moment earlier or later: what it
 // holds in between is nobody's wish.
-void FrozenGrid::share_Scrolling() {
+void FrozenGrid::shareScrolling() {
   left_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   left_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   right_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   const QScrollBar* left = left_->verticalScrollBar();
   QScrollBar* right = right_->verticalScrollBar();
-  connect(right, &QScrollBar::rangeChanged, this, &FrozenGrid::sync_Left);
-  connect(right, &QScrollBar::valueChanged, this, &FrozenGrid::sync_Left);
-  connect(left, &QScrollBar::rangeChanged, this, &FrozenGrid::sync_Left);
+  connect(right, &QScrollBar::rangeChanged, this, &FrozenGrid::syncLeft);
+  connect(right, &QScrollBar::valueChanged, this, &FrozenGrid::syncLeft);
+  connect(left, &QScrollBar::rangeChanged, this, &FrozenGrid::syncLeft);
   connect(left, &QScrollBar::valueChanged, this, [this, left, right](int value) {
     if (!syncing_ && left->maximum() == right->maximum()) right->setValue(value);
   });
 }
 
-void FrozenGrid::sync_Left() {
+void FrozenGrid::syncLeft() {
   syncing_ = true;
   left_->verticalScrollBar()->setValue(right_->verticalScrollBar()->value());
   syncing_ = false;
 }
 
-void FrozenGrid::connect_Filters(FilterHeader* header, FilterHeader* other, EndTable* pane) {
-  connect(pane->horizontalScrollBar(), &QScrollBar::valueChanged, header, &FilterHeader::place_Boxes);
-  connect(header, &FilterHeader::edited, this, &FrozenGrid::filter_Edited);
-  connect(header, &FilterHeader::submitted, this, &FrozenGrid::filter_Submitted);
+void FrozenGrid::connectFilters(FilterHeader* header, FilterHeader* other, EndTable* pane) {
+  connect(pane->horizontalScrollBar(), &QScrollBar::valueChanged, header, &FilterHeader::placeBoxes);
+  connect(header, &FilterHeader::edited, this, &FrozenGrid::filterEdited);
+  connect(header, &FilterHeader::submitted, this, &FrozenGrid::filterSubmitted);
   connect(header, &FilterHeader::left, pane, [pane] { pane->setFocus(); });
-  connect(header, &FilterHeader::passed_End, this, [this, pane, other](int step) {
+  connect(header, &FilterHeader::passedEnd, this, [this, pane, other](int step) {
     const bool on = (step > 0) == (pane == left_);
-    if (!on || !other->focus_Filter(step > 0 ? frozen_ : frozen_ - 1)) pane->setFocus();
+    if (!on || !other->focusFilter(step > 0 ? frozen_ : frozen_ - 1)) pane->setFocus();
   });
   connect(header, &FilterHeader::entered, this, [pane, header](int column) {
     QScrollBar* bar = pane->horizontalScrollBar();
@@ -141,38 +141,38 @@ void FrozenGrid::connect_Filters(FilterHeader* header, FilterHeader* other, EndT
   });
 }
 
-void FrozenGrid::fit_Left() { left_->setFixedWidth(left_head_->length() + 2); }
+void FrozenGrid::fitLeft() { left_->setFixedWidth(left_head_->length() + 2); }
 
-void FrozenGrid::set_ColumnWidth(int column, int width) {
+void FrozenGrid::setColumnWidth(int column, int width) {
   (column < frozen_ ? left_ : right_)->setColumnWidth(column, width);
 }
 
-void FrozenGrid::hide_Column(int column) {
+void FrozenGrid::hideColumn(int column) {
   (column < frozen_ ? left_ : right_)->setColumnHidden(column, true);
 }
 
-int FrozenGrid::current_Column() const { return std::max(0, left_->currentIndex().column()); }
+int FrozenGrid::currentColumn() const { return std::max(0, left_->currentIndex().column()); }
 
-void FrozenGrid::show_End(int column) {
+void FrozenGrid::showEnd(int column) {
   left_->selectionModel()->setCurrentIndex(model_.index(model_.rowCount() - 1, column),
                                            QItemSelectionModel::NoUpdate);
-  right_->show_End();
-  left_->show_End();
-  sync_Left();
+  right_->showEnd();
+  left_->showEnd();
+  syncLeft();
 }
 
 QString FrozenGrid::filter(int column) const {
   return (column < frozen_ ? left_head_ : right_head_)->filter(column);
 }
 
-void FrozenGrid::clear_Filters() {
-  left_head_->clear_Filters();
-  right_head_->clear_Filters();
+void FrozenGrid::clearFilters() {
+  left_head_->clearFilters();
+  right_head_->clearFilters();
 }
 
-void FrozenGrid::focus_Filter() {
-  const int column = current_Column();
-  if (!left_head_->focus_Filter(column) && !right_head_->focus_Filter(column)) left_head_->focus_Filter(0);
+void FrozenGrid::focusFilter() {
+  const int column = currentColumn();
+  if (!left_head_->focusFilter(column) && !right_head_->focusFilter(column)) left_head_->focusFilter(0);
 }
 
 }  // namespace lotmere::ui

@@ -20,29 +20,29 @@ class FrozenGrid : public QFrame {
   [[nodiscard]] EndTable& left() const { return *left_; }
   [[nodiscard]] EndTable& right() const { return *right_; }
 
-  void set_ColumnWidth(int column, int width);
-  void hide_Column(int column);
+  void setColumnWidth(int column, int width);
+  void hideColumn(int column);
 
   // The column of the current cell; 0 with none.
-  [[nodiscard]] int current_Column() const;
+  [[nodiscard]] int currentColumn() const;
   // Puts the last row in sight, its cell in `column` being the current one. The end stays in sight when the
   // window changes its size.
-  void show_End(int column);
+  void showEnd(int column);
 
   [[nodiscard]] QString filter(int column) const;
-  void clear_Filters();
+  void clearFilters();
   // The box of the current column, or the first one.
-  void focus_Filter();
+  void focusFilter();
 
  Q_SIGNALS:
-  void filter_Edited();
-  void filter_Submitted();
+  void filterEdited();
+  void filterSubmitted();
 
  private:
-  void share_Scrolling();
-  void connect_Filters(FilterHeader* header, FilterHeader* other, EndTable* pane);
-  void fit_Left();
-  void sync_Left();
+  void shareScrolling();
+  void connectFilters(FilterHeader* header, FilterHeader* other, EndTable* pane);
+  void fitLeft();
+  void syncLeft();
 
   QAbstractItemModel& model_;
   int frozen_;

@@ -21,7 +21,7 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
       counts_(new PanelBox(QStringLiteral("List_ZDYset"), QStringLiteral("Check_Zdy"))),
       all_(new QListView) {
   tabs_->setObjectName(QStringLiteral("TabStrip_ZDYchose"));
-  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(conditionOfUsage(usage_OfGroup(g)).name));
+  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(conditionOfUsage(usageOfGroup(g)).name));
   tabs_->setUsesScrollButtons(true);
   tabs_->setExpanding(false);
   all_->setObjectName(QStringLiteral("List_ZDY"));
@@ -37,33 +37,33 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->addWidget(tabs_);
-  layout->addWidget(make_Editor());
+  layout->addWidget(makeEditor());
   layout->addLayout(foot, 1);
-  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { open_Group(index + 1); });
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { openGroup(index + 1); });
   connect(all_, &QListView::clicked, this,
           [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
-  connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
-    if (!clicks_.change([&] { click_GroupNumber(session_.store, group_, number); }, [this] { load(); }))
-      numbers_->take_Back(number);
+  connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
+    if (!clicks_.change([&] { clickGroupNumber(session_.store, group_, number); }, [this] { load(); }))
+      numbers_->takeBack(number);
   });
-  connect(counts_, &PanelBox::box_Clicked, this, [this](bool on) {
-    if (!clicks_.change([&] { set_Usage(session_.store, usage_OfGroup(group_), on); }, [this] { load(); }))
-      counts_->take_BoxBack();
+  connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
+    if (!clicks_.change([&] { setUsage(session_.store, usageOfGroup(group_), on); }, [this] { load(); }))
+      counts_->takeBoxBack();
   });
-  connect(counts_, &PanelBox::item_Clicked, this, [this](int k, bool selected) {
+  connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
     BoxState box{};
     const auto write = [&] {
-      box = click_LeadingItem(session_.store, conditionOfUsage(usage_OfGroup(group_)), k, selected);
+      box = clickLeadingItem(session_.store, conditionOfUsage(usageOfGroup(group_)), k, selected);
     };
     const auto show = [&] {
       load();
-      counts_->show_Box(box);
+      counts_->showBox(box);
     };
-    if (!clicks_.change(write, show)) counts_->list().take_Back(k);
+    if (!clicks_.change(write, show)) counts_->list().takeBack(k);
   });
 }
 
-QWidget* GroupPageView::make_Editor() {
+QWidget* GroupPageView::makeEditor() {
   auto* editor = new QWidget;
   auto* row = new QHBoxLayout(editor);
   row->setContentsMargins(0, 0, 0, 0);
@@ -73,7 +73,7 @@ QWidget* GroupPageView::make_Editor() {
   for (int i = 0; i < 2; ++i) {
     auto* button = new QPushButton(QString::fromUtf8(captions[i]));
     button->setObjectName(QStringLiteral("cmm_EmptyZDY_%1").arg(i));
-    connect(button, &QPushButton::clicked, this, [this, i] { empty_Groups(i == 1); });
+    connect(button, &QPushButton::clicked, this, [this, i] { emptyGroups(i == 1); });
     buttons->addWidget(button);
   }
   buttons->addStretch();
@@ -86,33 +86,33 @@ QWidget* GroupPageView::make_Editor() {
 
 void GroupPageView::load() {
   QStringList lines;
-  for (const std::string& line : tj_FillGroups(session_.store)) lines.append(shown(line));
+  for (const std::string& line : groupLines(session_.store)) lines.append(shown(line));
   lines_.setStringList(lines);
-  show_Group(group_);
+  showGroup(group_);
 }
 
-void GroupPageView::open_Group(int group) {
-  session_.commands.runner().run([&] { show_Group(group); });
+void GroupPageView::openGroup(int group) {
+  session_.commands.runner().run([&] { showGroup(group); });
   // The strip goes on showing the group that the clicks are for.
   const QSignalBlocker quiet(tabs_);
   tabs_->setCurrentIndex(group_ - 1);
 }
 
-void GroupPageView::show_Group(int group) {
-  const GroupPage page = group_Page(session_.store, group);
+void GroupPageView::showGroup(int group) {
+  const GroupPage page = groupPage(session_.store, group);
   group_ = group;
-  numbers_->show_Members(page.members);
-  counts_->show_Panel(page.panel);
-  clicks_.set_Tip(*counts_, [this] { return conditionOfUsage(usage_OfGroup(group_)); });
+  numbers_->showMembers(page.members);
+  counts_->showPanel(page.panel);
+  clicks_.setTip(*counts_, [this] { return conditionOfUsage(usageOfGroup(group_)); });
   all_->setCurrentIndex(lines_.index(group - 1));
 }
 
-void GroupPageView::empty_Groups(bool all) {
+void GroupPageView::emptyGroups(bool all) {
   const auto write = [&] {
     if (all)
-      lotmere::empty_Groups(session_.store);
+      lotmere::emptyGroups(session_.store);
     else
-      set_Group(session_.store, group_, {});
+      setGroup(session_.store, group_, {});
   };
   clicks_.change(write, [&] {
     if (all) group_ = 1;

@@ -21,15 +21,15 @@ class GroupPageView : public QWidget {
   void load();
 
  private:
-  [[nodiscard]] QWidget* make_Editor();
-  void open_Group(int group);
-  void show_Group(int group);
-  void empty_Groups(bool all);
+  [[nodiscard]] QWidget* makeEditor();
+  void openGroup(int group);
+  void showGroup(int group);
+  void emptyGroups(bool all);
 
   Session& session_;
   ConditionClicks& clicks_;
   QTabBar* tabs_;        // TabStrip_ZDYchose
-  NumberGrid* numbers_;  // cmm_ZDY
+  NumberGrid* numbers_;  // cmmZDY
   PanelBox* counts_;     // List_ZDYset, Check_Zdy
   QListView* all_;       // List_ZDY
   QStringListModel lines_;

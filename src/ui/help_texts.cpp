@@ -2,7 +2,7 @@
 
 namespace lotmere::ui {
 
-QString steps_Text() {
+QString stepsText() {
   return QStringLiteral(
       "使用步骤：\n\n"
       "1. 保证历史数据正确、完整：在“历史数据”页下载或手工录入开奖记录。\n\n"
@@ -12,7 +12,7 @@ QString steps_Text() {
       "5. 点击“过滤缩水”，按条件过滤并缩水，余下的就是要投注的号码，可以导出到文件。");
 }
 
-QString rules_Text() {
+QString rulesText() {
   return QStringLiteral(
       "双色球游戏规则\n\n"
       "一、玩法\n\n"
@@ -30,7 +30,7 @@ QString rules_Text() {
       "红球胆码最多5个，胆码与拖码合计不少于6个；蓝球胆码最多1个，设了蓝球胆码就不需要蓝球拖码。\n");
 }
 
-QString division_Text() {
+QString divisionText() {
   return QStringLiteral(
       "怎样划分区间？\n\n"
       "先选择一个区间，再点击号码按钮，绿色的号码属于这个区间，再点一次就移出。\n\n"
@@ -41,7 +41,7 @@ QString division_Text() {
       "需要超过四个区间时，可以分两次过滤：过滤一次之后重新划分，再过滤一次；也可以使用“自定义区间”。");
 }
 
-QString definitions_Text() {
+QString definitionsText() {
   return QStringLiteral(
       "常用词的定义\n\n"
       "注：一组投注号码，6个红球加1个蓝球。\n\n"

@@ -19,12 +19,12 @@ constexpr int kBallColumnTwips = 510;
 constexpr int kPatternColumnTwips = 3400;
 constexpr int kCellPadding = 16;
 
-bool is_Number(int column) { return draw_Columns()[column].type == DrawColumnType::whole; }
+bool isNumber(int column) { return drawColumns()[column].type == DrawColumnType::whole; }
 
-int told_Twips(int column) {
-  if (HistoryModel::is_NumberOfDraw(column)) return kBallColumnTwips;
-  if (draw_Columns()[column].isPattern()) return kPatternColumnTwips;
-  const std::string& name = draw_Columns()[column].name;
+int toldTwips(int column) {
+  if (HistoryModel::isNumberOfDraw(column)) return kBallColumnTwips;
+  if (drawColumns()[column].isPattern()) return kPatternColumnTwips;
+  const std::string& name = drawColumns()[column].name;
   if (name == "期号") return 840;
   if (name == "开奖日期") return 1110;
   if (name == "连号") return 735;
@@ -32,14 +32,14 @@ int told_Twips(int column) {
 }
 
 // The longest text that a column of numbers or dates holds as a rule.
-QString sample_Text(int column) {
+QString sampleText(int column) {
   if (column == 0) return QStringLiteral("2000000");
-  return draw_Columns()[column].type == DrawColumnType::date ? QStringLiteral("2000-00-00") : QString();
+  return drawColumns()[column].type == DrawColumnType::date ? QStringLiteral("2000-00-00") : QString();
 }
 
 }  // namespace
 
-HistoryModel::HistoryModel(QObject* parent) : QAbstractTableModel(parent), fields_(draw_Columns().size()) {}
+HistoryModel::HistoryModel(QObject* parent) : QAbstractTableModel(parent), fields_(drawColumns().size()) {}
 
 int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& condition) {
   std::vector<Field> fields(fields_.size());
@@ -48,12 +48,12 @@ int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& c
     const PeriodNo period = row.number(0);
     if (period < range.from || period > range.to) return;
     for (int column = 0; column < columnCount(); ++column) {
-      if (!is_Number(column)) {
+      if (!isNumber(column)) {
         fields[column].texts.push_back(shown(row.text(column)));
         continue;
       }
-      const int last = !is_NumberOfDraw(column) ? 0 : column == kBlueColumn ? kBlueCount : kRedCount;
-      const int number = last > 0 ? row.number_UpTo(column, last) : row.number(column);
+      const int last = !isNumberOfDraw(column) ? 0 : column == kBlueColumn ? kBlueCount : kRedCount;
+      const int number = last > 0 ? row.numberUpTo(column, last) : row.number(column);
       fields[column].numbers.push_back(number == 0 && row.text(column).empty() ? kMissing : number);
     }
     ++rows;
@@ -72,15 +72,15 @@ int HistoryModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString HistoryModel::text(int row, int column) const {
-  if (!is_Number(column)) return fields_[column].texts[row];
+  if (!isNumber(column)) return fields_[column].texts[row];
   const int number = fields_[column].numbers[row];
   if (number == kMissing) return {};
-  return is_NumberOfDraw(column) ? QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'))
-                                 : QString::number(number);
+  return isNumberOfDraw(column) ? QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'))
+                                : QString::number(number);
 }
 
-QVariant HistoryModel::ball_Face(int row, int column) const {
-  if (!is_NumberOfDraw(column)) return {};
+QVariant HistoryModel::ballFace(int row, int column) const {
+  if (!isNumberOfDraw(column)) return {};
   const bool blue = column == kBlueColumn;
   const int number = fields_[column].numbers[row];
   if (number < 1) return {};
@@ -90,12 +90,12 @@ QVariant HistoryModel::ball_Face(int row, int column) const {
 QVariant HistoryModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
   const int column = index.column();
-  const bool number = is_NumberOfDraw(column);
+  const bool number = isNumberOfDraw(column);
   switch (role) {
     case Qt::DisplayRole:
       return text(index.row(), column);
     case kBallRole:
-      return ball_Face(index.row(), column);
+      return ballFace(index.row(), column);
     case Qt::BackgroundRole:
       return column < kFirstRedColumn ? QVariant(colours().identity) : QVariant();
     case Qt::ForegroundRole:
@@ -117,16 +117,16 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const {
 QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section < 0 || section >= columnCount())
     return {};
-  const std::string& name = draw_Columns()[section].name;
+  const std::string& name = drawColumns()[section].name;
   return name == "和值" ? QStringLiteral("总和值") : shown(name);
 }
 
-bool HistoryModel::is_WorkColumn(int column) { return draw_Columns()[column].is_work; }
+bool HistoryModel::isWorkColumn(int column) { return drawColumns()[column].is_work; }
 
-int HistoryModel::column_Width(int column, const QFontMetrics& metrics) const {
+int HistoryModel::columnWidth(int column, const QFontMetrics& metrics) const {
   const QString caption = headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-  const QString sample = sample_Text(column);
-  return std::max({told_Twips(column) / kTwipsPerPixel, metrics.horizontalAdvance(caption) + kCellPadding,
+  const QString sample = sampleText(column);
+  return std::max({toldTwips(column) / kTwipsPerPixel, metrics.horizontalAdvance(caption) + kCellPadding,
                    metrics.horizontalAdvance(sample) + kCellPadding});
 }
 

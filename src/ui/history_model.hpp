@@ -1,4 +1,4 @@
-// The draws of the history page, a row a draw and a column for each of draw_Columns().
+// The draws of the history page, a row a draw and a column for each of drawColumns().
 #pragma once
 
 #include <QAbstractTableModel>
@@ -31,13 +31,13 @@ class HistoryModel : public QAbstractTableModel {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   // The columns of the reds and the blue, which are shown as two digits.
-  [[nodiscard]] static bool is_NumberOfDraw(int column) {
+  [[nodiscard]] static bool isNumberOfDraw(int column) {
     return column >= kFirstRedColumn && column <= kBlueColumn;
   }
   // The columns that only the statistics use.
-  [[nodiscard]] static bool is_WorkColumn(int column);
+  [[nodiscard]] static bool isWorkColumn(int column);
   // In pixels, with room for the caption.
-  [[nodiscard]] int column_Width(int column, const QFontMetrics& metrics) const;
+  [[nodiscard]] int columnWidth(int column, const QFontMetrics& metrics) const;
 
  private:
   // The fields of one column: numbers or texts, whichever its kind is. A number that is missing is kMissing.
@@ -47,7 +47,7 @@ class HistoryModel : public QAbstractTableModel {
   };
 
   [[nodiscard]] QString text(int row, int column) const;
-  [[nodiscard]] QVariant ball_Face(int row, int column) const;
+  [[nodiscard]] QVariant ballFace(int row, int column) const;
 
   std::vector<Field> fields_;
   int rows_ = 0;

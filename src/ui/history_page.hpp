@@ -29,41 +29,41 @@ class HistoryPage : public QWidget {
   void refreshHistoryView();
 
   // Proposes the date and the period of the draw that comes next.
-  void load_Entry();
+  void loadEntry();
 
   // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
   void download();
 
   // Where a download shows its course; the page's own bar until this is called. `view` outlives the page.
-  void set_Progress(ProgressView& view) { download_View_ = &view; }
+  void setProgress(ProgressView& view) { download_View_ = &view; }
 
  Q_SIGNALS:
   // A command of the menu asks for this page to stand in front.
   void wanted();
   // Draws were added, replaced or removed.
-  void history_Changed();
+  void historyChanged();
 
  private:
-  void make_Commands();
-  void make_MenuCommands();
-  void make_Views();
-  void make_Options();
-  QLayout* place_Tools();
-  void follow_Runs();
+  void makeCommands();
+  void makeMenuCommands();
+  void makeViews();
+  void makeOptions();
+  QLayout* placeTools();
+  void followRuns();
 
-  [[nodiscard]] bool shows_Chart() const { return modes_->checkedId() == 1; }
-  void show_Mode(int mode);
-  void show_Span(int span);
+  [[nodiscard]] bool showsChart() const { return modes_->checkedId() == 1; }
+  void showMode(int mode);
+  void showSpan(int span);
   void fillHistoryGrid();
-  void show_Distribution();
+  void showDistribution();
 
-  void add_Draw();
-  void remove_Draw();
-  void prompt_Search();
+  void addDraw();
+  void removeDraw();
+  void promptSearch();
   void search();
-  void clear_Filter();
-  void export_History();
-  void query_Detail();
+  void clearFilter();
+  void exportHistory();
+  void queryDetail();
   // Opens with the desktop's program, or tells where it is in a line that starts with `elsewhere`.
   void open(const QUrl& url, const QString& elsewhere);
 

@@ -33,27 +33,27 @@ ImportDialog::ImportDialog(Session& session, QWidget* parent) : QDialog(parent),
   period_row->addStretch();
   auto* hint = new QLabel(QStringLiteral("文件格式要求：文件内各数之前必须用空格或逗号分开。"));
   hint->setObjectName(QStringLiteral("Label1_0"));
-  auto* ok = make_DialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
-  auto* cancel = make_DialogButton("cmm_Cancel", QStringLiteral("取消"));
+  auto* ok = makeDialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cmm_Cancel", QStringLiteral("取消"));
   auto* label = new QLabel(QStringLiteral("文件内容格式："));
   label->setObjectName(QStringLiteral("Label3"));
-  auto* layout = make_DialogLayout(this);
+  auto* layout = makeDialogLayout(this);
   layout->addWidget(label);
   layout->addLayout(options);
   layout->addLayout(period_row);
   layout->addWidget(hint);
-  layout->addLayout(make_DialogFoot({ok, cancel}));
+  layout->addLayout(makeDialogFoot({ok, cancel}));
   connect(&formats_, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
     if (id != static_cast<int>(ImportFormat::period_numbers)) return;
     period_label_->setEnabled(!checked);
     period_->setEnabled(!checked);
   });
-  connect(ok, &QPushButton::clicked, this, &ImportDialog::accept_Choice);
+  connect(ok, &QPushButton::clicked, this, &ImportDialog::acceptChoice);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-void ImportDialog::accept_Choice() {
-  choice_ = read_ImportChoice(desk_, formats_.checkedId(), utf8(period_->text()));
+void ImportDialog::acceptChoice() {
+  choice_ = readImportChoice(desk_, formats_.checkedId(), utf8(period_->text()));
   if (choice_) accept();
 }
 

@@ -22,7 +22,7 @@ class ImportDialog : public QDialog {
   [[nodiscard]] const std::optional<ImportChoice>& choice() const { return choice_; }
 
  private:
-  void accept_Choice();
+  void acceptChoice();
 
   WindowDesk& desk_;
   QButtonGroup formats_;

@@ -22,7 +22,7 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
   auto* options = new QHBoxLayout;
   auto* previews = new QVBoxLayout;
   for (int i = 0; i < kIntervalCount; ++i) {
-    auto* option = new QRadioButton(shown(conditionOfUsage(usage_OfInterval(i + 1)).name));
+    auto* option = new QRadioButton(shown(conditionOfUsage(usageOfInterval(i + 1)).name));
     option->setObjectName(QStringLiteral("Option_QujianDingyi_%1").arg(i));
     option->setChecked(i == 0);
     intervals_.addButton(option, i);
@@ -36,7 +36,7 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
   clear_all->setObjectName(QStringLiteral("cmm_CLSQujianHuafen"));
   options->addStretch();
   options->addWidget(clear_all);
-  auto* help = new QPlainTextEdit(division_Text());
+  auto* help = new QPlainTextEdit(divisionText());
   help->setObjectName(QStringLiteral("Text_FenQuTip"));
   help->setReadOnly(true);
   help->document()->setDocumentMargin(14);
@@ -49,34 +49,34 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
   layout->addLayout(previews);
   layout->addWidget(help, 1);
   connect(&intervals_, &QButtonGroup::idClicked, this, [this](int interval) {
-    session_.commands.runner().run([this, interval] { show_Interval(interval); });
+    session_.commands.runner().run([this, interval] { showInterval(interval); });
     intervals_.button(interval_)->setChecked(true);  // the one that the clicks are for
   });
-  connect(numbers_, &NumberGrid::number_Clicked, this, [this](int number) {
-    if (!clicks_.change([&] { toggle_Attribute(session_.store, name_Of(interval_), number); },
+  connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
+    if (!clicks_.change([&] { toggleAttribute(session_.store, nameOf(interval_), number); },
                         [this] { load(); }))
-      numbers_->take_Back(number);
+      numbers_->takeBack(number);
   });
   connect(clear_all, &QPushButton::clicked, this, &IntervalPage::clear);
 }
 
-const std::string& IntervalPage::name_Of(int interval) {
-  return conditionOfUsage(usage_OfInterval(interval + 1)).name;
+const std::string& IntervalPage::nameOf(int interval) {
+  return conditionOfUsage(usageOfInterval(interval + 1)).name;
 }
 
-void IntervalPage::show_Interval(int interval) {
-  numbers_->show_Members(read_AttributeColumn(session_.store, AttributeTable::first, name_Of(interval)));
+void IntervalPage::showInterval(int interval) {
+  numbers_->showMembers(readAttributeColumn(session_.store, AttributeTable::first, nameOf(interval)));
   interval_ = interval;
 }
 
 void IntervalPage::load() {
-  show_Interval(interval_);
-  const auto previews = interval_Previews(session_.store);
+  showInterval(interval_);
+  const auto previews = intervalPreviews(session_.store);
   for (int i = 0; i < kIntervalCount; ++i) previews_[i]->setText(shown(previews[i]));
 }
 
 void IntervalPage::clear() {
-  clicks_.change([&] { clear_Intervals(session_.store, session_.desk); }, [this] { load(); });
+  clicks_.change([&] { clearIntervals(session_.store, session_.desk); }, [this] { load(); });
 }
 
 }  // namespace lotmere::ui

@@ -23,14 +23,14 @@ class IntervalPage : public QWidget {
 
  private:
   // Intervals count from 0 here.
-  [[nodiscard]] static const std::string& name_Of(int interval);
-  void show_Interval(int interval);
+  [[nodiscard]] static const std::string& nameOf(int interval);
+  void showInterval(int interval);
   void clear();
 
   Session& session_;
   ConditionClicks& clicks_;
   QButtonGroup intervals_;                          // Option_QujianDingyi
-  NumberGrid* numbers_;                             // cmm_QujianHuafen
+  NumberGrid* numbers_;                             // cmmQujianHuafen
   std::array<QLabel*, kIntervalCount> previews_{};  // Label_4qj
   int interval_ = 0;                                // shown
 };

@@ -8,9 +8,9 @@
 
 namespace lotmere::ui {
 
-UserDesk user_Desk(Session& session) {
+UserDesk userDesk(Session& session) {
   return {session.store,         session.home, session.desk,
-          session.clock.today(), real_Files(), session.password_limits};
+          session.clock.today(), realFiles(),  session.password_limits};
 }
 
 LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
@@ -20,8 +20,8 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   name_->setObjectName(QStringLiteral("Combo_userName"));
   name_->setEditable(true);
   name_->setMinimumWidth(220);
-  fill_Names();
-  const QString current = shown(current_User(session_.store));
+  fillNames();
+  const QString current = shown(currentUser(session_.store));
   name_->setCurrentText(current);
   password_ = new QLineEdit;
   password_->setObjectName(QStringLiteral("txtPWD"));
@@ -36,49 +36,49 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   grid->addWidget(name_, 0, 1);
   grid->addWidget(password_label, 1, 0);
   grid->addWidget(password_, 1, 1);
-  auto* ok = make_DialogButton("cmdOK", QStringLiteral("登 陆"), IsDefault::yes);
-  auto* new_user = make_DialogButton("cmd_newUser", QStringLiteral("我是新用户"));
-  auto* manage = make_DialogButton("cmd_manageUsers", QStringLiteral("忘记密码／管理用户..."));
-  auto* end = make_DialogButton("cmd_End", QStringLiteral("退出系统"));
-  connect(ok, &QPushButton::clicked, this, &LoginDialog::log_In);
-  connect(new_user, &QPushButton::clicked, this, &LoginDialog::show_NewUser);
-  connect(manage, &QPushButton::clicked, this, &LoginDialog::manage_Users);
+  auto* ok = makeDialogButton("cmdOK", QStringLiteral("登 陆"), IsDefault::yes);
+  auto* new_user = makeDialogButton("cmd_newUser", QStringLiteral("我是新用户"));
+  auto* manage = makeDialogButton("cmd_manageUsers", QStringLiteral("忘记密码／管理用户..."));
+  auto* end = makeDialogButton("cmd_End", QStringLiteral("退出系统"));
+  connect(ok, &QPushButton::clicked, this, &LoginDialog::logIn);
+  connect(new_user, &QPushButton::clicked, this, &LoginDialog::showNewUser);
+  connect(manage, &QPushButton::clicked, this, &LoginDialog::manageUsers);
   connect(end, &QPushButton::clicked, this, [this] {
     program_ends_ = true;
     reject();
   });
-  auto* layout = make_DialogLayout(this);
+  auto* layout = makeDialogLayout(this);
   layout->addLayout(grid);
   layout->addWidget(manage, 0, Qt::AlignRight);
-  layout->addLayout(make_DialogFoot({ok, new_user, end}));
+  layout->addLayout(makeDialogFoot({ok, new_user, end}));
   (current.isEmpty() ? static_cast<QWidget*>(name_) : password_)->setFocus();
 }
 
-void LoginDialog::fill_Names() {
+void LoginDialog::fillNames() {
   const QString typed = name_->currentText();
   name_->clear();
-  for (const User& user : all_Users(session_.store)) name_->addItem(shown(user.name));
+  for (const User& user : allUsers(session_.store)) name_->addItem(shown(user.name));
   name_->setCurrentText(typed);
 }
 
-void LoginDialog::log_In() {
-  run_Guarded(session_.desk, [this] {
+void LoginDialog::logIn() {
+  runGuarded(session_.desk, [this] {
     const Credentials typed{utf8(name_->currentText()), utf8(password_->text())};
-    if (lotmere::log_In(user_Desk(session_), typed, new_user_ ? NewUser::asked : NewUser::refused)) accept();
+    if (lotmere::logIn(userDesk(session_), typed, new_user_ ? NewUser::asked : NewUser::refused)) accept();
   });
 }
 
-void LoginDialog::show_NewUser() {
-  session_.desk.tell(new_UserText());
+void LoginDialog::showNewUser() {
+  session_.desk.tell(newUserText());
   new_user_ = true;
   password_->setEchoMode(QLineEdit::Normal);
   name_->setFocus();
 }
 
-void LoginDialog::manage_Users() {
+void LoginDialog::manageUsers() {
   UsersDialog dialog(session_, name_->currentText(), this);
-  session_.desk.run_Dialog(dialog);
-  fill_Names();
+  session_.desk.runDialog(dialog);
+  fillNames();
 }
 
 }  // namespace lotmere::ui

@@ -16,15 +16,15 @@ class LoginDialog : public QDialog {
  public:
   LoginDialog(Session& session, QWidget* parent);
 
-  // Accepted: current_User() is the one who logged in. Otherwise whether the person asked to end the program,
+  // Accepted: currentUser() is the one who logged in. Otherwise whether the person asked to end the program,
   // which is more than closing the dialog.
-  [[nodiscard]] bool program_Ends() const { return program_ends_; }
+  [[nodiscard]] bool programEnds() const { return program_ends_; }
 
  private:
-  void fill_Names();
-  void log_In();
-  void show_NewUser();
-  void manage_Users();
+  void fillNames();
+  void logIn();
+  void showNewUser();
+  void manageUsers();
 
   Session& session_;
   QComboBox* name_;
@@ -34,6 +34,6 @@ class LoginDialog : public QDialog {
 };
 
 // What the operations of users work on.
-[[nodiscard]] UserDesk user_Desk(Session& session);
+[[nodiscard]] UserDesk userDesk(Session& session);
 
 }  // namespace lotmere::ui

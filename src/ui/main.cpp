@@ -13,21 +13,21 @@
 namespace {
 
 // The folder that the command line names, else the program's own or the user's.
-lotmere::Home home_Of(const QString& named) {
+lotmere::Home homeOf(const QString& named) {
   if (!named.isEmpty()) return {std::filesystem::path(named.toStdString())};
-  return lotmere::find_Home(QCoreApplication::applicationDirPath().toStdString(),
-                            qEnvironmentVariable("XDG_DATA_HOME").toStdString(),
-                            qEnvironmentVariable("HOME").toStdString());
+  return lotmere::findHome(QCoreApplication::applicationDirPath().toStdString(),
+                           qEnvironmentVariable("XDG_DATA_HOME").toStdString(),
+                           qEnvironmentVariable("HOME").toStdString());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  lotmere::open_StandardStreams();
+  lotmere::openStandardStreams();
   ::umask(S_IRWXG | S_IRWXO);     // what the program writes is its owner's to read
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   QApplication application(argc, argv);
-  lotmere::ui::set_UpApplication(application);
+  lotmere::ui::setUpApplication(application);
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("双色球选号、过滤、缩水工具"));
   parser.addHelpOption();
@@ -39,21 +39,21 @@ int main(int argc, char** argv) {
   parser.addOptions({home, look});
   parser.process(application);
   if (parser.isSet(look))
-    lotmere::ui::apply_Appearance(application, parser.value(look) == QStringLiteral("dark")
-                                                   ? lotmere::ui::Appearance::dark
-                                                   : lotmere::ui::Appearance::light);
+    lotmere::ui::applyAppearance(application, parser.value(look) == QStringLiteral("dark")
+                                                  ? lotmere::ui::Appearance::dark
+                                                  : lotmere::ui::Appearance::light);
   lotmere::ui::WindowDesk desk;
-  const lotmere::Home folder = home_Of(parser.value(home));
+  const lotmere::Home folder = homeOf(parser.value(home));
   const lotmere::ui::EndWatch watch;
   for (;;) {
     lotmere::ui::Program program(folder, desk);
     const auto ends =
-        QObject::connect(&watch, &lotmere::ui::EndWatch::end_Asked, &desk, [&program] { program.end(); });
+        QObject::connect(&watch, &lotmere::ui::EndWatch::endAsked, &desk, [&program] { program.end(); });
     if (!program.start()) return EXIT_FAILURE;
     const int status = QApplication::exec();
     program.finish();
     QObject::disconnect(ends);
     // Else a new start puts it in place.
-    if (desk.is_Ending() || !lotmere::restore_Waits(folder)) return status;
+    if (desk.isEnding() || !lotmere::restoreWaits(folder)) return status;
   }
 }

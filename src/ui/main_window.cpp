@@ -34,11 +34,11 @@ constexpr const char* kEverythingFilter = "Lotmere 全部数据 (*.lotmere);;全
 class TipScope {
  public:
   explicit TipScope(ProgressControl& control) : control_(control) {
-    control_.set_TipTxt(QStringLiteral("正在处理，请稍候．．．"));
+    control_.setTipTxt(QStringLiteral("正在处理，请稍候．．．"));
   }
   TipScope(const TipScope&) = delete;
   TipScope& operator=(const TipScope&) = delete;
-  ~TipScope() { control_.set_TipTxt(QString::fromUtf8(kDownloadTip)); }
+  ~TipScope() { control_.setTipTxt(QString::fromUtf8(kDownloadTip)); }
 
  private:
   ProgressControl& control_;
@@ -62,7 +62,7 @@ MainWindow::MainWindow(Session& session)
   setWindowTitle(main_caption_);
   if (const QScreen* shown_on = screen(); shown_on != nullptr)
     resize(kSize.boundedTo(shown_on->availableSize()));
-  session_.desk.set_Window(this);
+  session_.desk.setWindow(this);
   pages_->setObjectName(QStringLiteral("Pic_Main"));
   for (QWidget* page : {static_cast<QWidget*>(history_), static_cast<QWidget*>(conditions_),
                         static_cast<QWidget*>(tickets_), static_cast<QWidget*>(other_)})
@@ -71,63 +71,63 @@ MainWindow::MainWindow(Session& session)
   conditions_->setObjectName(QStringLiteral("Frm_Sub_1"));
   tickets_->setObjectName(QStringLiteral("Frm_Sub_2"));
   other_->setObjectName(QStringLiteral("Frm_Sub_5"));
-  add_Commands();
-  make_Top();
-  make_Menus();
-  make_StatusBar();
+  addCommands();
+  makeTop();
+  makeMenus();
+  makeStatusBar();
   progress_ = new ProgressControl(session_.desk, this);
   progress_->setObjectName(QStringLiteral("myJinDuCTL1"));
-  progress_->set_TipTxt(QString::fromUtf8(kDownloadTip));
-  history_->set_Progress(*progress_);
-  connect_Pages();
-  history_->load_Entry();
+  progress_->setTipTxt(QString::fromUtf8(kDownloadTip));
+  history_->setProgress(*progress_);
+  connectPages();
+  history_->loadEntry();
   history_->refreshHistoryView();
-  update_Status();
+  updateStatus();
 }
 
-void MainWindow::add_Commands() {
+void MainWindow::addCommands() {
   session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
-  session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switch_User(); });
+  session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switchUser(); });
   session_.commands.add({"mnu_UserManage", QStringLiteral("密码和用户(&P)...")}, [this] {
-    UsersDialog dialog(session_, shown(current_User(session_.store)), this);
-    session_.desk.run_Dialog(dialog);
+    UsersDialog dialog(session_, shown(currentUser(session_.store)), this);
+    session_.desk.runDialog(dialog);
   });
   session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
-                        [this] { session_.desk.tell(utf8(steps_Text()), Tone::information, "如何使用？"); });
-  session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { save_Store(); });
+                        [this] { session_.desk.tell(utf8(stepsText()), Tone::information, "如何使用？"); });
+  session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { saveStore(); });
   session_.commands.add({"mnu_StoreRestore", QStringLiteral("读入全部数据(&L)...")},
-                        [this] { restore_Store(); });
+                        [this] { restoreStore(); });
   session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
-                        [this] { toggle_Appearance(); });
+                        [this] { toggleAppearance(); });
 }
 
-void MainWindow::save_Store() {
+void MainWindow::saveStore() {
   const QString proposed = QStringLiteral("%1/Lotmere-%2.lotmere")
                                .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-                                    QString::fromStdString(format_Date(session_.clock.today())));
-  const QString file = session_.desk.choose_NewFile(QStringLiteral("保存全部数据"),
-                                                    QString::fromUtf8(kEverythingFilter), proposed);
+                                    QString::fromStdString(formatDate(session_.clock.today())));
+  const QString file = session_.desk.chooseNewFile(QStringLiteral("保存全部数据"),
+                                                   QString::fromUtf8(kEverythingFilter), proposed);
   if (file.isEmpty()) return;
   const TipScope tip(*progress_);
   const ProgressPlace place(session_.desk, *progress_);
-  if (save_Everything(session_.store, session_.home, session_.desk, file.toStdString()) == Transfer::done)
+  if (saveEverything(session_.store, session_.home, session_.desk, file.toStdString()) == Transfer::done)
     session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
 }
 
-void MainWindow::restore_Store() {
+void MainWindow::restoreStore() {
   const QString file =
-      session_.desk.choose_File(QStringLiteral("读入全部数据"), QString::fromUtf8(kEverythingFilter));
+      session_.desk.chooseFile(QStringLiteral("读入全部数据"), QString::fromUtf8(kEverythingFilter));
   if (file.isEmpty()) return;
   {
     const TipScope tip(*progress_);
     const ProgressPlace place(session_.desk, *progress_);
-    if (prepare_Restore(session_.home, session_.desk, file.toStdString()) != Transfer::done) return;
+    if (prepareRestore(session_.home, session_.desk, file.toStdString()) != Transfer::done) return;
   }
   session_.desk.tell("全部数据已读入，窗口将重新打开。");
-  end_Program();
+  endProgram();
 }
 
-void MainWindow::make_Top() {
+void MainWindow::makeTop() {
   tabs_->setObjectName(QStringLiteral("TabStrip_Top"));
   tabs_->setExpanding(false);
   for (const char* caption : {"历史数据", "过滤条件", "投注号码"}) tabs_->addTab(QString::fromUtf8(caption));
@@ -141,10 +141,10 @@ void MainWindow::make_Top() {
   row->setContentsMargins(12, 4, 12, 0);
   row->addWidget(tabs_);
   row->addStretch();
-  row->addWidget(session_.commands.make_Button("cmm_kjqk", QStringLiteral("详细开奖情况查询"),
-                                               session_.commands.action("cmm_kjqk")));
-  row->addWidget(session_.commands.make_Button("cmm_Autochosenumber", QStringLiteral("如何使用？"),
-                                               session_.commands.action("cmm_help")));
+  row->addWidget(session_.commands.makeButton("cmm_kjqk", QStringLiteral("详细开奖情况查询"),
+                                              session_.commands.action("cmm_kjqk")));
+  row->addWidget(session_.commands.makeButton("cmm_Autochosenumber", QStringLiteral("如何使用？"),
+                                              session_.commands.action("cmm_help")));
   auto* column = new QVBoxLayout(body_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -153,8 +153,7 @@ void MainWindow::make_Top() {
   setCentralWidget(body_);
 }
 
-void MainWindow::add_Menu(const char* name, const QString& title,
-                          std::initializer_list<const char*> entries) {
+void MainWindow::addMenu(const char* name, const QString& title, std::initializer_list<const char*> entries) {
   QMenu* menu = menuBar()->addMenu(title);
   menu->setObjectName(QString::fromUtf8(name));
   for (const char* entry : entries) {
@@ -165,30 +164,30 @@ void MainWindow::add_Menu(const char* name, const QString& title,
   }
 }
 
-void MainWindow::make_Menus() {
-  add_Menu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
-  add_Menu("mnu_History", QStringLiteral("1.历史数据(&D)"),
-           {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
-            "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
-  add_Menu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
-           {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
-  add_ConditionMenus();
-  add_Menu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
-           {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
-            "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
-  add_Menu("mnu_Else", QStringLiteral("其它(&E)"),
-           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
-            "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});
-  add_Menu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
+void MainWindow::makeMenus() {
+  addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
+  addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
+          {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
+           "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
+  addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
+          {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
+  addConditionMenus();
+  addMenu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
+          {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
+           "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
+  addMenu("mnu_Else", QStringLiteral("其它(&E)"),
+          {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
+           "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});
+  addMenu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
 }
 
-void MainWindow::add_ConditionMenus() {
+void MainWindow::addConditionMenus() {
   auto* menu = findChild<QMenu*>(QStringLiteral("mnu_GuoLuTiaoJian"));
   QAction* before = session_.commands.action("mnu_TiaojianShuosui");
   QMenu* group = nullptr;
   PageKind kind = PageKind::picks;
-  const auto pages = condition_Pages();
+  const auto pages = conditionPages();
   for (int tab = 1; tab <= static_cast<int>(pages.size()); ++tab) {
     const ConditionPage& page = pages[static_cast<std::size_t>(tab - 1)];
     if (page.kind == PageKind::picks || page.kind == PageKind::shrink || page.kind == PageKind::summary)
@@ -202,7 +201,7 @@ void MainWindow::add_ConditionMenus() {
       if (group != nullptr) menu->insertMenu(before, group);
     }
     kind = page.kind;
-    QAction* action = session_.commands.action(ConditionsPage::tab_Command(tab).c_str());
+    QAction* action = session_.commands.action(ConditionsPage::tabCommand(tab).c_str());
     if (group != nullptr)
       group->addAction(action);
     else
@@ -210,7 +209,7 @@ void MainWindow::add_ConditionMenus() {
   }
 }
 
-void MainWindow::make_StatusBar() {
+void MainWindow::makeStatusBar() {
   statusBar()->setObjectName(QStringLiteral("StatusBar"));
   statusBar()->setSizeGripEnabled(false);
   for (int i = 0; i < 3; ++i) {
@@ -223,44 +222,44 @@ void MainWindow::make_StatusBar() {
   }
 }
 
-void MainWindow::connect_Pages() {
+void MainWindow::connectPages() {
   connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
-    session_.commands.runner().run([this, index] { show_Page(static_cast<Page>(index)); });
+    session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
     // Refused while a command runs: the strip goes on showing where the person is.
     const QSignalBlocker quiet(tabs_);
     if (page_ != Page::other) tabs_->setCurrentIndex(static_cast<int>(page_));
   });
   connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
     if (page_ == Page::other && index == tabs_->currentIndex())
-      session_.commands.runner().run([this, index] { show_Page(static_cast<Page>(index)); });
+      session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
   });
   for (int i = 0; i < kTabCount; ++i) {
     auto* go = session_.commands.add({("tab_" + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
                                       QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))},
-                                     [this, i] { show_Page(static_cast<Page>(i)); });
+                                     [this, i] { showPage(static_cast<Page>(i)); });
     addAction(go);
   }
-  connect(history_, &HistoryPage::wanted, this, [this] { show_Page(Page::history); });
-  connect(conditions_, &ConditionsPage::wanted, this, [this] { show_Page(Page::conditions); });
-  connect(tickets_, &TicketPage::wanted, this, [this] { show_Page(Page::tickets); });
-  connect(other_, &OtherPage::wanted, this, [this] { show_Page(Page::other); });
-  connect(other_, &OtherPage::intervals_Changed, conditions_, &ConditionsPage::mark_Stale);
-  connect(tickets_, &TicketPage::numbers_Wanted, this, [this] {
-    conditions_->show_Pad();
-    show_Page(Page::conditions);
+  connect(history_, &HistoryPage::wanted, this, [this] { showPage(Page::history); });
+  connect(conditions_, &ConditionsPage::wanted, this, [this] { showPage(Page::conditions); });
+  connect(tickets_, &TicketPage::wanted, this, [this] { showPage(Page::tickets); });
+  connect(other_, &OtherPage::wanted, this, [this] { showPage(Page::other); });
+  connect(other_, &OtherPage::intervalsChanged, conditions_, &ConditionsPage::markStale);
+  connect(tickets_, &TicketPage::numbersWanted, this, [this] {
+    conditions_->showPad();
+    showPage(Page::conditions);
   });
-  connect(conditions_, &ConditionsPage::defaults_Restored, this, [this] {
-    show_Page(Page::history);
-    recount_Intervals();
+  connect(conditions_, &ConditionsPage::defaultsRestored, this, [this] {
+    showPage(Page::history);
+    recountIntervals();
   });
-  connect(history_, &HistoryPage::history_Changed, this, [this] {
-    update_Status();
-    conditions_->mark_Stale();
+  connect(history_, &HistoryPage::historyChanged, this, [this] {
+    updateStatus();
+    conditions_->markStale();
   });
-  connect(this, &MainWindow::quiet_EndWanted, this, &MainWindow::end_Quietly, Qt::QueuedConnection);
-  connect(&session_.desk, &WindowDesk::job_Begun, this, [this] { set_Busy(true); });
-  connect(&session_.desk, &WindowDesk::job_Ended, this, [this] { set_Busy(false); });
-  connect(&session_.desk, &WindowDesk::status_Changed, panels_[1], &QLabel::setText);
+  connect(this, &MainWindow::quietEndWanted, this, &MainWindow::endQuietly, Qt::QueuedConnection);
+  connect(&session_.desk, &WindowDesk::jobBegun, this, [this] { setBusy(true); });
+  connect(&session_.desk, &WindowDesk::jobEnded, this, [this] { setBusy(false); });
+  connect(&session_.desk, &WindowDesk::statusChanged, panels_[1], &QLabel::setText);
   connect(
       &session_.commands.runner(), &CommandRunner::finished, this,
       [this] {
@@ -269,7 +268,7 @@ void MainWindow::connect_Pages() {
       Qt::QueuedConnection);
 }
 
-void MainWindow::show_Page(Page page) {
+void MainWindow::showPage(Page page) {
   {
     const QSignalBlocker quiet(tabs_);
     if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
@@ -278,19 +277,19 @@ void MainWindow::show_Page(Page page) {
   const Page left = std::exchange(page_, page);
   pages_->setCurrentIndex(static_cast<int>(page));
   if (page == Page::conditions) conditions_->open();
-  if (page == Page::tickets) tickets_->refresh_Tickets();
-  if (left == Page::other) recount_Divided();
+  if (page == Page::tickets) tickets_->refreshTickets();
+  if (left == Page::other) recountDivided();
 }
 
-void MainWindow::recount_Divided() {
-  if (lotmere::recount_Divided(session_.store, session_.desk)) history_->refreshHistoryView();
+void MainWindow::recountDivided() {
+  if (lotmere::recountDivided(session_.store, session_.desk)) history_->refreshHistoryView();
 }
 
-void MainWindow::recount_Intervals() {
-  if (recount_Due(session_.store, session_.desk)) history_->refreshHistoryView();
+void MainWindow::recountIntervals() {
+  if (recountDue(session_.store, session_.desk)) history_->refreshHistoryView();
 }
 
-void MainWindow::update_Status() {
+void MainWindow::updateStatus() {
   const HistoryStatus status =
       updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date);
   panels_[0]->setText(shown(status.history));
@@ -301,88 +300,88 @@ void MainWindow::update_Status() {
   panels_[0]->setPalette(palette);
 }
 
-bool MainWindow::choose_Mode() {
-  if (user_Mode(session_.store) == UserMode::unchosen) {
+bool MainWindow::chooseMode() {
+  if (userMode(session_.store) == UserMode::unchosen) {
     FirstRunDialog dialog(this);
-    if (!session_.desk.run_Dialog(dialog)) return false;
-    static_cast<void>(choose_UserMode(session_.store, dialog.mode()));
+    if (!session_.desk.runDialog(dialog)) return false;
+    static_cast<void>(chooseUserMode(session_.store, dialog.mode()));
   }
-  user_menu_->menuAction()->setVisible(user_Mode(session_.store) == UserMode::multi);
+  user_menu_->menuAction()->setVisible(userMode(session_.store) == UserMode::multi);
   return true;
 }
 
-bool MainWindow::log_In() {
-  if (user_Mode(session_.store) != UserMode::multi) return true;
+bool MainWindow::logIn() {
+  if (userMode(session_.store) != UserMode::multi) return true;
   LoginDialog dialog(session_, this);
-  if (!session_.desk.run_Dialog(dialog)) return false;
-  show_User();
+  if (!session_.desk.runDialog(dialog)) return false;
+  showUser();
   return true;
 }
 
-void MainWindow::show_User() {
-  setWindowTitle(shown(user_Caption(current_User(session_.store), utf8(main_caption_))));
-  tickets_->refresh_Tickets();
-  conditions_->mark_Stale();
+void MainWindow::showUser() {
+  setWindowTitle(shown(userCaption(currentUser(session_.store), utf8(main_caption_))));
+  tickets_->refreshTickets();
+  conditions_->markStale();
 }
 
-void MainWindow::switch_User() {
-  if (!save_CurrentUser(user_Desk(session_))) return;
+void MainWindow::switchUser() {
+  if (!saveCurrentUser(userDesk(session_))) return;
   LoginDialog dialog(session_, this);
-  if (!session_.desk.run_Dialog(dialog)) {
-    if (dialog.program_Ends()) end_Program();
+  if (!session_.desk.runDialog(dialog)) {
+    if (dialog.programEnds()) endProgram();
     return;
   }
-  show_User();
-  show_Page(Page::history);
-  recount_Intervals();
+  showUser();
+  showPage(Page::history);
+  recountIntervals();
 }
 
-void MainWindow::check_History() {
-  update_Status();
+void MainWindow::checkHistory() {
+  updateStatus();
   if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).outdated) return;
   session_.commands.runner().run([this] {
     if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
   });
 }
 
-void MainWindow::set_Busy(bool busy) {
+void MainWindow::setBusy(bool busy) {
   if (busy) focus_ = QApplication::focusWidget();
-  session_.commands.set_Busy(busy);
+  session_.commands.setBusy(busy);
   tabs_->setEnabled(!busy);
   if (!busy && focus_ != nullptr && focus_->isVisible()) focus_->setFocus();
 }
 
-void MainWindow::toggle_Appearance() {
-  apply_Appearance(*qApp, current_Appearance() == Appearance::light ? Appearance::dark : Appearance::light);
-  update_Status();
+void MainWindow::toggleAppearance() {
+  applyAppearance(*qApp, currentAppearance() == Appearance::light ? Appearance::dark : Appearance::light);
+  updateStatus();
 }
 
-void MainWindow::end_Program() {
+void MainWindow::endProgram() {
   ending_ = true;
-  close_wanted_ = session_.commands.runner().is_Running();
+  close_wanted_ = session_.commands.runner().isRunning();
   if (!close_wanted_) close();
 }
 
-void MainWindow::end_Quietly() {
-  close_wanted_ = session_.commands.runner().is_Running();
+void MainWindow::endQuietly() {
+  close_wanted_ = session_.commands.runner().isRunning();
   if (!close_wanted_) close();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   // A job ends at its next block and stores what it keeps; then the question comes again.
   CommandRunner& runner = session_.commands.runner();
-  if (!ending_ && runner.is_Running()) {
+  if (!ending_ && runner.isRunning()) {
     close_wanted_ = true;
-    if (session_.desk.job_Running()) session_.desk.request_Stop();
+    if (session_.desk.jobRunning()) session_.desk.requestStop();
     event->ignore();
     return;
   }
   if (!ending_)
     runner.run([this] {
-      run_Guarded(session_.desk, [this] { recount_Divided(); });
-      const bool asks = !session_.desk.is_Ending();
-      if (!asks) leave_Program(user_Desk(session_));
-      ending_ = !asks || exit_Program(user_Desk(session_));
+      runGuarded(session_.desk, [this] { recountDivided(); });
+      const bool asks = !session_.desk.isEnding();
+      if (!asks) leaveProgram(userDesk(session_));
+      ending_ = !asks || exitProgram(userDesk(session_));
     });
   event->setAccepted(ending_);
 }

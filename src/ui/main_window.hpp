@@ -26,51 +26,51 @@ class MainWindow : public QMainWindow {
   // In the order of the tab strip; the last one has no tab.
   enum class Page { history, conditions, tickets, other };
   // Brings a page to the front and does what the page needs then.
-  void show_Page(Page page);
-  [[nodiscard]] Page current_Page() const { return page_; }
+  void showPage(Page page);
+  [[nodiscard]] Page currentPage() const { return page_; }
 
   // The steps of the start that stand behind the shown window, in their order. False: the program ends, as
   // the person asked for.
-  [[nodiscard]] bool choose_Mode();
-  [[nodiscard]] bool log_In();
+  [[nodiscard]] bool chooseMode();
+  [[nodiscard]] bool logIn();
   // The counts of the draws follow the intervals, which the login, an older version or a kill may have left
   // behind.
-  void recount_Intervals();
+  void recountIntervals();
   // Offers the download where a draw is missing.
-  void check_History();
+  void checkHistory();
 
   // Closes without asking.
-  void end_Program();
+  void endProgram();
   // The same where the system wants it: behind the command that runs, which is asked to stop, and with the user's
   // settings saved. The desk is ending.
-  void end_Quietly();
+  void endQuietly();
 
  Q_SIGNALS:
-  // The window is to end as end_Quietly() does, once the event loop runs.
-  void quiet_EndWanted();
+  // The window is to end as endQuietly() does, once the event loop runs.
+  void quietEndWanted();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void add_Commands();
-  void make_Menus();
-  void add_ConditionMenus();
-  void make_Top();
-  void make_StatusBar();
-  void connect_Pages();
-  void add_Menu(const char* name, const QString& title, std::initializer_list<const char*> entries);
+  void addCommands();
+  void makeMenus();
+  void addConditionMenus();
+  void makeTop();
+  void makeStatusBar();
+  void connectPages();
+  void addMenu(const char* name, const QString& title, std::initializer_list<const char*> entries);
 
   // The same where the user has divided the intervals on the page that they leave, and is told.
-  void recount_Divided();
-  void update_Status();
-  void show_User();
-  void switch_User();
-  void set_Busy(bool busy);
-  void toggle_Appearance();
-  void save_Store();
+  void recountDivided();
+  void updateStatus();
+  void showUser();
+  void switchUser();
+  void setBusy(bool busy);
+  void toggleAppearance();
+  void saveStore();
   // Behind a restore the program ends; what is to come is put in place by the start that follows.
-  void restore_Store();
+  void restoreStore();
 
   Session& session_;
   const QString main_caption_;

@@ -50,7 +50,7 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addLayout(sentence);
   layout->addWidget(which_);
   layout->addWidget(help, 1);
-  clicks_.set_Tip(
+  clicks_.setTip(
       *used_, [] { return shown(kHistoryMatchName); },
       []() -> ConditionClicks::Measure {
         return [](const ConditionSet& set, const DrawTable& draws, PeriodNo next) {
@@ -58,29 +58,29 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
         };
       });
   connect(used_, &QCheckBox::clicked, this,
-          [this](bool on) { change([&] { set_HistoryMatch(session_.store, &HistoryMatch::used, on); }); });
+          [this](bool on) { change([&] { setHistoryMatch(session_.store, &HistoryMatch::used, on); }); });
   PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};
   for (int i = 0; i < 2; ++i)
     connect(range_[i], &QComboBox::activated, this, [this, i, end = ends[i]] {
-      change([&] { choose_MatchEnd(session_.store, end, range_[i]->currentData().toInt()); });
+      change([&] { chooseMatchEnd(session_.store, end, range_[i]->currentData().toInt()); });
     });
   connect(match_, &QComboBox::activated, this, [this] {
-    change([&] { set_HistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
+    change([&] { setHistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
   });
   connect(latest_, &QPushButton::clicked, this,
-          [this] { change([&] { follow_LatestDraws(session_.store); }); });
+          [this] { change([&] { followLatestDraws(session_.store); }); });
 }
 
 void MatchPageView::change(const std::function<void()>& write) {
-  if (!clicks_.change(write, [this] { load_LiShi(); })) show_Loaded();
+  if (!clicks_.change(write, [this] { loadMatchPage(); })) showLoaded();
 }
 
-void MatchPageView::load_LiShi() {
-  page_ = lotmere::load_LiShi(session_.store);
-  show_Loaded();
+void MatchPageView::loadMatchPage() {
+  page_ = lotmere::loadMatchPage(session_.store);
+  showLoaded();
 }
 
-void MatchPageView::show_Loaded() {
+void MatchPageView::showLoaded() {
   used_->setChecked(page_.settings.used);
   for (QComboBox* combo : range_) {
     combo->clear();

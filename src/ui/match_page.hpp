@@ -17,11 +17,11 @@ class MatchPageView : public QWidget {
  public:
   MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
   // The page comes to the front: a range that wasn't chosen by hand moves on to the last fifty draws.
-  void load_LiShi();
+  void loadMatchPage();
 
  private:
   // Shows the page as it was loaded.
-  void show_Loaded();
+  void showLoaded();
   // A click, and the page as it is stored behind it.
   void change(const std::function<void()>& write);
 

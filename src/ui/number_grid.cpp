@@ -14,7 +14,7 @@ namespace {
 class MemberButton : public QAbstractButton {
  public:
   MemberButton(int number, QWidget* parent) : QAbstractButton(parent) {
-    setText(shown(format_Ball(number)));
+    setText(shown(formatBall(number)));
     setCheckable(true);
     setFocusPolicy(Qt::StrongFocus);
   }
@@ -24,10 +24,10 @@ class MemberButton : public QAbstractButton {
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
     const QRectF ball = QRectF(rect()).adjusted(2, 2, -2, -2);
-    paint_Ball(painter, ball, text(),
-               isChecked()   ? BallFace::tuo
-               : isEnabled() ? BallFace::plain
-                             : BallFace::locked);
+    paintBall(painter, ball, text(),
+              isChecked()   ? BallFace::tuo
+              : isEnabled() ? BallFace::plain
+                            : BallFace::locked);
     if (!hasFocus() && !underMouse()) return;
     const double size = std::min(ball.width(), ball.height());
     painter.setRenderHint(QPainter::Antialiasing);
@@ -49,14 +49,14 @@ NumberGrid::NumberGrid(const QString& name, int columns, QWidget* parent) : QWid
     buttons_.addButton(button, n);
     grid->addWidget(button, (n - 1) / columns, (n - 1) % columns);
   }
-  connect(&buttons_, &QButtonGroup::idClicked, this, &NumberGrid::number_Clicked);
+  connect(&buttons_, &QButtonGroup::idClicked, this, &NumberGrid::numberClicked);
 }
 
-void NumberGrid::show_Members(const RedTable& members) {
+void NumberGrid::showMembers(const RedTable& members) {
   for (int n = 1; n <= kRedCount; ++n) buttons_.button(n)->setChecked(members[n] != 0);
 }
 
-void NumberGrid::take_Back(int number) {
+void NumberGrid::takeBack(int number) {
   QAbstractButton* button = buttons_.button(number);
   button->setChecked(!button->isChecked());
 }

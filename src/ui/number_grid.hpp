@@ -16,14 +16,14 @@ class NumberGrid : public QWidget {
   NumberGrid(const QString& name, int columns, QWidget* parent = nullptr);
 
   // 1 for each number of the set. Nothing is written back.
-  void show_Members(const RedTable& members);
+  void showMembers(const RedTable& members);
   [[nodiscard]] std::vector<int> members() const;
   // A click on a number couldn't be stored: it is in the set as before.
-  void take_Back(int number);
+  void takeBack(int number);
 
  Q_SIGNALS:
   // The person pressed a number, which is in the set now or no longer.
-  void number_Clicked(int number);
+  void numberClicked(int number);
 
  private:
   QButtonGroup buttons_;

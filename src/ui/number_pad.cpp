@@ -18,9 +18,9 @@ namespace {
 
 constexpr int kColumns = 7;
 
-bool is_Blue(int code) { return code > kBlueCodeBase; }
+bool isBlue(int code) { return code > kBlueCodeBase; }
 
-BallFace face_Of(const PadButton& button) {
+BallFace faceOf(const PadButton& button) {
   if (!button.isEnabled()) return BallFace::locked;
   switch (button.state()) {
     case PickState::tuo:
@@ -30,10 +30,10 @@ BallFace face_Of(const PadButton& button) {
     case PickState::none:
       break;
   }
-  return button.is_LowChance() ? BallFace::low_chance : BallFace::plain;
+  return button.isLowChance() ? BallFace::low_chance : BallFace::plain;
 }
 
-QString state_Name(PickState state) {
+QString stateName(PickState state) {
   switch (state) {
     case PickState::tuo:
       return QStringLiteral("拖码");
@@ -53,7 +53,7 @@ class LegendBall : public QWidget {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    paint_Ball(painter, QRectF(rect()).adjusted(1, 1, -1, -1), QStringLiteral("08"), face_, crossed_);
+    paintBall(painter, QRectF(rect()).adjusted(1, 1, -1, -1), QStringLiteral("08"), face_, crossed_);
   }
 
  private:
@@ -64,19 +64,19 @@ class LegendBall : public QWidget {
 }  // namespace
 
 PadButton::PadButton(int code, QWidget* parent) : QAbstractButton(parent), code_(code) {
-  setText(shown(format_Ball(code % kBlueCodeBase)));
+  setText(shown(formatBall(code % kBlueCodeBase)));
   setObjectName(QStringLiteral("cmm_C7_%1").arg(code, 2, 10, QLatin1Char('0')));
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  show_State(PickState::none, false);
+  showState(PickState::none, false);
 }
 
-void PadButton::show_State(PickState state, bool low_chance) {
+void PadButton::showState(PickState state, bool low_chance) {
   state_ = state;
   low_chance_ = low_chance;
   setAccessibleName(QStringLiteral("%1球 %2 %3%4")
-                        .arg(is_Blue(code_) ? QStringLiteral("蓝") : QStringLiteral("红"), text(),
-                             state_Name(state), low_chance ? QStringLiteral(" 几率较低") : QString()));
+                        .arg(isBlue(code_) ? QStringLiteral("蓝") : QStringLiteral("红"), text(),
+                             stateName(state), low_chance ? QStringLiteral(" 几率较低") : QString()));
   update();
 }
 
@@ -85,7 +85,7 @@ void PadButton::paintEvent(QPaintEvent* /*event*/) {
   const double shrink = isDown() ? 3 : 2;
   const double size = std::min({width(), height(), 52}) - 2 * shrink;
   const QRectF ball(width() / 2.0 - size / 2, height() / 2.0 - size / 2, size, size);
-  paint_Ball(painter, ball, text(), face_Of(*this), low_chance_);
+  paintBall(painter, ball, text(), faceOf(*this), low_chance_);
   if (hasFocus() || underMouse()) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette().color(QPalette::Highlight), hasFocus() ? 2 : 1));
@@ -98,14 +98,14 @@ NumberPad::NumberPad(Session& session, QWidget* parent) : QWidget(parent), sessi
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(10);
-  layout->addWidget(make_Half(false), 5);
-  layout->addWidget(make_Half(true), 3);
-  layout->addWidget(make_Legend());
+  layout->addWidget(makeHalf(false), 5);
+  layout->addWidget(makeHalf(true), 3);
+  layout->addWidget(makeLegend());
   connect(&buttons_, &QButtonGroup::idClicked, this,
           [this](int code) { session_.commands.runner().run([this, code] { click(code); }); });
 }
 
-QWidget* NumberPad::make_Half(bool blue) {
+QWidget* NumberPad::makeHalf(bool blue) {
   auto* frame = new QWidget(this);
   frame->setObjectName(blue ? QStringLiteral("Frame_HouQu") : QStringLiteral("Frame_QianQu"));
   auto* title = new QLabel(blue ? QStringLiteral("蓝球") : QStringLiteral("红球"));
@@ -119,7 +119,7 @@ QWidget* NumberPad::make_Half(bool blue) {
   (blue ? blue_strip_ : red_strip_) = strip;
   connect(strip, &QTabBar::currentChanged, this, [this, blue](int index) {
     session_.commands.runner().run(
-        [&] { session_.desk.tell(pad_TabText(index == 0 ? PadTab::tuo : PadTab::dan, blue)); });
+        [&] { session_.desk.tell(padTabText(index == 0 ? PadTab::tuo : PadTab::dan, blue)); });
   });
   QAction* clear_numbers =
       session_.commands.add({blue ? "clsH" : "clsQ",
@@ -132,7 +132,7 @@ QWidget* NumberPad::make_Half(bool blue) {
   head->addWidget(strip);
   head->addStretch();
   head->addWidget(
-      session_.commands.make_Button(blue ? "cmm_clsH" : "cmm_clsQ", QStringLiteral("清 空"), clear_numbers));
+      session_.commands.makeButton(blue ? "cmm_clsH" : "cmm_clsQ", QStringLiteral("清 空"), clear_numbers));
   auto* grid = new QGridLayout;
   grid->setSpacing(2);
   const int count = blue ? kBlueCount : kRedCount;
@@ -150,7 +150,7 @@ QWidget* NumberPad::make_Half(bool blue) {
   return frame;
 }
 
-QWidget* NumberPad::make_Legend() {
+QWidget* NumberPad::makeLegend() {
   struct Entry {
     const char* name;
     BallFace face;
@@ -176,39 +176,39 @@ QWidget* NumberPad::make_Legend() {
 }
 
 void NumberPad::open() {
-  hint_period_ = session_.next_Period();
-  hint_GaiLv(session_.store, session_.desk, hint_period_);
+  hint_period_ = session_.nextPeriod();
+  hintGaiLv(session_.store, session_.desk, hint_period_);
   reload();
 }
 
 void NumberPad::reload() {
-  const NumberSelection selection = load_Selection(session_.store);
-  const LowChanceNumbers low = low_ChanceNumbers(session_.store);
+  const NumberSelection selection = loadSelection(session_.store);
+  const LowChanceNumbers low = lowChanceNumbers(session_.store);
   for (QAbstractButton* each : buttons_.buttons()) {
     auto* button = static_cast<PadButton*>(each);
     const int code = button->code();
     const int number = code % kBlueCodeBase;
-    const auto& marked = is_Blue(code) ? low.blues : low.reds;
-    button->setEnabled(is_Enabled(selection, code));
-    button->show_State(is_Blue(code) ? selection.blue[number] : selection.red[number],
-                       std::ranges::binary_search(marked, number));
+    const auto& marked = isBlue(code) ? low.blues : low.reds;
+    button->setEnabled(lotmere::isEnabled(selection, code));
+    button->showState(isBlue(code) ? selection.blue[number] : selection.red[number],
+                      std::ranges::binary_search(marked, number));
   }
-  Q_EMIT counted(shown(combos_Text(count_Combos(selection))));
+  Q_EMIT counted(shown(combosText(countCombos(selection))));
 }
 
 void NumberPad::click(int code) {
-  const QTabBar* strip = is_Blue(code) ? blue_strip_ : red_strip_;
+  const QTabBar* strip = isBlue(code) ? blue_strip_ : red_strip_;
   const PadTab tab = strip->currentIndex() == 0 ? PadTab::tuo : PadTab::dan;
-  click_Number(session_.store, session_.desk, code, tab,
-               hint_period_ > 0 ? std::optional(hint_period_) : std::nullopt);
+  clickNumber(session_.store, session_.desk, code, tab,
+              hint_period_ > 0 ? std::optional(hint_period_) : std::nullopt);
   reload();
 }
 
 void NumberPad::clear(bool blue) {
   if (blue)
-    clear_Blues(session_.store);
+    clearBlues(session_.store);
   else
-    clear_Reds(session_.store);
+    clearReds(session_.store);
   reload();
 }
 

@@ -22,8 +22,8 @@ class PadButton : public QAbstractButton {
 
   [[nodiscard]] int code() const { return code_; }
   [[nodiscard]] PickState state() const { return state_; }
-  [[nodiscard]] bool is_LowChance() const { return low_chance_; }
-  void show_State(PickState state, bool low_chance);
+  [[nodiscard]] bool isLowChance() const { return low_chance_; }
+  void showState(PickState state, bool low_chance);
 
   [[nodiscard]] QSize sizeHint() const override { return {44, 44}; }
   [[nodiscard]] QSize minimumSizeHint() const override { return {32, 32}; }
@@ -53,8 +53,8 @@ class NumberPad : public QWidget {
   void counted(const QString& summary);
 
  private:
-  QWidget* make_Half(bool blue);
-  QWidget* make_Legend();
+  QWidget* makeHalf(bool blue);
+  QWidget* makeLegend();
   void click(int code);
   void clear(bool blue);
 

@@ -16,7 +16,7 @@ NumberPicker::NumberPicker(QWidget* parent)
   auto* close_button = new QPushButton(QStringLiteral("关 闭"));
   close_button->setObjectName(QStringLiteral("cmm_CLSzdyQj"));
   connect(close_button, &QPushButton::clicked, this, &QWidget::close);
-  connect(grid_, &NumberGrid::number_Clicked, this,
+  connect(grid_, &NumberGrid::numberClicked, this,
           [this](int number) { Q_EMIT picked(name(), grid_->members(), number); });
   auto* head = new QHBoxLayout;
   head->addWidget(title_);
@@ -29,7 +29,7 @@ NumberPicker::NumberPicker(QWidget* parent)
 
 void NumberPicker::open(const QString& name, const RedTable& members, const QWidget& beside) {
   title_->setText(name);
-  grid_->show_Members(members);
+  grid_->showMembers(members);
   adjustSize();
   const QRect room = beside.screen()->availableGeometry();
   QPoint place = beside.mapToGlobal(QPoint(0, beside.height() + 2));

@@ -18,7 +18,7 @@ class NumberPicker : public QFrame {
   void open(const QString& name, const RedTable& members, const QWidget& beside);
   [[nodiscard]] QString name() const { return title_->text(); }
   // A click on a number couldn't be stored.
-  void take_Back(int number) { grid_->take_Back(number); }
+  void takeBack(int number) { grid_->takeBack(number); }
 
  Q_SIGNALS:
   // The user changed the numbers of the interval by a click on one of them.

@@ -21,18 +21,18 @@ class OmissionGroup : public QAbstractButton {
   explicit OmissionGroup(int number, QWidget* parent = nullptr);
 
   [[nodiscard]] int number() const { return number_; }
-  void show_Figures(std::shared_ptr<const Omission> omission);
+  void showFigures(std::shared_ptr<const Omission> omission);
   // Where the group's own box lies in the widget, which has some room around it.
-  void set_Box(const QRectF& box);
+  void setBox(const QRectF& box);
 
   // The bars as they are painted, in the widget.
   [[nodiscard]] OmissionBars bars() const;
   // The tip of the bar at that place, or that of the group.
-  [[nodiscard]] QString tip_At(const QPointF& place) const;
+  [[nodiscard]] QString tipAt(const QPointF& place) const;
 
  Q_SIGNALS:
   // A key asks for another number: so many further, to the left below 0.
-  void step_Wanted(int step);
+  void stepWanted(int step);
 
  protected:
   bool event(QEvent* event) override;
@@ -40,38 +40,38 @@ class OmissionGroup : public QAbstractButton {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  [[nodiscard]] double ball_Size() const;
-  void paint_Bars(QPainter& painter, const OmissionBars& bars);
-  void paint_Top(QPainter& painter, const OmissionBars& bars);
+  [[nodiscard]] double ballSize() const;
+  void paintBars(QPainter& painter, const OmissionBars& bars);
+  void paintTop(QPainter& painter, const OmissionBars& bars);
 
   int number_;
   std::shared_ptr<const Omission> omission_;
   QRectF box_;
 };
 
-// The frame with all groups (`frm_YLFXmain`). Arrow keys, Home and End go from number to number.
+// The frame with all groups (`frmYLFXmain`). Arrow keys, Home and End go from number to number.
 class OmissionChart : public QWidget {
   Q_OBJECT
 
  public:
   explicit OmissionChart(QWidget* parent = nullptr);
 
-  void show_Omission(std::shared_ptr<const Omission> omission);
+  void showOmission(std::shared_ptr<const Omission> omission);
   // No groups: there is no history.
-  void clear() { show_Omission(nullptr); }
+  void clear() { showOmission(nullptr); }
   // What is shown; none at first and after clear().
   [[nodiscard]] const Omission* omission() const { return omission_.get(); }
 
  Q_SIGNALS:
-  void number_Clicked(int number);
+  void numberClicked(int number);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void place_Groups();
-  void focus_Number(int number);
+  void placeGroups();
+  void focusNumber(int number);
 
   std::shared_ptr<const Omission> omission_;
   std::vector<OmissionGroup*> groups_;  // of number n at place n - 1

@@ -54,15 +54,15 @@ OmissionView::OmissionView(Session& session, QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
-  make_Strip();
+  makeStrip();
   layout->addWidget(strip_);
-  layout->addWidget(make_Legend());
+  layout->addWidget(makeLegend());
   layout->addWidget(place, 1);
-  connect(chart_, &OmissionChart::number_Clicked, this,
-          [this](int number) { session_.commands.runner().run([this, number] { tell_Report(number); }); });
+  connect(chart_, &OmissionChart::numberClicked, this,
+          [this](int number) { session_.commands.runner().run([this, number] { tellReport(number); }); });
 }
 
-void OmissionView::make_Strip() {
+void OmissionView::makeStrip() {
   balls_ = new QComboBox;
   balls_->setObjectName(QStringLiteral("Combo_ItemOfYLFX"));
   balls_->setAccessibleName(QStringLiteral("遗漏分析"));
@@ -96,15 +96,15 @@ void OmissionView::make_Strip() {
   layout->addWidget(refresh);
   layout->addStretch();
   layout->addWidget(back);
-  connect(balls_, &QComboBox::currentIndexChanged, this, &OmissionView::analyse_Choice);
-  connect(period_, &QComboBox::activated, this, &OmissionView::analyse_Choice);
-  connect(period_->lineEdit(), &QLineEdit::returnPressed, this, &OmissionView::analyse_Choice);
+  connect(balls_, &QComboBox::currentIndexChanged, this, &OmissionView::analyseChoice);
+  connect(period_, &QComboBox::activated, this, &OmissionView::analyseChoice);
+  connect(period_->lineEdit(), &QLineEdit::returnPressed, this, &OmissionView::analyseChoice);
   connect(refresh, &QPushButton::clicked, this,
           [this] { session_.commands.runner().run([this] { showOmission(); }); });
-  connect(back, &QPushButton::clicked, this, &OmissionView::back_Wanted);
+  connect(back, &QPushButton::clicked, this, &OmissionView::backWanted);
 }
 
-QWidget* OmissionView::make_Legend() {
+QWidget* OmissionView::makeLegend() {
   struct Entry {
     const char* name;
     QString text;
@@ -136,7 +136,7 @@ void OmissionView::open(BallColour balls) {
 }
 
 // Enter on a listed period comes twice, from the list and from its line: the second time it stands in the chart.
-void OmissionView::analyse_Choice() {
+void OmissionView::analyseChoice() {
   const Omission* current = chart_->omission();
   if (current != nullptr && static_cast<int>(current->balls) == balls_->currentIndex() &&
       QString::number(current->period) == period_->currentText())
@@ -146,28 +146,28 @@ void OmissionView::analyse_Choice() {
 
 void OmissionView::showOmission() {
   if (period_->currentText().isEmpty()) loadOmissionPeriods();
-  const auto period = chosen_Period();
-  if (!period) return show_Choice();
+  const auto period = chosenPeriod();
+  if (!period) return showChoice();
   const auto analyse = balls_->currentIndex() == 0 ? analyseRedOmission : analyseBlueOmission;
   const PauseScope pause(*strip_);
-  const auto follow = qScopeGuard([this] { show_Choice(); });
+  const auto follow = qScopeGuard([this] { showChoice(); });
   const ProgressPlace place(session_.desk, *bar_);
   auto omission = analyse(session_.store, session_.desk, *period);
   if (omission)
-    chart_->show_Omission(std::make_shared<const Omission>(std::move(*omission)));
+    chart_->showOmission(std::make_shared<const Omission>(std::move(*omission)));
   else if (period_->count() == 0)
     chart_->clear();
 }
 
 // What the list holds is a period, whatever its number; what is typed has to look like one. An empty history has none.
-std::optional<PeriodNo> OmissionView::chosen_Period() {
+std::optional<PeriodNo> OmissionView::chosenPeriod() {
   const QString text = period_->currentText();
   if (period_->findText(text) >= 0) return text.toInt();
   if (text.isEmpty()) return latestPeriod(session_.store);
-  return read_Period(session_.desk, utf8(text));
+  return readPeriod(session_.desk, utf8(text));
 }
 
-void OmissionView::show_Choice() {
+void OmissionView::showChoice() {
   const Omission* current = chart_->omission();
   if (current == nullptr) return;
   const QSignalBlocker quiet(balls_);
@@ -185,8 +185,6 @@ void OmissionView::loadOmissionPeriods() {
   period_->addItems(periods);
 }
 
-void OmissionView::tell_Report(int number) {
-  session_.desk.tell(omission_Report(*chart_->omission(), number));
-}
+void OmissionView::tellReport(int number) { session_.desk.tell(omissionReport(*chart_->omission(), number)); }
 
 }  // namespace lotmere::ui

@@ -18,7 +18,7 @@ class OmissionView : public QWidget {
  public:
   explicit OmissionView(Session& session, QWidget* parent = nullptr);
 
-  // The view comes to the front for reds or blues (`cmm_Yltj`), analysed anew.
+  // The view comes to the front for reds or blues (`cmmYltj`), analysed anew.
   void open(BallColour balls);
   // Analyses the chosen balls up to the chosen period, which writes work columns, and shows the figures. What
   // can't be analysed is told and leaves the page as it was.
@@ -27,17 +27,17 @@ class OmissionView : public QWidget {
   void loadOmissionPeriods();
 
  Q_SIGNALS:
-  // The person goes back to the condition panels (`cmm_Qiehuan`).
-  void back_Wanted();
+  // The person goes back to the condition panels (`cmmQiehuan`).
+  void backWanted();
 
  private:
-  void make_Strip();
-  QWidget* make_Legend();
-  void analyse_Choice();
+  void makeStrip();
+  QWidget* makeLegend();
+  void analyseChoice();
   // Puts the lists on what the chart shows.
-  [[nodiscard]] std::optional<PeriodNo> chosen_Period();
-  void show_Choice();
-  void tell_Report(int number);
+  [[nodiscard]] std::optional<PeriodNo> chosenPeriod();
+  void showChoice();
+  void tellReport(int number);
 
   Session& session_;
   QWidget* strip_ = nullptr;

@@ -13,13 +13,13 @@ OtherPage::OtherPage(Session& session, QWidget* parent)
   layout->setContentsMargins(12, 12, 12, 8);
   layout->addWidget(contents_);
   session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
-                        [this] { show_Intervals(); });
-  connect(&clicks_, &ConditionClicks::changed, this, &OtherPage::intervals_Changed);
-  add_Text("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rules_Text);
-  add_Text("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitions_Text);
+                        [this] { showIntervals(); });
+  connect(&clicks_, &ConditionClicks::changed, this, &OtherPage::intervalsChanged);
+  addText("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rulesText);
+  addText("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitionsText);
 }
 
-void OtherPage::show_Intervals() {
+void OtherPage::showIntervals() {
   if (intervals_ == nullptr) {
     intervals_ = new IntervalPage(session_, clicks_);
     contents_->addWidget(intervals_);
@@ -29,7 +29,7 @@ void OtherPage::show_Intervals() {
   Q_EMIT wanted();
 }
 
-void OtherPage::add_Text(const char* action, const QString& caption, const char* name, QString (*text)()) {
+void OtherPage::addText(const char* action, const QString& caption, const char* name, QString (*text)()) {
   session_.commands.add({action, caption},
                         [this, name, text, view = static_cast<QPlainTextEdit*>(nullptr)]() mutable {
                           if (view == nullptr) {

@@ -21,12 +21,12 @@ class OtherPage : public QWidget {
   // One of its commands asks for this page to stand in front.
   void wanted();
   // The intervals were divided anew.
-  void intervals_Changed();
+  void intervalsChanged();
 
  private:
-  void show_Intervals();
+  void showIntervals();
   // Registers the command that shows a text.
-  void add_Text(const char* action, const QString& caption, const char* name, QString (*text)());
+  void addText(const char* action, const QString& caption, const char* name, QString (*text)());
 
   Session& session_;
   ConditionClicks clicks_;

@@ -22,7 +22,7 @@ bool TipBox::event(QEvent* event) {
   return true;
 }
 
-void TipBox::extend_Tip(const QString& line) {
+void TipBox::extendTip(const QString& line) {
   if (!QToolTip::isVisible() || QToolTip::text() != tip_) return;
   tip_ += QLatin1Char('\n') + line;
   QToolTip::showText(tip_place_, tip_, this);
@@ -45,24 +45,24 @@ PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* p
   layout->addWidget(list_, 1);
   layout->addWidget(line_);
   // clicked() comes from a person alone, never from setChecked().
-  connect(box_, &QCheckBox::clicked, this, &PanelBox::box_Clicked);
-  connect(list_, &CheckList::item_Clicked, this, &PanelBox::item_Clicked);
+  connect(box_, &QCheckBox::clicked, this, &PanelBox::boxClicked);
+  connect(list_, &CheckList::itemClicked, this, &PanelBox::itemClicked);
 }
 
-void PanelBox::show_Panel(const ConditionPanel& panel) {
+void PanelBox::showPanel(const ConditionPanel& panel) {
   box_->setText(shown(panel.caption));
-  show_Box({panel.ticked, panel.enabled});
+  showBox({panel.ticked, panel.enabled});
   list_->setAccessibleName(box_->text());
   list_->setVisible(!panel.items.empty());
-  list_->show_Items(panel.items);
+  list_->showItems(panel.items);
 }
 
-void PanelBox::show_Box(const BoxState& box) {
+void PanelBox::showBox(const BoxState& box) {
   box_->setChecked(box.ticked);
   box_->setEnabled(box.enabled);
 }
 
-void PanelBox::show_Line(const QString& text) {
+void PanelBox::showLine(const QString& text) {
   line_->setText(text);
   line_->setToolTip(text);
   line_->setVisible(!text.isEmpty());

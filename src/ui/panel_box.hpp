@@ -19,9 +19,9 @@ class TipBox : public QCheckBox {
 
  public:
   using QCheckBox::QCheckBox;
-  void set_TipText(std::function<QString()> text) { tip_text_ = std::move(text); }
+  void setTipText(std::function<QString()> text) { tip_text_ = std::move(text); }
   // Adds a line to the tip that is shown for this box, if it still is.
-  void extend_Tip(const QString& line);
+  void extendTip(const QString& line);
 
  protected:
   bool event(QEvent* event) override;
@@ -40,20 +40,20 @@ class PanelBox : public QWidget {
   PanelBox(const QString& list_name, const QString& box_name, QWidget* parent = nullptr);
 
   // Shows the panel; a panel without items has no list. Nothing is written back.
-  void show_Panel(const ConditionPanel& panel);
-  void show_Box(const BoxState& box);
+  void showPanel(const ConditionPanel& panel);
+  void showBox(const BoxState& box);
   // A click on the box couldn't be stored: its mark is as it was.
-  void take_BoxBack() { box_->setChecked(!box_->isChecked()); }
+  void takeBoxBack() { box_->setChecked(!box_->isChecked()); }
   // Under the list; an empty text takes no room.
-  void show_Line(const QString& text);
+  void showLine(const QString& text);
   [[nodiscard]] QString line() const { return line_->text(); }
 
   [[nodiscard]] CheckList& list() { return *list_; }
   [[nodiscard]] TipBox& box() { return *box_; }
 
  Q_SIGNALS:
-  void box_Clicked(bool on);
-  void item_Clicked(int k, bool selected);
+  void boxClicked(bool on);
+  void itemClicked(int k, bool selected);
 
  private:
   TipBox* box_;

@@ -13,20 +13,20 @@ namespace {
 constexpr int kMostPanels = kIntervalCount;
 
 template <class Panels>
-std::vector<ConditionPanel> as_List(const Panels& panels) {
+std::vector<ConditionPanel> asList(const Panels& panels) {
   return {panels.begin(), panels.end()};
 }
 
-std::vector<ConditionPanel> load_Panels(Store& store, const ConditionPage& page, int tab) {
+std::vector<ConditionPanel> loadPanels(Store& store, const ConditionPage& page, int tab) {
   switch (page.kind) {
     case PageKind::counts:
-      return as_List(tj_FillCounts(store, tab));
+      return asList(countPanels(store, tab));
     case PageKind::intervals:
-      return as_List(fill_Intervals(store));
+      return asList(intervalPanels(store));
     case PageKind::shapes:
-      return {tj_FillShape(store, page.conditions.front()->usage).panel};
+      return {shapePage(store, page.conditions.front()->usage).panel};
     default:
-      return {value_Page(store, tab)};
+      return {valuePage(store, tab)};
   }
 }
 
@@ -52,34 +52,34 @@ PanelPage::PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent)
 }
 
 void PanelPage::open(int tab) {
-  const ConditionPage& page = condition_Page(tab);
-  const auto panels = load_Panels(session_.store, page, tab);
+  const ConditionPage& page = conditionPage(tab);
+  const auto panels = loadPanels(session_.store, page, tab);
   const bool shape = page.kind == PageKind::shapes;
   panels_[0]->list().setObjectName(shape ? QStringLiteral("List_TiaojianElse") : QStringLiteral("List_TJ_0"));
   panels_[0]->box().setObjectName(shape ? QStringLiteral("Check_useTiaojiao_else")
                                         : QStringLiteral("Check_page_0"));
-  show_Panels(panels);
+  showPanels(panels);
   for (std::size_t i = 0; i < panels.size(); ++i) {
     const Condition& condition = conditionOfUsage(panels[i].usage);
     if (shape)
-      clicks_.connect_Leading(*panels_[i], condition);
+      clicks_.connectLeading(*panels_[i], condition);
     else
-      clicks_.connect_Panel(*panels_[i], condition);
+      clicks_.connectPanel(*panels_[i], condition);
   }
   QString tip;
   if (shape)
-    tip = shown(tj_FillShape(session_.store, page.conditions.front()->usage).tip).trimmed();
+    tip = shown(shapePage(session_.store, page.conditions.front()->usage).tip).trimmed();
   else if (panels.front().items.empty())
     tip = QStringLiteral("这个条件的取值在“选取号码”页的条件表中设置。");
   tip_->setText(tip);
   tip_->setVisible(!tip.isEmpty());
 }
 
-void PanelPage::show_Panels(const std::vector<ConditionPanel>& panels) {
+void PanelPage::showPanels(const std::vector<ConditionPanel>& panels) {
   for (std::size_t i = 0; i < panels_.size(); ++i) {
-    clicks_.disconnect_Panel(*panels_[i]);
+    clicks_.disconnectPanel(*panels_[i]);
     panels_[i]->setVisible(i < panels.size());
-    if (i < panels.size()) panels_[i]->show_Panel(panels[i]);
+    if (i < panels.size()) panels_[i]->showPanel(panels[i]);
   }
 }
 

@@ -21,7 +21,7 @@ class PanelPage : public QWidget {
   void open(int tab);
 
  private:
-  void show_Panels(const std::vector<ConditionPanel>& panels);
+  void showPanels(const std::vector<ConditionPanel>& panels);
 
   Session& session_;
   ConditionClicks& clicks_;

@@ -22,10 +22,10 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   auto* places = new QGridLayout;
   places->setSpacing(8);
   for (int i = 0; i < kPlaceCount; ++i) {
-    const UsageId usage = usage_OfPlace(i + 1);
+    const UsageId usage = usageOfPlace(i + 1);
     places_[i] = new PanelBox(QStringLiteral("List_DingweiNumber_%1").arg(i + 1),
                               QStringLiteral("Check_useDingWeiTiaojiao_%1").arg(usage));
-    clicks.connect_Leading(*places_[i], conditionOfUsage(usage));
+    clicks.connectLeading(*places_[i], conditionOfUsage(usage));
     places->addWidget(places_[i], i / kColumns, i % kColumns);
   }
   auto* tolerances = new QHBoxLayout;
@@ -38,10 +38,10 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   }
   tolerances->addStretch();
   connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
-    if (clicks.change([&] { set_ConditionValue(session_.store, kToleranceCell, k); }))
+    if (clicks.change([&] { setConditionValue(session_.store, kToleranceCell, k); }))
       tolerance_ = tolerances_.button(k);
     else
-      show_Only(tolerances_, tolerance_);
+      showOnly(tolerances_, tolerance_);
   });
   auto* help = new QPlainTextEdit(shown(kPlaceHelp));
   help->setObjectName(QStringLiteral("Text_dingweiTip"));
@@ -54,15 +54,15 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addWidget(help);
 }
 
-void PlacePageView::load_DingWei() {
-  const PlacePage page = lotmere::load_DingWei(session_.store);
-  for (int i = 0; i < kPlaceCount; ++i) places_[i]->show_Panel(page.places[i]);
+void PlacePageView::loadPlacePage() {
+  const PlacePage page = lotmere::loadPlacePage(session_.store);
+  for (int i = 0; i < kPlaceCount; ++i) places_[i]->showPanel(page.places[i]);
   tolerance_ = nullptr;
   for (const PanelItem& item : page.tolerances) {
     tolerances_.button(item.k)->setText(shown(item.text));
     if (item.selected) tolerance_ = tolerances_.button(item.k);
   }
-  show_Only(tolerances_, tolerance_);
+  showOnly(tolerances_, tolerance_);
 }
 
 }  // namespace lotmere::ui

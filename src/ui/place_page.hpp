@@ -16,7 +16,7 @@ class PlacePageView : public QWidget {
  public:
   PlacePageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
   // Shows the page as it is stored.
-  void load_DingWei();
+  void loadPlacePage();
 
  private:
   Session& session_;

@@ -15,22 +15,22 @@ Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files, H
       start_(std::move(home), desk, files),
       commands_(desk) {}
 
-Program::~Program() { desk_.set_Window(nullptr); }
+Program::~Program() { desk_.setWindow(nullptr); }
 
-std::vector<StartStep> Program::start_Order() {
+std::vector<StartStep> Program::startOrder() {
   return {
-      start_.single_Instance(),
+      start_.singleInstance(),
       {"splash",
        [this] {
          splash_ = std::make_unique<Splash>();
-         splash_->show_Now();
+         splash_->showNow();
          return true;
        }},
-      start_.database_Presence(),
+      start_.databasePresence(),
       start_.compaction(),
-      start_.size_Guard(),
-      start_.home_Files(),
-      start_.main_Connection(),
+      start_.sizeGuard(),
+      start_.homeFiles(),
+      start_.mainConnection(),
       {"main window",
        [this] {
          session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_, password_limits_});
@@ -45,39 +45,39 @@ std::vector<StartStep> Program::start_Order() {
          splash_.reset();
          return true;
        }},
-      {"user mode", [this] { return window_->choose_Mode(); }},
-      {"login", [this] { return window_->log_In(); }},
+      {"user mode", [this] { return window_->chooseMode(); }},
+      {"login", [this] { return window_->logIn(); }},
       {"interval counts",
        [this] {
-         commands_.runner().run([this] { window_->recount_Intervals(); });
+         commands_.runner().run([this] { window_->recountIntervals(); });
          return true;
        }},
       {"history", [this] {
-         window_->check_History();
+         window_->checkHistory();
          return true;
        }}};
 }
 
 bool Program::start() {
-  const StartOutcome outcome = run_Steps(start_Order());
+  const StartOutcome outcome = runSteps(startOrder());
   splash_.reset();
   for (const std::string& message : outcome.messages) desk_.tell(message, Tone::error);
   started_ = outcome.ready;
   // Only the event loop that comes now can be ended by a window that closes.
-  if (started_ && desk_.is_Ending()) Q_EMIT window_->quiet_EndWanted();
+  if (started_ && desk_.isEnding()) Q_EMIT window_->quietEndWanted();
   return outcome.ready;
 }
 
 void Program::end() {
-  desk_.begin_End();
-  if (started_) window_->end_Quietly();
+  desk_.beginEnd();
+  if (started_) window_->endQuietly();
 }
 
 void Program::finish() {
   if (!session_ || session_->store.db().getTotalChanges() == 0) return;
-  if (restore_Waits(start_.home())) return;  // the store is about to be replaced
-  run_Guarded(desk_, [this] {
-    if (!copy_Database(start_.home().main_Db(), start_.home().backup_Db(), files_))
+  if (restoreWaits(start_.home())) return;  // the store is about to be replaced
+  runGuarded(desk_, [this] {
+    if (!copyDatabase(start_.home().mainDb(), start_.home().backupDb(), files_))
       desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);
   });
 }

@@ -16,7 +16,7 @@ namespace lotmere::ui {
 class Program {
  public:
   // Nothing happens before start(). `desk`, `clock` and `files` outlive the program.
-  Program(Home home, WindowDesk& desk, Clock& clock = real_Clock(), FileSystem& files = real_Files(),
+  Program(Home home, WindowDesk& desk, Clock& clock = realClock(), FileSystem& files = realFiles(),
           HashLimits password_limits = HashLimits::interactive());
   ~Program();
   Program(const Program&) = delete;
@@ -39,7 +39,7 @@ class Program {
   void finish();
 
  private:
-  [[nodiscard]] std::vector<StartStep> start_Order();
+  [[nodiscard]] std::vector<StartStep> startOrder();
 
   WindowDesk& desk_;
   Clock& clock_;

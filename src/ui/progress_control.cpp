@@ -24,7 +24,7 @@ ProgressControl::ProgressControl(WindowDesk& desk, QWidget* parent) : QFrame(par
   connect(stop_, &QPushButton::pressed, this, [this, &desk] {
     stopped_ = true;
     stop_->setEnabled(false);
-    desk.request_Stop();
+    desk.requestStop();
   });
   auto* foot = new QHBoxLayout;
   foot->addWidget(done_);
@@ -38,22 +38,22 @@ ProgressControl::ProgressControl(WindowDesk& desk, QWidget* parent) : QFrame(par
   hide();
 }
 
-void ProgressControl::set_MinJindu(int minimum) {
+void ProgressControl::setMinimum(int minimum) {
   minimum_ = std::min(minimum, maximum_);
-  show_Value();
+  showValue();
 }
 
-void ProgressControl::set_MaxJindu(int maximum) {
+void ProgressControl::setMaximum(int maximum) {
   maximum_ = std::max(maximum, minimum_);
-  show_Value();
+  showValue();
 }
 
-void ProgressControl::set_ValueJindu(int value) {
+void ProgressControl::setValue(int value) {
   value_ = value;
-  show_Value();
+  showValue();
 }
 
-void ProgressControl::show_Value() {
+void ProgressControl::showValue() {
   const int shown = std::clamp(value_, minimum_, maximum_);
   bar_->setRange(minimum_, maximum_);
   bar_->setValue(shown);
@@ -70,13 +70,13 @@ void ProgressControl::begin(std::int64_t maximum, bool can_stop) {
   minimum_ = 0;
   maximum_ = static_cast<int>(std::min<std::int64_t>(maximum, std::numeric_limits<int>::max()));
   value_ = 0;
-  show_Value();
+  showValue();
   stop_->setEnabled(can_stop && !stopped_);
   show();
   raise();
 }
 
-void ProgressControl::advance(std::int64_t value) { set_ValueJindu(static_cast<int>(value)); }
+void ProgressControl::advance(std::int64_t value) { setValue(static_cast<int>(value)); }
 
 void ProgressControl::end() {
   if (--depth_ == 0) hide();

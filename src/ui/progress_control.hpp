@@ -13,38 +13,38 @@ namespace lotmere::ui {
 
 class ProgressControl : public QFrame, public ProgressView {
   Q_OBJECT
-  Q_PROPERTY(int minJindu READ minJindu WRITE set_MinJindu)
-  Q_PROPERTY(int maxJindu READ maxJindu WRITE set_MaxJindu)
-  Q_PROPERTY(int ValueJindu READ ValueJindu WRITE set_ValueJindu)
-  Q_PROPERTY(QString tipTxt READ tipTxt WRITE set_TipTxt)
-  Q_PROPERTY(bool StopEnabled READ StopEnabled WRITE set_StopEnabled)
-  Q_PROPERTY(bool Tingzhi READ Tingzhi)
+  Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
+  Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
+  Q_PROPERTY(int value READ value WRITE setValue)
+  Q_PROPERTY(QString tipTxt READ tipTxt WRITE setTipTxt)
+  Q_PROPERTY(bool StopEnabled READ StopEnabled WRITE setStopEnabled)
+  Q_PROPERTY(bool stopped READ stopped)
 
  public:
   // Hidden until a job begins. Pressing stop also asks the job of `desk` to stop.
   ProgressControl(WindowDesk& desk, QWidget* parent);
 
   // The ends of the bar. An end that would pass the other one is cut to it.
-  [[nodiscard]] int minJindu() const { return minimum_; }
-  void set_MinJindu(int minimum);
-  [[nodiscard]] int maxJindu() const { return maximum_; }
-  void set_MaxJindu(int maximum);
+  [[nodiscard]] int minimum() const { return minimum_; }
+  void setMinimum(int minimum);
+  [[nodiscard]] int maximum() const { return maximum_; }
+  void setMaximum(int maximum);
   // Kept as it is set, shown cut to the ends.
-  [[nodiscard]] int ValueJindu() const { return value_; }
-  void set_ValueJindu(int value);
+  [[nodiscard]] int value() const { return value_; }
+  void setValue(int value);
   [[nodiscard]] QString tipTxt() const { return tip_->text(); }
-  void set_TipTxt(const QString& text) { tip_->setText(text); }
+  void setTipTxt(const QString& text) { tip_->setText(text); }
   [[nodiscard]] bool StopEnabled() const { return stop_->isEnabled(); }
-  void set_StopEnabled(bool enabled) { stop_->setEnabled(enabled); }
+  void setStopEnabled(bool enabled) { stop_->setEnabled(enabled); }
   // Whether stop was pressed since the last job began; a pressed button can't be used again.
-  [[nodiscard]] bool Tingzhi() const { return stopped_; }
+  [[nodiscard]] bool stopped() const { return stopped_; }
 
   void begin(std::int64_t maximum, bool can_stop) override;
   void advance(std::int64_t value) override;
   void end() override;
 
  private:
-  void show_Value();
+  void showValue();
   void place();
 
   QLabel* tip_;

@@ -35,7 +35,7 @@ EndTable::EndTable(QWidget* parent) : RowTable(parent) {
           [this, bar](int value) { at_end_ = value == bar->maximum(); });
 }
 
-void EndTable::show_End() {
+void EndTable::showEnd() {
   at_end_ = true;
   scrollToBottom();
 }

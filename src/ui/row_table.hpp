@@ -25,7 +25,7 @@ class EndTable : public RowTable {
 
   // Puts the last row in sight. It stays there when rows or the size of the window change, until the person
   // scrolls away.
-  void show_End();
+  void showEnd();
 
  private:
   bool at_end_ = true;

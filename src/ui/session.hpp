@@ -22,7 +22,7 @@ struct Session {
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.
-  [[nodiscard]] PeriodNo next_Period() const { return nextPeriod(store, entry_date); }
+  [[nodiscard]] PeriodNo nextPeriod() const { return lotmere::nextPeriod(store, entry_date); }
 };
 
 }  // namespace lotmere::ui

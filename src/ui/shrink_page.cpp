@@ -21,14 +21,14 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
     column->addWidget(option);
   }
   connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
-    if (clicks.change([&] { set_ConditionValue(session_.store, kShrinkTypeCell, type); }))
+    if (clicks.change([&] { setConditionValue(session_.store, kShrinkTypeCell, type); }))
       type_ = types_.button(type);
     else
-      show_Only(types_, type_);
+      showOnly(types_, type_);
   });
   smart_->setObjectName(QStringLiteral("Check_auto"));
   connect(smart_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
-    if (!clicks.change([&] { set_Usage(session_.store, kSmartOptimisation, on); })) smart_->setChecked(!on);
+    if (!clicks.change([&] { setUsage(session_.store, kSmartOptimisation, on); })) smart_->setChecked(!on);
   });
   hint_->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
@@ -41,13 +41,13 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
 }
 
 void ShrinkPageView::load() {
-  const ShrinkPage page = shrink_Page(session_.store);
+  const ShrinkPage page = shrinkPage(session_.store);
   type_ = nullptr;
   for (const PanelItem& item : page.types) {
     types_.button(item.k)->setText(shown(item.text));
     if (item.selected) type_ = types_.button(item.k);
   }
-  show_Only(types_, type_);
+  showOnly(types_, type_);
   smart_->setText(shown(page.smart.caption));
   smart_->setChecked(page.smart.ticked);
   hint_->setText(shown(page.hint));

@@ -16,7 +16,7 @@ Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) 
     move(screen->availableGeometry().center() - rect().center());
 }
 
-void Splash::show_Now() {
+void Splash::showNow() {
   show();
   repaint();
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
@@ -31,8 +31,8 @@ void Splash::paintEvent(QPaintEvent* /*event*/) {
   constexpr double kSize = 40;
   for (int i = 0; i < 7; ++i) {
     const QRectF box(width() / 2.0 + (i - 3.5) * (kSize + 8) + 4, 56, kSize, kSize);
-    paint_Ball(painter, box, QStringLiteral("%1").arg(kBalls[i], 2, 10, QLatin1Char('0')),
-               i == 6 ? BallFace::blue : BallFace::red);
+    paintBall(painter, box, QStringLiteral("%1").arg(kBalls[i], 2, 10, QLatin1Char('0')),
+              i == 6 ? BallFace::blue : BallFace::red);
   }
   QFont name = font();
   name.setPointSizeF(20);

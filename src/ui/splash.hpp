@@ -11,7 +11,7 @@ class Splash : public QWidget {
  public:
   Splash();
   // On the screen when it returns.
-  void show_Now();
+  void showNow();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -49,7 +49,7 @@ Appearance g_appearance = Appearance::light;
 
 const Look& look() { return g_appearance == Appearance::light ? kLight : kDark; }
 
-QPalette palette_Of(const Look& look) {
+QPalette paletteOf(const Look& look) {
   QPalette palette;
   palette.setColor(QPalette::Window, look.window);
   palette.setColor(QPalette::Base, look.base);
@@ -70,7 +70,7 @@ QPalette palette_Of(const Look& look) {
 }
 
 // Flat controls with room around their texts; every colour is the palette's or the line colour.
-QString style_Sheet(const Look& look) {
+QString styleSheet(const Look& look) {
   return QStringLiteral(R"(
 QToolTip { border: 1px solid @line; padding: 4px; }
 QPushButton { background: palette(button); border: 1px solid @line; border-radius: 5px; padding: 5px 12px; }
@@ -129,7 +129,7 @@ QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; color:
 
 // The Chinese forms of the characters come first: a font that covers them for another language would show its
 // own.
-QFont program_Font(const QApplication& application) {
+QFont programFont(const QApplication& application) {
   QFont font = application.font();
   font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Noto Sans SC"),
                     QStringLiteral("Source Han Sans SC"), QStringLiteral("WenQuanYi Micro Hei"),
@@ -140,7 +140,7 @@ QFont program_Font(const QApplication& application) {
 
 }  // namespace
 
-void apply_Appearance(QApplication& application, Appearance appearance) {
+void applyAppearance(QApplication& application, Appearance appearance) {
   g_appearance = appearance;
   static bool styled = false;
   if (!std::exchange(styled, true)) {
@@ -148,23 +148,23 @@ void apply_Appearance(QApplication& application, Appearance appearance) {
     style->setParent(&application);
     QApplication::setStyle(style);
   }
-  QApplication::setPalette(palette_Of(look()));
-  QApplication::setFont(program_Font(application));
-  application.setStyleSheet(style_Sheet(look()));
+  QApplication::setPalette(paletteOf(look()));
+  QApplication::setFont(programFont(application));
+  application.setStyleSheet(styleSheet(look()));
 }
 
-Appearance current_Appearance() { return g_appearance; }
+Appearance currentAppearance() { return g_appearance; }
 
 const Colours& colours() { return look().colours; }
 
-Appearance desktop_Appearance(const QApplication& application) {
+Appearance desktopAppearance(const QApplication& application) {
   const QPalette palette = application.palette();
   return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness()
              ? Appearance::dark
              : Appearance::light;
 }
 
-QIcon program_Icon() {
+QIcon programIcon() {
   QIcon icon;
   for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
     QPixmap picture(size, size);
@@ -172,14 +172,14 @@ QIcon program_Icon() {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     const double ball = size * 0.66;
-    paint_Ball(painter, {size - ball, 0, ball, ball}, {}, BallFace::blue);
-    paint_Ball(painter, {0, size - ball, ball, ball}, {}, BallFace::red);
+    paintBall(painter, {size - ball, 0, ball, ball}, {}, BallFace::blue);
+    paintBall(painter, {0, size - ball, ball, ball}, {}, BallFace::red);
     icon.addPixmap(picture);
   }
   return icon;
 }
 
-QPixmap sign_Picture(Sign sign, int size, double pixel_ratio) {
+QPixmap signPicture(Sign sign, int size, double pixel_ratio) {
   struct Shape {
     QColor colour;
     const char* text;

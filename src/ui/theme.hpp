@@ -34,18 +34,18 @@ struct Colours {
 };
 
 // Sets style, palette, font and style sheet of the whole program; may be called again at any time.
-void apply_Appearance(QApplication& application, Appearance appearance);
-[[nodiscard]] Appearance current_Appearance();
+void applyAppearance(QApplication& application, Appearance appearance);
+[[nodiscard]] Appearance currentAppearance();
 [[nodiscard]] const Colours& colours();
 
 // What the desktop asks for at the start: dark where its windows are darker than their text.
-[[nodiscard]] Appearance desktop_Appearance(const QApplication& application);
+[[nodiscard]] Appearance desktopAppearance(const QApplication& application);
 
 // Two balls, drawn at every size that a desktop asks for.
-[[nodiscard]] QIcon program_Icon();
+[[nodiscard]] QIcon programIcon();
 
 // The sign of a message: "i", "!" or "?" on a disc.
 enum class Sign { information, warning, error, question };
-[[nodiscard]] QPixmap sign_Picture(Sign sign, int size, double pixel_ratio);
+[[nodiscard]] QPixmap signPicture(Sign sign, int size, double pixel_ratio);
 
 }  // namespace lotmere::ui

@@ -15,14 +15,14 @@ const char* const kCaptions[] = {"序号",  "期号",  "红球1", "红球2",  "�
                                  "红球5", "红球6", "蓝球",  "红球中", "蓝球中"};
 static_assert(std::size(kCaptions) == TicketModel::column_count);
 
-bool is_Number(int column) { return column >= TicketModel::first_red && column <= TicketModel::blue; }
+bool isNumber(int column) { return column >= TicketModel::first_red && column <= TicketModel::blue; }
 
-int number_In(const TicketRow& ticket, int column) {
+int numberIn(const TicketRow& ticket, int column) {
   return column == TicketModel::blue ? ticket.numbers.blue
                                      : ticket.numbers.reds[column - TicketModel::first_red];
 }
 
-QVariant text_Of(const TicketRow& ticket, int column) {
+QVariant textOf(const TicketRow& ticket, int column) {
   switch (column) {
     case TicketModel::seq:
       return ticket.seq;
@@ -33,19 +33,19 @@ QVariant text_Of(const TicketRow& ticket, int column) {
     case TicketModel::blue_hits:
       return ticket.blue_hits;
     default:
-      return shown(format_Ball(number_In(ticket, column)));
+      return shown(formatBall(numberIn(ticket, column)));
   }
 }
 
 }  // namespace
 
-void TicketModel::show_Tickets(std::vector<TicketRow> tickets) {
+void TicketModel::showTickets(std::vector<TicketRow> tickets) {
   beginResetModel();
   tickets_ = std::move(tickets);
   endResetModel();
 }
 
-void TicketModel::mark_Draw(const StoredDraw& draw) {
+void TicketModel::markDraw(const StoredDraw& draw) {
   draw_ = draw;
   if (!tickets_.empty()) Q_EMIT dataChanged(index(0, first_red), index(rowCount() - 1, blue), {kBallRole});
 }
@@ -58,7 +58,7 @@ int TicketModel::columnCount(const QModelIndex& parent) const { return parent.is
 
 QVariant TicketModel::ball(const TicketRow& ticket, int column) const {
   if (!draw_ || draw_->period != ticket.period) return {};
-  const int number = number_In(ticket, column);
+  const int number = numberIn(ticket, column);
   if (column == blue)
     return number == draw_->numbers.blue ? QVariant(static_cast<int>(BallFace::blue)) : QVariant();
   return std::ranges::count(draw_->numbers.reds, number) > 0 ? QVariant(static_cast<int>(BallFace::red))
@@ -71,14 +71,14 @@ QVariant TicketModel::data(const QModelIndex& index, int role) const {
   const int column = index.column();
   switch (role) {
     case Qt::DisplayRole:
-      return text_Of(ticket, column);
+      return textOf(ticket, column);
     case Qt::TextAlignmentRole:
       return int{Qt::AlignCenter};
     case Qt::ForegroundRole:
-      if (!is_Number(column)) return {};
+      if (!isNumber(column)) return {};
       return column == blue ? colours().blue_text : colours().red_text;
     case kBallRole:
-      return is_Number(column) ? ball(ticket, column) : QVariant();
+      return isNumber(column) ? ball(ticket, column) : QVariant();
     default:
       return {};
   }

@@ -26,9 +26,9 @@ class TicketModel : public QAbstractTableModel {
 
   using QAbstractTableModel::QAbstractTableModel;
 
-  void show_Tickets(std::vector<TicketRow> tickets);
+  void showTickets(std::vector<TicketRow> tickets);
   // From now on tickets of the draw's period show the numbers that it drew as balls.
-  void mark_Draw(const StoredDraw& draw);
+  void markDraw(const StoredDraw& draw);
 
   [[nodiscard]] const std::vector<TicketRow>& tickets() const { return tickets_; }
 

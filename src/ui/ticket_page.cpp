@@ -50,23 +50,23 @@ constexpr Step kSteps[] = {
 
 TicketPage::TicketPage(Session& session, QWidget* parent)
     : QWidget(parent), session_(session), model_(new TicketModel(this)) {
-  add_Commands();
+  addCommands();
   auto* body = new QHBoxLayout;
   body->setSpacing(12);
-  body->addWidget(make_Grid(), 3);
-  body->addWidget(make_Log(), 2);
+  body->addWidget(makeGrid(), 3);
+  body->addWidget(makeLog(), 2);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->setSpacing(10);
-  layout->addWidget(make_Strip());
+  layout->addWidget(makeStrip());
   layout->addLayout(body, 1);
-  connect(&session_.desk, &WindowDesk::running_TextChanged, this, &TicketPage::show_Log);
+  connect(&session_.desk, &WindowDesk::runningTextChanged, this, &TicketPage::showLog);
 }
 
-void TicketPage::add_Commands() {
+void TicketPage::addCommands() {
   void (TicketPage::*const handlers[])() = {
-      &TicketPage::init,        &TicketPage::run,   nullptr,           &TicketPage::export_File,
-      &TicketPage::import_File, &TicketPage::clear, &TicketPage::check};
+      &TicketPage::init,       &TicketPage::run,   nullptr,           &TicketPage::exportFile,
+      &TicketPage::importFile, &TicketPage::clear, &TicketPage::check};
   for (std::size_t i = 0; i < std::size(kSteps); ++i) {
     const Step& step = kSteps[i];
     if (step.action == nullptr) continue;
@@ -80,7 +80,7 @@ void TicketPage::add_Commands() {
   }
 }
 
-QWidget* TicketPage::make_Strip() {
+QWidget* TicketPage::makeStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName(QStringLiteral("Pic_subTouZhu"));
   auto* layout = new QHBoxLayout(strip);
@@ -89,7 +89,7 @@ QWidget* TicketPage::make_Strip() {
     const QString caption = QString::fromUtf8(step.caption);
     QPushButton* button = nullptr;
     if (step.action != nullptr) {
-      button = session_.commands.make_Button(step.button, caption, session_.commands.action(step.action));
+      button = session_.commands.makeButton(step.button, caption, session_.commands.action(step.action));
     } else {
       button = new QPushButton(caption);
       button->setObjectName(QString::fromUtf8(step.button));
@@ -101,7 +101,7 @@ QWidget* TicketPage::make_Strip() {
   return strip;
 }
 
-QWidget* TicketPage::make_Grid() {
+QWidget* TicketPage::makeGrid() {
   auto* place = new QWidget(this);
   grid_ = new RowTable(place);
   grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
@@ -119,7 +119,7 @@ QWidget* TicketPage::make_Grid() {
   return place;
 }
 
-QWidget* TicketPage::make_Log() {
+QWidget* TicketPage::makeLog() {
   log_ = new QPlainTextEdit(this);
   log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
   log_->setReadOnly(true);
@@ -128,76 +128,76 @@ QWidget* TicketPage::make_Log() {
   return log_;
 }
 
-void TicketPage::refresh_Tickets() { model_->show_Tickets(load_TicketList(session_.store)); }
+void TicketPage::refreshTickets() { model_->showTickets(loadTicketList(session_.store)); }
 
-void TicketPage::show_Log(const QString& text) {
+void TicketPage::showLog(const QString& text) {
   log_->setPlainText(text);
   log_->moveCursor(QTextCursor::End);
 }
 
-PeriodNo TicketPage::current_Period() const {
+PeriodNo TicketPage::currentPeriod() const {
   const auto& tickets = model_->tickets();
-  if (tickets.empty()) return session_.next_Period();
+  if (tickets.empty()) return session_.nextPeriod();
   const QModelIndex current = grid_->currentIndex();
   return tickets[static_cast<std::size_t>(current.isValid() ? current.row() : 0)].period;
 }
 
-std::optional<PeriodNo> TicketPage::ask_Period(std::string_view prompt, PeriodNo proposed) {
-  const auto answer = session_.desk.ask_Text(prompt, "", std::to_string(proposed));
-  return answer ? read_Period(session_.desk, *answer) : std::nullopt;
+std::optional<PeriodNo> TicketPage::askPeriod(std::string_view prompt, PeriodNo proposed) {
+  const auto answer = session_.desk.askText(prompt, "", std::to_string(proposed));
+  return answer ? readPeriod(session_.desk, *answer) : std::nullopt;
 }
 
 void TicketPage::init() {
   const auto period =
-      ask_Period("请输入期号：\r\n\r\n[注意,只需要输入7位数(如,2007001)的期号！]", session_.next_Period());
+      askPeriod("请输入期号：\r\n\r\n[注意,只需要输入7位数(如,2007001)的期号！]", session_.nextPeriod());
   if (!period) return;
-  const InitResult result = init_Tickets(session_.store, session_.desk, *period);
+  const InitResult result = initTickets(session_.store, session_.desk, *period);
   // A stopped one leaves the grid as it was until the page is opened again.
   if (result.done)
-    refresh_Tickets();
-  else if (!check_Selection(session_.store, session_.desk, Tell::no))
-    Q_EMIT numbers_Wanted();
+    refreshTickets();
+  else if (!checkSelection(session_.store, session_.desk, Tell::no))
+    Q_EMIT numbersWanted();
 }
 
 void TicketPage::run() {
-  const auto period = ask_Period("要过滤哪期的号码 ？", current_Period());
+  const auto period = askPeriod("要过滤哪期的号码 ？", currentPeriod());
   if (!period) return;
-  run_Pipeline(session_.store, session_.desk, *period);
-  refresh_Tickets();
+  runPipeline(session_.store, session_.desk, *period);
+  refreshTickets();
 }
 
-void TicketPage::export_File() {
+void TicketPage::exportFile() {
   ExportDialog dialog(export_, session_.desk.window());
-  const bool accepted = session_.desk.run_Dialog(dialog);
+  const bool accepted = session_.desk.runDialog(dialog);
   export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
   if (!accepted) return;
   const auto target = session_.home.folder / kExportFile;
-  if (export_Command(session_.store, session_.desk, target, export_) == 0) return;
+  if (exportCommand(session_.store, session_.desk, target, export_) == 0) return;
   const QString path = shown(target.string());
-  if (!session_.desk.open_Outside(QUrl::fromLocalFile(path)))
+  if (!session_.desk.openOutside(QUrl::fromLocalFile(path)))
     session_.desk.tell(utf8(QStringLiteral("号码已写到文件 %1").arg(path)));
 }
 
-void TicketPage::import_File() {
-  const QString file = session_.desk.choose_File(QStringLiteral("数 据 导 入"), QStringLiteral("*.txt;;*"));
+void TicketPage::importFile() {
+  const QString file = session_.desk.chooseFile(QStringLiteral("数 据 导 入"), QStringLiteral("*.txt;;*"));
   if (file.isEmpty()) return;
   ImportDialog dialog(session_, session_.desk.window());
-  const auto choice = session_.desk.run_Dialog(dialog) ? dialog.choice() : std::nullopt;
-  import_Command(session_.store, session_.desk, QFile::encodeName(file).toStdString(), choice);
-  refresh_Tickets();
+  const auto choice = session_.desk.runDialog(dialog) ? dialog.choice() : std::nullopt;
+  importCommand(session_.store, session_.desk, QFile::encodeName(file).toStdString(), choice);
+  refreshTickets();
 }
 
 void TicketPage::clear() {
-  if (clear_AllTickets(session_.store, session_.desk)) refresh_Tickets();
+  if (clearAllTickets(session_.store, session_.desk)) refreshTickets();
 }
 
 void TicketPage::check() {
-  const auto period = ask_Period("您要核对哪期的数据?", current_Period());
+  const auto period = askPeriod("您要核对哪期的数据?", currentPeriod());
   if (!period) return;
-  const CheckResult result = check_Command(session_.store, session_.desk, *period);
+  const CheckResult result = checkCommand(session_.store, session_.desk, *period);
   if (!result.refusal.empty()) return;
-  refresh_Tickets();
-  if (const auto draw = findDraw(session_.store, *period)) model_->mark_Draw(*draw);
+  refreshTickets();
+  if (const auto draw = findDraw(session_.store, *period)) model_->markDraw(*draw);
 }
 
 }  // namespace lotmere::ui

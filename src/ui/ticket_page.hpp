@@ -20,32 +20,32 @@ class TicketPage : public QWidget {
   explicit TicketPage(Session& session, QWidget* parent = nullptr);
 
   // Shows the tickets as they are stored.
-  void refresh_Tickets();
+  void refreshTickets();
 
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
   void wanted();
   // There is nothing to expand yet: the person needs the number pad.
-  void numbers_Wanted();
+  void numbersWanted();
 
  private:
-  void add_Commands();
-  QWidget* make_Strip();
-  QWidget* make_Grid();
-  QWidget* make_Log();
+  void addCommands();
+  QWidget* makeStrip();
+  QWidget* makeGrid();
+  QWidget* makeLog();
 
   void init();
   void run();
-  void export_File();
-  void import_File();
+  void exportFile();
+  void importFile();
   void clear();
   void check();
 
   // Asks for a period; nothing when the user cancels and, told, when what was typed is none.
-  [[nodiscard]] std::optional<PeriodNo> ask_Period(std::string_view prompt, PeriodNo proposed);
+  [[nodiscard]] std::optional<PeriodNo> askPeriod(std::string_view prompt, PeriodNo proposed);
   // The period of the grid's current row, or the next one.
-  [[nodiscard]] PeriodNo current_Period() const;
-  void show_Log(const QString& text);
+  [[nodiscard]] PeriodNo currentPeriod() const;
+  void showLog(const QString& text);
 
   Session& session_;
   TicketModel* model_;

@@ -22,7 +22,7 @@ TipDialog::TipDialog(const QString& text, const QString& title, QWidget* parent)
   layout->setSpacing(16);
   layout->addWidget(label);
   layout->addWidget(ok_, 0, Qt::AlignRight);
-  show_Counter();
+  showCounter();
   timer_.setObjectName(QStringLiteral("Timer1"));
   connect(&timer_, &QTimer::timeout, this, &TipDialog::tick);
   timer_.start(1000);
@@ -30,12 +30,12 @@ TipDialog::TipDialog(const QString& text, const QString& title, QWidget* parent)
 
 void TipDialog::tick() {
   --counter_;
-  show_Counter();
+  showCounter();
   if (counter_ > 0) return;
   timer_.stop();
   accept();
 }
 
-void TipDialog::show_Counter() { ok_->setText(QStringLiteral("知道了 (%1)").arg(counter_)); }
+void TipDialog::showCounter() { ok_->setText(QStringLiteral("知道了 (%1)").arg(counter_)); }
 
 }  // namespace lotmere::ui

@@ -15,7 +15,7 @@ class TipDialog : public QDialog {
 
  private:
   void tick();
-  void show_Counter();
+  void showCounter();
 
   int counter_ = 10;  // seconds left
   QPushButton* ok_;

@@ -13,16 +13,16 @@ UsersDialog::UsersDialog(Session& session, const QString& first, QWidget* parent
     : QDialog(parent),
       session_(session),
       name_(new QComboBox),
-      before_(make_PasswordLine("txtOldPWD", QStringLiteral("忘记了就空着"))),
-      after_(make_PasswordLine("txtNewPWD", {})),
-      again_(make_PasswordLine("txtNewPWDAgain", {})),
-      change_(make_DialogButton("cmdChangePWD", QStringLiteral("更改密码"), IsDefault::yes)),
-      remove_(make_DialogButton("cmdRemoveUser", QStringLiteral("删除用户..."))) {
+      before_(makePasswordLine("txtOldPWD", QStringLiteral("忘记了就空着"))),
+      after_(makePasswordLine("txtNewPWD", {})),
+      again_(makePasswordLine("txtNewPWDAgain", {})),
+      change_(makeDialogButton("cmdChangePWD", QStringLiteral("更改密码"), IsDefault::yes)),
+      remove_(makeDialogButton("cmdRemoveUser", QStringLiteral("删除用户..."))) {
   setObjectName(QStringLiteral("frmUsers"));
   setWindowTitle(QStringLiteral("密码和用户"));
   name_->setObjectName(QStringLiteral("Combo_manageUser"));
   name_->setMinimumWidth(220);
-  fill_Names();
+  fillNames();
   name_->setCurrentIndex(std::max(0, name_->findText(first)));
   auto* form = new QFormLayout;
   form->setVerticalSpacing(12);
@@ -30,17 +30,17 @@ UsersDialog::UsersDialog(Session& session, const QString& first, QWidget* parent
   form->addRow(QStringLiteral("旧密码:"), before_);
   form->addRow(QStringLiteral("新密码:"), after_);
   form->addRow(QStringLiteral("再输一次:"), again_);
-  auto* close = make_DialogButton("cmdClose", QStringLiteral("关闭"));
-  connect(change_, &QPushButton::clicked, this, &UsersDialog::change_Password);
-  connect(remove_, &QPushButton::clicked, this, &UsersDialog::remove_User);
+  auto* close = makeDialogButton("cmdClose", QStringLiteral("关闭"));
+  connect(change_, &QPushButton::clicked, this, &UsersDialog::changePassword);
+  connect(remove_, &QPushButton::clicked, this, &UsersDialog::removeUser);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
-  auto* layout = make_DialogLayout(this);
+  auto* layout = makeDialogLayout(this);
   layout->addLayout(form);
-  layout->addLayout(make_DialogFoot({change_, remove_, close}));
+  layout->addLayout(makeDialogFoot({change_, remove_, close}));
   before_->setFocus();
 }
 
-QLineEdit* UsersDialog::make_PasswordLine(const char* name, const QString& hint) {
+QLineEdit* UsersDialog::makePasswordLine(const char* name, const QString& hint) {
   auto* line = new QLineEdit;
   line->setObjectName(QString::fromUtf8(name));
   line->setEchoMode(QLineEdit::Password);
@@ -48,35 +48,34 @@ QLineEdit* UsersDialog::make_PasswordLine(const char* name, const QString& hint)
   return line;
 }
 
-void UsersDialog::fill_Names() {
+void UsersDialog::fillNames() {
   name_->clear();
-  for (const User& user : all_Users(session_.store))
+  for (const User& user : allUsers(session_.store))
     if (user.name != kGuest) name_->addItem(shown(user.name));
   change_->setEnabled(name_->count() > 0);
   remove_->setEnabled(name_->count() > 0);
 }
 
-void UsersDialog::change_Password() {
-  run_Guarded(session_.desk, [this] {
+void UsersDialog::changePassword() {
+  runGuarded(session_.desk, [this] {
     if (after_->text() != again_->text()) {
       session_.desk.tell("两次输入的新密码不一样。", Tone::error);
       return;
     }
     const std::string before = utf8(before_->text());
-    if (!lotmere::change_Password(user_Desk(session_), utf8(name_->currentText()),
-                                  before.empty() ? std::nullopt : std::optional(before),
-                                  utf8(after_->text())))
+    if (!lotmere::changePassword(userDesk(session_), utf8(name_->currentText()),
+                                 before.empty() ? std::nullopt : std::optional(before), utf8(after_->text())))
       return;
     session_.desk.tell("密码已更改。");
     for (QLineEdit* line : {before_, after_, again_}) line->clear();
   });
 }
 
-void UsersDialog::remove_User() {
-  run_Guarded(session_.desk, [this] {
-    if (!lotmere::remove_User(user_Desk(session_), utf8(name_->currentText()))) return;
+void UsersDialog::removeUser() {
+  runGuarded(session_.desk, [this] {
+    if (!lotmere::removeUser(userDesk(session_), utf8(name_->currentText()))) return;
     session_.desk.tell("用户已删除。");
-    fill_Names();
+    fillNames();
   });
 }
 

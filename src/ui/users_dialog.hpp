@@ -18,10 +18,10 @@ class UsersDialog : public QDialog {
   UsersDialog(Session& session, const QString& first, QWidget* parent);
 
  private:
-  void fill_Names();
-  void change_Password();
-  void remove_User();
-  [[nodiscard]] QLineEdit* make_PasswordLine(const char* name, const QString& hint);
+  void fillNames();
+  void changePassword();
+  void removeUser();
+  [[nodiscard]] QLineEdit* makePasswordLine(const char* name, const QString& hint);
 
   Session& session_;
   QComboBox* name_;

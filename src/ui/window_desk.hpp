@@ -24,51 +24,51 @@ class WindowDesk : public QObject, public Desk {
   explicit WindowDesk(QObject* parent = nullptr) : QObject(parent) {}
 
   // The window that dialogs stand over; may be none.
-  void set_Window(QWidget* window) { window_ = window; }
+  void setWindow(QWidget* window) { window_ = window; }
   [[nodiscard]] QWidget* window() const { return window_.data(); }
 
   void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
   bool ask(std::string_view text, std::string_view title = {}) override;
   std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
                      std::string_view title = {}) override;
-  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                      std::string_view proposed) override;
-  void show_Tip(std::string_view text, std::string_view title) override;
-  void show_Status(std::string_view text) override;
+  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                     std::string_view proposed) override;
+  void showTip(std::string_view text, std::string_view title) override;
+  void showStatus(std::string_view text) override;
   // Lets the window repaint and take clicks, at most every few milliseconds however often it is called.
   void serve() override;
 
   // A file that the person picks to be read; empty when they cancel.
-  virtual QString choose_File(const QString& title, const QString& filter);
+  virtual QString chooseFile(const QString& title, const QString& filter);
   // A file that the user names to be written, with the folder and name proposed; empty when they cancel. Whoever
   // writes asks about one that stands.
-  virtual QString choose_NewFile(const QString& title, const QString& filter, const QString& proposed);
+  virtual QString chooseNewFile(const QString& title, const QString& filter, const QString& proposed);
   // Shows a dialog until the person closes it; true when they accepted it.
-  virtual bool run_Dialog(QDialog& dialog);
+  virtual bool runDialog(QDialog& dialog);
   // Hands a file or an address to the desktop's program for it; false where there is none.
-  virtual bool open_Outside(const QUrl& address);
+  virtual bool openOutside(const QUrl& address);
 
   // The system wants the program to end, and nobody is asked any more: open dialogs close, every question from now on
   // is answered with its cancel, every job is asked to stop, and messages go to standard error.
-  void begin_End();
-  [[nodiscard]] bool is_Ending() const { return ending_; }
+  void beginEnd();
+  [[nodiscard]] bool isEnding() const { return ending_; }
 
-  [[nodiscard]] bool job_Running() const { return !jobs_.empty(); }
+  [[nodiscard]] bool jobRunning() const { return !jobs_.empty(); }
   // Where the jobs begun from now on are shown, nowhere with none. Gives the place so far.
-  ProgressView* set_ProgressView(ProgressView* view);
+  ProgressView* setProgressView(ProgressView* view);
   // Puts a change of the running text on the screen at once.
-  void show_RunningText();
+  void showRunningText();
 
  Q_SIGNALS:
-  void job_Begun(bool can_stop);
-  void job_Ended();
-  void status_Changed(const QString& text);
-  void running_TextChanged(const QString& text);
+  void jobBegun(bool can_stop);
+  void jobEnded();
+  void statusChanged(const QString& text);
+  void runningTextChanged(const QString& text);
 
  protected:
-  void begin_Job(std::int64_t maximum, bool can_stop) override;
-  void show_Progress(std::int64_t value) override;
-  void end_Job() override;
+  void beginJob(std::int64_t maximum, bool can_stop) override;
+  void showProgress(std::int64_t value) override;
+  void endJob() override;
 
  private:
   QPointer<QWidget> window_;
@@ -83,10 +83,10 @@ class WindowDesk : public QObject, public Desk {
 // Shows the jobs of a command in one place, on every route out of it.
 class ProgressPlace {
  public:
-  ProgressPlace(WindowDesk& desk, ProgressView& view) : desk_(desk), before_(desk.set_ProgressView(&view)) {}
+  ProgressPlace(WindowDesk& desk, ProgressView& view) : desk_(desk), before_(desk.setProgressView(&view)) {}
   ProgressPlace(const ProgressPlace&) = delete;
   ProgressPlace& operator=(const ProgressPlace&) = delete;
-  ~ProgressPlace() { desk_.set_ProgressView(before_); }
+  ~ProgressPlace() { desk_.setProgressView(before_); }
 
  private:
   WindowDesk& desk_;

@@ -13,37 +13,37 @@ namespace lotmere {
 namespace {
 
 // An empty text in the guest's row protects nobody.
-bool is_Exposed(const User& user) { return user.plain && (user.name != kGuest || !user.password.empty()); }
+bool isExposed(const User& user) { return user.plain && (user.name != kGuest || !user.password.empty()); }
 
-void hash_Rows(const UserDesk& at, const std::vector<User>& users) {
+void hashRows(const UserDesk& at, const std::vector<User>& users) {
   StoreChange change(at.store);
   for (const User& user : users)
-    if (is_Exposed(user))
-      set_Password(at.store, user.name,
-                   user.name == kGuest ? std::string() : hash_Password(user.password, at.limits));
+    if (isExposed(user))
+      setPassword(at.store, user.name,
+                  user.name == kGuest ? std::string() : hashPassword(user.password, at.limits));
   change.commit();
 }
 
-void renew_Backup(const UserDesk& at) {
+void renewBackup(const UserDesk& at) {
   constexpr std::string_view still = "备份没有更新，旧的密码还在其中。";
   try {
-    if (!copy_Database(at.home.main_Db(), at.home.backup_Db(), at.files))
-      at.desk.show_Tip(std::string(still) + "数据文件已损坏。", "备份");
+    if (!copyDatabase(at.home.mainDb(), at.home.backupDb(), at.files))
+      at.desk.showTip(std::string(still) + "数据文件已损坏。", "备份");
   } catch (const std::exception& failure) {
-    at.desk.show_Tip(std::string(still) + failure_Text(failure), "备份");
+    at.desk.showTip(std::string(still) + failureText(failure), "备份");
   }
 }
 
 // The row of a user who can be changed: one that is there, and not the guest.
-std::optional<User> find_Account(const UserDesk& at, const std::string& name, std::string_view guest_text) {
+std::optional<User> findAccount(const UserDesk& at, const std::string& name, std::string_view guest_text) {
   const std::string wanted(trim(name));
   if (wanted == kGuest) {
-    refuse_User(at, guest_text);
+    refuseUser(at, guest_text);
     return std::nullopt;
   }
-  auto user = find_User(at.store, wanted);
+  auto user = findUser(at.store, wanted);
   if (!user)
-    refuse_User(at, wanted.empty() ? "用户名不能为空！" : fmt::format("没有用户{}。", quote_Typed(wanted)));
+    refuseUser(at, wanted.empty() ? "用户名不能为空！" : fmt::format("没有用户{}。", quoteTyped(wanted)));
   return user;
 }
 
@@ -54,63 +54,62 @@ bool says(const UserDesk& at, const std::string& question, std::string_view acti
 
 }  // namespace
 
-bool refuse_User(const UserDesk& at, std::string_view text) {
+bool refuseUser(const UserDesk& at, std::string_view text) {
   at.desk.tell(text, Tone::error);
   return false;
 }
 
 bool fits(const User& user, const std::string& password) {
   if (user.name == kGuest) return true;
-  return user.plain ? user.password == password : is_HashOf(user.password, password);
+  return user.plain ? user.password == password : isHashOf(user.password, password);
 }
 
-void hash_PlainPasswords(const UserDesk& at) {
-  const auto users = all_Users(at.store);
-  if (std::ranges::none_of(users, is_Exposed)) return;
+void hashPlainPasswords(const UserDesk& at) {
+  const auto users = allUsers(at.store);
+  if (std::ranges::none_of(users, isExposed)) return;
   at.store.db().exec("PRAGMA secure_delete = ON");
-  hash_Rows(at, users);
+  hashRows(at, users);
   // Pages that an older version gave up may still hold a text.
   at.store.db().tryExec("VACUUM");
-  renew_Backup(at);
+  renewBackup(at);
 }
 
-void remove_Profiles(const UserDesk& at, const std::vector<std::string>& names) {
+void removeProfiles(const UserDesk& at, const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     try {
-      at.files.remove(profile_File(at.home, name));
+      at.files.remove(profileFile(at.home, name));
     } catch (const std::filesystem::filesystem_error& failure) {
-      at.desk.show_Tip("无法删除文件 " + failure.path1().filename().string() + "。", "用户");
+      at.desk.showTip("无法删除文件 " + failure.path1().filename().string() + "。", "用户");
     }
   }
 }
 
-bool change_Password(const UserDesk& at, const std::string& name, const std::optional<std::string>& before,
-                     const std::string& after) {
-  const auto user = find_Account(at, name, "临时用户不用密码。");
+bool changePassword(const UserDesk& at, const std::string& name, const std::optional<std::string>& before,
+                    const std::string& after) {
+  const auto user = findAccount(at, name, "临时用户不用密码。");
   if (!user) return false;
   const std::string fresh(trim(after));
-  if (fresh.empty()) return refuse_User(at, "新密码不能为空！");
-  if (before && !fits(*user, std::string(trim(*before))))
-    return refuse_User(at, "密码错误！(注意大小写区分)");
+  if (fresh.empty()) return refuseUser(at, "新密码不能为空！");
+  if (before && !fits(*user, std::string(trim(*before)))) return refuseUser(at, "密码错误！(注意大小写区分)");
   if (!before &&
       !says(at, fmt::format("不核对旧密码，直接为用户“{}”设置新密码吗？", user->name), "设置新密码"))
     return false;
-  hash_PlainPasswords(at);
-  set_Password(at.store, user->name, hash_Password(fresh, at.limits));
+  hashPlainPasswords(at);
+  setPassword(at.store, user->name, hashPassword(fresh, at.limits));
   return true;
 }
 
-bool remove_User(const UserDesk& at, const std::string& name) {
-  const auto user = find_Account(at, name, "临时用户不能删除。");
+bool removeUser(const UserDesk& at, const std::string& name) {
+  const auto user = findAccount(at, name, "临时用户不能删除。");
   if (!user) return false;
-  if (user->name == current_User(at.store))
-    return refuse_User(at, fmt::format("“{}”是当前用户，请先换一个用户登录，再删除。", user->name));
+  if (user->name == currentUser(at.store))
+    return refuseUser(at, fmt::format("“{}”是当前用户，请先换一个用户登录，再删除。", user->name));
   if (!says(at, fmt::format("要删除用户“{}”吗？该用户的过滤条件会一起删除，不能恢复。", user->name),
             "删除用户"))
     return false;
-  hash_PlainPasswords(at);
-  delete_User(at.store, user->name);
-  remove_Profiles(at, {user->name});
+  hashPlainPasswords(at);
+  deleteUser(at.store, user->name);
+  removeProfiles(at, {user->name});
   return true;
 }
 

@@ -15,7 +15,7 @@
 namespace lotmere {
 
 // Tells an error; always false.
-bool refuse_User(const UserDesk& at, std::string_view text);
+bool refuseUser(const UserDesk& at, std::string_view text);
 
 // Whether a typed password is that of the user's row. The guest's row has none and takes any.
 [[nodiscard]] bool fits(const User& user, const std::string& password);
@@ -23,19 +23,19 @@ bool refuse_User(const UserDesk& at, std::string_view text);
 // Hashes every password that an older version kept as plain text, in one change; afterwards the plain text
 // stands neither in the store nor in its journal nor in the backup, which is renewed. That it can't be renewed is
 // told and fails nothing. Nothing happens where all are hashed.
-void hash_PlainPasswords(const UserDesk& at);
+void hashPlainPasswords(const UserDesk& at);
 
 // Removes the profile files of users whose rows are gone. One that can't be removed is told and keeps nobody.
-void remove_Profiles(const UserDesk& at, const std::vector<std::string>& names);
+void removeProfiles(const UserDesk& at, const std::vector<std::string>& names);
 
 // Sets a new password for a user. `before` is the old one as typed; without it, somebody forgot theirs, and the
 // desk asks whether a new one is to be set all the same. False, with nothing changed, when the desk told why
 // not: no such user, the guest, a wrong old password, an empty new one, or the question's answer.
-[[nodiscard]] bool change_Password(const UserDesk& at, const std::string& name,
-                                   const std::optional<std::string>& before, const std::string& after);
+[[nodiscard]] bool changePassword(const UserDesk& at, const std::string& name,
+                                  const std::optional<std::string>& before, const std::string& after);
 
 // Removes a user with their profile, after asking. False, with nothing changed, when the desk told why not: no
 // such user, the guest, whoever is current, or the question's answer.
-[[nodiscard]] bool remove_User(const UserDesk& at, const std::string& name);
+[[nodiscard]] bool removeUser(const UserDesk& at, const std::string& name);
 
 }  // namespace lotmere

@@ -19,29 +19,29 @@ Credentials trimmed(const Credentials& typed) {
   return {std::string(trim(typed.name)), std::string(trim(typed.password))};
 }
 
-std::string unknown_Text(const std::string& name) {
+std::string unknownText(const std::string& name) {
   return fmt::format("没有用户{}。要建立新用户，请点击“我是新用户”（命令行：users login 用户名 --new）。",
-                     quote_Typed(name));
+                     quoteTyped(name));
 }
 
 // Whether somebody who isn't in the table may come in and be made a user.
-bool admits_New(const UserDesk& at, const std::string& name, NewUser new_user) {
-  if (is_BlankName(name)) return refuse_User(at, "用户名不能为空！");
-  if (!is_UserName(name)) return refuse_User(at, "用户名太长，或者含有不能使用的字符，请换一个用户名。");
-  if (new_user == NewUser::refused) return refuse_User(at, unknown_Text(name));
+bool admitsNew(const UserDesk& at, const std::string& name, NewUser new_user) {
+  if (isBlankName(name)) return refuseUser(at, "用户名不能为空！");
+  if (!isUserName(name)) return refuseUser(at, "用户名太长，或者含有不能使用的字符，请换一个用户名。");
+  if (new_user == NewUser::refused) return refuseUser(at, unknownText(name));
   return new_user == NewUser::made || at.desk.ask("用户不存在，要以当前的用户名及密码来建立新用户吗？");
 }
 
-bool admits_Known(const UserDesk& at, const Credentials& user, const User& row, NewUser new_user) {
+bool admitsKnown(const UserDesk& at, const Credentials& user, const User& row, NewUser new_user) {
   if (fits(row, user.password)) return true;
-  return refuse_User(at,
-                     new_user == NewUser::refused
-                         ? "密码错误！(注意大小写区分)"
-                         : fmt::format("已经有用户“{}”，密码不对。要建立新用户，请换一个用户名。", row.name));
+  return refuseUser(at,
+                    new_user == NewUser::refused
+                        ? "密码错误！(注意大小写区分)"
+                        : fmt::format("已经有用户“{}”，密码不对。要建立新用户，请换一个用户名。", row.name));
 }
 
 // Tickets belong to whoever made them; a slip must not cost them.
-bool gives_UpTickets(const UserDesk& at) {
+bool givesUpTickets(const UserDesk& at) {
   const auto tickets = at.store.value(R"(SELECT count(*) FROM "日志表")");
   if (tickets == 0) return true;
   constexpr std::array<std::string_view, 2> buttons{"清空并登录", "取消"};
@@ -52,8 +52,8 @@ bool gives_UpTickets(const UserDesk& at) {
 enum class FirstSettings { factory, profile };
 
 // Nothing when the user is not to be made after all.
-std::optional<FirstSettings> choose_FirstSettings(const UserDesk& at, const std::string& name) {
-  if (!at.files.exists(profile_File(at.home, name))) return FirstSettings::factory;
+std::optional<FirstSettings> chooseFirstSettings(const UserDesk& at, const std::string& name) {
+  if (!at.files.exists(profileFile(at.home, name))) return FirstSettings::factory;
   constexpr std::array<std::string_view, 3> buttons{"使用其中的设置", "另存该文件，从默认设置开始", "取消"};
   switch (
       at.desk.choose(fmt::format("已经有一个用户“{}”的设置文件，要使用其中的设置吗？", name), buttons, 2)) {
@@ -67,98 +67,98 @@ std::optional<FirstSettings> choose_FirstSettings(const UserDesk& at, const std:
 }
 
 // The row and the settings of a new user, inside one change.
-void make_User(const UserDesk& at, const Credentials& user) {
+void makeUser(const UserDesk& at, const Credentials& user) {
   const bool guest = user.name == kGuest;
-  add_User(at.store, user.name, guest ? std::string() : hash_Password(user.password, at.limits));
-  restoreTiaojian(at.store);  // also where a profile is read then: it may lack what this version knows
+  addUser(at.store, user.name, guest ? std::string() : hashPassword(user.password, at.limits));
+  restoreFactoryRows(at.store);  // also where a profile is read then: it may lack what this version knows
 }
 
 // The first profile of a new user. It comes behind the change: a file that lay there before a user does would be
 // taken for somebody else's. Until it is written the settings stand in the store, whose current user this is.
-void save_FirstProfile(const UserDesk& at, const std::string& name) {
+void saveFirstProfile(const UserDesk& at, const std::string& name) {
   try {
-    static_cast<void>(save_Profile(at.store, at.home, at.desk, name, at.files));
+    static_cast<void>(saveProfile(at.store, at.home, at.desk, name, at.files));
   } catch (const std::exception& failure) {
-    at.desk.show_Tip("用户文件没有更新。" + failure_Text(failure), "用户");
+    at.desk.showTip("用户文件没有更新。" + failureText(failure), "用户");
   }
 }
 
 // The common last step of each way in, inside one change; gives the names of the idle users who went.
-std::vector<std::string> user_Login(const UserDesk& at, const std::string& name, FirstSettings settings) {
-  renew_Login(at.store, name, at.today);
-  if (settings == FirstSettings::profile) restore_Profile(at.store, at.home, at.desk, name, at.files);
-  set_CurrentUser(at.store, name);
-  auto idle = remove_IdleUsers(at.store, at.today);
+std::vector<std::string> userLogin(const UserDesk& at, const std::string& name, FirstSettings settings) {
+  renewLogin(at.store, name, at.today);
+  if (settings == FirstSettings::profile) restoreProfile(at.store, at.home, at.desk, name, at.files);
+  setCurrentUser(at.store, name);
+  auto idle = removeIdleUsers(at.store, at.today);
   at.store.query(R"(DELETE FROM "日志表")").run();
   return idle;
 }
 
 }  // namespace
 
-bool log_In(const UserDesk& at, const Credentials& typed, NewUser new_user) {
+bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user) {
   const Credentials user = trimmed(typed);
-  const auto row = find_User(at.store, user.name);
-  if (row ? !admits_Known(at, user, *row, new_user) : !admits_New(at, user.name, new_user)) return false;
-  const auto settings = row ? FirstSettings::profile : choose_FirstSettings(at, user.name);
-  if (!settings || !gives_UpTickets(at)) return false;
-  if (!save_CurrentUser(at)) return false;
-  hash_PlainPasswords(at);
+  const auto row = findUser(at.store, user.name);
+  if (row ? !admitsKnown(at, user, *row, new_user) : !admitsNew(at, user.name, new_user)) return false;
+  const auto settings = row ? FirstSettings::profile : chooseFirstSettings(at, user.name);
+  if (!settings || !givesUpTickets(at)) return false;
+  if (!saveCurrentUser(at)) return false;
+  hashPlainPasswords(at);
 
-  const auto file = profile_File(at.home, user.name);
-  if (settings == FirstSettings::factory && at.files.exists(file)) keep_Copy(file, ".old", at.files);
+  const auto file = profileFile(at.home, user.name);
+  if (settings == FirstSettings::factory && at.files.exists(file)) keepCopy(file, ".old", at.files);
   StoreChange change(at.store);
-  if (!row) make_User(at, user);
-  const auto idle = user_Login(at, user.name, *settings);
+  if (!row) makeUser(at, user);
+  const auto idle = userLogin(at, user.name, *settings);
   change.commit();
-  if (settings == FirstSettings::factory) save_FirstProfile(at, user.name);
-  remove_Profiles(at, idle);
-  if (user.name == kGuest) at.desk.show_Tip("临时用户的设置不保存，只保留到下一次登录。", "用户");
+  if (settings == FirstSettings::factory) saveFirstProfile(at, user.name);
+  removeProfiles(at, idle);
+  if (user.name == kGuest) at.desk.showTip("临时用户的设置不保存，只保留到下一次登录。", "用户");
   return true;
 }
 
-bool resume_Session(const UserDesk& at, const Credentials& typed) {
+bool resumeSession(const UserDesk& at, const Credentials& typed) {
   const Credentials user = trimmed(typed);
-  if (user.name.empty() || user.name != current_User(at.store)) return log_In(at, user);
-  const auto row = find_User(at.store, user.name);
-  if (!row) return refuse_User(at, unknown_Text(user.name));
-  if (!admits_Known(at, user, *row, NewUser::refused)) return false;
-  hash_PlainPasswords(at);
-  renew_Login(at.store, user.name, at.today);
+  if (user.name.empty() || user.name != currentUser(at.store)) return logIn(at, user);
+  const auto row = findUser(at.store, user.name);
+  if (!row) return refuseUser(at, unknownText(user.name));
+  if (!admitsKnown(at, user, *row, NewUser::refused)) return false;
+  hashPlainPasswords(at);
+  renewLogin(at.store, user.name, at.today);
   return true;
 }
 
-bool save_CurrentUser(const UserDesk& at) {
-  const std::string name = current_User(at.store);
-  if (name.empty() || name == kGuest || !find_User(at.store, name)) return true;
-  return save_Profile(at.store, at.home, at.desk, name, at.files);
+bool saveCurrentUser(const UserDesk& at) {
+  const std::string name = currentUser(at.store);
+  if (name.empty() || name == kGuest || !findUser(at.store, name)) return true;
+  return saveProfile(at.store, at.home, at.desk, name, at.files);
 }
 
-bool log_Out(const UserDesk& at) {
-  if (!save_CurrentUser(at)) return false;
-  set_CurrentUser(at.store, {});
+bool logOut(const UserDesk& at) {
+  if (!saveCurrentUser(at)) return false;
+  setCurrentUser(at.store, {});
   return true;
 }
 
-bool exit_Program(const UserDesk& at) {
+bool exitProgram(const UserDesk& at) {
   if (!at.desk.ask("确认要退出吗？")) return false;
-  leave_Program(at);
+  leaveProgram(at);
   return true;
 }
 
-void leave_Program(const UserDesk& at) {
+void leaveProgram(const UserDesk& at) {
   try {
-    if (user_Mode(at.store) == UserMode::multi) static_cast<void>(log_Out(at));
+    if (userMode(at.store) == UserMode::multi) static_cast<void>(logOut(at));
   } catch (const std::exception& failure) {
-    at.desk.tell(failure_Text(failure), Tone::error);
+    at.desk.tell(failureText(failure), Tone::error);
   }
 }
 
-std::string new_UserText() {
+std::string newUserText() {
   return "请在<用户名>及<密码>栏中输入一个新的用户名称及设置密码；\r\n\r\n"
          "然后再点击<登陆>按钮，系统将为您建立一个相应的新用户...";
 }
 
-std::string user_Caption(std::string_view user, std::string_view main_caption) {
+std::string userCaption(std::string_view user, std::string_view main_caption) {
   return fmt::format("{}  —— {}", user, main_caption);
 }
 

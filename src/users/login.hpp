@@ -20,31 +20,31 @@ enum class NewUser { refused, asked, made };
 //   - whether to empty the tickets that stand, which belong to whoever made them.
 //
 // What stands against the login is told, and nothing changes then. The settings of the session before are saved and
-// passwords of an older version hashed (see hash_PlainPasswords); the new user's settings then take their place,
-// idle users go, and all tickets are deleted, in one change. True: current_User() is the new one.
-[[nodiscard]] bool log_In(const UserDesk& at, const Credentials& typed, NewUser new_user = NewUser::refused);
+// passwords of an older version hashed (see hashPlainPasswords); the new user's settings then take their place,
+// idle users go, and all tickets are deleted, in one change. True: currentUser() is the new one.
+[[nodiscard]] bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user = NewUser::refused);
 
 // Goes on with the session of the current user, tickets and all, or logs in as above when another one is current.
-[[nodiscard]] bool resume_Session(const UserDesk& at, const Credentials& typed);
+[[nodiscard]] bool resumeSession(const UserDesk& at, const Credentials& typed);
 
 // Saves the settings of the current user to their profile; nothing to do for the guest or for nobody. False
 // when the desk told that it can't be done.
-[[nodiscard]] bool save_CurrentUser(const UserDesk& at);
+[[nodiscard]] bool saveCurrentUser(const UserDesk& at);
 
 // The end of a session: saved as above, and nobody is current afterwards.
-[[nodiscard]] bool log_Out(const UserDesk& at);
+[[nodiscard]] bool logOut(const UserDesk& at);
 
 // The exit of the program: asks, and logs out in multi-user mode. False: the program goes on and nothing was
 // saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
 // from leaving.
-[[nodiscard]] bool exit_Program(const UserDesk& at);
+[[nodiscard]] bool exitProgram(const UserDesk& at);
 // The same without the question, for a program that the system ends.
-void leave_Program(const UserDesk& at);
+void leaveProgram(const UserDesk& at);
 
 // What the button for new users says.
-[[nodiscard]] std::string new_UserText();
+[[nodiscard]] std::string newUserText();
 
 // The caption of the main window while a user is logged in.
-[[nodiscard]] std::string user_Caption(std::string_view user, std::string_view main_caption);
+[[nodiscard]] std::string userCaption(std::string_view user, std::string_view main_caption);
 
 }  // namespace lotmere

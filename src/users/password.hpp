@@ -20,10 +20,10 @@ struct HashLimits {
 
 // A hash of the password with a new salt: ASCII, at most 127 characters. Two calls give two texts. Throws
 // std::runtime_error when the machine has no memory for it.
-[[nodiscard]] std::string hash_Password(std::string_view password, HashLimits limits);
+[[nodiscard]] std::string hashPassword(std::string_view password, HashLimits limits);
 
 // Whether a stored hash was made of this password; false for a text that is no hash. Throws like
-// hash_Password().
-[[nodiscard]] bool is_HashOf(const std::string& hash, std::string_view password);
+// hashPassword().
+[[nodiscard]] bool isHashOf(const std::string& hash, std::string_view password);
 
 }  // namespace lotmere

@@ -17,7 +17,7 @@ struct UserDesk {
   const Home& home;
   Desk& desk;
   Date today;
-  FileSystem& files = real_Files();
+  FileSystem& files = realFiles();
   HashLimits limits = HashLimits::interactive();  // of the hashes that are made
 };
 

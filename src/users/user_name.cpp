@@ -34,16 +34,16 @@ constexpr CodeRange kInvisible[] = {{0x20, 0x20},      {0xA0, 0xA0},     {0x34F,
                                     {0xE0100, 0xE01EF}};
 
 template <std::size_t N>
-bool stands_In(const CodeRange (&ranges)[N], std::uint32_t code) {
+bool standsIn(const CodeRange (&ranges)[N], std::uint32_t code) {
   const auto* found = std::ranges::upper_bound(ranges, code, {}, &CodeRange::first);
   return found != std::begin(ranges) && code <= std::prev(found)->last;
 }
 
-bool is_Steering(std::uint32_t code) { return stands_In(kSteering, code); }
-bool is_Invisible(std::uint32_t code) { return stands_In(kInvisible, code) || is_Steering(code); }
+bool isSteering(std::uint32_t code) { return standsIn(kSteering, code); }
+bool isInvisible(std::uint32_t code) { return standsIn(kInvisible, code) || isSteering(code); }
 
 // Takes the first character off the text. Nothing when the text doesn't begin with one in its shortest UTF-8.
-std::optional<std::uint32_t> take_Character(std::string_view& text) {
+std::optional<std::uint32_t> takeCharacter(std::string_view& text) {
   constexpr std::uint32_t lowest[] = {0, 0x80, 0x800, 0x10000};
   if (text.empty()) return std::nullopt;
   const auto lead = static_cast<unsigned char>(text.front());
@@ -64,21 +64,21 @@ std::optional<std::uint32_t> take_Character(std::string_view& text) {
 
 }  // namespace
 
-bool is_BlankName(std::string_view name) {
+bool isBlankName(std::string_view name) {
   while (!name.empty()) {
-    const auto code = take_Character(name);
-    if (!code || !is_Invisible(*code)) return false;
+    const auto code = takeCharacter(name);
+    if (!code || !isInvisible(*code)) return false;
   }
   return true;
 }
 
-bool is_UserName(std::string_view name) {
-  if (is_BlankName(name)) return false;
+bool isUserName(std::string_view name) {
+  if (isBlankName(name)) return false;
   for (std::string_view rest = name; !rest.empty();) {
-    const auto code = take_Character(rest);
-    if (!code || is_Steering(*code)) return false;
+    const auto code = takeCharacter(rest);
+    if (!code || isSteering(*code)) return false;
   }
-  return profile_File({}, name).stem().string().size() <= kLongestFileName;
+  return profileFile({}, name).stem().string().size() <= kLongestFileName;
 }
 
 }  // namespace lotmere

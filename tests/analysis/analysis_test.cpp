@@ -15,20 +15,20 @@ namespace lotmere::test {
 namespace {
 
 // Every tenth draw holds a red twice, as a row of another program may.
-std::vector<StoredDraw> put_OddDraws(Store& store, std::size_t count, unsigned seed) {
-  auto draws = invent_Draws(count, seed);
+std::vector<StoredDraw> putOddDraws(Store& store, std::size_t count, unsigned seed) {
+  auto draws = inventDraws(count, seed);
   for (auto& [period, numbers] : draws) {
     numbers.blue = period * 7 % 16 + 1;
     if (period % 10 == 0) numbers.reds[1] = numbers.reds[0];
   }
-  put_Draws(store, draws);
+  putDraws(store, draws);
   return draws;
 }
 
 constexpr const char* kHasRed = R"( ?1 IN ("红球1","红球2","红球3","红球4","红球5","红球6"))";
 
 // The analysis on the table: a select for every number, and the marks as they stand after the last one.
-std::vector<OmissionFigures> model_Figures(Store& store, BallColour balls, PeriodNo period) {
+std::vector<OmissionFigures> modelFigures(Store& store, BallColour balls, PeriodNo period) {
   const bool red = balls == BallColour::red;
   const std::string mark = red ? R"(max("红球1","红球2","红球3","红球4","红球5","红球6"))" : "0";
   store
@@ -40,7 +40,7 @@ std::vector<OmissionFigures> model_Figures(Store& store, BallColour balls, Perio
   const auto total =
       static_cast<int>(store.value(R"(SELECT "总期号" FROM "历史记录" WHERE "期号"=?)", period));
   std::vector<OmissionFigures> figures;
-  for (int n = 1; n <= ball_Count(balls); ++n) {
+  for (int n = 1; n <= ballCount(balls); ++n) {
     Query hits = store.query(R"(SELECT "总期号" FROM "历史记录" WHERE "期号"<=?2 AND)" +
                              std::string(red ? kHasRed : R"( "蓝球"=?1)") + R"( ORDER BY "总期号" ASC)");
     int previous = -1, sum = 0, count = 0;
@@ -65,9 +65,9 @@ class Analysis : public StoreTest {
 
 TEST_F(Analysis, OmissionFiguresAndRowsAreThoseOfTheTable) {
   for (const std::size_t count : {1, 4, 40, 300}) {
-    const auto draws = put_OddDraws(store_, count, 5);
+    const auto draws = putOddDraws(store_, count, 5);
     TempHome model;
-    put_OddDraws(model.store(), count, 5);
+    putOddDraws(model.store(), count, 5);
     // Back and forth, so that values of an earlier analysis stand; the third one finds a hole to close.
     const std::pair<BallColour, std::size_t> steps[] = {{BallColour::red, 0},
                                                         {BallColour::blue, count / 4},
@@ -75,8 +75,8 @@ TEST_F(Analysis, OmissionFiguresAndRowsAreThoseOfTheTable) {
                                                         {BallColour::blue, 0}};
     for (const auto& [balls, before_newest] : steps) {
       const PeriodNo period = draws[count - 1 - before_newest].period;
-      EXPECT_EQ(analyse(balls, period)->numbers, model_Figures(model.store(), balls, period)) << count;
-      EXPECT_EQ(dump_History(store_), dump_History(model.store())) << count;
+      EXPECT_EQ(analyse(balls, period)->numbers, modelFigures(model.store(), balls, period)) << count;
+      EXPECT_EQ(dumpHistory(store_), dumpHistory(model.store())) << count;
       if (balls == BallColour::blue && count > 4)
         for (Store* store : {&store_, &model.store()})
           store->query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(draws[count / 2].period).run();
@@ -87,11 +87,11 @@ TEST_F(Analysis, OmissionFiguresAndRowsAreThoseOfTheTable) {
 
 TEST_F(Analysis, OmissionOfAPeriodAboveTheNewestIsThatOfTheNewestAndAMissingOneIsTold) {
   EXPECT_FALSE(analyse(BallColour::red, kDefaultPeriod));
-  put_Draw(store_, 2024001, "2024-01-02", {{1, 2, 3, 4, 5, 6}, 7});
-  put_Draw(store_, 2024003, "2024-01-07", {{1, 2, 3, 4, 5, 33}, 7});
-  const std::string before = dump_History(store_);
+  putDraw(store_, 2024001, "2024-01-02", {{1, 2, 3, 4, 5, 6}, 7});
+  putDraw(store_, 2024003, "2024-01-07", {{1, 2, 3, 4, 5, 33}, 7});
+  const std::string before = dumpHistory(store_);
   EXPECT_FALSE(analyse(BallColour::blue, 2024002));
-  EXPECT_EQ(dump_History(store_), before);
+  EXPECT_EQ(dumpHistory(store_), before);
   EXPECT_EQ(desk_.told.at(0).text, "历史记录是空的，无法统计遗漏。");
   EXPECT_EQ(desk_.told.at(1).text, "历史记录里没有 2024002 期，无法统计遗漏。");
   EXPECT_EQ(analyse(BallColour::red, 2099001)->period, 2024003);
@@ -102,7 +102,7 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
   for (int i = 0; i < 10; ++i) {
     const int sixth = i == 2 || i == 3 || i == 7 ? 7 : 20 + i;
     const int fourth = i == 0 || i == 3 || i == 5 || i == 6 ? 4 : 9;
-    put_Draw(store_, 2024001 + i, "2024-01-02", {{1, 2, 3, fourth, i == 9 ? 8 : 5, sixth}, i == 9 ? 1 : 16});
+    putDraw(store_, 2024001 + i, "2024-01-02", {{1, 2, 3, fourth, i == 9 ? 8 : 5, sixth}, i == 9 ? 1 : 16});
   }
   const Omission red = *analyse(BallColour::red, 2024010), blue = *analyse(BallColour::blue, 2024010);
   EXPECT_EQ(red.of(7), (OmissionFigures{3, 2, ClosedGaps{3, 2, 3}}));
@@ -113,15 +113,15 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
         hits, largest, average, running);
   };
   const std::pair<std::string, std::string> texts[] = {
-      {omission_Report(red, 7), "(红球号码０７ (截止 ２０２４０１０ 期))  总共开出：３ 期"},
-      {omission_Tip(red, 33), "(红球号码 ３３)  总共开出：０ 期"},
-      {average_Tip(red, 8), "历史遗漏平均值：— 期"},
-      {omission_Tip(red, 4), "红球号码 ０４" + figures("４", "２", "１", "３")},
-      {omission_Report(blue, 16),
+      {omissionReport(red, 7), "(红球号码０７ (截止 ２０２４０１０ 期))  总共开出：３ 期"},
+      {omissionTip(red, 33), "(红球号码 ３３)  总共开出：０ 期"},
+      {averageTip(red, 8), "历史遗漏平均值：— 期"},
+      {omissionTip(red, 4), "红球号码 ０４" + figures("４", "２", "１", "３")},
+      {omissionReport(blue, 16),
        "蓝球号码１６ 截止 ２０２４０１０ 期\r\n_____________________" + figures("９", "０", "０", "１")}};
   for (const auto& [text, expected] : texts) EXPECT_EQ(text, expected);
 
-  const Box group = place_Group(BallColour::red, 7, 33'000, 1000);
+  const Box group = placeGroup(BallColour::red, 7, 33'000, 1000);
   EXPECT_EQ(std::tuple(group.left, group.top, group.width, group.height), std::tuple(6100, 100, 800, 800));
   // A base of 400, and a scale of 4.4 rounded to 4.
   const OmissionBars bars = drawOmissionBars(red, 7, 500, 760.3);
@@ -136,40 +136,40 @@ TEST_F(Analysis, OmissionExampleInFiguresWordsAndBars) {
 }
 
 TEST_F(Analysis, CountsAreThoseOfOneSelectANumber) {
-  const auto draws = put_OddDraws(store_, 300, 9);
+  const auto draws = putOddDraws(store_, 300, 9);
   const std::pair<PeriodNo, PeriodNo> spans[] = {
       {draws[40].period, draws[250].period}, {0, 2999001}, {2009001, 2008001}};
   for (const auto& [from, to] : spans) {
     const std::string span = R"(SELECT count(*) FROM "历史记录" WHERE "期号">=?2 AND "期号"<=?3 AND)";
     for (const CountRow& row : countRedDraws(store_, desk_, from, to)) {
       EXPECT_EQ(row.count, store_.value(span + kHasRed, row.number, from, to));
-      EXPECT_EQ(row.label, "红球:" + format_Ball(row.number));
+      EXPECT_EQ(row.label, "红球:" + formatBall(row.number));
     }
     for (const CountRow& row : countBlueDraws(store_, desk_, from, to)) {
       EXPECT_EQ(row.count, store_.value(span + R"( "蓝球"=?1)", row.number, from, to));
-      EXPECT_EQ(row.label, "蓝球:" + format_Ball(row.number));
+      EXPECT_EQ(row.label, "蓝球:" + formatBall(row.number));
     }
   }
 }
 
 TEST_F(Analysis, TheChartStartsWithTheNewestTenDrawsAndFiftyPeriodsAreListed) {
-  const auto draws = put_OddDraws(store_, 10, 9);
+  const auto draws = putOddDraws(store_, 10, 9);
   const ChartPeriods few = loadChartPeriods(store_);
   EXPECT_EQ(few.period(few.from), 0);
-  put_Draw(store_, 2030001, "2030-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+  putDraw(store_, 2030001, "2030-01-01", {{1, 2, 3, 4, 5, 6}, 7});
   const ChartPeriods enough = loadChartPeriods(store_);
   EXPECT_EQ(enough.period(enough.from), draws[1].period);
   EXPECT_EQ(enough.period(enough.to), 2030001);
-  const auto many = put_OddDraws(store_, 60, 9);
+  const auto many = putOddDraws(store_, 60, 9);
   const auto listed = loadOmissionPeriods(store_);
   EXPECT_TRUE(listed.size() == 50 && listed.front() == 2030001 && listed.back() == many[11].period);
 }
 
 TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {
-  const auto draws = put_OddDraws(store_, 250, 9);
+  const auto draws = putOddDraws(store_, 250, 9);
   EXPECT_EQ(buildHaoMaFenBu(store_, desk_, 2099001, DistributionSpan::all), 250);
   EXPECT_EQ(buildHaoMaFenBu(store_, desk_, draws[200].period, DistributionSpan::recent), 100);
-  const auto table = load_Distribution(store_);
+  const auto table = loadDistribution(store_);
   ASSERT_EQ(table.size(), 100U);
   Query rows = store_.query(R"(SELECT * FROM "号码分布" ORDER BY rowid)");
   std::size_t place = 101;
@@ -177,8 +177,8 @@ TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {
     const auto& [reds, blue] = draws[place].numbers;
     std::vector<std::string> cells(50), found;
     cells[0] = std::to_string(draws[place].period);
-    for (const int red : reds) cells[red] = format_Ball(red);
-    cells[33 + blue] = format_Ball(blue);
+    for (const int red : reds) cells[red] = formatBall(red);
+    cells[33 + blue] = formatBall(blue);
     for (int i = 0; i < 50; ++i) found.push_back(rows.text(i));
     EXPECT_EQ(found, cells);
     const DistributionRow& row = table[place - 101];

@@ -3,7 +3,7 @@
 namespace lotmere::test {
 namespace {
 
-Arguments add_Draw(const std::string& period, const std::string& date, const Arguments& numbers) {
+Arguments addDraw(const std::string& period, const std::string& date, const Arguments& numbers) {
   Arguments arguments{"draws", "add", period, date};
   arguments.insert(arguments.end(), numbers.begin(), numbers.end());
   return arguments;
@@ -15,18 +15,18 @@ const std::string kLongWord = "\x1B[2J" + std::string(300, 'x');
 class BadInput : public testing::Test {
  protected:
   BadInput() {
-    home_.do_Step({"draws", "fetch", "--all", home_.put_File("list.txt", kDrawList)});
-    home_.do_Step({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1"});
-    home_.do_Step({"conditions", "allow", "总和值", "60-140"});
-    home_.do_Step({"conditions", "group", "1", "1-5"});
-    home_.do_Step({"tickets", "init", "2024007"});
+    home_.doStep({"draws", "fetch", "--all", home_.putFile("list.txt", kDrawList)});
+    home_.doStep({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1"});
+    home_.doStep({"conditions", "allow", "总和值", "60-140"});
+    home_.doStep({"conditions", "group", "1", "1-5"});
+    home_.doStep({"tickets", "init", "2024007"});
   }
 
   CliHome home_;
 };
 
 TEST_F(BadInput, Usage) {
-  home_.expect_Refused({
+  home_.expectRefused({
       {"no command", 2, {}},
       {"an unknown option", 2, {"draws", "list", "--first", "3"}},
       {"an answer that is neither yes nor no", 2, {"--answer", "maybe", "tickets", "clear"}},
@@ -37,7 +37,7 @@ TEST_F(BadInput, Usage) {
 
 TEST_F(BadInput, PeriodsAndDraws) {
   const Arguments good{"1", "2", "3", "4", "5", "6", "7"};
-  home_.expect_Refused({
+  home_.expectRefused({
       {"a period of letters", 1, {"tickets", "init", kLongWord}},
       {"an empty period, which isn't a missing one", 1, {"tickets", "list", ""}},
       {"a deletion that nobody answered", 1, {"draws", "delete", "2024006"}},
@@ -50,25 +50,24 @@ TEST_F(BadInput, PeriodsAndDraws) {
       {"hints for a period too short", 1, {"numbers", "hints", "202400"}},
       {"an analysis up to a draw that isn't stored", 1, {"omission", "red", "2024004"}},
       {"a check without a draw", 1, {"tickets", "check", "2024007"}},
-      {"a day that is none", 1, add_Draw("2024007", "2024-02-30", good)},
-      {"blue 17", 1, add_Draw("2024007", "2024-01-16", {"1", "2", "3", "4", "5", "6", "17"})},
+      {"a day that is none", 1, addDraw("2024007", "2024-02-30", good)},
+      {"blue 17", 1, addDraw("2024007", "2024-01-16", {"1", "2", "3", "4", "5", "6", "17"})},
   });
   for (const char* word : {"a", "-7", "1.5", "0x1", "", "99999999999999999999"})
-    home_.expect_Refused(
-        {{word, 2, add_Draw("2024007", "2024-01-16", {word, "2", "3", "4", "5", "6", "7"})}});
+    home_.expectRefused({{word, 2, addDraw("2024007", "2024-01-16", {word, "2", "3", "4", "5", "6", "7"})}});
 }
 
 // What a list may hold is tested with its reader; here, that every command asks it, and for its own numbers.
 TEST_F(BadInput, NumberLists) {
   for (const std::string& list : {std::string(), std::string("5-2"), kLongWord})
-    home_.expect_Refused({{list.c_str(), 1, {"numbers", "pick", "--red-tuo", list, "--blue-tuo", "1"}},
-                          {list.c_str(), 1, {"numbers", "pick", "--red-tuo", "1-6", "--blue-tuo", list}},
-                          {list.c_str(), 1, {"conditions", "interval", "1", list}},
-                          {list.c_str(), 1, {"conditions", "group", "1", list}}});
+    home_.expectRefused({{list.c_str(), 1, {"numbers", "pick", "--red-tuo", list, "--blue-tuo", "1"}},
+                         {list.c_str(), 1, {"numbers", "pick", "--red-tuo", "1-6", "--blue-tuo", list}},
+                         {list.c_str(), 1, {"conditions", "interval", "1", list}},
+                         {list.c_str(), 1, {"conditions", "group", "1", list}}});
 }
 
 TEST_F(BadInput, SelectionsAndConditions) {
-  home_.expect_Refused({
+  home_.expectRefused({
       {"a red both Tuo and Dan", 1, {"numbers", "pick", "--red-tuo", "1-10", "--red-dan", "3"}},
       {"six red Dan", 1, {"numbers", "pick", "--red-dan", "1-6", "--red-tuo", "7-9"}},
       {"a blue Tuo beside a blue Dan", 1, {"numbers", "pick", "--blue-dan", "1", "--blue-tuo", "2"}},
@@ -86,14 +85,14 @@ TEST_F(BadInput, SelectionsAndConditions) {
   });
   const std::string range = home_.run({"numbers", "pick", "--blue-tuo", "17"}).err;
   EXPECT_NE(range.find("应为 1 到 16 的"), std::string::npos) << range;
-  home_.do_Step({"numbers", "pick", "--red-tuo", "1-5", "--blue-tuo", "1"});
-  home_.expect_Refused({{"too few numbers for a ticket", 1, {"tickets", "init", "2024008"}}});
+  home_.doStep({"numbers", "pick", "--red-tuo", "1-5", "--blue-tuo", "1"});
+  home_.expectRefused({{"too few numbers for a ticket", 1, {"tickets", "init", "2024008"}}});
 }
 
 TEST_F(BadInput, FilesAndAddresses) {
   const std::string here = home_.path().string();
-  home_.put_File("garbage.txt", std::string("01 02 03 04 05 06 07\n\0", 22));
-  home_.expect_Refused({
+  home_.putFile("garbage.txt", std::string("01 02 03 04 05 06 07\n\0", 22));
+  home_.expectRefused({
       {"a file in a folder that isn't there", 1, {"tickets", "export", here + "/none/x.txt"}},
       {"no file name", 1, {"tickets", "export", ""}},
       {"an empty address, which isn't a missing one", 1, {"draws", "fetch", ""}},
@@ -105,18 +104,18 @@ TEST_F(BadInput, FilesAndAddresses) {
       {"no text", 1, {"--answer", "no", "tickets", "import", here + "/garbage.txt", "--period", "2024007"}},
       {"tickets of no period", 1, {"tickets", "import", here + "/list.txt"}},
   });
-  const std::string page = home_.put_File("list.txt", "<html><body>404</body></html>");
-  home_.expect_Refused({{"a page for a list", 1, {"draws", "fetch", page}}});
+  const std::string page = home_.putFile("list.txt", "<html><body>404</body></html>");
+  home_.expectRefused({{"a page for a list", 1, {"draws", "fetch", page}}});
 }
 
 TEST_F(BadInput, HomesThatCannotBeOpened) {
   const std::string before = home_.contents();
   const std::string file = (home_.path() / "list.txt").string();
   for (const std::string& home : {file, file + "/below", std::string("/proc/lotmere")})
-    expect_OneLine(run_Bare({"--home", home, "numbers", "show"}), 1);
+    expectOneLine(runBare({"--home", home, "numbers", "show"}), 1);
   const auto held = HomeLock::take(home_.home());
   ASSERT_TRUE(held);
-  expect_OneLine(home_.run({"numbers", "clear"}), 1);
+  expectOneLine(home_.run({"numbers", "clear"}), 1);
   EXPECT_EQ(home_.contents(), before);
 }
 

@@ -24,21 +24,21 @@ struct Reply {
 using Arguments = std::vector<std::string>;
 
 // Runs without --home.
-inline Reply run_Bare(const Arguments& arguments) {
+inline Reply runBare(const Arguments& arguments) {
   std::ostringstream out, err;
   // No default home: a call that goes as far as opening one fails instead of finding a real one.
   const Surroundings surroundings{"/proc/lotmere", "/proc/lotmere", "/proc/lotmere", false,
                                   HashLimits::lowest()};
-  const int status = run_Cli(arguments, out, err, surroundings);
+  const int status = runCli(arguments, out, err, surroundings);
   return {status, out.str(), err.str()};
 }
 
 // A refusal or a report: one line that a person reads at a glance.
-inline void expect_OneLine(const Reply& reply, int status) {
+inline void expectOneLine(const Reply& reply, int status) {
   EXPECT_EQ(reply.status, status);
   EXPECT_GT(reply.err.size(), 1U);
   EXPECT_EQ(reply.err.find('\n'), reply.err.size() - 1) << reply.err;
-  EXPECT_LE(count_Characters(reply.err), 160U) << reply.err;
+  EXPECT_LE(countCharacters(reply.err), 160U) << reply.err;
   EXPECT_EQ(reply.err.find('\x1B'), std::string::npos) << "nothing steers the terminal";
   EXPECT_EQ(reply.out.empty(), status != 0) << reply.out;
 }
@@ -56,30 +56,30 @@ class CliHome : public TempHome {
   Reply run(const Arguments& arguments) const {
     Arguments all{"--home", path().string()};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    return run_Bare(all);
+    return runBare(all);
   }
   // The same for a step that the test builds on: fails the test when it isn't done.
-  void do_Step(const Arguments& arguments) const {
+  void doStep(const Arguments& arguments) const {
     const Reply reply = run(arguments);
     ASSERT_EQ(reply.status, 0) << arguments.at(0) << ' ' << arguments.at(1) << ": " << reply.err;
   }
   // Every call is refused in one line, and the home stays as it is.
-  void expect_Refused(const std::vector<BadCall>& calls) const {
+  void expectRefused(const std::vector<BadCall>& calls) const {
     const std::string before = contents();
     for (const BadCall& call : calls) {
       SCOPED_TRACE(call.fault);
-      expect_OneLine(run(call.arguments), call.status);
+      expectOneLine(run(call.arguments), call.status);
       EXPECT_TRUE(contents() == before) << "the home has changed";
     }
   }
   // The address of a new file in this folder.
-  std::string put_File(const std::string& name, const std::string& text) const {
+  std::string putFile(const std::string& name, const std::string& text) const {
     std::ofstream(path() / name, std::ios::binary) << text;
     return "file://" + (path() / name).string();
   }
   // Every row of every table and the names of all files: two homes with the same text hold the same.
   std::string contents() const {
-    SQLite::Database db(home().main_Db().string(), SQLite::OPEN_READWRITE);
+    SQLite::Database db(home().mainDb().string(), SQLite::OPEN_READWRITE);
     SQLite::Statement tables(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
     std::string text;
     while (tables.executeStep()) {

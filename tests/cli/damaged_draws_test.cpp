@@ -15,30 +15,30 @@ using Damage = std::array<const char*, kDamaged.size()>;
 
 // What every command that reads draws says, in a home with draws, tickets and every condition that looks back
 // switched on, where some fields of draws hold `damage`; and what stands in the draws then.
-std::string answers_With(const Damage& damage) {
+std::string answersWith(const Damage& damage) {
   const CliHome home;
   std::string list = "=336=\n", newest;
-  for (const auto& [period, numbers] : invent_Draws(30, 11)) {
+  for (const auto& [period, numbers] : inventDraws(30, 11)) {
     newest = std::to_string(period);
     list += fmt::format("{} 2008/01/02 {:02} {:02}\n", period, fmt::join(numbers.reds, " "), numbers.blue);
   }
   const std::string next = std::to_string(std::stoi(newest) + 1);
-  const auto damage_Fields = [&](const Damage& values) {
-    SQLite::Database db(home.home().main_Db().string(), SQLite::OPEN_READWRITE);
+  const auto damage_fields = [&](const Damage& values) {
+    SQLite::Database db(home.home().mainDb().string(), SQLite::OPEN_READWRITE);
     for (std::size_t i = 0; i < values.size(); ++i)
       db.exec(fmt::format(R"(UPDATE "历史记录" SET "{}"={} WHERE "期号">{}-4 OR "期号"%5=0)", kDamaged[i],
                           values[i], newest));
   };
-  home.do_Step({"draws", "fetch", "--all", home.put_File("list.txt", list)});
-  home.do_Step({"numbers", "pick", "--red-tuo", "1-9", "--blue-tuo", "1,7"});
+  home.doStep({"draws", "fetch", "--all", home.putFile("list.txt", list)});
+  home.doStep({"numbers", "pick", "--red-tuo", "1-9", "--blue-tuo", "1,7"});
   for (const char* name : {"重叠号", "尾数重叠", "合数重叠", "斜位码", "前3期出现个数", "温度5", "温度10",
                            "前2期和值相同组", "尾数形式", "智能优化"})
     static_cast<void>(home.run({"conditions", "use", name, "on"}));
-  home.do_Step({"tickets", "init", next});
-  home.put_File("own.txt", newest + " 01 02 03 04 05 06 07\n");
-  home.do_Step(
+  home.doStep({"tickets", "init", next});
+  home.putFile("own.txt", newest + " 01 02 03 04 05 06 07\n");
+  home.doStep(
       {"tickets", "import", (home.path() / "own.txt").string(), "--format", "1", "--existing", "keep"});
-  damage_Fields(damage);
+  damage_fields(damage);
   std::string answers;
   for (const Arguments& call : {Arguments{"draws", "list"},
                                 {"draws", "stats", "2003001", newest},
@@ -58,8 +58,8 @@ std::string answers_With(const Damage& damage) {
     answers += fmt::format("{} {}\n{}{}", call[0], call[1], reply.out, reply.err);
   }
   // But for the damaged fields themselves, every column agrees as well.
-  damage_Fields({"0", "0", "0"});
-  SQLite::Database db(home.home().main_Db().string());
+  damage_fields({"0", "0", "0"});
+  SQLite::Database db(home.home().mainDb().string());
   SQLite::Statement rows(db, R"(SELECT * FROM "历史记录")");
   while (rows.executeStep())
     for (int i = 0; i < rows.getColumnCount(); ++i) answers += rows.getColumn(i).getString() + '|';
@@ -67,11 +67,11 @@ std::string answers_With(const Damage& damage) {
 }
 
 TEST(DamagedDraws, ANumberOutsideTheGameIsAMissingOneEverywhere) {
-  const std::string missing = answers_With({"0", "0", "0"});
-  EXPECT_NE(missing, answers_With({"11", "0", "0"})) << "the fields matter";
+  const std::string missing = answersWith({"0", "0", "0"});
+  EXPECT_NE(missing, answersWith({"11", "0", "0"})) << "the fields matter";
   // A number that would be 5 if its upper half were cut off is among them, and half a text.
   const Damage damages[] = {{"-1", "5000", "'abc'"}, {"4294967301", "'7x'", "-1"}, {"NULL", "7.5", "5000"}};
-  for (const Damage& damage : damages) EXPECT_EQ(answers_With(damage), missing) << damage[0];
+  for (const Damage& damage : damages) EXPECT_EQ(answersWith(damage), missing) << damage[0];
 }
 
 }  // namespace

@@ -9,10 +9,10 @@ namespace {
 class TicketCommands : public testing::Test {
  protected:
   TicketCommands() {
-    home_.do_Step({"draws", "fetch", "--all", home_.put_File("list.txt", kDrawList)});
-    home_.do_Step({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1"});
-    home_.put_File("two.txt", "2024007 01 02 03 04 05 06+07\n2024008 01 02 03 04 05 07+08\n");
-    home_.do_Step({"tickets", "import", file("two.txt"), "--format", "1"});
+    home_.doStep({"draws", "fetch", "--all", home_.putFile("list.txt", kDrawList)});
+    home_.doStep({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1"});
+    home_.putFile("two.txt", "2024007 01 02 03 04 05 06+07\n2024008 01 02 03 04 05 07+08\n");
+    home_.doStep({"tickets", "import", file("two.txt"), "--format", "1"});
   }
   [[nodiscard]] std::string file(const char* name) const { return (home_.path() / name).string(); }
   [[nodiscard]] std::size_t tickets() const {
@@ -24,8 +24,8 @@ class TicketCommands : public testing::Test {
 };
 
 TEST_F(TicketCommands, NoneThatDeletesIsTakenAsAnswered) {
-  home_.put_File("wide.txt", "12 01 02 03 04 05 16+07\n");
-  home_.expect_Refused({
+  home_.putFile("wide.txt", "12 01 02 03 04 05 16+07\n");
+  home_.expectRefused({
       {"tickets of the period", 1, {"tickets", "init", "2024007"}},
       {"tickets of any period", 1, {"tickets", "import", file("two.txt"), "--format", "1"}},
       {"all tickets", 1, {"tickets", "clear"}},
@@ -36,8 +36,8 @@ TEST_F(TicketCommands, NoneThatDeletesIsTakenAsAnswered) {
       {"neither kept nor replaced", 2, {"tickets", "init", "2024007", "--existing", "yes"}},
   });
   EXPECT_NE(home_.run({"tickets", "init", "2024007"}).err.find("--answer yes（删除）"), std::string::npos);
-  home_.do_Step({"--answer", "yes", "tickets", "clear"});
-  home_.expect_Refused({{"no ticket to be written", 1, {"tickets", "export", file("two.txt")}}});
+  home_.doStep({"--answer", "yes", "tickets", "clear"});
+  home_.expectRefused({{"no ticket to be written", 1, {"tickets", "export", file("two.txt")}}});
 }
 
 // The option says it; a typed answer means at each question what it always did.
@@ -57,16 +57,16 @@ TEST_F(TicketCommands, KeepOrReplaceWhatStands) {
       {{"--answer", "yes", "tickets", "clear"}, 0},
   };
   for (const auto& [arguments, left] : steps) {
-    home_.do_Step(arguments);
+    home_.doStep(arguments);
     EXPECT_EQ(tickets(), left) << arguments[0] << ' ' << arguments[1] << ' ' << arguments[2];
   }
 }
 
 TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
-  home_.do_Step({"tickets", "export", file("out.txt"), "--columns", "期号, 序号"});
-  EXPECT_EQ(read_File(file("out.txt")), "1       2024007\r\n");
-  home_.do_Step({"tickets", "export", file("out.txt")});
-  EXPECT_EQ(read_File(file("out.txt")), "01 02 03 04 05 06+07\r\n") << "numbers alone";
+  home_.doStep({"tickets", "export", file("out.txt"), "--columns", "期号, 序号"});
+  EXPECT_EQ(readFile(file("out.txt")), "1       2024007\r\n");
+  home_.doStep({"tickets", "export", file("out.txt")});
+  EXPECT_EQ(readFile(file("out.txt")), "01 02 03 04 05 06+07\r\n") << "numbers alone";
 }
 
 TEST_F(TicketCommands, AFullDiskBehindTheResultIsAFailure) {
@@ -76,7 +76,7 @@ TEST_F(TicketCommands, AFullDiskBehindTheResultIsAFailure) {
     std::ostringstream err;
     Arguments arguments{"--home", home_.path().string()};
     arguments.insert(arguments.end(), command.begin(), command.end());
-    EXPECT_EQ(run_Cli(arguments, full, err, surroundings), 1);
+    EXPECT_EQ(runCli(arguments, full, err, surroundings), 1);
     EXPECT_EQ(err.str(), "无法写出结果。\n");
   }
 }
@@ -91,8 +91,8 @@ class Interrupted : public TicketCommands {
 };
 
 TEST_F(Interrupted, EveryCommandThatStopsSaysSoAndEndsWithAStatusOfItsOwn) {
-  home_.do_Step({"numbers", "pick", "--red-tuo", "1-12", "--blue-tuo", "1"});
-  home_.do_Step({"tickets", "init", "2024007", "--existing", "replace"});
+  home_.doStep({"numbers", "pick", "--red-tuo", "1-12", "--blue-tuo", "1"});
+  home_.doStep({"tickets", "init", "2024007", "--existing", "replace"});
   const std::pair<Arguments, const char*> cases[] = {
       {{"tickets", "init", "2024007", "--existing", "keep"}, "用户中止,当前记录余："},
       {{"tickets", "run", "2024007"}, "用户中止,当前记录余：１４３６ 注"},
@@ -114,15 +114,15 @@ TEST_F(Interrupted, WhatCantBeStoppedSaysSoAndIsDone) {
       {{"tickets", "export", file("out.txt")}, "不能中断"},
       {{"tickets", "check", "2024006"}, "来不及中断"},
       {{"numbers", "clear"}, "来不及中断"}};
-  home_.put_File("drawn.txt", "2024006 01 02 03 04 05 06+07\n");
-  home_.do_Step({"tickets", "import", file("drawn.txt"), "--format", "1", "--existing", "keep"});
+  home_.putFile("drawn.txt", "2024006 01 02 03 04 05 06+07\n");
+  home_.doStep({"tickets", "import", file("drawn.txt"), "--format", "1", "--existing", "keep"});
   for (const auto& [arguments, said] : cases) {
     const Reply reply = run(arguments);
-    expect_OneLine({reply.status, "done", reply.err}, 0);
+    expectOneLine({reply.status, "done", reply.err}, 0);
     EXPECT_NE(reply.err.find(said), std::string::npos) << arguments[1] << ": " << reply.err;
   }
   EXPECT_EQ(tickets(), 2U + 1U + 2U);
-  EXPECT_EQ(read_File(file("out.txt")), "01 02 03 04 05 06+07\r\n");
+  EXPECT_EQ(readFile(file("out.txt")), "01 02 03 04 05 06+07\r\n");
 }
 
 }  // namespace

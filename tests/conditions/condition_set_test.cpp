@@ -20,12 +20,12 @@ class ConditionSetTest : public test::StoreTest {
     for (int n = 1; n <= kRedCount; ++n) set.cells.set(n, pick(0, 2));
     for (int n = 1; n <= kBlueCount; ++n) set.cells.set(kBlueCodeBase + n, pick(0, 2));
     for (const Condition& condition : allConditions())
-      for (int k = 0; k < cell_Count(condition); ++k) set.cells.set(condition.first + k, pick(0, 1));
+      for (int k = 0; k < cellCount(condition); ++k) set.cells.set(condition.first + k, pick(0, 1));
     const auto members = [&] { return Members{random()} << 1 & ((Members{1} << (kRedCount + 1)) - 2); };
     for (int i = 1; i <= kGroupCount; ++i)
-      set.setColumn(AttributeTable::first, conditionOfUsage(usage_OfGroup(i)).name, members());
-    for (int p = 1; p <= kPlaceCount; ++p) set.setColumn(AttributeTable::first, place_Column(p), members());
-    for (const CustomInterval& interval : factory_CustomIntervals())
+      set.setColumn(AttributeTable::first, conditionOfUsage(usageOfGroup(i)).name, members());
+    for (int p = 1; p <= kPlaceCount; ++p) set.setColumn(AttributeTable::first, placeColumn(p), members());
+    for (const CustomInterval& interval : factoryCustomIntervals())
       set.setColumn(AttributeTable::third, interval.name, members());
     std::array<Members, kIntervalCount + 1> intervals{};
     for (int n = 1; n <= kRedCount; ++n) {
@@ -33,7 +33,7 @@ class ConditionSetTest : public test::StoreTest {
       intervals[set.interval[n]] |= Members{1} << n;
     }
     for (int i = 1; i <= kIntervalCount; ++i)
-      set.setColumn(AttributeTable::first, conditionOfUsage(usage_OfInterval(i)).name, intervals[i]);
+      set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(i)).name, intervals[i]);
     set.cells.set(kToleranceCell, pick(0, kPlaceCount));
     set.cells.set(kShrinkTypeCell, pick(kSmallestShrink, kLargestShrink));
     set.match = {pick(0, 1) == 1, 2025001 + pick(0, 50), 2025100, pick(1, 6), pick(0, 1) == 1};
@@ -54,10 +54,10 @@ TEST_F(ConditionSetTest, IsLoadedAsItWasSaved) {
   // Rows that both hold alike aren't touched, whatever the store holds meanwhile.
   ConditionSet third = second;
   third.cells.set(1100, 1 - third.cells.value(1100));
-  set_ConditionValue(store_, 1101, 7);
+  setConditionValue(store_, 1101, 7);
   saveConditionSet(store_, second, third);
-  EXPECT_EQ(condition_Value(store_, 1100), third.cells.value(1100));
-  EXPECT_EQ(condition_Value(store_, 1101), 7);
+  EXPECT_EQ(conditionValue(store_, 1100), third.cells.value(1100));
+  EXPECT_EQ(conditionValue(store_, 1101), 7);
 }
 
 TEST_F(ConditionSetTest, GoesToATextAndBack) {
@@ -95,7 +95,7 @@ TEST_F(ConditionSetTest, ALineThatIsWrongIsReportedAndSkipped) {
     expected.cells.set(1000 + sum, (sum >= 60 && sum <= 140) || sum == 150);
   expected.switches.set(6, 0);
   for (int k = 0; k <= 10; ++k)
-    expected.cells.set(3450 + k, run_Shapes()[k] == "2" || run_Shapes()[k] == "2+2");
+    expected.cells.set(3450 + k, runShapes()[k] == "2" || runShapes()[k] == "2+2");
   expected.match = {true, 2026001, 2026050, 5, true};
   expected.switches.set(kSmartOptimisation, 1);
   EXPECT_EQ(read->set, expected);

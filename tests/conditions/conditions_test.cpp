@@ -20,22 +20,22 @@ using Cells = std::map<ConditionId, int>;
 
 class Conditions : public test::StoreTest {
  protected:
-  Cells all_Cells() {
+  Cells allCells() {
     Cells cells;
     Query rows = store_.query(R"(SELECT "ID","Value" FROM "过滤条件")");
     while (rows.next()) cells[rows.number(0)] = rows.number(1);
     return cells;
   }
-  void set_All(int value) { store_.query(R"(UPDATE "过滤条件" SET "Value"=?)").bind(value).run(); }
+  void setAll(int value) { store_.query(R"(UPDATE "过滤条件" SET "Value"=?)").bind(value).run(); }
   const Condition& condition(std::string_view name) { return *findCondition(name); }
 };
 
 TEST_F(Conditions, EveryCellAndSwitchOfTheCatalogueHasItsRow) {
-  const Cells cells = all_Cells();
+  const Cells cells = allCells();
   std::set<UsageId> usages;
   for (const Condition& condition : allConditions()) {
     EXPECT_TRUE(usages.insert(condition.usage).second) << condition.name << " twice";
-    EXPECT_TRUE(set_Usage(store_, condition.usage, true)) << condition.name;
+    EXPECT_TRUE(setUsage(store_, condition.usage, true)) << condition.name;
     for (ConditionId id = condition.first; id != 0 && id <= condition.last; ++id)
       EXPECT_TRUE(cells.count(id)) << condition.name << " " << id;
   }
@@ -59,7 +59,7 @@ TEST_F(Conditions, AreFoundByNameOrSwitchAndNameTheirItems) {
   for (const auto& row : cases) {
     const auto found = findCondition(row.wanted);
     EXPECT_EQ(found ? found->usage : 0, row.usage) << row.wanted;
-    EXPECT_EQ(found ? item_Text(*found, row.k) : "", row.item) << row.wanted;
+    EXPECT_EQ(found ? itemText(*found, row.k) : "", row.item) << row.wanted;
   }
 }
 
@@ -79,18 +79,18 @@ TEST_F(Conditions, AllowingValuesWritesExactlyTheirCells) {
                {"前2期和值相同组", "总和值相同组", {6686}, 6680, 6686, "总和值相同组"},
                {"六区间1", "2-3", {7002, 7003}, 7000, 7006, "２～３ 或 ７～９"}};
   for (const auto& row : cases) {
-    set_All(1);
-    Cells expected = all_Cells();
+    setAll(1);
+    Cells expected = allCells();
     for (ConditionId id = row.first; id <= row.last; ++id) expected[id] = 0;
     for (const ConditionId id : row.on) expected[id] = 1;
     ScriptedDesk desk;
-    EXPECT_TRUE(allow_Values(store_, desk, condition(row.name), row.values)) << row.name;
-    EXPECT_EQ(all_Cells(), expected) << row.name;
+    EXPECT_TRUE(allowValues(store_, desk, condition(row.name), row.values)) << row.name;
+    EXPECT_EQ(allCells(), expected) << row.name;
     store_.db().exec("UPDATE 过滤条件 SET Value=2 WHERE Value=1");  // counts as 1
-    EXPECT_EQ(current_Value(store_, condition(row.name)), row.current);
+    EXPECT_EQ(currentValue(store_, condition(row.name)), row.current);
   }
-  set_All(0);
-  EXPECT_EQ(current_Value(store_, condition("总和值")), "");
+  setAll(0);
+  EXPECT_EQ(currentValue(store_, condition("总和值")), "");
 }
 
 TEST_F(Conditions, ARefusedTextChangesNothing) {
@@ -98,38 +98,38 @@ TEST_F(Conditions, ARefusedTextChangesNothing) {
       {"总和值", "171"},  {"总和值", "-1"},         {"总和值", "60;70"}, {"奇数个数", "7"},
       {"连号", "2+3"},    {"连号", "0;"},           {"间距七", "6"},     {"间距四", "1,1,1,1,1,1"},
       {"间距3", "4,2;9"}, {"前2期和值相同组", "1"}, {"智能优化", "1"},   {"间距七（具体）", "1"}};
-  const Cells before = all_Cells();
+  const Cells before = allCells();
   for (const auto& [name, values] : cases) {
     ScriptedDesk desk;
-    EXPECT_FALSE(allow_Values(store_, desk, condition(name), values)) << name << " " << values;
+    EXPECT_FALSE(allowValues(store_, desk, condition(name), values)) << name << " " << values;
     ASSERT_EQ(desk.told.size(), 1U) << name << " " << values;
     if (name == std::string_view("总和值")) {
       EXPECT_EQ(desk.told[0].text, "“总和值”的取值应为 0 到 170 之间的数字，如 1,3-5。");
     }
-    EXPECT_EQ(all_Cells(), before) << name << " " << values;
+    EXPECT_EQ(allCells(), before) << name << " " << values;
   }
 }
 
 TEST_F(Conditions, TheDefaultsComeBackWithNothingPicked) {
-  const Cells factory = all_Cells();
+  const Cells factory = allCells();
   // A picked number in the factory rows is not picked afterwards either.
   store_.query(R"(UPDATE "默认过滤条件" SET "Value"=1 WHERE "ID" IN (1,33,101,116))").run();
   const auto divisions = [&] {
     std::vector<RedTable> columns;
-    for (const CustomInterval& interval : factory_CustomIntervals())
-      columns.push_back(read_AttributeColumn(store_, AttributeTable::third, interval.name));
+    for (const CustomInterval& interval : factoryCustomIntervals())
+      columns.push_back(readAttributeColumn(store_, AttributeTable::third, interval.name));
     return columns;
   };
   const auto divided = divisions();
-  const HistoryMatch match = load_HistoryMatch(store_);
-  set_All(2);
+  const HistoryMatch match = loadHistoryMatch(store_);
+  setAll(2);
   for (const char* name : {"六区间1", "八区间3", "十二区间12"})
-    set_CustomInterval(store_, name, std::vector{7, 33});
-  save_HistoryMatch(store_, {true, 2007001, 2007009, 3, true});
-  restore_Defaults(store_);
-  EXPECT_EQ(all_Cells(), factory);
+    setCustomInterval(store_, name, std::vector{7, 33});
+  saveHistoryMatch(store_, {true, 2007001, 2007009, 3, true});
+  restoreDefaults(store_);
+  EXPECT_EQ(allCells(), factory);
   EXPECT_EQ(divisions(), divided);
-  EXPECT_EQ(load_HistoryMatch(store_), match);
+  EXPECT_EQ(loadHistoryMatch(store_), match);
   EXPECT_FALSE(match.used || match.chosen);
 }
 
@@ -158,17 +158,17 @@ TEST(Families, ShapesOfCounts) {
                {40, {1, 1, 1, 1, 1, 1, 1}, std::nullopt, "[1,2,3,4,5,6,7]（1）"},
                {69, {0, 6, 0}, 6, "[2,2,2,2,2,2]（6）"}};
   for (const auto& row : cases) {
-    const Family& family = *family_OfUsage(row.family);
-    EXPECT_EQ(shape_Number(family, pack(row.counts)), row.shape) << row.text;
-    EXPECT_EQ(draw_Text(family, pack(row.counts)), row.text);
+    const Family& family = *familyOfUsage(row.family);
+    EXPECT_EQ(shapeNumber(family, pack(row.counts)), row.shape) << row.text;
+    EXPECT_EQ(drawText(family, pack(row.counts)), row.text);
   }
 }
 
 TEST(Families, TurnsInTheirOrder) {
   std::string columns;
   for (int turn = 0; turn < 32; ++turn) {
-    columns += std::string(family_OfTurn(turn).column) + " ";
-    EXPECT_EQ(group_Text(1, family_OfTurn(turn).first_group_id), turn == 0 ? "[0]" : "[1]") << turn;
+    columns += std::string(familyOfTurn(turn).column) + " ";
+    EXPECT_EQ(groupText(1, familyOfTurn(turn).first_group_id), turn == 0 ? "[0]" : "[1]") << turn;
   }
   EXPECT_EQ(columns,
             "尾 七 九 十一 十二 八 七分组 尾七分组 四 间距三 间距六 和数三三 和数三四 和数三五 奇偶连 偶奇连 "
@@ -181,11 +181,11 @@ class Summary : public test::StoreTest {
   // Nothing is picked, allowed or on.
   void SetUp() override {
     store_.db().exec(R"(UPDATE "过滤条件" SET "Value"=0; UPDATE "过滤条件使用情况" SET "使用情况"=0)");
-    set_ConditionValue(store_, kShrinkTypeCell, 6);
+    setConditionValue(store_, kShrinkTypeCell, 6);
   }
   // The lines that differ from those of `before`.
   std::string news(const std::string& before) {
-    std::stringstream now(tj_Summary(store_)), old(before);
+    std::stringstream now(summaryText(store_)), old(before);
     std::string line, other, text;
     while (std::getline(now, line)) {
       if (!std::getline(old, other)) other.clear();
@@ -196,11 +196,11 @@ class Summary : public test::StoreTest {
 };
 
 TEST_F(Summary, TellsEverySettingInItsLine) {
-  test::put_Pick(store_, 8, PickState::tuo);
-  test::put_Pick(store_, 33, PickState::dan);
-  test::put_Pick(store_, 105, PickState::dan);
-  test::put_Pick(store_, 116, PickState::tuo);
-  const std::string text = tj_Summary(store_);
+  test::putPick(store_, 8, PickState::tuo);
+  test::putPick(store_, 33, PickState::dan);
+  test::putPick(store_, 105, PickState::dan);
+  test::putPick(store_, 116, PickState::tuo);
+  const std::string text = summaryText(store_);
   EXPECT_TRUE(text.starts_with(
       "\r\n 红球“拖码”： ０８  \r\n\r\n 红球“胆码”： ３３  \r\n\r\n 蓝球“拖码”： １６  \r\n\r\n"
       " 蓝球“胆码”： ０５  \r\n\r\n 最大间距取值范围：  未 使 用\r\n\r\n"))
@@ -228,16 +228,16 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
     names.emplace(condition.usage, condition.name);
     if (std::ranges::find(order, condition.usage) == order.end()) order.push_back(condition.usage);
   }
-  const std::string before = tj_Summary(store_);
+  const std::string before = summaryText(store_);
   for (const UsageId usage : order) {
     const Condition& condition = conditions.at(usage);
     const StoreChange dropped(store_);
-    set_Usage(store_, usage, true);
-    if (condition.first != 0) set_ConditionValue(store_, condition.first + 1, 2);  // counts as 1
+    setUsage(store_, usage, true);
+    if (condition.first != 0) setConditionValue(store_, condition.first + 1, 2);  // counts as 1
     std::string line = " " + names.at(usage);
     switch (condition.kind) {
       case CellKind::shape:
-        line += "： （" + to_QuanJiao(item_Text(condition, 1)) + "）   ";
+        line += "： （" + toFullWidth(itemText(condition, 1)) + "）   ";
         break;
       case CellKind::sum_family:
         line += "： 合数和值相同组  ";
@@ -254,8 +254,8 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
     if (usage > 401 && usage < 463) continue;
     EXPECT_EQ(news(before), line + '|');
   }
-  for (const UsageId usage : order) set_Usage(store_, usage, true);
-  const std::string text = tj_Summary(store_);
+  for (const UsageId usage : order) setUsage(store_, usage, true);
+  const std::string text = summaryText(store_);
   std::size_t from = 0;
   for (const UsageId usage : order) {
     from = text.find("\r\n " + names.at(usage), from);
@@ -264,23 +264,23 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
 }
 
 TEST_F(Summary, TellsGroupsPlacesAndTheMatchWithTheirNumbers) {
-  const std::string before = tj_Summary(store_);
-  set_Group(store_, 2, std::vector{9, 3});
-  set_Usage(store_, 21, true);
-  set_Usage(store_, 29, true);
-  for (const int k : {0, 2}) set_Cell(store_, 3810 + k, true);
-  set_Cell(store_, 3821, true);
-  set_Place(store_, 2, std::vector{4, 33});
-  set_Place(store_, 7, std::vector{16});
-  set_ConditionValue(store_, kToleranceCell, 1);
-  save_HistoryMatch(store_, {true, 2007001, 2007010, 4, true});
+  const std::string before = summaryText(store_);
+  setGroup(store_, 2, std::vector{9, 3});
+  setUsage(store_, 21, true);
+  setUsage(store_, 29, true);
+  for (const int k : {0, 2}) setCell(store_, 3810 + k, true);
+  setCell(store_, 3821, true);
+  setPlace(store_, 2, std::vector{4, 33});
+  setPlace(store_, 7, std::vector{16});
+  setConditionValue(store_, kToleranceCell, 1);
+  saveHistoryMatch(store_, {true, 2007001, 2007010, 4, true});
   EXPECT_EQ(news(before),
             " 自定义组2　号码：（０３,０９） —— 允许开出个数（0个,2个）| 自定义组10（ 无 号 码 ） ——（条 件 "
             "未 设 置）|"
             " 号码定位容错值： １| 号码定位2： ０４  ３３  | 号码定位7： １６  |"
             " 历史数据过滤： ２００７００１～２００７０１０，最大匹配值 ４（自选范围）|");
-  set_HistoryMatch(store_, &HistoryMatch::chosen, false);
-  EXPECT_TRUE(tj_Summary(store_).ends_with(
+  setHistoryMatch(store_, &HistoryMatch::chosen, false);
+  EXPECT_TRUE(summaryText(store_).ends_with(
       "～２００７０１０，最大匹配值 ４（打开设置页面时更新为最近50期）\r\n\r\n"));
 }
 

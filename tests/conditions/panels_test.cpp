@@ -15,17 +15,17 @@ namespace {
 class Panels : public test::StoreTest {
  protected:
   void clear(ConditionId first, ConditionId last) {
-    for (ConditionId id = first; id <= last; ++id) set_Cell(store_, id, false);
+    for (ConditionId id = first; id <= last; ++id) setCell(store_, id, false);
   }
 };
 
 TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
   std::mt19937 random(11);     // no two lists of seven get the same cells
   StoreChange change(store_);  // one for all: thousands of commits would take their time
-  for (ConditionId id = 1000; id < 7700; ++id) set_ConditionValue(store_, id, int(random() % 3));
-  const ConditionSheet sheet = panel_Reload(store_);
-  const auto counts = tj_FillCounts(store_, 13);
-  const ConditionPanel span = value_Page(store_, 5);
+  for (ConditionId id = 1000; id < 7700; ++id) setConditionValue(store_, id, int(random() % 3));
+  const ConditionSheet sheet = panelReload(store_);
+  const auto counts = countPanels(store_, 13);
+  const ConditionPanel span = valuePage(store_, 5);
   const struct {
     const ConditionPanel& panel;
     UsageId usage;
@@ -63,7 +63,7 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
     EXPECT_EQ(items.front().text + " " + items.back().text + " " + std::to_string(items.size()), row.items);
     EXPECT_EQ(row.panel.usage, row.usage) << row.items;
     for (std::size_t i = 0; i < items.size(); ++i)
-      EXPECT_EQ(items[i].selected, condition_Value(store_, row.cell + int(i)) > 0) << items[i].text;
+      EXPECT_EQ(items[i].selected, conditionValue(store_, row.cell + int(i)) > 0) << items[i].text;
   }
   EXPECT_TRUE(sheet.slots[1].items.empty() && sheet.tips[1].empty());
   EXPECT_EQ(sheet.relatives[2].caption + sheet.relatives[3].caption,
@@ -71,38 +71,38 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
 }
 
 TEST_F(Panels, ATipTellsTheTickedCells) {
-  const Condition& condition = *slot_Condition(8);
+  const Condition& condition = *slotCondition(8);
   clear(condition.first, condition.last);
-  EXPECT_EQ(slot_Tip(store_, 8), "");
-  for (const int k : {0, 8, 9}) click_Item(store_, condition, k, true);
-  EXPECT_EQ(slot_Tip(store_, 8), "\r\n当前取值：\r\n\r\n０ 或 ８～９");
-  EXPECT_EQ(slot_Tip(store_, 12), "") << "runs have none";
+  EXPECT_EQ(slotTip(store_, 8), "");
+  for (const int k : {0, 8, 9}) clickItem(store_, condition, k, true);
+  EXPECT_EQ(slotTip(store_, 8), "\r\n当前取值：\r\n\r\n０ 或 ８～９");
+  EXPECT_EQ(slotTip(store_, 12), "") << "runs have none";
   store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2)").run();
-  EXPECT_FALSE(tj_FillList(store_, 0).ticked) << "a slot is ticked at exactly 1";
-  EXPECT_TRUE(tj_FillShapes(store_)[0].ticked);
+  EXPECT_FALSE(slotPanel(store_, 0).ticked) << "a slot is ticked at exactly 1";
+  EXPECT_TRUE(shapePanels(store_)[0].ticked);
 }
 
 TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
-  const std::map<UsageId, std::string> short_Names{
+  const std::map<UsageId, std::string> shortNames{
       {37, "尾数设置"}, {57, "4数8分自然段"}, {58, "8数4分自然段"}};
   std::map<UsageId, int> tabs;
   for (int tab = 1; tab <= 44; ++tab) {
-    const ConditionPage& page = condition_Page(tab);
+    const ConditionPage& page = conditionPage(tab);
     for (const Condition* condition : page.conditions)
       EXPECT_TRUE(tabs.emplace(condition->usage, tab).second);
     if (page.kind != PageKind::shapes) continue;
     const UsageId usage = page.conditions.front()->usage;
-    const auto named = short_Names.find(usage);
-    EXPECT_EQ(tj_FillShape(store_, usage).tip,
-              (named == short_Names.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
+    const auto named = shortNames.find(usage);
+    EXPECT_EQ(shapePage(store_, usage).tip,
+              (named == shortNames.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
     EXPECT_EQ(usage, tab + 21);
   }
   EXPECT_EQ(tabs.erase(300), 1U);
   EXPECT_EQ(tabs.size(), 61U);
   EXPECT_EQ(tabs.rbegin()->first, 61);
   EXPECT_TRUE(tabs[1] == 2 && tabs[15] == 13 && tabs[16] == 14 && tabs[29] == 41 && tabs[36] == 15);
-  EXPECT_EQ(value_Page(store_, 10).caption, "使用“ＡＣ值”过滤");
-  EXPECT_EQ(tj_FillCounts(store_, 13)[1].caption, "使用“低尾码个数”过滤");
+  EXPECT_EQ(valuePage(store_, 10).caption, "使用“ＡＣ值”过滤");
+  EXPECT_EQ(countPanels(store_, 13)[1].caption, "使用“低尾码个数”过滤");
 }
 
 TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
@@ -113,7 +113,7 @@ TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
   Query rows =
       store_.query(R"(SELECT "名称","条件使用情况","值min","值max" FROM "组合过滤" ORDER BY "序号")");
   for (int turn = 0; turn < kTurnCount; ++turn) {
-    const Family& family = family_OfTurn(turn);
+    const Family& family = familyOfTurn(turn);
     ASSERT_TRUE(rows.next());
     EXPECT_EQ(std::tie(family.draw_column, family.usage, family.first, family.last),
               std::make_tuple(rows.text(0), rows.number(1), rows.number(2), rows.number(3)));
@@ -133,97 +133,97 @@ TEST_F(Panels, SomeListsLeadTheirBox) {
                 {38, 0, false, {false, true}}, {21, 3, true, {true, true}},    {21, 3, false, {false, false}},
                 {36, 16, true, {true, true}},  {36, 16, false, {false, false}}};
   for (const auto& [usage, k, selected, box] : clicks) {
-    EXPECT_EQ(click_LeadingItem(store_, conditionOfUsage(usage), k, selected), box) << usage << " " << k;
-    EXPECT_EQ(is_Used(store_, usage), box.ticked) << usage << " " << k;
+    EXPECT_EQ(clickLeadingItem(store_, conditionOfUsage(usage), k, selected), box) << usage << " " << k;
+    EXPECT_EQ(isUsed(store_, usage), box.ticked) << usage << " " << k;
   }
-  set_Usage(store_, 16, true);
-  for (int k = 0; k <= 6; ++k) click_Item(store_, conditionOfUsage(16), k, false);
-  EXPECT_TRUE(is_Used(store_, 16)) << "the other lists leave their box alone";
-  click_Item(store_, conditionOfUsage(131), 0, true);
-  EXPECT_TRUE(is_Used(store_, 131));
+  setUsage(store_, 16, true);
+  for (int k = 0; k <= 6; ++k) clickItem(store_, conditionOfUsage(16), k, false);
+  EXPECT_TRUE(isUsed(store_, 16)) << "the other lists leave their box alone";
+  clickItem(store_, conditionOfUsage(131), 0, true);
+  EXPECT_TRUE(isUsed(store_, 131));
 }
 
 TEST_F(Panels, AGroupWithoutMembersIsNotInUse) {
-  set_Usage(store_, 22, true);
-  GroupPage page = group_Page(store_, 3);
+  setUsage(store_, 22, true);
+  GroupPage page = groupPage(store_, 3);
   EXPECT_TRUE(page.panel.items.empty() && !page.panel.ticked && !page.panel.enabled);
-  EXPECT_TRUE(is_Used(store_, 22)) << "showing a page writes nothing";
-  for (const int number : {33, 4, 33}) click_GroupNumber(store_, 3, number);
-  page = group_Page(store_, 3);
+  EXPECT_TRUE(isUsed(store_, 22)) << "showing a page writes nothing";
+  for (const int number : {33, 4, 33}) clickGroupNumber(store_, 3, number);
+  page = groupPage(store_, 3);
   EXPECT_TRUE(page.panel.ticked && page.panel.enabled && page.members[4] && !page.members[33]);
   EXPECT_EQ(page.panel.items.back(), (PanelItem{"开出个数=6", 6, true}));
-  click_GroupNumber(store_, 3, 4);
-  EXPECT_FALSE(is_Used(store_, 22));
-  EXPECT_EQ(load_ConditionRange(store_, 3820, 3826), ValueArray{});
+  clickGroupNumber(store_, 3, 4);
+  EXPECT_FALSE(isUsed(store_, 22));
+  EXPECT_EQ(loadConditionRange(store_, 3820, 3826), ValueArray{});
   for (const int group : {1, 10}) {
-    set_Group(store_, group, std::vector{1});
-    set_Usage(store_, usage_OfGroup(group), true);
+    setGroup(store_, group, std::vector{1});
+    setUsage(store_, usageOfGroup(group), true);
   }
-  empty_Groups(store_);
+  emptyGroups(store_);
   for (const int group : {1, 10}) {
-    EXPECT_EQ(group_Page(store_, group).members, RedTable{}) << group;
-    EXPECT_FALSE(is_Used(store_, usage_OfGroup(group))) << group;
+    EXPECT_EQ(groupPage(store_, group).members, RedTable{}) << group;
+    EXPECT_FALSE(isUsed(store_, usageOfGroup(group))) << group;
   }
 }
 
 TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
   StoreChange change(store_);
-  set_Usage(store_, 31, true);  // in use without a number
-  set_Place(store_, 7, std::vector{16});
-  set_ConditionValue(store_, kToleranceCell, 7);
-  const PlacePage page = load_DingWei(store_);
+  setUsage(store_, 31, true);  // in use without a number
+  setPlace(store_, 7, std::vector{16});
+  setConditionValue(store_, kToleranceCell, 7);
+  const PlacePage page = loadPlacePage(store_);
   EXPECT_EQ(page.tolerances.back(), (PanelItem{"７", 7, true}));
   EXPECT_EQ(page.places[6].items.back(), (PanelItem{"16", 16, true}));
   EXPECT_TRUE(!page.places[0].enabled && page.places[1].enabled && page.places[6].ticked);
-  set_ConditionValue(store_, kShrinkTypeCell, 4);
-  set_Usage(store_, kSmartOptimisation, true);
-  const ShrinkPage shrink = shrink_Page(store_);
+  setConditionValue(store_, kShrinkTypeCell, 4);
+  setUsage(store_, kSmartOptimisation, true);
+  const ShrinkPage shrink = shrinkPage(store_);
   EXPECT_EQ(shrink.types[1], (PanelItem{"保四型", 4, true}));
   EXPECT_TRUE(!shrink.types[3].selected && shrink.smart.ticked && !page.tolerances[0].selected);
 
-  set_Place(store_, 7, {});
-  EXPECT_FALSE(is_Used(store_, 36)) << "the last number gone";
+  setPlace(store_, 7, {});
+  EXPECT_FALSE(isUsed(store_, 36)) << "the last number gone";
 }
 
 TEST_F(Panels, TheRangeOfTheMatchFollowsTheDrawsUntilItIsChosenByHand) {
-  const auto put_Periods = [&](int from, int to) {
+  const auto put_periods = [&](int from, int to) {
     for (int i = from; i <= to; ++i)
-      test::put_Draw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+      test::putDraw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
   };
-  save_HistoryMatch(store_, {true, 2001001, 2001002, 4});
-  EXPECT_TRUE(load_LiShi(store_).periods.empty());
-  EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2001001, 2001002, 4}))
+  saveHistoryMatch(store_, {true, 2001001, 2001002, 4});
+  EXPECT_TRUE(loadMatchPage(store_).periods.empty());
+  EXPECT_EQ(loadHistoryMatch(store_), (HistoryMatch{true, 2001001, 2001002, 4}))
       << "no draws: the range stays";
-  put_Periods(1, 51);
-  EXPECT_EQ(load_LiShi(store_).matches[3], (PanelItem{"4", 4, true}));
-  EXPECT_EQ(load_LiShi(store_).periods.size(), 50U);
-  EXPECT_EQ(load_HistoryMatch(store_), (HistoryMatch{true, 2007002, 2007051, 4}));
-  put_Periods(52, 53);
-  EXPECT_EQ(load_HistoryMatch(store_).last, 2007051) << "draws alone move nothing";
-  EXPECT_EQ(load_LiShi(store_).settings, (HistoryMatch{true, 2007004, 2007053, 4}));
-  EXPECT_EQ(panel_Reload(store_).periods.back(), 2007044);
+  put_periods(1, 51);
+  EXPECT_EQ(loadMatchPage(store_).matches[3], (PanelItem{"4", 4, true}));
+  EXPECT_EQ(loadMatchPage(store_).periods.size(), 50U);
+  EXPECT_EQ(loadHistoryMatch(store_), (HistoryMatch{true, 2007002, 2007051, 4}));
+  put_periods(52, 53);
+  EXPECT_EQ(loadHistoryMatch(store_).last, 2007051) << "draws alone move nothing";
+  EXPECT_EQ(loadMatchPage(store_).settings, (HistoryMatch{true, 2007004, 2007053, 4}));
+  EXPECT_EQ(panelReload(store_).periods.back(), 2007044);
 
-  choose_MatchEnd(store_, &HistoryMatch::last, 2007040);
-  choose_MatchEnd(store_, &HistoryMatch::first, 2006150);
-  put_Periods(54, 60);
-  const MatchPage page = load_LiShi(store_);
+  chooseMatchEnd(store_, &HistoryMatch::last, 2007040);
+  chooseMatchEnd(store_, &HistoryMatch::first, 2006150);
+  put_periods(54, 60);
+  const MatchPage page = loadMatchPage(store_);
   const HistoryMatch chosen{true, 2006150, 2007040, 4, true};
-  EXPECT_TRUE(page.settings == chosen && load_HistoryMatch(store_) == chosen);
+  EXPECT_TRUE(page.settings == chosen && loadHistoryMatch(store_) == chosen);
   EXPECT_EQ(page.periods.size(), 51U) << "an end outside of the last fifty is shown too";
   EXPECT_TRUE(page.periods.front() == 2007060 && page.periods.back() == 2006150);
-  follow_LatestDraws(store_);
-  EXPECT_EQ(load_LiShi(store_).settings, (HistoryMatch{true, 2007011, 2007060, 4}));
+  followLatestDraws(store_);
+  EXPECT_EQ(loadMatchPage(store_).settings, (HistoryMatch{true, 2007011, 2007060, 4}));
 }
 
 TEST_F(Panels, IntervalsAreClearedAndDivisionsShown) {
-  set_Usage(store_, 19, true);
-  EXPECT_EQ(interval_Previews(store_)[3], " 区间4：　３１  ３２  ３３  ");
-  clear_Intervals(store_, desk_);
-  EXPECT_EQ(interval_Previews(store_)[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
-  EXPECT_TRUE(desk_.told.size() == 1 && !is_Used(store_, 19));
-  const auto panels = division_Panels(store_, 11);
+  setUsage(store_, 19, true);
+  EXPECT_EQ(intervalPreviews(store_)[3], " 区间4：　３１  ３２  ３３  ");
+  clearIntervals(store_, desk_);
+  EXPECT_EQ(intervalPreviews(store_)[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
+  EXPECT_TRUE(desk_.told.size() == 1 && !isUsed(store_, 19));
+  const auto panels = divisionPanels(store_, 11);
   EXPECT_EQ(panels.size(), 11U);
-  EXPECT_EQ(panels.back().panel.caption, division_Caption(11) + "11");
+  EXPECT_EQ(panels.back().panel.caption, divisionCaption(11) + "11");
   EXPECT_EQ(panels.back().numbers, "３１  ３２  ３３");
 }
 

@@ -20,7 +20,7 @@ std::string faultOf(const Condition& row) {
   if (row.first <= 0 || row.last < row.first) return "no cells";
   if (row.first % 10 != 0) return "cell k doesn't stand at place k";
   if (row.last_item <= row.first_item || row.last_item > row.last - row.first) return "items without cells";
-  if (!parse_NumberList(row.factory, 0, row.last - row.first)) return "no factory value";
+  if (!parseNumberList(row.factory, 0, row.last - row.first)) return "no factory value";
   if (row.kind == CellKind::sum_family) return "";
   if (row.figure.index() == 0) return "no figure";
   if (row.kind == CellKind::shape) return row.family != nullptr ? "" : "no family";
@@ -39,7 +39,7 @@ TEST(Catalogue, EveryRowIsWholeAndNoneTakesWhatIsAnothers) {
     EXPECT_TRUE(places.insert(row.pass).second);
     EXPECT_TRUE(row.page.empty() || pages.insert(std::string(row.page)).second);
     // The range of a shape may reach into the next one's, but no item of it does.
-    for (int k = 0; row.first != 0 && k < cell_Count(row); ++k)
+    for (int k = 0; row.first != 0 && k < cellCount(row); ++k)
       EXPECT_TRUE(cells.emplace(row.first + k, &row).second) << k;
   }
   EXPECT_EQ(findCondition("总和值")->usage, 1);

@@ -36,17 +36,17 @@ TEST(EndSignals, TellOncePerKindAndLeaveTheHandlersAsTheyWere) {
 
 TEST(EndSignalPipe, CanBeReadOnceASignalCame) {
   const EndSignalPipe pipe;
-  const auto is_Readable = [&] {
+  const auto is_readable = [&] {
     pollfd waiting{pipe.descriptor(), POLLIN, 0};
     return ::poll(&waiting, 1, 0) == 1;
   };
   for (const int signal : {SIGTERM, SIGHUP}) {
-    EXPECT_FALSE(is_Readable());
+    EXPECT_FALSE(is_readable());
     std::raise(signal);
-    EXPECT_TRUE(is_Readable());
+    EXPECT_TRUE(is_readable());
     pipe.drain();
   }
-  EXPECT_FALSE(is_Readable());
+  EXPECT_FALSE(is_readable());
 }
 
 }  // namespace

@@ -15,25 +15,25 @@ namespace lotmere::test {
 namespace {
 
 // A start as the window makes it, without the steps that show something.
-StartOutcome start_All(ProgramStart& start) {
-  const StartStep steps[] = {start.single_Instance(), start.database_Presence(), start.compaction(),
-                             start.size_Guard(),      start.home_Files(),        start.main_Connection()};
-  return run_Steps(steps);
+StartOutcome startAll(ProgramStart& start) {
+  const StartStep steps[] = {start.singleInstance(), start.databasePresence(), start.compaction(),
+                             start.sizeGuard(),      start.homeFiles(),        start.mainConnection()};
+  return runSteps(steps);
 }
 
 TEST(Start, ASecondOneTouchesNothing) {
   TempHome temp;
   ScriptedDesk desk;
   ProgramStart first(temp.home(), desk);
-  ASSERT_TRUE(start_All(first).ready);
-  const std::string store = read_File(temp.home().main_Db());
+  ASSERT_TRUE(startAll(first).ready);
+  const std::string store = readFile(temp.home().mainDb());
   ProgramStart second(temp.home(), desk);
-  const StartOutcome outcome = start_All(second);
+  const StartOutcome outcome = startAll(second);
   EXPECT_EQ(outcome.step, "single instance");
   EXPECT_TRUE(outcome.messages.empty());
   ASSERT_EQ(desk.told.size(), 1u);
   EXPECT_EQ(desk.told[0].text, "程序正在运行,不允许同时打开多个!!!");
-  EXPECT_TRUE(read_File(temp.home().main_Db()) == store);
+  EXPECT_TRUE(readFile(temp.home().mainDb()) == store);
 }
 
 TEST(Start, AFailureEndsItWithTheAdviceOfItsStep) {
@@ -47,14 +47,14 @@ TEST(Start, AFailureEndsItWithTheAdviceOfItsStep) {
                      },
                      advice};
   };
-  const std::string text = failure_Text(SQLite::Exception("gone", SQLITE_CANTOPEN));
+  const std::string text = failureText(SQLite::Exception("gone", SQLITE_CANTOPEN));
   for (const auto& [advice, messages, last] :
        {std::tuple{StartAdvice::administrator, 2u, "不要直接双击打开。)"},
         {StartAdvice::security, 1u, "重启计算机]"},
         {StartAdvice::reinstall, 1u, "(文件丢失,需要重新安装!)"}}) {
     ran.clear();
     const StartStep steps[] = {step("a", advice, false), step("b", advice, true), step("c", advice, false)};
-    const StartOutcome outcome = run_Steps(steps);
+    const StartOutcome outcome = runSteps(steps);
     EXPECT_EQ(ran, "ab");
     EXPECT_EQ(outcome.step, "b");
     ASSERT_EQ(outcome.messages.size(), messages);
@@ -65,20 +65,20 @@ TEST(Start, AFailureEndsItWithTheAdviceOfItsStep) {
 
 // An old backup in the place of a large store would lose what came after it, whichever step failed before.
 TEST(Start, ALargeStoreKeepsEverythingAndARefusedStepIsTold) {
-  refuse_EachStep([](FaultyFiles& machine) {
+  refuseEachStep([](FaultyFiles& machine) {
     TempHome temp;
     static_cast<void>(temp.store());
-    ASSERT_TRUE(copy_Database(temp.home().main_Db(), temp.home().backup_Db(), real_Files()));
-    write_Database(temp.home().template_File(), real_Files(), create_Profile);
+    ASSERT_TRUE(copyDatabase(temp.home().mainDb(), temp.home().backupDb(), realFiles()));
+    writeDatabase(temp.home().templateFile(), realFiles(), createProfile);
     temp.store().db().exec("CREATE TABLE large AS SELECT randomblob(12000000) AS bytes");
     temp.close();
     ScriptedDesk desk;
     ProgramStart start(temp.home(), desk, machine);
-    ASSERT_TRUE(start_All(start).ready) << "no refusal in here keeps the user out";
+    ASSERT_TRUE(startAll(start).ready) << "no refusal in here keeps the user out";
     EXPECT_EQ(desk.told.size(), machine.failed() ? 1U : 0U);
-    EXPECT_GT(std::filesystem::file_size(temp.home().main_Db()), kLargestMainDb);
+    EXPECT_GT(std::filesystem::file_size(temp.home().mainDb()), kLargestMainDb);
     EXPECT_EQ(start.store().value("SELECT length(bytes) FROM large"), 12000000);
-    EXPECT_TRUE(is_SoundStore(temp.home().backup_Db()));
+    EXPECT_TRUE(isSoundStore(temp.home().backupDb()));
   });
 }
 
@@ -86,25 +86,25 @@ TEST(Start, ALargeStoreKeepsEverythingAndARefusedStepIsTold) {
 // start mends what is left.
 TEST(Start, NoRefusalIsSilentOrLosesAnything) {
   for (const bool first : {true, false})
-    refuse_EachStep([first](FaultyFiles& machine) {
+    refuseEachStep([first](FaultyFiles& machine) {
       TempHome temp;
-      if (!first) put_Pick(temp.store(), 7, PickState::dan);
+      if (!first) putPick(temp.store(), 7, PickState::dan);
       temp.close();
-      const bool saved = copy_Database(temp.home().main_Db(), temp.home().backup_Db(), real_Files());
+      const bool saved = copyDatabase(temp.home().mainDb(), temp.home().backupDb(), realFiles());
       EXPECT_EQ(saved, !first);
-      if (!first) lose_Row(temp.home().main_Db(), "日志表");
+      if (!first) loseRow(temp.home().mainDb(), "日志表");
       {
         ScriptedDesk desk;
         ProgramStart start(temp.home(), desk, machine);
-        const StartOutcome outcome = start_All(start);
+        const StartOutcome outcome = startAll(start);
         EXPECT_EQ(outcome.messages.empty() && desk.told.empty(), !machine.failed());
         EXPECT_EQ(outcome.ready, outcome.messages.empty());
       }
       ScriptedDesk desk;
       ProgramStart next(temp.home(), desk);
-      EXPECT_TRUE(start_All(next).ready && desk.told.empty());
+      EXPECT_TRUE(startAll(next).ready && desk.told.empty());
       EXPECT_EQ(next.store().value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=7)"), first ? 0 : 2);
-      EXPECT_TRUE(is_SoundStore(temp.home().backup_Db()));
+      EXPECT_TRUE(isSoundStore(temp.home().backupDb()));
     });
 }
 
@@ -117,9 +117,9 @@ TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
           R"(ALTER TABLE "用户模式" DROP COLUMN "区间待统计"; ALTER TABLE "用户模式" DROP COLUMN "当前用户";
              ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN "自选范围")");
     temp.store().db().exec(R"(UPDATE "历史数据过滤" SET "使用状态"=1; PRAGMA user_version = 1)");
-    put_Pick(temp.store(), 7, PickState::dan);
+    putPick(temp.store(), 7, PickState::dan);
     temp.close();
-    EXPECT_EQ(check_Store(temp.home().main_Db()), StoreState::sound);
+    EXPECT_EQ(checkStore(temp.home().mainDb()), StoreState::sound);
     const auto value = [&](const std::string& select) { return temp.store().value("SELECT " + select); };
     EXPECT_EQ(temp.store().value("PRAGMA user_version"), schemaVersion());
     EXPECT_EQ(value(R"("Value" FROM "过滤条件" WHERE "ID"=7)"), 2);

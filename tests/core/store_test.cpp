@@ -22,7 +22,7 @@ using Schema = StoreTest;
 using Periods = StoreTest;
 
 TEST_F(Changes, StandWholeOrNotAtAll) {
-  const auto add = [&](int id) { put_Ticket(store_, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, 7}); };
+  const auto add = [&](int id) { putTicket(store_, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, 7}); };
   for (const bool commit : {true, false}) {
     StoreChange outer(store_);
     add(commit ? 1 : 16);
@@ -41,7 +41,7 @@ TEST_F(Changes, StandWholeOrNotAtAll) {
 
 TEST(Store, OpensOnlyAStoreThatItKnows) {
   TempHome home;
-  const auto path = home.home().main_Db();
+  const auto path = home.home().mainDb();
   EXPECT_THROW(Store{path}, SQLite::Exception);
   EXPECT_FALSE(std::filesystem::exists(path)) << "a refused store must not be made by the refusal";
   for (const int version : {-1, 0, schemaVersion() + 1}) {
@@ -82,11 +82,11 @@ TEST_F(Attributes, FactoryGroupsHoldTheirNumbers) {
     const std::string name = family.substr(0, family.find('='));
     std::string found(kRedCount, '.');
     for (const auto table : {AttributeTable::first, AttributeTable::second, AttributeTable::third})
-      for (const std::string& column : attribute_Columns(table)) {
+      for (const std::string& column : attributeColumns(table)) {
         const std::string suffix = column.starts_with(name) ? column.substr(name.size()) : "x";
         if (suffix.find_first_not_of("0123456789") != std::string::npos) continue;
         Query rows =
-            store_.query(fmt::format(R"(SELECT "号码" FROM "{}" WHERE "{}"=1)", table_Name(table), column));
+            store_.query(fmt::format(R"(SELECT "号码" FROM "{}" WHERE "{}"=1)", tableName(table), column));
         while (rows.next()) {
           char& group = found.at(rows.number(0) - 1);
           group = group == '.' ? suffixes[suffix.empty() ? 1 : std::stoi(suffix)] : '!';
@@ -124,7 +124,7 @@ TEST(RowCopy, TheFactoryValuesComeBackByTheirKeys) {
                      UPDATE "区间定义" SET "区间"=99; UPDATE "号码特性" SET "区间1"=99, "自定义组10"=99;
                      ALTER TABLE "过滤条件" ADD "备注"; ALTER TABLE "号码特性" ADD "新特性";
                      DELETE FROM "默认过滤条件" WHERE "ID"=1070; DELETE FROM "过滤条件使用情况" WHERE "条件"=4)");
-  restoreTiaojian(store);
+  restoreFactoryRows(store);
   const char* const strange =
       R"(SELECT (SELECT sum(a."Value"<>b."Value") FROM "过滤条件" AS a JOIN "默认过滤条件" AS b USING ("ID"))
       +(SELECT count(*) FROM (SELECT * FROM "过滤条件使用情况" EXCEPT SELECT * FROM "默认过滤条件使用情况"))
@@ -144,7 +144,7 @@ TEST(RowCopy, EitherSideMayLackRowsAndColumnsOrHoldThemInAnotherOrder) {
   TableRows fallback{{"x", "added"}, {}};
   fallback.rows[2] = {std::int64_t{20}, std::int64_t{8}};
   fallback.rows[3] = {std::int64_t{30}, std::int64_t{9}};
-  write_Rows(target, {"t", "k"}, read_Rows(source, "t", "k"), fallback);
+  writeRows(target, {"t", "k"}, readRows(source, "t", "k"), fallback);
   EXPECT_EQ(target
                 .execAndGet(
                     "SELECT group_concat(k||y||x||ifnull(added,'*'), ' ') FROM (SELECT * FROM t ORDER BY k)")
@@ -155,9 +155,9 @@ TEST(RowCopy, EitherSideMayLackRowsAndColumnsOrHoldThemInAnotherOrder) {
 constexpr DrawNumbers kNumbers{{1, 2, 3, 4, 5, 6}, 7};
 
 TEST_F(Periods, LookUpsStepOverGapsAndYears) {
-  put_Draw(store_, 2004002, "2004-01-06", {{2, 3, 4, 5, 6, 7}, 8});
-  put_Draw(store_, 2003007, "2003-03-16", kNumbers);
-  put_Draw(store_, 2003089, "2003-12-28", kNumbers);
+  putDraw(store_, 2004002, "2004-01-06", {{2, 3, 4, 5, 6, 7}, 8});
+  putDraw(store_, 2003007, "2003-03-16", kNumbers);
+  putDraw(store_, 2003089, "2003-12-28", kNumbers);
   EXPECT_EQ(firstPeriod(store_), 2003007);
   const PeriodNo rows[][4] = {// period, steps, back from it, back with itself
                               {2004002, 1, 2003089, 2004002}, {2004002, 2, 2003007, 2003089},
@@ -172,13 +172,13 @@ TEST_F(Periods, LookUpsStepOverGapsAndYears) {
 }
 
 TEST_F(Periods, TheNextPeriodCountsOnUntilADrawOfTheNewYearStands) {
-  const auto next_After = [&](PeriodNo stored, const char* date) {
-    put_Draw(store_, stored, date, kNumbers);
-    return nextPeriod(store_, *parse_Date("2004-01-01"));
+  const auto next_after = [&](PeriodNo stored, const char* date) {
+    putDraw(store_, stored, date, kNumbers);
+    return nextPeriod(store_, *parseDate("2004-01-01"));
   };
-  EXPECT_EQ(next_After(2003089, "2003-12-28"), 2003090) << "the entry's date alone doesn't turn the year";
-  EXPECT_EQ(next_After(2003090, "2004-01-01"), 2004001);
-  EXPECT_EQ(next_After(2004001, "2003-12-30"), 2004002);
+  EXPECT_EQ(next_after(2003089, "2003-12-28"), 2003090) << "the entry's date alone doesn't turn the year";
+  EXPECT_EQ(next_after(2003090, "2004-01-01"), 2004001);
+  EXPECT_EQ(next_after(2004001, "2003-12-30"), 2004002);
 }
 
 }  // namespace

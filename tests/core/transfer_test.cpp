@@ -16,28 +16,28 @@ namespace {
 namespace fs = std::filesystem;
 
 // A home with so many tickets and the profiles of these users, each marked by its own number.
-void fill_Home(TempHome& temp, int tickets, const std::vector<std::string>& users) {
-  for (int i = 1; i <= tickets; ++i) put_Ticket(temp.store(), i, i, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
+void fillHome(TempHome& temp, int tickets, const std::vector<std::string>& users) {
+  for (int i = 1; i <= tickets; ++i) putTicket(temp.store(), i, i, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
   for (const std::string& user : users)
-    write_Database(temp.path() / (user + ".uLotmere"), real_Files(), [&](SQLite::Database& db) {
-      create_Profile(db);
+    writeDatabase(temp.path() / (user + ".uLotmere"), realFiles(), [&](SQLite::Database& db) {
+      createProfile(db);
       db.exec(R"(UPDATE "过滤条件" SET "Value"=)" + std::to_string(tickets));
     });
   temp.close();
-  EXPECT_TRUE(copy_Database(temp.home().main_Db(), temp.home().backup_Db(), real_Files()));
+  EXPECT_TRUE(copyDatabase(temp.home().mainDb(), temp.home().backupDb(), realFiles()));
 }
 
 // What a start finds: the tickets of the store, the profiles with their marks, and no trace of a restore.
-std::string found_In(const TempHome& temp) {
+std::string foundIn(const TempHome& temp) {
   ScriptedDesk desk;
-  const auto store = open_Home(temp.home(), desk);
+  const auto store = openHome(temp.home(), desk);
   std::string text = store ? std::to_string(store->value(R"(SELECT count(*) FROM "日志表")")) : "none";
   for (const fs::path& profile : temp.home().profiles())
     text +=
         ' ' + profile.stem().string() +
         SQLite::Database(profile.string()).execAndGet(R"(SELECT max("Value") FROM "过滤条件")").getString();
-  for (const fs::path& copy : {temp.home().main_Db(), temp.home().backup_Db()})
-    if (!is_SoundStore(copy)) text += " unsound";
+  for (const fs::path& copy : {temp.home().mainDb(), temp.home().backupDb()})
+    if (!isSoundStore(copy)) text += " unsound";
   for (const auto& entry : fs::directory_iterator(temp.path()))
     if (entry.path().filename().string().find("restore") != std::string::npos) text += " left-over";
   return text;
@@ -46,12 +46,12 @@ std::string found_In(const TempHome& temp) {
 class TransferTest : public testing::Test {
  protected:
   void SetUp() override {
-    fill_Home(from_, 3, {"a", "b"});
-    fill_Home(to_, 5, {"b", "c"});
+    fillHome(from_, 3, {"a", "b"});
+    fillHome(to_, 5, {"b", "c"});
     ASSERT_EQ(save(), Transfer::done);
   }
-  Transfer save(FileSystem& files = real_Files()) {
-    const Transfer saved = save_Everything(from_.store(), from_.home(), desk_, file_, files);
+  Transfer save(FileSystem& files = realFiles()) {
+    const Transfer saved = saveEverything(from_.store(), from_.home(), desk_, file_, files);
     from_.close();
     return saved;
   }
@@ -63,36 +63,36 @@ class TransferTest : public testing::Test {
 TEST_F(TransferTest, CarriesStoreAndProfilesAndNothingOfTheOldHomeIsLeft) {
   EXPECT_EQ(fs::status(file_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   desk_.choices = {0};
-  ASSERT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::done);
-  EXPECT_TRUE(restore_Waits(to_.home()));
+  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::done);
+  EXPECT_TRUE(restoreWaits(to_.home()));
   EXPECT_NE(desk_.asked.back().find("0 期开奖记录，0 个用户"), std::string::npos) << desk_.asked.back();
-  EXPECT_EQ(found_In(to_), "3 a3 b3");
-  EXPECT_EQ(SQLite::Database(to_.home().backup_Db().string())
+  EXPECT_EQ(foundIn(to_), "3 a3 b3");
+  EXPECT_EQ(SQLite::Database(to_.home().backupDb().string())
                 .execAndGet(R"(SELECT count(*) FROM "日志表")")
                 .getInt(),
             3)
       << "an old backup would bring the old draws back";
-  EXPECT_EQ(found_In(from_), "3 a3 b3");
+  EXPECT_EQ(foundIn(from_), "3 a3 b3");
 }
 
 TEST_F(TransferTest, WithoutAYesNothingChanges) {
-  const std::string saved = read_File(file_);
+  const std::string saved = readFile(file_);
   desk_.choices = {std::nullopt, 1, std::nullopt};
-  EXPECT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::refused);
-  EXPECT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::refused);
-  EXPECT_EQ(found_In(to_), "5 b5 c5");
-  put_Ticket(from_.store(), 9, 9, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
+  EXPECT_EQ(foundIn(to_), "5 b5 c5");
+  putTicket(from_.store(), 9, 9, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
   EXPECT_EQ(save(), Transfer::refused) << "a file that stands is asked about";
-  EXPECT_TRUE(read_File(file_) == saved);
+  EXPECT_TRUE(readFile(file_) == saved);
   for (const char* own : {"Lotmere.db", "Lotmere.backup.db-journal", "x.uLotmere", "TJmode.tjmod"})
-    EXPECT_EQ(save_Everything(from_.store(), from_.home(), desk_, from_.path() / own), Transfer::refused)
+    EXPECT_EQ(saveEverything(from_.store(), from_.home(), desk_, from_.path() / own), Transfer::refused)
         << own;
 }
 
 TEST_F(TransferTest, AStopLeavesEverythingAsItWas) {
-  desk_.on_serve = [&] { desk_.request_Stop(); };
-  EXPECT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::stopped);
-  EXPECT_EQ(found_In(to_), "5 b5 c5");
+  desk_.on_serve = [&] { desk_.requestStop(); };
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::stopped);
+  EXPECT_EQ(foundIn(to_), "5 b5 c5");
   fs::remove(file_);
   EXPECT_EQ(save(), Transfer::stopped);
   EXPECT_TRUE(fs::is_empty(elsewhere_.path()));
@@ -102,11 +102,11 @@ TEST_F(TransferTest, AFileThatIsNotWhatWasSavedIsRefused) {
   const auto change = [](const char* sql) {
     return [sql](const fs::path& path) { SQLite::Database(path.string(), SQLite::OPEN_READWRITE).exec(sql); };
   };
-  const auto add_File = [this](const char* name) {
+  const auto add_file = [this](const char* name) {
     return [this, name](const fs::path& path) {
       fs::remove(path);
-      const std::string store = read_File(from_.home().main_Db());
-      ASSERT_TRUE(write_Archive(path, {{"Lotmere.db", store}, {name, "bytes"}}, desk_));
+      const std::string store = readFile(from_.home().mainDb());
+      ASSERT_TRUE(writeArchive(path, {{"Lotmere.db", store}, {name, "bytes"}}, desk_));
     };
   };
   const struct {
@@ -114,24 +114,24 @@ TEST_F(TransferTest, AFileThatIsNotWhatWasSavedIsRefused) {
     std::function<void(const fs::path&)> spoil;
     const char* said;
   } rows[] = {
-      {"a profile beside the home", add_File("../x.uLotmere"), "已损坏"},
-      {"a profile anywhere", add_File("/tmp/x.uLotmere"), "已损坏"},
-      {"a profile of nobody", add_File(".uLotmere"), "已损坏"},
-      {"another file of the home", add_File("Lotmere.lock"), "已损坏"},
+      {"a profile beside the home", add_file("../x.uLotmere"), "已损坏"},
+      {"a profile anywhere", add_file("/tmp/x.uLotmere"), "已损坏"},
+      {"a profile of nobody", add_file(".uLotmere"), "已损坏"},
+      {"another file of the home", add_file("Lotmere.lock"), "已损坏"},
       {"cut in half", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) / 2); }, "已损坏"},
       {"empty", [](const fs::path& path) { fs::resize_file(path, 0); }, "不是本程序保存的"},
-      {"a text", [](const fs::path& path) { real_Files().write_Whole(path, "01 02 03 04 05 06+07"); },
+      {"a text", [](const fs::path& path) { realFiles().writeWhole(path, "01 02 03 04 05 06+07"); },
        "不是本程序保存的"},
       {"a bare store",
        [this](const fs::path& path) {
-         fs::copy_file(from_.home().backup_Db(), path, fs::copy_options::overwrite_existing);
+         fs::copy_file(from_.home().backupDb(), path, fs::copy_options::overwrite_existing);
        },
        "不是本程序保存的"},
       {"a flipped byte in a draw",
        [](const fs::path& path) {
-         std::string bytes = read_File(path);
+         std::string bytes = readFile(path);
          bytes[bytes.size() / 2] ^= 1;
-         real_Files().write_Whole(path, bytes);
+         realFiles().writeWhole(path, bytes);
        },
        "已损坏"},
       {"a lost profile", change(R"(DELETE FROM "目录" WHERE "名称"='a.uLotmere')"), "已损坏"},
@@ -153,44 +153,44 @@ TEST_F(TransferTest, AFileThatIsNotWhatWasSavedIsRefused) {
     fs::remove(file_);
     ASSERT_EQ(save(), Transfer::done);
     row.spoil(file_);
-    EXPECT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::refused);
+    EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
     EXPECT_NE(desk_.told.back().text.find(row.said), std::string::npos) << desk_.told.back().text;
-    EXPECT_EQ(found_In(to_), "5 b5 c5");
+    EXPECT_EQ(foundIn(to_), "5 b5 c5");
   }
-  EXPECT_THROW((void)prepare_Restore(to_.home(), desk_, elsewhere_.path() / "none"), fs::filesystem_error);
+  EXPECT_THROW((void)prepareRestore(to_.home(), desk_, elsewhere_.path() / "none"), fs::filesystem_error);
 }
 
 TEST_F(TransferTest, ADamagedStoreIsReplacedAndKept) {
-  fs::resize_file(to_.home().main_Db(), 50);
-  fs::remove(to_.home().backup_Db());
+  fs::resize_file(to_.home().mainDb(), 50);
+  fs::remove(to_.home().backupDb());
   desk_.choices = {0};
-  ASSERT_EQ(prepare_Restore(to_.home(), desk_, file_), Transfer::done);
-  EXPECT_EQ(found_In(to_), "3 a3 b3");
+  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::done);
+  EXPECT_EQ(foundIn(to_), "3 a3 b3");
   EXPECT_EQ(fs::file_size(to_.path() / "Lotmere.db.damaged"), 50);
 }
 
 // The power fails at each step; the next start finds all of the old or all of the new.
 TEST_F(TransferTest, CutOffAnywhereItLeavesTheOldOrTheNew) {
-  refuse_EachStep([this](FaultyFiles& machine) {
+  refuseEachStep([this](FaultyFiles& machine) {
     TempHome home;
-    fill_Home(home, 5, {"b", "c"});
+    fillHome(home, 5, {"b", "c"});
     desk_.choices = {0};
     bool counts = false;
     try {
-      counts = prepare_Restore(home.home(), desk_, file_, machine) == Transfer::done;
-      finish_Restore(home.home(), machine);
+      counts = prepareRestore(home.home(), desk_, file_, machine) == Transfer::done;
+      finishRestore(home.home(), machine);
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed());
     }
-    EXPECT_EQ(found_In(home), counts ? "3 a3 b3" : "5 b5 c5");
+    EXPECT_EQ(foundIn(home), counts ? "3 a3 b3" : "5 b5 c5");
   });
-  refuse_EachStep([this](FaultyFiles& machine) {
-    const std::string saved = read_File(file_);
+  refuseEachStep([this](FaultyFiles& machine) {
+    const std::string saved = readFile(file_);
     desk_.choices = {0};
     try {
       EXPECT_EQ(save(machine), Transfer::done);
     } catch (const fs::filesystem_error&) {
-      EXPECT_TRUE(machine.failed() && read_File(file_) == saved);
+      EXPECT_TRUE(machine.failed() && readFile(file_) == saved);
     }
   });
 }

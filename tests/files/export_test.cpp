@@ -27,7 +27,7 @@ TEST(ExportLine, HoldsWhatTheSwitchesSay) {
               {{false, true, false, false, 1}, "2007001"},
               {{true, false, false}, "12"},
               {{false, false, false}, ""}};
-  for (const auto& [switches, line] : rows) EXPECT_EQ(export_Line(12, 2007001, kNumbers, switches), line);
+  for (const auto& [switches, line] : rows) EXPECT_EQ(exportLine(12, 2007001, kNumbers, switches), line);
 }
 
 class Export : public StoreTest {
@@ -36,30 +36,30 @@ class Export : public StoreTest {
 };
 
 TEST_F(Export, WritesOnePeriodByRunningNumberWithASeparatorBehindEachFifth) {
-  for (int i = 1; i <= 12; ++i) put_Ticket(store_, i, 13 - i, i > 9 ? 2008001 : 2007001, kNumbers);
-  put_Ticket(store_, 13, 99, 2007001, {{9, 8, 8, 33, 1, 2}, 16});
-  EXPECT_EQ(export_Tickets(store_, desk_, 2007001, file_, {true, false, false, true}), 10);
-  EXPECT_EQ(read_File(file_), "4\r\n5\r\n6\r\n7\r\n8\r\n\r\n9\r\n10\r\n11\r\n12\r\n99\r\n\r\n");
-  put_Ticket(store_, 14, 1, 2006001, {{9, 8, 8, 33, 1, 2}, 16});
-  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 1) << "of the first period";
-  EXPECT_EQ(read_File(file_), "09 08 08 33 01 02+16\r\n");
+  for (int i = 1; i <= 12; ++i) putTicket(store_, i, 13 - i, i > 9 ? 2008001 : 2007001, kNumbers);
+  putTicket(store_, 13, 99, 2007001, {{9, 8, 8, 33, 1, 2}, 16});
+  EXPECT_EQ(exportTickets(store_, desk_, 2007001, file_, {true, false, false, true}), 10);
+  EXPECT_EQ(readFile(file_), "4\r\n5\r\n6\r\n7\r\n8\r\n\r\n9\r\n10\r\n11\r\n12\r\n99\r\n\r\n");
+  putTicket(store_, 14, 1, 2006001, {{9, 8, 8, 33, 1, 2}, 16});
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 1) << "of the first period";
+  EXPECT_EQ(readFile(file_), "09 08 08 33 01 02+16\r\n");
   EXPECT_TRUE(desk_.told.empty());
 }
 
 TEST_F(Export, OfNoTicketWritesNothingAndWarns) {
-  real_Files().write_Whole(file_, "yesterday");
-  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 0);
-  EXPECT_EQ(read_File(file_), "yesterday");
-  EXPECT_EQ(desk_.running_Text().text(), "") << "nothing is said to be complete";
+  realFiles().writeWhole(file_, "yesterday");
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 0);
+  EXPECT_EQ(readFile(file_), "yesterday");
+  EXPECT_EQ(desk_.runningText().text(), "") << "nothing is said to be complete";
   EXPECT_EQ(desk_.told.at(0).tone, Tone::warning);
-  put_Ticket(store_, 1, 1, 2007001, kNumbers);
-  EXPECT_EQ(export_Tickets(store_, desk_, 2008001, file_, {}), 0);
-  EXPECT_EQ(read_File(file_), "yesterday");
+  putTicket(store_, 1, 1, 2007001, kNumbers);
+  EXPECT_EQ(exportTickets(store_, desk_, 2008001, file_, {}), 0);
+  EXPECT_EQ(readFile(file_), "yesterday");
 }
 
 // By name and by every kind of link, also to a profile that has no file yet.
 TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
-  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  putTicket(store_, 1, 1, 2007001, kNumbers);
   const std::filesystem::path& folder = home_.path();
   std::filesystem::create_directory(folder / "below");
   std::filesystem::create_directory_symlink(folder, folder / "below/up");
@@ -72,43 +72,43 @@ TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
     std::filesystem::create_symlink(name, folder / targets[3]);
     std::filesystem::create_symlink("../" + targets[3], folder / targets[4]);
     if (name != "丙.uLotmere") {
-      if (name != "Lotmere.db") real_Files().write_Whole(folder / name, "own");
+      if (name != "Lotmere.db") realFiles().writeWhole(folder / name, "own");
       std::filesystem::create_hard_link(folder / name, folder / targets.emplace_back(name + " hard"));
     }
-    const std::string before = read_File(folder / name);
+    const std::string before = readFile(folder / name);
     for (const std::string& target : targets) {
       desk_.told.clear();
-      EXPECT_EQ(export_Command(store_, desk_, folder / target, {}), 0) << target;
+      EXPECT_EQ(exportCommand(store_, desk_, folder / target, {}), 0) << target;
       ASSERT_EQ(desk_.told.size(), 1U);
       EXPECT_EQ(desk_.told[0].text, kOwnFile);
     }
-    EXPECT_EQ(read_File(folder / name), before);
+    EXPECT_EQ(readFile(folder / name), before);
     std::filesystem::remove(folder / (name + " hard"));
     if (name != "Lotmere.db") std::filesystem::remove(folder / name);
   }
   EXPECT_FALSE(std::filesystem::exists(folder / "丙.uLotmere"));
   for (const char* name : {"Lotmere.txt", "LotmereTemp.txt", "below/Lotmere.db", "below/甲.uLotmere"})
-    EXPECT_EQ(export_Command(store_, desk_, folder / name, {}), 1) << name << " is the user's";
+    EXPECT_EQ(exportCommand(store_, desk_, folder / name, {}), 1) << name << " is the user's";
 }
 
 TEST_F(Export, ReplacesAUsersFileWhereverALinkLeadsAndKeepsItsMode) {
-  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  putTicket(store_, 1, 1, 2007001, kNumbers);
   std::filesystem::create_symlink("tickets.txt", home_.path() / "link");
   const auto mode = [&] { return static_cast<int>(std::filesystem::status(file_).permissions()); };
-  EXPECT_EQ(export_Command(store_, desk_, home_.path() / "link", {}), 1) << "where no file stands yet";
+  EXPECT_EQ(exportCommand(store_, desk_, home_.path() / "link", {}), 1) << "where no file stands yet";
   EXPECT_EQ(mode(), 0600);
   std::filesystem::permissions(file_, std::filesystem::perms(0664));
   for (const char* name : {"link", "tickets.txt"}) {
     std::ofstream(file_) << "yesterday";
-    EXPECT_EQ(export_Command(store_, desk_, home_.path() / name, {}), 1);
-    EXPECT_EQ(read_File(file_), "01 02 03 04 05 06+07\r\n");
+    EXPECT_EQ(exportCommand(store_, desk_, home_.path() / name, {}), 1);
+    EXPECT_EQ(readFile(file_), "01 02 03 04 05 06+07\r\n");
     EXPECT_EQ(mode(), 0664);
   }
   EXPECT_TRUE(std::filesystem::is_symlink(home_.path() / "link"));
 }
 
 TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
-  put_Ticket(store_, 1, 1, 2007001, kNumbers);
+  putTicket(store_, 1, 1, 2007001, kNumbers);
   const auto path = [&](const char* name) { return home_.path() / name; };
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(path("folder"));
@@ -130,7 +130,7 @@ TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
                                                        {"none/file", std::errc::no_such_file_or_directory},
                                                        {"round", std::errc::too_many_symbolic_link_levels}};
   for (const auto& [name, reason] : targets) try {
-      export_Command(store_, desk_, path(name.c_str()), {});
+      exportCommand(store_, desk_, path(name.c_str()), {});
       ADD_FAILURE() << name << " is no file to be replaced";
     } catch (const std::filesystem::filesystem_error& failure) {
       EXPECT_EQ(failure.code(), std::make_error_code(reason)) << name;
@@ -138,33 +138,33 @@ TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
   for (const int end : ends) ::close(end);
   EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
   EXPECT_TRUE(std::filesystem::is_character_file(path(device.c_str())));
-  real_Files().write_Whole(file_, "another's");
+  realFiles().writeWhole(file_, "another's");
   std::filesystem::permissions(file_, std::filesystem::perms(0666));
   if (::chown(file_.c_str(), 1, 1) != 0) GTEST_SKIP() << "only root can give a file away";
-  EXPECT_THROW(export_Command(store_, desk_, file_, {}), std::filesystem::filesystem_error);
-  EXPECT_EQ(read_File(file_), "another's");
+  EXPECT_THROW(exportCommand(store_, desk_, file_, {}), std::filesystem::filesystem_error);
+  EXPECT_EQ(readFile(file_), "another's");
 }
 
 TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {
   StoreChange change(store_);
-  for (int i = 1; i <= 20'000; ++i) put_Ticket(store_, i, i, 2007001, kNumbers);
+  for (int i = 1; i <= 20'000; ++i) putTicket(store_, i, i, 2007001, kNumbers);
   change.commit();
-  real_Files().write_Whole(file_, "yesterday");
+  realFiles().writeWhole(file_, "yesterday");
   int served = 0;
-  desk_.on_serve = [&] { ++served, desk_.request_Stop(); };
+  desk_.on_serve = [&] { ++served, desk_.requestStop(); };
   rlimit usual{};
   ::getrlimit(RLIMIT_FSIZE, &usual);
   const rlimit full{1000, usual.rlim_max};
   std::signal(SIGXFSZ, SIG_IGN);
   ::setrlimit(RLIMIT_FSIZE, &full);
-  EXPECT_THROW(export_Command(store_, desk_, file_, {}), std::filesystem::filesystem_error);
+  EXPECT_THROW(exportCommand(store_, desk_, file_, {}), std::filesystem::filesystem_error);
   ::setrlimit(RLIMIT_FSIZE, &usual);
-  EXPECT_EQ(read_File(file_), "yesterday");
+  EXPECT_EQ(readFile(file_), "yesterday");
   const std::filesystem::directory_iterator files(home_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "a half-written file is left behind";
   EXPECT_EQ(desk_.jobs_open, 0);
-  EXPECT_EQ(export_Command(store_, desk_, file_, {}), 20'000) << "an export stops for nobody";
-  EXPECT_EQ(read_File(file_).size(), 20'000u * 22u);
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 20'000) << "an export stops for nobody";
+  EXPECT_EQ(readFile(file_).size(), 20'000u * 22u);
   EXPECT_GE(served, 40);
 }
 

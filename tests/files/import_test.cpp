@@ -29,14 +29,14 @@ TEST(ImportLine, IsForgivingAsFarAsItGoes) {
       {1, "第２０２４００７期01 2 3 4 5 6 7 8", more},
       {1, "0000000 01 02 03 04 05 06 07", {}}};
   for (const auto& [format, line, ticket] : rows)
-    EXPECT_EQ(import_Line(line, {ImportFormat(format), kPeriod}), ticket) << line;
+    EXPECT_EQ(importLine(line, {ImportFormat(format), kPeriod}), ticket) << line;
 }
 
 // The same rules step by step, on characters.
-Ticket model_Line(std::u32string line, int format) {
+Ticket modelLine(std::u32string line, int format) {
   for (char32_t& c : line)
     if (c >= U'０' && c <= U'９') c -= U'０' - U'0';
-  const auto cut_ToDigit = [&] { line.erase(0, std::min(line.size(), line.find_first_of(U"0123456789"))); };
+  const auto cut_to_digit = [&] { line.erase(0, std::min(line.size(), line.find_first_of(U"0123456789"))); };
   line.erase(0, std::min(line.size(), line.find_first_not_of(U" \t")));
   line.erase(line.find_last_not_of(U" \t") + 1);
   if (line.size() < 15) return {};
@@ -53,14 +53,14 @@ Ticket model_Line(std::u32string line, int format) {
   for (char32_t& c : line)
     if (std::u32string(U" \t-+，\u3000|＋｜").find(c) != std::u32string::npos) c = U',';
   if (format == 2) line.erase(0, std::min(line.size(), line.find(U',')));
-  if (format != 0) cut_ToDigit();
+  if (format != 0) cut_to_digit();
   std::array<double, 7> a{};
   for (double& value : a) {
     for (std::size_t i = 0; i < line.size() && line[i] >= U'0' && line[i] <= U'9'; ++i)
       value = value * 10 + (line[i] - U'0');
     line.erase(0, line.find(U','));
     if (line.empty()) break;
-    cut_ToDigit();
+    cut_to_digit();
     if (line.empty()) break;
   }
   ImportTicket ticket{period, {}};
@@ -72,7 +72,7 @@ Ticket model_Line(std::u32string line, int format) {
   return ticket;
 }
 
-std::string to_Utf8(const std::u32string& text) {
+std::string toUtf8(const std::u32string& text) {
   std::string utf8;
   for (const char32_t c : text) {
     if (c >= 0x80) utf8 += {char(0xE0 | c >> 12), char(0x80 | (c >> 6 & 0x3F))};
@@ -96,8 +96,8 @@ TEST(ImportLine, AgreesWithTheRulesStepByStep) {
       while (random() % 8 == 0) line += parts[random() % parts.size()];
     }
     const int format = round % 4 % 3;
-    const Ticket expected = model_Line(line, format);
-    ASSERT_EQ(import_Line(to_Utf8(line), {ImportFormat(format), kPeriod}), expected) << to_Utf8(line);
+    const Ticket expected = modelLine(line, format);
+    ASSERT_EQ(importLine(toUtf8(line), {ImportFormat(format), kPeriod}), expected) << toUtf8(line);
     found += expected ? 1 : 0;
   }
   EXPECT_TRUE(found > 5'000 && found < 55'000) << found;
@@ -107,7 +107,7 @@ class Import : public testing::Test {
  protected:
   ImportResult import(const std::string& bytes, int format = 0, Existing existing = Existing::ask) {
     std::ofstream(file, std::ios::binary) << bytes;
-    return import_Tickets(home.store(), desk, file, {ImportFormat(format), kPeriod}, existing);
+    return importTickets(home.store(), desk, file, {ImportFormat(format), kPeriod}, existing);
   }
   // ID, running number, period, first red, blue and the sum of the work columns of each row.
   std::string rows() {
@@ -128,12 +128,12 @@ TEST_F(Import, GoesOnBehindTheRowsThatAreKeptOrStartsAnew) {
   const ImportResult first = import("01 02 03 04 05 06 07\n\r\nnothing\n\r02 02 03 04 05 06 08\nx\n");
   EXPECT_TRUE(first.count == 2 && first.skipped == 2 && first.first_skipped == 3);
   EXPECT_TRUE(desk.asked.empty()) << "an empty table has nothing to keep";
-  put_Ticket(home.store(), 9, 1, 2001001, kNumbers);
+  putTicket(home.store(), 9, 1, 2001001, kNumbers);
   const std::string two = "1 1 2024007 1 7 0;2 2 2024007 2 8 0;";
   const std::string old = two + "9 1 2001001 1 7 0;";
   const std::string new_lines = "2007001 03 02 03 04 05 06 09\r2007002 04 02 03 04 05 06 10\r";
   desk.choices = {std::nullopt, 2, 0, 1};
-  desk.running_Text().set("text");
+  desk.runningText().set("text");
   for (int times = 0; times < 2; ++times) {
     const ImportResult result = import(new_lines, 1);
     EXPECT_TRUE(result.cancelled && result.count == 0);
@@ -146,7 +146,7 @@ TEST_F(Import, GoesOnBehindTheRowsThatAreKeptOrStartsAnew) {
   const std::string two_lines = "1 01 02 03 04 05 06 07\r\n2 02 02 03 04 05 06 08\r\n";
   EXPECT_EQ(import(two_lines, 2).count, 2);
   EXPECT_EQ(rows(), two);
-  EXPECT_EQ(desk.running_Text().text(), "text\r\n\r\n表格中号码全部删除已完成．");
+  EXPECT_EQ(desk.runningText().text(), "text\r\n\r\n表格中号码全部删除已完成．");
   EXPECT_EQ(import(two_lines, 2, Existing::keep).count, 2);
   EXPECT_EQ(rows(), two + "3 3 2024007 1 7 0;4 4 2024007 2 8 0;");
   EXPECT_EQ(import(two_lines, 2, Existing::replace).count, 2);
@@ -156,7 +156,7 @@ TEST_F(Import, GoesOnBehindTheRowsThatAreKeptOrStartsAnew) {
 
 // Running numbers that are taken for reds: lines that could be read, and those past 33 that can't.
 TEST_F(Import, AWrongFormatIsToldAndAskedAboutBeforeAnythingIsStored) {
-  put_Ticket(home.store(), 9, 1, 2001001, kNumbers);
+  putTicket(home.store(), 9, 1, 2001001, kNumbers);
   std::string lines = "序号 号码\r\n01 02 03 04 05 06 07\r\n\r\n";
   for (int seq = 30; seq < 40; ++seq) lines += std::to_string(seq) + " 01 02 03 04 05 16+07\r\n";
   desk.choices = {std::nullopt, 1, 0, 2};
@@ -172,10 +172,10 @@ TEST_F(Import, AWrongFormatIsToldAndAskedAboutBeforeAnythingIsStored) {
   EXPECT_EQ(import(lines, 2, Existing::replace).count, 10) << "the right format asks nothing";
   desk.told.clear();
   std::ofstream(file) << lines;
-  import_Command(home.store(), desk, file, ImportChoice{ImportFormat(2), kPeriod}, Existing::keep);
+  importCommand(home.store(), desk, file, ImportChoice{ImportFormat(2), kPeriod}, Existing::keep);
   ASSERT_EQ(desk.told.size(), 1U);
   EXPECT_EQ(desk.told[0].text, "数据导入完成，共导入：１０ 注！跳过了 ２ 行，第一处在第 １ 行。");
-  EXPECT_TRUE(desk.running_Text().text().ends_with(desk.told[0].text));
+  EXPECT_TRUE(desk.runningText().text().ends_with(desk.told[0].text));
 }
 
 TEST_F(Import, ReadsUtf8AndElseGb18030) {
@@ -193,8 +193,8 @@ TEST_F(Import, ReadsUtf8AndElseGb18030) {
 }
 
 TEST_F(Import, ChangesNothingUnlessItSucceeds) {
-  put_Ticket(home.store(), 9, 1, 2001001, kNumbers);
-  desk.running_Text().set("text");
+  putTicket(home.store(), 9, 1, 2001001, kNumbers);
+  desk.runningText().set("text");
   const std::string line = "01 02 03 04 05 06 07\n";
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += line;
@@ -206,31 +206,31 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   int served = 0;
   desk.on_serve = [&] { ++served; };
   std::filesystem::resize_file(file, std::uintmax_t{1} << 30);
-  EXPECT_FALSE(import_Tickets(home.store(), desk, file, {}).is_text);
+  EXPECT_FALSE(importTickets(home.store(), desk, file, {}).is_text);
   EXPECT_LT(served, 5) << "what is no text isn't read to its end";
   std::filesystem::resize_file(file, (std::uintmax_t{1} << 30) + 1);
   for (const auto& path : {home.path() / "none", home.path(), std::filesystem::path(), file})
-    EXPECT_THROW((void)import_Tickets(home.store(), desk, path, {}), std::filesystem::filesystem_error);
+    EXPECT_THROW((void)importTickets(home.store(), desk, path, {}), std::filesystem::filesystem_error);
   EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
-  EXPECT_EQ(desk.running_Text().text(), "text");
-  EXPECT_FALSE(desk.stop_Requested() || desk.jobs_open != 0);
-  EXPECT_EQ(import_Command(home.store(), desk, file, std::nullopt).count, 0) << "a cancelled dialog";
-  EXPECT_EQ(desk.running_Text().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
+  EXPECT_EQ(desk.runningText().text(), "text");
+  EXPECT_FALSE(desk.stopRequested() || desk.jobs_open != 0);
+  EXPECT_EQ(importCommand(home.store(), desk, file, std::nullopt).count, 0) << "a cancelled dialog";
+  EXPECT_EQ(desk.runningText().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
   for (const char* typed : {"200700", "2007abc", "20070011", ""}) {
     desk.told.clear();
-    EXPECT_FALSE(read_ImportChoice(desk, 0, typed) || read_ImportChoice(desk, 2, typed)) << typed;
+    EXPECT_FALSE(readImportChoice(desk, 0, typed) || readImportChoice(desk, 2, typed)) << typed;
     EXPECT_EQ(desk.told.size(), 2U);
-    EXPECT_TRUE(read_ImportChoice(desk, 1, typed)) << "the lines hold their periods";
+    EXPECT_TRUE(readImportChoice(desk, 1, typed)) << "the lines hold their periods";
   }
-  EXPECT_EQ(read_ImportChoice(desk, 2, "２００７００１")->period, 2007001);
+  EXPECT_EQ(readImportChoice(desk, 2, "２００７００１")->period, 2007001);
 }
 
 TEST_F(Import, GoesOnToTheEndOfTheFile) {
-  desk.on_serve = [&] { desk.request_Stop(); };
+  desk.on_serve = [&] { desk.requestStop(); };
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += "01 02 03 04 05 06 07\n";
   EXPECT_EQ(import(large).count, 20'000);
-  EXPECT_FALSE(desk.stop_Requested()) << "the next job isn't stopped for it";
+  EXPECT_FALSE(desk.stopRequested()) << "the next job isn't stopped for it";
 }
 
 }  // namespace

@@ -17,22 +17,22 @@ constexpr int kTiers[7][2] = {{0, 6}, {0, 6}, {0, 6}, {0, 5}, {5, 4}, {4, 3}, {2
 using PrizeCheck = StoreTest;
 
 TEST_F(PrizeCheck, WritesAndTalliesTheHitsOfEveryTicketOfThePeriod) {
-  put_Draw(store_, kPeriod, "2007-01-02", kDraw);
+  putDraw(store_, kPeriod, "2007-01-02", kDraw);
   std::mt19937 random(8);  // NOLINT(*-msc51-cpp): the same tickets in every run
   StoreChange change(store_);
-  put_Ticket(store_, 1, 1, 2007002, kDraw);
+  putTicket(store_, 1, 1, 2007002, kDraw);
   for (int id = 2; id <= 20'000; ++id) {
     DrawNumbers numbers{kDraw.reds, static_cast<int>(15 + random() % 2)};  // in any order, and repeated
     std::shuffle(numbers.reds.begin(), numbers.reds.end(), random);
     for (int& red : numbers.reds)
       if (random() % 2) red = static_cast<int>(1 + random() % 33);
-    put_Ticket(store_, id, 7, kPeriod, numbers);
+    putTicket(store_, id, 7, kPeriod, numbers);
   }
   store_.query(R"(UPDATE "日志表" SET "过滤标记"=-1,"红球中"=9,"蓝球中"=9)").run();
   change.commit();
   int served = 0;
-  desk_.on_serve = [&] { ++served, desk_.request_Stop(); };
-  const CheckResult result = check_Command(store_, desk_, kPeriod);
+  desk_.on_serve = [&] { ++served, desk_.requestStop(); };
+  const CheckResult result = checkCommand(store_, desk_, kPeriod);
 
   std::array<std::int64_t, kPrizeTiers> tally{};
   Query rows = store_.query(
@@ -55,26 +55,26 @@ TEST_F(PrizeCheck, WritesAndTalliesTheHitsOfEveryTicketOfThePeriod) {
 }
 
 TEST_F(PrizeCheck, SaysWhatItFound) {
-  put_Ticket(store_, 1, 1, kPeriod, {{3, 8, 14, 1, 2, 4}, 1});
-  put_Ticket(store_, 2, 1, 2007002, kDraw);
+  putTicket(store_, 1, 1, kPeriod, {{3, 8, 14, 1, 2, 4}, 1});
+  putTicket(store_, 2, 1, 2007002, kDraw);
   for (const PeriodNo period : {kPeriod, 2007003, 0}) {
-    if (period == 2007003) put_Draw(store_, period, "2007-01-07", kDraw);
-    EXPECT_EQ(check_Command(store_, desk_, period).max_hit, 0);
+    if (period == 2007003) putDraw(store_, period, "2007-01-07", kDraw);
+    EXPECT_EQ(checkCommand(store_, desk_, period).max_hit, 0);
     EXPECT_EQ(desk_.told.back().title, "出错啦!");
   }
   EXPECT_EQ(desk_.told.at(0).text,
             "当前表格或历史开奖数据中没有第２００７００１期的数据！\r\n\r\n          无法核对哦^_^！！");
   EXPECT_EQ(desk_.told.at(2).text, "没有要核对的号码！请先选号！");
 
-  put_Draw(store_, kPeriod, "2007-01-02", kDraw);
-  EXPECT_EQ(check_Command(store_, desk_, kPeriod).max_hit, 3) << "three reds win nothing, and are hits";
+  putDraw(store_, kPeriod, "2007-01-02", kDraw);
+  EXPECT_EQ(checkCommand(store_, desk_, kPeriod).max_hit, 3) << "three reds win nothing, and are hits";
   EXPECT_EQ(desk_.told.size(), 4u);
   EXPECT_EQ(
-      desk_.running_Text().text(),
+      desk_.runningText().text(),
       "\r\n\r\n开奖核对结果如下——\r\n\r\n一等奖： ０ 注\r\n\r\n二等奖： ０ 注\r\n\r\n三等奖： ０ 注\r\n\r\n"
       "四等奖： ０ 注\r\n\r\n五等奖： ０ 注\r\n\r\n六等奖： ０ 注\r\n\r\n");
-  put_Draw(store_, kPeriod, "2007-01-02", {{5, 6, 7, 9, 10, 11}, 16});
-  EXPECT_EQ(check_Command(store_, desk_, kPeriod).max_hit, 0);
+  putDraw(store_, kPeriod, "2007-01-02", {{5, 6, 7, 9, 10, 11}, 16});
+  EXPECT_EQ(checkCommand(store_, desk_, kPeriod).max_hit, 0);
   EXPECT_EQ(desk_.told.size(), 4u) << "without a single hit no message says the end";
 }
 

@@ -15,10 +15,10 @@
 namespace lotmere::test {
 namespace {
 
-Fetched fetch_From(const std::string& answer) {
+Fetched fetchFrom(const std::string& answer) {
   ScriptedDesk desk;
   Fetched fetched;
-  with_Server(answer, false, [&](const auto& address) { fetched = make_CurlFetcher(desk)->fetch(address); });
+  withServer(answer, false, [&](const auto& address) { fetched = makeCurlFetcher(desk)->fetch(address); });
   return fetched;
 }
 
@@ -36,9 +36,9 @@ TEST(CurlFetcher, TakesOnlyWholeAnswers) {
       {"HTTP/1.1 302 Found\r\nLocation: file://" + secret.string() + "\r\n\r\n",
        "网站把请求转到了不能用的地址"},
       {"", broken}};
-  EXPECT_EQ(fetch_From(good).reply, "=336=");
+  EXPECT_EQ(fetchFrom(good).reply, "=336=");
   for (const auto& [answer, cause] : bad) {
-    const Fetched fetched = fetch_From(answer);
+    const Fetched fetched = fetchFrom(answer);
     EXPECT_EQ(fetched.reply, std::nullopt) << answer;
     EXPECT_EQ(fetched.cause, cause) << answer;
   }
@@ -48,7 +48,7 @@ TEST(CurlFetcher, TakesOnlyWholeAnswers) {
                                                              {"http://" + no_host, "找不到这个网站"},
                                                              {"http://", "网址不对"}};
   for (const auto& [address, cause] : unreachable)
-    EXPECT_EQ(make_CurlFetcher(desk)->fetch(address).cause, cause) << address;
+    EXPECT_EQ(makeCurlFetcher(desk)->fetch(address).cause, cause) << address;
 }
 
 // Before the server says a word, and in the middle of its list.
@@ -62,18 +62,18 @@ TEST(CurlFetcher, AStopOrAFailureWhileTheServerIsSilent) {
         EXPECT_EQ(desk.jobs_open, 1);
         if (++served != 5) return;
         if (fails) throw std::runtime_error("desk");
-        desk.request_Stop();
+        desk.requestStop();
       };
-      const auto fetcher = make_CurlFetcher(desk);
-      EXPECT_TRUE(with_Server(answer, true, [&](const auto& address) {
+      const auto fetcher = makeCurlFetcher(desk);
+      EXPECT_TRUE(withServer(answer, true, [&](const auto& address) {
         const auto fetch = [&] {
           return downloadDraws(home.store(), desk, *fetcher, address, Date::max()).stopped;
         };
-        EXPECT_NE(value_OrNothing(fetch), fails);
+        EXPECT_NE(valueOrNothing(fetch), fails);
       }));
-      EXPECT_TRUE(desk.told.empty() && desk.jobs_open == 0 && !desk.stop_Requested());
+      EXPECT_TRUE(desk.told.empty() && desk.jobs_open == 0 && !desk.stopRequested());
       EXPECT_EQ(desk.statuses.back(), "");
-      EXPECT_EQ(stored_Address(home.store(), AddressUse::draw_list), "");
+      EXPECT_EQ(storedAddress(home.store(), AddressUse::draw_list), "");
     }
 }
 
@@ -82,14 +82,14 @@ TEST(CurlFetcher, AStopEndsTheSearchForAPage) {
   ScriptedDesk desk;
   int served = 0;  // the first times the caller may not have come yet
   desk.on_serve = [&] {
-    if (++served == 5) desk.request_Stop();
+    if (++served == 5) desk.requestStop();
   };
-  EXPECT_TRUE(with_Server("", true, [&](const auto& address) {
-    remember_Address(home.store(), AddressUse::detail_page, address);
+  EXPECT_TRUE(withServer("", true, [&](const auto& address) {
+    rememberAddress(home.store(), AddressUse::detail_page, address);
     std::string typed;
-    EXPECT_FALSE(find_DetailPage(home.store(), desk, *make_CurlFetcher(desk), "2008118", typed));
+    EXPECT_FALSE(findDetailPage(home.store(), desk, *makeCurlFetcher(desk), "2008118", typed));
   }));
-  EXPECT_TRUE(desk.told.empty() && !desk.stop_Requested());
+  EXPECT_TRUE(desk.told.empty() && !desk.stopRequested());
 }
 
 TEST(CurlFetcher, ReadsFilesUpToALimit) {
@@ -97,7 +97,7 @@ TEST(CurlFetcher, ReadsFilesUpToALimit) {
   const auto list = home.path() / "开奖.txt";
   std::ofstream(list) << "=336=\n2007001";
   ScriptedDesk desk;
-  const auto fetcher = make_CurlFetcher(desk);
+  const auto fetcher = makeCurlFetcher(desk);
   EXPECT_EQ(fetcher->fetch("file://" + list.string()).reply, "=336=\n2007001");
   std::filesystem::resize_file(list, std::uintmax_t{32} << 20);
   EXPECT_TRUE(fetcher->fetch("file://" + list.string()).reply.has_value());
@@ -118,7 +118,7 @@ TEST(CurlFetcher, ReadsNothingThatMayNeverEnd) {
       {"file:", "网址不对"}};
   ScriptedDesk desk;
   for (const auto& [address, cause] : refused)
-    EXPECT_EQ(make_CurlFetcher(desk)->fetch(address).cause, cause) << address;
+    EXPECT_EQ(makeCurlFetcher(desk)->fetch(address).cause, cause) << address;
 }
 
 }  // namespace

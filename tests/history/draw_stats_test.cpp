@@ -32,18 +32,18 @@ int members(Store& store, std::string_view table, const std::string& column, con
 }
 
 // How the groups of a family are told, and which they are, is the business of conditions/families.
-std::string group_Form(Store& store, const Family& family, const Reds& reds) {
+std::string groupForm(Store& store, const Family& family, const Reds& reds) {
   GroupCounts counts = 0;
   for (int g = 0; g < family.draw_groups; ++g) {
     const std::string column = std::string(family.column) + std::to_string(family.first_suffix + g);
-    const auto hit = static_cast<GroupCounts>(members(store, table_Name(family.table), column, reds));
+    const auto hit = static_cast<GroupCounts>(members(store, tableName(family.table), column, reds));
     counts += hit << (kGroupBits * g);
   }
-  return draw_Text(family, counts);
+  return drawText(family, counts);
 }
 
 // The figures of one of the draws, which are all that the history holds.
-ModelRow model_Row(Store& store, const std::vector<StoredDraw>& draws, std::size_t at) {
+ModelRow modelRow(Store& store, const std::vector<StoredDraw>& draws, std::size_t at) {
   const Reds& reds = draws[at].numbers.reds;
   const Reds before = at > 0 ? draws[at - 1].numbers.reds : Reds{};
   const auto times = [&](int n, std::size_t window) {
@@ -51,18 +51,18 @@ ModelRow model_Row(Store& store, const std::vector<StoredDraw>& draws, std::size
                          [n](const StoredDraw& draw) { return holds(draw.numbers.reds, n); });
   };
   std::map<std::string, std::int64_t> figure;
-  figure["跨度"] = calc_KuaDu(reds);
-  figure["最大间距"] = calc_JianJuMax(reds);
-  figure["AC值"] = calc_AC(reds);
-  figure["重叠号"] = calc_CongDie(before, reds);
-  figure["尾数重叠"] = calc_weisuCongDie(before, reds);
-  figure["合数重叠"] = calc_hesuCongDie(before, reds);
-  figure["斜位码"] = calc_XieWeiMa(before, reds);
+  figure["跨度"] = spanOf(reds);
+  figure["最大间距"] = largestGap(reds);
+  figure["AC值"] = acValue(reds);
+  figure["重叠号"] = countRepeats(before, reds);
+  figure["尾数重叠"] = countTailRepeats(before, reds);
+  figure["合数重叠"] = countDigitRootRepeats(before, reds);
+  figure["斜位码"] = countNeighbours(before, reds);
   figure["大数个数"] = members(store, "号码特性", "大数", reds);
   figure["低尾码个数"] = members(store, "号码特性", "低尾码", reds);
   figure["小数个数"] = kRedsPerTicket - figure["大数个数"];
   figure["高尾码个数"] = kRedsPerTicket - figure["低尾码个数"];
-  for (const DrawColumn& column : draw_Columns())
+  for (const DrawColumn& column : drawColumns())
     if (column.name.starts_with("自定义组") || (column.name.starts_with("区间") && column.name.size() == 7))
       figure[column.name] = members(store, "号码特性", column.name, reds);
   for (const int n : reds) {
@@ -79,11 +79,11 @@ ModelRow model_Row(Store& store, const std::vector<StoredDraw>& draws, std::size
     figure["温度10"] += times(n, 10);
     figure["前3期出现个数"] += at >= 3 && times(n, 3) > 0;
   }
-  ModelRow row = {{"连号", std::string(run_Shapes().at(calc_LianHaoMax(reds)))}, {"已完成", "Y"}};
+  ModelRow row = {{"连号", std::string(runShapes().at(runShape(reds)))}, {"已完成", "Y"}};
   for (const auto& [column, value] : figure) row[column] = std::to_string(value);
   for (const Family& family : families()) {
     const std::string name(family.draw_column);
-    if (!name.empty()) row[name] = group_Form(store, family, reds);
+    if (!name.empty()) row[name] = groupForm(store, family, reds);
   }
   return row;
 }
@@ -91,10 +91,10 @@ ModelRow model_Row(Store& store, const std::vector<StoredDraw>& draws, std::size
 class DrawStats : public StoreTest {
  protected:
   void put(std::size_t count) {
-    draws_ = invent_Draws(count, 20070725);
+    draws_ = inventDraws(count, 20070725);
     // Against six zeros: tails of zero, and the one beside it.
     draws_[0].numbers.reds = {1, 9, 10, 20, 27, 30};
-    put_Draws(store_, draws_);
+    putDraws(store_, draws_);
   }
   std::vector<StoredDraw> draws_;
 };
@@ -109,9 +109,9 @@ TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
     store_.db().exec(fmt::format(R"(UPDATE "号码特性" SET "自定义组{}"="号码"%{}=0)", group, group + 1));
   put(60);
   std::vector<ModelRow> model;
-  for (std::size_t i = 0; i < draws_.size(); ++i) model.push_back(model_Row(store_, draws_, i));
+  for (std::size_t i = 0; i < draws_.size(); ++i) model.push_back(modelRow(store_, draws_, i));
   EXPECT_EQ(model[0].size(),
-            static_cast<std::size_t>(std::ranges::count_if(draw_Columns(), &DrawColumn::hasRule)));
+            static_cast<std::size_t>(std::ranges::count_if(drawColumns(), &DrawColumn::hasRule)));
 
   const struct {
     std::size_t from, to;  // places of draws_
@@ -120,8 +120,8 @@ TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
                 {1, 1, 0},  {0, 1, 0},     {0, 3, 0},   {59, 59, 0}};
   for (const auto& range : ranges) {
     const StoreChange dropped(store_);
-    calc_DrawStats(store_, desk_, draws_[range.from].period - range.widen,
-                   draws_[range.to].period + range.widen);
+    computeDrawStatistics(store_, desk_, draws_[range.from].period - range.widen,
+                          draws_[range.to].period + range.widen);
     for (std::size_t i = 0; i < draws_.size(); ++i) {
       const bool covered = i >= range.from && i <= range.to;
       for (const auto& [column, value] : model[i]) {
@@ -130,52 +130,52 @@ TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
       }
     }
   }
-  recountQuJian(store_, desk_, draws_[20].period, draws_[40].period);
-  updateWenDu(store_, desk_, draws_[20].period, draws_[40].period);
+  recountIntervals(store_, desk_, draws_[20].period, draws_[40].period);
+  updateHeat(store_, desk_, draws_[20].period, draws_[40].period);
   for (std::size_t i = 0; i < draws_.size(); ++i) {
     const PeriodNo period = draws_[i].period;
     for (const char* column : {"温度5", "温度10", "区间1", "区间2", "区间3", "区间4"})
       EXPECT_EQ(field(store_, period, column), i < 20 || i > 40 ? "" : model[i].at(column)) << i;
     EXPECT_EQ(field(store_, period, "和值") + field(store_, period, "四区间"), "") << i;
-    EXPECT_EQ(std::to_string(calc_WenDu(store_, period, 5)), model[i].at("温度5"));
-    EXPECT_EQ(std::to_string(calc_qian3qi(store_, period)), model[i].at("前3期出现个数"));
+    EXPECT_EQ(std::to_string(heatOf(store_, period, 5)), model[i].at("温度5"));
+    EXPECT_EQ(std::to_string(repeatsOfThree(store_, period)), model[i].at("前3期出现个数"));
   }
 }
 
 // Whatever changes the intervals leaves the mark in its own change, and only the recount takes it away.
 TEST_F(DrawStats, TheIntervalCountsAreDueUntilTheyAreCountedAnew) {
   put(400);
-  const auto expect_Counted = [&](int interval) {
+  const auto expect_counted = [&](int interval) {
     const std::string name = "区间" + std::to_string(interval);
     for (const StoredDraw& draw : {draws_.front(), draws_[1], draws_[200], draws_.back()})
       EXPECT_EQ(field(store_, draw.period, name),
                 std::to_string(members(store_, "号码特性", name, draw.numbers.reds)))
           << draw.period;
   };
-  EXPECT_FALSE(recount_Due(store_, desk_) || recount_Divided(store_, desk_));
+  EXPECT_FALSE(recountDue(store_, desk_) || recountDivided(store_, desk_));
   const int some = draws_[200].numbers.reds[0];
-  write_Attribute(store_, AttributeTable::first, "区间1", some, some <= 10);
-  set_Column(store_, AttributeTable::first, "四1", std::vector{5});
-  EXPECT_FALSE(interval_CountsDue(store_)) << "what stands there already, and other columns";
+  writeAttribute(store_, AttributeTable::first, "区间1", some, some <= 10);
+  setColumn(store_, AttributeTable::first, "四1", std::vector{5});
+  EXPECT_FALSE(intervalCountsDue(store_)) << "what stands there already, and other columns";
   {
     const StoreChange dropped(store_);
-    toggle_Attribute(store_, "区间4", 33);
-    EXPECT_TRUE(interval_CountsDue(store_));
+    toggleAttribute(store_, "区间4", 33);
+    EXPECT_TRUE(intervalCountsDue(store_));
   }
-  EXPECT_FALSE(interval_CountsDue(store_)) << "a change that is rolled back takes its mark along";
+  EXPECT_FALSE(intervalCountsDue(store_)) << "a change that is rolled back takes its mark along";
 
   for (int interval = 1; interval <= 4; ++interval) {
-    toggle_Attribute(store_, "区间" + std::to_string(interval), some);
-    ASSERT_TRUE(interval_CountsDue(store_));
-    const std::string before = dump_History(store_);
+    toggleAttribute(store_, "区间" + std::to_string(interval), some);
+    ASSERT_TRUE(intervalCountsDue(store_));
+    const std::string before = dumpHistory(store_);
     desk_.on_serve = [] { throw std::runtime_error("the machine"); };
-    EXPECT_THROW(recount_Due(store_, desk_), std::runtime_error);
+    EXPECT_THROW(recountDue(store_, desk_), std::runtime_error);
     desk_.on_serve = {};
-    EXPECT_TRUE(interval_CountsDue(store_) && dump_History(store_) == before)
+    EXPECT_TRUE(intervalCountsDue(store_) && dumpHistory(store_) == before)
         << "counts and mark are one change";
-    EXPECT_TRUE(interval % 2 == 0 ? recount_Due(store_, desk_) : recount_Divided(store_, desk_));
-    EXPECT_FALSE(interval_CountsDue(store_));
-    expect_Counted(interval);
+    EXPECT_TRUE(interval % 2 == 0 ? recountDue(store_, desk_) : recountDivided(store_, desk_));
+    EXPECT_FALSE(intervalCountsDue(store_));
+    expect_counted(interval);
   }
   EXPECT_EQ(desk_.told.size(), 2U) << "only who has divided the intervals is told";
   EXPECT_EQ(desk_.statuses.back(), "");
@@ -184,13 +184,13 @@ TEST_F(DrawStats, TheIntervalCountsAreDueUntilTheyAreCountedAnew) {
 TEST_F(DrawStats, AFailureOnTheWayLeavesEveryRowAsItWas) {
   put(400);
   const PeriodNo newest = draws_.back().period;
-  const std::string before = dump_History(store_);
-  calc_DrawStats(store_, desk_, newest + 1, newest + 9);
+  const std::string before = dumpHistory(store_);
+  computeDrawStatistics(store_, desk_, newest + 1, newest + 9);
   desk_.on_serve = [&] {
     if (desk_.progress > 200) throw std::runtime_error("the power fails");
   };
-  EXPECT_THROW(calc_DrawStats(store_, desk_, 0, newest), std::runtime_error);
-  EXPECT_EQ(dump_History(store_), before);
+  EXPECT_THROW(computeDrawStatistics(store_, desk_, 0, newest), std::runtime_error);
+  EXPECT_EQ(dumpHistory(store_), before);
 }
 
 TEST_F(DrawStats, SavingADrawRecomputesItsRowAlone) {
@@ -203,19 +203,19 @@ TEST_F(DrawStats, SavingADrawRecomputesItsRowAlone) {
 }
 
 TEST_F(DrawStats, TheCombinationListShowsTheGroupsOfADrawAsTheyAreNow) {
-  put_Draw(store_, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
-  set_Column(store_, AttributeTable::first, "区间1", std::vector{1, 11, 12});
-  set_Column(store_, AttributeTable::first, "区间2", {});
-  set_Column(store_, AttributeTable::first, "十二11",
-             std::vector{33});  // of no use to the filter, but to the list
-  set_Usage(store_, 100, true);
+  putDraw(store_, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
+  setColumn(store_, AttributeTable::first, "区间1", std::vector{1, 11, 12});
+  setColumn(store_, AttributeTable::first, "区间2", {});
+  setColumn(store_, AttributeTable::first, "十二11",
+            std::vector{33});  // of no use to the filter, but to the list
+  setUsage(store_, 100, true);
   store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
-  const auto list = build_ZuHeList(store_, desk_, 2007002);
+  const auto list = combinationList(store_, desk_, 2007002);
   EXPECT_EQ(list[0], (PanelItem{"尾数形式 ≠ [1,1,1,1,2,3]", 0, true}));
   EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3,12]", 4, false}));
   EXPECT_EQ(list[26], (PanelItem{"四区间 ≠ [1,1,1,3,4,4]", 26, false}));
   EXPECT_TRUE(list[31].selected);
-  EXPECT_EQ(build_ZuHeList(store_, desk_, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
+  EXPECT_EQ(combinationList(store_, desk_, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
 }
 
 }  // namespace

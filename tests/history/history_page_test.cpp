@@ -20,24 +20,24 @@ using HistoryExport = StoreTest;
 
 TEST_F(Search, EveryTextIsAPlainPrefixOfItsColumn) {
   std::mt19937 random(6);
-  const auto random_Text = [&] {
+  const auto random_text = [&] {
     constexpr std::string_view characters = "112%_'\"[?*\\ aA";
     std::string text(random() % 4, ' ');
     for (char& c : text) c = characters[random() % characters.size()];
     return text;
   };
-  const auto draws = invent_Draws(300, 5);
+  const auto draws = inventDraws(300, 5);
   const StoreChange change(store_);
   for (const auto& [period, numbers] : draws) {
-    put_Draw(store_, period, "2007-01-" + std::to_string(10 + random() % 20), numbers);
+    putDraw(store_, period, "2007-01-" + std::to_string(10 + random() % 20), numbers);
     Query texts = store_.query(R"(UPDATE "历史记录" SET "尾数形式"=?,"连号"=? WHERE "期号"=?)");
-    texts.bind(random_Text(), random_Text(), period).run();
+    texts.bind(random_text(), random_text(), period).run();
   }
   std::size_t found = 0;
   for (int turn = 0; turn < 200; ++turn) {
     std::vector<ColumnFilter> filters{{"开奖日期", "2007-01-" + std::to_string(random() % 4)}};
     for (const char* column : {"期号", "红球6", "尾数形式", "连号"})
-      if (random() % 3 == 0) filters.push_back({column, random_Text()});
+      if (random() % 3 == 0) filters.push_back({column, random_text()});
     std::vector<PeriodNo> wanted, got;
     for (const StoredDraw& draw : draws) {
       const bool fits = std::ranges::all_of(filters, [&](const ColumnFilter& filter) {
@@ -60,19 +60,19 @@ TEST_F(Search, EveryTextIsAPlainPrefixOfItsColumn) {
 }
 
 TEST_F(StatusOfHistory, ADrawIsMissingFromTheDayAfterItWasDue) {
-  const auto status_On = [&](const char* day) {
-    return updateHistoryStatus(store_, *parse_Date(day), *parse_Date("2008-01-01"));
+  const auto status_on = [&](const char* day) {
+    return updateHistoryStatus(store_, *parseDate(day), *parseDate("2008-01-01"));
   };
-  EXPECT_TRUE(status_On("2007-12-27").incomplete) << "an empty history";
-  EXPECT_NE(status_On("2007-12-27").next_draw.find("2008001 期 于 2007-12-27 开奖"), std::string::npos);
-  put_Draw(store_, 2007153, "2007-12-27", {{1, 2, 3, 4, 5, 6}, 7});
-  EXPECT_EQ(status_On("2007-12-30").history, "  ☆☆☆  历史记录： 已更新！  ☆☆☆  ");
-  EXPECT_EQ(status_On("2007-12-31").history, " ◆◇◆→  历史记录： 不完整，请下载或手工添加开奖记录  ←◆◇◆  ");
-  EXPECT_EQ(status_On("2007-12-31").next_draw,
+  EXPECT_TRUE(status_on("2007-12-27").incomplete) << "an empty history";
+  EXPECT_NE(status_on("2007-12-27").next_draw.find("2008001 期 于 2007-12-27 开奖"), std::string::npos);
+  putDraw(store_, 2007153, "2007-12-27", {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_EQ(status_on("2007-12-30").history, "  ☆☆☆  历史记录： 已更新！  ☆☆☆  ");
+  EXPECT_EQ(status_on("2007-12-31").history, " ◆◇◆→  历史记录： 不完整，请下载或手工添加开奖记录  ←◆◇◆  ");
+  EXPECT_EQ(status_on("2007-12-31").next_draw,
             "     ※※※  2007154 期 于 2007-12-30 开奖     今天是： 2007-12-31  ※※※     ");
-  put_Draw(store_, 2007154, "2009-12-27", {{1, 2, 3, 4, 5, 6}, 7});
-  EXPECT_TRUE(status_On("2007-12-31").outdated) << "a date after today hides nothing";
-  EXPECT_FALSE(status_On("2009-12-27").incomplete);
+  putDraw(store_, 2007154, "2009-12-27", {{1, 2, 3, 4, 5, 6}, 7});
+  EXPECT_TRUE(status_on("2007-12-31").outdated) << "a date after today hides nothing";
+  EXPECT_FALSE(status_on("2009-12-27").incomplete);
 }
 
 TEST_F(StatusOfHistory, ADrawIsMissingWhereTheNumbersLeaveOneOut) {
@@ -86,8 +86,8 @@ TEST_F(StatusOfHistory, ADrawIsMissingWhereTheNumbersLeaveOneOut) {
                {{5, 20070, 2007150, 2007151, 9999999}, 0}};
   for (const auto& [stored, missing] : cases) {
     store_.query(R"(DELETE FROM "历史记录")").run();
-    for (const PeriodNo period : stored) put_Draw(store_, period, "2009-01-01", {{1, 2, 3, 4, 5, 6}, 7});
-    const HistoryStatus status = updateHistoryStatus(store_, *parse_Date("2009-01-01"), Date{});
+    for (const PeriodNo period : stored) putDraw(store_, period, "2009-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+    const HistoryStatus status = updateHistoryStatus(store_, *parseDate("2009-01-01"), Date{});
     EXPECT_EQ(status.incomplete, missing != 0) << missing;
     EXPECT_FALSE(status.outdated) << "nothing that a download would bring";
     EXPECT_EQ(status.missing, missing == 0 ? "" : fmt::format("历史记录中间缺少 {} 期", missing));
@@ -96,7 +96,7 @@ TEST_F(StatusOfHistory, ADrawIsMissingWhereTheNumbersLeaveOneOut) {
 
 TEST_F(StatusOfHistory, ADeletionShowsTheDrawAndTakesItsWholeNumber) {
   for (const PeriodNo period : {2008049, 2008050, 20080})
-    put_Draw(store_, period, "2008-04-29", {{5, 8, 9, 10, 11, 12}, period % 10 + 1});
+    putDraw(store_, period, "2008-04-29", {{5, 8, 9, 10, 11, 12}, period % 10 + 1});
   const auto stored = [&] { return store_.value(R"(SELECT count(*) FROM "历史记录")"); };
   const struct {
     const char* typed;
@@ -157,29 +157,29 @@ TEST(DetailPage, OpensWhereTheSiteSpeaksOfTheGame) {
     Site site;
     std::string kept;
     desk.texts = {period, typed};
-    EXPECT_EQ(query_DetailPage(home.store(), desk, site, kept).value_or(""), address)
+    EXPECT_EQ(queryDetailPage(home.store(), desk, site, kept).value_or(""), address)
         << period.value_or("cancel");
     EXPECT_EQ(desk.told.size(), told);
     if (period == "2008119") {
       EXPECT_TRUE(desk.told.at(0).text.ends_with("原因：网站答复 404。"));
     }
-    EXPECT_EQ(stored_Address(home.store(), AddressUse::detail_page).empty(), address.empty());
-    remember_Address(home.store(), AddressUse::draw_list, "list");
+    EXPECT_EQ(storedAddress(home.store(), AddressUse::detail_page).empty(), address.empty());
+    rememberAddress(home.store(), AddressUse::draw_list, "list");
     desk.texts = {std::nullopt};
-    EXPECT_EQ(find_DetailPage(home.store(), desk, site, "2008118", kept).value_or(""), address);
+    EXPECT_EQ(findDetailPage(home.store(), desk, site, "2008118", kept).value_or(""), address);
   }
 }
 
 TEST_F(HistoryExport, AStopLeavesTheOldFileAndTheProgramsOwnIsRefused) {
-  put_Draws(store_, invent_Draws(100, 3));
+  putDraws(store_, inventDraws(100, 3));
   const auto file = home_.path() / "x.xlsx";
-  real_Files().write_Whole(file, "old");
+  realFiles().writeWhole(file, "old");
   int served = 0;  // once while rows are put in, then while the file is made
   desk_.on_serve = [&] {
-    if (++served == 2) desk_.request_Stop();
+    if (++served == 2) desk_.requestStop();
   };
   EXPECT_EQ(exportHistory(store_, desk_, file), 0);
-  EXPECT_EQ(read_File(file), "old");
+  EXPECT_EQ(readFile(file), "old");
   desk_.on_serve = nullptr;
   EXPECT_EQ(exportHistory(store_, desk_, file), 100) << "the stop ended with its job";
   EXPECT_EQ(exportHistory(store_, desk_, home_.path() / "甲.uLotmere"), 0);

@@ -11,12 +11,12 @@
 namespace lotmere::test {
 
 // Draws with gaps between the periods and a year change on the way, ascending.
-inline std::vector<StoredDraw> invent_Draws(std::size_t count, unsigned seed) {
+inline std::vector<StoredDraw> inventDraws(std::size_t count, unsigned seed) {
   std::mt19937 random(seed);
   std::vector<StoredDraw> draws(count, {0, {{}, 7}});
   PeriodNo period = 2007100;
   for (StoredDraw& draw : draws) {
-    draw.numbers.reds = random_Numbers(random).reds;
+    draw.numbers.reds = randomNumbers(random).reds;
     draw.period = period;
     period += random() % 4 == 0 ? 3 : 1;
     if (period % 1000 > 153) period = (period / 1000 + 1) * 1000 + 1;
@@ -25,7 +25,7 @@ inline std::vector<StoredDraw> invent_Draws(std::size_t count, unsigned seed) {
 }
 
 // Every field of every row.
-inline std::string dump_History(Store& store) {
+inline std::string dumpHistory(Store& store) {
   Query rows = store.query(R"(SELECT * FROM "历史记录" ORDER BY "期号" ASC)");
   std::string dump;
   while (rows.next())

@@ -14,7 +14,7 @@ namespace lotmere {
 namespace {
 
 // A table that gives `counts[h]` numbers the heat h.
-RedTable typical_Heat(const std::vector<int>& counts) {
+RedTable typicalHeat(const std::vector<int>& counts) {
   RedTable table{};
   int number = 1;
   for (std::size_t heat = 0; heat < counts.size(); ++heat)
@@ -22,7 +22,7 @@ RedTable typical_Heat(const std::vector<int>& counts) {
   return table;
 }
 
-std::vector<int> frequent_Values(const std::vector<std::int64_t>& sixes) {
+std::vector<int> frequentValues(const std::vector<std::int64_t>& sixes) {
   std::vector<int> order(sixes.size());
   std::iota(order.begin(), order.end(), 0);
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return sixes[a] > sixes[b]; });
@@ -36,7 +36,7 @@ std::vector<int> frequent_Values(const std::vector<std::int64_t>& sixes) {
 TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
   test::TempHome home;
   // A typical draw: 重叠号 and its kin are counted against this one.
-  test::put_Draw(home.store(), 2025150, "2025-12-30", {{3, 8, 13, 19, 26, 31}, 7});
+  test::putDraw(home.store(), 2025150, "2025-12-30", {{3, 8, 13, 19, 26, 31}, 7});
   NumberSelection all;
   std::fill(all.red.begin() + 1, all.red.end(), PickState::tuo);
   int counted = 0;
@@ -47,24 +47,24 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
     if (!metric) continue;
     // Three draws hold fifteen different numbers on average; five and ten draws heat the numbers as chance
     // does.
-    if (condition.usage == 265) metric->table = typical_Heat({18, 15});
-    if (condition.usage == 301) metric->table = typical_Heat({12, 14, 5, 2});
-    if (condition.usage == 302) metric->table = typical_Heat({4, 10, 10, 6, 3});
+    if (condition.usage == 265) metric->table = typicalHeat({18, 15});
+    if (condition.usage == 301) metric->table = typicalHeat({12, 14, 5, 2});
+    if (condition.usage == 302) metric->table = typicalHeat({4, 10, 10, 6, 3});
     std::vector<int> wanted = {0, 1, 2, 3, 4, 5, 6};  // of the person's own sets
     if (const bool own = condition.usage > 400 || (condition.usage >= 20 && condition.usage <= 29); !own) {
       std::vector<std::int64_t> sixes(200);
-      expand_Selection(all, [&](const Reds& six, const std::vector<int>&) {
+      expandSelection(all, [&](const Reds& six, const std::vector<int>&) {
         const int value = metricValue(*metric, six);
         if (value >= 0) ++sixes[value];
         return true;
       });
-      wanted = frequent_Values(sixes);
+      wanted = frequentValues(sixes);
     }
     // The ranges of three families overlap the next one's: only the cells that are tested belong to the
     // condition.
-    const ValueArray cells = load_ConditionRange(home.store(), condition.first, condition.last);
+    const ValueArray cells = loadConditionRange(home.store(), condition.first, condition.last);
     std::vector<int> allowed;
-    for (int k = 0; k < cell_Count(condition); ++k)
+    for (int k = 0; k < cellCount(condition); ++k)
       if (cells[k] != 0) allowed.push_back(k);
     EXPECT_EQ(allowed, wanted) << condition.usage << " " << condition.name;
     ++counted;

@@ -20,28 +20,28 @@ using test::kPeriod;
 using test::pick;
 
 // A selection of `reds` reds, some of them Dan, and one to three blues.
-void put_Selection(Store& store, std::mt19937& random, int reds) {
+void putSelection(Store& store, std::mt19937& random, int reds) {
   StoreChange change(store);
-  clear_RedPicks(store);
-  clear_BluePicks(store);
+  clearRedPicks(store);
+  clearBluePicks(store);
   const int first = pick(random, 1, 5), step = pick(random, 1, 2), dan = pick(random, 0, 2);
   for (int i = 0; i < reds; ++i)
-    test::put_Pick(store, first + i * step, i < dan ? PickState::dan : PickState::tuo);
-  for (int blue = pick(random, 1, 3); blue > 0; --blue) test::put_Pick(store, 100 + blue, PickState::tuo);
+    test::putPick(store, first + i * step, i < dan ? PickState::dan : PickState::tuo);
+  for (int blue = pick(random, 1, 3); blue > 0; --blue) test::putPick(store, 100 + blue, PickState::tuo);
   change.commit();
 }
 
 // A history of up to twelve draws; the sums that they have stored may be anything.
-void put_Draws(Store& store, std::mt19937& random) {
+void putDraws(Store& store, std::mt19937& random) {
   const int draws[] = {0, 1, 2, 3, 12};
-  test::put_History(store, random, draws[pick(random, 0, 4)]);
+  test::putHistory(store, random, draws[pick(random, 0, 4)]);
   for (const char* sum : {"尾数和值", "合数和值", "大数和值", "小数和值", "奇数和值", "偶数和值", "和值"})
-    test::set_Rows(store, "历史记录", sum, "1", [&](int old) { return old + pick(random, 1, 3); });
+    test::setRows(store, "历史记录", sum, "1", [&](int old) { return old + pick(random, 1, 3); });
 }
 
-void put_Settings(Store& store, std::mt19937& random) {
+void putSettings(Store& store, std::mt19937& random) {
   StoreChange change(store);
-  test::put_Conditions(store, random, 100 / pick(random, 2, 20), pick(random, 80, 99));
+  test::putConditions(store, random, 100 / pick(random, 2, 20), pick(random, 80, 99));
   // All kinds together leave little, so most trials have a part of the switches only. What few tickets meet needs
   // trials of its own: an earlier draw that comes again, and turns behind the places alone.
   const int from = pick(random, 1, 300), to = from + pick(random, 20, 460);
@@ -49,18 +49,18 @@ void put_Settings(Store& store, std::mt19937& random) {
       .bind(from, to)
       .run();
   if (pick(random, 0, 2) == 0) {
-    test::set_Rows(store, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
+    test::setRows(store, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
     for (int turns = pick(random, 1, 3); turns > 0; --turns)
-      set_Usage(store, usage_OfTurn(pick(random, 0, kTurnCount - 1)), true);
-    for (const UsageId usage : {usage_OfPlace(pick(random, 1, kPlaceCount)), 266})
-      set_Usage(store, usage, pick(random, 0, 1) == 1);
-    set_ConditionValue(store, kToleranceCell, 0);
-    save_HistoryMatch(store, {});
+      setUsage(store, usageOfTurn(pick(random, 0, kTurnCount - 1)), true);
+    for (const UsageId usage : {usageOfPlace(pick(random, 1, kPlaceCount)), 266})
+      setUsage(store, usage, pick(random, 0, 1) == 1);
+    setConditionValue(store, kToleranceCell, 0);
+    saveHistoryMatch(store, {});
   }
-  set_Usage(store, kSmartOptimisation, pick(random, 0, 1) == 1);
-  for (const std::string& column : attribute_Columns(AttributeTable::third))
+  setUsage(store, kSmartOptimisation, pick(random, 0, 1) == 1);
+  for (const std::string& column : attributeColumns(AttributeTable::third))
     if (column.find("区间") != std::string::npos && pick(random, 0, 3) == 0)
-      test::set_Rows(store, "号码特性3", column, "1", [&](int) { return pick(random, 0, 1); });
+      test::setRows(store, "号码特性3", column, "1", [&](int) { return pick(random, 0, 1); });
   change.commit();
 }
 
@@ -68,16 +68,16 @@ class Live : public test::StoreTest {
  protected:
   // Counts twice, and expects that the store's file stays as it is byte for byte.
   LiveCount::Result count() {
-    const std::string before = test::read_File(store_.path());
+    const std::string before = test::readFile(store_.path());
     const auto result = live_.count(question(), course_);
     EXPECT_EQ(result, live_.count(question(), course_));
-    EXPECT_TRUE(test::read_File(store_.path()) == before) << "the store has changed";
+    EXPECT_TRUE(test::readFile(store_.path()) == before) << "the store has changed";
     return result.value();
   }
   LiveCount::Question question() {
     return {loadLiveTickets(store_), loadConditionSet(store_), loadDrawTable(store_), kPeriod};
   }
-  std::int64_t run() { return run_Pipeline(store_, desk_, first_TicketPeriod(store_)).tickets; }
+  std::int64_t run() { return runPipeline(store_, desk_, firstTicketPeriod(store_)).tickets; }
 
   LiveCount live_;
   FreeCourse course_;
@@ -89,26 +89,26 @@ TEST_F(Live, CountsWhatARunLeaves) {
   int thinned = 0, emptied = 0;
   for (int trial = 0; trial < 80 && !HasFailure(); ++trial) {
     SCOPED_TRACE(trial);
-    put_Draws(store_, random);
-    put_Settings(store_, random);
-    put_Selection(store_, random, pick(random, 5, 14));
+    putDraws(store_, random);
+    putSettings(store_, random);
+    putSelection(store_, random, pick(random, 5, 14));
     store_.query(R"(DELETE FROM "日志表")").run();
     const auto expanded = count();
     EXPECT_TRUE(expanded.from_selection);
     EXPECT_EQ(expanded.period, kPeriod);
-    EXPECT_EQ(expanded.tickets, count_Combos(load_Selection(store_)).tickets);
-    if (init_Tickets(store_, desk_, kPeriod).done) {
+    EXPECT_EQ(expanded.tickets, countCombos(loadSelection(store_)).tickets);
+    if (initTickets(store_, desk_, kPeriod).done) {
       EXPECT_EQ(expanded.survivors, run());
     }
 
-    test::put_Tickets(store_, random, pick(random, 1, 400));
+    test::putTickets(store_, random, pick(random, 1, 400));
     if (trial % 4) store_.query(R"(DELETE FROM "日志表" WHERE "期号"<?)").bind(kPeriod).run();
     count();
-    put_Settings(store_, random);  // clicks on conditions need no call
+    putSettings(store_, random);  // clicks on conditions need no call
     const auto counted = count();
     EXPECT_FALSE(counted.from_selection);
     EXPECT_EQ(counted.period, store_.value(R"(SELECT min("期号") FROM "日志表")"));
-    EXPECT_EQ(counted.tickets, count_Tickets(store_, counted.period));
+    EXPECT_EQ(counted.tickets, countTickets(store_, counted.period));
     EXPECT_EQ(counted.survivors, run());
     thinned += counted.survivors > 0 && counted.survivors < counted.tickets;
     emptied += counted.survivors == 0;
@@ -118,22 +118,22 @@ TEST_F(Live, CountsWhatARunLeaves) {
 }
 
 TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
-  put_Selection(store_, random_, 8);
+  putSelection(store_, random_, 8);
   const auto first = count();
-  test::put_Pick(store_, 33, PickState::tuo);
+  test::putPick(store_, 33, PickState::tuo);
   EXPECT_GT(count().tickets, first.tickets);
-  for (int red = 1; red <= kRedCount; ++red) test::put_Pick(store_, red, PickState::tuo);
+  for (int red = 1; red <= kRedCount; ++red) test::putPick(store_, red, PickState::tuo);
   EXPECT_TRUE(count().too_many);
-  EXPECT_EQ(live_Text({kPeriod, 840, 12, false, false}),
+  EXPECT_EQ(liveText({kPeriod, 840, 12, false, false}),
             "表格中第 ２０２６０５０ 期共 ８４０ 注，按当前条件过滤缩水后余 １２ 注。");
-  clear_RedPicks(store_);
+  clearRedPicks(store_);
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
 }
 
 // Dropped at each look that the reading and the count take: they give nothing, look no more, and the next is whole.
 TEST_F(Live, IsDroppedAtAnyLook) {
-  test::put_Tickets(store_, random_, 300);
-  test::put_Conditions(store_, random_, 60, 99);
+  test::putTickets(store_, random_, 300);
+  test::putConditions(store_, random_, 60, 99);
   const auto whole = count();
   int k = 0;
   for (bool reached = true; reached && !HasFailure(); ++k) {

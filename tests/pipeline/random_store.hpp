@@ -14,8 +14,8 @@ namespace lotmere::test {
 
 // Sets a whole-number column of a table, row by row, to `value` of what stands there.
 template <class Value>
-void set_Rows(Store& store, const std::string& table, const std::string& column, const std::string& where,
-              Value value) {
+void setRows(Store& store, const std::string& table, const std::string& column, const std::string& where,
+             Value value) {
   std::vector<std::pair<int, int>> rows;
   Query keys = store.query("SELECT rowid,\"" + column + "\" FROM \"" + table + "\" WHERE " + where);
   while (keys.next()) rows.emplace_back(keys.number(0), keys.number(1));
@@ -25,15 +25,15 @@ void set_Rows(Store& store, const std::string& table, const std::string& column,
 
 // Replaces the history by `count` draws before the period and its own; the newest draw before has the
 // sums that a run computes, the older ones sums of their own.
-void put_History(Store& store, std::mt19937& random, int count);
+void putHistory(Store& store, std::mt19937& random, int count);
 
 // Replaces the ticket table by `count` tickets of the period with marks of an earlier run, and tickets of
 // other periods between them. Some are out of order, have a red twice, stand at the edge of a figure, or
 // repeat an earlier draw.
-void put_Tickets(Store& store, std::mt19937& random, int count);
+void putTickets(Store& store, std::mt19937& random, int count);
 
 // Sets every condition: switches to 0, 1 or 2 (in use about `used` in a hundred), cells to 0 or 1 (allowed
 // about `allowed` in a hundred), places, groups, intervals, tolerance, shrink type and history match.
-void put_Conditions(Store& store, std::mt19937& random, int used, int allowed);
+void putConditions(Store& store, std::mt19937& random, int used, int allowed);
 
 }  // namespace lotmere::test

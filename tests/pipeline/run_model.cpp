@@ -28,7 +28,7 @@ const std::set<int> kThreeGroups = {46, 59, 69, 73}, kFourGroups = {45, 58, 68, 
 const std::set<int> kRelative = {7, 8, 263, 264, 265};
 const std::set<int> kFiveReds = {39, 42, 43, 44, 47, 57, 66, 71};
 
-Figure sum_Of(std::function<int(int)> value) {
+Figure sumOf(std::function<int(int)> value) {
   return [value](const Reds& reds) {
     int sum = 0;
     for (const int n : reds) sum += value(n);
@@ -36,7 +36,7 @@ Figure sum_Of(std::function<int(int)> value) {
   };
 }
 
-int digit_Root(int n) { return (n - 1) % 9 + 1; }
+int digitRoot(int n) { return (n - 1) % 9 + 1; }
 int big(int n) { return n >= 17 ? n : 0; }
 int small(int n) { return n <= 16 ? n : 0; }
 int odd(int n) { return n % 2 ? n : 0; }
@@ -45,8 +45,8 @@ int tail(int n) { return n % 10; }
 int same(int n) { return n; }
 
 // In the order of their columns.
-const Figure kSums[] = {sum_Of(tail), sum_Of(digit_Root), sum_Of(big), sum_Of(small),
-                        sum_Of(odd),  sum_Of(even),       sum_Of(same)};
+const Figure kSums[] = {sumOf(tail), sumOf(digitRoot), sumOf(big), sumOf(small),
+                        sumOf(odd),  sumOf(even),      sumOf(same)};
 
 class Model {
  public:
@@ -75,15 +75,15 @@ class Model {
 
   Outcome run() {
     std::vector<Row> others;
-    for (const Row& row : read_Rows(store_)) (row.period == kPeriod ? rows_ : others).push_back(row);
+    for (const Row& row : readRows(store_)) (row.period == kPeriod ? rows_ : others).push_back(row);
     for (Row& row : rows_) row.mark = row.shrink = row.pick = 0;
-    line("正读取数据[" + to_QuanJiao(kPeriod) + "期]．．．");
+    line("正读取数据[" + toFullWidth(kPeriod) + "期]．．．");
     line("过滤缩水之前共：" + count() + "注．");
     sums_And_Counts();
     relative_And_Positions();
     for (const Family& family : families()) shape(family);
     combinations();
-    tail_Steps();
+    tailSteps();
     line((stopped_ ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：") + count() + " 注");
     rows_.insert(rows_.end(), others.begin(), others.end());
     std::ranges::sort(rows_, {}, &Row::id);
@@ -91,7 +91,7 @@ class Model {
   }
 
  private:
-  std::string count() const { return to_QuanJiao(static_cast<std::int64_t>(rows_.size())); }
+  std::string count() const { return toFullWidth(static_cast<std::int64_t>(rows_.size())); }
   void line(const std::string& text) { text_ += "\r\n\r\n" + text; }
 
   void walk(const std::string& start, const std::string& result,
@@ -114,7 +114,7 @@ class Model {
     tips_.push_back("注意，本次过滤使用了[" + name + "]这个过滤条件,[" + name +
                     "]的设置与历史开奖记录相关！\r\n\r\n在不同的期号中由于对应的历史记录不同,"
                     "有可能得出不同的结果。这是正常情况。\r\n\r\n【注意，此次过滤结果仅适用于 " +
-                    to_QuanJiao(kPeriod) + " 期！！！】");
+                    toFullWidth(kPeriod) + " 期！！！】");
   }
 
   void figure(int usage, const std::string& log, int first, int last, const Figure& value) {
@@ -128,7 +128,7 @@ class Model {
   }
 
   Figure members(const std::string& column, int wanted = 1) {
-    return sum_Of([flags = column_.at(column), wanted](int n) { return flags.at(n) == wanted ? 1 : 0; });
+    return sumOf([flags = column_.at(column), wanted](int n) { return flags.at(n) == wanted ? 1 : 0; });
   }
 
   // The counts of the person's own sets: columns with the names of their conditions.
@@ -140,24 +140,24 @@ class Model {
   }
 
   void sums_And_Counts() {
-    figure(1, "[ 总和值 ]", 1000, 1170, sum_Of(same));
-    figure(2, "[奇数和值]", 2000, 2170, sum_Of(odd));
-    figure(3, "[偶数和值]", 3000, 3170, sum_Of(even));
-    figure(62, "[ 尾数和值 ]", 4400, 4450, sum_Of(tail));
-    figure(64, "[ 大数和值 ]", 4600, 4765, sum_Of(big));
-    figure(63, "[ 合数和值 ]", 4500, 4550, sum_Of(digit_Root));
-    figure(65, "[ 小数和值 ]", 4800, 4965, sum_Of(small));
-    figure(10, "[奇数个数]", 3640, 3649, sum_Of([](int n) { return n % 2; }));
-    figure(11, "[偶数个数]", 3650, 3659, sum_Of([](int n) { return 1 - n % 2; }));
+    figure(1, "[ 总和值 ]", 1000, 1170, sumOf(same));
+    figure(2, "[奇数和值]", 2000, 2170, sumOf(odd));
+    figure(3, "[偶数和值]", 3000, 3170, sumOf(even));
+    figure(62, "[ 尾数和值 ]", 4400, 4450, sumOf(tail));
+    figure(64, "[ 大数和值 ]", 4600, 4765, sumOf(big));
+    figure(63, "[ 合数和值 ]", 4500, 4550, sumOf(digitRoot));
+    figure(65, "[ 小数和值 ]", 4800, 4965, sumOf(small));
+    figure(10, "[奇数个数]", 3640, 3649, sumOf([](int n) { return n % 2; }));
+    figure(11, "[偶数个数]", 3650, 3659, sumOf([](int n) { return 1 - n % 2; }));
     figure(12, "[大数个数]", 3660, 3669, members("大数"));
     figure(13, "[小数个数]", 3670, 3679, members("大数", 0));
     figure(14, "[高尾码个数]", 3680, 3689, members("高尾码"));
     figure(15, "[低尾码个数]", 3690, 3699, members("高尾码", 0));
     series(16, 29);
-    figure(4, "[ 跨 度 ]", 3300, 3340, calc_KuaDu);
-    figure(5, "[最大间距]", 3400, 3440, calc_JianJuMax);
-    figure(6, "[连号]", 3450, 3460, calc_LianHaoMax);
-    figure(9, "[AC值]", 3600, 3630, calc_AC);
+    figure(4, "[ 跨 度 ]", 3300, 3340, spanOf);
+    figure(5, "[最大间距]", 3400, 3440, largestGap);
+    figure(6, "[连号]", 3450, 3460, runShape);
+    figure(9, "[AC值]", 3600, 3630, acValue);
   }
 
   // How often what `of` makes of a red came in the newest `draws` draws, each at most `most` times.
@@ -165,15 +165,15 @@ class Model {
     std::array<int, 35> times{};
     for (const auto& draw : before_ | std::views::take(draws))
       for (int r = 0; r < 6; ++r) ++times[of(draw[r])];
-    return sum_Of([times, of, most](int n) { return std::min(most, times[of(n)]); });
+    return sumOf([times, of, most](int n) { return std::min(most, times[of(n)]); });
   }
 
   void relative_And_Positions() {
     figure(7, "[重叠号]", 3470, 3480, repeats(1));
     const auto near = [last = repeats(1)](int n) { return last({n - 1}) + last({n + 1}) > 0 ? 1 : 0; };
-    figure(8, "[斜位码]", 3490, 3500, sum_Of(near));
+    figure(8, "[斜位码]", 3490, 3500, sumOf(near));
     if (!stopped_) positions();
-    if (!stopped_) history_Match();
+    if (!stopped_) historyMatch();
     figure(301, "[温度5]", 6700, 6720, repeats(5, same, 5));
     figure(302, "[温度10]", 6800, 6820, repeats(10, same, 10));
   }
@@ -195,7 +195,7 @@ class Model {
     });
   }
 
-  void history_Match() {
+  void historyMatch() {
     Query set = store_.query(R"(SELECT "使用状态","最小值","最大值","匹配值" FROM "历史数据过滤")");
     if (!set.next() || set.number(0) != 1) return;
     const auto outside = [&](const auto& draw) { return draw[6] < set.number(1) || draw[6] > set.number(2); };
@@ -210,7 +210,7 @@ class Model {
   }
 
   // How many of six reds stand in each of the columns of a prefix, or in the first `most` of them.
-  std::vector<int> group_Counts(const Family& family, const auto& reds, std::size_t most = 17) {
+  std::vector<int> groupCounts(const Family& family, const auto& reds, std::size_t most = 17) {
     const std::string prefix(family.column);
     std::vector<int> counts;
     for (int g = column_.count(prefix + "0") ? 0 : 1; counts.size() < most; ++g) {
@@ -228,7 +228,7 @@ class Model {
     const int most = three || four ? 6 : kFiveReds.count(family.usage) ? 5 : 4;
     const std::string log = "[" + std::string(family.name) + "]";
     figure(family.usage, log, family.first, family.first + 9, [&](const Reds& reds) {
-      const auto counts = group_Counts(family, reds, three ? 3 : 17);
+      const auto counts = groupCounts(family, reds, three ? 3 : 17);
       const int largest = std::ranges::max(counts);
       const auto hit = std::ranges::count_if(counts, [](int c) { return c > 0; });
       if (largest < 1 || largest > most || hit < (most == 4 ? 2 : 1) || hit > 6) return -1;
@@ -241,12 +241,12 @@ class Model {
 
   void combinations() {
     for (int turn = 0; turn < 32 && !stopped_; ++turn) {
-      const Family& family = family_OfTurn(turn);
+      const Family& family = familyOfTurn(turn);
       if (usage_[100 + turn] <= 0) line("[" + std::string(family.draw_column) + "（具体）] <未使用这个条件>");
       if (usage_[100 + turn] <= 0 || before_.empty()) continue;
-      const auto reference = group_Counts(family, before_[0]);
+      const auto reference = groupCounts(family, before_[0]);
       for (Row& row : rows_)
-        if (row.mark >= -1 && reference == group_Counts(family, row.reds)) --row.mark;
+        if (row.mark >= -1 && reference == groupCounts(family, row.reds)) --row.mark;
     }
     std::erase_if(rows_, [](const Row& row) { return row.mark < -1; });
     std::ranges::stable_sort(rows_, {}, &Row::seq);
@@ -255,7 +255,7 @@ class Model {
     line("[组合（具体）]过滤后余：" + count() + " 注");
   }
 
-  void sum_Families() {
+  void sumFamilies() {
     if (stopped_ || usage_[266] != 1 || rows_.empty()) return;
     warn("前2期和值相同组");
     walk("[前2期和值相同组]过滤正在进行中．．．", "[前2期和值相同组]过滤后余：", [&](const Row& row) {
@@ -268,11 +268,11 @@ class Model {
     });
   }
 
-  void tail_Steps() {
+  void tailSteps() {
     figure(263, "[尾数重叠]", 6650, 6659, repeats(1, tail));
-    figure(264, "[合数重叠]", 6660, 6669, repeats(1, digit_Root));
+    figure(264, "[合数重叠]", 6660, 6669, repeats(1, digitRoot));
     figure(265, "[前3期出现个数]", 6670, 6679, repeats(3));
-    sum_Families();
+    sumFamilies();
     series(401, 463);
     if (!stopped_) shrink();
   }
@@ -282,9 +282,9 @@ class Model {
     line("[ 智能优化 ] <未使用这个条件>");
     std::vector<Row> centres;
     const auto covered = [&](const Row& row) {
-      const Balls ticket = pack_Balls(row.reds, row.blue);
+      const Balls ticket = packBalls(row.reds, row.blue);
       return std::ranges::any_of(centres, [&](const Row& centre) {
-        return count_Shared(pack_Balls(centre.reds, centre.blue), ticket) >= type;
+        return countShared(packBalls(centre.reds, centre.blue), ticket) >= type;
       });
     };
     for (Row& row : rows_) {
@@ -311,6 +311,6 @@ class Model {
 
 }  // namespace
 
-Outcome model_Run(Store& store, const std::string& stop_in) { return Model(store, stop_in).run(); }
+Outcome modelRun(Store& store, const std::string& stop_in) { return Model(store, stop_in).run(); }
 
 }  // namespace lotmere::test

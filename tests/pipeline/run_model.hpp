@@ -19,6 +19,6 @@ struct Outcome {
 
 // What a run over kPeriod leaves behind. `stop_in` is the start line of the pass in which the person stops
 // it.
-[[nodiscard]] Outcome model_Run(Store& store, const std::string& stop_in = {});
+[[nodiscard]] Outcome modelRun(Store& store, const std::string& stop_in = {});
 
 }  // namespace lotmere::test

@@ -18,22 +18,22 @@ namespace lotmere {
 namespace {
 
 using test::kPeriod;
-using test::put_Conditions;
-using test::put_History;
-using test::put_Tickets;
+using test::putConditions;
+using test::putHistory;
+using test::putTickets;
 
 class Run : public test::StoreTest {
  protected:
   // Runs and compares everything with the model.
-  void expect_LikeModel(const std::string& front = {}) {
-    const test::Outcome expected = test::model_Run(store_);
+  void expectLikeModel(const std::string& front = {}) {
+    const test::Outcome expected = test::modelRun(store_);
     ScriptedDesk desk;
-    desk.running_Text().set(front);
-    const RunResult result = run_Pipeline(store_, desk, kPeriod);
+    desk.runningText().set(front);
+    const RunResult result = runPipeline(store_, desk, kPeriod);
     EXPECT_TRUE(result.ran && !result.stopped);
     // A front of more than 30 characters goes.
-    EXPECT_EQ(desk.running_Text().text(), (front.size() > 30 ? "" : front) + expected.text);
-    EXPECT_EQ(test::read_Rows(store_), expected.rows);
+    EXPECT_EQ(desk.runningText().text(), (front.size() > 30 ? "" : front) + expected.text);
+    EXPECT_EQ(test::readRows(store_), expected.rows);
     std::vector<std::string> tips;
     for (const auto& tip : desk.tips) tips.push_back(tip.text);
     EXPECT_EQ(tips, expected.tips);
@@ -68,17 +68,17 @@ TEST_F(Run, LeavesWhatTheRulesLeave) {
     for (int trial = 0; trial < 12 && !HasFailure(); ++trial) {
       SCOPED_TRACE(trial);
       const int draws[] = {0, 1, 2, 3, 12};
-      put_History(store_, random, draws[trial % 5]);
-      put_Conditions(store_, random, kind.used, kind.allowed);
+      putHistory(store_, random, draws[trial % 5]);
+      putConditions(store_, random, kind.used, kind.allowed);
       store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
           .bind(kind.first, kind.last)
           .run();
-      put_Tickets(store_, random, 60 + 30 * trial);
-      expect_LikeModel(std::string(static_cast<std::size_t>(25 + trial), 'x'));
-      const std::size_t left = count_Tickets(store_, kPeriod);
+      putTickets(store_, random, 60 + 30 * trial);
+      expectLikeModel(std::string(static_cast<std::size_t>(25 + trial), 'x'));
+      const std::size_t left = countTickets(store_, kPeriod);
       emptied += left == 0;
       rejected += left > 0 && left < std::size_t(60 + 30 * trial);
-      if (left > 0) expect_LikeModel();  // again over what is left
+      if (left > 0) expectLikeModel();  // again over what is left
     }
     EXPECT_GT(kind.allowed > 60 ? rejected : emptied, 5) << "the trials must have something to tell";
   }
@@ -88,71 +88,71 @@ TEST_F(Run, LeavesWhatTheRulesLeave) {
 // left, a failure leaves the table as it was.
 TEST_F(Run, AStopOrAFailureInTheMiddle) {
   std::mt19937 random(11);
-  put_History(store_, random, 12);
-  put_Conditions(store_, random, 12, 95);
+  putHistory(store_, random, 12);
+  putConditions(store_, random, 12, 95);
   store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=1 WHERE "条件" IN (1,301,302))").run();
-  put_Tickets(store_, random, 300);
-  const auto rows = test::read_Rows(store_);
+  putTickets(store_, random, 300);
+  const auto rows = test::readRows(store_);
   std::set<std::string> stopped_in;
   bool reached = true;
   for (int k = 0; reached && !HasFailure(); ++k) {
     SCOPED_TRACE(k);
     const bool fails = k % 2;
-    test::write_Rows(store_, rows);
+    test::writeRows(store_, rows);
     ScriptedDesk desk;
     int serves = 0;
     std::string last;
     desk.on_serve = [&] {
       if (serves++ != k / 2) return;
-      last = desk.running_Text().text();
+      last = desk.runningText().text();
       last = last.substr(last.rfind('\n') + 1);
-      desk.request_Stop();
+      desk.requestStop();
       if (fails) throw std::runtime_error("desk");
     };
-    const auto result = test::value_OrNothing([&] { return run_Pipeline(store_, desk, kPeriod); });
+    const auto result = test::valueOrNothing([&] { return runPipeline(store_, desk, kPeriod); });
     reached = serves > k / 2;
-    EXPECT_FALSE(desk.stop_Requested());
+    EXPECT_FALSE(desk.stopRequested());
     // The last word is true wherever the stop came, also while rows are read or written back.
     const std::string end = result.stopped ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：";
-    const auto count = static_cast<std::int64_t>(count_Tickets(store_, kPeriod));
-    const bool said = desk.running_Text().text().ends_with(end + to_QuanJiao(count) + " 注");
-    EXPECT_EQ(said, !fails || !reached || last.starts_with("全部过滤")) << desk.running_Text().text();
+    const auto count = static_cast<std::int64_t>(countTickets(store_, kPeriod));
+    const bool said = desk.runningText().text().ends_with(end + toFullWidth(count) + " 注");
+    EXPECT_EQ(said, !fails || !reached || last.starts_with("全部过滤")) << desk.runningText().text();
     EXPECT_EQ(result.stopped, reached && !fails && !last.starts_with("全部过滤")) << last;
     EXPECT_EQ(desk.jobs_open, 0);
-    const auto left = test::read_Rows(store_);
+    const auto left = test::readRows(store_);
     const bool saved = !reached || last.starts_with("全部过滤") ||
                        (!fails && !last.empty() && !last.starts_with("正读取数据"));
     EXPECT_EQ(result.ran, saved && (!reached || !fails));
-    test::write_Rows(store_, rows);
-    const test::Outcome expected = test::model_Run(store_, last);
+    test::writeRows(store_, rows);
+    const test::Outcome expected = test::modelRun(store_, last);
     EXPECT_EQ(left, saved ? expected.rows : rows);
     if (fails || last.find("过滤正") == std::string::npos) continue;
     stopped_in.insert(last);
     EXPECT_TRUE(result.stopped);
-    EXPECT_EQ(desk.running_Text().text(), expected.text);
+    EXPECT_EQ(desk.runningText().text(), expected.text);
   }
   EXPECT_GE(stopped_in.size(), 4U);
 }
 
 TEST_F(Run, AStopDuringTheWriteBackComesTooLate) {
   store_.db().exec("UPDATE 过滤条件使用情况 SET 使用情况=0; UPDATE 过滤条件 SET Value=7 WHERE ID=3900");
-  test::put_Ticket(store_, 9000, 1, kPeriod + 1, {{1, 2, 3, 4, 5, 6}, 7});
+  test::putTicket(store_, 9000, 1, kPeriod + 1, {{1, 2, 3, 4, 5, 6}, 7});
   store_.db().exec(
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<6000) INSERT INTO "
       "日志表 (ID,序号,期号,红球1,红球2,红球3,红球4,红球5,红球6,蓝球) SELECT i,i," +
       std::to_string(kPeriod) + ",1,2,3,4,5,6,7 FROM n");
   int late = 0;
   desk_.on_serve = [&] {
-    if (!desk_.running_Text().text().ends_with("缩水后余：６０００ 注")) return;
+    if (!desk_.runningText().text().ends_with("缩水后余：６０００ 注")) return;
     ++late;
-    desk_.request_Stop();
+    desk_.requestStop();
   };
-  const RunResult result = run_Pipeline(store_, desk_, kPeriod);
+  const RunResult result = runPipeline(store_, desk_, kPeriod);
   EXPECT_GT(late, 0);
   EXPECT_TRUE(result.ran && !result.stopped);
-  EXPECT_TRUE(desk_.running_Text().text().ends_with("全部过滤缩水完成,余：６０００ 注"));
+  EXPECT_TRUE(desk_.runningText().text().ends_with("全部过滤缩水完成,余：６０００ 注"));
   EXPECT_EQ(store_.value("SELECT count(*) FROM 日志表 WHERE 过滤标记=1"), 6000);
-  EXPECT_FALSE(desk_.stop_Requested());
+  EXPECT_FALSE(desk_.stopRequested());
 }
 
 // Both ends of the range count, the draws of the period and behind it never; the line comes with no ticket
@@ -164,7 +164,7 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
   const auto six = [](int k) {
     return DrawNumbers{{5 * k + 1, 5 * k + 2, 5 * k + 3, 5 * k + 4, 5 * k + 5, 5 * k + 6}, 1};
   };
-  for (int k = 0; k < 6; ++k) test::put_Draw(store_, kPeriod - 4 + k, "2026-01-01", six(k));
+  for (int k = 0; k < 6; ++k) test::putDraw(store_, kPeriod - 4 + k, "2026-01-01", six(k));
   const struct {
     PeriodNo first, last;
     int match;
@@ -175,11 +175,11 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
                {kPeriod - 4, kPeriod - 1, 1, "5"},      {kPeriod - 3, kPeriod - 3, 2, "02345"}};
   for (const auto& row : cases) {
     store_.query(R"(DELETE FROM "日志表")").run();
-    for (int k = 0; k < 6; ++k) test::put_Ticket(store_, k + 1, k + 1, kPeriod, six(k));
+    for (int k = 0; k < 6; ++k) test::putTicket(store_, k + 1, k + 1, kPeriod, six(k));
     store_.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
         .bind(row.first, row.last, row.match)
         .run();
-    expect_LikeModel();
+    expectLikeModel();
     std::string left;
     Query ids = store_.query(R"(SELECT "ID"-1 FROM "日志表" ORDER BY "ID")");
     while (ids.next()) left += ids.text(0);
@@ -188,15 +188,15 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
   // A sum that no ticket has: nothing is left for the match.
   store_.db().exec(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID" BETWEEN 1000 AND 1170;
                       UPDATE "过滤条件使用情况" SET "使用情况"=1 WHERE "条件"=1)");
-  run_Pipeline(store_, desk_, kPeriod);
-  EXPECT_NE(desk_.running_Text().text().find("[历史数据过滤]过滤后余：０ 注"), std::string::npos)
-      << desk_.running_Text().text();
+  runPipeline(store_, desk_, kPeriod);
+  EXPECT_NE(desk_.runningText().text().find("[历史数据过滤]过滤后余：０ 注"), std::string::npos)
+      << desk_.runningText().text();
 }
 
 TEST_F(Run, TheDrawBeforeThePeriodIsComputedAnewWithoutTicketsToo) {
-  test::put_Draws(store_, {{kPeriod - 4, {{1, 2, 3, 4, 5, 6}, 7}}, {kPeriod - 2, {{1, 2, 3, 4, 5, 8}, 7}}});
-  test::put_Draws(store_, {{kPeriod, {{1, 2, 3, 4, 5, 9}, 7}}});
-  EXPECT_FALSE(run_Pipeline(store_, desk_, kPeriod).ran);
+  test::putDraws(store_, {{kPeriod - 4, {{1, 2, 3, 4, 5, 6}, 7}}, {kPeriod - 2, {{1, 2, 3, 4, 5, 8}, 7}}});
+  test::putDraws(store_, {{kPeriod, {{1, 2, 3, 4, 5, 9}, 7}}});
+  EXPECT_FALSE(runPipeline(store_, desk_, kPeriod).ran);
   EXPECT_EQ(store_.value(R"(SELECT sum("期号"*("和值"=23 AND "重叠号"=5)) FROM "历史记录")"), kPeriod - 2);
   EXPECT_EQ(store_.value(R"(SELECT count("和值") FROM "历史记录")"), 1);
 }
@@ -213,7 +213,7 @@ class Thin : public test::StoreTest {
   static TicketSet tickets(std::size_t count) {
     TicketSet tickets;
     for (std::size_t row = 0; row < count; ++row)
-      tickets.add(pack_Balls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
+      tickets.add(packBalls({static_cast<int>(row % 33) + 1, 2, 3, 4, 5, 6}, 1));
     return tickets;
   }
   StepWatcher nobody_;
@@ -235,7 +235,7 @@ TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
     ASSERT_EQ(left.mark[row], 1) << "the closing marks all";
     ASSERT_EQ(left.seq[row], static_cast<std::int32_t>(row) + 1);
     if (row < passed) {
-      ASSERT_GT(reds_Of(left.balls[row])[0], 11);
+      ASSERT_GT(redsOf(left.balls[row])[0], 11);
     } else {
       ASSERT_EQ(left.origin[row], rows - (left.size() - row)) << row;
     }
@@ -246,11 +246,11 @@ TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
 TEST_F(Thin, JudgingTellsWhatTheWalkRemoves) {
   std::mt19937 random(40 + GTEST_FLAG_GET(random_seed));
   for (int trial = 0; trial < 20; ++trial) {
-    test::put_History(store_, random, trial);
-    test::put_Conditions(store_, random, 10, 90);
+    test::putHistory(store_, random, trial);
+    test::putConditions(store_, random, 10, 90);
     const FilterPlan all(compileRules(loadConditionSet(store_)), loadDrawTable(store_), kPeriod);
-    test::put_Tickets(store_, random, 200);
-    auto left = load_Tickets(store_, kPeriod, [](std::size_t) { return false; }).value();
+    test::putTickets(store_, random, 200);
+    auto left = loadTickets(store_, kPeriod, [](std::size_t) { return false; }).value();
     const TicketSet whole = left;
     FreeCourse course;
     const FailureCounts failures = countFailures(all, whole.balls, course, 1 + trial % 3).value();
@@ -286,7 +286,7 @@ TEST_F(Thin, ThreadsLeaveTheSame) {
   for (std::size_t row = 0; row < stopped.size(); ++row) {
     ASSERT_FALSE(stands[stopped.origin[row]]) << "a ticket stands twice";
     stands[stopped.origin[row]] = true;
-    failing += reds_Of(stopped.balls[row])[0] <= 11;
+    failing += redsOf(stopped.balls[row])[0] <= 11;
     ASSERT_EQ(stopped.seq[row], static_cast<std::int32_t>(row) + 1);
   }
   EXPECT_GT(failing, 0U) << "not reached";

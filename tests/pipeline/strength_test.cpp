@@ -19,14 +19,14 @@ namespace {
 
 using test::kPeriod;
 
-TicketSet all_Sixes() {
+TicketSet allSixes() {
   NumberSelection all;
   std::fill(all.red.begin() + 1, all.red.end(), PickState::tuo);
   TicketSet sixes;
   sixes.period = kPeriod;
   sixes.reserve(kAllRedSixes);
-  expand_Selection(all, [&](const Reds& six, const std::vector<int>&) {
-    sixes.add(pack_Balls(six, 1));
+  expandSelection(all, [&](const Reds& six, const std::vector<int>&) {
+    sixes.add(packBalls(six, 1));
     return true;
   });
   return sixes;
@@ -40,16 +40,16 @@ class StrengthTest : public test::StoreTest {
     // A turn by itself, without the filter's tolerance.
     if (!plan.turns().empty())
       return std::ranges::count_if(tickets.balls,
-                                   [&](Balls balls) { return !plan.turns().front().hits(reds_Of(balls)); });
+                                   [&](Balls balls) { return !plan.turns().front().hits(redsOf(balls)); });
     FreeCourse course;
     StepWatcher nobody;
     thin(plan, tickets, course, nobody);
     return static_cast<std::int64_t>(tickets.size());
   }
 
-  void switch_AllOff() {
-    test::set_Rows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
-    save_HistoryMatch(store_, {});
+  void switchAllOff() {
+    test::setRows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
+    saveHistoryMatch(store_, {});
   }
 
   Strength model(int last) {
@@ -57,14 +57,14 @@ class StrengthTest : public test::StoreTest {
     for (const StoredDraw& draw : drawsBefore(store_, kPeriod, last)) {
       TicketSet ticket;
       ticket.period = draw.period;
-      ticket.add(pack_Balls(draw.numbers.reds, draw.numbers.blue));
+      ticket.add(packBalls(draw.numbers.reds, draw.numbers.blue));
       strength.passed += static_cast<int>(pass(ticket));
       ++strength.draws;
     }
     return strength;
   }
 
-  const TicketSet sixes_ = all_Sixes();
+  const TicketSet sixes_ = allSixes();
 };
 
 // Every kind of condition, with cells of chance.
@@ -72,9 +72,9 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
   std::mt19937 random(3 + GTEST_FLAG_GET(random_seed));
   int partly = 0;
   for (const int draws : {0, 1, 30}) {
-    test::put_History(store_, random, draws);
-    test::put_Conditions(store_, random, 0, 60);
-    switch_AllOff();
+    test::putHistory(store_, random, draws);
+    test::putConditions(store_, random, 0, 60);
+    switchAllOff();
     const int last = draws == 30 ? 20 : 100;
     for (const UsageId usage :
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
@@ -82,17 +82,17 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
       const Condition& condition = conditionOfUsage(usage);
       const auto strength =
           conditionStrength(loadConditionSet(store_), loadDrawTable(store_), condition, kPeriod, last);
-      set_Usage(store_, usage, true);
+      setUsage(store_, usage, true);
       EXPECT_EQ(strength, model(last));
-      set_Usage(store_, usage, false);
+      setUsage(store_, usage, false);
       partly += strength && strength->passed > 0 && strength->passed < strength->draws;
     }
     for (const int match : {0, 1, 3, 6, 7}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, match " << match);
-      save_HistoryMatch(store_, {true, 2025099, 2026045, match});
+      saveHistoryMatch(store_, {true, 2025099, 2026045, match});
       EXPECT_EQ(matchStrength(loadConditionSet(store_), loadDrawTable(store_), kPeriod, last), model(last));
     }
-    save_HistoryMatch(store_, {});
+    saveHistoryMatch(store_, {});
   }
   EXPECT_GT(partly, 10) << "the draws must have something to tell";
   for (const UsageId usage : {30, 36, 300})
@@ -104,19 +104,19 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
 // The oldest draw that is judged has its own draws before it too.
 TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
   std::mt19937 random(5);
-  test::put_Conditions(store_, random, 0, 100);
-  switch_AllOff();
+  test::putConditions(store_, random, 0, 100);
+  switchAllOff();
   const Reds often{2, 9, 13, 20, 21, 33}, once{1, 5, 6, 17, 28, 30};
-  test::put_Draws(store_, {{2026049, {often, 1}}, {2026047, {often, 2}}, {2026045, {once, 3}}});
-  test::put_Draws(store_, {{2026043, {often, 4}}, {kPeriod, {once, 5}}});
-  calc_DrawStats(store_, desk_, 2026043, kPeriod);
-  calc_DrawStats(store_, desk_, 2026043, 2026043);
+  test::putDraws(store_, {{2026049, {often, 1}}, {2026047, {often, 2}}, {2026045, {once, 3}}});
+  test::putDraws(store_, {{2026043, {often, 4}}, {kPeriod, {once, 5}}});
+  computeDrawStatistics(store_, desk_, 2026043, kPeriod);
+  computeDrawStatistics(store_, desk_, 2026043, 2026043);
   for (const auto& [usage, last] : {std::pair{104, 1}, {266, 2}}) {
-    set_Usage(store_, usage, true);
+    setUsage(store_, usage, true);
     const auto strength = conditionStrength(loadConditionSet(store_), loadDrawTable(store_),
                                             conditionOfUsage(usage), kPeriod, last);
     EXPECT_TRUE(strength == model(last) && strength->passed == 0) << usage;
-    set_Usage(store_, usage, false);
+    setUsage(store_, usage, false);
   }
 }
 
@@ -128,7 +128,7 @@ TEST(StrengthText, OneLine) {
       {{1000, 95, 100}, lead + "不到 ０.１％，" + drawn},
       {{kAllRedSixes - 1000, 95, 100}, lead + "超过 ９９.９％，" + drawn},
       {{kAllRedSixes, 3, 7}, lead + "１００％，最近 ７ 期中有 ３ 期的开奖号码符合"}};
-  for (const auto& [strength, text] : cases) EXPECT_EQ(strength_Text(strength), text);
+  for (const auto& [strength, text] : cases) EXPECT_EQ(strengthText(strength), text);
 }
 
 }  // namespace

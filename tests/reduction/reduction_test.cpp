@@ -19,16 +19,16 @@ namespace {
 constexpr PeriodNo kPeriod = 2026050;
 using Tickets = std::vector<DrawNumbers>;
 
-TicketSet make_Set(const Tickets& tickets) {
+TicketSet makeSet(const Tickets& tickets) {
   TicketSet set;
   set.period = kPeriod;
-  for (const DrawNumbers& ticket : tickets) set.add(pack_Balls(ticket.reds, ticket.blue));
+  for (const DrawNumbers& ticket : tickets) set.add(packBalls(ticket.reds, ticket.blue));
   for (std::int32_t& seq : set.seq) seq += 100;
   return set;
 }
 
 // The rule word for word: one walk over what is left for every centre. Returns the places of the centres.
-std::vector<std::uint32_t> centre_ByCentre(const Tickets& tickets, int type) {
+std::vector<std::uint32_t> centreByCentre(const Tickets& tickets, int type) {
   std::vector<bool> deleted(tickets.size());
   std::vector<std::uint32_t> centres;
   for (std::uint32_t centre = 0; centre < tickets.size(); ++centre) {
@@ -46,10 +46,10 @@ std::vector<std::uint32_t> centre_ByCentre(const Tickets& tickets, int type) {
 }
 
 // Tickets out of the first `reds` numbers; with `wild` out of order, some with a red two or three times.
-Tickets random_Tickets(std::mt19937& random, std::size_t count, int reds, bool wild) {
+Tickets randomTickets(std::mt19937& random, std::size_t count, int reds, bool wild) {
   Tickets tickets(count);
   for (DrawNumbers& ticket : tickets) {
-    ticket = test::random_Numbers(random, reds);
+    ticket = test::randomNumbers(random, reds);
     if (!wild) continue;
     std::shuffle(ticket.reds.begin(), ticket.reds.end(), random);
     for (auto repeats = random() % 3; repeats > 0; --repeats) ticket.reds[repeats] = ticket.reds[0];
@@ -67,31 +67,31 @@ TEST_F(Shrink, EqualsTheRuleCentreByCentre) {
     SCOPED_TRACE(trial);
     const int type = 3 + trial % 4;
     const int reds[] = {33, 12, 33, 9};
-    const auto tickets = random_Tickets(random, 3 * trial, reds[trial / 4 % 4], trial / 4 % 4 >= 2);
-    const auto centres = centre_ByCentre(tickets, type);
-    TicketSet set = make_Set(tickets);
+    const auto tickets = randomTickets(random, 3 * trial, reds[trial / 4 % 4], trial / 4 % 4 >= 2);
+    const auto centres = centreByCentre(tickets, type);
+    TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
-    EXPECT_EQ(shrink_Cover(store_, desk, set, type), static_cast<std::int64_t>(centres.size()));
+    EXPECT_EQ(shrinkCover(store_, desk, set, type), static_cast<std::int64_t>(centres.size()));
     EXPECT_EQ(set.origin, centres);
     for (std::size_t row = 0; row < set.size(); ++row) {
       EXPECT_EQ(set.shrink[row], type);
       EXPECT_EQ(set.seq[row], static_cast<int>(row) + 1);
-      EXPECT_EQ(set.balls[row], pack_Balls(tickets[centres[row]].reds, tickets[centres[row]].blue));
+      EXPECT_EQ(set.balls[row], packBalls(tickets[centres[row]].reds, tickets[centres[row]].blue));
     }
   }
 }
 
 // The first `reached` tickets are judged, the others stay behind them as they were.
-void expect_Stopped(const TicketSet& set, const Tickets& tickets, std::size_t reached, int type) {
+void expectStopped(const TicketSet& set, const Tickets& tickets, std::size_t reached, int type) {
   const Tickets judged(tickets.begin(), tickets.begin() + static_cast<std::ptrdiff_t>(reached));
-  std::vector<std::uint32_t> expected = centre_ByCentre(judged, type);
+  std::vector<std::uint32_t> expected = centreByCentre(judged, type);
   const std::size_t centres = expected.size();
   for (std::size_t row = reached; row < tickets.size(); ++row)
     expected.push_back(static_cast<std::uint32_t>(row));
   ASSERT_EQ(set.origin, expected);
   for (std::size_t i = 0; i < set.size(); ++i) {
     const DrawNumbers& ticket = tickets[expected[i]];
-    ASSERT_EQ(set.balls[i], pack_Balls(ticket.reds, ticket.blue));
+    ASSERT_EQ(set.balls[i], packBalls(ticket.reds, ticket.blue));
     ASSERT_EQ(set.shrink[i], i < centres ? type : 0);
     ASSERT_EQ(set.seq[i], static_cast<int>(i < centres ? i + 1 : expected[i] + 101));
   }
@@ -99,19 +99,19 @@ void expect_Stopped(const TicketSet& set, const Tickets& tickets, std::size_t re
 
 TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
   std::mt19937 random(4);
-  const auto tickets = random_Tickets(random, 9000, 33, true);
+  const auto tickets = randomTickets(random, 9000, 33, true);
   for (const int stop_at : {1, 2, 4}) {
-    TicketSet set = make_Set(tickets);
+    TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
     int served = 0;
     desk.on_serve = [&] {
-      if (++served == stop_at) desk.request_Stop();
+      if (++served == stop_at) desk.requestStop();
     };
-    const auto centres = shrink_Cover(store_, desk, set, 4);
+    const auto centres = shrinkCover(store_, desk, set, 4);
     const auto reached = static_cast<std::size_t>(desk.progress);  // as the bar tells it
     EXPECT_EQ(served, stop_at);
     EXPECT_TRUE(reached > 0 && reached <= 2500U * static_cast<unsigned>(stop_at)) << reached;
-    expect_Stopped(set, tickets, reached, 4);
+    expectStopped(set, tickets, reached, 4);
     const auto marked = std::ranges::count(set.shrink, std::int8_t{4});
     EXPECT_TRUE(centres == marked && marked > 0);
   }
@@ -120,23 +120,23 @@ TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
 // A stop that came during the optimisation before lets one centre stand and compares one ticket with it.
 TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
   std::mt19937 random(4);
-  auto tickets = random_Tickets(random, 100, 33, false);
+  auto tickets = randomTickets(random, 100, 33, false);
   for (const bool near : {false, true}) {
     // Three reds and the blue in common, which is just enough.
     if (near) tickets[1] = tickets[0];
     for (const int place : {0, 2, 4}) tickets[1].reds[place] = near ? 0 : tickets[1].reds[place];
-    TicketSet set = make_Set(tickets);
+    TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
-    desk.request_Stop();
-    EXPECT_EQ(shrink_Cover(store_, desk, set, 4), 1);
-    expect_Stopped(set, tickets, near ? 2 : 1, 4);
+    desk.requestStop();
+    EXPECT_EQ(shrinkCover(store_, desk, set, 4), 1);
+    expectStopped(set, tickets, near ? 2 : 1, 4);
   }
 }
 
 // However many of them repeat a red, a few thousand tickets stand between two looks at the desk.
 TEST_F(Shrink, ServesTheDeskOverTicketsThatRepeatARed) {
   std::mt19937 random(24);
-  TicketSet set = make_Set(random_Tickets(random, 60'000, 33, true));
+  TicketSet set = makeSet(randomTickets(random, 60'000, 33, true));
   std::int64_t shown = 0;
   int served = 0;
   desk_.on_serve = [&] {
@@ -144,14 +144,14 @@ TEST_F(Shrink, ServesTheDeskOverTicketsThatRepeatARed) {
     shown = desk_.progress;
     ++served;
   };
-  EXPECT_GT(shrink_Cover(store_, desk_, set, 6), 10'000);
+  EXPECT_GT(shrinkCover(store_, desk_, set, 6), 10'000);
   EXPECT_GE(served, 60'000 / 2500 - 1);
 }
 
 // `draws` are the draws before the period, newest first; with fewer than ten the newest rows stay zero. The
 // differences of the newest row to the nine behind the first stand against those of the ticket to the nine
 // from the first on; one slot more always agrees.
-int count_AgreeingSlots(const Tickets& draws, const DrawNumbers& ticket) {
+int countAgreeingSlots(const Tickets& draws, const DrawNumbers& ticket) {
   const auto seven = [](const DrawNumbers& numbers) {
     const auto& [a, b, c, d, e, f] = numbers.reds;
     return std::array{a, b, c, d, e, f, numbers.blue};
@@ -170,29 +170,29 @@ int count_AgreeingSlots(const Tickets& draws, const DrawNumbers& ticket) {
 }
 
 // Puts the draws before the period, newest first, and one of the period itself, which takes no part.
-void put_Draws(Store& store, const Tickets& draws) {
+void putDraws(Store& store, const Tickets& draws) {
   store.query(R"(DELETE FROM "历史记录")").run();
   std::vector<StoredDraw> rows{{kPeriod, {{1, 2, 3, 4, 5, 6}, 7}}};
   for (const DrawNumbers& draw : draws) rows.push_back({kPeriod - 3 * static_cast<int>(rows.size()), draw});
-  test::put_Draws(store, rows);
+  test::putDraws(store, rows);
 }
 
 TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
-  set_Usage(store_, kSmartOptimisation, true);
+  setUsage(store_, kSmartOptimisation, true);
   std::mt19937 random(77);
   for (int trial = 0; trial < 52; ++trial) {
     SCOPED_TRACE(trial);
-    const auto draws = random_Tickets(random, trial % 13, 33, false);
-    put_Draws(store_, draws);
+    const auto draws = randomTickets(random, trial % 13, 33, false);
+    putDraws(store_, draws);
     const int count = 1 + trial % 17;
-    auto tickets = random_Tickets(random, count, 33, trial % 2);
+    auto tickets = randomTickets(random, count, 33, trial % 2);
     if (!draws.empty()) tickets.back() = draws.front();
     if (trial % 5 == 0) std::fill(tickets.begin(), tickets.end(), tickets[0]);  // ties, which fall by number
-    TicketSet set = make_Set(tickets);
+    TicketSet set = makeSet(tickets);
     std::shuffle(set.seq.begin(), set.seq.end(), random);
 
     std::vector<int> scores, order(tickets.size());
-    for (const DrawNumbers& ticket : tickets) scores.push_back(count_AgreeingSlots(draws, ticket));
+    for (const DrawNumbers& ticket : tickets) scores.push_back(countAgreeingSlots(draws, ticket));
     std::iota(order.begin(), order.end(), 0);
     std::sort(order.begin(), order.end(), [&](int a, int b) {
       return std::pair(scores[a], set.seq[a]) < std::pair(scores[b], set.seq[b]);
@@ -201,9 +201,9 @@ TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
     for (int i = 0; i * 10 < count * 6; ++i) scores[order[i]] = 0;
 
     ScriptedDesk desk;
-    optimise_Smart(store_, desk, set, 6);
+    optimiseSmart(store_, desk, set, 6);
     EXPECT_EQ(std::vector<int>(set.score.begin(), set.score.end()), scores);
-    EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ] 完 成 ");
+    EXPECT_EQ(desk.runningText().text(), "\r\n\r\n[ 智能优化 ] 完 成 ");
   }
 }
 
@@ -211,11 +211,11 @@ TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
 TEST_F(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
   for (const auto& [usage, type] : {std::pair{0, 6}, {2, 6}, {1, 7}, {1, 12}, {1, 2}, {1, -1}}) {
     store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=300)").bind(usage).run();
-    TicketSet set = make_Set(Tickets(2, {{1, 2, 3, 4, 5, 6}, 7}));
+    TicketSet set = makeSet(Tickets(2, {{1, 2, 3, 4, 5, 6}, 7}));
     set.score = {42, 42};
     ScriptedDesk desk;
-    EXPECT_EQ(shrink_Cover(store_, desk, set, type), type == 6) << type;
-    EXPECT_EQ(desk.running_Text().text(),
+    EXPECT_EQ(shrinkCover(store_, desk, set, type), type == 6) << type;
+    EXPECT_EQ(desk.runningText().text(),
               std::string("\r\n\r\n[ 智能优化 ] <未使用这个条件>\r\n\r\n") +
                   (type == 6 ? "[保六型]缩水后余：１ 注" : "[保七型]缩水后余：２ 注"));
     EXPECT_EQ(set.score[0], 42);
@@ -224,29 +224,29 @@ TEST_F(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
 }
 
 TEST_F(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
-  set_Usage(store_, kSmartOptimisation, true);
-  TicketSet set = make_Set(Tickets(10'000));
+  setUsage(store_, kSmartOptimisation, true);
+  TicketSet set = makeSet(Tickets(10'000));
   std::fill(set.score.begin(), set.score.end(), 5000);
   ScriptedDesk desk;
   int serves = 0;
   desk.on_serve = [&] {
-    if (++serves == 2) desk.request_Stop();
+    if (++serves == 2) desk.requestStop();
   };
-  optimise_Smart(store_, desk, set, 6);
+  optimiseSmart(store_, desk, set, 6);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 5000), 4000) << "those not reached keep theirs";
-  EXPECT_EQ(desk.running_Text().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");
+  EXPECT_EQ(desk.runningText().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");
 }
 
-std::string chances_Text(Store& store) {
+std::string chancesText(Store& store) {
   Query rows = store.query(R"(SELECT group_concat("号码" || ':' || "概率", ' ') FROM "概率表")");
   return rows.next() ? rows.text(0) : "";
 }
 
 // The hints statement by statement; `draws` are those before the period, newest first.
-void mark_OnTheTable(Store& store, const Tickets& draws) {
+void markOnTheTable(Store& store, const Tickets& draws) {
   const auto guess = [](int seed, int period, int factor, int count) {
-    return static_cast<int>(std::nearbyint(rnd_Fixed(-(seed + period)) * factor + 1)) % count + 1;
+    return static_cast<int>(std::nearbyint(rndFixed(-(seed + period)) * factor + 1)) % count + 1;
   };
   store.db().exec("UPDATE 概率表 SET 概率=0");
   for (const auto& [base, red_top, blue_top] : {std::tuple{0, 2, 2}, {6000, 2, 2}, {12000, 2, 1}}) {
@@ -274,26 +274,26 @@ TEST_F(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
   std::mt19937 random(5);
   for (std::size_t trial = 0; trial < 260; ++trial) {
     SCOPED_TRACE(trial);
-    auto draws = random_Tickets(random, trial % 13, 33, false);
+    auto draws = randomTickets(random, trial % 13, 33, false);
     const bool unmarked = trial % 5 == 4 && draws.size() >= 5;
     for (DrawNumbers& draw : draws) draw.blue *= !unmarked;  // no guess hits a 0
-    put_Draws(store_, draws);
+    putDraws(store_, draws);
     ScriptedDesk desk;
-    desk.on_serve = [&, old = chances_Text(store_)] { EXPECT_EQ(chances_Text(store_), old); };
-    hint_GaiLv(store_, desk, kPeriod);
-    const std::string marks = chances_Text(store_);
-    const auto [reds, blues] = low_ChanceNumbers(store_);
+    desk.on_serve = [&, old = chancesText(store_)] { EXPECT_EQ(chancesText(store_), old); };
+    hintGaiLv(store_, desk, kPeriod);
+    const std::string marks = chancesText(store_);
+    const auto [reds, blues] = lowChanceNumbers(store_);
     EXPECT_TRUE(reds.size() == (unmarked ? 0 : 6) && blues.size() == (unmarked ? 0 : 5)) << marks;
-    mark_OnTheTable(store_, draws);
-    EXPECT_EQ(marks, chances_Text(store_));
+    markOnTheTable(store_, draws);
+    EXPECT_EQ(marks, chancesText(store_));
   }
 }
 
-TEST(CaiPiao, CountsWithAHistoryAloneAndAnswersWithinItsBounds) {
-  CaiPiao cai_piao;
+TEST(VoteTally, CountsWithAHistoryAloneAndAnswersWithinItsBounds) {
+  VoteTally cai_piao;
   cai_piao.TargetPeriod = kPeriod;
   EXPECT_TRUE(cai_piao.KillCOUNT(7) == 0 && cai_piao.KillCOUNTblue(16) == 0 && !cai_piao.Ready);
-  cai_piao.set_HistoryRcord({{{}, {{1, 2, 3, 4, 5, 6}, 7}, {}}});
+  cai_piao.setHistoryRcord({{{}, {{1, 2, 3, 4, 5, 6}, 7}, {}}});
   for (int n = 1; n <= 33; ++n) EXPECT_GT(cai_piao.KillCOUNT(n), 0) << "of some eleven";
   EXPECT_TRUE(cai_piao.KillCOUNT(0) == -1 && cai_piao.KillCOUNT(100) == 0 && cai_piao.KillCOUNT(101) == -1);
   EXPECT_TRUE(cai_piao.KillCOUNTblue(0) == -1 && cai_piao.KillCOUNTblue(17) == -1 && cai_piao.Ready);

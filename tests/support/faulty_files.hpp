@@ -19,14 +19,14 @@ class FaultyFiles final : public FileSystem {
   std::function<void()> before_step = [] {};
   std::string steps;  // what was done, as "sync Lotmere.db.new "
   [[nodiscard]] bool failed() const { return step_ >= fail_at_; }
-  bool exists(Path path) override { return real_Files().exists(path); }
-  void remove(Path path) override { pass("remove", path), real_Files().remove(path); }
-  void sync(Path path) override { pass("sync", path), real_Files().sync(path); }
-  void replace(Path from, Path to) override { pass("replace", to), real_Files().replace(from, to); }
-  void move(Path from, Path to) override { pass("move", to), real_Files().move(from, to); }
-  void write_Whole(Path path, const std::string& text) override { real_Files().write_Whole(path, text); }
-  void write_New(Path path, const std::string& text) override {
-    pass("write", path), real_Files().write_New(path, text);
+  bool exists(Path path) override { return realFiles().exists(path); }
+  void remove(Path path) override { pass("remove", path), realFiles().remove(path); }
+  void sync(Path path) override { pass("sync", path), realFiles().sync(path); }
+  void replace(Path from, Path to) override { pass("replace", to), realFiles().replace(from, to); }
+  void move(Path from, Path to) override { pass("move", to), realFiles().move(from, to); }
+  void writeWhole(Path path, const std::string& text) override { realFiles().writeWhole(path, text); }
+  void writeNew(Path path, const std::string& text) override {
+    pass("write", path), realFiles().writeNew(path, text);
   }
 
  private:
@@ -40,7 +40,7 @@ class FaultyFiles final : public FileSystem {
 };
 
 // Runs `work` again and again, refusing its first step, its second, ..., until a run meets no refusal.
-inline void refuse_EachStep(const std::function<void(FaultyFiles&)>& work) {
+inline void refuseEachStep(const std::function<void(FaultyFiles&)>& work) {
   for (int step = 1;; ++step) {
     SCOPED_TRACE("refused step " + std::to_string(step));
     FaultyFiles files(step);

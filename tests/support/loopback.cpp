@@ -12,7 +12,7 @@
 
 namespace lotmere::test {
 
-bool with_Server(const std::string& answer, bool holds, const std::function<void(std::string)>& work) {
+bool withServer(const std::string& answer, bool holds, const std::function<void(std::string)>& work) {
   const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in place{};
   place.sin_family = AF_INET;

@@ -11,7 +11,7 @@
 namespace lotmere::test {
 
 // Six different reds of 1 to `reds`, ascending, and a blue.
-inline DrawNumbers random_Numbers(std::mt19937& random, int reds = kRedCount) {
+inline DrawNumbers randomNumbers(std::mt19937& random, int reds = kRedCount) {
   std::vector<int> pool(reds);
   std::iota(pool.begin(), pool.end(), 1);
   DrawNumbers numbers{{}, std::uniform_int_distribution(1, kBlueCount)(random)};

@@ -19,7 +19,7 @@ class StoreTest : public testing::Test {
 };
 
 // What `work` returns, or an empty value where it fails with std::runtime_error.
-auto value_OrNothing(auto work) -> decltype(work()) {
+auto valueOrNothing(auto work) -> decltype(work()) {
   try {
     return work();
   } catch (const std::runtime_error&) {

@@ -26,13 +26,13 @@ TempHome::~TempHome() {
 
 Store& TempHome::store() {
   if (!store_) {
-    if (!fs::exists(home_.main_Db())) Store::create(home_.main_Db());
-    store_ = std::make_unique<Store>(home_.main_Db());
+    if (!fs::exists(home_.mainDb())) Store::create(home_.mainDb());
+    store_ = std::make_unique<Store>(home_.mainDb());
   }
   return *store_;
 }
 
-void put_Draw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers) {
+void putDraw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers) {
   const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
   store
       .query(
@@ -42,13 +42,13 @@ void put_Draw(Store& store, PeriodNo period, const std::string& date, const Draw
       .run();
 }
 
-void put_Draws(Store& store, const std::vector<StoredDraw>& draws) {
+void putDraws(Store& store, const std::vector<StoredDraw>& draws) {
   StoreChange change(store);
-  for (const auto& [period, numbers] : draws) put_Draw(store, period, "2007-01-02", numbers);
+  for (const auto& [period, numbers] : draws) putDraw(store, period, "2007-01-02", numbers);
   change.commit();
 }
 
-void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers) {
+void putTicket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers) {
   const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
   store
       .query(
@@ -58,21 +58,21 @@ void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumber
       .run();
 }
 
-void put_Pick(Store& store, int code, PickState state) {
+void putPick(Store& store, int code, PickState state) {
   store.query(R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)").bind(int(state), code).run();
 }
 
-std::string read_File(const fs::path& path) {
+std::string readFile(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void lose_Row(const fs::path& path, const std::string& table) {
+void loseRow(const fs::path& path, const std::string& table) {
   SQLite::Database db(path.string());
   const int page = db.execAndGet("SELECT rootpage FROM sqlite_master WHERE name='" + table + "'").getInt();
-  std::string bytes = read_File(path);
+  std::string bytes = readFile(path);
   --bytes[std::size_t(page - 1) * db.execAndGet("PRAGMA page_size").getUInt() + 4];
-  real_Files().write_Whole(path, bytes);
+  realFiles().writeWhole(path, bytes);
 }
 
 }  // namespace lotmere::test

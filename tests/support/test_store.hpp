@@ -34,22 +34,22 @@ class TempHome {
 };
 
 // Writes a draw's identity and numbers without any statistics.
-void put_Draw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers);
+void putDraw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers);
 
 // The same for a list, each with the date 2007-01-02, in one change.
-void put_Draws(Store& store, const std::vector<StoredDraw>& draws);
+void putDraws(Store& store, const std::vector<StoredDraw>& draws);
 
 // Writes a ticket row with an ID and a running number of the caller's choice.
-void put_Ticket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers);
+void putTicket(Store& store, int id, int seq, PeriodNo period, const DrawNumbers& numbers);
 
 // Replaces the selection: state by number, codes 1 to 33 and 101 to 116.
-void put_Pick(Store& store, int code, PickState state);
+void putPick(Store& store, int code, PickState state);
 
 // Damages a database file: the last row of a table's first page is lost. The engine's check finds it, a plain
 // read doesn't.
-void lose_Row(const std::filesystem::path& path, const std::string& table);
+void loseRow(const std::filesystem::path& path, const std::string& table);
 
 // The whole text of a file.
-[[nodiscard]] std::string read_File(const std::filesystem::path& path);
+[[nodiscard]] std::string readFile(const std::filesystem::path& path);
 
 }  // namespace lotmere::test

@@ -27,7 +27,7 @@ inline const std::string kRowColumns =
     R"("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记","精选标记","临时数据")";
 
 // Every row of `日志表` in the order of creation.
-inline std::vector<Row> read_Rows(Store& store) {
+inline std::vector<Row> readRows(Store& store) {
   Query query = store.query("SELECT " + kRowColumns + R"( FROM "日志表" ORDER BY "ID")");
   std::vector<Row> rows;
   while (query.next()) {
@@ -42,7 +42,7 @@ inline std::vector<Row> read_Rows(Store& store) {
 }
 
 // Replaces the ticket table.
-inline void write_Rows(Store& store, const std::vector<Row>& rows) {
+inline void writeRows(Store& store, const std::vector<Row>& rows) {
   StoreChange change(store);
   store.query(R"(DELETE FROM "日志表")").run();
   Query insert =

@@ -21,7 +21,7 @@ using test::Row;
 constexpr PeriodNo kPeriod = 2026050;
 
 // The six nested loops over the pools, as rows behind `id`.
-std::vector<Row> nested_Loops(const NumberSelection& s, int id = 0) {
+std::vector<Row> nestedLoops(const NumberSelection& s, int id = 0) {
   std::vector<Row> tickets;
   const auto in = [&](int n) { return s.red[n] != none; };
   const auto dans = std::count(s.red.begin(), s.red.end(), dan);
@@ -46,14 +46,14 @@ NumberSelection picks(const char* red_tuo, const char* red_dan, const char* blue
   NumberSelection selection;
   const char* lists[] = {red_tuo, red_dan, blue_tuo, blue_dan};
   for (int i = 0; i < 4; ++i)
-    for (const int n : parse_NumberList(lists[i], 1, kRedCount).value_or(std::vector<int>{}))
+    for (const int n : parseNumberList(lists[i], 1, kRedCount).value_or(std::vector<int>{}))
       (i < 2 ? selection.red[n] : selection.blue[n]) = i % 2 ? dan : tuo;
   return selection;
 }
 
 class Tickets : public test::StoreTest {
  protected:
-  void pick(const NumberSelection& selection) { ASSERT_TRUE(replace_Selection(store_, desk_, selection)); }
+  void pick(const NumberSelection& selection) { ASSERT_TRUE(replaceSelection(store_, desk_, selection)); }
 };
 
 TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
@@ -64,17 +64,17 @@ TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
     for (int n = 1; n <= kRedCount; ++n) selection.red[n] = PickState(red(random));
     for (int n = 1; n <= kBlueCount; ++n) selection.blue[n] = PickState(blue(random));
     if (trial % 5 == 0) selection.blue = {none, none, dan};
-    const auto expected = nested_Loops(selection);
+    const auto expected = nestedLoops(selection);
     const auto count = static_cast<std::int64_t>(expected.size());
-    EXPECT_EQ(count_Combos(selection).tickets, count) << trial;
-    const bool fits = replace_Selection(store_, desk_, selection);
+    EXPECT_EQ(countCombos(selection).tickets, count) << trial;
+    const bool fits = replaceSelection(store_, desk_, selection);
     EXPECT_EQ(fits, count <= 100'000) << trial;
     if (!fits) continue;
     // Whatever is above 0 is picked; only 2 is Dan.
     store_.db().exec("UPDATE 过滤条件 SET Value=3 WHERE Value=1 AND ID<=116 AND ID%2=0");
-    test::write_Rows(store_, {});
-    EXPECT_EQ(init_Tickets(store_, desk_, kPeriod).done, count > 0) << trial;
-    EXPECT_EQ(test::read_Rows(store_), expected) << trial;
+    test::writeRows(store_, {});
+    EXPECT_EQ(initTickets(store_, desk_, kPeriod).done, count > 0) << trial;
+    EXPECT_EQ(test::readRows(store_), expected) << trial;
   }
 }
 
@@ -87,38 +87,38 @@ TEST_F(Tickets, WritesTheTicketsBehindTheOldOnesOfThePeriod) {
   const NumberSelection selection = picks("1-8", "", "3,16", "");
   pick(selection);
   for (const bool keep : {false, true}) {
-    test::write_Rows(store_, kOldRows);
-    std::vector<Row> expected = nested_Loops(selection, 12);
+    test::writeRows(store_, kOldRows);
+    std::vector<Row> expected = nestedLoops(selection, 12);
     if (keep) expected.insert(expected.begin(), {kOldRows[0], kOldRows[2]});
     ScriptedDesk desk;
     desk.choices = {keep};
-    const InitResult result = init_Tickets(store_, desk, kPeriod);
+    const InitResult result = initTickets(store_, desk, kPeriod);
     EXPECT_TRUE(result.done && !result.stopped);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(result.rows, count);
-    EXPECT_EQ(test::read_Rows(store_), expected);
-    EXPECT_EQ(desk.told.at(0).text, "初始化选号完成!共 " + to_QuanJiao(count) + " 注！");
-    test::write_Rows(store_, kOldRows);
-    init_Tickets(store_, desk, kPeriod, keep ? Existing::keep : Existing::replace);
-    EXPECT_EQ(test::read_Rows(store_), expected);
+    EXPECT_EQ(test::readRows(store_), expected);
+    EXPECT_EQ(desk.told.at(0).text, "初始化选号完成!共 " + toFullWidth(count) + " 注！");
+    test::writeRows(store_, kOldRows);
+    initTickets(store_, desk, kPeriod, keep ? Existing::keep : Existing::replace);
+    EXPECT_EQ(test::readRows(store_), expected);
     EXPECT_EQ(desk.asked.size(), 1U) << "what was said ahead of time isn't asked";
   }
 }
 
 TEST_F(Tickets, ACancelledQuestionChangesNoPeriod) {
   pick(picks("1-8", "", "3,16", ""));
-  test::write_Rows(store_, kOldRows);
+  test::writeRows(store_, kOldRows);
   desk_.choices = {std::nullopt, 2, std::nullopt, 1, 0};
   for (int times = 0; times < 2; ++times) {
-    const InitResult result = init_Tickets(store_, desk_, kPeriod);
+    const InitResult result = initTickets(store_, desk_, kPeriod);
     EXPECT_FALSE(result.done || result.stopped);
   }
   EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"删除", "保留", "取消"}));
-  for (int times = 0; times < 2; ++times) EXPECT_FALSE(clear_AllTickets(store_, desk_));
-  EXPECT_EQ(test::read_Rows(store_), kOldRows);
+  for (int times = 0; times < 2; ++times) EXPECT_FALSE(clearAllTickets(store_, desk_));
+  EXPECT_EQ(test::readRows(store_), kOldRows);
   EXPECT_TRUE(desk_.told.empty());
-  EXPECT_TRUE(clear_AllTickets(store_, desk_));
-  EXPECT_EQ(test::read_Rows(store_), std::vector<Row>{});
+  EXPECT_TRUE(clearAllTickets(store_, desk_));
+  EXPECT_EQ(test::readRows(store_), std::vector<Row>{});
 }
 
 // At every look at the desk: a stop keeps the rows so far, a failure the old ones.
@@ -127,25 +127,25 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
   pick(selection);
   for (int k = 0; k < 16; ++k) {
     const bool fails = k % 2, keeps = k >= 8;
-    auto all = nested_Loops(selection, 12);  // 1,848 tickets
+    auto all = nestedLoops(selection, 12);  // 1,848 tickets
     if (keeps) all.insert(all.begin(), {kOldRows[0], kOldRows[2]});
-    test::write_Rows(store_, kOldRows);
+    test::writeRows(store_, kOldRows);
     ScriptedDesk desk;
     desk.choices = {keeps};
     int serves = 0;
     desk.on_serve = [&] {
       if (serves++ != k % 8 / 2) return;
-      desk.request_Stop();
+      desk.requestStop();
       if (fails) throw std::runtime_error("desk");
     };
-    const auto result = test::value_OrNothing([&] { return init_Tickets(store_, desk, kPeriod); });
-    const auto rows = test::read_Rows(store_);
+    const auto result = test::valueOrNothing([&] { return initTickets(store_, desk, kPeriod); });
+    const auto rows = test::readRows(store_);
     const bool reached = serves > k % 8 / 2;
     EXPECT_EQ(reached, k % 8 < 6);
     EXPECT_EQ(desk.job_length, 1848) << "the kept rows bring the bar beyond its end";
     EXPECT_TRUE(!result.stopped || desk.progress == result.rows) << desk.progress;
     EXPECT_EQ(result.stopped, reached && !fails);
-    EXPECT_FALSE(desk.stop_Requested());
+    EXPECT_FALSE(desk.stopRequested());
     const auto written = static_cast<std::size_t>(result.rows);
     EXPECT_EQ(written < all.size(), reached);
     EXPECT_EQ(rows, reached && fails ? kOldRows : std::vector<Row>(all.begin(), all.begin() + written));
@@ -153,20 +153,20 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
 }
 
 TEST_F(Tickets, ASavedSetWritesScoresAlone) {
-  test::write_Rows(store_, kOldRows);
+  test::writeRows(store_, kOldRows);
   const auto never = [](std::size_t) { return false; };
-  auto set = load_Tickets(store_, kPeriod, never);
+  auto set = loadTickets(store_, kPeriod, never);
   ASSERT_TRUE(set.has_value());
   set->score = {2, 7};
-  save_Tickets(store_, *set, never);
+  saveTickets(store_, *set, never);
   auto expected = kOldRows;
   expected[0].mark = expected[0].shrink = 0;
   expected[2].score = 7;
-  EXPECT_EQ(test::read_Rows(store_), expected);
+  EXPECT_EQ(test::readRows(store_), expected);
 }
 
 TEST_F(Tickets, ListsEveryPeriodInTheOrderOfTheGrid) {
-  test::write_Rows(store_, kOldRows);
+  test::writeRows(store_, kOldRows);
   store_.db().exec("UPDATE 日志表 SET 红球中=6,蓝球中=1 WHERE ID=12");
   store_.db().exec("UPDATE 日志表 SET 红球中=NULL,蓝球中=NULL,蓝球=NULL WHERE ID=40");
   const Reds first{1, 2, 3, 4, 5, 6};
@@ -174,7 +174,7 @@ TEST_F(Tickets, ListsEveryPeriodInTheOrderOfTheGrid) {
                                         {1, kPeriod, {first, 7}, 0, 0},
                                         {2, kPeriod, {{2, 3, 4, 5, 6, 7}, 16}, 6, 1},
                                         {1, kPeriod + 1, {first, 0}, 0, 0}};
-  EXPECT_EQ(load_TicketList(store_), expected);
+  EXPECT_EQ(loadTicketList(store_), expected);
 }
 
 TEST_F(Tickets, AClickOnThePad) {
@@ -211,8 +211,8 @@ TEST_F(Tickets, AClickOnThePad) {
     pick(click.before);
     ScriptedDesk desk;
     if (click.answer) desk.answers = {*click.answer};
-    EXPECT_EQ(click_Number(store_, desk, click.code, click.tab), click.before != click.after);
-    EXPECT_EQ(load_Selection(store_), click.after);
+    EXPECT_EQ(clickNumber(store_, desk, click.code, click.tab), click.before != click.after);
+    EXPECT_EQ(loadSelection(store_), click.after);
     EXPECT_TRUE(desk.answers.empty());
     for (const auto& told : desk.told) desk.asked = {told.text};
     EXPECT_EQ(desk.asked, std::vector<std::string>(click.said.empty() ? 0 : 1, click.said));
@@ -221,7 +221,7 @@ TEST_F(Tickets, AClickOnThePad) {
 
 TEST_F(Tickets, TheSummaryNamesEachCount) {
   EXPECT_EQ(
-      combos_Text({3, 2, 4, 1, 7}),
+      combosText({3, 2, 4, 1, 7}),
       "\r\n\r\n\r\n已选红球“拖码”个数： ３\r\n\r\n已选红球“胆码”个数： ２\r\n\r\n已选蓝球“拖码”个数： ４"
       "\r\n\r\n已选蓝球“胆码”个数： １\r\n\r\n过滤缩水前全部号码组合： ７  注");
 }
@@ -229,10 +229,10 @@ TEST_F(Tickets, TheSummaryNamesEachCount) {
 TEST_F(Tickets, AClickOnAMarkedNumberWarnsFirst) {
   store_.db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
   desk_.answers = {false};
-  EXPECT_TRUE(click_Number(store_, desk_, 105, PadTab::tuo)) << "no period, no warning";
-  EXPECT_FALSE(click_Number(store_, desk_, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
-  EXPECT_TRUE(click_Number(store_, desk_, 107, PadTab::dan, kPeriod)) << "not marked";
-  EXPECT_FALSE(click_Number(store_, desk_, 105, PadTab::tuo, kPeriod)) << "locked";
+  EXPECT_TRUE(clickNumber(store_, desk_, 105, PadTab::tuo)) << "no period, no warning";
+  EXPECT_FALSE(clickNumber(store_, desk_, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
+  EXPECT_TRUE(clickNumber(store_, desk_, 107, PadTab::dan, kPeriod)) << "not marked";
+  EXPECT_FALSE(clickNumber(store_, desk_, 105, PadTab::tuo, kPeriod)) << "locked";
   ASSERT_TRUE(desk_.told.size() == 1 && desk_.answers.empty());
   EXPECT_EQ(desk_.told[0].text, "根据概率统计,号码: 05 在第 2026050 期出现的几率较低！");
 }

@@ -27,7 +27,7 @@ class AnalysisViewTest : public DrivenTest {
   [[nodiscard]] Commands& commands() override { return commands_; }
 
   // Ten draws: 1 comes at the places 2, 3 and 7, 2 at 0 and 1, 3 at 0 and 6, 4 at the first one only.
-  void put_TenDraws() {
+  void putTenDraws() {
     const std::vector<std::vector<int>> holds = {{2, 3, 4}, {2}, {1}, {1}, {}, {}, {3}, {1}, {}, {}};
     std::vector<StoredDraw> draws;
     for (const std::vector<int>& reds : holds) {
@@ -35,10 +35,10 @@ class AnalysisViewTest : public DrivenTest {
       std::ranges::copy(reds, numbers.reds.begin());
       draws.push_back({kFirst + static_cast<PeriodNo>(draws.size()), numbers});
     }
-    lotmere::test::put_Draws(store_, draws);
+    lotmere::test::putDraws(store_, draws);
   }
-  void put_EleventhDraw() {
-    lotmere::test::put_Draw(store_, kFirst + 10, "2026-01-29", {{1, 2, 3, 4, 5, 6}, 7});
+  void putEleventhDraw() {
+    lotmere::test::putDraw(store_, kFirst + 10, "2026-01-29", {{1, 2, 3, 4, 5, 6}, 7});
   }
   void show(BallColour balls = BallColour::red) {
     view_.show();
@@ -59,7 +59,7 @@ class OmissionViewTest : public AnalysisViewTest<OmissionView> {
   }
   // Whether a group tells the figures of this analysis.
   [[nodiscard]] bool tells(int number, const std::optional<Omission>& omission) {
-    return group(number).toolTip() == shown(omission_Tip(*omission, number));
+    return group(number).toolTip() == shown(omissionTip(*omission, number));
   }
   [[nodiscard]] std::optional<Omission> reds(PeriodNo period) {
     return analyseRedOmission(store_, desk_, period);
@@ -67,21 +67,21 @@ class OmissionViewTest : public AnalysisViewTest<OmissionView> {
   [[nodiscard]] std::optional<Omission> blues(PeriodNo period) {
     return analyseBlueOmission(store_, desk_, period);
   }
-  void type_Period(const char* period) {
+  void typePeriod(const char* period) {
     auto& line = *part<QComboBox>("Combo_QSofYLFX").lineEdit();
     line.selectAll();
     QTest::keyClicks(&line, QString::fromUtf8(period));
     QTest::keyClick(&line, Qt::Key_Return);
   }
   [[nodiscard]] std::string period() { return text("Combo_QSofYLFX"); }
-  [[nodiscard]] int groups_Shown() {
+  [[nodiscard]] int groupsShown() {
     return static_cast<int>(
         std::ranges::count_if(view_.findChildren<OmissionGroup*>(), &OmissionGroup::isVisible));
   }
 };
 
 TEST_F(OmissionViewTest, BarsStandWhereTheGeometrySaysInTheirColours) {
-  put_TenDraws();
+  putTenDraws();
   show();
   const Omission omission = *reds(kFirst + 9);
   const QWidget& frame = part("frm_YLFXmain");
@@ -96,12 +96,12 @@ TEST_F(OmissionViewTest, BarsStandWhereTheGeometrySaysInTheirColours) {
                         {"shorter than the average", 3, true, &Colours::running_gap},
                         {"once only: no average to compare with", 4, false, &Colours::running_gap}};
   for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
-    apply_Appearance(*qApp, appearance);
+    applyAppearance(*qApp, appearance);
     const QImage picture = view_.findChild<QWidget*>(frame.objectName())->grab().toImage();
     const QRect inner = frame.contentsRect();
     const double width = inner.width() * kTwips, height = inner.height() * kTwips;
     for (const auto& [what, number, closed, running] : cases) {
-      const Box box = place_Group(BallColour::red, number, width, height);
+      const Box box = placeGroup(BallColour::red, number, width, height);
       const OmissionBars bars = drawOmissionBars(omission, number, box.width, box.height);
       const auto colour = [&](const Box& bar, double part) {
         return picture.pixelColor(
@@ -116,31 +116,31 @@ TEST_F(OmissionViewTest, BarsStandWhereTheGeometrySaysInTheirColours) {
       EXPECT_EQ(colour(bars.largest, 0.1) == colours().largest_gap, higher) << what;
     }
   }
-  apply_Appearance(*qApp, Appearance::light);
+  applyAppearance(*qApp, Appearance::light);
   EXPECT_GT(group(4).bars().ball_foot, 30) << "a gap beyond the scale leaves room for the ball";
 }
 
 TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
-  put_TenDraws();
+  putTenDraws();
   show();
   const Omission omission = *reds(kFirst + 9);
   const OmissionBars bars = group(1).bars();
-  const auto tip_At = [&](const Box& bar, double part) {
+  const auto tip_at = [&](const Box& bar, double part) {
     const QPoint place(static_cast<int>(bar.left + bar.width / 2),
                        static_cast<int>(bar.top + bar.height * part));
     QHelpEvent rest(QEvent::ToolTip, place, group(1).mapToGlobal(place));
     QApplication::sendEvent(&group(1), &rest);
     return QToolTip::text();
   };
-  EXPECT_EQ(tip_At(bars.running, 0.5), shown(running_Tip(omission, 1)));
-  EXPECT_EQ(tip_At(bars.average, 0.5), shown(average_Tip(omission, 1))) << "in front of the largest";
-  EXPECT_EQ(tip_At(bars.largest, 0.1), shown(largest_Tip(omission, 1)));
-  EXPECT_EQ(tip_At({1, 1, 1, 1}, 0.5), shown(omission_Tip(omission, 1)));
+  EXPECT_EQ(tip_at(bars.running, 0.5), shown(runningTip(omission, 1)));
+  EXPECT_EQ(tip_at(bars.average, 0.5), shown(averageTip(omission, 1))) << "in front of the largest";
+  EXPECT_EQ(tip_at(bars.largest, 0.1), shown(largestTip(omission, 1)));
+  EXPECT_EQ(tip_at({1, 1, 1, 1}, 0.5), shown(omissionTip(omission, 1)));
   EXPECT_TRUE(tells(30, omission));
 
   EXPECT_EQ(group(1).focusPolicy(), Qt::StrongFocus);
   QTest::mouseClick(&group(30), Qt::LeftButton);
-  EXPECT_EQ(told(), omission_Report(omission, 30));
+  EXPECT_EQ(told(), omissionReport(omission, 30));
   for (const auto& [key, number] : {std::pair{Qt::Key_Right, 31},
                                     {Qt::Key_Left, 30},
                                     {Qt::Key_End, 33},
@@ -149,14 +149,14 @@ TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
                                     {Qt::Key_Left, 1}}) {
     QTest::keyClick(view_.focusWidget(), key);
     QTest::keyClick(view_.focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(told(), omission_Report(omission, number));
+    EXPECT_EQ(told(), omissionReport(omission, number));
     for (int other = 1; other <= kRedCount; ++other)
       EXPECT_EQ(group(other).focusPolicy() == Qt::StrongFocus, other == number) << other;
   }
 }
 
 TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
-  put_TenDraws();
+  putTenDraws();
   show();
   EXPECT_EQ(period() + text("Combo_ItemOfYLFX"), "2026010红球号码遗漏分析");
   const std::string malformed = "不对，应为年份加三位期次的7位数字，如 2007001。";
@@ -172,17 +172,17 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
               {"202600", "2026004", "期号“202600”" + malformed}};
   for (const auto& row : rows) {
     desk_.told.clear();
-    type_Period(row.typed);
+    typePeriod(row.typed);
     EXPECT_EQ(period(), row.taken);
     EXPECT_EQ(told(), row.says);
     EXPECT_TRUE(tells(1, reds(std::stoi(row.taken)))) << row.typed;
   }
-  EXPECT_EQ(groups_Shown(), kRedCount);
+  EXPECT_EQ(groupsShown(), kRedCount);
   select("Combo_ItemOfYLFX", 1);
-  EXPECT_EQ(groups_Shown(), kBlueCount);
+  EXPECT_EQ(groupsShown(), kBlueCount);
   EXPECT_EQ(group(16).geometry().right(), part("frm_YLFXmain").contentsRect().right());
   EXPECT_TRUE(tells(5, blues(2026004)));
-  put_EleventhDraw();
+  putEleventhDraw();
   view_.loadOmissionPeriods();
   EXPECT_EQ(period(), "2026011");
   EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 11);
@@ -193,24 +193,24 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
 TEST_F(OmissionViewTest, AnEmptyHistoryIsToldAndShowsNoGroup) {
   show();
   EXPECT_EQ(told(), "历史记录是空的，无法统计遗漏。");
-  EXPECT_EQ(groups_Shown(), 0);
-  put_TenDraws();
+  EXPECT_EQ(groupsShown(), 0);
+  putTenDraws();
   press("cmm_sxYL");
-  EXPECT_EQ(groups_Shown(), kRedCount);
+  EXPECT_EQ(groupsShown(), kRedCount);
   store_.query(R"(DELETE FROM "历史记录")").run();
   view_.loadOmissionPeriods();
   view_.showOmission();
-  EXPECT_EQ(groups_Shown(), 0);
+  EXPECT_EQ(groupsShown(), 0);
 }
 
 TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
   std::vector<StoredDraw> draws;
   for (PeriodNo period = kFirst; period < kFirst + 300; ++period)
     draws.push_back({period, {{1, 2, 3, 4, 5, 6}, 7}});
-  lotmere::test::put_Draws(store_, draws);
+  lotmere::test::putDraws(store_, draws);
   int served = 0;
   desk_.on_serve = [&] {
-    if (!desk_.job_Running() || ++served > 1) return;
+    if (!desk_.jobRunning() || ++served > 1) return;
     EXPECT_TRUE(part("ProgressBar_YL").isVisible() && !part("Combo_ItemOfYLFX").isEnabled());
     QTest::mouseClick(&group(1), Qt::LeftButton);
   };
@@ -218,7 +218,7 @@ TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
   EXPECT_GT(served, 0);
   EXPECT_TRUE(desk_.told.empty());
   EXPECT_TRUE(!part("ProgressBar_YL").isVisible() && part("Combo_ItemOfYLFX").isEnabled());
-  type_Period("2026001");
+  typePeriod("2026001");
   EXPECT_EQ(period(), "2026001") << "which isn't among the fifty listed";
 }
 
@@ -226,15 +226,15 @@ class CountChartTest : public AnalysisViewTest<CountChart> {
  protected:
   [[nodiscard]] CountBars& bars() { return part<CountBars>("MSChart_TiaoJian"); }
   // What the chart holds, as the engine would give it.
-  void expect_Rows(const std::vector<CountRow>& rows) {
+  void expectRows(const std::vector<CountRow>& rows) {
     QBarSet* set = static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
     ASSERT_EQ(set->count(), rows.size());
     const auto& axis = static_cast<QBarCategoryAxis&>(*bars().chart()->axes(Qt::Horizontal).constFirst());
     ASSERT_EQ(axis.count(), set->count());
     for (int i = 0; i < set->count(); ++i) {
       EXPECT_EQ(set->at(i), rows[i].count) << rows[i].label;
-      EXPECT_EQ(utf8(bars().tip_Of(i)), fmt::format("{}　{} 次", rows[i].label, rows[i].count));
-      EXPECT_EQ(utf8(axis.at(i)), format_Ball(i + 1));
+      EXPECT_EQ(utf8(bars().tipOf(i)), fmt::format("{}　{} 次", rows[i].label, rows[i].count));
+      EXPECT_EQ(utf8(axis.at(i)), formatBall(i + 1));
     }
     const bool red = set->count() == kRedCount;
     EXPECT_EQ(utf8(axis.titleText()), red ? "红球" : "蓝球");
@@ -244,47 +244,47 @@ class CountChartTest : public AnalysisViewTest<CountChart> {
 
 TEST_F(CountChartTest, TheChartHoldsTheCountsOfTheChosenSpan) {
   show(BallColour::blue);
-  expect_Rows(countBlueDraws(store_, desk_, 0, 0));
+  expectRows(countBlueDraws(store_, desk_, 0, 0));
   EXPECT_TRUE(desk_.told.empty()) << "an empty history counts nothing";
-  put_TenDraws();
-  view_.load_Periods();
+  putTenDraws();
+  view_.loadPeriods();
   select("Combo_MSChartItem", 0);
   EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").currentIndex(), -1) << "ten draws: from the first on";
-  expect_Rows(countRedDraws(store_, desk_, 0, 2026010));
-  put_EleventhDraw();
-  view_.load_Periods();
+  expectRows(countRedDraws(store_, desk_, 0, 2026010));
+  putEleventhDraw();
+  view_.loadPeriods();
   EXPECT_EQ(text("Combo_pic_TiaoJian_0"), "2026002");
-  expect_Rows(countRedDraws(store_, desk_, 2026002, 2026011));
+  expectRows(countRedDraws(store_, desk_, 2026002, 2026011));
   select("Combo_pic_TiaoJian_1", 4);
-  expect_Rows(countRedDraws(store_, desk_, 2026002, 2026007));
+  expectRows(countRedDraws(store_, desk_, 2026002, 2026007));
   select("Combo_MSChartItem", 1);
-  expect_Rows(countBlueDraws(store_, desk_, 2026002, 2026007));
+  expectRows(countBlueDraws(store_, desk_, 2026002, 2026007));
   select("Combo_pic_TiaoJian_0", 0);
-  expect_Rows(countBlueDraws(store_, desk_, 2026011, 2026007));
+  expectRows(countBlueDraws(store_, desk_, 2026011, 2026007));
 }
 
 TEST(CountGridTest, HasAtMostEightStepsUpToTheHighestBarAndRoomForItsLabel) {
   for (const auto& [largest, step, lines] :
        {std::tuple{0, 1, 2}, {8, 1, 9}, {9, 2, 5}, {80, 10, 9}, {81, 20, 5}, {401, 100, 5}}) {
-    const CountGrid grid = grid_For({{1, largest / 2, ""}, {2, largest, ""}, {3, largest / 3, ""}});
+    const CountGrid grid = gridFor({{1, largest / 2, ""}, {2, largest, ""}, {3, largest / 3, ""}});
     EXPECT_EQ(std::pair(grid.step, grid.lines), std::pair(step, lines)) << largest;
   }
 }
 
 TEST_F(CountChartTest, BarsInSpaceNeedOpenGlAndAllBarsLeadBack) {
-  put_TenDraws();
+  putTenDraws();
   show();
   int back = 0;
-  QObject::connect(&view_, &CountChart::back_Wanted, [&] { ++back; });
+  QObject::connect(&view_, &CountChart::backWanted, [&] { ++back; });
   press("cmm_Qiehuan");
   QTest::mouseDClick(bars().viewport(), Qt::LeftButton);
   EXPECT_EQ(back, 2);
   auto& in_space = part<QCheckBox>("Check_3D");
-  EXPECT_EQ(in_space.isEnabled(), has_OpenGl());
-  EXPECT_EQ(in_space.toolTip().contains(QStringLiteral("不支持 OpenGL")), !has_OpenGl());
+  EXPECT_EQ(in_space.isEnabled(), hasOpenGl());
+  EXPECT_EQ(in_space.toolTip().contains(QStringLiteral("不支持 OpenGL")), !hasOpenGl());
   in_space.click();
-  EXPECT_EQ(view_.findChild<CountBars3D*>() != nullptr, has_OpenGl());
-  EXPECT_EQ(bars().isVisible(), !has_OpenGl());
+  EXPECT_EQ(view_.findChild<CountBars3D*>() != nullptr, hasOpenGl());
+  EXPECT_EQ(bars().isVisible(), !hasOpenGl());
 }
 
 }  // namespace

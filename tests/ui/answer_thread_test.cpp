@@ -25,7 +25,7 @@ class AnswerThreadTest : public testing::Test {
   AnswerThread::Question quick(const char* name) {
     return [this, name](Course&) { return [this, name] { answered_ += name; }; };
   }
-  bool wait_Begun(int questions) {
+  bool waitBegun(int questions) {
     return QTest::qWaitFor([&] { return begun_ == questions; });
   }
 
@@ -38,7 +38,7 @@ TEST_F(AnswerThreadTest, TheNewestQuestionStopsAndSilencesTheOlder) {
   AnswerThread answers(desk_);
   EXPECT_FALSE(answers.isBusy());
   answers.ask(endless());
-  ASSERT_TRUE(wait_Begun(1));
+  ASSERT_TRUE(waitBegun(1));
   answers.ask(quick("lost "));
   answers.ask(quick("second "));
   EXPECT_TRUE(answers.isBusy());
@@ -60,7 +60,7 @@ TEST_F(AnswerThreadTest, ADroppedQuestionGivesNothingAndAFailureIsTold) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !answers.isBusy(); }));
     EXPECT_EQ(desk_.told.size(), 1U);
     answers.ask(endless());
-    ASSERT_TRUE(wait_Begun(1));
+    ASSERT_TRUE(waitBegun(1));
   }
   QTest::qWait(0);
   EXPECT_EQ(answered_, "");

@@ -24,14 +24,14 @@ namespace {
 
 constexpr const char* kSheet = "mnu_TiaojianChoseNumber";
 constexpr const char* kShrink = "mnu_TiaojianShuosui";
-std::string tab_Command(int tab) { return ConditionsPage::tab_Command(tab); }
+std::string tabCommand(int tab) { return ConditionsPage::tabCommand(tab); }
 
 class ConditionsTest : public WindowTest {
  protected:
   void SetUp() override {
-    lotmere::test::put_Draw(home_.store(), 2026088, "2026-08-13", {{7, 9, 14, 20, 28, 33}, 2});
-    lotmere::test::put_Draw(home_.store(), 2026089, "2026-08-16", {{1, 12, 13, 24, 30, 31}, 9});
-    open_Settled();
+    lotmere::test::putDraw(home_.store(), 2026088, "2026-08-13", {{7, 9, 14, 20, 28, 33}, 2});
+    lotmere::test::putDraw(home_.store(), 2026089, "2026-08-16", {{1, 12, 13, 24, 30, 31}, 9});
+    openSettled();
     choose("tab_2");
   }
   // A click on a row of a list.
@@ -48,14 +48,14 @@ class ConditionsTest : public WindowTest {
     Q_EMIT box.activated(index);
   }
   // While another program holds the store.
-  void while_Held(const std::function<void()>& clicks) {
+  void whileHeld(const std::function<void()>& clicks) {
     store().db().setBusyTimeout(0);
     SQLite::Database other(store().path().string(), SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
     clicks();
   }
   // What the foot is to tell, worked out here.
-  [[nodiscard]] std::optional<LiveCount::Result> count_Live() {
+  [[nodiscard]] std::optional<LiveCount::Result> countLive() {
     FreeCourse course;
     return LiveCount().count(
         {loadLiveTickets(store()), loadConditionSet(store()), loadDrawTable(store()), 2026091}, course);
@@ -106,7 +106,7 @@ class ConditionsTest : public WindowTest {
     return text;
   }
   // Whether the foot is written, which a test has replaced by a question mark.
-  [[nodiscard]] bool is_Counted() {
+  [[nodiscard]] bool isCounted() {
     return QTest::qWaitFor([this] { return text("Label_liveCount") != "?"; }, 2000);
   }
 };
@@ -122,12 +122,12 @@ struct Click {
 // Each click with the store held by another program, and then free: what it shows is what is stored, at once
 // and when the page is opened again, and the tickets that are left are counted anew.
 TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
-  const std::string counts = tab_Command(11), intervals = tab_Command(14), places = tab_Command(15),
-                    shapes = tab_Command(16), groups = tab_Command(41), match = tab_Command(42);
+  const std::string counts = tabCommand(11), intervals = tabCommand(14), places = tabCommand(15),
+                    shapes = tabCommand(16), groups = tabCommand(41), match = tabCommand(42);
   const auto item = [&](const char* list, int row) { return [=, this] { tick(list, row); }; };
   const auto button = [&](const char* name) { return [=, this] { click(name); }; };
   const auto choice = [&](const char* name, int index) { return [=, this] { select(name, index); }; };
-  set_Group(store(), 1, std::vector{3, 9});
+  setGroup(store(), 1, std::vector{3, 9});
   const Click clicks[] = {
       {kSheet, "an item", item("List_TjA_8", 6), "cell 3646=1; "},
       {kSheet, "the first item of a longer list", item("List_TjA_11", 0), "cell 3401=1; "},
@@ -148,7 +148,7 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
       {places, "its box", button("Check_useDingWeiTiaojiao_30"), "switch 30=0; "},
       {places, "the tolerance", button("Option_DingweiRongcuo_3"), "cell 3901=3; "},
       {shapes, "a shape", item("List_TiaojianElse", 9), "cell 4009=1; switch 37=1; "},
-      {tab_Command(17), "a shape of another condition", item("List_TiaojianElse", 2),
+      {tabCommand(17), "a shape of another condition", item("List_TiaojianElse", 2),
        "cell 4022=0; switch 38=1; "},
       {groups, "a number", button("cmm_ZDY_12"), "number 12 自定义组1=1; "},
       {groups, "a count", item("List_ZDYset", 5), "cell 3805=0; switch 20=1; "},
@@ -172,21 +172,21 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
     const auto stored = settings();
     const auto shown_before = face();
     desk_.told.clear();
-    while_Held(row.click);
+    whileHeld(row.click);
     EXPECT_EQ(differences(face(), shown_before), "");
     EXPECT_EQ(desk_.told.size(), 1U);
     EXPECT_EQ(changes(stored), "");
     foot.setText(QStringLiteral("?"));
     row.click();
     EXPECT_EQ(changes(stored), row.stores);
-    EXPECT_TRUE(is_Counted()) << "anew behind the click";
+    EXPECT_TRUE(isCounted()) << "anew behind the click";
     const auto shown_behind = face();
     EXPECT_NE(differences(shown_behind, shown_before), "");
     choose("tab_1");
     choose("tab_2");
     EXPECT_EQ(differences(face(), shown_behind), "");
     foot.setText(QStringLiteral("?"));
-    EXPECT_TRUE(is_Counted()) << "when the page is opened; nothing is under way before the next click";
+    EXPECT_TRUE(isCounted()) << "when the page is opened; nothing is under way before the next click";
   }
 }
 
@@ -196,11 +196,11 @@ TEST_F(ConditionsTest, TheSheetFollowsWhateverChangesTheStore) {
       {"clicks on the sheet", [&] { pick({33}), tick("List_TjA_8", 5), click("Check_useTiaojiao_18"); }},
       {"clicks on a page",
        [&] {
-         choose(tab_Command(11));
+         choose(tabCommand(11));
          tick("List_TJ_0", 6), click("Check_page_0");
        }},
-      {"a click that leads its box", [&] { choose(tab_Command(16)), tick("List_TiaojianElse", 2); }},
-      {"a new draw", [&] { enter_Draw(2026091, 20); }},
+      {"a click that leads its box", [&] { choose(tabCommand(16)), tick("List_TiaojianElse", 2); }},
+      {"a new draw", [&] { enterDraw(2026091, 20); }},
       {"empty intervals",
        [&] {
          choose("mnu_newQuJian");
@@ -226,12 +226,12 @@ TEST_F(ConditionsTest, TheSheetFollowsWhateverChangesTheStore) {
 }
 
 TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
-  static_cast<void>(load_LiShi(store()));  // its page sets the range at every load
+  static_cast<void>(loadMatchPage(store()));  // its page sets the range at every load
   const auto before = settings();
   for (int tab = 42; tab >= 1; --tab) {
     auto& strip = part<QListView>("TabStrip_TiaoJian");
     if (tab % 2 == 0)
-      choose(tab_Command(tab));
+      choose(tabCommand(tab));
     else
       strip.setCurrentIndex(strip.model()->index(tab - 1, 0));
     EXPECT_EQ(changes(before), "") << "tab " << tab;
@@ -253,7 +253,7 @@ TEST_F(ConditionsTest, AListTakesTheSpaceBarAndTellsTheCurrentValues) {
   const QAbstractItemModelTester tester(list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   for (int k = 0; k <= 6; ++k) {
     list.setCurrentIndex(list.model()->index(k, 0));
-    const bool allowed = condition_Value(store(), 3640 + k) == 1;
+    const bool allowed = conditionValue(store(), 3640 + k) == 1;
     if (allowed != (k == 2 || k == 3)) QTest::keyClick(&list, Qt::Key_Space);
   }
   EXPECT_TRUE(list.parentWidget()->findChild<QLabel*>()->text().contains(QStringLiteral("２～３")));
@@ -269,7 +269,7 @@ TEST_F(ConditionsTest, ConcreteCombinationsFollowTheChosenDraw) {
 }
 
 TEST_F(ConditionsTest, EachGroupIsFilledAndEmptiedByItself) {
-  choose(tab_Command(41));
+  choose(tabCommand(41));
   const auto before = settings();
   auto& lines = part<QListView>("List_ZDY");
   for (const auto& [tab, number] : {std::pair{0, "cmm_ZDY_03"}, {1, "cmm_ZDY_05"}, {9, "cmm_ZDY_33"}}) {
@@ -292,14 +292,14 @@ TEST_F(ConditionsTest, EachGroupIsFilledAndEmptiedByItself) {
 }
 
 TEST_F(ConditionsTest, OnlyShowingTheMatchPageMovesItsRangeOn) {
-  const auto last = [&] { return load_HistoryMatch(store()).last; };
-  const std::string match = tab_Command(42);
+  const auto last = [&] { return loadHistoryMatch(store()).last; };
+  const std::string match = tabCommand(42);
   PeriodNo newest = 2026090;
   for (const char* command : {"mnu_TiaojianView", "huanyuan", kSheet}) {
     choose(match);
     EXPECT_EQ(last(), newest);
     choose("tab_1");  // from here the page is left and another one asked for from outside
-    lotmere::test::put_Draw(store(), ++newest, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
+    lotmere::test::putDraw(store(), ++newest, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
     desk_.choices = {1};
     choose(command);
     EXPECT_EQ(last(), newest - 1) << command << " doesn't show the page";
@@ -326,9 +326,9 @@ class IntervalTest : public ConditionsTest {
   void SetUp() override {
     ConditionsTest::SetUp();
     store().db().exec(R"(UPDATE "历史记录" SET "区间2"=7)");  // no count: whatever counts anew shows
-    show_Page();
+    showPage();
   }
-  void show_Page() {
+  void showPage() {
     choose("mnu_newQuJian");
     click("Option_QujianDingyi_1");
   }
@@ -337,7 +337,7 @@ class IntervalTest : public ConditionsTest {
     std::string text;
     const QAbstractItemModel& rows = *part<FrozenGrid>("TDBGridHistory").left().model();
     int column = 0;
-    while (draw_Columns()[static_cast<std::size_t>(column)].name != "区间2") ++column;
+    while (drawColumns()[static_cast<std::size_t>(column)].name != "区间2") ++column;
     for (int row = 0; row < rows.rowCount(); ++row) text += utf8(rows.index(row, column).data().toString());
     return text;
   }
@@ -364,18 +364,18 @@ TEST_F(IntervalTest, TheDrawsAreCountedAnewWhereverThePageIsLeft) {
               {"by a kill, and a new start", "cmm_QujianHuafen_30", [&] { open(); }, "330"},
               {"by a close", "cmm_QujianHuafen_01", [&] { close(true); }, "341"}};
   for (const auto& row : rows) {
-    show_Page();
+    showPage();
     click(row.clicked);
     choose("mnu_youxiguizhe");  // another text of the same page
     row.leave();
     EXPECT_EQ(grid(), row.counts) << row.name;
   }
-  EXPECT_FALSE(interval_CountsDue(store()));
+  EXPECT_FALSE(intervalCountsDue(store()));
 }
 
 TEST_F(IntervalTest, AClickThatCannotBeStoredShowsTheIntervalsAsTheyAre) {
   const auto before = face();
-  while_Held([&] {
+  whileHeld([&] {
     click("cmm_QujianHuafen_01");
     click("Option_QujianDingyi_3");
     press("cmm_CLSQujianHuafen");
@@ -394,12 +394,12 @@ TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
   };
   EXPECT_TRUE(tells("还没有投注号，也没有选好号码。"));
   pick({8, 9, 10, 11, 12, 13, 14, 15, 16, 108, 109});
-  EXPECT_TRUE(tells(live_Text(*count_Live())));
+  EXPECT_TRUE(tells(liveText(*countLive())));
   desk_.texts = {"2026091"};
   choose("mnu_ShengCeng_0");
   choose("tab_2");
   tick("List_TjA_8", 3);
-  EXPECT_TRUE(tells(live_Text(*count_Live())));
+  EXPECT_TRUE(tells(liveText(*countLive())));
 }
 
 // The count of a large table is taken in slices: clicks and commands come between them and find the store
@@ -409,24 +409,24 @@ TEST_F(ConditionsTest, ACountUnderWayGivesWay) {
     INSERT INTO "日志表"("序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
     SELECT i+1,2026091,1+i%5,6+i/5%5,11+i/25%5,16+i/125%5,21+i/625%6,27+i/3750%7,1+i/26250%16 FROM c)");
   auto& foot = part<QLabel>("Label_liveCount");
-  const auto open_InTheMiddle = [&] {
+  const auto open_in_the_middle = [&] {
     choose("tab_1");
     choose("tab_2");
     foot.setText(QStringLiteral("?"));
     QTest::qWait(70);  // while the tickets are read
   };
-  open_InTheMiddle();
+  open_in_the_middle();
   click("Check_useTiaojiao_8");
   EXPECT_TRUE(QTest::qWaitFor([&] { return foot.text().startsWith(QStringLiteral("表格中")); }, 20'000));
-  const auto counted = count_Live();
-  EXPECT_EQ(utf8(foot.text()), live_Text(*counted));
-  open_InTheMiddle();
+  const auto counted = countLive();
+  EXPECT_EQ(utf8(foot.text()), liveText(*counted));
+  open_in_the_middle();
   desk_.texts = {"2026091"};
   desk_.told.clear();
   choose("mnu_ShengCeng_1");
   EXPECT_TRUE(desk_.told.empty()) << told();
-  EXPECT_EQ(count_Rows("日志表"), counted->survivors);
-  open_InTheMiddle();
+  EXPECT_EQ(countRows("日志表"), counted->survivors);
+  open_in_the_middle();
   program_.reset();  // the end of the program in the middle
 }
 
@@ -442,7 +442,7 @@ TEST_F(ConditionsTest, TipsTellHowMuchAConditionLetsThrough) {
   };
   EXPECT_TRUE(tip("Check_useTiaojiao_0").starts_with("总和值\n当前取值：６０～１４３\n放行全部红球组合的"));
   EXPECT_TRUE(tip("Check_zdyQJ_0").starts_with("六区间1"));
-  choose(tab_Command(42));
+  choose(tabCommand(42));
   EXPECT_TRUE(tip("Check_Historyguolu").starts_with("历史数据过滤\n放行全部红球组合的"));
 }
 
@@ -452,17 +452,17 @@ TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceFollowTheDrawsAndGiveItBack) {
   EXPECT_TRUE(part("Combo_ItemOfYLFX").isVisible() && !part("List_TjA_0").isVisible());
   press("cmm_Cstj_1");
   EXPECT_EQ(text("Combo_MSChartItem"), "蓝球号码统计");
-  enter_Draw(2026091, 10);
+  enterDraw(2026091, 10);
   choose("tab_2");
   EXPECT_EQ(text("Combo_pic_TiaoJian_1"), "2026091");
   EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").count(), 4);
-  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tip_Of(7).endsWith(QStringLiteral("　1 次")));
+  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tipOf(7).endsWith(QStringLiteral("　1 次")));
   EXPECT_TRUE(part("Combo_MSChartItem").isVisible()) << "the view stays until the user leaves it";
   for (auto* back : window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
     if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
   EXPECT_TRUE(part("List_TjA_0").isVisible());
   press("cmm_Yltj_0");
-  enter_Draw(2026092, 11);
+  enterDraw(2026092, 11);
   choose("tab_2");
   EXPECT_EQ(text("Combo_QSofYLFX"), "2026092");
   EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 5);

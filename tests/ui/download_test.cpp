@@ -9,25 +9,25 @@ namespace {
 using DownloadTest = WindowTest;
 
 TEST_F(DownloadTest, ASilentServerIsLeftAtTheStopButtonEachTime) {
-  open_Settled();
+  openSettled();
   clock_.day = std::chrono::sys_days{std::chrono::August / 22 / 2026};  // a draw is due
   int served = 0;
   desk_.on_serve = [&] {
     if (++served != 5) return;  // the first times the server may not have taken the call yet
     EXPECT_TRUE(part("myJinDuCTL1").isVisible());
     EXPECT_FALSE(part("TabStrip_Top").isEnabled());
-    QTest::mousePress(&part_Of(part("myJinDuCTL1"), "cmm_stop"), Qt::LeftButton);
+    QTest::mousePress(&partOf(part("myJinDuCTL1"), "cmm_stop"), Qt::LeftButton);
   };
   for (int times = 1; times <= 2; ++times) {
     served = 0;
-    const bool left = lotmere::test::with_Server("", true, [this](const std::string& address) {
+    const bool left = lotmere::test::withServer("", true, [this](const std::string& address) {
       desk_.texts = {address};
       press("cmmUpdateHistory_1");
     });
     EXPECT_TRUE(left) << "the line that the server holds";
     EXPECT_TRUE(desk_.told.empty());
-    EXPECT_EQ(count_Rows("历史记录"), 1);
-    EXPECT_EQ(stored_Address(store(), AddressUse::draw_list), "") << "which is asked for again";
+    EXPECT_EQ(countRows("历史记录"), 1);
+    EXPECT_EQ(storedAddress(store(), AddressUse::draw_list), "") << "which is asked for again";
     EXPECT_TRUE(part("TabStrip_Top").isEnabled() && part("cmmUpdateHistory_1").isEnabled());
     EXPECT_FALSE(part("myJinDuCTL1").isVisible());
     EXPECT_EQ(text("StatusBar_2"), "");

@@ -16,56 +16,56 @@
 namespace lotmere::ui::test {
 namespace {
 
-using lotmere::test::put_Draw;
+using lotmere::test::putDraw;
 
 constexpr DrawNumbers kNumbers{{1, 5, 7, 14, 21, 33}, 8};
 constexpr const char* kNormalRows = "2007023-2008050:100";
 
 class HistoryPageTest : public DrivenTest {
  protected:
-  HistoryPageTest() { clock_.day = *parse_Date("2008-05-02"); }
+  HistoryPageTest() { clock_.day = *parseDate("2008-05-02"); }
   void SetUp() override {
-    put_Draw(store_, 2008049, "2008-04-27", {{2, 3, 4, 5, 6, 7}, 5});
-    put_Draw(store_, 2008050, "2008-04-29", {{5, 8, 9, 10, 11, 12}, 5});
+    putDraw(store_, 2008049, "2008-04-27", {{2, 3, 4, 5, 6, 7}, 5});
+    putDraw(store_, 2008050, "2008-04-29", {{5, 8, 9, 10, 11, 12}, 5});
     page_.resize(1240, 560);
     page_.show();
     page_.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&page_));
     page_.refreshHistoryView();
-    page_.load_Entry();
+    page_.loadEntry();
   }
   [[nodiscard]] const QWidget& whole() override { return page_; }
   [[nodiscard]] Commands& commands() override { return commands_; }
 
   // More than the hundred rows that are shown as a rule.
-  void put_OldDraws() {
+  void putOldDraws() {
     for (PeriodNo period = 2007001; period <= 2007120; ++period)
-      put_Draw(store_, period, "2007-01-02", kNumbers);
+      putDraw(store_, period, "2007-01-02", kNumbers);
     page_.refreshHistoryView();
     QTest::qWait(0);
   }
-  std::string put_List(const char* text) {
-    real_Files().write_Whole(home_.path() / "a list.txt", text);
+  std::string putList(const char* text) {
+    realFiles().writeWhole(home_.path() / "a list.txt", text);
     return (home_.path() / "a list.txt").string();
   }
-  static std::string box_Name(int i) { return "TextHistory_" + std::to_string(i); }
-  std::string box(int i) { return text(box_Name(i)); }
+  static std::string boxName(int i) { return "TextHistory_" + std::to_string(i); }
+  std::string box(int i) { return text(boxName(i)); }
   // The period and the date that are proposed.
-  std::string proposed() { return box(0) + ' ' + format_Date(session_.entry_date); }
+  std::string proposed() { return box(0) + ' ' + formatDate(session_.entry_date); }
   std::string focused() {
     return page_.focusWidget() == nullptr ? "" : utf8(page_.focusWidget()->objectName());
   }
   // Types into the boxes from the period on, with Enter behind each number.
   void type(const char* period, const std::vector<const char*>& numbers) {
-    for (int i = 0; i <= 7; ++i) part<QLineEdit>(box_Name(i)).clear();
-    QTest::keyClicks(&part(box_Name(0)), QString::fromUtf8(period));
-    part(box_Name(1)).setFocus();
+    for (int i = 0; i <= 7; ++i) part<QLineEdit>(boxName(i)).clear();
+    QTest::keyClicks(&part(boxName(0)), QString::fromUtf8(period));
+    part(boxName(1)).setFocus();
     for (const char* number : numbers) {
       QTest::keyClicks(page_.focusWidget(), QString::fromUtf8(number));
       QTest::keyClick(page_.focusWidget(), Qt::Key_Return);
     }
   }
-  void remove_Draw(std::optional<std::string> typed, std::optional<std::size_t> answer) {
+  void removeDraw(std::optional<std::string> typed, std::optional<std::size_t> answer) {
     desk_.texts = {std::move(typed)};
     desk_.choices = {answer};
     press("cmm_scls");
@@ -74,7 +74,7 @@ class HistoryPageTest : public DrivenTest {
   QAbstractItemModel& rows() { return *part<FrozenGrid>("TDBGridHistory").left().model(); }
   std::string cell(int row, int column) { return utf8(rows().index(row, column).data().toString()); }
   // The first and the last shown period and the count.
-  std::string shown_Rows() {
+  std::string shownRows() {
     const int last = rows().rowCount() - 1;
     return cell(0, 0) + "-" + cell(last, 0) + ":" + std::to_string(last + 1);
   }
@@ -89,7 +89,7 @@ class HistoryPageTest : public DrivenTest {
   Commands commands_{desk_};
   Session session_{store_, home_.home(), desk_, clock_, commands_};
   HistoryPage page_{session_};
-  QSignalSpy changes_{&page_, &HistoryPage::history_Changed};
+  QSignalSpy changes_{&page_, &HistoryPage::historyChanged};
 };
 
 TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
@@ -101,7 +101,7 @@ TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
   EXPECT_TRUE(desk_.told.empty());
   ASSERT_TRUE(findDraw(store_, 2008051));
   EXPECT_EQ(findDraw(store_, 2008051)->numbers, kNumbers);
-  EXPECT_EQ(latestDrawDate(store_), *parse_Date("2008-05-01"));
+  EXPECT_EQ(latestDrawDate(store_), *parseDate("2008-05-01"));
   EXPECT_EQ(cell(2, 9), "81") << "its statistics are there and shown";
   EXPECT_EQ(proposed() + box(1) + box(7), "2008052 2008-05-04") << "ready for the next one";
   EXPECT_EQ(focused(), "TextHistory_1");
@@ -114,8 +114,8 @@ TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
 
 TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
   const std::vector<const char*> good{"1", "2", "3", "4", "5", "6", "8"};
-  const std::string bad_Numbers = "输入有误或不完整,请核对后重新输入!";
-  const auto bad_Period = [](const std::string& typed) {
+  const std::string badNumbers = "输入有误或不完整,请核对后重新输入!";
+  const auto bad_period = [](const std::string& typed) {
     return "期号“" + typed + "”不对，应为年份加三位期次的7位数字，如 2007001。";
   };
   const struct {
@@ -124,13 +124,13 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
     std::string says;
     std::string shown;
     int focus;
-  } cases[] = {{"", {"33", "7", "7", "5", "1", "14", "8"}, bad_Numbers, " 1 5 7 14 33  8", 6},
-               {"", {"9", "3", "40", "5", "1", "14", "8"}, bad_Numbers, " 3 9 40 5 1 14 8", 3},
-               {"", {"6", "5", "4", "3", "2", "1", "17"}, bad_Numbers, " 1 2 3 4 5 6 17", 7},
-               {"", {"6", "5", "4", "3", "2", "0", "7"}, bad_Numbers, " 2 3 4 5 6 0 7", 6},
-               {"", {"", "", "", "", "", "", ""}, bad_Numbers, "       ", 1},
-               {"202609", good, bad_Period("202609"), "202609 1 2 3 4 5 6 8", 0},
-               {"20080510", good, bad_Period("20080510"), "20080510 1 2 3 4 5 6 8", 0}};
+  } cases[] = {{"", {"33", "7", "7", "5", "1", "14", "8"}, badNumbers, " 1 5 7 14 33  8", 6},
+               {"", {"9", "3", "40", "5", "1", "14", "8"}, badNumbers, " 3 9 40 5 1 14 8", 3},
+               {"", {"6", "5", "4", "3", "2", "1", "17"}, badNumbers, " 1 2 3 4 5 6 17", 7},
+               {"", {"6", "5", "4", "3", "2", "0", "7"}, badNumbers, " 2 3 4 5 6 0 7", 6},
+               {"", {"", "", "", "", "", "", ""}, badNumbers, "       ", 1},
+               {"202609", good, bad_period("202609"), "202609 1 2 3 4 5 6 8", 0},
+               {"20080510", good, bad_period("20080510"), "20080510 1 2 3 4 5 6 8", 0}};
   const QWidget& frame = part("FrameHkaijian");
   for (const auto& row : cases) {
     SCOPED_TRACE(row.shown);
@@ -141,7 +141,7 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
     std::string boxes = box(0);
     for (int i = 1; i <= 7; ++i) boxes += " " + box(i);
     EXPECT_EQ(boxes, row.shown);
-    EXPECT_EQ(focused(), box_Name(row.focus));
+    EXPECT_EQ(focused(), boxName(row.focus));
     EXPECT_LT(frame.x(), 0) << "the frame slides in";
     EXPECT_TRUE(QTest::qWaitFor([&] { return box(0) == "2008051"; })) << "proposed anew";
     EXPECT_EQ(frame.x(), 0);
@@ -150,8 +150,8 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
   EXPECT_EQ(store_.value(R"(SELECT count(*) FROM "历史记录")"), 2);
   const char* const pasted[] = {" ２００８０５１　", "１", "2", "3", "4", "5", "３３", "8"};
   for (int i = 0; i <= 7; ++i) {
-    part<QLineEdit>(box_Name(i)).clear();
-    part<QLineEdit>(box_Name(i)).insert(QString::fromUtf8(pasted[i]));
+    part<QLineEdit>(boxName(i)).clear();
+    part<QLineEdit>(boxName(i)).insert(QString::fromUtf8(pasted[i]));
   }
   EXPECT_EQ(box(0), "2008051");
   QTest::keyClick(&part("TextHistory_7"), Qt::Key_Return);
@@ -159,21 +159,21 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
 }
 
 TEST_F(HistoryPageTest, ADeletedDrawIsProposedAgain) {
-  remove_Draw("2008050", std::nullopt);
+  removeDraw("2008050", std::nullopt);
   EXPECT_TRUE(desk_.told.empty() && findDraw(store_, 2008050)) << "Esc changes nothing";
   EXPECT_NE(desk_.asked.back().find("2008050 期  2008-04-29  05 08 09 10 11 12+05"), std::string::npos);
-  remove_Draw("2008050", 0);
+  removeDraw("2008050", 0);
   EXPECT_EQ(desk_.proposed[0], "2008050");
   EXPECT_EQ(told(), "删除完成！");
-  EXPECT_EQ(shown_Rows(), "2008049-2008049:1");
+  EXPECT_EQ(shownRows(), "2008049-2008049:1");
   EXPECT_EQ(proposed(), "2008050 2008-04-29");
-  remove_Draw("20080501", 0);
+  removeDraw("20080501", 0);
   EXPECT_EQ(desk_.told.back().title, "删除失败");
-  remove_Draw(std::nullopt, 0);
+  removeDraw(std::nullopt, 0);
   EXPECT_EQ(desk_.told.size(), 2U) << "nothing is said of a cancelled question";
   EXPECT_EQ(changes_.count(), 1);
   press("Option_TorD_1");
-  remove_Draw("2008049", 0);
+  removeDraw("2008049", 0);
   EXPECT_EQ(told(), "删除完成，将重新加载数据。");
   for (const char* mode : {"Option_TorD_1", "Option_TorD_0"}) {
     press(mode);
@@ -186,10 +186,10 @@ TEST_F(HistoryPageTest, ADeletedDrawIsProposedAgain) {
 }
 
 TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
-  put_OldDraws();
-  EXPECT_EQ(shown_Rows(), kNormalRows);
-  const auto can_Begin = [&] { return part("filterBegin").isEnabled(); };
-  EXPECT_FALSE(can_Begin());
+  putOldDraws();
+  EXPECT_EQ(shownRows(), kNormalRows);
+  const auto can_begin = [&] { return part("filterBegin").isEnabled(); };
+  EXPECT_FALSE(can_begin());
   choose("CmmSousuo");
   EXPECT_EQ(focused(), "FilterText_0");
   QTest::keyClicks(page_.focusWidget(), QStringLiteral("200701"));
@@ -197,22 +197,22 @@ TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
   QTest::qWait(0);
   EXPECT_EQ(rows().rowCount(), 100) << "no search while somebody types, nor by another command";
   press("filterBegin");
-  EXPECT_EQ(shown_Rows(), "2007010-2007019:10");
+  EXPECT_EQ(shownRows(), "2007010-2007019:10");
   QTest::qWait(0);
-  EXPECT_FALSE(can_Begin());
+  EXPECT_FALSE(can_begin());
   search(8, "5");
-  EXPECT_EQ(shown_Rows(), kNormalRows) << "nothing is found: back to the normal rows";
+  EXPECT_EQ(shownRows(), kNormalRows) << "nothing is found: back to the normal rows";
   EXPECT_EQ(told(), "没有符合条件的记录。");
   EXPECT_EQ(text("FilterText_0"), "200701") << "what was typed stays";
-  EXPECT_TRUE(can_Begin());
+  EXPECT_TRUE(can_begin());
   press("cmdClearFilter");
   search(8, "05");
-  EXPECT_EQ(shown_Rows(), "2008049-2008050:2") << "as the grid shows it";
+  EXPECT_EQ(shownRows(), "2008049-2008050:2") << "as the grid shows it";
   press("cmdClearFilter");
-  EXPECT_EQ(shown_Rows(), kNormalRows);
+  EXPECT_EQ(shownRows(), kNormalRows);
   search(0, "200712");
   press("OptionHistoryMode_1");
-  EXPECT_EQ(shown_Rows(), "2007001-2008050:122");
+  EXPECT_EQ(shownRows(), "2007001-2008050:122");
   press("Option_TorD_1");
   const QScrollBar* chart = part<QTableView>("TDBGrid_FenBu").verticalScrollBar();
   EXPECT_TRUE(chart->maximum() > 0 && chart->value() == chart->maximum()) << "the newest draws are in sight";
@@ -234,7 +234,7 @@ TEST_F(HistoryPageTest, OptionsAndMenuShowTheSameViews) {
 }
 
 TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
-  real_Files().write_Whole(home_.path() / "08050.html", "双色球");
+  realFiles().writeWhole(home_.path() / "08050.html", "双色球");
   const std::string prefix = "file://" + home_.path().string() + "/";
   const struct {
     const char* command;
@@ -261,7 +261,7 @@ TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
 
 TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   const std::string list =
-      put_List("=336= 2008051 2008/05/01 01 05 07 14 21 33 08\n2008052 2008/05/04 01 02 03 04 05 06 07");
+      putList("=336= 2008051 2008/05/01 01 05 07 14 21 33 08\n2008052 2008/05/04 01 02 03 04 05 06 07");
   int usable = -1;  // how often somebody could have typed while a job ran
   desk_.on_serve = [&] { usable = std::max(usable, 0) + part("Pic_addHistory").isEnabled(); };
   desk_.texts = {"file:///nowhere", list};
@@ -276,19 +276,19 @@ TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   choose("mnu_AutoUpdate");  // nothing newer
   EXPECT_EQ(desk_.proposed, (std::vector<std::string>{"", "file:///nowhere"})) << "the typed one stays";
   EXPECT_EQ(changes_.count(), 2);
-  EXPECT_EQ(shown_Rows(), "2008049-2008051:3");
+  EXPECT_EQ(shownRows(), "2008049-2008051:3");
   EXPECT_EQ(proposed(), "2008052 2008-05-04") << "behind the newest draw, however often";
   EXPECT_EQ(usable, 0);
   EXPECT_EQ(focused(), "TextHistory_3") << "the user goes on where they were";
   desk_.texts = {"", "https://me@site/d/"};
   choose("mnu_DownloadAddress");
   choose("mnu_DetailAddress");
-  EXPECT_EQ(stored_Address(store_, AddressUse::draw_list), "");
-  EXPECT_EQ(stored_Address(store_, AddressUse::detail_page), "https://me@site/d/");
+  EXPECT_EQ(storedAddress(store_, AddressUse::draw_list), "");
+  EXPECT_EQ(storedAddress(store_, AddressUse::detail_page), "https://me@site/d/");
 }
 
 TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
-  put_OldDraws();
+  putOldDraws();
   auto& grid = part<FrozenGrid>("TDBGridHistory");
   QScrollBar* left = grid.left().verticalScrollBar();
   QScrollBar* right = grid.right().verticalScrollBar();
@@ -308,7 +308,7 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   resize(380);
   EXPECT_EQ(values(), std::pair(70, 70)) << "who reads further up stays there";
 
-  const auto current = [&] { return std::pair(grid.current_Column(), page_.focusWidget()); };
+  const auto current = [&] { return std::pair(grid.currentColumn(), page_.focusWidget()); };
   grid.left().setFocus();
   grid.left().setCurrentIndex(rows().index(3, kBlueColumn));
   QTest::keyClick(&grid.left(), Qt::Key_Right);
@@ -317,7 +317,7 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   QTest::keyClick(&grid.right(), Qt::Key_Left);
   EXPECT_EQ(current(), std::pair(8, static_cast<QWidget*>(&grid.left())));
 
-  grid.focus_Filter();
+  grid.focusFilter();
   for (const auto& [name, key] : {std::pair{"FilterText_8", Qt::Key_Tab},
                                   {"FilterText_9", Qt::Key_Backtab},
                                   {"FilterText_8", Qt::Key_Escape}}) {
@@ -334,9 +334,9 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
 
 TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   HistoryModel draws;
-  QAbstractItemModelTester draws_Tester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  QAbstractItemModelTester drawsTester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);
   DistributionModel numbers;
-  QAbstractItemModelTester numbers_Tester(&numbers, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  QAbstractItemModelTester numbersTester(&numbers, QAbstractItemModelTester::FailureReportingMode::Fatal);
   EXPECT_EQ(draws.load(store_, {2008049, 2008050}), 2);
   EXPECT_EQ(draws.load(store_, {2008050, 2008050}), 1);
   const auto caption = [&](int column) { return draws.headerData(column, Qt::Horizontal, Qt::DisplayRole); };
@@ -344,22 +344,22 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   const auto& pane = part<FrozenGrid>("TDBGridHistory").right();
   QString hidden;
   for (int column = kIdentityColumns; column < draws.columnCount(); ++column) {
-    EXPECT_GT(draws.column_Width(column, page_.fontMetrics()),
+    EXPECT_GT(draws.columnWidth(column, page_.fontMetrics()),
               page_.fontMetrics().horizontalAdvance(caption(column).toString()));
     if (pane.isColumnHidden(column)) hidden += caption(column).toString();
   }
   EXPECT_EQ(hidden, QStringLiteral("已完成总期号临时数据"));
 
-  DistributionRow last_Red{2008050, {}};
-  last_Red.drawn[kRedCount - 1] = last_Red.drawn[kRedCount] = true;  // and the first blue
-  numbers.set_Rows({last_Red});
+  DistributionRow lastRed{2008050, {}};
+  lastRed.drawn[kRedCount - 1] = lastRed.drawn[kRedCount] = true;  // and the first blue
+  numbers.setRows({lastRed});
   const QVariant none, red_text = colours().red_text, blue_text = colours().blue_text;
   const QVariant red = static_cast<int>(BallFace::red), blue = static_cast<int>(BallFace::blue);
   const struct {
     const QAbstractItemModel& model;
     int column;
     const char* text;
-    QVariant ball, colour, head_Colour;
+    QVariant ball, colour, headColour;
   } cells[] = {{numbers, 32, "", none, none, red_text},
                {numbers, 33, "33", red, none, red_text},
                {numbers, 34, "01", blue, blue_text, blue_text},
@@ -373,10 +373,10 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
     EXPECT_EQ(utf8(index.data().toString()), cell.text);
     EXPECT_EQ(index.data(kBallRole), cell.ball);
     EXPECT_EQ(index.data(Qt::ForegroundRole), cell.colour);
-    EXPECT_EQ(cell.model.headerData(cell.column, Qt::Horizontal, Qt::ForegroundRole), cell.head_Colour);
+    EXPECT_EQ(cell.model.headerData(cell.column, Qt::Horizontal, Qt::ForegroundRole), cell.headColour);
   }
   EXPECT_EQ(numbers.headerData(34, Qt::Horizontal, Qt::DisplayRole), QStringLiteral("01"));
-  test::put_Draw(store_, 2008052, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
+  test::putDraw(store_, 2008052, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
   draws.load(store_, {2008052, 2008052});
   EXPECT_EQ(draws.index(0, 8).data(kBallRole), none) << "17 is no blue";
   for (int column = 0; column < 3; ++column)

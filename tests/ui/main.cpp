@@ -8,7 +8,7 @@
 int main(int count, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(count, arguments);
-  lotmere::ui::set_UpApplication(application);
+  lotmere::ui::setUpApplication(application);
   testing::InitGoogleTest(&count, arguments);
   return RUN_ALL_TESTS();
 }

@@ -24,39 +24,39 @@ namespace {
 // the end of the dialog.
 bool fill(QDialog& dialog, const char* box, const char* name,
           std::initializer_list<std::pair<const char*, const char*>> lines, const char* button) {
-  part_Of<QComboBox>(dialog, box).setCurrentText(QString::fromUtf8(name));
-  for (const auto& [line, text] : lines) part_Of<QLineEdit>(dialog, line).setText(QString::fromUtf8(text));
-  part_Of<QPushButton>(dialog, button).click();
+  partOf<QComboBox>(dialog, box).setCurrentText(QString::fromUtf8(name));
+  for (const auto& [line, text] : lines) partOf<QLineEdit>(dialog, line).setText(QString::fromUtf8(text));
+  partOf<QPushButton>(dialog, button).click();
   return dialog.result() == QDialog::Accepted;
 }
 
 class StartTest : public WindowTest {
  protected:
   // Answers of the login dialog.
-  static bool log_In(QDialog& dialog, const char* name, const char* password, const char* button = "cmdOK") {
+  static bool logIn(QDialog& dialog, const char* name, const char* password, const char* button = "cmdOK") {
     return fill(dialog, "Combo_userName", name, {{"txtPWD", password}}, button);
   }
-  static std::function<bool(QDialog&)> come_New(const char* name, const char* password) {
+  static std::function<bool(QDialog&)> comeNew(const char* name, const char* password) {
     return [=](QDialog& dialog) {
-      EXPECT_FALSE(log_In(dialog, name, password, "cmd_newUser"));
-      return log_In(dialog, name, password);
+      EXPECT_FALSE(logIn(dialog, name, password, "cmd_newUser"));
+      return logIn(dialog, name, password);
     };
   }
-  void put_Tickets(Store& store, int count) {
+  void putTickets(Store& store, int count) {
     for (int id = 1; id <= count; ++id)
-      lotmere::test::put_Ticket(store, id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
+      lotmere::test::putTicket(store, id, 1, 2026090 + id, {{1, 2, 3, 4, 5, 6}, 7});
   }
 };
 
 TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
   desk_.dialogs = {[](QDialog& dialog) {
-    part_Of<QRadioButton>(dialog, "Option_userMode_1").setChecked(true);
-    part_Of<QPushButton>(dialog, "cmdOK").click();
+    partOf<QRadioButton>(dialog, "Option_userMode_1").setChecked(true);
+    partOf<QPushButton>(dialog, "cmdOK").click();
     return dialog.result() == QDialog::Accepted;
   }};
   desk_.answers = {false};
   EXPECT_TRUE(open().isVisible());
-  EXPECT_EQ(user_Mode(store()), UserMode::single);
+  EXPECT_EQ(userMode(store()), UserMode::single);
   EXPECT_FALSE(part<QMenu>("mnu_User").menuAction()->isVisible());
   EXPECT_EQ(desk_.asked, (std::vector<std::string>{"开奖记录不是最新的，是否需要更新到最新的数据．．．"}));
   EXPECT_NE(text("StatusBar_1").find("不完整"), std::string::npos);
@@ -66,46 +66,46 @@ TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
 
 TEST_F(StartTest, AStartThatComesToNoEndSaysWhy) {
   desk_.dialogs = {[](QDialog& dialog) {
-    part_Of<QPushButton>(dialog, "cmd_End").click();
+    partOf<QPushButton>(dialog, "cmd_End").click();
     return false;
   }};
   {
     Program left(home_.home(), desk_, clock_);
     EXPECT_FALSE(left.start()) << "the first question is left, and asked again next time";
-    EXPECT_EQ(user_Mode(left.store()), UserMode::unchosen);
+    EXPECT_EQ(userMode(left.store()), UserMode::unchosen);
   }
   lotmere::test::FaultyFiles files(1);
-  std::filesystem::remove(home_.home().main_Db());
-  std::filesystem::remove(home_.home().backup_Db());
+  std::filesystem::remove(home_.home().mainDb());
+  std::filesystem::remove(home_.home().backupDb());
   EXPECT_FALSE(Program(home_.home(), desk_, clock_, files).start());
   ASSERT_EQ(desk_.told.size(), 2);
   EXPECT_TRUE(desk_.told[0].text.starts_with("文件操作失败：")) << desk_.told[0].text;
   EXPECT_TRUE(desk_.told[1].text.starts_with("请以管理员身份来运行程序！"));
-  open_Settled();
+  openSettled();
   EXPECT_FALSE(Program(home_.home(), desk_, clock_).start());
   EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
 }
 
 TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
-  open_Settled();
+  openSettled();
   EXPECT_TRUE(desk_.asked.empty());
   clock_.day += std::chrono::days(1);
   desk_.answers = {false};
   open();
   EXPECT_EQ(desk_.asked.size(), 1);
-  enter_Draw(2026091, 8);
+  enterDraw(2026091, 8);
   EXPECT_NE(text("StatusBar_1").find("已更新"), std::string::npos);
   EXPECT_NE(text("StatusBar_3").find("2026092 期"), std::string::npos);
 }
 
 TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
-  settle_Home(UserMode::multi);
+  settleHome(UserMode::multi);
   desk_.dialogs = {[this](QDialog& dialog) {
-    EXPECT_FALSE(log_In(dialog, "甲", "1")) << "only the button makes a user";
+    EXPECT_FALSE(logIn(dialog, "甲", "1")) << "only the button makes a user";
     EXPECT_NE(told().find("“我是新用户”"), std::string::npos);
-    EXPECT_EQ(part_Of<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Password);
-    EXPECT_TRUE(come_New("甲", "1")(dialog));
-    EXPECT_EQ(part_Of<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Normal)
+    EXPECT_EQ(partOf<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Password);
+    EXPECT_TRUE(comeNew("甲", "1")(dialog));
+    EXPECT_EQ(partOf<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Normal)
         << "while a new one is typed";
     return true;
   }};
@@ -117,57 +117,57 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   pick({33});
   click("Check_useTiaojiao_0");
   store().db().exec(R"(UPDATE "号码特性" SET "区间1"="号码"<=4)");
-  put_Tickets(store(), 2);
+  putTickets(store(), 2);
   // What is this user's own: the pick of 33, the switch on the sheet, the interval counts of the draw 1 to 6.
-  const auto shown_State = [&] {
+  const auto shown_state = [&] {
     const auto counted = store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
     choose("tab_2");  // whose sheet counts the newest draw anew
-    return std::tuple(load_Selection(store()).red[33],
+    return std::tuple(loadSelection(store()).red[33],
                       part<QAbstractButton>("Check_useTiaojiao_0").isChecked(), counted);
   };
   desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties the tickets
   desk_.dialogs = {[](QDialog& dialog) {
-                     EXPECT_FALSE(come_New("乙", "2")(dialog)) << "tickets stand";
-                     return log_In(dialog, "乙", "2");
+                     EXPECT_FALSE(comeNew("乙", "2")(dialog)) << "tickets stand";
+                     return logIn(dialog, "乙", "2");
                    },
-                   [](QDialog& dialog) { return log_In(dialog, "甲", "1"); }};
+                   [](QDialog& dialog) { return logIn(dialog, "甲", "1"); }};
   desk_.answers = {true, true};
   choose("mnu_UserQiehuan");
-  EXPECT_EQ(window().current_Page(), MainWindow::Page::history);
+  EXPECT_EQ(window().currentPage(), MainWindow::Page::history);
   EXPECT_EQ(utf8(window().windowTitle()), "乙  —— Lotmere 双色球");
   EXPECT_EQ(part<QAbstractItemView>("TDBGrid_RZ").model()->rowCount(), 0);
-  EXPECT_EQ(shown_State(), std::tuple(PickState::none, true, 6));
+  EXPECT_EQ(shown_state(), std::tuple(PickState::none, true, 6));
   choose("mnu_UserQiehuan");
-  EXPECT_EQ(shown_State(), std::tuple(PickState::tuo, false, 4));
+  EXPECT_EQ(shown_state(), std::tuple(PickState::tuo, false, 4));
 
   desk_.dialogs = {[](QDialog&) { return false; },
-                   [](QDialog& dialog) { return log_In(dialog, "", "", "cmd_End"); }};
+                   [](QDialog& dialog) { return logIn(dialog, "", "", "cmd_End"); }};
   choose("mnu_UserQiehuan");
   EXPECT_TRUE(window().isVisible()) << "a closed dialog changes nothing";
-  EXPECT_EQ(current_User(store()), "甲");
+  EXPECT_EQ(currentUser(store()), "甲");
   choose("mnu_UserQiehuan");
   EXPECT_TRUE(closes());
 }
 
 // 甲 can't get in any more, and 乙 is no longer there.
 TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMenu) {
-  settle_Home(UserMode::multi);
+  settleHome(UserMode::multi);
   for (const char* name : {"甲", "乙"})
-    add_User(home_.store(), name, hash_Password("forgotten", HashLimits::lowest()));
+    addUser(home_.store(), name, hashPassword("forgotten", HashLimits::lowest()));
   const auto change = [](QDialog& dialog, const char* before, const char* again) {
     fill(dialog, "Combo_manageUser", "甲",
          {{"txtOldPWD", before}, {"txtNewPWD", "new"}, {"txtNewPWDAgain", again}}, "cmdChangePWD");
   };
   desk_.choices = {0};
   desk_.dialogs = {[](QDialog& dialog) {
-                     EXPECT_FALSE(log_In(dialog, "甲", "new"));
-                     EXPECT_FALSE(log_In(dialog, "甲", "", "cmd_manageUsers"));
-                     return log_In(dialog, "甲", "new");
+                     EXPECT_FALSE(logIn(dialog, "甲", "new"));
+                     EXPECT_FALSE(logIn(dialog, "甲", "", "cmd_manageUsers"));
+                     return logIn(dialog, "甲", "new");
                    },
                    [&](QDialog& dialog) {
-                     EXPECT_EQ(part_Of<QComboBox>(dialog, "Combo_manageUser").count(), 2)
+                     EXPECT_EQ(partOf<QComboBox>(dialog, "Combo_manageUser").count(), 2)
                          << "all but the guest";
-                     EXPECT_EQ(text_Of(dialog, "Combo_manageUser"), "甲") << "who was typed";
+                     EXPECT_EQ(textOf(dialog, "Combo_manageUser"), "甲") << "who was typed";
                      change(dialog, "", "old");
                      EXPECT_EQ(told(), "两次输入的新密码不一样。");
                      for (const char* before : {"", "new"}) {  // forgotten, which is asked about, and known
@@ -178,12 +178,12 @@ TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMe
                      return false;
                    }};
   open();
-  EXPECT_EQ(current_User(store()), "甲");
+  EXPECT_EQ(currentUser(store()), "甲");
   desk_.choices = {std::nullopt, 0};
   desk_.dialogs = {[&](QDialog& dialog) {
     for (const bool there : {true, false}) {
       fill(dialog, "Combo_manageUser", "乙", {}, "cmdRemoveUser");
-      EXPECT_EQ(find_User(store(), "乙").has_value(), there) << "Esc, and the button";
+      EXPECT_EQ(findUser(store(), "乙").has_value(), there) << "Esc, and the button";
     }
     return false;
   }};
@@ -191,59 +191,59 @@ TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMe
 }
 
 TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
-  const auto draws_InBackup = [&] {
-    return Store(home_.home().backup_Db()).value(R"(SELECT count(*) FROM "历史记录")");
+  const auto draws_in_backup = [&] {
+    return Store(home_.home().backupDb()).value(R"(SELECT count(*) FROM "历史记录")");
   };
-  open_Settled();
-  lotmere::test::put_Draw(store(), 2026091, "2026-08-20", {{1, 2, 3, 4, 5, 6}, 8});
+  openSettled();
+  lotmere::test::putDraw(store(), 2026091, "2026-08-20", {{1, 2, 3, 4, 5, 6}, 8});
   desk_.answers = {false, true};
   EXPECT_FALSE(window().close());
   EXPECT_TRUE(window().isVisible());
   choose("mnu_Exit");
   EXPECT_TRUE(closes());
-  EXPECT_EQ(draws_InBackup(), 1) << "as the start left it";
+  EXPECT_EQ(draws_in_backup(), 1) << "as the start left it";
   program_->finish();
-  EXPECT_EQ(draws_InBackup(), 2);
+  EXPECT_EQ(draws_in_backup(), 2);
   EXPECT_TRUE(desk_.told.empty());
 }
 
 TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
-  settle_Home(UserMode::multi);
-  desk_.dialogs = {come_New("甲", "1")};
+  settleHome(UserMode::multi);
+  desk_.dialogs = {comeNew("甲", "1")};
   desk_.answers = {true};
   open();
   const EndWatch watch;
-  QObject::connect(&watch, &EndWatch::end_Asked, &window(), [&] { program_->end(); });
+  QObject::connect(&watch, &EndWatch::endAsked, &window(), [&] { program_->end(); });
   choose("tab_2");
   pick({33});
-  put_Tickets(store(), 3);
+  putTickets(store(), 3);
   desk_.on_serve = [&] {
-    if (!desk_.job_Running() || desk_.is_Ending()) return;
+    if (!desk_.jobRunning() || desk_.isEnding()) return;
     std::raise(SIGTERM);
     QCoreApplication::processEvents();
   };
   desk_.texts = {"2026092"};
   choose("mnu_ShengCeng_1");
   EXPECT_TRUE(closes());
-  EXPECT_NE(desk_.running_Text().text().find("用户中止,当前记录余：１ 注"), std::string::npos);
+  EXPECT_NE(desk_.runningText().text().find("用户中止,当前记录余：１ 注"), std::string::npos);
   EXPECT_EQ(desk_.asked.size(), 2) << "who the user is and which period to run, and nothing more";
-  EXPECT_EQ(current_User(store()), "");
+  EXPECT_EQ(currentUser(store()), "");
   program_->finish();
-  SQLite::Database profile(profile_File(home_.home(), "甲").string());
+  SQLite::Database profile(profileFile(home_.home(), "甲").string());
   EXPECT_EQ(profile.execAndGet(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=33)").getInt(), 1);
-  EXPECT_EQ(Store(home_.home().backup_Db()).value(R"(SELECT count(*) FROM "日志表")"), 3);
+  EXPECT_EQ(Store(home_.home().backupDb()).value(R"(SELECT count(*) FROM "日志表")"), 3);
 }
 
 // With the real dialogs: the open one closes as on Esc, and no other one opens.
 TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
-  settle_Home();
-  put_Tickets(home_.store(), 2);
+  settleHome();
+  putTickets(home_.store(), 2);
   home_.close();
   WindowDesk desk;
   Program program(home_.home(), desk, clock_);
   ASSERT_TRUE(program.start());
   const EndWatch watch;
-  QObject::connect(&watch, &EndWatch::end_Asked, &desk, [&] { program.end(); });
+  QObject::connect(&watch, &EndWatch::endAsked, &desk, [&] { program.end(); });
   QTimer::singleShot(0, [] {
     EXPECT_NE(QApplication::activeModalWidget(), nullptr);
     std::raise(SIGHUP);
@@ -252,11 +252,11 @@ TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return !program.window().isVisible(); }));
   EXPECT_EQ(program.store().value(R"(SELECT count(*) FROM "日志表")"), 2);
   constexpr std::string_view buttons[] = {"删除", "取消"};
-  EXPECT_TRUE(!desk.ask("?") && desk.choose("?", buttons, 1) == 1 && !desk.ask_Text("?", "", "x"));
+  EXPECT_TRUE(!desk.ask("?") && desk.choose("?", buttons, 1) == 1 && !desk.askText("?", "", "x"));
 }
 
 TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
-  open_Settled();
+  openSettled();
   choose("tab_2");
   pick({33});
   const QString file = QString::fromStdString((home_.path() / "all.lotmere").string());
@@ -269,19 +269,19 @@ TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
   pick({1, 33});
   choose("mnu_StoreRestore");
   choose("mnu_StoreRestore");
-  EXPECT_FALSE(restore_Waits(home_.home())) << "neither cancelled nor by Esc";
+  EXPECT_FALSE(restoreWaits(home_.home())) << "neither cancelled nor by Esc";
   choose("mnu_StoreRestore");
   EXPECT_TRUE(closes());
   program_->finish();
-  EXPECT_TRUE(restore_Waits(home_.home()));
+  EXPECT_TRUE(restoreWaits(home_.home()));
   open();
-  EXPECT_EQ(load_Selection(store()).red[33], PickState::tuo);
-  EXPECT_EQ(load_Selection(store()).red[1], PickState::none);
+  EXPECT_EQ(loadSelection(store()).red[33], PickState::tuo);
+  EXPECT_EQ(loadSelection(store()).red[1], PickState::none);
 }
 
 TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
-  settle_Home();
-  ASSERT_TRUE(copy_Database(home_.home().main_Db(), home_.home().backup_Db(), real_Files()));
+  settleHome();
+  ASSERT_TRUE(copyDatabase(home_.home().mainDb(), home_.home().backupDb(), realFiles()));
   std::filesystem::create_directories(home_.path() / "Lotmere.backup.db.new" / "full");
   open();
   ASSERT_EQ(desk_.told.size(), 1U);
@@ -289,7 +289,7 @@ TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
 }
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
-  open_Settled();
+  openSettled();
   press("cmm_Autochosenumber");
   EXPECT_TRUE(told().starts_with("使用步骤："));
   for (const auto& [command, name, start] : {std::tuple{"mnu_youxiguizhe", "Text_yxgz", "双色球游戏规则"},
@@ -300,11 +300,11 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
   }
   auto& tabs = part<QTabBar>("TabStrip_Top");
   QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
-  EXPECT_EQ(window().current_Page(), MainWindow::Page::history) << "the tab of the page behind leads back";
+  EXPECT_EQ(window().currentPage(), MainWindow::Page::history) << "the tab of the page behind leads back";
 }
 
 TEST_F(StartTest, NoTwoCommandsShareAShortcutAndNoTwoEntriesOfAMenuAMnemonic) {
-  open_Settled();
+  openSettled();
   choose("tab_2");
   std::set<QString> shortcuts;
   for (const QAction* action : commands().all()) {
@@ -326,7 +326,7 @@ TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
   constexpr std::string_view buttons[] = {"删除", "替换", "取消"};
   const auto ask = [&] { return desk.ask("?") ? "yes" : "no"; };
   const auto choose = [&] { return std::to_string(desk.choose("?", buttons, 2)); };
-  const auto ask_Text = [&] { return desk.ask_Text("?", "", "2026091").value_or("none"); };
+  const auto ask_text = [&] { return desk.askText("?", "", "2026091").value_or("none"); };
   const auto tell = [&] { return desk.tell("<b>text</b>\r\nline", Tone::error), "told"; };
   const auto button = [](const char* caption) {
     return [=](QWidget& box) {
@@ -350,8 +350,8 @@ TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
               {choose, key(Qt::Key_Return), "2"},
               {choose, close, "2"},
               {tell, button("确定"), "told"},
-              {ask_Text, button("确定"), "2026091"},
-              {ask_Text, button("取消"), "none"}};
+              {ask_text, button("确定"), "2026091"},
+              {ask_text, button("取消"), "none"}};
   for (const auto& row : rows) {
     QTimer::singleShot(0, [&] { row.press(*QApplication::activeModalWidget()); });
     EXPECT_EQ(row.ask(), row.answer) << &row - rows;
@@ -360,28 +360,28 @@ TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
 
 TEST(WindowDeskTest, ATipCountsDownAndClosesItself) {
   TipDialog tip(QStringLiteral("text"), {}, nullptr);
-  EXPECT_EQ(text_Of(tip, "cmdOK"), "知道了 (10)");
+  EXPECT_EQ(textOf(tip, "cmdOK"), "知道了 (10)");
   tip.findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1);
   EXPECT_EQ(tip.exec(), QDialog::Accepted);
-  EXPECT_EQ(text_Of(tip, "cmdOK"), "知道了 (0)");
+  EXPECT_EQ(textOf(tip, "cmdOK"), "知道了 (0)");
 }
 
 TEST(ProgressControlTest, EndsAndValueAreCut) {
   WindowDesk desk;
   QWidget window;
   ProgressControl control(desk, &window);
-  control.set_MaxJindu(10);
-  control.set_MinJindu(20);
-  control.set_MaxJindu(5);
-  EXPECT_EQ(std::pair(control.minJindu(), control.maxJindu()), std::pair(10, 10));
-  control.set_MinJindu(0);
-  control.set_ValueJindu(99);
-  EXPECT_EQ(text_Of(control, "LabelJindu") + text_Of(control, "LabelJinduAll"), "10/ 10");
+  control.setMaximum(10);
+  control.setMinimum(20);
+  control.setMaximum(5);
+  EXPECT_EQ(std::pair(control.minimum(), control.maximum()), std::pair(10, 10));
+  control.setMinimum(0);
+  control.setValue(99);
+  EXPECT_EQ(textOf(control, "LabelJindu") + textOf(control, "LabelJinduAll"), "10/ 10");
   const StopScope scope(desk);
   control.begin(100, true);
-  EXPECT_TRUE(control.StopEnabled() && !control.Tingzhi() && !desk.stop_Requested());
-  QTest::mousePress(&part_Of(control, "cmm_stop"), Qt::LeftButton);
-  EXPECT_TRUE(control.Tingzhi() && desk.stop_Requested() && !control.StopEnabled());
+  EXPECT_TRUE(control.StopEnabled() && !control.stopped() && !desk.stopRequested());
+  QTest::mousePress(&partOf(control, "cmm_stop"), Qt::LeftButton);
+  EXPECT_TRUE(control.stopped() && desk.stopRequested() && !control.StopEnabled());
   control.begin(50, true);
   EXPECT_FALSE(control.StopEnabled()) << "a job inside the stopped one";
   control.end();

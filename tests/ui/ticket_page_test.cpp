@@ -20,21 +20,21 @@ namespace {
 class TicketPageTest : public WindowTest {
  protected:
   void SetUp() override {
-    settle_Home();
+    settleHome();
     for (const int code : {8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 108, 109, 110, 111})
-      lotmere::test::put_Pick(home_.store(), code, PickState::tuo);
+      lotmere::test::putPick(home_.store(), code, PickState::tuo);
     open();
     choose("tab_3");
   }
   // Presses the button of a step and answers its question for a period; 2026091 follows the newest draw.
-  void press_With(const char* button, std::optional<std::string> period = "2026091") {
+  void pressWith(const char* button, std::optional<std::string> period = "2026091") {
     desk_.texts = {std::move(period)};
     press(button);
   }
-  void init() { press_With("cmmTouZhu_0"); }
-  void run() { press_With("cmmTouZhu_1"); }
-  void check(const char* period) { press_With("cmmTouZhu_6", period); }
-  [[nodiscard]] std::int64_t stored() { return count_Rows("日志表"); }
+  void init() { pressWith("cmmTouZhu_0"); }
+  void run() { pressWith("cmmTouZhu_1"); }
+  void check(const char* period) { pressWith("cmmTouZhu_6", period); }
+  [[nodiscard]] std::int64_t stored() { return countRows("日志表"); }
   [[nodiscard]] QAbstractItemModel& model() { return *part<QTableView>("TDBGrid_RZ").model(); }
   [[nodiscard]] std::string cell(int row, int column) {
     return utf8(model().index(row, column).data().toString());
@@ -66,8 +66,8 @@ TEST_F(TicketPageTest, WithoutAPeriodOrAnAnswerNothingChanges) {
   EXPECT_EQ(model().rowCount(), kAll) << "Esc, and the button that drops the rows of before";
   desk_.told.clear();
   for (const char* button : {"cmmTouZhu_0", "cmmTouZhu_1", "cmmTouZhu_6"}) {
-    press_With(button, std::nullopt);
-    press_With(button, "20260911");
+    pressWith(button, std::nullopt);
+    pressWith(button, "20260911");
     EXPECT_TRUE(told().starts_with("期号“20260911”不对")) << told();
   }
   EXPECT_EQ(desk_.told.size(), 3) << "nothing is said of a cancelled question";
@@ -78,20 +78,20 @@ TEST_F(TicketPageTest, WithoutNumbersTheUserStandsBeforeThePad) {
   store().query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID"<200)").run();
   init();
   EXPECT_EQ(told(), "号码还没有选取,或者已选的号码个数太少!请先选取号码！");
-  EXPECT_EQ(window().current_Page(), MainWindow::Page::conditions);
+  EXPECT_EQ(window().currentPage(), MainWindow::Page::conditions);
 }
 
 TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
   init();
   int served = 0;
   desk_.on_serve = [&] {
-    if (!desk_.job_Running() || ++served > 1) return;
+    if (!desk_.jobRunning() || ++served > 1) return;
     for (const QAction* action : commands().all()) EXPECT_FALSE(action->isEnabled());
     EXPECT_FALSE(part("TabStrip_Top").isEnabled() || part("cmmTouZhu_1").isEnabled());
     choose("mnu_ShengCeng_5");  // would ask
     auto& bar = part("ProgressBar_TouZu_Busy");
     EXPECT_TRUE(bar.isVisible());
-    QTest::mousePress(&part_Of(*bar.parentWidget(), "cmm_stop"), Qt::LeftButton);
+    QTest::mousePress(&partOf(*bar.parentWidget(), "cmm_stop"), Qt::LeftButton);
   };
   for (int times = 1; times <= 2; ++times) {
     served = 0;
@@ -100,7 +100,7 @@ TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
     EXPECT_EQ(stored(), kAll) << "stopped before the first pass";
     EXPECT_TRUE(log().ends_with("用户中止,当前记录余：８４０ 注")) << log();
     EXPECT_TRUE(part("TabStrip_Top").isEnabled() && part("cmmTouZhu_1").isEnabled());
-    EXPECT_FALSE(part("ProgressBar_TouZu_Busy").isVisible() || desk_.stop_Requested());
+    EXPECT_FALSE(part("ProgressBar_TouZu_Busy").isVisible() || desk_.stopRequested());
   }
 }
 
@@ -108,7 +108,7 @@ TEST_F(TicketPageTest, ClosingInTheMiddleOfAJobStopsItAndThenAsks) {
   init();
   bool closed = false;
   desk_.on_serve = [&] {
-    if (!desk_.job_Running() || std::exchange(closed, true)) return;
+    if (!desk_.jobRunning() || std::exchange(closed, true)) return;
     EXPECT_FALSE(window().close());
   };
   desk_.answers = {true};
@@ -124,19 +124,19 @@ TEST_F(TicketPageTest, ExportsWhatTheDialogSaysAndOpensIt) {
   init();
   desk_.dialogs = {[](QDialog&) { return false; },
                    [](QDialog& dialog) {
-                     EXPECT_TRUE(part_Of<QCheckBox>(dialog, "Check_ToFile_2").isChecked());
-                     part_Of<QCheckBox>(dialog, "Check_ToFile_1").setChecked(true);
-                     part_Of<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(1);
+                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "Check_ToFile_2").isChecked());
+                     partOf<QCheckBox>(dialog, "Check_ToFile_1").setChecked(true);
+                     partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(1);
                      return true;
                    },
                    [](QDialog& dialog) {
-                     EXPECT_TRUE(part_Of<QCheckBox>(dialog, "Check_ToFile_1").isChecked()) << "kept";
+                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "Check_ToFile_1").isChecked()) << "kept";
                      return true;
                    }};
   press("cmmTouZhu_3");
   EXPECT_FALSE(std::filesystem::exists(target)) << "cancelled";
   press("cmmTouZhu_3");
-  EXPECT_TRUE(lotmere::test::read_File(target).starts_with("2026091,,,08,09,10,11,12,13|08\r\n"));
+  EXPECT_TRUE(lotmere::test::readFile(target).starts_with("2026091,,,08,09,10,11,12,13|08\r\n"));
   ASSERT_EQ(desk_.opened.size(), 1);
   EXPECT_EQ(desk_.opened[0].toLocalFile().toStdString(), target.string());
   desk_.opens = false;
@@ -150,14 +150,14 @@ TEST_F(TicketPageTest, ImportsInTheChosenFormat) {
   std::ofstream(file) << "2026092 01 02 03 04 05 06 + 07\n2026092 01 02 03 04 05 34 + 07\n";
   desk_.files = {QString::fromStdString(file.string()), QString()};
   desk_.dialogs = {[](QDialog& dialog) {
-    auto& period = part_Of<QLineEdit>(dialog, "Txt_FromFileQS");
+    auto& period = partOf<QLineEdit>(dialog, "Txt_FromFileQS");
     EXPECT_EQ(utf8(period.text()), "2026091");
     QTest::keyClicks(&period, QStringLiteral("1"));
-    part_Of<QPushButton>(dialog, "cmm_ToFileOK").click();
+    partOf<QPushButton>(dialog, "cmm_ToFileOK").click();
     EXPECT_EQ(dialog.result(), QDialog::Rejected) << "the period has to have seven digits";
-    part_Of<QAbstractButton>(dialog, "Option_GeShi_1").click();
+    partOf<QAbstractButton>(dialog, "Option_GeShi_1").click();
     EXPECT_FALSE(period.isEnabled());
-    part_Of<QPushButton>(dialog, "cmm_ToFileOK").click();
+    partOf<QPushButton>(dialog, "cmm_ToFileOK").click();
     return dialog.result() == QDialog::Accepted;
   }};
   press("cmmTouZhu_4");
@@ -169,8 +169,8 @@ TEST_F(TicketPageTest, ImportsInTheChosenFormat) {
 }
 
 TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
-  lotmere::test::put_Ticket(store(), 1, 1, 2026090, {{1, 2, 3, 9, 10, 11}, 7});
-  lotmere::test::put_Ticket(store(), 2, 2, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
+  lotmere::test::putTicket(store(), 1, 1, 2026090, {{1, 2, 3, 9, 10, 11}, 7});
+  lotmere::test::putTicket(store(), 2, 2, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
   choose("tab_1");
   choose("tab_3");
   check("2026090");
@@ -205,12 +205,12 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
 }
 
 // The colour of the ball in the middle of a picture, looked at beside the number and the light.
-QColor ball_Colour(const QImage& picture, int size) {
+QColor ballColour(const QImage& picture, int size) {
   return picture.pixelColor(static_cast<int>(picture.width() / 2.0 + size * 0.27),
                             static_cast<int>(picture.height() / 2.0 - size * 0.2));
 }
 // Alike but for the shade.
-bool are_Alike(const QColor& found, const QColor& colour) {
+bool areAlike(const QColor& found, const QColor& colour) {
   return std::max({std::abs(found.red() - colour.red()), std::abs(found.green() - colour.green()),
                    std::abs(found.blue() - colour.blue())}) < 16;
 }
@@ -223,16 +223,16 @@ TEST(BallTest, EachFaceHasItsColour) {
   for (const auto& [face, colour] : faces) {
     QImage picture(60, 60, QImage::Format_RGB32);
     QPainter painter(&picture);
-    paint_Ball(painter, picture.rect(), QStringLiteral("08"), face);
+    paintBall(painter, picture.rect(), QStringLiteral("08"), face);
     painter.end();
-    EXPECT_TRUE(are_Alike(ball_Colour(picture, 60), colour)) << static_cast<int>(face);
+    EXPECT_TRUE(areAlike(ballColour(picture, 60), colour)) << static_cast<int>(face);
   }
 }
 
 class NumberPadTest : public WindowTest {
  protected:
   void SetUp() override {
-    open_Settled();
+    openSettled();
     choose("tab_2");
   }
   [[nodiscard]] PadButton& button(int code) {
@@ -245,31 +245,31 @@ class NumberPadTest : public WindowTest {
       all += !button(code).isEnabled() ? 'l' : "ntd"[static_cast<int>(button(code).state())];
     return all;
   }
-  void turn_ToDan(const char* strip) {
+  void turnToDan(const char* strip) {
     auto& tabs = part<QTabBar>(strip);
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(1).center());
   }
   [[nodiscard]] QColor face(int code) {
     const QImage picture = button(code).grab().toImage();
-    return ball_Colour(picture, std::min({picture.width(), picture.height(), 52}) - 4);
+    return ballColour(picture, std::min({picture.width(), picture.height(), 52}) - 4);
   }
 };
 
 TEST_F(NumberPadTest, ShowsWhatEachClickMadeOfTheSelection) {
   pick({20, 21, 33});
   EXPECT_NE(text("Text_ChoseNumberTip").find("已选红球“拖码”个数： ３"), std::string::npos);
-  turn_ToDan("TabStrip_Qiaqu");
+  turnToDan("TabStrip_Qiaqu");
   EXPECT_EQ(told(), "现在点击数字按钮可以把相应的数设为红球的“胆码”。");
   desk_.answers = {false, true};
   pick({20, 21, 30});
   EXPECT_EQ(states({19, 20, 21, 30, 33}), "ntddt") << "no leaves it";
-  EXPECT_TRUE(are_Alike(face(20), colours().tuo) && are_Alike(face(30), colours().dan));
-  EXPECT_FALSE(are_Alike(face(19), colours().tuo));
+  EXPECT_TRUE(areAlike(face(20), colours().tuo) && areAlike(face(30), colours().dan));
+  EXPECT_FALSE(areAlike(face(19), colours().tuo));
   EXPECT_EQ(utf8(button(30).accessibleName()), "红球 30 胆码");
   QTest::keyClick(&button(21), Qt::Key_Space);
   EXPECT_EQ(states({21}), "n") << "the keyboard does the same, without a question";
   pick({108});
-  turn_ToDan("TabStrip_Houqu");
+  turnToDan("TabStrip_Houqu");
   pick({110});
   EXPECT_EQ(states({108, 109, 110, 33}), "lldt") << "a lone blue dan locks the others";
   EXPECT_NE(face(108), face(19)) << "locked, and free";
@@ -287,9 +287,9 @@ TEST_F(NumberPadTest, MarkedNumbersWarnAndAreTakenAllTheSame) {
   store().db().exec("UPDATE 概率表 SET 概率=-(号码 IN (2,33,101,116))");
   press("cmm_clsQ");  // which shows the pad anew
   for (const int code : {1, 2, 3, 16, 33, 101, 102, 103, 116})
-    EXPECT_EQ(button(code).is_LowChance(), code == 2 || code == 33 || code == 101 || code == 116) << code;
+    EXPECT_EQ(button(code).isLowChance(), code == 2 || code == 33 || code == 101 || code == 116) << code;
   pick({2});
-  EXPECT_EQ(told(), low_ChanceWarning(2, 2026091));
+  EXPECT_EQ(told(), lowChanceWarning(2, 2026091));
   EXPECT_EQ(states({2}), "t");
 }
 

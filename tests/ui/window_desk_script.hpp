@@ -17,10 +17,10 @@ class ScriptedWindowDesk : public WindowDesk {
   // Answers, first to last; a question without one throws std::logic_error, so that no test answers by accident.
   std::deque<bool> answers;                           // of ask()
   std::deque<std::optional<std::size_t>> choices;     // of choose(); nothing stands for Esc or the close box
-  std::deque<std::optional<std::string>> texts;       // of ask_Text(); an empty entry stands for cancel
+  std::deque<std::optional<std::string>> texts;       // of askText(); an empty entry stands for cancel
   std::deque<QString> files;                          // of the file dialogs; an empty one stands for cancel
-  std::deque<std::function<bool(QDialog&)>> dialogs;  // of run_Dialog()
-  bool opens = true;                                  // what open_Outside() answers
+  std::deque<std::function<bool(QDialog&)>> dialogs;  // of runDialog()
+  bool opens = true;                                  // what openOutside() answers
   // Called at every serve(), for instance to press stop in the middle of a job.
   std::function<void()> on_serve;
 
@@ -47,24 +47,24 @@ class ScriptedWindowDesk : public WindowDesk {
     asked.emplace_back(text);
     return take(choices, asked.back()).value_or(cancel);
   }
-  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view /*title*/,
-                                      std::string_view proposal) override {
+  std::optional<std::string> askText(std::string_view prompt, std::string_view /*title*/,
+                                     std::string_view proposal) override {
     asked.emplace_back(prompt);
     proposed.emplace_back(proposal);
     return take(texts, asked.back());
   }
-  void show_Tip(std::string_view text, std::string_view title) override {
+  void showTip(std::string_view text, std::string_view title) override {
     tips.push_back({std::string(text), std::string(title), Tone::information});
   }
-  QString choose_File(const QString& title, const QString& /*filter*/) override {
+  QString chooseFile(const QString& title, const QString& /*filter*/) override {
     return take(files, title.toStdString());
   }
-  QString choose_NewFile(const QString& title, const QString& /*filter*/,
-                         const QString& /*proposed*/) override {
+  QString chooseNewFile(const QString& title, const QString& /*filter*/,
+                        const QString& /*proposed*/) override {
     return take(files, title.toStdString());
   }
-  bool run_Dialog(QDialog& dialog) override { return take(dialogs, "a dialog")(dialog); }
-  bool open_Outside(const QUrl& address) override {
+  bool runDialog(QDialog& dialog) override { return take(dialogs, "a dialog")(dialog); }
+  bool openOutside(const QUrl& address) override {
     opened.push_back(address);
     return opens;
   }

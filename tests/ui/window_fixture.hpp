@@ -24,14 +24,14 @@ class FixedClock : public Clock {
 
 // The parts of a window, a page or a dialog by their names.
 template <class T = QWidget>
-[[nodiscard]] T& part_Of(const QWidget& whole, const std::string& name) {
+[[nodiscard]] T& partOf(const QWidget& whole, const std::string& name) {
   auto* found = whole.findChild<T*>(QString::fromStdString(name));
   if (found == nullptr) throw std::logic_error("no part " + name);
   return *found;
 }
 // What a part shows.
-[[nodiscard]] inline std::string text_Of(const QWidget& whole, const std::string& name) {
-  const QWidget& found = part_Of(whole, name);
+[[nodiscard]] inline std::string textOf(const QWidget& whole, const std::string& name) {
+  const QWidget& found = partOf(whole, name);
   for (const char* property : {"text", "currentText", "plainText"})
     if (const QVariant value = found.property(property); value.isValid()) return utf8(value.toString());
   throw std::logic_error("no text in " + name);
@@ -45,9 +45,9 @@ class DrivenTest : public testing::Test {
 
   template <class T = QWidget>
   [[nodiscard]] T& part(const std::string& name) {
-    return part_Of<T>(whole(), name);
+    return partOf<T>(whole(), name);
   }
-  [[nodiscard]] std::string text(const std::string& name) { return text_Of(whole(), name); }
+  [[nodiscard]] std::string text(const std::string& name) { return textOf(whole(), name); }
   // With the mouse, which a disabled or hidden part doesn't feel.
   void press(const std::string& button) { QTest::mouseClick(&part(button), Qt::LeftButton); }
   // Wherever its frame is.
@@ -66,28 +66,28 @@ class DrivenTest : public testing::Test {
 class WindowTest : public DrivenTest {
  protected:
   // A home whose newest draw stands, so that a start asks nothing but who the user is, where there are several.
-  void settle_Home(UserMode mode = UserMode::single) {
-    lotmere::test::put_Draw(home_.store(), 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
-    ASSERT_TRUE(choose_UserMode(home_.store(), mode));
+  void settleHome(UserMode mode = UserMode::single) {
+    lotmere::test::putDraw(home_.store(), 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
+    ASSERT_TRUE(chooseUserMode(home_.store(), mode));
   }
 
   // The program started over the home; the store of the test is the program's from now on.
   MainWindow& open() {
     home_.close();
     program_.reset();
-    program_ = std::make_unique<Program>(home_.home(), desk_, clock_, real_Files(), HashLimits::lowest());
+    program_ = std::make_unique<Program>(home_.home(), desk_, clock_, realFiles(), HashLimits::lowest());
     if (!program_->start()) throw std::runtime_error("the start came to no end");
     return window();
   }
-  MainWindow& open_Settled() {
-    settle_Home();
+  MainWindow& openSettled() {
+    settleHome();
     return open();
   }
   [[nodiscard]] MainWindow& window() { return program_->window(); }
   [[nodiscard]] const QWidget& whole() override { return window(); }
   [[nodiscard]] Commands& commands() override { return program_->commands(); }
   [[nodiscard]] Store& store() { return program_->store(); }
-  [[nodiscard]] std::int64_t count_Rows(const std::string& table) {
+  [[nodiscard]] std::int64_t countRows(const std::string& table) {
     return store().value("SELECT count(*) FROM \"" + table + '"');
   }
   [[nodiscard]] bool closes() {
@@ -98,7 +98,7 @@ class WindowTest : public DrivenTest {
     for (const int code : codes) press((code < 10 ? "cmm_C7_0" : "cmm_C7_") + std::to_string(code));
   }
   // A draw typed on its page, which stays in sight; its reds follow each other.
-  void enter_Draw(PeriodNo period, int first_red) {
+  void enterDraw(PeriodNo period, int first_red) {
     choose("tab_1");
     for (int i = 0; i < 8; ++i)
       part<QLineEdit>("TextHistory_" + std::to_string(i))

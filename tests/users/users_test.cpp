@@ -31,26 +31,25 @@ struct Shop {
   ScriptedDesk desk;
 
   Shop() {
-    complete_Home(temp.home());
-    EXPECT_TRUE(choose_UserMode(store, UserMode::multi));
-    put_Draw(store, 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
+    completeHome(temp.home());
+    EXPECT_TRUE(chooseUserMode(store, UserMode::multi));
+    putDraw(store, 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
     for (const char* name : {"甲", "乙", "丙"}) enter(name);
   }
-  UserDesk at(FileSystem& files = real_Files(), Date today = kToday) {
+  UserDesk at(FileSystem& files = realFiles(), Date today = kToday) {
     return {store, temp.home(), desk, today, files, HashLimits::lowest()};
   }
   // Made where there is no such user, with their name as the password; current afterwards.
   void enter(const std::string& name) {
     if (store.value(R"(SELECT count(*) FROM "日志表")") > 0) desk.choices.emplace_back(0);
-    ASSERT_TRUE(log_In(at(), {name, name}, find_User(store, name) ? NewUser::refused : NewUser::made))
-        << name;
+    ASSERT_TRUE(logIn(at(), {name, name}, findUser(store, name) ? NewUser::refused : NewUser::made)) << name;
   }
   [[nodiscard]] std::string told() const { return desk.told.empty() ? std::string() : desk.told.back().text; }
-  void put_Tickets() {
-    for (const int id : {1, 2}) put_Ticket(store, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, id});
+  void putTickets() {
+    for (const int id : {1, 2}) putTicket(store, id, id, 2007001, {{1, 2, 3, 4, 5, 6}, id});
   }
   void run(const std::string& sql) { store.db().exec(sql); }
-  void last_Login(const std::string& name, const std::string& date) {
+  void lastLogin(const std::string& name, const std::string& date) {
     store.query(R"(UPDATE "用户表" SET "最后登陆时间"=? WHERE "用户名"=?)").bind(date, name).run();
   }
   // Random settings in every table that a user owns, and in one that all share.
@@ -64,7 +63,7 @@ struct Shop {
     run(R"(UPDATE "区间定义" SET "区间"=("号码"*)" + some() + ")%4");
     run(R"(UPDATE "号码特性3" SET "六区间1"=)" + some());
   }
-  [[nodiscard]] std::string rows_Of(const std::string& table) {
+  [[nodiscard]] std::string rowsOf(const std::string& table) {
     std::string text;
     SQLite::Statement row(store.db(), "SELECT * FROM \"" + table + "\" ORDER BY rowid");
     while (row.executeStep())
@@ -72,17 +71,17 @@ struct Shop {
     return text;
   }
   [[nodiscard]] std::string settings() {
-    return rows_Of("过滤条件") + rows_Of("过滤条件使用情况") + rows_Of("号码特性") + rows_Of("区间定义");
+    return rowsOf("过滤条件") + rowsOf("过滤条件使用情况") + rowsOf("号码特性") + rowsOf("区间定义");
   }
   // All that a refused operation must leave as it is.
   [[nodiscard]] std::string everything() {
-    std::string text = settings() + rows_Of("用户表") + rows_Of("日志表") + rows_Of("用户模式");
+    std::string text = settings() + rowsOf("用户表") + rowsOf("日志表") + rowsOf("用户模式");
     for (const auto& entry : fs::directory_iterator(temp.path())) text += entry.path().string();
     return text;
   }
-  [[nodiscard]] fs::path file(const std::string& name) { return profile_File(temp.home(), name); }
-  [[nodiscard]] bool is_There(const std::string& name) {
-    const bool there = find_User(store, name).has_value();
+  [[nodiscard]] fs::path file(const std::string& name) { return profileFile(temp.home(), name); }
+  [[nodiscard]] bool isThere(const std::string& name) {
+    const bool there = findUser(store, name).has_value();
     EXPECT_EQ(fs::exists(file(name)), there && name != kGuest) << name << "'s profile";
     return there;
   }
@@ -94,12 +93,12 @@ TEST(Users, EachFindsTheirOwnSettingsAgainAndTheGuestTheLast) {
   std::map<std::string, std::string> left;
   for (unsigned round = 0; round < 12; ++round) {
     const std::string name = "用户" + std::to_string(round % 3);
-    shop.put_Tickets();
-    const std::string shared = shop.rows_Of("号码特性3");
+    shop.putTickets();
+    const std::string shared = shop.rowsOf("号码特性3");
     shop.enter(name);
     EXPECT_EQ(shop.settings(), left.contains(name) ? left[name] : factory) << name;
-    EXPECT_EQ(shop.rows_Of("日志表"), "");
-    EXPECT_EQ(shop.rows_Of("号码特性3"), shared) << "the divisions belong to all";
+    EXPECT_EQ(shop.rowsOf("日志表"), "");
+    EXPECT_EQ(shop.rowsOf("号码特性3"), shared) << "the divisions belong to all";
     shop.scramble(round);
     left[name] = shop.settings();
   }
@@ -109,25 +108,25 @@ TEST(Users, EachFindsTheirOwnSettingsAgainAndTheGuestTheLast) {
   ASSERT_EQ(shop.desk.tips.size(), 1);
   EXPECT_EQ(shop.desk.tips[0].text, "临时用户的设置不保存，只保留到下一次登录。");
   shop.scramble(99);
-  ASSERT_TRUE(resume_Session(shop.at(), {std::string(kGuest), ""}));
+  ASSERT_TRUE(resumeSession(shop.at(), {std::string(kGuest), ""}));
   shop.enter("用户1");
-  EXPECT_TRUE(shop.is_There(std::string(kGuest)));
+  EXPECT_TRUE(shop.isThere(std::string(kGuest)));
   EXPECT_EQ(shop.settings(), left["用户1"]);
   for (const bool leaves : {false, true}) {
     shop.desk.answers = {leaves};
-    EXPECT_EQ(exit_Program(shop.at()), leaves);
-    EXPECT_EQ(current_User(shop.store), leaves ? "" : "用户1");
+    EXPECT_EQ(exitProgram(shop.at()), leaves);
+    EXPECT_EQ(currentUser(shop.store), leaves ? "" : "用户1");
   }
 }
 
 TEST(Users, WhoComesWithOtherIntervalsLeavesTheirCountsDue) {
   Shop shop;
-  EXPECT_FALSE(interval_CountsDue(shop.store)) << "all have the factory's";
+  EXPECT_FALSE(intervalCountsDue(shop.store)) << "all have the factory's";
   shop.run(R"(UPDATE "号码特性" SET "区间3"=1 WHERE "号码"=5)");
   for (const char* name : {"甲", "丙", "丁"}) {  // others of their own, the changed ones, a new user
-    clear_IntervalMark(shop.store);
+    clearIntervalMark(shop.store);
     shop.enter(name);
-    EXPECT_TRUE(interval_CountsDue(shop.store)) << name;
+    EXPECT_TRUE(intervalCountsDue(shop.store)) << name;
   }
 }
 
@@ -155,14 +154,14 @@ TEST(Users, AMonthWithoutALoginEndsAUser) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Shop shop;
-    for (const std::string name : {"甲", "临时用户"}) shop.last_Login(name, "2025-01-01");
-    shop.last_Login("乙", format_Date(kToday - days{row.idle}));
-    shop.last_Login("丙", row.last);
+    for (const std::string name : {"甲", "临时用户"}) shop.lastLogin(name, "2025-01-01");
+    shop.lastLogin("乙", formatDate(kToday - days{row.idle}));
+    shop.lastLogin("丙", row.last);
     shop.run(R"(DELETE FROM "历史记录")");
-    if (*row.newest != 0) put_Draw(shop.store, 2026090, row.newest, {{1, 2, 3, 4, 5, 6}, 7});
-    ASSERT_TRUE(log_In(shop.at(real_Files(), row.today), {"甲", "甲"}));
-    EXPECT_EQ(shop.is_There("乙"), row.kept);
-    EXPECT_TRUE(shop.is_There("甲") && shop.is_There("丙") && shop.is_There("临时用户"));
+    if (*row.newest != 0) putDraw(shop.store, 2026090, row.newest, {{1, 2, 3, 4, 5, 6}, 7});
+    ASSERT_TRUE(logIn(shop.at(realFiles(), row.today), {"甲", "甲"}));
+    EXPECT_EQ(shop.isThere("乙"), row.kept);
+    EXPECT_TRUE(shop.isThere("甲") && shop.isThere("丙") && shop.isThere("临时用户"));
   }
 }
 
@@ -170,23 +169,23 @@ TEST(Users, TheLastLoginNeverMovesBackwards) {
   Shop shop;
   for (const int offset : {3, -400, 2})
     for (const auto enter : {+[](const UserDesk& at) {
-                               return log_In(at, {"乙", "乙"});
+                               return logIn(at, {"乙", "乙"});
                              },
                              +[](const UserDesk& at) {
-                               return resume_Session(at, {"乙", "乙"});
+                               return resumeSession(at, {"乙", "乙"});
                              }}) {
-      ASSERT_TRUE(enter(shop.at(real_Files(), kToday + days{offset})));
-      EXPECT_EQ(find_User(shop.store, "乙")->last_login, kToday + days{3});
-      EXPECT_EQ(find_User(shop.store, "甲")->last_login, kToday) << "another user's";
+      ASSERT_TRUE(enter(shop.at(realFiles(), kToday + days{offset})));
+      EXPECT_EQ(findUser(shop.store, "乙")->last_login, kToday + days{3});
+      EXPECT_EQ(findUser(shop.store, "甲")->last_login, kToday) << "another user's";
     }
 }
 
 TEST(Users, ARefusedLoginChangesNothing) {
   Shop shop;
-  shop.run(R"(UPDATE "用户表" SET "密码"=')" + hash_Password("Secret", HashLimits::lowest()) +
+  shop.run(R"(UPDATE "用户表" SET "密码"=')" + hashPassword("Secret", HashLimits::lowest()) +
            R"(' WHERE "用户名"='丙')");
   shop.scramble(1);
-  shop.put_Tickets();
+  shop.putTickets();
   const std::string before = shop.everything();
   const std::string unusable = "用户名太长，或者含有不能使用的字符，请换一个用户名。";
   const struct {
@@ -207,27 +206,27 @@ TEST(Users, ARefusedLoginChangesNothing) {
        "没有用户“丁”。要建立新用户，请点击“我是新用户”（命令行：users login 用户名 --new）。"},
   };
   for (const auto& row : rows) {
-    EXPECT_FALSE(log_In(shop.at(), row.typed, row.new_user));
+    EXPECT_FALSE(logIn(shop.at(), row.typed, row.new_user));
     EXPECT_EQ(shop.told(), row.says);
   }
   shop.desk.answers = {false};
-  EXPECT_FALSE(log_In(shop.at(), {"丁", "pw"}, NewUser::asked));
-  EXPECT_FALSE(resume_Session(shop.at(), {"丁", "pw"})) << "a slip makes no user";
-  EXPECT_FALSE(resume_Session(shop.at(), {"丙", "丙"})) << "another password";
+  EXPECT_FALSE(logIn(shop.at(), {"丁", "pw"}, NewUser::asked));
+  EXPECT_FALSE(resumeSession(shop.at(), {"丁", "pw"})) << "a slip makes no user";
+  EXPECT_FALSE(resumeSession(shop.at(), {"丙", "丙"})) << "another password";
   // The tickets of 丙 stand: whoever comes is asked, 丙 too when it is a new login.
   for (const Credentials& comes :
        {Credentials{"甲", "甲"}, {"丁", "pw"}, {"丙", "Secret"}, {"临时用户", ""}}) {
     shop.desk.choices = {{}};
-    EXPECT_FALSE(log_In(shop.at(), comes, NewUser::made));
+    EXPECT_FALSE(logIn(shop.at(), comes, NewUser::made));
     EXPECT_EQ(shop.desk.asked.back(), "登录会清空现有的 2 注号码。");
   }
-  EXPECT_TRUE(resume_Session(shop.at(), {" 丙 ", "Secret\t"})) << "the same session keeps its tickets";
+  EXPECT_TRUE(resumeSession(shop.at(), {" 丙 ", "Secret\t"})) << "the same session keeps its tickets";
   EXPECT_TRUE(shop.everything() == before);
 }
 
 TEST(Users, NamesShowThemselvesAndSteerNothing) {
   for (const char* name : {"甲", "投注站 3号", "Ångström", "😀", "中\u3000国", "\u00e9\u0301"})
-    EXPECT_TRUE(is_UserName(name)) << name;
+    EXPECT_TRUE(isUserName(name)) << name;
   const std::string_view bad[] = {
       // what nobody sees
       "", " \u3000", "\u00a0", "\u1680\u2003\u202f\u205f", "\u200b\u200d", "\ufeff", "\u3164", "\u2800",
@@ -239,12 +238,12 @@ TEST(Users, NamesShowThemselvesAndSteerNothing) {
       // in another encoding
       "\xff", "甲\xe4\xb9", "\xc1\x81", "\xe0\x81\x81", "\xed\xa0\x80", "\xf4\x90\x80\x80",
       "\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80", "\xbc\xd7"};
-  for (const std::string_view name : bad) EXPECT_FALSE(is_UserName(name)) << testing::PrintToString(name);
+  for (const std::string_view name : bad) EXPECT_FALSE(isUserName(name)) << testing::PrintToString(name);
 }
 
 // Each typed password against what the row holds.
 TEST(Users, APasswordIsComparedAsItsColumnSays) {
-  const std::string hash = hash_Password("pw", HashLimits::lowest());
+  const std::string hash = hashPassword("pw", HashLimits::lowest());
   const struct {
     const char* name;
     User row;
@@ -262,42 +261,42 @@ TEST(Users, APasswordIsComparedAsItsColumnSays) {
       {"the guest", {"临时用户", hash, false, {}}, "x", true},
   };
   for (const auto& row : rows) EXPECT_EQ(fits(row.row, row.typed), row.good) << row.name;
-  EXPECT_NE(hash, hash_Password("pw", HashLimits::lowest())) << "the salt is new each time";
+  EXPECT_NE(hash, hashPassword("pw", HashLimits::lowest())) << "the salt is new each time";
 }
 
 // What an older version left behind: plain texts in the rows, and one in a page that it gave up.
 TEST(Users, PlainPasswordsLeaveNoTraceBehindTheNextLogin) {
-  const std::string secrets[] = {"first-secret", hash_Password("x", HashLimits::lowest()), "third-secret",
+  const std::string secrets[] = {"first-secret", hashPassword("x", HashLimits::lowest()), "third-secret",
                                  "erased-secret"};
   for (const bool resumed : {false, true}) {
     Shop shop;
     shop.run("PRAGMA secure_delete = OFF");
-    for (int i = 0; i < 200; ++i) add_User(shop.store, "filler" + std::to_string(i), secrets[3]);
+    for (int i = 0; i < 200; ++i) addUser(shop.store, "filler" + std::to_string(i), secrets[3]);
     const char* const name[] = {"甲", "乙", "丙"};
     for (int i = 0; i < 3; ++i)
       shop.store.query(R"(UPDATE "用户表" SET "密码"=?, "密码形式"=0 WHERE "用户名"=?)")
           .bind(secrets[i], name[i])
           .run();
     shop.run(R"(DELETE FROM "用户表" WHERE "用户名" LIKE 'filler%')");
-    set_CurrentUser(shop.store, resumed ? "甲" : "乙");
-    ASSERT_TRUE(copy_Database(shop.temp.home().main_Db(), shop.temp.home().backup_Db(), real_Files()));
+    setCurrentUser(shop.store, resumed ? "甲" : "乙");
+    ASSERT_TRUE(copyDatabase(shop.temp.home().mainDb(), shop.temp.home().backupDb(), realFiles()));
     const auto traces = [&] {
       std::string found;
       for (const auto& entry : fs::directory_iterator(shop.temp.path()))
         for (const std::string& secret : secrets)
-          if (read_File(entry.path()).find(secret) != std::string::npos)
+          if (readFile(entry.path()).find(secret) != std::string::npos)
             found += entry.path().filename().string() + ' ' + secret + '\n';
       return found;
     };
     for (const char* trace : {"Lotmere.db first", "Lotmere.db erased", "Lotmere.backup.db third"})
       ASSERT_NE(traces().find(trace), std::string::npos) << trace;
-    EXPECT_FALSE(resume_Session(shop.at(), {"甲", "wrong"}));
+    EXPECT_FALSE(resumeSession(shop.at(), {"甲", "wrong"}));
     EXPECT_NE(traces(), "") << "a refused login changes nothing";
     // In the middle of the change the plain texts stand in the journal, which must go as well.
-    ASSERT_TRUE(resume_Session(shop.at(), {"甲", secrets[0]}));
+    ASSERT_TRUE(resumeSession(shop.at(), {"甲", secrets[0]}));
     EXPECT_EQ(traces(), "");
-    EXPECT_TRUE(is_SoundStore(shop.temp.home().backup_Db()));
-    for (int i = 0; i < 3; ++i) EXPECT_TRUE(is_HashOf(find_User(shop.store, name[i])->password, secrets[i]));
+    EXPECT_TRUE(isSoundStore(shop.temp.home().backupDb()));
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(isHashOf(findUser(shop.store, name[i])->password, secrets[i]));
   }
 }
 
@@ -305,7 +304,7 @@ TEST(Users, ABackupThatCannotBeRenewedIsToldAndKeepsNobodyOut) {
   Shop shop;
   shop.run(R"(UPDATE "用户表" SET "密码"='plain', "密码形式"=0 WHERE "用户名"='丙')");
   FaultyFiles machine(1);
-  ASSERT_TRUE(resume_Session(shop.at(machine), {"丙", "plain"}));
+  ASSERT_TRUE(resumeSession(shop.at(machine), {"丙", "plain"}));
   ASSERT_EQ(shop.desk.tips.size(), 1);
   EXPECT_TRUE(shop.desk.tips[0].text.starts_with("备份没有更新，旧的密码还在其中。"));
 }
@@ -313,10 +312,10 @@ TEST(Users, ABackupThatCannotBeRenewedIsToldAndKeepsNobodyOut) {
 TEST(Users, AChangeOfAnAccountTouchesNoOther) {
   using Text = std::optional<std::string>;
   const auto change = [](const char* name, const Text& before, const char* after) {
-    return [=](const UserDesk& at) { return change_Password(at, name, before, after); };
+    return [=](const UserDesk& at) { return changePassword(at, name, before, after); };
   };
   const auto remove = [](const char* name) {
-    return [=](const UserDesk& at) { return remove_User(at, name); };
+    return [=](const UserDesk& at) { return removeUser(at, name); };
   };
   const std::string current = "“丙”是当前用户，请先换一个用户登录，再删除。";
   const struct {
@@ -350,9 +349,9 @@ TEST(Users, AChangeOfAnAccountTouchesNoOther) {
     EXPECT_EQ(shop.told(), row.says);
     std::string leaves;
     for (const std::string name : {"甲", "乙", "丙"})
-      if (!shop.is_There(name))
+      if (!shop.isThere(name))
         leaves += name + " gone ";
-      else if (const User user = *find_User(shop.store, name); !fits(user, name))
+      else if (const User user = *findUser(shop.store, name); !fits(user, name))
         leaves += name + (fits(user, "new") ? "=new " : "=? ");
     EXPECT_EQ(leaves, row.leaves);
   }
@@ -373,15 +372,15 @@ TEST(Users, AProfileThatLiesThereIsTakenOrKeptAsideButNeverLost) {
     shop.scramble(4);
     const auto leave = [&] { shop.run(R"(DELETE FROM "用户表" WHERE "用户名"='丙')"); };
     leave();
-    const std::string bytes = read_File(shop.file("丙"));
+    const std::string bytes = readFile(shop.file("丙"));
     const auto beside = [&](const char* ending) { return shop.file("丙") += ending; };
     std::ofstream(beside(".old")) << "of an earlier time";
     const std::string before = shop.everything();
     shop.desk.choices = {answer};
-    EXPECT_EQ(log_In(shop.at(), {"丙", "new"}, NewUser::made), wanted != Settings::untouched);
+    EXPECT_EQ(logIn(shop.at(), {"丙", "new"}, NewUser::made), wanted != Settings::untouched);
     EXPECT_EQ(shop.everything() == before, wanted == Settings::untouched);
-    EXPECT_EQ(read_File(beside(".old")), "of an earlier time");
-    EXPECT_TRUE(read_File(beside(wanted == Settings::factory ? ".old2" : "")) == bytes);
+    EXPECT_EQ(readFile(beside(".old")), "of an earlier time");
+    EXPECT_TRUE(readFile(beside(wanted == Settings::factory ? ".old2" : "")) == bytes);
     if (wanted == Settings::untouched) continue;
     EXPECT_TRUE(shop.settings() == (wanted == Settings::left ? left : factory));
     // A damaged one gives the factory settings, not those of whoever was here before.
@@ -389,7 +388,7 @@ TEST(Users, AProfileThatLiesThereIsTakenOrKeptAsideButNeverLost) {
     leave();
     std::ofstream(shop.file("丙")) << "no profile";
     shop.desk.choices = {0};
-    ASSERT_TRUE(log_In(shop.at(), {"丙", "new"}, NewUser::made));
+    ASSERT_TRUE(logIn(shop.at(), {"丙", "new"}, NewUser::made));
     EXPECT_TRUE(shop.settings() == factory);
   }
 }
@@ -399,12 +398,12 @@ TEST(Users, NoNameLeadsOutOfTheFolderOrMeetsAnother) {
   std::set<fs::path> files;
   for (const char* name :
        {"../x", "a/b", "a'b", ".", "..", "x.", "x", " x", "甲", "😀", "a%2Fb", "CON:", "a\\b", "/"}) {
-    const fs::path file = profile_File(home, name);
+    const fs::path file = profileFile(home, name);
     EXPECT_EQ(file.parent_path(), home.folder) << file;
     EXPECT_EQ(file.lexically_normal(), file);
     EXPECT_TRUE(files.insert(file).second) << file;
   }
-  EXPECT_EQ(profile_File(home, "甲 1.b").filename(), "甲 1.b.uLotmere");
+  EXPECT_EQ(profileFile(home, "甲 1.b").filename(), "甲 1.b.uLotmere");
 }
 
 TEST(Users, ABrokenProfileIsToldAndKept) {
@@ -419,20 +418,20 @@ TEST(Users, ABrokenProfileIsToldAndKept) {
       {"a table is gone", [&](const fs::path& file) { alter(file, R"(DROP TABLE "号码特性")"); }, true},
       {"a table has lost columns",
        [&](const fs::path& file) { alter(file, R"(ALTER TABLE "号码特性" DROP COLUMN "四0")"); }, true},
-      {"a row is lost", [](const fs::path& file) { lose_Row(file, "过滤条件使用情况"); }, true},
+      {"a row is lost", [](const fs::path& file) { loseRow(file, "过滤条件使用情况"); }, true},
       {"not a database", [](const fs::path& file) { std::ofstream(file) << std::string(9000, 'x'); }, false},
       {"empty", [](const fs::path& file) { fs::resize_file(file, 0); }, false}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Shop shop;
     shop.scramble(1);
-    const std::string cells = shop.rows_Of("过滤条件");
+    const std::string cells = shop.rowsOf("过滤条件");
     shop.enter("乙");
     const std::string before = shop.settings();
     row.spoil(shop.file("丙"));
     shop.enter("丙");
     EXPECT_EQ(shop.told(), "用户文件丢失或损坏,无法打开！");
-    EXPECT_EQ(shop.rows_Of("过滤条件") == cells, row.some);
+    EXPECT_EQ(shop.rowsOf("过滤条件") == cells, row.some);
     EXPECT_EQ(shop.settings() == before, !row.some);
     EXPECT_TRUE(fs::exists(shop.file("丙") += ".damaged"));
   }
@@ -444,24 +443,24 @@ TEST(Users, AProfileLockedByAnotherProgramIsNoBrokenOne) {
   const std::string settings = shop.settings();
   SQLite::Database other(shop.file("甲").string(), SQLite::OPEN_READWRITE);
   other.exec("BEGIN EXCLUSIVE");
-  EXPECT_THROW((void)log_In(shop.at(), {"甲", "甲"}), SQLite::Exception);
-  EXPECT_TRUE(shop.settings() == settings && current_User(shop.store) == "丙");
+  EXPECT_THROW((void)logIn(shop.at(), {"甲", "甲"}), SQLite::Exception);
+  EXPECT_TRUE(shop.settings() == settings && currentUser(shop.store) == "丙");
   EXPECT_FALSE(fs::exists(shop.file("甲") += ".damaged"));
 }
 
 TEST(Users, AProfileIsWholeWhereverItsSavingBreaksOff) {
-  refuse_EachStep([](FaultyFiles& machine) {
+  refuseEachStep([](FaultyFiles& machine) {
     Shop shop;
     shop.scramble(1);
     const std::string settings = shop.settings();
     bool entered = false;
     try {
-      entered = log_In(shop.at(machine), {"丁", "丁"}, NewUser::made);
+      entered = logIn(shop.at(machine), {"丁", "丁"}, NewUser::made);
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed());
     }
-    EXPECT_EQ(current_User(shop.store), entered ? "丁" : "丙");
-    EXPECT_EQ(find_User(shop.store, "丁").has_value(), entered);
+    EXPECT_EQ(currentUser(shop.store), entered ? "丁" : "丙");
+    EXPECT_EQ(findUser(shop.store, "丁").has_value(), entered);
     EXPECT_TRUE(entered || shop.settings() == settings);
     EXPECT_TRUE(entered || !fs::exists(shop.file("丁"))) << "what is left would be taken for somebody else's";
     shop.enter("丁");
@@ -474,7 +473,7 @@ TEST(Users, ATemplateThatFallsShortIsMadeAnewAndAMissingOneIsTold) {
   Shop shop;
   shop.scramble(1);
   const std::string settings = shop.settings();
-  const fs::path form = shop.temp.home().template_File();
+  const fs::path form = shop.temp.home().templateFile();
   for (const char* spoiled : {R"(DELETE FROM "过滤条件" WHERE "ID">3000)", R"(DROP TABLE "区间定义")", ""}) {
     if (*spoiled != 0)
       SQLite::Database(form.string(), SQLite::OPEN_READWRITE).exec(spoiled);
@@ -485,9 +484,9 @@ TEST(Users, ATemplateThatFallsShortIsMadeAnewAndAMissingOneIsTold) {
     EXPECT_TRUE(shop.settings() == settings) << spoiled;
   }
   fs::remove(form);
-  EXPECT_FALSE(log_In(shop.at(), {"乙", "乙"}));
+  EXPECT_FALSE(logIn(shop.at(), {"乙", "乙"}));
   EXPECT_EQ(shop.told(), "数据模板文件丢失无法导出，请重新安装！");
-  EXPECT_EQ(current_User(shop.store), "丙") << "nobody takes the place of settings that aren't saved";
+  EXPECT_EQ(currentUser(shop.store), "丙") << "nobody takes the place of settings that aren't saved";
 }
 
 }  // namespace

@@ -47,23 +47,23 @@ class PictureDesk : public WindowDesk {
     WindowDesk::ask(text, title);
     return answer;
   }
-  bool run_Dialog(QDialog& dialog) override {
+  bool runDialog(QDialog& dialog) override {
     if (next.isEmpty()) return answer;
     dialog.show();
     save(dialog, std::exchange(next, QString()));
     dialog.hide();
     return answer;
   }
-  std::optional<std::string> ask_Text(std::string_view prompt, std::string_view title,
-                                      std::string_view proposed) override {
+  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                     std::string_view proposed) override {
     const std::string text = period > 0 ? std::to_string(period) : std::string(proposed);
-    WindowDesk::ask_Text(prompt, title, text);
+    WindowDesk::askText(prompt, title, text);
     return text;
   }
-  QString choose_File(const QString& /*title*/, const QString& /*filter*/) override {
+  QString chooseFile(const QString& /*title*/, const QString& /*filter*/) override {
     return QStringLiteral("/dev/null");
   }
-  bool open_Outside(const QUrl& /*address*/) override { return true; }
+  bool openOutside(const QUrl& /*address*/) override { return true; }
 
  private:
   QString folder_;
@@ -71,33 +71,33 @@ class PictureDesk : public WindowDesk {
 };
 
 // A home with draws and picked numbers.
-void fill_Home(const Home& home, WindowDesk& desk, const std::string& draws) {
-  Store::create(home.main_Db());
-  Store store(home.main_Db());
-  const auto fetcher = make_CurlFetcher(desk);
-  if (!downloadAll(store, desk, *fetcher, "file://" + draws, real_Clock().today()).ok)
+void fillHome(const Home& home, WindowDesk& desk, const std::string& draws) {
+  Store::create(home.mainDb());
+  Store store(home.mainDb());
+  const auto fetcher = makeCurlFetcher(desk);
+  if (!downloadAll(store, desk, *fetcher, "file://" + draws, realClock().today()).ok)
     throw std::runtime_error("no draw list at " + draws);
   NumberSelection selection;
   for (const int red : {3, 5, 8, 10, 12, 15, 17, 19, 22, 24, 26, 29, 31}) selection.red[red] = PickState::tuo;
   selection.red[12] = PickState::dan;
   for (const int blue : {2, 7, 9, 11, 16}) selection.blue[blue] = PickState::tuo;
-  replace_Selection(store, desk, selection);
+  replaceSelection(store, desk, selection);
 }
 
 class Pictures {
  public:
   Pictures(PictureDesk& desk, const Home& home) : desk_(desk), home_(home) {}
 
-  void take_All() {
+  void takeAll() {
     {
       Program program(home_, desk_, clock_);
       program_ = &program;
       desk_.next = QStringLiteral("first-run");
       if (!program.start()) throw std::runtime_error("the start came to no end");
       program.window().resize(1240, 720);
-      take_Pages();
+      takePages();
     }
-    Store(home_.main_Db()).query(R"(UPDATE "用户模式" SET "模式"=2)").run();
+    Store(home_.mainDb()).query(R"(UPDATE "用户模式" SET "模式"=2)").run();
     Program program(home_, desk_, clock_);
     desk_.next = QStringLiteral("login");
     desk_.answer = false;
@@ -105,7 +105,7 @@ class Pictures {
   }
 
  private:
-  void take_Pages() {
+  void takePages() {
     shoot("history");
     give("mnu_HistoryTubiao");
     shoot("distribution");
@@ -118,37 +118,37 @@ class Pictures {
     shoot("counts");
     for (const auto& [name, tab] :
          {std::pair{"intervals", 14}, {"places", 15}, {"shapes", 16}, {"groups", 41}, {"match", 42}}) {
-      give(ConditionsPage::tab_Command(tab).c_str());
+      give(ConditionsPage::tabCommand(tab).c_str());
       shoot(name);
     }
     give("mnu_TiaojianShuosui");
     shoot("shrink");
     give("mnu_TiaojianView");
     shoot("settings");
-    shoot_Dialog("init-prompt", "mnu_ShengCeng_0");
+    shootDialog("init-prompt", "mnu_ShengCeng_0");
     give("mnu_ShengCeng_1");
     shoot("tickets");
-    shoot_Dialog("export", "mnu_ShengCeng_3");
-    shoot_Dialog("import", "mnu_ShengCeng_4");
-    take_Check();
+    shootDialog("export", "mnu_ShengCeng_3");
+    shootDialog("import", "mnu_ShengCeng_4");
+    takeCheck();
     give("mnu_newQuJian");
     shoot("division");
     give("mnu_youxiguizhe");
     shoot("rules");
     give("mnu_TiaojianDingYi");
     shoot("definitions");
-    shoot_Dialog("message", "cmm_help");
+    shootDialog("message", "cmm_help");
     desk_.next = QStringLiteral("tip");
-    desk_.show_Tip("此过滤条件与历史数据有关，只对当前这一期有效。", "信息提示");
+    desk_.showTip("此过滤条件与历史数据有关，只对当前这一期有效。", "信息提示");
     give("tab_1");
     auto* progress = program_->window().findChild<ProgressControl*>();
     progress->begin(5000, true);
-    progress->set_ValueJindu(2140);
+    progress->setValue(2140);
     shoot("progress");
     progress->end();
   }
   // Tickets of a period that has been drawn, held against it.
-  void take_Check() {
+  void takeCheck() {
     desk_.period = latestPeriod(program_->store());
     give("mnu_ShengCeng_0");
     give("mnu_ShengCeng_6");
@@ -157,7 +157,7 @@ class Pictures {
 
   void give(const char* command) { program_->commands().action(command)->trigger(); }
   void shoot(const char* name) { desk_.save(program_->window(), QString::fromUtf8(name)); }
-  void shoot_Dialog(const char* name, const char* command) {
+  void shootDialog(const char* name, const char* command) {
     desk_.next = QString::fromUtf8(name);
     give(command);
   }
@@ -175,12 +175,12 @@ int run(QApplication& application) {
     return 2;
   }
   const bool dark = arguments[3] == QStringLiteral("dark");
-  apply_Appearance(application, dark ? Appearance::dark : Appearance::light);
+  applyAppearance(application, dark ? Appearance::dark : Appearance::light);
   const QTemporaryDir folder;
   const Home home{folder.path().toStdString()};
   PictureDesk desk(arguments[2], dark ? QStringLiteral("-dark") : QString());
-  fill_Home(home, desk, arguments[1].toStdString());
-  Pictures(desk, home).take_All();
+  fillHome(home, desk, arguments[1].toStdString());
+  Pictures(desk, home).takeAll();
   return 0;
 }
 
@@ -189,7 +189,7 @@ int run(QApplication& application) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  lotmere::ui::set_UpApplication(application);
+  lotmere::ui::setUpApplication(application);
   try {
     return lotmere::ui::run(application);
   } catch (const std::exception& failure) {
