@@ -4,9 +4,9 @@
 #include <fmt/format.h>
 
 #include "conditions/condition_store.hpp"
-#include "core/periods.hpp"
 #include "pipeline/metric.hpp"
 #include "reduction/cover.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere::bench {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/store.hpp"
+#include "store/store.hpp"
 #include "tickets/selection.hpp"
 #include "tickets/ticket_set.hpp"
 #include "world.hpp"

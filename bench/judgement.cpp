@@ -5,9 +5,9 @@
 #include <numeric>
 
 #include "conditions/condition_store.hpp"
-#include "core/periods.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/smart.hpp"
+#include "store/periods.hpp"
 #include "tickets/selection.hpp"
 #include "workloads.hpp"
 #include "world.hpp"
@@ -63,7 +63,7 @@ void clearLower(TicketSet& tickets) {
 }
 
 // The floor is the scoring alone; the subject clears the lower scores as well.
-void smart_100k(State& state, const Sizes& sizes) {
+void smart100k(State& state, const Sizes& sizes) {
   World world;
   world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
@@ -103,7 +103,7 @@ void matchLiterally(const std::vector<StoredDraw>& draws, int match, TicketSet& 
   }
 }
 
-void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
+void match100k(State& state, const Sizes& sizes, int match, int draw_count) {
   World world;
   Store& store = world.store();
   world.addDraws(sizes.draws);
@@ -143,11 +143,11 @@ void match_100k(State& state, const Sizes& sizes, int match, int draw_count) {
 
 void registerJudgementWorkloads(const Sizes& sizes) {
   constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
-  add("smart-100k", [=](State& state) { smart_100k(state, sizes); });
+  add("smart-100k", [=](State& state) { smart100k(state, sizes); });
   for (const auto& [match, draws] :
        {std::pair(4, std::min(few_draws, sizes.draws)), std::pair(5, sizes.draws), std::pair(6, sizes.draws)})
     add(fmt::format("match-100k/{}", match),
-        [=, m = match, d = draws](State& state) { match_100k(state, sizes, m, d); });
+        [=, m = match, d = draws](State& state) { match100k(state, sizes, m, d); });
 }
 
 }  // namespace lotmere::bench

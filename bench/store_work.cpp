@@ -8,9 +8,9 @@
 #include <random>
 
 #include "analysis/omission.hpp"
-#include "core/home.hpp"
-#include "core/periods.hpp"
 #include "files/import.hpp"
+#include "start/home.hpp"
+#include "store/periods.hpp"
 #include "workloads.hpp"
 #include "world.hpp"
 
@@ -86,7 +86,7 @@ void prepareMarks(Store& store, Desk& desk, Marks marks) {
   check(analyse(store, desk, kAll).has_value(), "omission-3500 has no draws");
 }
 
-void omission_3500(State& state, const Sizes& sizes, Marks marks) {
+void omission3500(State& state, const Sizes& sizes, Marks marks) {
   World world;
   Store& store = world.store();
   world.addDraws(sizes.draws);
@@ -167,7 +167,7 @@ double timeImport(Store& store, const std::filesystem::path& path, int lines) {
   return time;
 }
 
-void import_1m(State& state, const Sizes& sizes) {
+void import1m(State& state, const Sizes& sizes) {
   World world;
   const auto other = world.otherStore();
   const auto path = writeLines(world, sizes.lines);
@@ -230,9 +230,9 @@ void firstStart(State& state, const Sizes& sizes) {
 }  // namespace
 
 void registerStoreWorkloads(const Sizes& sizes) {
-  add("omission-3500/repeat", [=](State& state) { omission_3500(state, sizes, Marks::right); });
-  add("omission-3500/rewrite", [=](State& state) { omission_3500(state, sizes, Marks::other_colour); });
-  add("import-1m", [=](State& state) { import_1m(state, sizes); });
+  add("omission-3500/repeat", [=](State& state) { omission3500(state, sizes, Marks::right); });
+  add("omission-3500/rewrite", [=](State& state) { omission3500(state, sizes, Marks::other_colour); });
+  add("import-1m", [=](State& state) { import1m(state, sizes); });
   add("first-start", [=](State& state) { firstStart(state, sizes); });
   add("import-linear", [=](State& state) { importLinear(state, sizes); });
 }

@@ -6,15 +6,15 @@
 #include <algorithm>
 #include <random>
 
+#include "advice/judge.hpp"
+#include "advice/live_count.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/periods.hpp"
 #include "floors.hpp"
 #include "history/draw_stats.hpp"
-#include "pipeline/judge.hpp"
-#include "pipeline/live_count.hpp"
 #include "pipeline/run.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/cover.hpp"
+#include "store/periods.hpp"
 #include "tickets/init.hpp"
 #include "workload.hpp"
 #include "world.hpp"
@@ -24,7 +24,7 @@ namespace {
 
 using benchmark::State;
 
-void init_100k(State& state, const Sizes& sizes) {
+void init100k(State& state, const Sizes& sizes) {
   World world;
   world.pick(sizes.reds, sizes.blues);
   const TicketSet tickets = makeTickets(loadSelection(world.store()), kTarget);
@@ -62,7 +62,7 @@ std::vector<PlainRow> shiftIDs(std::vector<PlainRow> rows, std::int64_t step) {
 
 std::int64_t firstID(Store& store) { return store.value(R"(SELECT min("ID") FROM "日志表")"); }
 
-void run_100k(State& state, const Sizes& sizes) {
+void run100k(State& state, const Sizes& sizes) {
   World world;
   setUp(world, sizes);
   Store& store = world.store();
@@ -89,7 +89,7 @@ void run_100k(State& state, const Sizes& sizes) {
   }
 }
 
-void run_100k_walk(State& state, const Sizes& sizes) {
+void run100kWalk(State& state, const Sizes& sizes) {
   World world;
   setUp(world, sizes);
   Store& store = world.store();
@@ -116,7 +116,7 @@ void run_100k_walk(State& state, const Sizes& sizes) {
 
 // What a click waits for, the tickets held since the count before; `first` is the count that reads them, and
 // `expanded` the same click with an empty table, over what the selection makes.
-void live_100k(State& state, const Sizes& sizes, int shrink_type) {
+void live100k(State& state, const Sizes& sizes, int shrink_type) {
   World world;
   setUp(world, sizes);
   world.setShrinkType(shrink_type);
@@ -170,7 +170,7 @@ TicketSet selectedTickets(const Sizes& sizes) {
   return makeTickets(loadSelection(world.store()), kTarget);
 }
 
-void shrink_100k(State& state, const Sizes& sizes, int shared) {
+void shrink100k(State& state, const Sizes& sizes, int shared) {
   const TicketSet tickets = selectedTickets(sizes);
   for (auto _ : state) {
     std::size_t centres = 0;
@@ -313,7 +313,7 @@ void judgeAll(State& state, int threads) {
   }
 }
 
-void stats_3500(State& state, const Sizes& sizes) {
+void stats3500(State& state, const Sizes& sizes) {
   World world;
   world.addDraws(sizes.draws);
   QuietDesk desk;
@@ -331,15 +331,15 @@ void stats_3500(State& state, const Sizes& sizes) {
 
 void registerWorkloads(bool smoke) {
   const Sizes sizes = smoke ? kSmoke : kFull;
-  add("init-100k", [=](State& state) { init_100k(state, sizes); });
-  add("run-100k-all", [=](State& state) { run_100k(state, sizes); });
-  add("run-100k-walk", [=](State& state) { run_100k_walk(state, sizes); });
-  add("live-100k", [=](State& state) { live_100k(state, sizes, kLargestShrink); });
-  add("live-100k/shrink", [=](State& state) { live_100k(state, sizes, kLargestShrink - 1); });
+  add("init-100k", [=](State& state) { init100k(state, sizes); });
+  add("run-100k-all", [=](State& state) { run100k(state, sizes); });
+  add("run-100k-walk", [=](State& state) { run100kWalk(state, sizes); });
+  add("live-100k", [=](State& state) { live100k(state, sizes, kLargestShrink); });
+  add("live-100k/shrink", [=](State& state) { live100k(state, sizes, kLargestShrink - 1); });
   for (int shared = 3; shared <= 6; ++shared)
-    add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink_100k(state, sizes, shared); });
+    add(fmt::format("shrink-100k/{}", shared), [=](State& state) { shrink100k(state, sizes, shared); });
   add("shrink-repeats", [=](State& state) { shrinkRepeats(state, sizes); });
-  add("stats-3500", [=](State& state) { stats_3500(state, sizes); });
+  add("stats-3500", [=](State& state) { stats3500(state, sizes); });
   registerJudgementWorkloads(sizes);
   registerStoreWorkloads(sizes);
   if (smoke) return;

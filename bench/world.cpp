@@ -11,8 +11,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "catalogue/attributes.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/attributes.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/metric.hpp"
 #include "tickets/init.hpp"

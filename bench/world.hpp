@@ -8,9 +8,9 @@
 #include <random>
 #include <vector>
 
-#include "core/desk_script.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
+#include "support/desk_script.hpp"
 
 namespace lotmere {
 struct NumberSelection;

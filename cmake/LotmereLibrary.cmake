@@ -1,7 +1,8 @@
 # lotmere_library(NAME [LINKS target...])
 #
-# One static library for the subsystem folder that calls it. Its headers are reached as "NAME/file.hpp" through an include root
-# of its own, so that a folder sees only the folders it links: a wrong include doesn't compile.
+# One static library for the room whose folder calls it. Its headers are reached as "NAME/file.hpp" through an include root of its
+# own, so that a room sees only the rooms it links: a wrong include doesn't compile. A NAME with a slash, "ui/look", is the
+# target lotmere_ui_look.
 add_library(lotmere_options INTERFACE)
 target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                                  -Wnon-virtual-dtor -Werror
@@ -26,14 +27,16 @@ endif()
 
 function(lotmere_library name)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
-  set(root ${CMAKE_BINARY_DIR}/include-roots/${name})
-  file(MAKE_DIRECTORY ${root})
+  string(REPLACE "/" "_" target ${name})
+  set(root ${CMAKE_BINARY_DIR}/include-roots/${target})
+  get_filename_component(parent ${root}/${name} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
   if(NOT EXISTS ${root}/${name})
     file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${name} SYMBOLIC)
   endif()
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.hpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-  add_library(lotmere_${name} STATIC ${sources})
-  target_include_directories(lotmere_${name} PUBLIC ${root})
-  target_link_libraries(lotmere_${name} PUBLIC ${ARG_LINKS} PRIVATE lotmere_options)
+  add_library(lotmere_${target} STATIC ${sources})
+  target_include_directories(lotmere_${target} PUBLIC ${root})
+  target_link_libraries(lotmere_${target} PUBLIC ${ARG_LINKS} PRIVATE lotmere_options)
 endfunction()

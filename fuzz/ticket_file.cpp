@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
 #include "files/text_file.hpp"

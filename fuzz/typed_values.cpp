@@ -8,11 +8,11 @@
 #include <cstdint>
 #include <functional>
 
+#include "base/dates.hpp"
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
 #include "conditions/values.hpp"
-#include "core/dates.hpp"
-#include "core/number_list.hpp"
-#include "core/text.hpp"
 #include "fuzzing.hpp"
 
 namespace lotmere::fuzz {

@@ -18,11 +18,11 @@
 #include <QMainWindow>
 #include <cstring>
 
-#include "core/startup.hpp"
+#include "start/startup.hpp"
 #include "tickets/init.hpp"
 #include "tickets/selection.hpp"
-#include "ui/application.hpp"
-#include "ui/program.hpp"
+#include "ui/main/application.hpp"
+#include "ui/main/program.hpp"
 #include "users/user_table.hpp"
 #include "workload.hpp"
 #include "world.hpp"
@@ -130,7 +130,7 @@ double startPlainly(const Home& home) {
   });
 }
 
-void start_3500(State& state, const Sizes& sizes) {
+void start3500(State& state, const Sizes& sizes) {
   const WindowWorld world(sizes, false);
   static_cast<void>(startPlainly(world.home()));  // fonts and pictures of the process
   std::vector<double> floors;
@@ -181,12 +181,12 @@ void fill(State& state, const Sizes& sizes, const char* sql, ui::MainWindow::Pag
   }
 }
 
-void history_3500(State& state, const Sizes& sizes) {
+void history3500(State& state, const Sizes& sizes) {
   fill(state, sizes, R"(SELECT * FROM "历史记录" ORDER BY "期号")", ui::MainWindow::Page::history,
        [](ui::MainWindow& window) { window.findChild<ui::HistoryPage*>()->refreshHistoryView(); });
 }
 
-void tickets_100k(State& state, const Sizes& sizes) {
+void tickets100k(State& state, const Sizes& sizes) {
   fill(
       state, sizes,
       R"(SELECT "序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中" FROM "日志表"
@@ -195,7 +195,7 @@ void tickets_100k(State& state, const Sizes& sizes) {
       [](ui::MainWindow& window) { window.findChild<ui::TicketPage*>()->refreshTickets(); });
 }
 
-void sheet_3500(State& state, const Sizes& sizes) {
+void sheet3500(State& state, const Sizes& sizes) {
   const WindowWorld world(sizes, false);
   std::vector<double> subjects;
   for (auto _ : state) {
@@ -245,7 +245,7 @@ void runAgain(State& state, const Sizes& sizes, const std::function<double(Open&
 
 void runCommand(Open& open) { open.program().commands().action("mnu_ShengCeng_1")->trigger(); }
 
-void alive_100k(State& state, const Sizes& sizes) {
+void alive100k(State& state, const Sizes& sizes) {
   runAgain(state, sizes, [](Open& open) {
     runCommand(open);
     open.desk().serve();  // behind the grid's refill
@@ -253,7 +253,7 @@ void alive_100k(State& state, const Sizes& sizes) {
   });
 }
 
-void stop_100k(State& state, const Sizes& sizes) {
+void stop100k(State& state, const Sizes& sizes) {
   runAgain(state, sizes, [](Open& open) {
     open.desk().stop_at = 40;
     runCommand(open);
@@ -263,13 +263,13 @@ void stop_100k(State& state, const Sizes& sizes) {
 }
 
 void registerWindowWorkloads(const Sizes& sizes) {
-  add("start-3500", [sizes](State& state) { start_3500(state, sizes); });
-  add("history-3500", [sizes](State& state) { history_3500(state, sizes); });
-  add("tickets-100k", [sizes](State& state) { tickets_100k(state, sizes); });
-  add("sheet-3500", [sizes](State& state) { sheet_3500(state, sizes); });
+  add("start-3500", [sizes](State& state) { start3500(state, sizes); });
+  add("history-3500", [sizes](State& state) { history3500(state, sizes); });
+  add("tickets-100k", [sizes](State& state) { tickets100k(state, sizes); });
+  add("sheet-3500", [sizes](State& state) { sheet3500(state, sizes); });
   add("click-sheet", [sizes](State& state) { clickSheet(state, sizes); });
-  add("alive-100k", [sizes](State& state) { alive_100k(state, sizes); });
-  add("stop-100k", [sizes](State& state) { stop_100k(state, sizes); });
+  add("alive-100k", [sizes](State& state) { alive100k(state, sizes); });
+  add("stop-100k", [sizes](State& state) { stop100k(state, sizes); });
 }
 
 }  // namespace

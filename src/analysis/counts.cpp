@@ -2,8 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

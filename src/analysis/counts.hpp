@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "analysis/draw_range.hpp"
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "analysis/draw_range.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

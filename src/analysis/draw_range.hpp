@@ -5,9 +5,9 @@
 #include <optional>
 #include <string_view>
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "core/periods.hpp"
-#include "core/row_function.hpp"
+#include "store/periods.hpp"
+#include "store/row_function.hpp"
 
 namespace lotmere {
 namespace {

@@ -7,9 +7,10 @@
 #include "analysis/distribution.hpp"
 #include "analysis/omission.hpp"
 #include "analysis/omission_text.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "game/game.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

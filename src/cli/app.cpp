@@ -7,13 +7,13 @@
 #include <map>
 #include <ostream>
 
+#include "base/failure.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
+#include "cli/desk_terminal.hpp"
 #include "cli/users.hpp"
-#include "core/desk_terminal.hpp"
-#include "core/failure.hpp"
-#include "core/store_files.hpp"
-#include "core/text.hpp"
 #include "history/draw_stats.hpp"
+#include "store/store_files.hpp"
 
 namespace lotmere {
 namespace {

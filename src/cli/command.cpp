@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 
 namespace lotmere {
 

@@ -8,12 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/periods.hpp"
-#include "core/platform.hpp"
-#include "core/startup.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "game/game.hpp"
+#include "start/startup.hpp"
+#include "store/periods.hpp"
+#include "store/store.hpp"
 #include "users/password.hpp"
 
 namespace CLI {

@@ -3,14 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "advice/strength.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
-#include "conditions/summary.hpp"
 #include "conditions/values.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
-#include "pipeline/strength.hpp"
+#include "panels/summary.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

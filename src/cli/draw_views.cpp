@@ -5,8 +5,9 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "base/text.hpp"
 #include "cli/command.hpp"
-#include "core/text.hpp"
+#include "game/game.hpp"
 #include "history/export_sheet.hpp"
 #include "history/search.hpp"
 #include "history/status.hpp"

@@ -3,15 +3,16 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "base/text.hpp"
 #include "cli/command.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "game/game.hpp"
 #include "history/addresses.hpp"
 #include "history/curl_fetcher.hpp"
 #include "history/download.hpp"
 #include "history/draw_stats.hpp"
 #include "history/entry.hpp"
 #include "history/upkeep.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <iostream>
 
+#include "base/platform.hpp"
 #include "cli/app.hpp"
-#include "core/desk_terminal.hpp"
-#include "core/platform.hpp"
+#include "cli/desk_terminal.hpp"
 
 namespace {
 

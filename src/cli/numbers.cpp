@@ -3,12 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/number_list.hpp"
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "game/game.hpp"
 #include "reduction/hints.hpp"
+#include "store/periods.hpp"
 #include "tickets/selection.hpp"
 
 namespace lotmere {

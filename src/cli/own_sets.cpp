@@ -4,10 +4,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/number_list.hpp"
-#include "core/text.hpp"
 #include "history/draw_stats.hpp"
 
 namespace lotmere {

@@ -4,9 +4,9 @@
 #include <ostream>
 
 #include "cli/command.hpp"
-#include "core/schema.hpp"
-#include "core/store_files.hpp"
-#include "core/transfer.hpp"
+#include "start/transfer.hpp"
+#include "store/schema.hpp"
+#include "store/store_files.hpp"
 
 namespace lotmere {
 namespace {

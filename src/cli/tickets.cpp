@@ -3,13 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "base/text.hpp"
 #include "cli/command.hpp"
-#include "core/text.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
-#include "files/prize_check.hpp"
+#include "game/game.hpp"
 #include "pipeline/run.hpp"
 #include "tickets/init.hpp"
+#include "tickets/prize_check.hpp"
 #include "tickets/ticket_list.hpp"
 #include "tickets/upkeep.hpp"
 

@@ -5,8 +5,8 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "base/text.hpp"
 #include "cli/command.hpp"
-#include "core/text.hpp"
 #include "files/text_file.hpp"
 #include "users/accounts.hpp"
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "core/desk.hpp"
-#include "core/startup.hpp"
+#include "base/desk.hpp"
+#include "start/startup.hpp"
 #include "users/login.hpp"
 
 namespace lotmere {

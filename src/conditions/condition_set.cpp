@@ -6,7 +6,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "core/schema.hpp"
+#include "store/schema.hpp"
 
 namespace lotmere {
 namespace {

@@ -11,14 +11,14 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/attributes.hpp"
+#include "catalogue/catalogue.hpp"
+#include "catalogue/families.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
-#include "core/attributes.hpp"
-#include "core/catalogue.hpp"
-#include "core/families.hpp"
-#include "core/game.hpp"
-#include "core/metrics.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -2,15 +2,15 @@
 
 #include <fmt/format.h>
 
-#include "core/schema.hpp"
+#include "store/schema.hpp"
 
 namespace lotmere {
 
-ValueArray loadConditionRange(Store& store, ConditionId minId, ConditionId maxId) {
+ValueArray loadConditionRange(Store& store, ConditionId first, ConditionId last) {
   Query rows = store.query(R"(SELECT "Value" FROM "过滤条件" WHERE "ID">=? AND "ID"<=? ORDER BY "ID" ASC)");
-  rows.bind(minId, maxId);
+  rows.bind(first, last);
   ValueArray cells{};
-  for (std::size_t index = minId % 10; index < cells.size() && rows.next(); ++index)
+  for (std::size_t index = first % 10; index < cells.size() && rows.next(); ++index)
     cells[index] = rows.number(0);
   return cells;
 }

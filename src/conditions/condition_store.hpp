@@ -8,12 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "core/attributes.hpp"
-#include "core/catalogue.hpp"
-#include "core/families.hpp"
-#include "core/game.hpp"
-#include "core/metrics.hpp"
-#include "core/store.hpp"
+#include "catalogue/attributes.hpp"
+#include "catalogue/catalogue.hpp"
+#include "catalogue/families.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 
@@ -21,9 +21,9 @@ namespace lotmere {
 // k; the selection rows 1 to 33 and 101 to 116 land on the index of their number.
 using ValueArray = std::array<int, 200>;
 
-// Reads the rows of a range in order into the array, from index minId modulo 10 on; cells beyond the range
+// Reads the rows of a range in order into the array, from index first modulo 10 on; cells beyond the range
 // are 0: not allowed.
-[[nodiscard]] ValueArray loadConditionRange(Store& store, ConditionId minId, ConditionId maxId);
+[[nodiscard]] ValueArray loadConditionRange(Store& store, ConditionId first, ConditionId last);
 
 // The `Value` of one row, 0 where it is missing.
 [[nodiscard]] int conditionValue(Store& store, ConditionId id);

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/text.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/row_copy.hpp"
-#include "core/text.hpp"
+#include "store/row_copy.hpp"
 
 namespace lotmere {
 

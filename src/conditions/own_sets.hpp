@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/catalogue.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "catalogue/catalogue.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

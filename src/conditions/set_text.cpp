@@ -6,9 +6,9 @@
 #include <charconv>
 #include <functional>
 
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "conditions/values.hpp"
-#include "core/number_list.hpp"
-#include "core/text.hpp"
 
 namespace lotmere {
 namespace {
@@ -103,12 +103,12 @@ bool readCells(std::string_view text, const Condition& condition, ConditionSet& 
 
 // Switch and allowed values of a condition: "开 60-140,150".
 Line conditionLine(const Condition& condition) {
-  const auto hasCells = cellCount(condition) > 0;
+  const auto has_cells = cellCount(condition) > 0;
   const bool is_place = condition.kind == CellKind::position;
   return {condition.name,
           [=, &condition](const ConditionSet& set) {
             std::string text = switchText(set.switches.value(condition.usage));
-            if (hasCells) text += ' ' + cellsText(set, condition);
+            if (has_cells) text += ' ' + cellsText(set, condition);
             if (is_place)
               text += ' ' + membersText(set.column(AttributeTable::first, placeColumn(condition.turn)));
             return text;
@@ -117,8 +117,8 @@ Line conditionLine(const Condition& condition) {
             const std::size_t blank = std::min(text.find(' '), text.size());
             const auto on = readSwitch(text.substr(0, blank));
             const std::string_view values = trim(text.substr(blank));
-            if (!on || values.empty() != (!hasCells && !is_place)) return false;
-            if (hasCells && !readCells(values, condition, set)) return false;
+            if (!on || values.empty() != (!has_cells && !is_place)) return false;
+            if (has_cells && !readCells(values, condition, set)) return false;
             if (is_place) {
               const auto members = readMembers(values);
               if (!members) return false;

@@ -4,9 +4,10 @@
 
 #include <algorithm>
 
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/number_list.hpp"
-#include "core/text.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 namespace {

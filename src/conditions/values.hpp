@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/catalogue.hpp"
-#include "core/desk.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "catalogue/catalogue.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

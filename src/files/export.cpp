@@ -7,8 +7,8 @@
 #include <iterator>
 #include <vector>
 
-#include "core/home.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "start/home.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {

@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <string>
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -7,8 +7,9 @@
 #include <string>
 #include <utility>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 #include "files/text_file.hpp"
+#include "game/game.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {

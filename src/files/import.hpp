@@ -6,9 +6,9 @@
 #include <optional>
 #include <string_view>
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 #include "files/import.hpp"
 
 namespace lotmere {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/desk.hpp"
+#include "base/desk.hpp"
 
 namespace lotmere {
 

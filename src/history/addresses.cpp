@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 
 namespace lotmere {
 namespace {

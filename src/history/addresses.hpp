@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/desk.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

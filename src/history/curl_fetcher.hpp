@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "core/desk.hpp"
-#include "core/platform.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
 
 namespace lotmere {
 

@@ -2,10 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
 #include "history/addresses.hpp"
 #include "history/fetch_job.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {
@@ -17,8 +18,8 @@ constexpr std::string_view kNotFound = "很抱歉，没有找到该期的开奖�
 // Nothing, told, where the text is neither a period nor its last five digits.
 std::optional<std::string> pageKey(Desk& desk, std::string_view typed) {
   const std::string digits = plainDigits(typed);
-  const bool isKey = digits.size() == kKeyLength && parsePeriod("20" + digits);
-  const auto period = isKey ? parsePeriod("20" + digits) : readPeriod(desk, typed);
+  const bool is_key = digits.size() == kKeyLength && parsePeriod("20" + digits);
+  const auto period = is_key ? parsePeriod("20" + digits) : readPeriod(desk, typed);
   return period ? std::optional(std::to_string(*period).substr(2)) : std::nullopt;
 }
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/desk.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -5,13 +5,13 @@
 
 #include <utility>
 
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
 #include "history/addresses.hpp"
 #include "history/draw_list.hpp"
 #include "history/draw_stats.hpp"
 #include "history/fetch_job.hpp"
 #include "history/upkeep.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

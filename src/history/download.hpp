@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "core/dates.hpp"
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/dates.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -13,8 +13,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "core/dates.hpp"
-#include "core/game.hpp"
+#include "base/dates.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 

@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
-#include "core/interval_mark.hpp"
-#include "core/periods.hpp"
 #include "history/draw_writer.hpp"
+#include "store/interval_mark.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

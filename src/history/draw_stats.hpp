@@ -7,9 +7,9 @@
 // without a stored draw changes nothing.
 #pragma once
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

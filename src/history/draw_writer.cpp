@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "conditions/condition_store.hpp"
-#include "core/schema.hpp"
+#include "store/schema.hpp"
 
 namespace lotmere {
 namespace {

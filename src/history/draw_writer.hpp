@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "core/draw_columns.hpp"
-#include "core/game.hpp"
-#include "core/metrics.hpp"
-#include "core/periods.hpp"
-#include "core/store.hpp"
+#include "catalogue/draw_columns.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
+#include "store/periods.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

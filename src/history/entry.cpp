@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 

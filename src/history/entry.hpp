@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/game.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 

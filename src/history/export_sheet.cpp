@@ -6,11 +6,11 @@
 #include <future>
 #include <optional>
 
-#include "core/draw_columns.hpp"
-#include "core/home.hpp"
-#include "core/schema.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "catalogue/draw_columns.hpp"
 #include "history/spreadsheet.hpp"
+#include "start/home.hpp"
+#include "store/schema.hpp"
 
 namespace lotmere {
 namespace {

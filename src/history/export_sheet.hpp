@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
-#include "core/desk.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "core/draw_columns.hpp"
-#include "core/schema.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "catalogue/draw_columns.hpp"
+#include "store/schema.hpp"
 
 namespace lotmere {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/desk.hpp"
-#include "core/periods.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "store/periods.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "core/dates.hpp"
+#include "base/dates.hpp"
 
 struct lxw_format;
 struct lxw_workbook;

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "core/periods.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "core/dates.hpp"
-#include "core/store.hpp"
+#include "base/dates.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -4,9 +4,10 @@
 
 #include <optional>
 
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
 #include "history/draw_stats.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

@@ -3,10 +3,10 @@
 
 #include <string_view>
 
-#include "core/dates.hpp"
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/dates.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -5,12 +5,12 @@
 #include <optional>
 #include <span>
 
+#include "catalogue/catalogue.hpp"
+#include "catalogue/families.hpp"
 #include "conditions/condition_set.hpp"
-#include "core/catalogue.hpp"
-#include "core/draw_table.hpp"
-#include "core/families.hpp"
-#include "core/game.hpp"
-#include "core/metrics.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
+#include "store/draw_table.hpp"
 
 namespace lotmere {
 

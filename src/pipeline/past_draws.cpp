@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/metrics.hpp"
-#include "core/periods.hpp"
+#include "game/metrics.hpp"
 #include "reduction/cover.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "conditions/condition_store.hpp"
-#include "core/draw_table.hpp"
-#include "core/game.hpp"
-#include "core/metrics.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
 #include "reduction/subsets.hpp"
+#include "store/draw_table.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {

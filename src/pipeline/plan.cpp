@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/catalogue.hpp"
+#include "catalogue/catalogue.hpp"
 
 namespace lotmere {
 namespace {

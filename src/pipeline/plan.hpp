@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "conditions/condition_set.hpp"
-#include "core/draw_table.hpp"
-#include "core/game.hpp"
+#include "game/game.hpp"
 #include "pipeline/metric.hpp"
 #include "pipeline/past_draws.hpp"
 #include "pipeline/steps.hpp"
+#include "store/draw_table.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {

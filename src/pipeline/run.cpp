@@ -5,13 +5,13 @@
 #include <optional>
 #include <thread>
 
-#include "core/periods.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/plan.hpp"
 #include "pipeline/run_text.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/shrink.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 
 namespace lotmere {
 namespace {

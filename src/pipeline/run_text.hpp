@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "core/desk.hpp"
+#include "base/desk.hpp"
 #include "pipeline/thin.hpp"
 
 namespace lotmere {

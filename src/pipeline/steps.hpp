@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "core/catalogue.hpp"
-#include "core/game.hpp"
+#include "catalogue/catalogue.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 

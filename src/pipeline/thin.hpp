@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/course.hpp"
+#include "base/course.hpp"
 #include "pipeline/plan.hpp"
 #include "tickets/ticket_set.hpp"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <span>
 
-#include "core/periods.hpp"
-#include "reduction/cai_piao.hpp"
+#include "reduction/vote_tally.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {
@@ -26,7 +26,7 @@ struct Turn {
 constexpr Turn kTurns[] = {{0, 2, 2}, {6000, 2, 2}, {12000, 2, 1}};
 
 struct LoadedHistory {
-  HistoryRcord rows{};
+  RecentDraws rows{};
   int count = 0;
 };
 
@@ -39,10 +39,10 @@ LoadedHistory hintLoad(Store& store, PeriodNo period) {
   return history;
 }
 
-NumberFigures readVotes(VoteTally& cai_piao) {
+NumberFigures readVotes(VoteTally& tally) {
   NumberFigures votes;
-  for (int n = 1; n <= kRedCount; ++n) votes.red[n - 1] = cai_piao.KillCOUNT(n);
-  for (int n = 1; n <= kBlueCount; ++n) votes.blue[n - 1] = cai_piao.KillCOUNTblue(n);
+  for (int n = 1; n <= kRedCount; ++n) votes.red[n - 1] = tally.redVotes(n);
+  for (int n = 1; n <= kBlueCount; ++n) votes.blue[n - 1] = tally.blueVotes(n);
   return votes;
 }
 
@@ -55,14 +55,14 @@ void markTop(std::span<int> chances, std::span<const int> votes, int top) {
 }
 
 // Nothing is marked when the reds or the blues of enough draws got no vote at all.
-void hintTurn(const LoadedHistory& history, PeriodNo period, const Turn& turn, VoteTally& cai_piao,
+void hintTurn(const LoadedHistory& history, PeriodNo period, const Turn& turn, VoteTally& tally,
               NumberFigures& chances) {
   NumberFigures votes;
   if (history.count >= kLeastDraws) {
-    cai_piao.setHistoryRcord(history.rows);
-    cai_piao.TargetPeriod = period;
-    cai_piao.SeedBase = turn.seed_base;
-    votes = readVotes(cai_piao);
+    tally.setDraws(history.rows);
+    tally.target_period = period;
+    tally.seed_base = turn.seed_base;
+    votes = readVotes(tally);
     const auto none = [](int count) { return count == 0; };
     if (std::all_of(votes.red.begin(), votes.red.end(), none) ||
         std::all_of(votes.blue.begin(), votes.blue.end(), none))
@@ -88,10 +88,10 @@ void storeChances(Store& store, const NumberFigures& chances) {
 
 void hintGaiLv(Store& store, Desk& desk, PeriodNo period) {
   const LoadedHistory history = hintLoad(store, period);
-  VoteTally cai_piao;
+  VoteTally tally;
   NumberFigures chances;
   for (const Turn& turn : kTurns) {
-    hintTurn(history, period, turn, cai_piao, chances);
+    hintTurn(history, period, turn, tally, chances);
     desk.serve();
   }
   storeChances(store, chances);

@@ -1,9 +1,9 @@
 // The low-probability hints: six reds and five blues marked as unlikely for a coming period.
 #pragma once
 
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 #include "tickets/low_chance.hpp"
 
 namespace lotmere {

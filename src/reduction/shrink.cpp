@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "core/catalogue.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "catalogue/catalogue.hpp"
 #include "reduction/cover.hpp"
 #include "reduction/smart.hpp"
 

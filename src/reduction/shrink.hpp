@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "core/desk.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <tuple>
 
+#include "catalogue/catalogue.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/catalogue.hpp"
-#include "core/periods.hpp"
+#include "store/periods.hpp"
 
 namespace lotmere {
 namespace {

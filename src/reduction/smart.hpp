@@ -1,8 +1,8 @@
 // The smart optimisation: a score for every ticket against the last ten draws.
 #pragma once
 
-#include "core/desk.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {

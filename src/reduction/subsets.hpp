@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/game.hpp"
+#include "game/game.hpp"
 
 namespace lotmere {
 

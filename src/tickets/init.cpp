@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "core/text.hpp"
+#include "base/text.hpp"
 
 namespace lotmere {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "base/text.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/text.hpp"
 #include "tickets/low_chance.hpp"
 
 namespace lotmere {

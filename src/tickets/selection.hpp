@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "base/desk.hpp"
 #include "conditions/condition_set.hpp"
-#include "core/desk.hpp"
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

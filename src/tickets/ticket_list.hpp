@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "core/game.hpp"
-#include "core/metrics.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "game/metrics.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

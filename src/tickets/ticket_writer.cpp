@@ -2,7 +2,7 @@
 // ask the set about each row through an SQL function.
 #include <algorithm>
 
-#include "core/row_function.hpp"
+#include "store/row_function.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {

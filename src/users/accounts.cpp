@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "core/failure.hpp"
-#include "core/store_files.hpp"
-#include "core/text.hpp"
+#include "base/failure.hpp"
+#include "base/text.hpp"
+#include "store/store_files.hpp"
 #include "users/profile.hpp"
 
 namespace lotmere {

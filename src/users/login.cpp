@@ -4,10 +4,10 @@
 
 #include <array>
 
-#include "core/failure.hpp"
-#include "core/row_copy.hpp"
-#include "core/store_files.hpp"
-#include "core/text.hpp"
+#include "base/failure.hpp"
+#include "base/text.hpp"
+#include "store/row_copy.hpp"
+#include "store/store_files.hpp"
 #include "users/accounts.hpp"
 #include "users/profile.hpp"
 #include "users/user_name.hpp"

@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include "core/failure.hpp"
-#include "core/row_copy.hpp"
-#include "core/schema.hpp"
-#include "core/store_files.hpp"
+#include "base/failure.hpp"
+#include "store/row_copy.hpp"
+#include "store/schema.hpp"
+#include "store/store_files.hpp"
 
 namespace lotmere {
 namespace {

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "core/desk.hpp"
-#include "core/home.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "start/home.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

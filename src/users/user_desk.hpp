@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "core/dates.hpp"
-#include "core/desk.hpp"
-#include "core/home.hpp"
-#include "core/platform.hpp"
-#include "core/store.hpp"
+#include "base/dates.hpp"
+#include "base/desk.hpp"
+#include "base/platform.hpp"
+#include "start/home.hpp"
+#include "store/store.hpp"
 #include "users/password.hpp"
 
 namespace lotmere {

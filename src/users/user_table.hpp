@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/dates.hpp"
-#include "core/store.hpp"
+#include "base/dates.hpp"
+#include "store/store.hpp"
 
 namespace lotmere {
 

@@ -7,7 +7,8 @@
 #include "analysis/distribution.hpp"
 #include "analysis/omission_bars.hpp"
 #include "analysis/omission_text.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
 #include "history/history_rows.hpp"
 #include "support/store_test.hpp"
 

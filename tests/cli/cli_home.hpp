@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/text.hpp"
 #include "cli/app.hpp"
-#include "core/text.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {

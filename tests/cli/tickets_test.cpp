@@ -1,6 +1,6 @@
 // What the ticket commands do with tickets and files that stand already, and how they end when they are stopped.
+#include "cli/desk_terminal.hpp"
 #include "cli_home.hpp"
-#include "core/desk_terminal.hpp"
 
 namespace lotmere::test {
 namespace {

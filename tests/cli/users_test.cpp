@@ -1,8 +1,8 @@
 // Several users, and what becomes of a lost store, from the command line.
 #include <unistd.h>
 
+#include "base/platform.hpp"
 #include "cli_home.hpp"
-#include "core/platform.hpp"
 
 namespace lotmere::test {
 namespace {

@@ -5,12 +5,12 @@
 #include <set>
 #include <sstream>
 
+#include "base/text.hpp"
+#include "catalogue/families.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
-#include "conditions/summary.hpp"
 #include "conditions/values.hpp"
-#include "core/families.hpp"
-#include "core/text.hpp"
+#include "panels/summary.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere {

@@ -9,7 +9,7 @@
 #include <csignal>
 #include <fstream>
 
-#include "core/home.hpp"
+#include "start/home.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere::test {

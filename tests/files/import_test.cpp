@@ -6,7 +6,7 @@
 #include <fstream>
 #include <random>
 
-#include "core/desk_script.hpp"
+#include "support/desk_script.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {

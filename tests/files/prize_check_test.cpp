@@ -1,4 +1,4 @@
-#include "files/prize_check.hpp"
+#include "tickets/prize_check.hpp"
 
 #include <gtest/gtest.h>
 

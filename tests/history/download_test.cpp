@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "core/desk_script.hpp"
 #include "history/addresses.hpp"
 #include "history_rows.hpp"
+#include "support/desk_script.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {

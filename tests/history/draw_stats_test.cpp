@@ -6,15 +6,15 @@
 #include <map>
 #include <stdexcept>
 
+#include "catalogue/families.hpp"
 #include "conditions/condition_store.hpp"
-#include "core/families.hpp"
-#include "core/interval_mark.hpp"
-#include "core/metrics.hpp"
-#include "core/schema.hpp"
-#include "history/combination_list.hpp"
+#include "game/metrics.hpp"
 #include "history/draw_writer.hpp"
 #include "history/upkeep.hpp"
 #include "history_rows.hpp"
+#include "panels/combination_list.hpp"
+#include "store/interval_mark.hpp"
+#include "store/schema.hpp"
 #include "support/store_test.hpp"
 
 namespace lotmere::test {

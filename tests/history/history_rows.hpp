@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/periods.hpp"
-#include "core/store.hpp"
+#include "store/periods.hpp"
+#include "store/store.hpp"
 #include "support/random_numbers.hpp"
 
 namespace lotmere::test {

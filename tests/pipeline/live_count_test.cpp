@@ -1,11 +1,11 @@
 // The live count against the run itself, over stores of chance; `--gtest_random_seed=N` tries others.
-#include "pipeline/live_count.hpp"
+#include "advice/live_count.hpp"
 
 #include <gtest/gtest.h>
 
+#include "catalogue/attributes.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
-#include "core/attributes.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/run.hpp"
 #include "support/scripted_course.hpp"

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
-#include "core/attributes.hpp"
-#include "core/desk_script.hpp"
-#include "core/periods.hpp"
+#include "catalogue/attributes.hpp"
 #include "history/draw_stats.hpp"
+#include "store/periods.hpp"
+#include "support/desk_script.hpp"
 #include "support/random_numbers.hpp"
 #include "support/test_store.hpp"
 

@@ -6,9 +6,9 @@
 #include <ranges>
 #include <set>
 
-#include "core/catalogue.hpp"
-#include "core/metrics.hpp"
-#include "core/text.hpp"
+#include "base/text.hpp"
+#include "catalogue/catalogue.hpp"
+#include "game/metrics.hpp"
 #include "reduction/cover.hpp"
 
 namespace lotmere::test {

@@ -7,8 +7,8 @@
 #include <set>
 #include <stdexcept>
 
-#include "core/text.hpp"
-#include "pipeline/judge.hpp"
+#include "advice/judge.hpp"
+#include "base/text.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/thin.hpp"
 #include "support/scripted_course.hpp"

@@ -1,5 +1,5 @@
 // What a condition lets through by itself, against its own pass over all red sixes and over each draw.
-#include "pipeline/strength.hpp"
+#include "advice/strength.hpp"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
-#include "core/periods.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/thin.hpp"
+#include "store/periods.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
 

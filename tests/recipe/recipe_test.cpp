@@ -5,11 +5,11 @@
 
 #include <algorithm>
 
+#include "catalogue/draw_columns.hpp"
 #include "cli/cli_home.hpp"
-#include "conditions/pages.hpp"
-#include "core/desk_script.hpp"
-#include "core/draw_columns.hpp"
 #include "history/export_sheet.hpp"
+#include "panels/pages.hpp"
+#include "support/desk_script.hpp"
 
 namespace lotmere {
 namespace {

@@ -6,10 +6,10 @@
 #include <map>
 
 #include "conditions/condition_store.hpp"
-#include "reduction/cai_piao.hpp"
 #include "reduction/hints.hpp"
 #include "reduction/shrink.hpp"
 #include "reduction/smart.hpp"
+#include "reduction/vote_tally.hpp"
 #include "support/random_numbers.hpp"
 #include "support/store_test.hpp"
 
@@ -290,13 +290,13 @@ TEST_F(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
 }
 
 TEST(VoteTally, CountsWithAHistoryAloneAndAnswersWithinItsBounds) {
-  VoteTally cai_piao;
-  cai_piao.TargetPeriod = kPeriod;
-  EXPECT_TRUE(cai_piao.KillCOUNT(7) == 0 && cai_piao.KillCOUNTblue(16) == 0 && !cai_piao.Ready);
-  cai_piao.setHistoryRcord({{{}, {{1, 2, 3, 4, 5, 6}, 7}, {}}});
-  for (int n = 1; n <= 33; ++n) EXPECT_GT(cai_piao.KillCOUNT(n), 0) << "of some eleven";
-  EXPECT_TRUE(cai_piao.KillCOUNT(0) == -1 && cai_piao.KillCOUNT(100) == 0 && cai_piao.KillCOUNT(101) == -1);
-  EXPECT_TRUE(cai_piao.KillCOUNTblue(0) == -1 && cai_piao.KillCOUNTblue(17) == -1 && cai_piao.Ready);
+  VoteTally tally;
+  tally.target_period = kPeriod;
+  EXPECT_TRUE(tally.redVotes(7) == 0 && tally.blueVotes(16) == 0 && !tally.ready);
+  tally.setDraws({{{}, {{1, 2, 3, 4, 5, 6}, 7}, {}}});
+  for (int n = 1; n <= 33; ++n) EXPECT_GT(tally.redVotes(n), 0) << "of some eleven";
+  EXPECT_TRUE(tally.redVotes(0) == -1 && tally.redVotes(100) == 0 && tally.redVotes(101) == -1);
+  EXPECT_TRUE(tally.blueVotes(0) == -1 && tally.blueVotes(17) == -1 && tally.ready);
 }
 
 }  // namespace

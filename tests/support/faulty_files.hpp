@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "core/platform.hpp"
+#include "base/platform.hpp"
 
 namespace lotmere::test {
 

@@ -1,7 +1,7 @@
 // A course that asks the work to stop at a look chosen ahead.
 #pragma once
 
-#include "core/course.hpp"
+#include "base/course.hpp"
 
 namespace lotmere::test {
 

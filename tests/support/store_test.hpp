@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "core/desk_script.hpp"
+#include "support/desk_script.hpp"
 #include "support/test_store.hpp"
 
 namespace lotmere::test {

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "core/game.hpp"
-#include "core/home.hpp"
-#include "core/periods.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "start/home.hpp"
+#include "store/periods.hpp"
+#include "store/store.hpp"
 
 namespace lotmere::test {
 

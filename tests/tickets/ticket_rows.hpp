@@ -4,8 +4,8 @@
 #include <ostream>
 #include <vector>
 
-#include "core/game.hpp"
-#include "core/store.hpp"
+#include "game/game.hpp"
+#include "store/store.hpp"
 
 namespace lotmere::test {
 

@@ -4,8 +4,8 @@
 #include <random>
 #include <stdexcept>
 
-#include "core/number_list.hpp"
-#include "core/text.hpp"
+#include "base/number_list.hpp"
+#include "base/text.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
 #include "tickets/ticket_list.hpp"

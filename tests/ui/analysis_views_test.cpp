@@ -6,11 +6,12 @@
 #include <QToolTip>
 
 #include "analysis/omission_text.hpp"
-#include "core/text.hpp"
-#include "ui/count_bars_3d.hpp"
-#include "ui/count_chart.hpp"
-#include "ui/omission_view.hpp"
-#include "ui/theme.hpp"
+#include "base/text.hpp"
+#include "game/game.hpp"
+#include "ui/analysis/count_bars_3d.hpp"
+#include "ui/analysis/count_chart.hpp"
+#include "ui/analysis/omission_view.hpp"
+#include "ui/look/theme.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {

@@ -1,5 +1,5 @@
 // Questions answered beside the window: the newest wins, what is dropped is never shown.
-#include "ui/answer_thread.hpp"
+#include "ui/shell/answer_thread.hpp"
 
 #include <gtest/gtest.h>
 

@@ -7,16 +7,16 @@
 #include <QToolTip>
 #include <map>
 
+#include "catalogue/draw_columns.hpp"
 #include "conditions/condition_store.hpp"
-#include "conditions/own_pages.hpp"
-#include "conditions/pages.hpp"
-#include "core/draw_columns.hpp"
-#include "core/interval_mark.hpp"
-#include "core/schema.hpp"
-#include "ui/check_list.hpp"
-#include "ui/count_bars.hpp"
-#include "ui/frozen_grid.hpp"
-#include "ui/omission_chart.hpp"
+#include "panels/own_pages.hpp"
+#include "panels/pages.hpp"
+#include "store/interval_mark.hpp"
+#include "store/schema.hpp"
+#include "ui/analysis/count_bars.hpp"
+#include "ui/analysis/omission_chart.hpp"
+#include "ui/widgets/check_list.hpp"
+#include "ui/widgets/frozen_grid.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {

@@ -1,16 +1,16 @@
 // The page of draws, driven as a user drives it: keys and clicks in, the store and the screen out.
-#include "ui/history_page.hpp"
+#include "ui/history/history_page.hpp"
 
 #include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QSignalSpy>
 
-#include "core/draw_columns.hpp"
-#include "core/schema.hpp"
+#include "catalogue/draw_columns.hpp"
 #include "history/addresses.hpp"
-#include "ui/ball_delegate.hpp"
-#include "ui/balls.hpp"
-#include "ui/theme.hpp"
+#include "store/schema.hpp"
+#include "ui/look/ball_delegate.hpp"
+#include "ui/look/balls.hpp"
+#include "ui/look/theme.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {

@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "ui/application.hpp"
+#include "ui/main/application.hpp"
 
 int main(int count, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,6 +1,6 @@
 // Work in slices: its thread runs only while the window waits for it, and it comes to its end when it is
 // dropped.
-#include "ui/sliced_work.hpp"
+#include "ui/shell/sliced_work.hpp"
 
 #include <gtest/gtest.h>
 

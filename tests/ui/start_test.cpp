@@ -9,11 +9,11 @@
 #include <csignal>
 #include <set>
 
-#include "core/store_files.hpp"
-#include "core/transfer.hpp"
+#include "start/transfer.hpp"
+#include "store/store_files.hpp"
 #include "support/faulty_files.hpp"
-#include "ui/end_watch.hpp"
-#include "ui/tip_dialog.hpp"
+#include "ui/shell/end_watch.hpp"
+#include "ui/shell/tip_dialog.hpp"
 #include "users/profile.hpp"
 #include "window_fixture.hpp"
 
@@ -379,15 +379,15 @@ TEST(ProgressControlTest, EndsAndValueAreCut) {
   EXPECT_EQ(textOf(control, "LabelJindu") + textOf(control, "LabelJinduAll"), "10/ 10");
   const StopScope scope(desk);
   control.begin(100, true);
-  EXPECT_TRUE(control.StopEnabled() && !control.stopped() && !desk.stopRequested());
+  EXPECT_TRUE(control.stopEnabled() && !control.stopped() && !desk.stopRequested());
   QTest::mousePress(&partOf(control, "cmm_stop"), Qt::LeftButton);
-  EXPECT_TRUE(control.stopped() && desk.stopRequested() && !control.StopEnabled());
+  EXPECT_TRUE(control.stopped() && desk.stopRequested() && !control.stopEnabled());
   control.begin(50, true);
-  EXPECT_FALSE(control.StopEnabled()) << "a job inside the stopped one";
+  EXPECT_FALSE(control.stopEnabled()) << "a job inside the stopped one";
   control.end();
   control.end();
   control.begin(100, false);
-  EXPECT_FALSE(control.StopEnabled());
+  EXPECT_FALSE(control.stopEnabled());
 }
 
 }  // namespace

@@ -8,10 +8,10 @@
 
 #include "conditions/condition_store.hpp"
 #include "tickets/low_chance.hpp"
-#include "ui/ball_delegate.hpp"
-#include "ui/balls.hpp"
-#include "ui/number_pad.hpp"
-#include "ui/theme.hpp"
+#include "ui/conditions/number_pad.hpp"
+#include "ui/look/ball_delegate.hpp"
+#include "ui/look/balls.hpp"
+#include "ui/look/theme.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/window_desk.hpp"
+#include "ui/shell/window_desk.hpp"
 
 namespace lotmere::ui {
 

@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "support/test_store.hpp"
-#include "ui/program.hpp"
-#include "ui/text.hpp"
+#include "ui/look/text.hpp"
+#include "ui/main/program.hpp"
 #include "users/user_table.hpp"
 #include "window_desk_script.hpp"
 

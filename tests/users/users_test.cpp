@@ -5,9 +5,9 @@
 #include <fstream>
 #include <random>
 
-#include "core/desk_script.hpp"
-#include "core/interval_mark.hpp"
-#include "core/store_files.hpp"
+#include "store/interval_mark.hpp"
+#include "store/store_files.hpp"
+#include "support/desk_script.hpp"
 #include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
 #include "users/accounts.hpp"

@@ -11,9 +11,9 @@
 #include "history/curl_fetcher.hpp"
 #include "history/download.hpp"
 #include "tickets/selection.hpp"
-#include "ui/application.hpp"
-#include "ui/program.hpp"
-#include "ui/progress_control.hpp"
+#include "ui/main/application.hpp"
+#include "ui/main/program.hpp"
+#include "ui/shell/progress_control.hpp"
 
 namespace lotmere::ui {
 namespace {

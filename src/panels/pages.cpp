@@ -1,0 +1,86 @@
+#include "panels/pages.hpp"
+
+#include "base/text.hpp"
+#include "conditions/condition_store.hpp"
+#include "panels/sheet.hpp"
+
+namespace lotmere {
+namespace {
+
+using enum PageKind;
+
+// The conditions of a series, by their switches.
+std::vector<const Condition*> series(UsageId (*usage_of)(int), int count) {
+  std::vector<const Condition*> list;
+  for (int i = 1; i <= count; ++i) list.push_back(&conditionOfUsage(usage_of(i)));
+  return list;
+}
+
+// Pages of one condition each, shapes or others, by ascending switch.
+void addOwnPages(std::vector<ConditionPage>& pages, PageKind kind) {
+  for (const Condition& condition : allConditions())
+    if (!condition.page.empty() && (condition.kind == CellKind::shape) == (kind == shapes))
+      pages.push_back({condition.page, kind, {&condition}});
+}
+
+std::vector<ConditionPage> makePages() {
+  const auto both = [](std::string_view one, std::string_view other) {
+    return std::vector{&conditionNamed(one), &conditionNamed(other)};
+  };
+  std::vector<ConditionPage> pages{{"选取号码", picks}};
+  addOwnPages(pages, value);
+  pages.push_back({"奇偶比", counts, both("奇数个数", "偶数个数")});
+  pages.push_back({"大小比", counts, both("大数个数", "小数个数")});
+  pages.push_back({"高低尾码", counts, both("高尾码个数", "低尾码个数")});
+  pages.push_back({"区间设置", intervals, series(usageOfInterval, kIntervalCount)});
+  pages.push_back({"定位过滤", places, series(usageOfPlace, kPlaceCount)});
+  addOwnPages(pages, shapes);
+  pages.push_back({"自定义过滤", groups, series(usageOfGroup, kGroupCount)});
+  pages.push_back({"历史数据过滤", history_match});
+  pages.push_back({"缩水设置", shrink, {&conditionOfUsage(kSmartOptimisation)}});
+  pages.push_back({"查看全部", summary});
+  return pages;
+}
+
+}  // namespace
+
+std::span<const ConditionPage> conditionPages() {
+  static const auto pages = makePages();
+  return pages;
+}
+
+const ConditionPage& conditionPage(int tab) { return conditionPages()[static_cast<std::size_t>(tab - 1)]; }
+
+ConditionPanel valuePage(Store& store, int tab) {
+  const Condition& condition = *conditionPage(tab).conditions.front();
+  ConditionPanel panel = pagePanel(store, condition);
+  if (!condition.page_name.empty()) panel.caption = useCaption(condition.page_name);
+  if (isOnSheet(condition)) panel.items.clear();
+  return panel;
+}
+
+std::array<ConditionPanel, 2> countPanels(Store& store, int tab) {
+  std::array<ConditionPanel, 2> lists;
+  for (int i = 0; i < 2; ++i) {
+    Condition condition = *conditionPage(tab).conditions[i];
+    condition.item_text = condition.name + "=";  // the sheet shows 高尾码个数 by a shorter text
+    lists[i] = pagePanel(store, condition);
+  }
+  return lists;
+}
+
+ShapePage shapePage(Store& store, UsageId usage) {
+  const Condition& condition = conditionOfUsage(usage);
+  return {pagePanel(store, condition), std::string(condition.page) + std::string(kLineBreak)};
+}
+
+ShrinkPage shrinkPage(Store& store) {
+  ShrinkPage page;
+  page.types = storedOption(store, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrinkCaption);
+  page.smart = loadPanel(store, conditionOfUsage(kSmartOptimisation),
+                         "缩水前进行智能优化—自动分析每注号码,提高缩水后大奖命中率");
+  page.hint = "提示，这里的保Ｎ型是对整注号码（包含蓝球号码）进行缩水的。";
+  return page;
+}
+
+}  // namespace lotmere

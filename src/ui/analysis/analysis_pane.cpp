@@ -1,0 +1,92 @@
+#include "ui/analysis/analysis_pane.hpp"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace lotmere::ui {
+
+AnalysisPane::AnalysisPane(Session& session, QWidget* parent)
+    : FrontPane(parent), session_(session), views_(new QStackedWidget(this)) {
+  setObjectName(QStringLiteral("pic_Tuobiao"));
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(8);
+  layout->addWidget(makeStrip());
+  layout->addWidget(views_, 1);
+}
+
+void AnalysisPane::addCommand(const char* name, const QString& text, std::function<void()> open) {
+  session_.commands.add({name, text, {}, text}, std::move(open));
+}
+
+QWidget* AnalysisPane::makeStrip() {
+  addCommand("Yltj_0", QStringLiteral("红球遗漏统计"), [this] { showOmission(BallColour::red); });
+  addCommand("Cstj_0", QStringLiteral("红球次数统计"), [this] { showCounts(BallColour::red); });
+  addCommand("Yltj_1", QStringLiteral("蓝球遗漏统计"), [this] { showOmission(BallColour::blue); });
+  addCommand("Cstj_1", QStringLiteral("蓝球次数统计"), [this] { showCounts(BallColour::blue); });
+  auto* strip = new QWidget(this);
+  auto* row = new QHBoxLayout(strip);
+  row->setContentsMargins(0, 0, 0, 0);
+  for (int i = 0; i < 2; ++i) {
+    row->addWidget(new QLabel(i == 0 ? QStringLiteral("红球：") : QStringLiteral("蓝球：")));
+    for (const auto& [name, caption] : {std::pair{"Yltj", "遗漏统计"}, {"Cstj", "次数统计"}}) {
+      const QByteArray action = QByteArray(name) + '_' + QByteArray::number(i);
+      row->addWidget(session_.commands.makeButton(("cmm_" + action).constData(), QString::fromUtf8(caption),
+                                                  session_.commands.action(action.constData())));
+    }
+    row->addSpacing(16);
+  }
+  row->addStretch();
+  return strip;
+}
+
+void AnalysisPane::showOmission(BallColour balls) {
+  if (omission_ == nullptr) {
+    omission_ = new OmissionView(session_, views_);
+    views_->addWidget(omission_);
+    connect(omission_, &OmissionView::backWanted, this,
+            [this] { session_.commands.runner().run([this] { showFirstView(); }); });
+  }
+  views_->setCurrentWidget(omission_);
+  omission_->open(balls);
+}
+
+void AnalysisPane::showCounts(BallColour balls) {
+  if (counts_ == nullptr) {
+    counts_ = new CountChart(session_, views_);
+    views_->addWidget(counts_);
+    connect(counts_, &CountChart::backWanted, this,
+            [this] { session_.commands.runner().run([this] { showFirstView(); }); });
+  }
+  views_->setCurrentWidget(counts_);
+  counts_->open(balls);
+}
+
+void AnalysisPane::setFirstView(QWidget* view, std::function<void()> open) {
+  first_ = view;
+  open_first_ = std::move(open);
+  views_->insertWidget(0, view);
+  views_->setCurrentWidget(view);
+}
+
+void AnalysisPane::showFirstView() {
+  open_first_();
+  views_->setCurrentWidget(first_);
+}
+
+void AnalysisPane::showCurrentView() {
+  if (std::exchange(periods_stale_, false)) {
+    if (omission_ != nullptr) omission_->loadOmissionPeriods();
+    if (counts_ != nullptr) counts_->loadPeriods();
+  }
+  const QWidget* shown_now = views_->currentWidget();
+  if (omission_ != nullptr && shown_now == omission_)
+    omission_->showOmission();
+  else if (counts_ != nullptr && shown_now == counts_)
+    counts_->showCounts();
+  else
+    open_first_();
+}
+
+}  // namespace lotmere::ui

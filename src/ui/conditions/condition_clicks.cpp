@@ -1,0 +1,85 @@
+#include "ui/conditions/condition_clicks.hpp"
+
+#include "conditions/condition_store.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+
+bool ConditionClicks::change(const std::function<void()>& write, const std::function<void()>& show) {
+  bool stored = false;
+  session_.commands.runner().run([&] {
+    write();
+    stored = true;
+    Q_EMIT changed();
+    if (show) show();
+  });
+  return stored;
+}
+
+void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
+  box.setTipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
+    runGuarded(session_.desk, [&] {
+      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store),
+                      draws = loadDrawTable(session_.store),
+                      next = session_.nextPeriod()](Course& /*course*/) -> AnswerThread::Answer {
+        const auto strength = work_out(set, draws, next);
+        if (!strength) return {};
+        return [&box, line = strengthText(*strength)] { box.extendTip(shown(line)); };
+      });
+    });
+    return lines();
+  });
+}
+
+void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& condition) {
+  setTip(
+      panel.box(),
+      [&panel, condition] {
+        QStringList lines{shown(condition().name)};
+        if (!panel.line().isEmpty()) lines.append(panel.line());
+        return lines.join(QLatin1Char('\n'));
+      },
+      [condition]() -> Measure {
+        return [condition = condition()](const ConditionSet& set, const DrawTable& draws, PeriodNo next) {
+          return conditionStrength(set, draws, condition, next, kStrengthDraws);
+        };
+      });
+}
+
+void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
+  connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
+    if (!change([&] { setUsage(session_.store, usage, on); })) panel.takeBoxBack();
+  });
+}
+
+void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
+  setTip(panel, [condition] { return condition; });
+  connectBox(panel, condition.usage);
+  connect(&panel, &PanelBox::itemClicked, this,
+          [this, condition, &panel, show = std::move(show)](int k, bool selected) {
+            if (!change([&] { clickItem(session_.store, condition, k, selected); }, show))
+              panel.list().takeBack(k);
+          });
+}
+
+void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition) {
+  setTip(panel, [condition] { return condition; });
+  connectBox(panel, condition.usage);
+  connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
+    BoxState box{};
+    const bool stored = change([&] { box = clickLeadingItem(session_.store, condition, k, selected); });
+    if (stored)
+      panel.showBox(box);
+    else
+      panel.list().takeBack(k);
+  });
+}
+
+void showOnly(QButtonGroup& options, QAbstractButton* option) {
+  if (option != nullptr) return option->setChecked(true);
+  options.setExclusive(false);
+  for (QAbstractButton* each : options.buttons()) each->setChecked(false);
+  options.setExclusive(true);
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,225 @@
+#include "ui/conditions/condition_sheet.hpp"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "panels/combination_list.hpp"
+#include "panels/help_texts.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kColumns = 4;
+constexpr int kListHeight = 132;
+
+// "当前取值：" and the values on one line.
+QString oneLine(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
+
+QString numbered(const char* name, int index) {
+  return QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(index);
+}
+
+}  // namespace
+
+ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QScrollArea(parent),
+      session_(session),
+      clicks_(clicks),
+      page_(new QWidget),
+      picker_(new NumberPicker(this)) {
+  page_->setObjectName(QStringLiteral("Frame_subtj"));
+  setWidget(page_);
+  auto* layout = new QVBoxLayout(page_);
+  layout->setContentsMargins(4, 4, 10, 8);
+  layout->setSpacing(14);
+  makeSlots();
+  makeCombinations();
+  makeDivisions();
+  layout->addStretch();
+  setWidgetResizable(true);
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connect(picker_, &NumberPicker::picked, this,
+          [this](const QString& name, const std::vector<int>& numbers, int clicked) {
+            if (!clicks_.change([&] { setCustomInterval(session_.store, utf8(name), numbers); },
+                                [this] { showDivision(); }))
+              picker_->takeBack(clicked);
+          });
+}
+
+QGridLayout* ConditionSheetView::addSection(const QString& title) {
+  auto* label = new QLabel(title, page_);
+  QFont bold = label->font();
+  bold.setBold(true);
+  label->setFont(bold);
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(12);
+  grid->setVerticalSpacing(12);
+  for (int i = 0; i < kColumns; ++i) grid->setColumnStretch(i, 1);
+  auto* layout = static_cast<QVBoxLayout*>(page_->layout());
+  layout->addWidget(label);
+  layout->addLayout(grid);
+  return grid;
+}
+
+PanelBox* ConditionSheetView::addPanel(QGridLayout* grid, const QString& list, const QString& box,
+                                       const Condition& condition, std::function<void()> show) {
+  auto* panel = new PanelBox(list, box, page_);
+  panel->list().setFixedHeight(kListHeight);
+  const int place = grid->count();
+  grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
+  clicks_.connectPanel(*panel, condition, std::move(show));
+  return panel;
+}
+
+void ConditionSheetView::makeSlots() {
+  QGridLayout* values = addSection(QStringLiteral("数值条件"));
+  for (int i = 0; i < kSlotCount; ++i) {
+    const Condition* condition = slotCondition(i);
+    if (condition == nullptr) continue;
+    slots_[i] = addPanel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
+                         [this, i] { showSlotTip(i); });
+  }
+  QGridLayout* intervals = addSection(QStringLiteral("区间"));
+  for (int i = 0; i < kIntervalCount; ++i)
+    intervals_[i] = addPanel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
+                             conditionOfUsage(usageOfInterval(i + 1)));
+  QGridLayout* relatives = addSection(QStringLiteral("与历史数据有关的条件"));
+  for (int i = 0; i < kRelativeCount; ++i)
+    relatives_[i] =
+        addPanel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relativeCondition(i));
+  const char* const heat[] = {"wenDu5", "wenDu10"};
+  for (int i = 0; i < kHeatCount; ++i) {
+    const QString name = QString::fromUtf8(heat[i]);
+    heat_[i] = addPanel(relatives, QStringLiteral("List_") + name, QStringLiteral("Check_") + name,
+                        heatCondition(i));
+    heat_[i]->list().setToolTip(shown(heatCondition(i).help));
+  }
+}
+
+void ConditionSheetView::makeCombinations() {
+  QGridLayout* concrete = addSection(shown(kCombinationCaption));
+  periods_ = new QComboBox;
+  periods_->setObjectName(QStringLiteral("Combo_guoluqh"));
+  periods_->setAccessibleName(QStringLiteral("期号"));
+  combinations_ = new CheckList;
+  combinations_->setObjectName(QStringLiteral("List_jtzhsgl"));
+  combinations_->setFixedHeight(2 * kListHeight);
+  concrete->addWidget(periods_, 0, 0);
+  concrete->addWidget(combinations_, 1, 0, 1, kColumns);
+  connect(periods_, &QComboBox::activated, this,
+          [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
+  connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
+    const Condition& condition = conditionOfUsage(usageOfTurn(turn));
+    if (!clicks_.change([&] { clickItem(session_.store, condition, turn, selected); }))
+      combinations_->takeBack(turn);
+  });
+  QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
+  const auto panels = shapePanels(session_.store);
+  for (int i = 0; i < kTurnCount; ++i)
+    shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
+                          conditionOfUsage(panels[i].usage));
+}
+
+void ConditionSheetView::makeDivisions() {
+  QGridLayout* grid = addSection(QStringLiteral("自定义区间"));
+  auto* options = new QHBoxLayout;
+  auto* group = new QButtonGroup(this);
+  for (int division = kSmallestDivision; division <= kLargestDivision; ++division) {
+    auto* option = new QRadioButton(shown(divisionCaption(division)));
+    option->setObjectName(numbered("Option_qjFenlei", division - kSmallestDivision));
+    option->setChecked(division == shown_division_);
+    group->addButton(option, division);
+    options->addWidget(option);
+  }
+  options->addStretch();
+  static_cast<QVBoxLayout*>(page_->layout())->insertLayout(page_->layout()->count() - 1, options);
+  connect(group, &QButtonGroup::idClicked, this, [this, group](int division) {
+    session_.commands.runner().run([this, division] {
+      shown_division_ = division;
+      showDivision();
+    });
+    group->button(shown_division_)->setChecked(true);  // a running command has refused the click
+  });
+  for (int i = 0; i < kLargestDivision; ++i) {
+    auto* place = new QWidget(page_);
+    auto* column = new QVBoxLayout(place);
+    column->setContentsMargins(0, 0, 0, 0);
+    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i), place);
+    division_[i]->list().setFixedHeight(kListHeight);
+    pickers_[i] = new QPushButton(QStringLiteral("选择号码..."), place);
+    pickers_[i]->setObjectName(numbered("cmm_QujianTip", 101 + i));
+    column->addWidget(division_[i]);
+    column->addWidget(pickers_[i], 0, Qt::AlignLeft);
+    grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
+    connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
+    connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
+      if (!clicks_.change([&] { setUsage(session_.store, division_panels_[i].condition.usage, on); }))
+        division_[i]->takeBoxBack();
+    });
+    connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
+      if (!clicks_.change([&] { clickItem(session_.store, division_panels_[i].condition, k, selected); }))
+        division_[i]->list().takeBack(k);
+    });
+  }
+}
+
+void ConditionSheetView::open() {
+  if (!stale_) return;
+  panelReload();
+  stale_ = false;
+}
+
+void ConditionSheetView::panelReload() {
+  const ConditionSheet sheet = lotmere::panelReload(session_.store);
+  for (int i = 0; i < kSlotCount; ++i) {
+    if (slots_[i] == nullptr) continue;
+    slots_[i]->showPanel(sheet.slots[i]);
+    slots_[i]->showLine(oneLine(sheet.tips[i]));
+  }
+  for (int i = 0; i < kIntervalCount; ++i) intervals_[i]->showPanel(sheet.intervals[i]);
+  for (int i = 0; i < 4; ++i) relatives_[i]->showPanel(sheet.relatives[i]);
+  for (int i = 0; i < 2; ++i) heat_[i]->showPanel(sheet.heat[i]);
+  for (int i = 0; i < kTurnCount; ++i) shapes_[i]->showPanel(sheet.shapes[i]);
+  periods_->clear();
+  for (const PeriodNo period : sheet.periods) periods_->addItem(QString::number(period), period);
+  buildCombinations();
+  showDivision();
+}
+
+void ConditionSheetView::showSlotTip(int slot) {
+  slots_[slot]->showLine(oneLine(slotTip(session_.store, slot)));
+}
+
+void ConditionSheetView::buildCombinations() {
+  const auto items = combinationList(session_.store, session_.desk, periods_->currentData().toInt());
+  combinations_->showItems({items.begin(), items.end()});
+}
+
+void ConditionSheetView::showDivision() {
+  division_panels_ = divisionPanels(session_.store, shown_division_);
+  for (std::size_t i = 0; i < division_.size(); ++i) {
+    const bool used = i < division_panels_.size();
+    division_[i]->parentWidget()->setVisible(used);
+    if (!used) continue;
+    division_[i]->showPanel(division_panels_[i].panel);
+    division_[i]->showLine(shown(division_panels_[i].numbers));
+    clicks_.setTip(*division_[i], [this, i] { return division_panels_[i].condition; });
+    pickers_[i]->setAccessibleName(shown(division_panels_[i].panel.caption));
+  }
+}
+
+void ConditionSheetView::pickNumbers(int place) {
+  const std::string& name = division_panels_[static_cast<std::size_t>(place)].panel.caption;
+  session_.commands.runner().run([&] {
+    picker_->open(shown(name), readAttributeColumn(session_.store, AttributeTable::third, name),
+                  *pickers_[place]);
+  });
+}
+
+}  // namespace lotmere::ui

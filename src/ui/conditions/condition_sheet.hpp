@@ -1,0 +1,60 @@
+// The condition sheet (`Frame_subtj`): most conditions at once on one page that scrolls.
+#pragma once
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QScrollArea>
+#include <array>
+
+#include "panels/own_pages.hpp"
+#include "panels/sheet.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+#include "ui/conditions/panel_box.hpp"
+#include "ui/widgets/number_picker.hpp"
+
+namespace lotmere::ui {
+
+class ConditionSheetView : public QScrollArea {
+  Q_OBJECT
+
+ public:
+  // Empty until it is reloaded.
+  ConditionSheetView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+
+  // Everything on it is shown anew at the next open(): draws, settings or the user changed.
+  void markStale() { stale_ = true; }
+  // The sheet comes to the front.
+  void open();
+
+ private:
+  void panelReload();
+  QGridLayout* addSection(const QString& title);
+  PanelBox* addPanel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
+                     std::function<void()> show = {});
+  void makeSlots();
+  void makeCombinations();
+  void makeDivisions();
+  void showSlotTip(int slot);
+  void buildCombinations();
+  void showDivision();
+  void pickNumbers(int place);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  QWidget* page_;                              // Frame_subtj
+  std::array<PanelBox*, kSlotCount> slots_{};  // slot 1 is empty
+  std::array<PanelBox*, kIntervalCount> intervals_{};
+  std::array<PanelBox*, 4> relatives_{};
+  std::array<PanelBox*, 2> heat_{};
+  std::array<PanelBox*, kTurnCount> shapes_{};
+  CheckList* combinations_ = nullptr;  // List_jtzhsgl
+  QComboBox* periods_ = nullptr;       // Combo_guoluqh
+  std::array<PanelBox*, kLargestDivision> division_{};
+  std::array<QPushButton*, kLargestDivision> pickers_{};
+  std::vector<DivisionPanel> division_panels_;
+  int shown_division_ = kSmallestDivision;
+  NumberPicker* picker_;
+  bool stale_ = true;
+};
+
+}  // namespace lotmere::ui

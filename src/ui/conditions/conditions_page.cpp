@@ -1,0 +1,275 @@
+#include "ui/conditions/conditions_page.hpp"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "panels/pages.hpp"
+#include "panels/summary.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kPadWidth = 330;
+constexpr int kTabsWidth = 138;
+constexpr int kCountDelay = 15;   // milliseconds behind a click, which is painted first
+constexpr int kCountAgain = 100;  // milliseconds, while a command runs
+constexpr std::chrono::milliseconds kReadSlice{10};
+constexpr int kCountUnseen = 200;  // milliseconds
+
+int tabOfKind(PageKind kind) {
+  const auto pages = conditionPages();
+  const auto page = std::ranges::find(pages, kind, &ConditionPage::kind);
+  return static_cast<int>(page - pages.begin()) + 1;
+}
+
+// The count of the picked numbers under the pad, without the empty lines of the text.
+QString compact(const QString& text) {
+  return text.trimmed().replace(QStringLiteral("\n\n"), QStringLiteral("\n"));
+}
+
+}  // namespace
+
+ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(session),
+      answers_(session.desk),
+      make_pane_(std::move(make_pane)) {
+  count_timer_.setSingleShot(true);
+  unseen_timer_.setSingleShot(true);
+  unseen_timer_.setInterval(kCountUnseen);
+  connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
+  connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
+  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
+  addCommands();
+}
+
+void ConditionsPage::makeContents() {
+  pad_ = new NumberPad(session_, this);
+  pad_->setFixedWidth(kPadWidth);
+  count_ = new QLabel;
+  count_->setObjectName(QStringLiteral("Text_ChoseNumberTip"));
+  pages_ = new QStackedWidget(this);
+  pane_ = make_pane_(pages_);
+  sheet_ = new ConditionSheetView(session_, clicks_, pane_);
+  pane_->setFirstView(sheet_, [this] { sheet_->open(); });
+  panels_ = new PanelPage(session_, clicks_, pages_);
+  places_ = new PlacePageView(session_, clicks_, pages_);
+  groups_ = new GroupPageView(session_, clicks_, pages_);
+  match_ = new MatchPageView(session_, clicks_, pages_);
+  shrink_ = new ShrinkPageView(session_, clicks_, pages_);
+  summary_ = new QPlainTextEdit;
+  summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
+  summary_->setReadOnly(true);
+  summary_->document()->setDocumentMargin(14);
+  for (QWidget* page :
+       std::initializer_list<QWidget*>{pane_, panels_, places_, groups_, match_, shrink_, summary_})
+    pages_->addWidget(page);
+  auto* left = new QVBoxLayout;
+  left->setSpacing(8);
+  left->addWidget(pad_, 1);
+  left->addWidget(count_);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->setSpacing(12);
+  layout->addLayout(left);
+  layout->addWidget(makeTabs());
+  survivors_ = new QLabel;
+  survivors_->setObjectName(QStringLiteral("Label_liveCount"));
+  auto* right = new QVBoxLayout;
+  right->setSpacing(8);
+  right->addWidget(pages_, 1);
+  right->addWidget(survivors_);
+  layout->addLayout(right, 1);
+  connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
+    count_->setText(compact(text));
+    if (pages_->currentWidget() == summary_) loadSummary();
+    count_timer_.start(kCountDelay);
+  });
+}
+
+void ConditionsPage::settingChanged() {
+  // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
+  // stale.
+  if (pages_->currentWidget() != pane_) sheet_->markStale();
+  count_timer_.start(kCountDelay);
+}
+
+void ConditionsPage::markStale() {
+  if (pane_ == nullptr) return;
+  sheet_->markStale();
+  pane_->markStale();
+}
+
+QWidget* ConditionsPage::makeTabs() {
+  QStringList captions;
+  for (const ConditionPage& page : conditionPages()) captions.append(shown(page.caption));
+  captions_.setStringList(captions);
+  tabs_ = new QListView(this);
+  tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
+  tabs_->setModel(&captions_);
+  tabs_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  tabs_->setFixedWidth(kTabsWidth);
+  tabs_->setSpacing(2);
+  tabs_->setAccessibleName(QStringLiteral("过滤条件"));
+  tabs_->setCurrentIndex(captions_.index(0));
+  connect(tabs_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& index) {
+            session_.commands.runner().run([this, &index] { showTab(index.row() + 1); });
+            markTab();  // a running command has refused it
+          });
+  return tabs_;
+}
+
+void ConditionsPage::addCommands() {
+  Commands& commands = session_.commands;
+  const auto add_tab = [&](const ActionText& text, int tab) {
+    commands.add(text, [this, tab] { bringTab(tab); });
+  };
+  add_tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
+           QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
+          tabOfKind(PageKind::picks));
+  add_tab(
+      {"mnu_TiaojianShuosui", QStringLiteral("缩水设置(&K)..."), {}, QStringLiteral("缩水的类型和智能优化")},
+      tabOfKind(PageKind::shrink));
+  add_tab({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
+           QStringLiteral("全部设置一览")},
+          tabOfKind(PageKind::summary));
+  for (int tab = tabOfKind(PageKind::value); tab < tabOfKind(PageKind::shrink); ++tab)
+    add_tab({tabCommand(tab).c_str(), shown(conditionPage(tab).caption)}, tab);
+  commands.add({"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
+               [this] { restoreDefaults(); });
+}
+
+void ConditionsPage::showTab(int tab) {
+  tab_ = tab;
+  if (pages_ == nullptr) return;
+  markTab();
+  loadTab();
+}
+
+void ConditionsPage::markTab() {
+  const QSignalBlocker quiet(tabs_->selectionModel());
+  tabs_->setCurrentIndex(captions_.index(tab_ - 1));
+  tabs_->viewport()->update();
+}
+
+void ConditionsPage::bringTab(int tab) {
+  // The tab that stood there before isn't shown on the way: showing one may store something.
+  tab_ = tab;
+  tab_loaded_ = false;
+  Q_EMIT wanted();
+  markTab();
+  if (!tab_loaded_) loadTab();
+}
+
+void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store))); }
+
+void ConditionsPage::loadTab() {
+  tab_loaded_ = true;
+  const PageKind kind = conditionPage(tab_).kind;
+  switch (kind) {
+    case PageKind::picks:
+      pane_->showCurrentView();
+      return pages_->setCurrentWidget(pane_);
+    case PageKind::places:
+      places_->loadPlacePage();
+      return pages_->setCurrentWidget(places_);
+    case PageKind::groups:
+      groups_->load();
+      return pages_->setCurrentWidget(groups_);
+    case PageKind::history_match:
+      match_->loadMatchPage();
+      return pages_->setCurrentWidget(match_);
+    case PageKind::shrink:
+      shrink_->load();
+      return pages_->setCurrentWidget(shrink_);
+    case PageKind::summary:
+      loadSummary();
+      return pages_->setCurrentWidget(summary_);
+    default:
+      panels_->open(tab_);
+      return pages_->setCurrentWidget(panels_);
+  }
+}
+
+void ConditionsPage::open() {
+  if (pages_ == nullptr) makeContents();
+  forgetTickets();
+  pad_->open();
+  loadTab();
+}
+
+void ConditionsPage::forgetReading() {
+  unseen_timer_.stop();
+  answers_.drop();
+  reading_.reset();
+}
+
+void ConditionsPage::forgetTickets() {
+  forgetReading();
+  tickets_.reset();
+}
+
+void ConditionsPage::dropCount() {
+  if (!reading_ && !answers_.isBusy()) return;
+  forgetReading();
+  count_timer_.start(kCountDelay);
+}
+
+void ConditionsPage::countSurvivors() {
+  if (!isVisible()) return forgetReading();
+  if (session_.commands.runner().isRunning()) return count_timer_.start(kCountAgain);
+  if (!unseen_timer_.isActive()) unseen_timer_.start();
+  bool goes_on = false;
+  runGuarded(session_.desk, [&] {
+    if (tickets_ || readTickets())
+      askCount();
+    else
+      count_timer_.start(0);
+    goes_on = true;
+  });
+  if (!goes_on) unseen_timer_.stop();
+}
+
+bool ConditionsPage::readTickets() {
+  if (!reading_)
+    reading_ = std::make_unique<SlicedWork>(
+        [this](const SlicedWork::Pause& pause) { tickets_ = loadLiveTickets(session_.store, pause); },
+        kReadSlice);
+  auto work = std::move(reading_);  // gone, should it fail
+  if (work->resume()) return true;
+  reading_ = std::move(work);
+  return false;
+}
+
+void ConditionsPage::askCount() {
+  answers_.ask([this, live = live_,
+                question = LiveCount::Question{tickets_, loadConditionSet(session_.store),
+                                               loadDrawTable(session_.store), session_.nextPeriod()}](
+                   Course& course) -> AnswerThread::Answer {
+    const auto result = live->count(question, course);
+    if (!result) return {};
+    return [this, text = liveText(*result)] {
+      unseen_timer_.stop();
+      survivors_->setText(shown(text));
+    };
+  });
+}
+
+void ConditionsPage::restoreDefaults() {
+  bringTab(1);
+  constexpr std::string_view verbs[] = {"还原", "取消"};
+  if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", verbs, 1) != 0) return;
+  lotmere::restoreDefaults(session_.store);
+  markStale();
+  pane_->showFirstView();
+  pad_->reload();
+  session_.desk.tell("完成，过滤条件已经还原为默认值！");
+  Q_EMIT defaultsRestored();
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,110 @@
+// The condition page: the number pad, and beside it everything that can be set.
+#pragma once
+
+#include <QLabel>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QStackedWidget>
+#include <QStringListModel>
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "advice/live_count.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+#include "ui/conditions/condition_sheet.hpp"
+#include "ui/conditions/group_page.hpp"
+#include "ui/conditions/match_page.hpp"
+#include "ui/conditions/number_pad.hpp"
+#include "ui/conditions/panel_page.hpp"
+#include "ui/conditions/place_page.hpp"
+#include "ui/conditions/shrink_page.hpp"
+#include "ui/shell/answer_thread.hpp"
+#include "ui/shell/session.hpp"
+#include "ui/shell/sliced_work.hpp"
+#include "ui/widgets/front_pane.hpp"
+
+namespace lotmere::ui {
+
+class ConditionsPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Makes the pane beside the pad, whose first view is the condition sheet.
+  using MakePane = std::function<FrontPane*(QWidget* parent)>;
+
+  // Registers its commands, one for each of its pages among them. What stands on it is made when it first
+  // comes to the front, so that it costs the start nothing.
+  ConditionsPage(Session& session, MakePane make_pane, QWidget* parent = nullptr);
+
+  // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.
+  void open();
+  // Stands the person before the number pad.
+  void showPad() { showTab(1); }
+  // The settings, the user or the draws changed elsewhere.
+  void markStale();
+
+  // The commands of the pages of single conditions, by tab, for the menus.
+  [[nodiscard]] static std::string tabCommand(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
+
+ Q_SIGNALS:
+  // A menu command asks for this page to stand in front.
+  void wanted();
+  void defaultsRestored();
+
+ private:
+  void addCommands();
+  void makeContents();
+  QWidget* makeTabs();
+  // Shows the page of a tab, 1 to 44.
+  void showTab(int tab);
+  // The strip shows which tab is in front.
+  void markTab();
+  // The same as a command that may be given from another page.
+  void bringTab(int tab);
+  void loadTab();
+  void loadSummary();
+  void restoreDefaults();
+  void settingChanged();
+  // Reads the tickets of the table slice by slice, once; then asks for the count.
+  void countSurvivors();
+  void askCount();
+  // False while there is more to read.
+  bool readTickets();
+  // What the count under way rests on is about to change: it is dropped, and taken anew behind that.
+  void dropCount();
+  // Ends what is under way.
+  void forgetReading();
+  // The tickets changed, or may have.
+  void forgetTickets();
+
+  Session& session_;
+  ConditionClicks clicks_;
+  QTimer count_timer_;                          // counts once the clicks of one moment are over
+  QTimer unseen_timer_;                         // a count that takes longer says that it is under way
+  std::shared_ptr<const LiveTickets> tickets_;  // of the table; none before they are read
+  std::unique_ptr<SlicedWork> reading_;         // of the tickets
+  std::shared_ptr<LiveCount> live_ = std::make_shared<LiveCount>();  // only the thread below works on it
+  AnswerThread answers_;
+  NumberPad* pad_ = nullptr;
+  QLabel* survivors_ = nullptr;  // Label_liveCount
+  QLabel* count_ = nullptr;      // Text_ChoseNumberTip
+  QListView* tabs_ = nullptr;    // TabStrip_TiaoJian
+  QStringListModel captions_;
+  QStackedWidget* pages_ = nullptr;
+  MakePane make_pane_;
+  FrontPane* pane_ = nullptr;
+  ConditionSheetView* sheet_ = nullptr;
+  PanelPage* panels_ = nullptr;
+  PlacePageView* places_ = nullptr;
+  GroupPageView* groups_ = nullptr;
+  MatchPageView* match_ = nullptr;
+  ShrinkPageView* shrink_ = nullptr;
+  QPlainTextEdit* summary_ = nullptr;  // Text_TiaoJianList
+  int tab_ = 1;
+  bool tab_loaded_ = false;  // since the tab was last chosen by a command
+};
+
+}  // namespace lotmere::ui

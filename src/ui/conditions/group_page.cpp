@@ -1,0 +1,125 @@
+#include "ui/conditions/group_page.hpp"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "conditions/condition_store.hpp"
+#include "panels/help_texts.hpp"
+#include "panels/summary.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+
+GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(clicks),
+      tabs_(new QTabBar),
+      numbers_(new NumberGrid(QStringLiteral("cmm_ZDY"), 9)),
+      counts_(new PanelBox(QStringLiteral("List_ZDYset"), QStringLiteral("Check_Zdy"))),
+      all_(new QListView) {
+  tabs_->setObjectName(QStringLiteral("TabStrip_ZDYchose"));
+  for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(conditionOfUsage(usageOfGroup(g)).name));
+  tabs_->setUsesScrollButtons(true);
+  tabs_->setExpanding(false);
+  all_->setObjectName(QStringLiteral("List_ZDY"));
+  all_->setModel(&lines_);
+  all_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  auto* help = new QPlainTextEdit(shown(kGroupHelp));
+  help->setObjectName(QStringLiteral("Text_ZDYhelp"));
+  help->setReadOnly(true);
+  auto* foot = new QHBoxLayout;
+  foot->setSpacing(12);
+  foot->addWidget(all_, 3);
+  foot->addWidget(help, 2);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->addWidget(tabs_);
+  layout->addWidget(makeEditor());
+  layout->addLayout(foot, 1);
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { openGroup(index + 1); });
+  connect(all_, &QListView::clicked, this,
+          [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
+  connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
+    if (!clicks_.change([&] { clickGroupNumber(session_.store, group_, number); }, [this] { load(); }))
+      numbers_->takeBack(number);
+  });
+  connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
+    if (!clicks_.change([&] { setUsage(session_.store, usageOfGroup(group_), on); }, [this] { load(); }))
+      counts_->takeBoxBack();
+  });
+  connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
+    BoxState box{};
+    const auto write = [&] {
+      box = clickLeadingItem(session_.store, conditionOfUsage(usageOfGroup(group_)), k, selected);
+    };
+    const auto show = [&] {
+      load();
+      counts_->showBox(box);
+    };
+    if (!clicks_.change(write, show)) counts_->list().takeBack(k);
+  });
+}
+
+QWidget* GroupPageView::makeEditor() {
+  auto* editor = new QWidget;
+  auto* row = new QHBoxLayout(editor);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(16);
+  auto* buttons = new QVBoxLayout;
+  const char* const captions[] = {"清空当前组", "清空全部自定义组"};
+  for (int i = 0; i < 2; ++i) {
+    auto* button = new QPushButton(QString::fromUtf8(captions[i]));
+    button->setObjectName(QStringLiteral("cmm_EmptyZDY_%1").arg(i));
+    connect(button, &QPushButton::clicked, this, [this, i] { emptyGroups(i == 1); });
+    buttons->addWidget(button);
+  }
+  buttons->addStretch();
+  counts_->setFixedHeight(176);
+  row->addWidget(numbers_);
+  row->addWidget(counts_, 1);
+  row->addLayout(buttons);
+  return editor;
+}
+
+void GroupPageView::load() {
+  QStringList lines;
+  for (const std::string& line : groupLines(session_.store)) lines.append(shown(line));
+  lines_.setStringList(lines);
+  showGroup(group_);
+}
+
+void GroupPageView::openGroup(int group) {
+  session_.commands.runner().run([&] { showGroup(group); });
+  // The strip goes on showing the group that the clicks are for.
+  const QSignalBlocker quiet(tabs_);
+  tabs_->setCurrentIndex(group_ - 1);
+}
+
+void GroupPageView::showGroup(int group) {
+  const GroupPage page = groupPage(session_.store, group);
+  group_ = group;
+  numbers_->showMembers(page.members);
+  counts_->showPanel(page.panel);
+  clicks_.setTip(*counts_, [this] { return conditionOfUsage(usageOfGroup(group_)); });
+  all_->setCurrentIndex(lines_.index(group - 1));
+}
+
+void GroupPageView::emptyGroups(bool all) {
+  const auto write = [&] {
+    if (all)
+      lotmere::emptyGroups(session_.store);
+    else
+      setGroup(session_.store, group_, {});
+  };
+  clicks_.change(write, [&] {
+    if (all) group_ = 1;
+    load();
+    const QSignalBlocker quiet(tabs_);
+    tabs_->setCurrentIndex(group_ - 1);
+  });
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,39 @@
+// The page 自定义过滤: ten groups of a person's own, their numbers and the counts allowed of each.
+#pragma once
+
+#include <QListView>
+#include <QStringListModel>
+#include <QTabBar>
+#include <QWidget>
+
+#include "panels/own_pages.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+#include "ui/widgets/number_grid.hpp"
+
+namespace lotmere::ui {
+
+class GroupPageView : public QWidget {
+  Q_OBJECT
+
+ public:
+  GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+  // Shows the page as it is stored.
+  void load();
+
+ private:
+  [[nodiscard]] QWidget* makeEditor();
+  void openGroup(int group);
+  void showGroup(int group);
+  void emptyGroups(bool all);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  QTabBar* tabs_;        // TabStrip_ZDYchose
+  NumberGrid* numbers_;  // cmmZDY
+  PanelBox* counts_;     // List_ZDYset, Check_Zdy
+  QListView* all_;       // List_ZDY
+  QStringListModel lines_;
+  int group_ = 1;  // shown
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,38 @@
+// Dividing the reds into the four intervals.
+#pragma once
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QWidget>
+#include <array>
+
+#include "catalogue/catalogue.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+#include "ui/widgets/number_grid.hpp"
+
+namespace lotmere::ui {
+
+class IntervalPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  IntervalPage(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+
+  // Shows the intervals as they are stored.
+  void load();
+
+ private:
+  // Intervals count from 0 here.
+  [[nodiscard]] static const std::string& nameOf(int interval);
+  void showInterval(int interval);
+  void clear();
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  QButtonGroup intervals_;                          // Option_QujianDingyi
+  NumberGrid* numbers_;                             // cmmQujianHuafen
+  std::array<QLabel*, kIntervalCount> previews_{};  // Label_4qj
+  int interval_ = 0;                                // shown
+};
+
+}  // namespace lotmere::ui

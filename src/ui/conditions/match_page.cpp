@@ -1,0 +1,99 @@
+#include "ui/conditions/match_page.hpp"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+#include "advice/strength.hpp"
+#include "panels/help_texts.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+
+MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      clicks_(clicks),
+      used_(new TipBox(shown(kMatchTexts.box), this)),
+      match_(new QComboBox(this)),
+      latest_(new QPushButton(shown(kMatchTexts.button), this)),
+      which_(new QLabel(this)) {
+  for (QComboBox*& end : range_) {
+    end = new QComboBox(this);
+    end->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // seven digits, also when the page is made empty
+  }
+  used_->setObjectName(QStringLiteral("Check_Historyguolu"));
+  range_[0]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_0"));
+  range_[1]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_1"));
+  match_->setObjectName(QStringLiteral("Combo_PiPei"));
+  latest_->setObjectName(QStringLiteral("cmm_latestPeriods"));
+  latest_->setAutoDefault(false);
+  which_->setObjectName(QStringLiteral("Label_matchRange"));
+  auto* sentence = new QHBoxLayout;
+  sentence->addWidget(new QLabel(shown(kMatchTexts.lead)));
+  sentence->addWidget(range_[0]);
+  sentence->addWidget(new QLabel(shown(kMatchTexts.dash)));
+  sentence->addWidget(range_[1]);
+  sentence->addWidget(new QLabel(shown(kMatchTexts.middle)));
+  sentence->addWidget(match_);
+  sentence->addWidget(new QLabel(shown(kMatchTexts.end)));
+  sentence->addSpacing(16);
+  sentence->addWidget(latest_);
+  sentence->addStretch();
+  auto* help = new QPlainTextEdit(shown(kMatchHelp));
+  help->setObjectName(QStringLiteral("Text2"));
+  help->setReadOnly(true);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->setSpacing(14);
+  layout->addWidget(used_);
+  layout->addLayout(sentence);
+  layout->addWidget(which_);
+  layout->addWidget(help, 1);
+  clicks_.setTip(
+      *used_, [] { return shown(kHistoryMatchName); },
+      []() -> ConditionClicks::Measure {
+        return [](const ConditionSet& set, const DrawTable& draws, PeriodNo next) {
+          return matchStrength(set, draws, next, kStrengthDraws);
+        };
+      });
+  connect(used_, &QCheckBox::clicked, this,
+          [this](bool on) { change([&] { setHistoryMatch(session_.store, &HistoryMatch::used, on); }); });
+  PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};
+  for (int i = 0; i < 2; ++i)
+    connect(range_[i], &QComboBox::activated, this, [this, i, end = ends[i]] {
+      change([&] { chooseMatchEnd(session_.store, end, range_[i]->currentData().toInt()); });
+    });
+  connect(match_, &QComboBox::activated, this, [this] {
+    change([&] { setHistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
+  });
+  connect(latest_, &QPushButton::clicked, this,
+          [this] { change([&] { followLatestDraws(session_.store); }); });
+}
+
+void MatchPageView::change(const std::function<void()>& write) {
+  if (!clicks_.change(write, [this] { loadMatchPage(); })) showLoaded();
+}
+
+void MatchPageView::loadMatchPage() {
+  page_ = lotmere::loadMatchPage(session_.store);
+  showLoaded();
+}
+
+void MatchPageView::showLoaded() {
+  used_->setChecked(page_.settings.used);
+  for (QComboBox* combo : range_) {
+    combo->clear();
+    for (const PeriodNo period : page_.periods) combo->addItem(QString::number(period), period);
+  }
+  range_[0]->setCurrentIndex(range_[0]->findData(page_.settings.first));
+  range_[1]->setCurrentIndex(range_[1]->findData(page_.settings.last));
+  match_->clear();
+  for (const PanelItem& item : page_.matches) {
+    match_->addItem(shown(item.text), item.k);
+    if (item.selected) match_->setCurrentIndex(match_->count() - 1);
+  }
+  which_->setText(shown(page_.settings.chosen ? kMatchTexts.chosen : kMatchTexts.latest));
+}
+
+}  // namespace lotmere::ui

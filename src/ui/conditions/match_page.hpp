@@ -1,0 +1,38 @@
+// The page 历史数据过滤: a sentence with the range of past draws and the match value.
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+
+#include "panels/own_pages.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+
+namespace lotmere::ui {
+
+class MatchPageView : public QWidget {
+  Q_OBJECT
+
+ public:
+  MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+  // The page comes to the front: a range that wasn't chosen by hand moves on to the last fifty draws.
+  void loadMatchPage();
+
+ private:
+  // Shows the page as it was loaded.
+  void showLoaded();
+  // A click, and the page as it is stored behind it.
+  void change(const std::function<void()>& write);
+
+  Session& session_;
+  ConditionClicks& clicks_;
+  MatchPage page_;
+  TipBox* used_;           // Check_Historyguolu
+  QComboBox* range_[2]{};  // Combo_HistoryGuoLu
+  QComboBox* match_;       // Combo_PiPei
+  QPushButton* latest_;    // cmm_latestPeriods
+  QLabel* which_;          // Label_matchRange
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,28 @@
+// The page 定位过滤: the numbers allowed at each of the seven places, and how many places may be wrong.
+#pragma once
+
+#include <QButtonGroup>
+#include <QWidget>
+#include <array>
+
+#include "panels/own_pages.hpp"
+#include "ui/conditions/condition_clicks.hpp"
+
+namespace lotmere::ui {
+
+class PlacePageView : public QWidget {
+  Q_OBJECT
+
+ public:
+  PlacePageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+  // Shows the page as it is stored.
+  void loadPlacePage();
+
+ private:
+  Session& session_;
+  std::array<PanelBox*, kPlaceCount> places_{};
+  QButtonGroup tolerances_;               // Option_DingweiRongcuo
+  QAbstractButton* tolerance_ = nullptr;  // the stored one
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,28 @@
+// The page 缩水设置: the type of the cover shrink and the smart optimisation in front of it.
+#pragma once
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QWidget>
+
+#include "ui/conditions/condition_clicks.hpp"
+
+namespace lotmere::ui {
+
+class ShrinkPageView : public QWidget {
+  Q_OBJECT
+
+ public:
+  ShrinkPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
+  // Shows the page as it is stored.
+  void load();
+
+ private:
+  Session& session_;
+  QButtonGroup types_;               // Option_ShuoSuiLeiXing
+  QAbstractButton* type_ = nullptr;  // the stored one
+  QCheckBox* smart_;                 // Check_auto
+  QLabel* hint_;
+};
+
+}  // namespace lotmere::ui

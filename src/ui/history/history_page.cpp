@@ -1,0 +1,353 @@
+#include "ui/history/history_page.hpp"
+
+#include <QHBoxLayout>
+#include <QRegularExpression>
+#include <QVBoxLayout>
+#include <limits>
+
+#include "analysis/distribution.hpp"
+#include "base/text.hpp"
+#include "catalogue/draw_columns.hpp"
+#include "history/addresses.hpp"
+#include "history/curl_fetcher.hpp"
+#include "history/detail.hpp"
+#include "history/download.hpp"
+#include "history/export_sheet.hpp"
+#include "history/search.hpp"
+#include "history/upkeep.hpp"
+#include "store/periods.hpp"
+#include "store/schema.hpp"
+#include "ui/look/text.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kMargin = 12;
+constexpr int kSpacing = 8;
+
+constexpr PeriodRange kEveryPeriod{std::numeric_limits<PeriodNo>::min(),
+                                   std::numeric_limits<PeriodNo>::max()};
+
+}  // namespace
+
+HistoryPage::HistoryPage(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
+  makeMenuCommands();
+  makeCommands();
+  bar_ = new JobBar(session.desk, "ProgressBar_TuBiao", this);
+  download_view_ = bar_;
+  strip_ = new EntryStrip(session, this);
+  const Commands& commands = session.commands;
+  strip_->addButton(commands.makeButton("cmmUpdateHistory_0", QStringLiteral("添加记录"),
+                                        commands.action("cmmUpdateHistory_0")));
+  strip_->addButton(commands.makeButton("cmmUpdateHistory_1", QStringLiteral("下载记录"),
+                                        commands.action("mnu_AutoUpdate")));
+  connect(strip_, &EntryStrip::completed, commands.action("cmmUpdateHistory_0"), &QAction::trigger);
+  makeOptions();
+  makeViews();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kSpacing);
+  layout->addWidget(strip_);
+  layout->addLayout(placeTools());
+  layout->addWidget(views_, 1);
+  followRuns();
+}
+
+// Commands that stand in the menu show the page first.
+void HistoryPage::makeMenuCommands() {
+  const auto add = [this](const ActionText& text, std::function<void()> handler) {
+    QAction* action = session_.commands.add(text, [this, handler = std::move(handler)] {
+      Q_EMIT wanted();
+      handler();
+    });
+    addAction(action);
+    return action;
+  };
+  add({"mnu_AutoUpdate", QStringLiteral("下载最新开奖数据(&L)"), Qt::CTRL | Qt::Key_D,
+       QStringLiteral("从网上下载最新的开奖记录")},
+      [this] { download(); });
+  add({"mnu_InputKaiJian", QStringLiteral("手工录入开奖数据(&I)"), Qt::CTRL | Qt::Key_I,
+       QStringLiteral("手工录入一期开奖号码")},
+      [this] {
+        session_.desk.tell("请输入开奖号码,然后点击“添加记录”");
+        strip_->focusNumber(1);
+      });
+  const auto add_choice = [&](const ActionText& text, const std::function<void()>& handler) {
+    add(text, handler)->setCheckable(true);
+  };
+  add_choice(
+      {"mnu_HistoryTubiao", QStringLiteral("图表模式显示(&T)"), Qt::Key_F6, QStringLiteral("显示号码分布")},
+      [this] { showMode(1); });
+  add_choice({"mnu_HistoryData", QStringLiteral("数据模式显示(&S)"), Qt::Key_F5,
+              QStringLiteral("显示开奖记录和各项统计")},
+             [this] { showMode(0); });
+  add_choice({"mnu_HistoryShowAll", QStringLiteral("显示全部记录(&A)"), Qt::Key_F8,
+              QStringLiteral("显示全部开奖记录")},
+             [this] { showSpan(1); });
+  add_choice({"mnu_HistoryShow100", QStringLiteral("只显示最近100期(&R)"), Qt::Key_F7,
+              QStringLiteral("只显示最近100期")},
+             [this] { showSpan(0); });
+  add({"mnu_DownloadAddress",
+       QStringLiteral("下载地址(&U)..."),
+       {},
+       QStringLiteral("设置开奖数据的下载地址")},
+      [this] { changeAddress(session_.store, session_.desk, AddressUse::draw_list); });
+  add({"mnu_DetailAddress",
+       QStringLiteral("开奖页面网址(&P)..."),
+       {},
+       QStringLiteral("设置详细开奖页面的网址")},
+      [this] { changeAddress(session_.store, session_.desk, AddressUse::detail_page); });
+}
+
+void HistoryPage::makeCommands() {
+  const auto add = [this](const ActionText& text, std::function<void()> handler) {
+    addAction(session_.commands.add(text, std::move(handler)));
+  };
+  add({"cmmUpdateHistory_0", QStringLiteral("添加记录"), Qt::CTRL | Qt::Key_Return,
+       QStringLiteral("保存录入的开奖号码")},
+      [this] { addDraw(); });
+  add({"cmm_scls", QStringLiteral("删除"), Qt::CTRL | Qt::Key_Delete, QStringLiteral("删除一期开奖记录")},
+      [this] { removeDraw(); });
+  add({"CmmSousuo", QStringLiteral("搜索记录"), Qt::CTRL | Qt::Key_F,
+       QStringLiteral("在表头下的空白行输入条件查找记录")},
+      [this] { promptSearch(); });
+  add({"filterBegin", QStringLiteral("搜 索"), Qt::CTRL | Qt::SHIFT | Qt::Key_F,
+       QStringLiteral("按输入的条件查找，在条件栏中按回车键也可")},
+      [this] { search(); });
+  add({"cmdClearFilter", QStringLiteral("清空查找"), Qt::CTRL | Qt::SHIFT | Qt::Key_X,
+       QStringLiteral("清空条件，回到原来的记录")},
+      [this] { clearFilter(); });
+  add({"cmm_Daocu", QStringLiteral("导出"), Qt::CTRL | Qt::Key_E,
+       QStringLiteral("把全部开奖记录导出为表格文件")},
+      [this] { exportHistory(); });
+  add({"cmm_kjqk", QStringLiteral("详细开奖情况查询"), Qt::CTRL | Qt::Key_K,
+       QStringLiteral("在浏览器中查看一期的开奖详情")},
+      [this] { queryDetail(); });
+}
+
+void HistoryPage::makeOptions() {
+  const auto make_group = [this](const char* name, const std::pair<QString, const char*>(&choices)[2]) {
+    auto* group = new QButtonGroup(this);
+    for (int i = 0; i < 2; ++i) {
+      auto* option = new QRadioButton(choices[i].first, this);
+      option->setObjectName(QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(i));
+      QAction* action = session_.commands.action(choices[i].second);
+      option->setToolTip(QStringLiteral("%1（%2）")
+                             .arg(action->toolTip(), action->shortcut().toString(QKeySequence::NativeText)));
+      connect(option, &QRadioButton::clicked, action, &QAction::trigger);
+      // Whatever was triggered or refused, the entry shows what the option is.
+      const auto follow = [action, option] { action->setChecked(option->isChecked()); };
+      connect(option, &QRadioButton::toggled, action, follow);
+      connect(action, &QAction::triggered, action, follow);
+      group->addButton(option, i);
+    }
+    group->button(0)->setChecked(true);
+    return group;
+  };
+  modes_ = make_group("Option_TorD", {{QStringLiteral("数据"), "mnu_HistoryData"},
+                                      {QStringLiteral("图表"), "mnu_HistoryTubiao"}});
+  spans_ = make_group("OptionHistoryMode", {{QStringLiteral("最近100期"), "mnu_HistoryShow100"},
+                                            {QStringLiteral("显示全部"), "mnu_HistoryShowAll"}});
+}
+
+void HistoryPage::makeViews() {
+  views_ = new QStackedWidget(this);
+  grid_ = new FrozenGrid(model_, kIdentityColumns, views_);
+  grid_->setObjectName(QStringLiteral("TDBGridHistory"));
+  for (int column = 0; column < model_.columnCount(); ++column) {
+    grid_->setColumnWidth(column, model_.columnWidth(column, fontMetrics()));
+    if (HistoryModel::isWorkColumn(column)) grid_->hideColumn(column);
+  }
+  connect(grid_, &FrozenGrid::filterEdited, this, [this] {
+    filter_edited_ = true;
+    session_.commands.action("filterBegin")->setEnabled(true);
+  });
+  connect(grid_, &FrozenGrid::filterSubmitted, session_.commands.action("filterBegin"), &QAction::trigger);
+  distribution_ = new DistributionGrid(views_);
+  grid_->setAccessibleName(QStringLiteral("开奖记录"));
+  distribution_->setAccessibleName(QStringLiteral("号码分布"));
+  empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载或手工添加。"));
+  empty_->setAlignment(Qt::AlignCenter);
+  empty_->setEnabled(false);
+  for (QWidget* view :
+       {static_cast<QWidget*>(grid_), static_cast<QWidget*>(distribution_), static_cast<QWidget*>(empty_)})
+    views_->addWidget(view);
+}
+
+QLayout* HistoryPage::placeTools() {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(kSpacing);
+  const auto add_options = [row](const QString& caption, const QButtonGroup* group) {
+    row->addWidget(new QLabel(caption));
+    for (QAbstractButton* option : group->buttons()) row->addWidget(option);
+    row->addSpacing(2 * kSpacing);
+  };
+  add_options(QStringLiteral("数据模式"), modes_);
+  add_options(QStringLiteral("数据显示"), spans_);
+  row->addStretch();
+  row->addWidget(bar_);
+  for (const char* name : {"CmmSousuo", "filterBegin", "cmdClearFilter", "cmm_scls", "cmm_Daocu"}) {
+    QAction* action = session_.commands.action(name);
+    row->addWidget(session_.commands.makeButton(name, action->text(), action));
+  }
+  return row;
+}
+
+// Whoever disables the commands while a job runs may enable this one with the others.
+void HistoryPage::followRuns() {
+  const auto set_filter_begin = [this] {
+    session_.commands.action("filterBegin")->setEnabled(filter_edited_);
+  };
+  set_filter_begin();
+  connect(&session_.commands.runner(), &CommandRunner::finished, this, set_filter_begin,
+          Qt::QueuedConnection);
+  const auto set_options = [this](bool enabled) {
+    for (const QButtonGroup* group : {modes_, spans_})
+      for (QAbstractButton* option : group->buttons()) option->setEnabled(enabled);
+  };
+  connect(&session_.desk, &WindowDesk::jobBegun, this, [set_options] { set_options(false); });
+  connect(&session_.desk, &WindowDesk::jobEnded, this, [set_options] { set_options(true); });
+}
+
+void HistoryPage::showMode(int mode) {
+  modes_->button(mode)->setChecked(true);
+  refreshHistoryView();
+}
+
+void HistoryPage::showSpan(int span) {
+  spans_->button(span)->setChecked(true);
+  refreshHistoryView();
+}
+
+void HistoryPage::refreshHistoryView() {
+  const ProgressPlace place(session_.desk, *bar_);
+  grid_->clearFilters();
+  filter_edited_ = false;
+  if (showsChart())
+    showDistribution();
+  else
+    fillHistoryGrid();
+}
+
+void HistoryPage::fillHistoryGrid() {
+  const auto span = spans_->checkedId() == 0 ? HistorySpan::recent : HistorySpan::all;
+  const int column = grid_->currentColumn();
+  const int rows = model_.load(session_.store, loadHistoryRows(session_.store, span));
+  views_->setCurrentWidget(rows > 0 ? static_cast<QWidget*>(grid_) : empty_);
+  grid_->showEnd(column);
+}
+
+void HistoryPage::showDistribution() {
+  const auto span = spans_->checkedId() == 0 ? DistributionSpan::recent : DistributionSpan::all;
+  const auto rows = buildHaoMaFenBu(session_.store, session_.desk, latestPeriod(session_.store), span);
+  views_->setCurrentWidget(rows > 0 ? static_cast<QWidget*>(distribution_) : empty_);
+  distribution_->showRows(loadDistribution(session_.store));
+}
+
+void HistoryPage::loadEntry() {
+  strip_->setDate(upcomingDrawDate(session_.store, session_.clock.today()));
+  strip_->setPeriod(session_.nextPeriod());
+}
+
+void HistoryPage::addDraw() {
+  const ProgressPlace place(session_.desk, *bar_);
+  const CheckedEntry checked = checkManualEntry(strip_->entry());
+  strip_->showCounted(checked.counted);
+  if (!checked.numbers || !checked.period) {
+    if (checked.numbers)
+      static_cast<void>(readPeriod(session_.desk, strip_->entry().period));
+    else
+      session_.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
+    // The first red that wasn't read, or the blue behind them; the period where these are right.
+    strip_->focusNumber(checked.numbers ? 0 : static_cast<int>(checked.counted.size()) + 1);
+    strip_->slide();
+    return;
+  }
+  saveDraw(session_.store, session_.desk, *checked.period, strip_->date(), *checked.numbers, Recalc::yes);
+  loadEntry();
+  strip_->clearNumbers();
+  strip_->focusNumber(1);
+  refreshHistoryView();
+  Q_EMIT historyChanged();
+}
+
+void HistoryPage::download() {
+  const ProgressPlace place(session_.desk, *download_view_);
+  const auto fetcher = makeCurlFetcher(session_.desk);
+  if (!downloadCommand(session_.store, session_.desk, *fetcher, session_.clock.today(), list_typed_).ok)
+    return;
+  loadEntry();
+  refreshHistoryView();
+  Q_EMIT historyChanged();
+}
+
+void HistoryPage::removeDraw() {
+  const ProgressPlace place(session_.desk, *bar_);
+  const auto typed = session_.desk.askText("您要删除哪期的记录？", "请输入期号",
+                                           std::to_string(latestPeriod(session_.store)));
+  const std::string_view done = showsChart() ? "删除完成，将重新加载数据。" : "删除完成！";
+  if (!typed || !deleteDraw(session_.store, session_.desk, *typed, done)) return;
+  refreshHistoryView();
+  loadEntry();
+  Q_EMIT historyChanged();
+}
+
+void HistoryPage::promptSearch() {
+  if (showsChart()) showMode(0);
+  session_.desk.tell("请在表格中最顶一行空白处相应项目栏输入条件值，然后点击“搜索”按钮！");
+  grid_->focusFilter();
+}
+
+void HistoryPage::search() {
+  // A number that the grid shows as 05 is stored as 5.
+  static const QRegularExpression ball(QStringLiteral("^0(?=[1-9])"));
+  std::vector<ColumnFilter> filters;
+  for (int column = 0; column < model_.columnCount(); ++column) {
+    QString text = grid_->filter(column);
+    if (HistoryModel::isNumberOfDraw(column)) text.remove(ball);
+    if (!text.isEmpty()) filters.push_back({drawColumns()[column].name, utf8(text)});
+  }
+  const auto condition = buildSearchWhere(session_.desk, filters);
+  const int column = grid_->currentColumn();
+  const bool asks = condition && !condition->where.empty();
+  filter_edited_ = false;
+  int found = 0;
+  try {
+    if (asks) found = model_.load(session_.store, kEveryPeriod, *condition);
+  } catch (...) {
+    grid_->clearFilters();  // what the store refuses doesn't stand there to be asked again
+    throw;
+  }
+  if (found != 0) return grid_->showEnd(column);
+  // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name; what no draw has
+  // stays in the boxes to be corrected.
+  if (!asks) return refreshHistoryView();
+  fillHistoryGrid();
+  filter_edited_ = true;
+  session_.desk.tell("没有符合条件的记录。", Tone::warning);
+}
+
+void HistoryPage::clearFilter() { refreshHistoryView(); }
+
+void HistoryPage::exportHistory() {
+  const ProgressPlace place(session_.desk, *bar_);
+  const auto file = session_.home.folder / "LotmereHistory.xlsx";
+  if (lotmere::exportHistory(session_.store, session_.desk, file) == 0) return;
+  const QString path = QString::fromStdString(file.string());
+  open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
+}
+
+void HistoryPage::queryDetail() {
+  const ProgressPlace place(session_.desk, *bar_);
+  const auto fetcher = makeCurlFetcher(session_.desk);
+  const auto address = queryDetailPage(session_.store, session_.desk, *fetcher, page_typed_);
+  if (!address) return;
+  open(QUrl(shown(*address)),
+       QStringLiteral("无法打开浏览器，网页的地址是：\r\n%1").arg(shown(shownAddress(*address))));
+}
+
+void HistoryPage::open(const QUrl& url, const QString& elsewhere) {
+  if (!session_.desk.openOutside(url)) session_.desk.tell(utf8(elsewhere));
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,86 @@
+// The page of draws (`Frm_Sub(0)`): the strip to type one, the grid or the distribution below it, and the
+// commands that add, fetch, delete, search and export.
+#pragma once
+
+#include <QButtonGroup>
+#include <QLabel>
+#include <QRadioButton>
+#include <QStackedWidget>
+#include <QWidget>
+
+#include "ui/history/distribution_grid.hpp"
+#include "ui/history/entry_strip.hpp"
+#include "ui/history/history_model.hpp"
+#include "ui/shell/job_bar.hpp"
+#include "ui/shell/session.hpp"
+#include "ui/widgets/frozen_grid.hpp"
+
+namespace lotmere::ui {
+
+class HistoryPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Registers its commands; shows no draws before refreshHistoryView(). The session outlives the page.
+  explicit HistoryPage(Session& session, QWidget* parent = nullptr);
+
+  // Shows the newest hundred draws or all, by the option, as rows or as their distribution. What stands in the
+  // filter row is emptied with it. Throws SQLite::Exception when the store refuses.
+  void refreshHistoryView();
+
+  // Proposes the date and the period of the draw that comes next.
+  void loadEntry();
+
+  // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
+  void download();
+
+  // Where a download shows its course; the page's own bar until this is called. `view` outlives the page.
+  void setProgress(ProgressView& view) { download_view_ = &view; }
+
+ Q_SIGNALS:
+  // A command of the menu asks for this page to stand in front.
+  void wanted();
+  // Draws were added, replaced or removed.
+  void historyChanged();
+
+ private:
+  void makeCommands();
+  void makeMenuCommands();
+  void makeViews();
+  void makeOptions();
+  QLayout* placeTools();
+  void followRuns();
+
+  [[nodiscard]] bool showsChart() const { return modes_->checkedId() == 1; }
+  void showMode(int mode);
+  void showSpan(int span);
+  void fillHistoryGrid();
+  void showDistribution();
+
+  void addDraw();
+  void removeDraw();
+  void promptSearch();
+  void search();
+  void clearFilter();
+  void exportHistory();
+  void queryDetail();
+  // Opens with the desktop's program, or tells where it is in a line that starts with `elsewhere`.
+  void open(const QUrl& url, const QString& elsewhere);
+
+  Session& session_;
+  HistoryModel model_;
+  JobBar* bar_;
+  ProgressView* download_view_;
+  EntryStrip* strip_;
+  QStackedWidget* views_;
+  FrozenGrid* grid_;
+  DistributionGrid* distribution_;
+  QLabel* empty_;
+  QButtonGroup* modes_;     // `Option_TorD`: 0 the grid, 1 the distribution
+  QButtonGroup* spans_;     // `OptionHistoryMode`: 0 the newest hundred, 1 all
+  std::string list_typed_;  // the addresses as they were typed the last time, until one leads somewhere
+  std::string page_typed_;
+  bool filter_edited_ = false;  // since the rows were last read
+};
+
+}  // namespace lotmere::ui

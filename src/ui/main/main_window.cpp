@@ -1,0 +1,391 @@
+#include "ui/main/main_window.hpp"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QStandardPaths>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "history/draw_stats.hpp"
+#include "history/status.hpp"
+#include "panels/pages.hpp"
+#include "start/transfer.hpp"
+#include "ui/analysis/analysis_pane.hpp"
+#include "ui/look/text.hpp"
+#include "ui/look/theme.hpp"
+#include "ui/main/help_texts.hpp"
+#include "ui/users/first_run_dialog.hpp"
+#include "ui/users/login_dialog.hpp"
+#include "ui/users/users_dialog.hpp"
+#include "users/login.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+constexpr int kTabCount = 3;
+constexpr QSize kSize{1240, 780};
+constexpr const char* kDownloadTip = "正在下载，请稍候．．．";
+constexpr const char* kEverythingFilter = "Lotmere 全部数据 (*.lotmere);;全部文件 (*)";
+
+// The text beside the bar while store and profiles are written or read.
+class TipScope {
+ public:
+  explicit TipScope(ProgressControl& control) : control_(control) {
+    control_.setTipTxt(QStringLiteral("正在处理，请稍候．．．"));
+  }
+  TipScope(const TipScope&) = delete;
+  TipScope& operator=(const TipScope&) = delete;
+  ~TipScope() { control_.setTipTxt(QString::fromUtf8(kDownloadTip)); }
+
+ private:
+  ProgressControl& control_;
+};
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session)
+    : session_(session),
+      main_caption_(QStringLiteral("Lotmere 双色球")),
+      body_(new QWidget(this)),
+      tabs_(new QTabBar(body_)),
+      pages_(new QStackedWidget(body_)),
+      progress_(nullptr),
+      // Made in their place: a widget that moves to another parent is dressed anew with everything in it.
+      history_(new HistoryPage(session, pages_)),
+      conditions_(new ConditionsPage(
+          session, [&session](QWidget* parent) { return new AnalysisPane(session, parent); }, pages_)),
+      tickets_(new TicketPage(session, pages_)),
+      other_(new OtherPage(session, pages_)) {
+  setObjectName(QStringLiteral("Form_main"));
+  setWindowTitle(main_caption_);
+  if (const QScreen* shown_on = screen(); shown_on != nullptr)
+    resize(kSize.boundedTo(shown_on->availableSize()));
+  session_.desk.setWindow(this);
+  pages_->setObjectName(QStringLiteral("Pic_Main"));
+  for (QWidget* page : {static_cast<QWidget*>(history_), static_cast<QWidget*>(conditions_),
+                        static_cast<QWidget*>(tickets_), static_cast<QWidget*>(other_)})
+    pages_->addWidget(page);
+  history_->setObjectName(QStringLiteral("Frm_Sub_0"));
+  conditions_->setObjectName(QStringLiteral("Frm_Sub_1"));
+  tickets_->setObjectName(QStringLiteral("Frm_Sub_2"));
+  other_->setObjectName(QStringLiteral("Frm_Sub_5"));
+  addCommands();
+  makeTop();
+  makeMenus();
+  makeStatusBar();
+  progress_ = new ProgressControl(session_.desk, this);
+  progress_->setObjectName(QStringLiteral("myJinDuCTL1"));
+  progress_->setTipTxt(QString::fromUtf8(kDownloadTip));
+  history_->setProgress(*progress_);
+  connectPages();
+  history_->loadEntry();
+  history_->refreshHistoryView();
+  updateStatus();
+}
+
+void MainWindow::addCommands() {
+  session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
+  session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switchUser(); });
+  session_.commands.add({"mnu_UserManage", QStringLiteral("密码和用户(&P)...")}, [this] {
+    UsersDialog dialog(session_, shown(currentUser(session_.store)), this);
+    session_.desk.runDialog(dialog);
+  });
+  session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
+                        [this] { session_.desk.tell(utf8(stepsText()), Tone::information, "如何使用？"); });
+  session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { saveStore(); });
+  session_.commands.add({"mnu_StoreRestore", QStringLiteral("读入全部数据(&L)...")},
+                        [this] { restoreStore(); });
+  session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
+                        [this] { toggleAppearance(); });
+}
+
+void MainWindow::saveStore() {
+  const QString proposed = QStringLiteral("%1/Lotmere-%2.lotmere")
+                               .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                                    QString::fromStdString(formatDate(session_.clock.today())));
+  const QString file = session_.desk.chooseNewFile(QStringLiteral("保存全部数据"),
+                                                   QString::fromUtf8(kEverythingFilter), proposed);
+  if (file.isEmpty()) return;
+  const TipScope tip(*progress_);
+  const ProgressPlace place(session_.desk, *progress_);
+  if (saveEverything(session_.store, session_.home, session_.desk, file.toStdString()) == Transfer::done)
+    session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
+}
+
+void MainWindow::restoreStore() {
+  const QString file =
+      session_.desk.chooseFile(QStringLiteral("读入全部数据"), QString::fromUtf8(kEverythingFilter));
+  if (file.isEmpty()) return;
+  {
+    const TipScope tip(*progress_);
+    const ProgressPlace place(session_.desk, *progress_);
+    if (prepareRestore(session_.home, session_.desk, file.toStdString()) != Transfer::done) return;
+  }
+  session_.desk.tell("全部数据已读入，窗口将重新打开。");
+  endProgram();
+}
+
+void MainWindow::makeTop() {
+  tabs_->setObjectName(QStringLiteral("TabStrip_Top"));
+  tabs_->setExpanding(false);
+  for (const char* caption : {"历史数据", "过滤条件", "投注号码"}) tabs_->addTab(QString::fromUtf8(caption));
+  for (int i = 0; i < kTabCount; ++i) tabs_->setTabToolTip(i, QStringLiteral("Alt+%1").arg(i + 1));
+  QFont large = tabs_->font();
+  large.setPointSizeF(large.pointSizeF() + 1.5);
+  tabs_->setFont(large);
+  auto* top = new QWidget(body_);
+  top->setObjectName(QStringLiteral("Pic_mainTop"));
+  auto* row = new QHBoxLayout(top);
+  row->setContentsMargins(12, 4, 12, 0);
+  row->addWidget(tabs_);
+  row->addStretch();
+  row->addWidget(session_.commands.makeButton("cmm_kjqk", QStringLiteral("详细开奖情况查询"),
+                                              session_.commands.action("cmm_kjqk")));
+  row->addWidget(session_.commands.makeButton("cmm_Autochosenumber", QStringLiteral("如何使用？"),
+                                              session_.commands.action("cmm_help")));
+  auto* column = new QVBoxLayout(body_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(top);
+  column->addWidget(pages_, 1);
+  setCentralWidget(body_);
+}
+
+void MainWindow::addMenu(const char* name, const QString& title, std::initializer_list<const char*> entries) {
+  QMenu* menu = menuBar()->addMenu(title);
+  menu->setObjectName(QString::fromUtf8(name));
+  for (const char* entry : entries) {
+    if (entry == nullptr)
+      menu->addSeparator();
+    else
+      menu->addAction(session_.commands.action(entry));
+  }
+}
+
+void MainWindow::makeMenus() {
+  addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
+  addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
+          {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
+           "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
+  addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
+          {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
+  addConditionMenus();
+  addMenu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
+          {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
+           "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
+  addMenu("mnu_Else", QStringLiteral("其它(&E)"),
+          {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
+           "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});
+  addMenu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
+  user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
+}
+
+void MainWindow::addConditionMenus() {
+  auto* menu = findChild<QMenu*>(QStringLiteral("mnu_GuoLuTiaoJian"));
+  QAction* before = session_.commands.action("mnu_TiaojianShuosui");
+  QMenu* group = nullptr;
+  PageKind kind = PageKind::picks;
+  const auto pages = conditionPages();
+  for (int tab = 1; tab <= static_cast<int>(pages.size()); ++tab) {
+    const ConditionPage& page = pages[static_cast<std::size_t>(tab - 1)];
+    if (page.kind == PageKind::picks || page.kind == PageKind::shrink || page.kind == PageKind::summary)
+      continue;
+    // Long series have a menu of their own.
+    if (page.kind != kind) {
+      group = page.kind == PageKind::value    ? new QMenu(QStringLiteral("数值条件"), menu)
+              : page.kind == PageKind::counts ? new QMenu(QStringLiteral("个数条件"), menu)
+              : page.kind == PageKind::shapes ? new QMenu(QStringLiteral("组合形式"), menu)
+                                              : nullptr;
+      if (group != nullptr) menu->insertMenu(before, group);
+    }
+    kind = page.kind;
+    QAction* action = session_.commands.action(ConditionsPage::tabCommand(tab).c_str());
+    if (group != nullptr)
+      group->addAction(action);
+    else
+      menu->insertAction(before, action);
+  }
+}
+
+void MainWindow::makeStatusBar() {
+  statusBar()->setObjectName(QStringLiteral("StatusBar"));
+  statusBar()->setSizeGripEnabled(false);
+  for (int i = 0; i < 3; ++i) {
+    panels_[i] = new QLabel;
+    panels_[i]->setObjectName(QStringLiteral("StatusBar_%1").arg(i + 1));
+    panels_[i]->setTextFormat(Qt::PlainText);
+    // The passing messages of the middle one take the room that there is.
+    if (i == 1) panels_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(panels_[i], i == 1 ? 1 : 0);
+  }
+}
+
+void MainWindow::connectPages() {
+  connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
+    session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
+    // Refused while a command runs: the strip goes on showing where the person is.
+    const QSignalBlocker quiet(tabs_);
+    if (page_ != Page::other) tabs_->setCurrentIndex(static_cast<int>(page_));
+  });
+  connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
+    if (page_ == Page::other && index == tabs_->currentIndex())
+      session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
+  });
+  for (int i = 0; i < kTabCount; ++i) {
+    auto* go = session_.commands.add({("tab_" + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
+                                      QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))},
+                                     [this, i] { showPage(static_cast<Page>(i)); });
+    addAction(go);
+  }
+  connect(history_, &HistoryPage::wanted, this, [this] { showPage(Page::history); });
+  connect(conditions_, &ConditionsPage::wanted, this, [this] { showPage(Page::conditions); });
+  connect(tickets_, &TicketPage::wanted, this, [this] { showPage(Page::tickets); });
+  connect(other_, &OtherPage::wanted, this, [this] { showPage(Page::other); });
+  connect(other_, &OtherPage::intervalsChanged, conditions_, &ConditionsPage::markStale);
+  connect(tickets_, &TicketPage::numbersWanted, this, [this] {
+    conditions_->showPad();
+    showPage(Page::conditions);
+  });
+  connect(conditions_, &ConditionsPage::defaultsRestored, this, [this] {
+    showPage(Page::history);
+    recountIntervals();
+  });
+  connect(history_, &HistoryPage::historyChanged, this, [this] {
+    updateStatus();
+    conditions_->markStale();
+  });
+  connect(this, &MainWindow::quietEndWanted, this, &MainWindow::endQuietly, Qt::QueuedConnection);
+  connect(&session_.desk, &WindowDesk::jobBegun, this, [this] { setBusy(true); });
+  connect(&session_.desk, &WindowDesk::jobEnded, this, [this] { setBusy(false); });
+  connect(&session_.desk, &WindowDesk::statusChanged, panels_[1], &QLabel::setText);
+  connect(
+      &session_.commands.runner(), &CommandRunner::finished, this,
+      [this] {
+        if (std::exchange(close_wanted_, false)) close();
+      },
+      Qt::QueuedConnection);
+}
+
+void MainWindow::showPage(Page page) {
+  {
+    const QSignalBlocker quiet(tabs_);
+    if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
+  }
+  if (page == page_) return;
+  const Page left = std::exchange(page_, page);
+  pages_->setCurrentIndex(static_cast<int>(page));
+  if (page == Page::conditions) conditions_->open();
+  if (page == Page::tickets) tickets_->refreshTickets();
+  if (left == Page::other) recountDivided();
+}
+
+void MainWindow::recountDivided() {
+  if (lotmere::recountDivided(session_.store, session_.desk)) history_->refreshHistoryView();
+}
+
+void MainWindow::recountIntervals() {
+  if (recountDue(session_.store, session_.desk)) history_->refreshHistoryView();
+}
+
+void MainWindow::updateStatus() {
+  const HistoryStatus status =
+      updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date);
+  panels_[0]->setText(shown(status.history));
+  panels_[0]->setToolTip(shown(status.missing));
+  panels_[2]->setText(shown(status.next_draw));
+  QPalette palette = panels_[0]->palette();
+  palette.setColor(QPalette::WindowText, status.incomplete ? colours().warning : colours().good);
+  panels_[0]->setPalette(palette);
+}
+
+bool MainWindow::chooseMode() {
+  if (userMode(session_.store) == UserMode::unchosen) {
+    FirstRunDialog dialog(this);
+    if (!session_.desk.runDialog(dialog)) return false;
+    static_cast<void>(chooseUserMode(session_.store, dialog.mode()));
+  }
+  user_menu_->menuAction()->setVisible(userMode(session_.store) == UserMode::multi);
+  return true;
+}
+
+bool MainWindow::logIn() {
+  if (userMode(session_.store) != UserMode::multi) return true;
+  LoginDialog dialog(session_, this);
+  if (!session_.desk.runDialog(dialog)) return false;
+  showUser();
+  return true;
+}
+
+void MainWindow::showUser() {
+  setWindowTitle(shown(userCaption(currentUser(session_.store), utf8(main_caption_))));
+  tickets_->refreshTickets();
+  conditions_->markStale();
+}
+
+void MainWindow::switchUser() {
+  if (!saveCurrentUser(userDesk(session_))) return;
+  LoginDialog dialog(session_, this);
+  if (!session_.desk.runDialog(dialog)) {
+    if (dialog.programEnds()) endProgram();
+    return;
+  }
+  showUser();
+  showPage(Page::history);
+  recountIntervals();
+}
+
+void MainWindow::checkHistory() {
+  updateStatus();
+  if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).outdated) return;
+  session_.commands.runner().run([this] {
+    if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
+  });
+}
+
+void MainWindow::setBusy(bool busy) {
+  if (busy) focus_ = QApplication::focusWidget();
+  session_.commands.setBusy(busy);
+  tabs_->setEnabled(!busy);
+  if (!busy && focus_ != nullptr && focus_->isVisible()) focus_->setFocus();
+}
+
+void MainWindow::toggleAppearance() {
+  applyAppearance(*qApp, currentAppearance() == Appearance::light ? Appearance::dark : Appearance::light);
+  updateStatus();
+}
+
+void MainWindow::endProgram() {
+  ending_ = true;
+  close_wanted_ = session_.commands.runner().isRunning();
+  if (!close_wanted_) close();
+}
+
+void MainWindow::endQuietly() {
+  close_wanted_ = session_.commands.runner().isRunning();
+  if (!close_wanted_) close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  // A job ends at its next block and stores what it keeps; then the question comes again.
+  CommandRunner& runner = session_.commands.runner();
+  if (!ending_ && runner.isRunning()) {
+    close_wanted_ = true;
+    if (session_.desk.jobRunning()) session_.desk.requestStop();
+    event->ignore();
+    return;
+  }
+  if (!ending_)
+    runner.run([this] {
+      runGuarded(session_.desk, [this] { recountDivided(); });
+      const bool asks = !session_.desk.isEnding();
+      if (!asks) leaveProgram(userDesk(session_));
+      ending_ = !asks || exitProgram(userDesk(session_));
+    });
+  event->setAccepted(ending_);
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,93 @@
+// The main window (`Form_main`): places the pages, the menus and the status line.
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QPointer>
+#include <QStackedWidget>
+#include <QTabBar>
+
+#include "ui/conditions/conditions_page.hpp"
+#include "ui/history/history_page.hpp"
+#include "ui/main/other_page.hpp"
+#include "ui/shell/progress_control.hpp"
+#include "ui/shell/session.hpp"
+#include "ui/tickets/ticket_page.hpp"
+
+namespace lotmere::ui {
+
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  // The pages are filled as the store stands.
+  explicit MainWindow(Session& session);
+
+  // In the order of the tab strip; the last one has no tab.
+  enum class Page { history, conditions, tickets, other };
+  // Brings a page to the front and does what the page needs then.
+  void showPage(Page page);
+  [[nodiscard]] Page currentPage() const { return page_; }
+
+  // The steps of the start that stand behind the shown window, in their order. False: the program ends, as
+  // the person asked for.
+  [[nodiscard]] bool chooseMode();
+  [[nodiscard]] bool logIn();
+  // The counts of the draws follow the intervals, which the login, an older version or a kill may have left
+  // behind.
+  void recountIntervals();
+  // Offers the download where a draw is missing.
+  void checkHistory();
+
+  // Closes without asking.
+  void endProgram();
+  // The same where the system wants it: behind the command that runs, which is asked to stop, and with the user's
+  // settings saved. The desk is ending.
+  void endQuietly();
+
+ Q_SIGNALS:
+  // The window is to end as endQuietly() does, once the event loop runs.
+  void quietEndWanted();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void addCommands();
+  void makeMenus();
+  void addConditionMenus();
+  void makeTop();
+  void makeStatusBar();
+  void connectPages();
+  void addMenu(const char* name, const QString& title, std::initializer_list<const char*> entries);
+
+  // The same where the user has divided the intervals on the page that they leave, and is told.
+  void recountDivided();
+  void updateStatus();
+  void showUser();
+  void switchUser();
+  void setBusy(bool busy);
+  void toggleAppearance();
+  void saveStore();
+  // Behind a restore the program ends; what is to come is put in place by the start that follows.
+  void restoreStore();
+
+  Session& session_;
+  const QString main_caption_;
+  QWidget* body_;
+  QTabBar* tabs_;              // TabStrip_Top
+  QStackedWidget* pages_;      // Pic_Main
+  ProgressControl* progress_;  // myJinDuCTL1
+  HistoryPage* history_;
+  ConditionsPage* conditions_;
+  TicketPage* tickets_;
+  OtherPage* other_;
+  QMenu* user_menu_ = nullptr;
+  QLabel* panels_[3]{};
+  QPointer<QWidget> focus_;  // that a job took the focus from
+  Page page_ = Page::history;
+  bool ending_ = false;        // nothing is asked or saved any more
+  bool close_wanted_ = false;  // once the command that runs is over
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,47 @@
+#include "ui/main/other_page.hpp"
+
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+#include "ui/main/help_texts.hpp"
+
+namespace lotmere::ui {
+
+OtherPage::OtherPage(Session& session, QWidget* parent)
+    : QWidget(parent), session_(session), clicks_(session), contents_(new QStackedWidget) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 12, 12, 8);
+  layout->addWidget(contents_);
+  session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
+                        [this] { showIntervals(); });
+  connect(&clicks_, &ConditionClicks::changed, this, &OtherPage::intervalsChanged);
+  addText("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rulesText);
+  addText("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitionsText);
+}
+
+void OtherPage::showIntervals() {
+  if (intervals_ == nullptr) {
+    intervals_ = new IntervalPage(session_, clicks_);
+    contents_->addWidget(intervals_);
+  }
+  intervals_->load();
+  contents_->setCurrentWidget(intervals_);
+  Q_EMIT wanted();
+}
+
+void OtherPage::addText(const char* action, const QString& caption, const char* name, QString (*text)()) {
+  session_.commands.add({action, caption},
+                        [this, name, text, view = static_cast<QPlainTextEdit*>(nullptr)]() mutable {
+                          if (view == nullptr) {
+                            view = new QPlainTextEdit(text());
+                            view->setObjectName(QString::fromUtf8(name));
+                            view->setReadOnly(true);
+                            view->document()->setDocumentMargin(16);
+                            contents_->addWidget(view);
+                          }
+                          contents_->setCurrentWidget(view);
+                          Q_EMIT wanted();
+                        });
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,37 @@
+// The page "其它": the division of the intervals and texts for reading, one at a time.
+#pragma once
+
+#include <QStackedWidget>
+#include <QWidget>
+
+#include "ui/conditions/condition_clicks.hpp"
+#include "ui/conditions/interval_page.hpp"
+#include "ui/shell/session.hpp"
+
+namespace lotmere::ui {
+
+class OtherPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Registers the commands that show its contents.
+  explicit OtherPage(Session& session, QWidget* parent = nullptr);
+
+ Q_SIGNALS:
+  // One of its commands asks for this page to stand in front.
+  void wanted();
+  // The intervals were divided anew.
+  void intervalsChanged();
+
+ private:
+  void showIntervals();
+  // Registers the command that shows a text.
+  void addText(const char* action, const QString& caption, const char* name, QString (*text)());
+
+  Session& session_;
+  ConditionClicks clicks_;
+  IntervalPage* intervals_ = nullptr;  // made when it is first asked for
+  QStackedWidget* contents_;
+};
+
+}  // namespace lotmere::ui

@@ -1,0 +1,85 @@
+#include "ui/main/program.hpp"
+
+#include <utility>
+
+#include "start/transfer.hpp"
+#include "store/store_files.hpp"
+
+namespace lotmere::ui {
+
+Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files, HashLimits password_limits)
+    : desk_(desk),
+      clock_(clock),
+      files_(files),
+      password_limits_(password_limits),
+      start_(std::move(home), desk, files),
+      commands_(desk) {}
+
+Program::~Program() { desk_.setWindow(nullptr); }
+
+std::vector<StartStep> Program::startOrder() {
+  return {
+      start_.singleInstance(),
+      {"splash",
+       [this] {
+         splash_ = std::make_unique<Splash>();
+         splash_->showNow();
+         return true;
+       }},
+      start_.databasePresence(),
+      start_.compaction(),
+      start_.sizeGuard(),
+      start_.homeFiles(),
+      start_.mainConnection(),
+      {"main window",
+       [this] {
+         session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_, password_limits_});
+         window_ = std::make_unique<MainWindow>(*session_);
+         return true;
+       },
+       StartAdvice::security},
+      {"show",
+       [this] {
+         splash_->hide();
+         window_->show();
+         splash_.reset();
+         return true;
+       }},
+      {"user mode", [this] { return window_->chooseMode(); }},
+      {"login", [this] { return window_->logIn(); }},
+      {"interval counts",
+       [this] {
+         commands_.runner().run([this] { window_->recountIntervals(); });
+         return true;
+       }},
+      {"history", [this] {
+         window_->checkHistory();
+         return true;
+       }}};
+}
+
+bool Program::start() {
+  const StartOutcome outcome = runSteps(startOrder());
+  splash_.reset();
+  for (const std::string& message : outcome.messages) desk_.tell(message, Tone::error);
+  started_ = outcome.ready;
+  // Only the event loop that comes now can be ended by a window that closes.
+  if (started_ && desk_.isEnding()) Q_EMIT window_->quietEndWanted();
+  return outcome.ready;
+}
+
+void Program::end() {
+  desk_.beginEnd();
+  if (started_) window_->endQuietly();
+}
+
+void Program::finish() {
+  if (!session_ || session_->store.db().getTotalChanges() == 0) return;
+  if (restoreWaits(start_.home())) return;  // the store is about to be replaced
+  runGuarded(desk_, [this] {
+    if (!copyDatabase(start_.home().mainDb(), start_.home().backupDb(), files_))
+      desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);
+  });
+}
+
+}  // namespace lotmere::ui

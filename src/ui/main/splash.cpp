@@ -1,0 +1,47 @@
+#include "ui/main/splash.hpp"
+
+#include <QApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include "ui/look/balls.hpp"
+#include "ui/look/theme.hpp"
+
+namespace lotmere::ui {
+
+Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
+  setObjectName(QStringLiteral("frmInitapp"));
+  setFixedSize(420, 220);
+  if (const QScreen* screen = QApplication::primaryScreen())
+    move(screen->availableGeometry().center() - rect().center());
+}
+
+void Splash::showNow() {
+  show();
+  repaint();
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void Splash::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().color(QPalette::Base));
+  painter.setPen(colours().line);
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  constexpr int kBalls[] = {2, 8, 12, 13, 17, 26, 7};
+  constexpr double kSize = 40;
+  for (int i = 0; i < 7; ++i) {
+    const QRectF box(width() / 2.0 + (i - 3.5) * (kSize + 8) + 4, 56, kSize, kSize);
+    paintBall(painter, box, QStringLiteral("%1").arg(kBalls[i], 2, 10, QLatin1Char('0')),
+              i == 6 ? BallFace::blue : BallFace::red);
+  }
+  QFont name = font();
+  name.setPointSizeF(20);
+  painter.setFont(name);
+  painter.setPen(palette().color(QPalette::WindowText));
+  painter.drawText(QRect(0, 112, width(), 40), Qt::AlignCenter, QStringLiteral("Lotmere 双色球"));
+  painter.setFont(font());
+  painter.setPen(colours().faint);
+  painter.drawText(QRect(0, 160, width(), 28), Qt::AlignCenter, QStringLiteral("正在启动．．．"));
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,176 @@
+#include "ui/shell/window_desk.hpp"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <iostream>
+
+#include "ui/look/text.hpp"
+#include "ui/look/theme.hpp"
+#include "ui/shell/tip_dialog.hpp"
+
+namespace lotmere::ui {
+namespace {
+
+// Long enough that a tight loop loses next to nothing, short enough that a click is taken at once.
+constexpr qint64 kServeEvery = 8;
+constexpr qint64 kProgressEvery = 30;
+
+constexpr const char* kProgram = "Lotmere";
+
+QString titleOf(std::string_view title) { return title.empty() ? QString::fromUtf8(kProgram) : shown(title); }
+
+Sign signOf(Tone tone) {
+  switch (tone) {
+    case Tone::warning:
+      return Sign::warning;
+    case Tone::error:
+      return Sign::error;
+    case Tone::information:
+      break;
+  }
+  return Sign::information;
+}
+
+constexpr int kSignSize = 36;
+
+// Where a message goes that nobody sits before the window to read.
+void print(std::string_view text) { std::cerr << text << '\n'; }
+
+// A dialog that is open already, or the window.
+QWidget* parentOf(QWidget* window) {
+  QWidget* dialog = QApplication::activeModalWidget();
+  return dialog != nullptr ? dialog : window;
+}
+
+}  // namespace
+
+void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) {
+  showRunningText();
+  if (ending_) return print(text);
+  QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(signPicture(signOf(tone), kSignSize, box.devicePixelRatioF()));
+  box.addButton(QStringLiteral("确定"), QMessageBox::AcceptRole);
+  runDialog(box);
+}
+
+bool WindowDesk::ask(std::string_view text, std::string_view title) {
+  showRunningText();
+  QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(signPicture(Sign::question, kSignSize, box.devicePixelRatioF()));
+  QAbstractButton* yes = box.addButton(QStringLiteral("是(&Y)"), QMessageBox::YesRole);
+  QPushButton* no = box.addButton(QStringLiteral("否(&N)"), QMessageBox::NoRole);
+  box.setEscapeButton(no);
+  runDialog(box);
+  return box.clickedButton() == yes;
+}
+
+std::size_t WindowDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
+                               std::size_t cancel, std::string_view title) {
+  showRunningText();
+  QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(signPicture(Sign::question, kSignSize, box.devicePixelRatioF()));
+  std::vector<QPushButton*> made;
+  for (const std::string_view caption : buttons)
+    made.push_back(box.addButton(shown(caption), QMessageBox::ActionRole));
+  box.setEscapeButton(made[cancel]);
+  box.setDefaultButton(made[cancel]);
+  runDialog(box);
+  const auto pressed = std::ranges::find(made, box.clickedButton());
+  return pressed == made.end() ? cancel : static_cast<std::size_t>(pressed - made.begin());
+}
+
+std::optional<std::string> WindowDesk::askText(std::string_view prompt, std::string_view title,
+                                               std::string_view proposed) {
+  showRunningText();
+  QInputDialog box(parentOf(window_));
+  box.setWindowTitle(titleOf(title));
+  box.setLabelText(shown(prompt));
+  box.setTextValue(shown(proposed));
+  box.setOkButtonText(QStringLiteral("确定"));
+  box.setCancelButtonText(QStringLiteral("取消"));
+  if (auto* line = box.findChild<QLineEdit*>()) line->selectAll();
+  if (!runDialog(box)) return std::nullopt;
+  return utf8(box.textValue());
+}
+
+void WindowDesk::showTip(std::string_view text, std::string_view title) {
+  showRunningText();
+  if (ending_) return print(text);
+  TipDialog tip(shown(text), titleOf(title), parentOf(window_));
+  runDialog(tip);
+}
+
+void WindowDesk::showStatus(std::string_view text) { Q_EMIT statusChanged(shown(text)); }
+
+void WindowDesk::serve() {
+  if (since_serve_.isValid() && since_serve_.elapsed() < kServeEvery) return;
+  showRunningText();
+  QApplication::processEvents();
+  since_serve_.start();
+}
+
+QString WindowDesk::chooseFile(const QString& title, const QString& filter) {
+  return ending_ ? QString() : QFileDialog::getOpenFileName(window_, title, QString(), filter);
+}
+
+QString WindowDesk::chooseNewFile(const QString& title, const QString& filter, const QString& proposed) {
+  return ending_ ? QString()
+                 : QFileDialog::getSaveFileName(window_, title, proposed, filter, nullptr,
+                                                QFileDialog::DontConfirmOverwrite);
+}
+
+bool WindowDesk::runDialog(QDialog& dialog) { return !ending_ && dialog.exec() == QDialog::Accepted; }
+
+bool WindowDesk::openOutside(const QUrl& address) { return !ending_ && QDesktopServices::openUrl(address); }
+
+void WindowDesk::beginEnd() {
+  ending_ = true;
+  if (jobRunning()) requestStop();
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (auto* dialog = qobject_cast<QDialog*>(widget)) dialog->reject();
+}
+
+ProgressView* WindowDesk::setProgressView(ProgressView* view) { return std::exchange(view_, view); }
+
+void WindowDesk::showRunningText() {
+  const std::string& text = runningText().text();
+  if (text == shown_text_) return;
+  shown_text_ = text;
+  Q_EMIT runningTextChanged(shown(text));
+}
+
+void WindowDesk::beginJob(std::int64_t maximum, bool can_stop) {
+  const bool first = jobs_.empty();
+  jobs_.push_back(view_);
+  if (view_ != nullptr) view_->begin(maximum, can_stop);
+  if (first) Q_EMIT jobBegun(can_stop);
+  if (ending_) requestStop();
+}
+
+void WindowDesk::showProgress(std::int64_t value) {
+  if (jobs_.empty() || jobs_.back() == nullptr) return;
+  if (since_progress_.isValid() && since_progress_.elapsed() < kProgressEvery) return;
+  jobs_.back()->advance(value);
+  since_progress_.start();
+}
+
+void WindowDesk::endJob() {
+  if (jobs_.empty()) return;
+  if (jobs_.back() != nullptr) jobs_.back()->end();
+  jobs_.pop_back();
+  showRunningText();
+  if (jobs_.empty()) Q_EMIT jobEnded();
+}
+
+}  // namespace lotmere::ui

@@ -1,0 +1,96 @@
+// The desk of the window: messages, questions and the course of jobs behind widgets. Whatever the program asks
+// the desktop or a person goes through here, so that a test can answer ahead of time.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+#include <QWidget>
+#include <vector>
+
+#include "base/desk.hpp"
+#include "ui/shell/progress_view.hpp"
+
+class QDialog;
+
+namespace lotmere::ui {
+
+class WindowDesk : public QObject, public Desk {
+  Q_OBJECT
+
+ public:
+  explicit WindowDesk(QObject* parent = nullptr) : QObject(parent) {}
+
+  // The window that dialogs stand over; may be none.
+  void setWindow(QWidget* window) { window_ = window; }
+  [[nodiscard]] QWidget* window() const { return window_.data(); }
+
+  void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
+  bool ask(std::string_view text, std::string_view title = {}) override;
+  std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
+                     std::string_view title = {}) override;
+  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
+                                     std::string_view proposed) override;
+  void showTip(std::string_view text, std::string_view title) override;
+  void showStatus(std::string_view text) override;
+  // Lets the window repaint and take clicks, at most every few milliseconds however often it is called.
+  void serve() override;
+
+  // A file that the person picks to be read; empty when they cancel.
+  virtual QString chooseFile(const QString& title, const QString& filter);
+  // A file that the user names to be written, with the folder and name proposed; empty when they cancel. Whoever
+  // writes asks about one that stands.
+  virtual QString chooseNewFile(const QString& title, const QString& filter, const QString& proposed);
+  // Shows a dialog until the person closes it; true when they accepted it.
+  virtual bool runDialog(QDialog& dialog);
+  // Hands a file or an address to the desktop's program for it; false where there is none.
+  virtual bool openOutside(const QUrl& address);
+
+  // The system wants the program to end, and nobody is asked any more: open dialogs close, every question from now on
+  // is answered with its cancel, every job is asked to stop, and messages go to standard error.
+  void beginEnd();
+  [[nodiscard]] bool isEnding() const { return ending_; }
+
+  [[nodiscard]] bool jobRunning() const { return !jobs_.empty(); }
+  // Where the jobs begun from now on are shown, nowhere with none. Gives the place so far.
+  ProgressView* setProgressView(ProgressView* view);
+  // Puts a change of the running text on the screen at once.
+  void showRunningText();
+
+ Q_SIGNALS:
+  void jobBegun(bool can_stop);
+  void jobEnded();
+  void statusChanged(const QString& text);
+  void runningTextChanged(const QString& text);
+
+ protected:
+  void beginJob(std::int64_t maximum, bool can_stop) override;
+  void showProgress(std::int64_t value) override;
+  void endJob() override;
+
+ private:
+  QPointer<QWidget> window_;
+  ProgressView* view_ = nullptr;
+  std::vector<ProgressView*> jobs_;  // the view of each open job, the innermost last
+  bool ending_ = false;
+  std::string shown_text_;
+  QElapsedTimer since_serve_;
+  QElapsedTimer since_progress_;
+};
+
+// Shows the jobs of a command in one place, on every route out of it.
+class ProgressPlace {
+ public:
+  ProgressPlace(WindowDesk& desk, ProgressView& view) : desk_(desk), before_(desk.setProgressView(&view)) {}
+  ProgressPlace(const ProgressPlace&) = delete;
+  ProgressPlace& operator=(const ProgressPlace&) = delete;
+  ~ProgressPlace() { desk_.setProgressView(before_); }
+
+ private:
+  WindowDesk& desk_;
+  ProgressView* before_;
+};
+
+}  // namespace lotmere::ui

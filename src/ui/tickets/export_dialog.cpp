@@ -1,0 +1,48 @@
+#include "ui/tickets/export_dialog.hpp"
+
+#include <QGridLayout>
+
+#include "ui/shell/dialog_parts.hpp"
+
+namespace lotmere::ui {
+
+ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("frmToFile"));
+  setWindowTitle(QStringLiteral("数 据 导 出"));
+  const std::pair<const char*, bool> content[] = {{"序号(&1)", switches.seq},
+                                                  {"期号(&2)", switches.period},
+                                                  {"号码(&3)", switches.numbers},
+                                                  {"分隔行(&4)", switches.separator}};
+  auto* boxes = new QHBoxLayout;
+  for (std::size_t i = 0; i < boxes_.size(); ++i) {
+    boxes_[i] = new QCheckBox(QString::fromUtf8(content[i].first));
+    boxes_[i]->setObjectName(QStringLiteral("Check_ToFile_%1").arg(i));
+    boxes_[i]->setChecked(content[i].second);
+    boxes->addWidget(boxes_[i]);
+  }
+  format_ = new QComboBox;
+  format_->setObjectName(QStringLiteral("ComboDCgesi"));
+  format_->addItems({QStringLiteral("淘宝彩票网格式"), QStringLiteral("财付通彩票格式")});
+  format_->setCurrentIndex(switches.format);
+
+  auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(12);
+  grid->addWidget(new QLabel(QStringLiteral("导出内容：")), 0, 0);
+  grid->addLayout(boxes, 0, 1);
+  grid->addWidget(new QLabel(QStringLiteral("导出格式：")), 1, 0);
+  grid->addWidget(format_, 1, 1);
+  auto* ok = makeDialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cmm_Cancel", QStringLiteral("取消"));
+  connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+  auto* layout = makeDialogLayout(this);
+  layout->addLayout(grid);
+  layout->addLayout(makeDialogFoot({ok, cancel}));
+}
+
+ExportSwitches ExportDialog::switches() const {
+  return {boxes_[0]->isChecked(), boxes_[1]->isChecked(), boxes_[2]->isChecked(), boxes_[3]->isChecked(),
+          format_->currentIndex()};
+}
+
+}  // namespace lotmere::ui

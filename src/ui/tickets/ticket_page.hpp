@@ -1,0 +1,58 @@
+// The ticket page: the tickets of the table, the running text, and the seven steps of the work on them.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTableView>
+#include <QWidget>
+
+#include "files/export.hpp"
+#include "ui/shell/job_bar.hpp"
+#include "ui/shell/session.hpp"
+#include "ui/tickets/ticket_model.hpp"
+
+namespace lotmere::ui {
+
+class TicketPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Registers its commands.
+  explicit TicketPage(Session& session, QWidget* parent = nullptr);
+
+  // Shows the tickets as they are stored.
+  void refreshTickets();
+
+ Q_SIGNALS:
+  // A menu command asks for this page to stand in front.
+  void wanted();
+  // There is nothing to expand yet: the person needs the number pad.
+  void numbersWanted();
+
+ private:
+  void addCommands();
+  QWidget* makeStrip();
+  QWidget* makeGrid();
+  QWidget* makeLog();
+
+  void init();
+  void run();
+  void exportFile();
+  void importFile();
+  void clear();
+  void check();
+
+  // Asks for a period; nothing when the user cancels and, told, when what was typed is none.
+  [[nodiscard]] std::optional<PeriodNo> askPeriod(std::string_view prompt, PeriodNo proposed);
+  // The period of the grid's current row, or the next one.
+  [[nodiscard]] PeriodNo currentPeriod() const;
+  void showLog(const QString& text);
+
+  Session& session_;
+  TicketModel* model_;
+  QTableView* grid_ = nullptr;
+  QPlainTextEdit* log_ = nullptr;  // TextChaoZuoTip
+  JobBar* bar_ = nullptr;
+  ExportSwitches export_;  // what the dialog shows next time
+};
+
+}  // namespace lotmere::ui
