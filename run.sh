@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs: on a desktop the window, which takes the arguments and keeps its data in the user's own folder.
-# Without a desktop, or with --terminal, the main job on the command line, in a temporary home that goes away again: sample
-# draws, picked numbers, conditions, initialisation, filters, shrink, export.
+# Sets up, builds and runs: on a desktop the window, which takes the arguments and keeps its data in the
+# user's own folder. Without a desktop, or with --terminal, the main job on the command line, in a temporary
+# home that goes away again: sample draws, picked numbers, conditions, initialisation, filters, shrink,
+# export.
 set -euo pipefail
 here=$PWD
 cd "$(dirname "$0")"

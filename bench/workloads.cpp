@@ -282,8 +282,8 @@ void passesAll(State& state, const Sizes& sizes, int threads) {
   }
 }
 
-// Every failing condition counted for every red six, against the steps of a run over the same sixes, which judge a six
-// only until it fails.
+// Every failing condition counted for every red six, against the steps of a run over the same sixes, which
+// judge a six only until it fails.
 void judgeAll(State& state, int threads) {
   World world;
   world.addDraws(kFull.draws);

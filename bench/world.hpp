@@ -64,7 +64,8 @@ class World {
   std::unique_ptr<Store> store_;
 };
 
-// A new folder on a disk, where the temporary folder may lie in memory; removed at the end. Throws where there is none.
+// A new folder on a disk, where the temporary folder may lie in memory; removed at the end. Throws where
+// there is none.
 class DiskFolder {
  public:
   DiskFolder();

@@ -1,8 +1,8 @@
 # lotmere_library(NAME [LINKS target...])
 #
-# One static library for the room whose folder calls it. Its headers are reached as "NAME/file.hpp" through an include root of its
-# own, so that a room sees only the rooms it links: a wrong include doesn't compile. A NAME with a slash, "ui/look", is the
-# target lotmere_ui_look.
+# One static library for the room whose folder calls it. Its headers are reached as "NAME/file.hpp" through an
+# include root of its own, so that a room sees only the rooms it links: a wrong include doesn't compile. A
+# NAME with a slash, "ui/look", is the target lotmere_ui_look.
 add_library(lotmere_options INTERFACE)
 target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                                  -Wnon-virtual-dtor -Werror

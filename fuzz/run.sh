@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Feeds every fuzz target for some seconds (20, or the first argument) from its corpus. What the fuzzer adds to the corpus goes away
-# again; an input that breaks a rule is kept below build/fuzz/findings and ends the run.
+# Feeds every fuzz target for some seconds (20, or the first argument) from its corpus. What the fuzzer adds
+# to the corpus goes away again; an input that breaks a rule is kept below build/fuzz/findings and ends the
+# run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-20}

@@ -1,5 +1,5 @@
-// What a person types behind a command: number lists, values of a condition, periods, dates. The first byte chooses
-// the condition, the others are the text.
+// What a person types behind a command: number lists, values of a condition, periods, dates. The first byte
+// chooses the condition, the others are the text.
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# check_install.sh BUILD_DIR: installs a finished build below a temporary prefix, checks that the programs run there and that
-# every file stands in its place, and removes it again. Exit status 1 with a line for each fault.
+# check_install.sh BUILD_DIR: installs a finished build below a temporary prefix, checks that the programs run
+# there and that every file stands in its place, and removes it again. Exit status 1 with a line for each
+# fault.
 set -euo pipefail
 if [ $# -ne 1 ] || [ ! -f "$1/CMakeCache.txt" ]; then
   echo "usage: $0 BUILD_DIR" >&2

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Refuses when CMakeLists.txt, CHANGELOG.md and the desktop's files disagree on the version or on the program's id, or when the
-# desktop's files have faults: exit status 1 and a line for each. With --release, it refuses "(unreleased)" too.
+# Refuses when CMakeLists.txt, CHANGELOG.md and the desktop's files disagree on the version or on the
+# program's id, or when the desktop's files have faults: exit status 1 and a line for each. With --release, it
+# refuses "(unreleased)" too.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages of packaging/debian-packages.txt that are missing. With sudo only when not root.
+# Installs the Debian packages of packaging/debian-packages.txt that are missing. With sudo only when not
+# root.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

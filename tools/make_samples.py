@@ -31,7 +31,8 @@ def draw_days(year):
 
 def draw_numbers(rng):
     """Six different reds, ascending, and a blue."""
-    # Of the generator only random() is used: its sequence stays the same from one version of Python to the next.
+    # Of the generator only random() is used: its sequence stays the same from one version of Python to the
+    # next.
     reds = sorted(sorted(range(1, 34), key=lambda _: rng.random())[:6])
     return [*reds, int(rng.random() * 16) + 1]
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Takes the pictures of docs/images: every page and dialog, light and dark, over invented draws. Needs no screen.
+# Takes the pictures of docs/images: every page and dialog, light and dark, over invented draws. Needs no
+# screen.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh

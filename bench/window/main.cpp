@@ -1,5 +1,5 @@
-// Workloads of the window, each with a ratio against a floor measured in the same run; the median of some rounds
-// counts. Runs without a screen unless QT_QPA_PLATFORM says otherwise.
+// Workloads of the window, each with a ratio against a floor measured in the same run; the median of some
+// rounds counts. Runs without a screen unless QT_QPA_PLATFORM says otherwise.
 //
 //   start-3500      from nothing to the painted window over 3,500 draws, against an empty painted window and
 //                   the steps that open the store; at most 2

@@ -10,8 +10,8 @@ namespace {
 constexpr std::size_t kBlock = 8192;            // tickets; their counts stay in the cache from step to step
 constexpr std::size_t kWorthAThread = 1 << 16;  // tickets; fewer are judged faster than a thread starts
 
-// Adds 1 for each ticket that fails. `same` are the bytes that the step looks at: tickets alike in them stand together
-// and share the verdict of the first.
+// Adds 1 for each ticket that fails. `same` are the bytes that the step looks at: tickets alike in them stand
+// together and share the verdict of the first.
 template <class Test>
 void addFailures(std::span<const Balls> tickets, Balls same, const Test& test, std::uint8_t* counts) {
   Balls judged = ~Balls{0};

@@ -14,8 +14,8 @@ namespace lotmere {
 // How many of the running steps each ticket fails, each step judged by itself.
 using FailureCounts = std::vector<std::uint8_t>;
 
-// As FilterPlan::failures() counts them, for very many tickets. `threads` judge parts of a large set side by side.
-// Nothing when the course stops it.
+// As FilterPlan::failures() counts them, for very many tickets. `threads` judge parts of a large set side by
+// side. Nothing when the course stops it.
 [[nodiscard]] std::optional<FailureCounts> countFailures(const FilterPlan& plan,
                                                          std::span<const Balls> tickets, Course& course,
                                                          int threads = 1);

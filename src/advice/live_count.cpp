@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::size_t kBlock = 8192;
 
-// The lowest period of the table, found row by row so that a large table is looked at in pieces. Nothing when it was
-// dropped.
+// The lowest period of the table, found row by row so that a large table is looked at in pieces. Nothing when
+// it was dropped.
 std::optional<PeriodNo> firstPeriod(Store& store, const Dropped& dropped) {
   Query rows = store.query(R"(SELECT "期号" FROM "日志表")");
   PeriodNo first = 0;
@@ -50,8 +50,8 @@ std::shared_ptr<const LiveTickets> loadLiveTickets(Store& store, const Dropped& 
   return std::make_shared<LiveTickets>(*period, std::move(tickets->balls));
 }
 
-// Which tickets the steps leave doesn't depend on their order, so the sixes go through those that look at the reds
-// alone, block by block, and the tickets of what is left through the places and the cover.
+// Which tickets the steps leave doesn't depend on their order, so the sixes go through those that look at the
+// reds alone, block by block, and the tickets of what is left through the places and the cover.
 std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Course& course) const {
   const FilterRules& rules = plan.rules();
   const auto steps = filterSteps();

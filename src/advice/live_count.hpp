@@ -21,8 +21,8 @@
 
 namespace lotmere {
 
-// Tickets to be counted, never changed once made. The same six reds with several blues stand together: what looks at
-// the reds alone judges each such group once.
+// Tickets to be counted, never changed once made. The same six reds with several blues stand together: what
+// looks at the reds alone judges each such group once.
 class LiveTickets {
  public:
   LiveTickets() = default;
@@ -42,13 +42,14 @@ class LiveTickets {
   OverlapMarks::Repeats repeats_ = OverlapMarks::Repeats::no;
 };
 
-// Reads the tickets of the first period in the table; without any, an empty value. `dropped` is asked every few
-// milliseconds, with no statement half done that changes the store; nothing comes back once it answers true.
+// Reads the tickets of the first period in the table; without any, an empty value. `dropped` is asked every
+// few milliseconds, with no statement half done that changes the store; nothing comes back once it answers
+// true.
 using Dropped = std::function<bool()>;
 [[nodiscard]] std::shared_ptr<const LiveTickets> loadLiveTickets(Store& store, const Dropped& dropped = {});
 
-// Counts what a run would leave. Works on values alone, so it may stand on a thread of its own; it keeps the tickets
-// that the last selection made.
+// Counts what a run would leave. Works on values alone, so it may stand on a thread of its own; it keeps the
+// tickets that the last selection made.
 class LiveCount {
  public:
   struct Question {

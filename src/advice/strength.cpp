@@ -26,7 +26,8 @@ std::int64_t countSixes(Keeps&& keeps) {
   return kept;
 }
 
-// Counts the newest `last` of the draws before a period that a rule keeps; it gets a draw and those before it, ascending.
+// Counts the newest `last` of the draws before a period that a rule keeps; it gets a draw and those before
+// it, ascending.
 template <class Keeps>
 Strength countDraws(std::span<const PastDraw> before, int last, Keeps&& keeps) {
   Strength strength;

@@ -23,13 +23,13 @@ struct Strength {
 // How many of the last draws are looked at where nobody says otherwise.
 inline constexpr int kStrengthDraws = 100;
 
-// What a condition lets through with its cells, groups and numbers as they stand. The sixes are judged against the
-// draws before `next_period`; each of the last `last` (from 1 on) draws before it is judged as a ticket of its own
-// period, against the draws before that.
+// What a condition lets through with its cells, groups and numbers as they stand. The sixes are judged
+// against the draws before `next_period`; each of the last `last` (from 1 on) draws before it is judged as a
+// ticket of its own period, against the draws before that.
 //
-// A turn of 组合（具体） lets through what doesn't fall into the groups of the draw before; the filter tolerates two
-// such turns, of which this tells nothing. Nothing for the places of 号码定位, which are weighed together and look at
-// the blue as well, and for 智能优化, which lets every ticket through.
+// A turn of 组合（具体） lets through what doesn't fall into the groups of the draw before; the filter
+// tolerates two such turns, of which this tells nothing. Nothing for the places of 号码定位, which are
+// weighed together and look at the blue as well, and for 智能优化, which lets every ticket through.
 [[nodiscard]] std::optional<Strength> conditionStrength(const ConditionSet& set, const DrawTable& draws,
                                                         const Condition& condition, PeriodNo next_period,
                                                         int last);
@@ -42,8 +42,8 @@ inline constexpr int kStrengthDraws = 100;
   return 100.0 * static_cast<double>(strength.sixes) / static_cast<double>(kAllRedSixes);
 }
 
-// A line for a tip: "放行全部红球组合的 ６２.３％，最近 １００ 期中有 ９５ 期的开奖号码符合". The share has one
-// decimal; one that would round to none or to all says "不到" or "超过".
+// A line for a tip: "放行全部红球组合的 ６２.３％，最近 １００ 期中有 ９５ 期的开奖号码符合". The share has
+// one decimal; one that would round to none or to all says "不到" or "超过".
 [[nodiscard]] std::string strengthText(const Strength& strength);
 
 }  // namespace lotmere

@@ -18,8 +18,9 @@ inline constexpr int kDistributionColumns = 1 + kCodeCount;
 // How many of the newest draws are shown.
 enum class DistributionSpan : int { recent = 100, all = 10'000 };
 
-// Empties `号码分布` and fills it with the draws up to `to`, in one change: a cell holds the number as two digits
-// or is null. Returns the number of rows; 0 where no draw stands up to there, and the table is empty then.
+// Empties `号码分布` and fills it with the draws up to `to`, in one change: a cell holds the number as two
+// digits or is null. Returns the number of rows; 0 where no draw stands up to there, and the table is empty
+// then.
 std::int64_t buildHaoMaFenBu(Store& store, Desk& desk, PeriodNo to, DistributionSpan span);
 
 struct DistributionRow {

@@ -1,4 +1,5 @@
-// What the analyses share: reds or blues, the walk over the numbers of a draw, and the course of a walk over many draws.
+// What the analyses share: reds or blues, the walk over the numbers of a draw, and the course of a walk over
+// many draws.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +23,8 @@ enum class BallColour { red, blue };
 // "红球" or "蓝球".
 [[nodiscard]] std::string_view ballName(BallColour balls);
 
-// Calls `visit(number)` for each number of a draw, a red that stands twice once; nothing for the missing number.
+// Calls `visit(number)` for each number of a draw, a red that stands twice once; nothing for the missing
+// number.
 template <class Visit>
 void forEachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
   if (balls == BallColour::blue) {

@@ -45,8 +45,8 @@ struct Omission {
 
 // Works the figures out in one walk over the draws up to `period`; one above the newest period means the
 // newest. Writes two work columns of those draws in one change and leaves later draws alone: `总期号` becomes
-// the place of the draw in the history, from 0; `遗漏数据` its largest red after reds and 0 after blues. Nothing,
-// told in one line, where the period isn't stored; no row has changed then.
+// the place of the draw in the history, from 0; `遗漏数据` its largest red after reds and 0 after blues.
+// Nothing, told in one line, where the period isn't stored; no row has changed then.
 [[nodiscard]] std::optional<Omission> analyseRedOmission(Store& store, Desk& desk, PeriodNo period);
 [[nodiscard]] std::optional<Omission> analyseBlueOmission(Store& store, Desk& desk, PeriodNo period);
 

@@ -1,4 +1,5 @@
-// How far a long piece of work is, and whether it is to end early. All that the engine knows of whoever waits for it.
+// How far a long piece of work is, and whether it is to end early. All that the engine knows of whoever waits
+// for it.
 #pragma once
 
 #include <cstdint>
@@ -14,9 +15,11 @@ class Course {
 
   enum class Stop { possible, impossible };
 
-  // A leg of the work begins, of `total` parts. Legs don't nest; each ends with end(), on the route of a failure too.
+  // A leg of the work begins, of `total` parts. Legs don't nest; each ends with end(), on the route of a
+  // failure too.
   virtual void begin(std::int64_t total, Stop stop) = 0;
-  // So many parts are done; true when the work shall stop. Called at least every few milliseconds, by one thread.
+  // So many parts are done; true when the work shall stop. Called at least every few milliseconds, by one
+  // thread.
   virtual bool advance(std::int64_t done) = 0;
   virtual void end() = 0;
   // Whether the work shall stop. It stays so until the operation is over.

@@ -41,9 +41,10 @@ class Desk {
   virtual void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) = 0;
   // A question answered by yes or no.
   [[nodiscard]] virtual bool ask(std::string_view text, std::string_view title = {}) = 0;
-  // A question whose answers do something that a slip must not do. Each button says what it does; gives the index of
-  // the one pressed. `cancel` is the one that changes nothing: what Esc, the close box and Enter on the fresh dialog
-  // give. The first button is what "yes" means, the second what "no" means, where a face knows only these words.
+  // A question whose answers do something that a slip must not do. Each button says what it does; gives the
+  // index of the one pressed. `cancel` is the one that changes nothing: what Esc, the close box and Enter on
+  // the fresh dialog give. The first button is what "yes" means, the second what "no" means, where a face
+  // knows only these words.
   [[nodiscard]] virtual std::size_t choose(std::string_view text, std::span<const std::string_view> buttons,
                                            std::size_t cancel, std::string_view title = {}) = 0;
   // A text typed by the person; nothing when they cancel.
@@ -77,8 +78,8 @@ class Desk {
   bool stop_requested_ = false;
 };
 
-// An operation that a person can stop: the `StopFlag` is down again when it ends, on the route of a failure as well, so that the next one
-// doesn't stop at once.
+// An operation that a person can stop: the `StopFlag` is down again when it ends, on the route of a failure
+// as well, so that the next one doesn't stop at once.
 class StopScope {
  public:
   explicit StopScope(Desk& desk) : desk_(desk) {}

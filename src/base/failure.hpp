@@ -1,4 +1,5 @@
-// What a failure of the machine or of the store is called in the user's language, and which file it speaks of.
+// What a failure of the machine or of the store is called in the user's language, and which file it speaks
+// of.
 #pragma once
 
 #include <SQLiteCpp/Exception.h>

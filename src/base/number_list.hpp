@@ -14,7 +14,8 @@ namespace lotmere {
 // the empty text included.
 [[nodiscard]] std::optional<std::vector<int>> parseNumberList(std::string_view text, int first, int last);
 
-// Ascending numbers as parseNumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for none.
+// Ascending numbers as parseNumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for
+// none.
 [[nodiscard]] std::string formatNumberList(std::span<const int> numbers);
 
 }  // namespace lotmere

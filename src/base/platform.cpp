@@ -51,8 +51,8 @@ void writeAll(const Descriptor& file, const fs::path& path, const std::string& b
 constexpr mode_t kModeBits = 07777;
 constexpr int kMostLinks = 40;  // as many as the system follows
 
-// What stands at the end of a path that is to be replaced; nothing where nothing does. Throws when it may not be
-// replaced.
+// What stands at the end of a path that is to be replaced; nothing where nothing does. Throws when it may not
+// be replaced.
 std::optional<struct stat> statusOfReplaced(const fs::path& path) {
   struct stat old {};
   if (::stat(path.c_str(), &old) != 0) {
@@ -100,7 +100,8 @@ class RealFiles final : public FileSystem {
     std::string beside = path.string() + ".XXXXXX";
     const Descriptor file(::mkostemp(beside.data(), O_CLOEXEC), path);
     try {
-      // The group comes first: a change of it takes bits off the mode. One that can't be kept is no reason to fail.
+      // The group comes first: a change of it takes bits off the mode. One that can't be kept is no reason to
+      // fail.
       if (old && old->st_gid != ::getegid())
         static_cast<void>(::fchown(file.get(), static_cast<uid_t>(-1), old->st_gid) != 0);
       if (old && ::fchmod(file.get(), old->st_mode & kModeBits) != 0) fail("chmod", path);

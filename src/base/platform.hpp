@@ -28,13 +28,13 @@ class FileSystem {
   virtual void replace(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
   // The same without flushing the folder: the caller flushes once behind several.
   virtual void move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
-  // Writes a whole file beside `path`, flushes it and puts it in the place of `path`; where `path` is a link, in the
-  // place of the file that it leads to. A new file is readable by its owner only, one that stands there keeps its
-  // mode. Refused is anything but a file (a device, a pipe, a folder), a file that may not be written, and one that
-  // belongs to another user: it would change hands.
+  // Writes a whole file beside `path`, flushes it and puts it in the place of `path`; where `path` is a link,
+  // in the place of the file that it leads to. A new file is readable by its owner only, one that stands
+  // there keeps its mode. Refused is anything but a file (a device, a pipe, a folder), a file that may not be
+  // written, and one that belongs to another user: it would change hands.
   virtual void writeWhole(const std::filesystem::path& path, const std::string& bytes) = 0;
-  // Writes a whole new file and flushes it, but not its folder. Readable by the owner only. Fails where a file
-  // stands already.
+  // Writes a whole new file and flushes it, but not its folder. Readable by the owner only. Fails where a
+  // file stands already.
   virtual void writeNew(const std::filesystem::path& path, const std::string& bytes) = 0;
 };
 
@@ -42,10 +42,11 @@ class FileSystem {
 // std::filesystem::filesystem_error for links that go round in a circle.
 [[nodiscard]] std::filesystem::path followLinks(const std::filesystem::path& path);
 
-// Lets `react` know when somebody asks the process to end: by Ctrl-C, by SIGTERM, or by the end of its terminal or
-// session (SIGHUP). A signal that the process was started to ignore stays ignored. `react` runs inside the signal's
-// handler and may do no more than set a lock-free flag or write to a pipe; the second signal of a kind ends the
-// process as if nobody listened. The signals are let go of when the object goes; there may be one at a time.
+// Lets `react` know when somebody asks the process to end: by Ctrl-C, by SIGTERM, or by the end of its
+// terminal or session (SIGHUP). A signal that the process was started to ignore stays ignored. `react` runs
+// inside the signal's handler and may do no more than set a lock-free flag or write to a pipe; the second
+// signal of a kind ends the process as if nobody listened. The signals are let go of when the object goes;
+// there may be one at a time.
 class EndSignals {
  public:
   explicit EndSignals(void (*react)());
@@ -54,8 +55,8 @@ class EndSignals {
   ~EndSignals();
 };
 
-// The same for a program with an event loop: a descriptor that can be read once the process was asked to end. There
-// may be one at a time. Throws std::system_error when the machine has no descriptor left.
+// The same for a program with an event loop: a descriptor that can be read once the process was asked to end.
+// There may be one at a time. Throws std::system_error when the machine has no descriptor left.
 class EndSignalPipe {
  public:
   EndSignalPipe();
@@ -74,19 +75,20 @@ class EndSignalPipe {
   std::optional<EndSignals> signals_;
 };
 
-// The bytes of the first line of a file without its line feed; "-" is the standard input. A pipe or a terminal is
-// waited for, and nothing behind the line is taken from it. Nothing when the line is longer than `longest` bytes.
-// Throws std::filesystem::filesystem_error with the path when it can't be read.
+// The bytes of the first line of a file without its line feed; "-" is the standard input. A pipe or a
+// terminal is waited for, and nothing behind the line is taken from it. Nothing when the line is longer than
+// `longest` bytes. Throws std::filesystem::filesystem_error with the path when it can't be read.
 [[nodiscard]] std::optional<std::string> readFirstLine(const std::filesystem::path& path,
                                                        std::size_t longest);
 
-// Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a socket
-// or a folder. A missing file is none of these; a link counts as what it leads to. Throws
+// Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a
+// socket or a folder. A missing file is none of these; a link counts as what it leads to. Throws
 // std::filesystem::filesystem_error with the path.
 void requirePlainFile(const std::filesystem::path& path);
 
-// Makes sure that the descriptors 0 to 2 are open, so that no file of the program's takes the place of one and
-// gets what is printed. One that was closed reads nothing and refuses what is written. Before anything is opened.
+// Makes sure that the descriptors 0 to 2 are open, so that no file of the program's takes the place of one
+// and gets what is printed. One that was closed reads nothing and refuses what is written. Before anything is
+// opened.
 void openStandardStreams();
 
 // Why the machine refused, in a few words for the person: "磁盘已满".

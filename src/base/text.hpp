@@ -22,8 +22,8 @@ inline constexpr std::string_view kLineBreak = "\r\n";
 // ten digits.
 [[nodiscard]] std::int64_t leadingNumber(std::string_view text);
 
-// A number as a user types it, without the blanks around it, full-width ones as well, and with ASCII digits in the
-// place of full-width ones. Other characters stay.
+// A number as a user types it, without the blanks around it, full-width ones as well, and with ASCII digits
+// in the place of full-width ones. Other characters stay.
 [[nodiscard]] std::string plainDigits(std::string_view text);
 
 // A whole number as typed, with a minus in front or not; nothing for any other text and beyond 64 bits.

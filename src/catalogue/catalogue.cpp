@@ -24,7 +24,8 @@ constexpr int kFactoryShrinkType = 6;
 // The rows in the order in which a run passes them.
 class Rows {
  public:
-  // What the row leaves out follows from its name: "[name]" in the lines of a run, "name=" in front of the items.
+  // What the row leaves out follows from its name: "[name]" in the lines of a run, "name=" in front of the
+  // items.
   void add(Condition condition) {
     condition.pass = static_cast<int>(list_.size());
     if (condition.log_name.empty()) condition.log_name = fmt::format("[{}]", condition.name);

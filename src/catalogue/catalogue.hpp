@@ -1,5 +1,5 @@
-// The catalogue of conditions: each condition once, one row with everything about it. To add a condition is to add its
-// row.
+// The catalogue of conditions: each condition once, one row with everything about it. To add a condition is
+// to add its row.
 #pragma once
 
 #include <span>
@@ -54,9 +54,9 @@ struct Condition {
   CellKind kind = CellKind::setting;
   ConditionId first = 0;  // first and last row of `过滤条件`; 0 where it has no cells
   ConditionId last = 0;
-  // The cells that the factory allows, by their offset from `first`, as a number list: those of the smallest set of most
-  // frequent figures that holds at least 95 percent of all red sixes; figures against earlier draws are counted against a
-  // typical history, groups and intervals of the user's own allow every count.
+  // The cells that the factory allows, by their offset from `first`, as a number list: those of the smallest
+  // set of most frequent figures that holds at least 95 percent of all red sixes; figures against earlier
+  // draws are counted against a typical history, groups and intervals of the user's own allow every count.
   std::string_view factory{};
   bool used_at_first = false;  // the factory switches it on
   std::string item_text{};     // what list items show in front of the number, "总和值="
@@ -73,7 +73,8 @@ struct Condition {
   int pass = 0;                  // its place in the order of a run: the place of its row
 };
 
-// Whether a condition judges six reds against the draws before their period, and how many of those it takes at most.
+// Whether a condition judges six reds against the draws before their period, and how many of those it takes
+// at most.
 [[nodiscard]] bool looksBack(const Condition& condition);
 inline constexpr int kDrawsLookedBack = 10;
 
@@ -108,7 +109,8 @@ struct FactoryValue {
   int key;
   int value;
 };
-// Every row ascending by its key: the selection, the cells of the conditions, shrink type and tolerance; and the switches.
+// Every row ascending by its key: the selection, the cells of the conditions, shrink type and tolerance; and
+// the switches.
 [[nodiscard]] std::vector<FactoryValue> factoryCells();
 [[nodiscard]] std::vector<FactoryValue> factorySwitches();
 

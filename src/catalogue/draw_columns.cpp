@@ -26,8 +26,8 @@ std::vector<DrawColumn> makeDrawColumns() {
   std::vector<DrawColumn> columns = {{"期号", whole}, {"开奖日期", date}};
   for (int i = 1; i <= kRedsPerTicket; ++i) columns.push_back({"红球" + std::to_string(i), whole});
   const auto add = [&](const std::vector<DrawColumn>& more) { columns.insert(columns.end(), more.begin(), more.end()); };
-  // The big and small sums split at a fixed number, the counts follow the column that a user edits: two different
-  // definitions. Both tail counts follow the column of the low tails.
+  // The big and small sums split at a fixed number, the counts follow the column that a user edits: two
+  // different definitions. Both tail counts follow the column of the low tails.
   add({{"蓝球", whole},
        {"和值", whole, NumberValue::number},
        {"奇数和值", whole, NumberValue::odd},

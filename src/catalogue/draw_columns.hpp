@@ -1,5 +1,5 @@
-// The columns of a draw in `历史记录`: each once, with its type and the rule that computes it. Schema, statistics, grid,
-// search and export read this table. To add a statistic is to add its row.
+// The columns of a draw in `历史记录`: each once, with its type and the rule that computes it. Schema,
+// statistics, grid, search and export read this table. To add a statistic is to add its row.
 #pragma once
 
 #include <string>
@@ -50,8 +50,9 @@ struct DrawColumn {
   [[nodiscard]] bool isPattern() const { return std::holds_alternative<const Family*>(rule); }
 };
 
-// All columns in the order in which they are shown: 0 `期号`, 1 `开奖日期`, 2 to 7 the reds, 8 `蓝球`, then the figures,
-// texts and work columns. An upgraded store may hold them in another order: they are found by their names.
+// All columns in the order in which they are shown: 0 `期号`, 1 `开奖日期`, 2 to 7 the reds, 8 `蓝球`, then
+// the figures, texts and work columns. An upgraded store may hold them in another order: they are found by
+// their names.
 [[nodiscard]] const std::vector<DrawColumn>& drawColumns();
 
 }  // namespace lotmere

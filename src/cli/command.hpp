@@ -58,11 +58,11 @@ class Command {
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void addOptions(CLI::App& /*app*/) {}
-  // What is done to the locked home before its store is looked at. kExitDone goes on with the start; any other status
-  // ends the command, told why.
+  // What is done to the locked home before its store is looked at. kExitDone goes on with the start; any
+  // other status ends the command, told why.
   [[nodiscard]] virtual int prepare(const Home& /*home*/, Desk& /*desk*/) { return kExitDone; }
-  // Exit status: kExitDone, or kExitRefused after the desk told why, which counts as kExitStopped where Ctrl-C stopped
-  // a job of the command; kExitStopped where what was done so far stands.
+  // Exit status: kExitDone, or kExitRefused after the desk told why, which counts as kExitStopped where
+  // Ctrl-C stopped a job of the command; kExitStopped where what was done so far stands.
   virtual int run(Session& session) = 0;
 
  private:

@@ -29,11 +29,7 @@ class ListCommand final : public Command {
   }
 
   int run(Session& session) override {
-    Query rows = session.store.query(
-        R"(SELECT * FROM (SELECT "期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录"
-           ORDER BY "期号" DESC LIMIT ?) ORDER BY "期号" ASC)");
-    rows.bind(last_);
-    while (rows.next()) printDraw(session.out, rows);
+    listDraws(session.store, last_, [&](const Query& row) { printDraw(session.out, row); });
     return kExitDone;
   }
 

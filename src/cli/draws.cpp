@@ -143,8 +143,7 @@ class StatsCommand final : public Command {
   int run(Session& session) override {
     const auto range = readRange(session.desk, from_, to_);
     if (!range) return kExitRefused;
-    const auto rows = session.store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)",
-                                          range->from, range->to);
+    const auto rows = countDraws(session.store, *range);
     if (rows == 0) return refuse(session.desk, "这段期号里没有开奖记录。");
     computeDrawStatistics(session.store, session.desk, range->from, range->to);
     session.out << fmt::format("统计完成，共 {} 期\n", rows);

@@ -22,8 +22,8 @@ std::string variable(const char* name) {
 int main(int argc, char** argv) {
   lotmere::openStandardStreams();
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
-  // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one ends the
-  // process, which loses nothing that was stored.
+  // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one
+  // ends the process, which loses nothing that was stored.
   const lotmere::EndSignals signals(&lotmere::TerminalDesk::interrupt);
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   std::ios::sync_with_stdio(false);

@@ -56,12 +56,9 @@ class CheckCommand final : public Command {
     const Home& home = session.start.home();
     const std::string backup = mendBackup(home);
     session.out << fmt::format("数据文件\t{}\n备份\t{}\n恢复\t{}\n结构版本\t{}\n", stateText(home.mainDb()),
-                               backup, mendedText(session.start.mended()),
-                               session.store.value("PRAGMA user_version"));
-    Query names = session.store.query("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
-    while (names.next())
-      session.out << fmt::format("{}\t{}\n", names.text(0),
-                                 session.store.value("SELECT count(*) FROM " + sqlName(names.text(0))));
+                               backup, mendedText(session.start.mended()), storedVersion(session.store.db()));
+    for (const auto& [table, rows] : tableSizes(session.store))
+      session.out << fmt::format("{}\t{}\n", table, rows);
     if (isSoundStore(home.backupDb())) return kExitDone;
     return refuse(session.desk, fmt::format("备份不能用：{}。", backup));
   }

@@ -1,6 +1,6 @@
-// Everything that a user has set, as one value: picks, allowed cells, switches, groups, places, divisions, intervals
-// and the match with past draws. Loaded from the store once, compared, copied, handed to another thread, and saved
-// back by key. What judges a ticket is made from it without the store.
+// Everything that a user has set, as one value: picks, allowed cells, switches, groups, places, divisions,
+// intervals and the match with past draws. Loaded from the store once, compared, copied, handed to another
+// thread, and saved back by key. What judges a ticket is made from it without the store.
 #pragma once
 
 #include <array>
@@ -49,8 +49,8 @@ using Members = std::uint64_t;
 [[nodiscard]] Members membersOf(std::span<const int> numbers);
 
 struct ConditionSet {
-  // `过滤条件` by `ID`: the selection (1 to 33, 101 to 116), the cells of the conditions, shrink type and tolerance.
-  // A cell allows its value from 1 on.
+  // `过滤条件` by `ID`: the selection (1 to 33, 101 to 116), the cells of the conditions, shrink type and
+  // tolerance. A cell allows its value from 1 on.
   KeyedValues cells;
   // `过滤条件使用情况` by `条件`: a pass runs at exactly 1, a turn of 组合（具体） above 0.
   KeyedValues switches;
@@ -75,8 +75,8 @@ struct ConditionSet {
 // Reads everything in one go. Throws SQLite::Exception when the store refuses.
 [[nodiscard]] ConditionSet loadConditionSet(Store& store);
 
-// Writes what `after` holds otherwise than `before`, row by row by key, in one change. Rows that the store lacks are
-// passed over. Throws SQLite::Exception with nothing written when the store refuses.
+// Writes what `after` holds otherwise than `before`, row by row by key, in one change. Rows that the store
+// lacks are passed over. Throws SQLite::Exception with nothing written when the store refuses.
 void saveConditionSet(Store& store, const ConditionSet& before, const ConditionSet& after);
 
 // The groups of a family, the first `groups` of its columns.

@@ -28,7 +28,8 @@ bool setCustomInterval(Store& store, std::string_view name, std::span<const int>
 // All 63 custom intervals hold what the factory put into them.
 void restoreDivisions(Store& store);
 
-// 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last goes.
+// 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last
+// goes.
 struct HistoryMatch {
   bool used = false;
   PeriodNo first = 0;
@@ -54,8 +55,8 @@ void setHistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
   saveHistoryMatch(store, settings);
 }
 
-// Everything that can be set back to the factory ("还原默认值"): conditions, groups, intervals, custom divisions,
-// 历史数据过滤; and nothing is picked.
+// Everything that can be set back to the factory ("还原默认值"): conditions, groups, intervals, custom
+// divisions, 历史数据过滤; and nothing is picked.
 void restoreDefaults(Store& store);
 
 }  // namespace lotmere

@@ -52,8 +52,8 @@ std::optional<Members> readMembers(std::string_view text, int last = kRedCount) 
   return membersOf(*numbers);
 }
 
-// One line of the text: its name, what it says of a set, and what it makes of one; false for a value that breaks a
-// rule.
+// One line of the text: its name, what it says of a set, and what it makes of one; false for a value that
+// breaks a rule.
 struct Line {
   std::string name;
   std::function<std::string(const ConditionSet&)> write;

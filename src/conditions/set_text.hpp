@@ -9,9 +9,9 @@
 //   历史数据过滤：开 2026001-2026050 6 自选
 //   缩水类型：6
 //
-// The version stands on top, then a line a condition or setting, in any order. What is missing stays as it is in the
-// set that the text is read into. A switch says 开 or 关, or its number where the store holds another. The groups of
-// the families are no user's and are left out.
+// The version stands on top, then a line a condition or setting, in any order. What is missing stays as it is
+// in the set that the text is read into. A switch says 开 or 关, or its number where the store holds another.
+// The groups of the families are no user's and are left out.
 #pragma once
 
 #include <optional>

@@ -24,13 +24,13 @@ namespace lotmere {
 // Cells as parseValues reads them: "60-140,150", "2,2,1,1;3,3". Empty for none.
 [[nodiscard]] std::string formatValues(const Condition& condition, std::span<const int> cells);
 
-// The cells that a text names, each of 0 to cellCount(condition) - 1: "60-140,150" for numbers, texts separated by
-// ";" for shapes, run shapes and sum families. Nothing for any other text.
+// The cells that a text names, each of 0 to cellCount(condition) - 1: "60-140,150" for numbers, texts
+// separated by ";" for shapes, run shapes and sum families. Nothing for any other text.
 [[nodiscard]] std::optional<std::vector<int>> parseValues(const Condition& condition,
                                                           std::string_view values);
 
-// Allows exactly the values of a text, as parseValues reads it, and switches the others off. Tells what is wrong
-// with a text that names no value of the condition, and then writes nothing.
+// Allows exactly the values of a text, as parseValues reads it, and switches the others off. Tells what is
+// wrong with a text that names no value of the condition, and then writes nothing.
 bool allowValues(Store& store, Desk& desk, const Condition& condition, std::string_view values);
 
 // Switches a condition on or off.

@@ -27,15 +27,16 @@ struct ExportSwitches {
                                      const ExportSwitches& switches);
 
 // Writes the tickets of a period to `target` in the order of their running numbers, lines ended by CR LF, and
-// returns how many there were. Appends "号码导出完成．" to the running text. A period without tickets writes nothing.
-// The file is written whole or not at all: throws std::filesystem::filesystem_error when the machine refuses (as
-// FileSystem::writeWhole does), SQLite::Exception when the store does; an earlier file then stands as it was.
+// returns how many there were. Appends "号码导出完成．" to the running text. A period without tickets writes
+// nothing. The file is written whole or not at all: throws std::filesystem::filesystem_error when the machine
+// refuses (as FileSystem::writeWhole does), SQLite::Exception when the store does; an earlier file then
+// stands as it was.
 int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesystem::path& target,
                   const ExportSwitches& switches, FileSystem& files = realFiles());
 
-// The command "导出": exports the period of the first ticket of the table. With no ticket at all nothing is written
-// and a warning says so. A target that leads to one of the program's own files (isOwnFile) is refused. Returns
-// the number of tickets; throws as exportTickets does.
+// The command "导出": exports the period of the first ticket of the table. With no ticket at all nothing is
+// written and a warning says so. A target that leads to one of the program's own files (isOwnFile) is
+// refused. Returns the number of tickets; throws as exportTickets does.
 int exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
                   const ExportSwitches& switches, FileSystem& files = realFiles());
 

@@ -26,9 +26,9 @@ struct ImportChoice {
   PeriodNo period = 0;
 };
 
-// What the dialog's two fields say: the index of the format and the period as typed. Where the lines hold no period
-// of their own the text must name one (parsePeriod); else tells so and gives nothing. The dialog proposes nextPeriod() with today as
-// the date.
+// What the dialog's two fields say: the index of the format and the period as typed. Where the lines hold no
+// period of their own the text must name one (parsePeriod); else tells so and gives nothing. The dialog
+// proposes nextPeriod() with today as the date.
 [[nodiscard]] std::optional<ImportChoice> readImportChoice(Desk& desk, int format, std::string_view period);
 
 struct ImportTicket {
@@ -40,10 +40,10 @@ struct ImportTicket {
 };
 
 // Reads one line of UTF-8, without its line end. Nothing where the trimmed line has fewer than 15 characters,
-// its period is missing or 0, or its first seven numbers aren't six of 1 to 33 and one of 1 to 16. Numbers are
-// runs of digits; blank, tab, "-", "+", ",", "|" and the full-width blank, "，", "＋" and "｜" stand between them;
-// full-width digits are digits; anything else behind a number is passed over up to the next separator. Order and
-// repeated reds don't matter.
+// its period is missing or 0, or its first seven numbers aren't six of 1 to 33 and one of 1 to 16. Numbers
+// are runs of digits; blank, tab, "-", "+", ",", "|" and the full-width blank, "，", "＋" and "｜" stand
+// between them; full-width digits are digits; anything else behind a number is passed over up to the next
+// separator. Order and repeated reds don't matter.
 [[nodiscard]] std::optional<ImportTicket> importLine(std::string_view line, const ImportChoice& choice);
 
 struct ImportResult {
@@ -54,20 +54,20 @@ struct ImportResult {
   bool cancelled = false;          // by an answer of the user; nothing was changed then
 };
 
-// Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. The whole
-// file is read before anything is asked, and all is asked before anything is changed: whether to go on where lines
-// hold more numbers than the format takes, and, with tickets there already and unless `existing` says it, whether
-// they stay. New rows then go on behind the highest `ID` and the highest `序号`, else both begin at 1 and the old
-// rows of all periods are gone. A cancel, a failure, or a file without a single ticket leaves everything as it was,
-// the old rows as well; such a file asks nothing. Only the end of the file ends it: it can't be stopped. Linear in the
-// size of the file; serves the desk. Throws std::filesystem::filesystem_error when the file can't be read,
-// SQLite::Exception when the store refuses.
+// Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. The
+// whole file is read before anything is asked, and all is asked before anything is changed: whether to go on
+// where lines hold more numbers than the format takes, and, with tickets there already and unless `existing`
+// says it, whether they stay. New rows then go on behind the highest `ID` and the highest `序号`, else both
+// begin at 1 and the old rows of all periods are gone. A cancel, a failure, or a file without a single ticket
+// leaves everything as it was, the old rows as well; such a file asks nothing. Only the end of the file ends
+// it: it can't be stopped. Linear in the size of the file; serves the desk. Throws
+// std::filesystem::filesystem_error when the file can't be read, SQLite::Exception when the store refuses.
 [[nodiscard]] ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path& file,
                                          const ImportChoice& choice, Existing existing = Existing::ask);
 
-// The command "导入": imports, and tells the number of tickets and of lines skipped, or why there are none, in the
-// running text as well; after a cancelled question it tells nothing. Without a choice the dialog was cancelled, and
-// the number is 0. Throws as importTickets does.
+// The command "导入": imports, and tells the number of tickets and of lines skipped, or why there are none,
+// in the running text as well; after a cancelled question it tells nothing. Without a choice the dialog was
+// cancelled, and the number is 0. Throws as importTickets does.
 ImportResult importCommand(Store& store, Desk& desk, const std::filesystem::path& file,
                            const std::optional<ImportChoice>& choice, Existing existing = Existing::ask);
 

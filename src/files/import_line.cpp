@@ -1,5 +1,5 @@
-// One line of a ticket file, read in a single walk over its bytes. Separators and digits are what matters; the
-// bytes of all other characters are passed over, and none of them can be taken for a digit in UTF-8.
+// One line of a ticket file, read in a single walk over its bytes. Separators and digits are what matters;
+// the bytes of all other characters are passed over, and none of them can be taken for a digit in UTF-8.
 #include <algorithm>
 #include <string>
 #include <utility>

@@ -11,15 +11,15 @@
 
 namespace lotmere {
 
-// A file that is there and may be read. Opening it throws std::filesystem::filesystem_error when it is missing,
-// a folder, a device, larger than 1 GiB, or not for this person to read.
+// A file that is there and may be read. Opening it throws std::filesystem::filesystem_error when it is
+// missing, a folder, a device, larger than 1 GiB, or not for this person to read.
 class TextFile {
  public:
   explicit TextFile(const std::filesystem::path& path);
 
   [[nodiscard]] std::size_t size() const { return size_; }
-  // The bytes of the file, which `job` is served for. Throws std::filesystem::filesystem_error when the machine
-  // breaks off. Cut short when the person asks to stop, and behind a byte of 0: that is no text.
+  // The bytes of the file, which `job` is served for. Throws std::filesystem::filesystem_error when the
+  // machine breaks off. Cut short when the person asks to stop, and behind a byte of 0: that is no text.
   [[nodiscard]] std::string bytes(Job& job);
 
  private:
@@ -28,12 +28,13 @@ class TextFile {
   std::ifstream file_;
 };
 
-// A text as UTF-8 without mark: it is taken for UTF-8 where all of it is, else for GB18030; either may begin with
-// its mark. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a byte is 0:
-// that is no text. Cut short when the person asks to stop.
+// A text as UTF-8 without mark: it is taken for UTF-8 where all of it is, else for GB18030; either may begin
+// with its mark. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a
+// byte is 0: that is no text. Cut short when the person asks to stop.
 [[nodiscard]] std::optional<std::string> decodeBytes(std::string bytes, Job& job);
 
-// Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one character off a text that isn't empty.
+// Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one
+// character off a text that isn't empty.
 [[nodiscard]] std::string_view takeLine(std::string_view& text);
 
 }  // namespace lotmere

@@ -54,8 +54,9 @@ enum class PickState : int { none = 0, tuo = 1, dan = 2 };
 // The numbers of a draw or a ticket: "01 04 16 22 26 31+04".
 [[nodiscard]] std::string numbersText(const DrawNumbers& numbers);
 
-// The period that a typed text names: seven digits, ASCII or full-width, with or without blanks around them, that
-// make a period (isPeriod). Nothing for any other text: cutting or completing it would name another draw.
+// The period that a typed text names: seven digits, ASCII or full-width, with or without blanks around them,
+// that make a period (isPeriod). Nothing for any other text: cutting or completing it would name another
+// draw.
 [[nodiscard]] std::optional<PeriodNo> parsePeriod(std::string_view text);
 
 }  // namespace lotmere

@@ -21,9 +21,9 @@ enum class AddressUse : int {
 [[nodiscard]] std::string storedAddress(Store& store, AddressUse use);
 void rememberAddress(Store& store, AddressUse use, const std::string& address);
 
-// The address that a typed text means: an http, https or file address, or the path of a file, which becomes a file
-// address (a path that isn't absolute only where such a file exists). Blanks around it go, those inside are encoded.
-// Nothing for anything else, other schemes among it.
+// The address that a typed text means: an http, https or file address, or the path of a file, which becomes a
+// file address (a path that isn't absolute only where such a file exists). Blanks around it go, those inside
+// are encoded. Nothing for anything else, other schemes among it.
 [[nodiscard]] std::optional<std::string> makeAddress(std::string_view typed);
 // The same, told in one line where it is none.
 [[nodiscard]] std::optional<std::string> readAddress(Desk& desk, std::string_view typed);
@@ -31,14 +31,14 @@ void rememberAddress(Store& store, AddressUse use, const std::string& address);
 // An address as it may be shown: without the password that stands in it.
 [[nodiscard]] std::string shownAddress(const std::string& address);
 
-// The stored address, or while none is stored the one that the user types then, without remembering it. `typed` is
-// what they typed the last time and is proposed; it becomes what they type now. What is no address is told, and asked
-// for again with the typed text in the box. Nothing when they cancel or leave it empty.
+// The stored address, or while none is stored the one that the user types then, without remembering it.
+// `typed` is what they typed the last time and is proposed; it becomes what they type now. What is no address
+// is told, and asked for again with the typed text in the box. Nothing when they cancel or leave it empty.
 [[nodiscard]] std::optional<std::string> knownAddress(Store& store, Desk& desk, AddressUse use,
                                                       std::string& typed);
 
-// The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. What is no
-// address is told and asked for again. False, and nothing has changed, when the user cancels.
+// The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. What
+// is no address is told and asked for again. False, and nothing has changed, when the user cancels.
 bool changeAddress(Store& store, Desk& desk, AddressUse use);
 
 }  // namespace lotmere

@@ -57,8 +57,8 @@ std::string partOf(CURLU* url, CURLUPart part) {
   return text;
 }
 
-// Why the file that an address names can't be read; empty where it can and for other addresses. A pipe or a device
-// would be read to its end, which may never come.
+// Why the file that an address names can't be read; empty where it can and for other addresses. A pipe or a
+// device would be read to its end, which may never come.
 std::string fileFault(CURLU* url) {
   if (partOf(url, CURLUPART_SCHEME) != "file") return {};
   std::error_code unknown;

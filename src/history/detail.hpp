@@ -11,11 +11,11 @@
 
 namespace lotmere {
 
-// The address of a draw's page for the browser: the stored prefix, the last five digits of the typed period (08118 of
-// 2008118, or these five alone), ".html". While no prefix is stored, the user is asked for one, `prefix_typed`
-// proposed (see knownAddress), and it is remembered once it has led to a page. Nothing when the user cancels or
-// stops the fetch; nothing, and told, when what was typed is no period or when no page about the game stands there,
-// with the cause where the fetch failed.
+// The address of a draw's page for the browser: the stored prefix, the last five digits of the typed period
+// (08118 of 2008118, or these five alone), ".html". While no prefix is stored, the user is asked for one,
+// `prefix_typed` proposed (see knownAddress), and it is remembered once it has led to a page. Nothing when
+// the user cancels or stops the fetch; nothing, and told, when what was typed is no period or when no page
+// about the game stands there, with the cause where the fetch failed.
 [[nodiscard]] std::optional<std::string> findDetailPage(Store& store, Desk& desk, Fetcher& fetcher,
                                                         std::string_view period, std::string& prefix_typed);
 

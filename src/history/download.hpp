@@ -29,10 +29,10 @@ struct DownloadResult {
 
 // One run: looks at the periods from the newest stored one - 10 to that one + 5000, stores what the reply
 // holds of them and computes the statistics of the earliest draw and of that range. Older rows are never
-// changed, and an entry dated after `today` is skipped. Rows and statistics stand in one change: a failure or a crash
-// leaves the history as it was. Tells nothing: see reportLines. The desk's status says what is under way. The fetch
-// can be stopped, the rest can't. The address is remembered with the draws. Throws SQLite::Exception when the store
-// refuses.
+// changed, and an entry dated after `today` is skipped. Rows and statistics stand in one change: a failure or
+// a crash leaves the history as it was. Tells nothing: see reportLines. The desk's status says what is under
+// way. The fetch can be stopped, the rest can't. The address is remembered with the draws. Throws
+// SQLite::Exception when the store refuses.
 [[nodiscard]] DownloadResult downloadDraws(Store& store, Desk& desk, Fetcher& fetcher,
                                            const std::string& address, Date today);
 
@@ -41,15 +41,15 @@ struct DownloadResult {
 [[nodiscard]] DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher,
                                          const std::string& address, Date today);
 
-// What a download that is ok comes to, in lines: that it is done, the counts, that there was nothing newer, the faults
-// of skipped entries.
+// What a download that is ok comes to, in lines: that it is done, the counts, that there was nothing newer,
+// the faults of skipped entries.
 [[nodiscard]] std::vector<std::string> reportLines(const DownloadResult& result);
 
 // Tells what may be wrong, and the cause, of a download that isn't ok; nothing of one that was stopped.
 void tellFailure(Desk& desk, const DownloadResult& result);
 
-// The command (`cmmUpdateHistory(1)`): downloads all from the remembered address and tells what happened. While none
-// is remembered the user is asked for one (see knownAddress); nothing happens when they cancel.
+// The command (`cmmUpdateHistory(1)`): downloads all from the remembered address and tells what happened.
+// While none is remembered the user is asked for one (see knownAddress); nothing happens when they cancel.
 [[nodiscard]] DownloadResult downloadCommand(Store& store, Desk& desk, Fetcher& fetcher, Date today,
                                              std::string& address_typed);
 

@@ -45,9 +45,9 @@ class DrawList {
   // Whether an entry for the period stands in the text, readable or not.
   [[nodiscard]] bool names(PeriodNo period) const { return place_.contains(period); }
 
-  // The first entry of a period that the list names. It isn't a draw where it isn't whole: cut short, a field of
-  // another length, a period or a day that is none, a day after `today`, a number outside its range, reds out of
-  // order or repeated.
+  // The first entry of a period that the list names. It isn't a draw where it isn't whole: cut short, a field
+  // of another length, a period or a day that is none, a day after `today`, a number outside its range, reds
+  // out of order or repeated.
   [[nodiscard]] ListedEntry parseDraw(PeriodNo period, Date today) const;
 
   // The highest period whose entry is a draw; 0 with none.

@@ -26,10 +26,10 @@ void updateHeat(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
 // `四区间` stays.
 void recountIntervals(Store& store, Desk& desk, PeriodNo from, PeriodNo to);
 
-// Counts `区间1` to `区间4` of all draws anew where the mark says that they are due, and takes the mark away, in
-// one change. True when it was due. The first is for somebody who has just divided the intervals and is told
-// of the recount; the other for what changed them on the way (factory values, another user, a kill), with a
-// passing message.
+// Counts `区间1` to `区间4` of all draws anew where the mark says that they are due, and takes the mark away,
+// in one change. True when it was due. The first is for somebody who has just divided the intervals and is
+// told of the recount; the other for what changed them on the way (factory values, another user, a kill),
+// with a passing message.
 bool recountDivided(Store& store, Desk& desk);
 bool recountDue(Store& store, Desk& desk);
 

@@ -19,8 +19,8 @@ struct DrawEntry {
 
 struct CheckedEntry {
   std::optional<PeriodNo> period;  // nothing where the text names none (parsePeriod)
-  // The reds ascending, whatever the order they were typed in; nothing where a number lies outside its range or a red
-  // stands twice.
+  // The reds ascending, whatever the order they were typed in; nothing where a number lies outside its range
+  // or a red stands twice.
   std::optional<DrawNumbers> numbers;
   std::vector<int> counted;  // the reds that were read up to the first bad one, ascending, each once: what
                              // the strip shows then

@@ -9,13 +9,13 @@
 
 namespace lotmere {
 
-// Writes all draws to a new .xlsx file at `target`, its one sheet named "sheet1": a row of column names,
-// then the draws by period ascending. The columns are those of drawColumns() but the last three; numbers,
-// texts and dates are of their kind, a field without a value is an empty cell, and the second column is
-// twice as wide as the first. Returns the number of draws; 0, told by the desk, where the history is empty, the
-// user stopped, `target` leads to one of the program's own files (isOwnFile), or the machine refused (as
-// FileSystem::writeWhole does): an earlier file then stands as it was. Throws SQLite::Exception when the store
-// refuses.
+// Writes all draws to a new .xlsx file at `target`, its one sheet named "sheet1": a row of column names, then
+// the draws by period ascending. The columns are those of drawColumns() but the last three; numbers, texts
+// and dates are of their kind, a field without a value is an empty cell, and the second column is twice as
+// wide as the first. Returns the number of draws; 0, told by the desk, where the history is empty, the user
+// stopped, `target` leads to one of the program's own files (isOwnFile), or the machine refused (as
+// FileSystem::writeWhole does): an earlier file then stands as it was. Throws SQLite::Exception when the
+// store refuses.
 int exportHistory(Store& store, Desk& desk, const std::filesystem::path& target,
                   FileSystem& files = realFiles());
 

@@ -8,7 +8,8 @@
 
 namespace lotmere {
 
-// Fetches under a bar without a length. A stop in the last moment counts, even if the whole reply came by then.
+// Fetches under a bar without a length. A stop in the last moment counts, even if the whole reply came by
+// then.
 [[nodiscard]] Fetched fetchAsJob(Desk& desk, Fetcher& fetcher, const std::string& address);
 
 }  // namespace lotmere

@@ -59,4 +59,12 @@ void searchDraws(Store& store, const SearchCondition& condition,
   while (rows.next()) visit(rows);
 }
 
+void listDraws(Store& store, int last, const std::function<void(const Query&)>& visit) {
+  Query rows = store.query(
+      R"(SELECT * FROM (SELECT "期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球"
+                        FROM "历史记录" ORDER BY "期号" DESC LIMIT ?) ORDER BY "期号" ASC)");
+  rows.bind(last);
+  while (rows.next()) visit(rows);
+}
+
 }  // namespace lotmere

@@ -42,4 +42,7 @@ struct SearchCondition {
 void searchDraws(Store& store, const SearchCondition& condition,
                  const std::function<void(const Query&)>& visit);
 
+// Visits the newest `last` draws, all with -1, by period ascending: period, date, six reds, blue.
+void listDraws(Store& store, int last, const std::function<void(const Query&)>& visit);
+
 }  // namespace lotmere

@@ -17,9 +17,9 @@ struct HistoryStatus {
 };
 
 // `entry_date` is the value of the date field of the entry, which the next period may take its year from. A
-// draw that is due today isn't missing yet; in an empty history one always is. A date after today is a mistake and
-// doesn't hide that newer draws are missing. Between two stored draws the numbers tell: they follow one another within
-// a year, and a year begins with 1; how many draws a year had nobody knows.
+// draw that is due today isn't missing yet; in an empty history one always is. A date after today is a
+// mistake and doesn't hide that newer draws are missing. Between two stored draws the numbers tell: they
+// follow one another within a year, and a year begins with 1; how many draws a year had nobody knows.
 [[nodiscard]] HistoryStatus updateHistoryStatus(Store& store, Date today, Date entry_date);
 
 }  // namespace lotmere

@@ -19,10 +19,11 @@ enum class Recalc { yes, no };
 void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers,
               Recalc recalc);
 
-// Removes one draw after a question that shows it, and tells so with `done`. `typed` is its number as the user typed
-// it, the whole of it: any number that is stored will do, also one that is no period. False, and nothing has changed,
-// when they think better of it or, told, when it isn't stored or no number. No other row changes: a hole stays a
-// hole, and the next draw keeps the figures it had against the removed one until a range covers it again.
+// Removes one draw after a question that shows it, and tells so with `done`. `typed` is its number as the
+// user typed it, the whole of it: any number that is stored will do, also one that is no period. False, and
+// nothing has changed, when they think better of it or, told, when it isn't stored or no number. No other row
+// changes: a hole stays a hole, and the next draw keeps the figures it had against the removed one until a
+// range covers it again.
 bool deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done = "删除完成！");
 
 }  // namespace lotmere

@@ -38,7 +38,8 @@ struct PlacePage {
 };
 [[nodiscard]] PlacePage loadPlacePage(Store& store);
 
-// 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value, end.
+// 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value,
+// end.
 struct MatchPage {
   HistoryMatch settings;
   std::vector<PeriodNo>

@@ -23,17 +23,18 @@ struct Metric {
   const Family* family = nullptr;  // shape
 };
 
-// The figure of a condition with cells. Figures against earlier draws are made from `before`, the draws before the
-// period, ascending; they look at the newest kDrawsLookedBack at most, and without any they are 0 for every six.
-// Nothing for a condition whose cells don't stand for figures (sum families, places, combinations).
+// The figure of a condition with cells. Figures against earlier draws are made from `before`, the draws
+// before the period, ascending; they look at the newest kDrawsLookedBack at most, and without any they are 0
+// for every six. Nothing for a condition whose cells don't stand for figures (sum families, places,
+// combinations).
 [[nodiscard]] std::optional<Metric> prepareMetric(const ConditionSet& set, const Condition& condition,
                                                   std::span<const PastDraw> before);
 
 // The figure of six reds; -1 for a shape that has no number.
 [[nodiscard]] int metricValue(const Metric& metric, const Reds& reds);
 
-// Hands `use` a function (metric, six) that gives the figure as metricValue does, with the kind of the figure known
-// when it is compiled: for loops over very many sixes.
+// Hands `use` a function (metric, six) that gives the figure as metricValue does, with the kind of the figure
+// known when it is compiled: for loops over very many sixes.
 template <class Use>
 decltype(auto) withFigure(const Metric& metric, Use&& use) {
   switch (metric.kind) {
@@ -49,8 +50,8 @@ decltype(auto) withFigure(const Metric& metric, Use&& use) {
   });
 }
 
-// The verdict of a condition's cells for each figure from 0 on: at most 171 cells, and a figure beyond the last row of
-// the range has none.
+// The verdict of a condition's cells for each figure from 0 on: at most 171 cells, and a figure beyond the
+// last row of the range has none.
 using Verdicts = std::array<bool, 256>;
 [[nodiscard]] Verdicts verdictsOf(const ConditionSet& set, const Condition& condition);
 

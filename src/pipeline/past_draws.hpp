@@ -1,5 +1,5 @@
-// What the filters against whole draws compare six reds with: the sums of the two draws before, and the reds of
-// a range of draws.
+// What the filters against whole draws compare six reds with: the sums of the two draws before, and the reds
+// of a range of draws.
 #pragma once
 
 #include <array>
@@ -15,11 +15,13 @@
 
 namespace lotmere {
 
-// 前2期和值相同组: how many sums six reds have in common with the two draws before, among the families switched on.
+// 前2期和值相同组: how many sums six reds have in common with the two draws before, among the families
+// switched on.
 class SumFamilies {
  public:
-  // `before` are the draws before the period, ascending; the newest two count. The sums of the newest are worked out
-  // from its reds, as a run stores them before it looks; those of the one before are the kept ones.
+  // `before` are the draws before the period, ascending; the newest two count. The sums of the newest are
+  // worked out from its reds, as a run stores them before it looks; those of the one before are the kept
+  // ones.
   SumFamilies(const ValueArray& cells, std::span<const PastDraw> before);
 
   // Whether six reds stay: at most two families agree, each with either draw.

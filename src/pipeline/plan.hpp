@@ -1,5 +1,5 @@
-// The conditions compiled: each step with what it lets through ready as tables. Made from values alone, never changed
-// afterwards, so any number of threads may judge by one plan.
+// The conditions compiled: each step with what it lets through ready as tables. Made from values alone, never
+// changed afterwards, so any number of threads may judge by one plan.
 #pragma once
 
 #include <array>
@@ -64,8 +64,8 @@ class FilterPlan {
   [[nodiscard]] PeriodNo period() const { return period_; }
   [[nodiscard]] const FilterRules& rules() const { return *rules_; }
 
-  // Whether a step is switched on; and whether it can reject anything: a tolerance of the places that is too large,
-  // and a match without a draw in its range, run for nothing.
+  // Whether a step is switched on; and whether it can reject anything: a tolerance of the places that is too
+  // large, and a match without a draw in its range, run for nothing.
   [[nodiscard]] bool isOn(std::size_t step) const { return rules_->on[step]; }
   [[nodiscard]] bool runs(std::size_t step) const { return runs_[step]; }
   [[nodiscard]] const StepBits& running() const { return runs_; }
@@ -75,14 +75,15 @@ class FilterPlan {
   [[nodiscard]] const std::vector<TurnTest>& turns() const { return turns_; }
   [[nodiscard]] int countHits(const Reds& reds) const;
 
-  // Whether a ticket passes a step that runs. Seven numbers of any kind: out of order, repeated, 0 where missing.
+  // Whether a ticket passes a step that runs. Seven numbers of any kind: out of order, repeated, 0 where
+  // missing.
   [[nodiscard]] bool passes(std::size_t step, Balls ticket) const;
   // The running steps that a ticket fails, each judged by itself.
   [[nodiscard]] StepBits failures(Balls ticket) const;
 
-  // Hands `use` a function (balls) that tells whether a ticket passes the step, with the kind of the step and of its
-  // figure known when it is compiled: for loops over very many tickets. All steps but the places look at the reds
-  // alone.
+  // Hands `use` a function (balls) that tells whether a ticket passes the step, with the kind of the step and
+  // of its figure known when it is compiled: for loops over very many tickets. All steps but the places look
+  // at the reds alone.
   template <class Use>
   decltype(auto) withTest(std::size_t step, Use&& use) const;
 

@@ -23,8 +23,8 @@ RowsDone tellJob(Job& job) {
   return [&job](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
 }
 
-// The tickets of the period with their marks at 0. Nothing when it has none, which a line says for a period above 0,
-// and when the user stops it.
+// The tickets of the period with their marks at 0. Nothing when it has none, which a line says for a period
+// above 0, and when the user stops it.
 std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) {
   RunningText& text = desk.runningText();
   const std::size_t rows = countTickets(store, period);
@@ -51,7 +51,8 @@ void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {
-  // The statistics of the draw before the period and the tickets stand in one change: a crash leaves both as they were.
+  // The statistics of the draw before the period and the tickets stand in one change: a crash leaves both as
+  // they were.
   StoreChange change(store);
   const PeriodNo previous = periodsBack(store, period, 1);
   computeDrawStatistics(store, desk, previous, previous);

@@ -15,12 +15,12 @@ struct RunResult {
   std::int64_t tickets = 0;  // of the period at the end
 };
 
-// Filters and thins the tickets of a period: reads settings, draws and tickets once, walks the steps in memory,
-// writes back once. What stays is renumbered; what a filter rejects is deleted; a crash leaves the table as it
-// was before. The statistics of the draw before the period are computed anew in the same change, of a run
-// without tickets too. The course stands in the running text, and its last line says whether the run came to
-// its end or was stopped; a stop that comes while the result is written back changes nothing any more. Throws
-// SQLite::Exception, with nothing written, when the store refuses.
+// Filters and thins the tickets of a period: reads settings, draws and tickets once, walks the steps in
+// memory, writes back once. What stays is renumbered; what a filter rejects is deleted; a crash leaves the
+// table as it was before. The statistics of the draw before the period are computed anew in the same change,
+// of a run without tickets too. The course stands in the running text, and its last line says whether the run
+// came to its end or was stopped; a stop that comes while the result is written back changes nothing any
+// more. Throws SQLite::Exception, with nothing written, when the store refuses.
 RunResult runPipeline(Store& store, Desk& desk, PeriodNo period);
 
 }  // namespace lotmere

@@ -8,15 +8,16 @@
 
 namespace lotmere {
 
-// The lines of a step in the running text: both stand on the same base, so that the second replaces the first.
+// The lines of a step in the running text: both stand on the same base, so that the second replaces the
+// first.
 struct StepLines {
   std::string start;   // "[连号]过滤正在进行中．．．"
   std::string result;  // "[连号]过滤后余：", the count follows
 };
 [[nodiscard]] StepLines linesOf(const FilterPlan& plan, std::size_t step);
 
-// Writes them as the steps begin and end. A condition that judges against earlier draws warns with a tip first, which
-// waits for the user or ten seconds.
+// Writes them as the steps begin and end. A condition that judges against earlier draws warns with a tip
+// first, which waits for the user or ten seconds.
 class RunText final : public StepWatcher {
  public:
   RunText(Desk& desk, const FilterPlan& plan) : desk_(desk), plan_(plan) {}

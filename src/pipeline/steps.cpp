@@ -19,7 +19,8 @@ StepKind kindOf(const Condition& condition) {
   }
 }
 
-// All places are one step, all turns are one, and 历史数据过滤, which has no row of its own, follows the places.
+// All places are one step, all turns are one, and 历史数据过滤, which has no row of its own, follows the
+// places.
 std::vector<FilterStep> makeSteps() {
   std::vector<const Condition*> order;
   for (const Condition& condition : allConditions())

@@ -29,8 +29,8 @@ struct FilterStep {
   [[nodiscard]] std::string plainName() const;
 };
 
-// First to last; the reduction comes behind them. Figures first that are cheap sums and counts, then shapes, then what
-// depends on other draws.
+// First to last; the reduction comes behind them. Figures first that are cheap sums and counts, then shapes,
+// then what depends on other draws.
 [[nodiscard]] std::span<const FilterStep> filterSteps();
 // Where the step of 组合（具体） stands among them.
 [[nodiscard]] std::size_t combinationStep();

@@ -11,8 +11,8 @@ namespace {
 constexpr std::size_t kBlock = 8192;            // some hundred microseconds of any step
 constexpr std::size_t kWorthAThread = 1 << 17;  // tickets; fewer are walked faster than a thread starts
 
-// A part of the set. The tickets that stand lie at its front; a cut-short step leaves them in two groups, those that
-// passed and, behind them, those not reached.
+// A part of the set. The tickets that stand lie at its front; a cut-short step leaves them in two groups,
+// those that passed and, behind them, those not reached.
 struct Segment {
   std::size_t begin = 0;
   std::size_t end = 0;     // behind the tickets that stand
@@ -20,8 +20,8 @@ struct Segment {
   std::size_t row = 0;     // and the first ticket not reached
 };
 
-// Keeps the tickets of a block that pass, moving them to `kept` and onward. `by_reds`: tickets with the same six reds
-// stand together and share the verdict of the first. `Move` moves what has to move.
+// Keeps the tickets of a block that pass, moving them to `kept` and onward. `by_reds`: tickets with the same
+// six reds stand together and share the verdict of the first. `Move` moves what has to move.
 template <class Test, class Move>
 std::size_t keepPassing(const TicketSet& tickets, std::size_t first, std::size_t end, std::size_t kept,
                         bool by_reds, const Test& test, Move move) {
@@ -78,7 +78,8 @@ class Walk {
     CourseLeg leg(course_, rows, Course::Stop::possible);
     SharedCourse shared(leg);
     const bool by_reds = filterSteps()[step].kind != StepKind::places;
-    // The combinations alone don't number the tickets: those that stand keep their old numbers for the closing.
+    // The combinations alone don't number the tickets: those that stand keep their old numbers for the
+    // closing.
     whole_ = step == combinationStep() && !numbered_;
     settled_ = false;
     plan_.withTest(step, [&](auto test) {
@@ -100,8 +101,8 @@ class Walk {
     return false;
   }
 
-  // The end of the walk, or of the part in front of the combinations' closing: one run of rows, with marks and running
-  // numbers.
+  // The end of the walk, or of the part in front of the combinations' closing: one run of rows, with marks
+  // and running numbers.
   void settle() {
     if (settled_) return;
     join();
@@ -154,9 +155,9 @@ class Walk {
     tickets_.truncate(size);
   }
 
-  // A stop in the middle of a step: in each part first what passed, then what wasn't reached, so that the order of
-  // creation holds. What wasn't reached keeps its mark and number; with parts that were walked side by side, whose
-  // numbers would clash, it is numbered as it stands.
+  // A stop in the middle of a step: in each part first what passed, then what wasn't reached, so that the
+  // order of creation holds. What wasn't reached keeps its mark and number; with parts that were walked side
+  // by side, whose numbers would clash, it is numbered as it stands.
   void joinCutShort() {
     const bool several = segments_.size() > 1;
     std::size_t size = 0;

@@ -1,5 +1,5 @@
-// A ticket set walked through the steps of a plan. Works on values alone: who shows what happens watches it, who writes
-// the outcome down takes the set afterwards.
+// A ticket set walked through the steps of a plan. Works on values alone: who shows what happens watches it,
+// who writes the outcome down takes the set afterwards.
 #pragma once
 
 #include <cstdint>
@@ -44,10 +44,11 @@ class StepWatcher {
   virtual void stepEnds(std::size_t /*step*/, const StepResult& /*result*/) {}
 };
 
-// Walks the set through every step. A step removes what fails it; what passes gets mark 1 and the running numbers from
-// 1 on, in the order of the rows. A stop ends the step under way: tickets that it hadn't reached stay as they stood, in
-// front of it, and no further step runs. Behind the combinations, after a stop too, every ticket has mark 1 and running
-// numbers in the order of the old ones. `threads` walk parts of a large set side by side; the outcome is the same.
+// Walks the set through every step. A step removes what fails it; what passes gets mark 1 and the running
+// numbers from 1 on, in the order of the rows. A stop ends the step under way: tickets that it hadn't reached
+// stay as they stood, in front of it, and no further step runs. Behind the combinations, after a stop too,
+// every ticket has mark 1 and running numbers in the order of the old ones. `threads` walk parts of a large
+// set side by side; the outcome is the same.
 Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatcher& watcher,
             int threads = 1);
 

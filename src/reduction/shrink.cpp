@@ -23,7 +23,8 @@ void closeGap(TicketSet& tickets, std::size_t kept, std::size_t row) {
   tickets.truncate(kept);
 }
 
-// With the stop asked for beforehand the first ticket still becomes a centre, and one ticket is compared with it.
+// With the stop asked for beforehand the first ticket still becomes a centre, and one ticket is compared with
+// it.
 std::int64_t keepFirstCentre(TicketSet& tickets, int type) {
   markCentre(tickets, 0, type);
   const bool covered = tickets.size() > 1 && countShared(tickets.balls[0], tickets.balls[1]) >= type;
@@ -41,7 +42,8 @@ OverlapMarks::Repeats findRepeats(const TicketSet& tickets, Job& job) {
   return OverlapMarks::Repeats::no;
 }
 
-// The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind them.
+// The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind
+// them.
 std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
   Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
   const OverlapMarks::Repeats repeats = findRepeats(tickets, job);

@@ -78,8 +78,8 @@ SmartScore::SmartScore(const DrawMatrix& draws) {
   }
 }
 
-// Two numbers of a ticket differ as those of the newest draw do when both lie equally far from them. A distance
-// is never 0: the high bits keep a byte from borrowing from the next.
+// Two numbers of a ticket differ as those of the newest draw do when both lie equally far from them. A
+// distance is never 0: the high bits keep a byte from borrowing from the next.
 Balls SmartScore::distances(Balls ticket) const {
   constexpr Balls high = 0x8080'8080'8080'8080;
   return (ticket | high) - newest_word_;

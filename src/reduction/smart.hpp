@@ -18,8 +18,8 @@ using DrawMatrix = std::array<std::array<int, kRedsPerTicket + 1>, 10>;
 class SmartScore {
  public:
   explicit SmartScore(const DrawMatrix& draws);
-  // The score, 1 to 463, in two parts: what the six reds add among themselves and to the draws (the blue isn't
-  // looked at), and what the blue adds beside these reds.
+  // The score, 1 to 463, in two parts: what the six reds add among themselves and to the draws (the blue
+  // isn't looked at), and what the blue adds beside these reds.
   [[nodiscard]] int scoreReds(Balls ticket) const;
   [[nodiscard]] int scoreBlue(Balls ticket) const;
 

@@ -37,17 +37,18 @@ class SubsetMarks {
   std::vector<std::uint64_t> bits_;
 };
 
-// Which lists of numbers have been marked, asked by how many numbers another list shares with one of them. A list
-// may hold a number several times, which then counts as often: such a list shares N with a marked one when some of its
-// different numbers that make up N or more by their times all stand in it, so the subsets of fewer numbers are marked
-// too where such lists are to come.
+// Which lists of numbers have been marked, asked by how many numbers another list shares with one of them. A
+// list may hold a number several times, which then counts as often: such a list shares N with a marked one
+// when some of its different numbers that make up N or more by their times all stand in it, so the subsets of
+// fewer numbers are marked too where such lists are to come.
 class OverlapMarks {
  public:
   enum class Repeats { no, yes };
   // How often the number at each place of a list is held; 1 or more.
   using Times = std::array<int, CodeList::kMost>;
 
-  // Asks for `shared` (1 to 6) of `numbers` (up to 49). With Repeats::no every list asked for holds each number once.
+  // Asks for `shared` (1 to 6) of `numbers` (up to 49). With Repeats::no every list asked for holds each
+  // number once.
   OverlapMarks(int numbers, int shared, Repeats repeats);
 
   void mark(const CodeList& list);

@@ -10,9 +10,9 @@
 
 namespace lotmere {
 
-// A pseudo-random number of [0, 1) that depends on x alone: the same in every call, process and machine. Shifts
-// and multiplications stir the bits of x, and the upper 32 make the fraction: few enough that its product with
-// the factor of a guess (below 2^16) is exact.
+// A pseudo-random number of [0, 1) that depends on x alone: the same in every call, process and machine.
+// Shifts and multiplications stir the bits of x, and the upper 32 make the fraction: few enough that its
+// product with the factor of a guess (below 2^16) is exact.
 [[nodiscard]] double rndFixed(std::int64_t x);
 
 // The draws before the coming period, row 0 the newest. Rows that no draw filled are zeros, which no guess

@@ -34,10 +34,11 @@ struct Home {
 [[nodiscard]] Home findHome(const std::filesystem::path& program_folder, const std::string& data_home,
                             const std::string& user_home);
 
-// Whether a file that somebody names is one of the program's own, which no export may take the place of: the store, its
-// backup, the profiles with their template, the lock, and whatever stands beside one of them under its name (a
-// journal, a copy of a damaged one). What counts is where the path leads, by whatever links, symbolic or hard; a name
-// in the folder that no file has yet counts too. Throws std::filesystem::filesystem_error when the machine refuses.
+// Whether a file that somebody names is one of the program's own, which no export may take the place of: the
+// store, its backup, the profiles with their template, the lock, and whatever stands beside one of them under
+// its name (a journal, a copy of a damaged one). What counts is where the path leads, by whatever links,
+// symbolic or hard; a name in the folder that no file has yet counts too. Throws
+// std::filesystem::filesystem_error when the machine refuses.
 inline constexpr std::string_view kOwnFile = "这是程序自己的数据文件，请换一个文件名！";
 [[nodiscard]] bool isOwnFile(const Home& home, const std::filesystem::path& file);
 
@@ -66,10 +67,10 @@ enum class Mended {
   was_damaged   // the same
 };
 
-// Makes sure that a sound store stands in a folder that this process has locked. A missing or damaged one comes
-// back from the backup, and the desk says so; a folder with neither gets a new store with factory rows, and where
-// profiles show that there was one, the desk tells what is lost. Nothing when that can't be done, or when the
-// store is a newer program's: the desk has told it, and nothing was touched. Throws
+// Makes sure that a sound store stands in a folder that this process has locked. A missing or damaged one
+// comes back from the backup, and the desk says so; a folder with neither gets a new store with factory rows,
+// and where profiles show that there was one, the desk tells what is lost. Nothing when that can't be done,
+// or when the store is a newer program's: the desk has told it, and nothing was touched. Throws
 // std::filesystem::filesystem_error when something that is no file stands in the place of store, backup or
 // template, and StoreFailure.
 [[nodiscard]] std::optional<Mended> secureStore(const Home& home, Desk& desk,

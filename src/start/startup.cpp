@@ -73,8 +73,8 @@ StartStep ProgramStart::compaction() {
 
 StartStep ProgramStart::sizeGuard() {
   return {"size guard", [this] {
-            // An older backup would lose what came after it, and a refused copy is no reason to end the start: the
-            // store stands as it was.
+            // An older backup would lose what came after it, and a refused copy is no reason to end the
+            // start: the store stands as it was.
             if (!compaction_ || !compaction_->backup_refreshed ||
                 std::filesystem::file_size(home_.mainDb()) <= kLargestMainDb)
               return true;

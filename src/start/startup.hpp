@@ -59,8 +59,8 @@ class ProgramStart {
   [[nodiscard]] StartStep singleInstance();
   // A sound store, from the backup if need be.
   [[nodiscard]] StartStep databasePresence();
-  // Refreshes the backup and compacts. What goes wrong is told, stands in compactionResult() and doesn't end the
-  // start.
+  // Refreshes the backup and compacts. What goes wrong is told, stands in compactionResult() and doesn't end
+  // the start.
   [[nodiscard]] StartStep compaction();
   // Puts the backup in the place of a store that is still larger than kLargestMainDb: only one refreshed by
   // this start, so that nothing newer is lost. A refusal of the machine is told and doesn't end the start.

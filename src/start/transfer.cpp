@@ -137,8 +137,8 @@ ArchiveState stateOf(StoreState store) {
   return store == StoreState::sound ? ArchiveState::sound : ArchiveState::damaged;
 }
 
-// Whether a store stands that can't be opened any more: no reason against a restore. Nothing, told, for the store of
-// a newer program.
+// Whether a store stands that can't be opened any more: no reason against a restore. Nothing, told, for the
+// store of a newer program.
 std::optional<bool> findDamaged(const Home& home, Desk& desk, FileSystem& files) {
   if (!files.exists(home.mainDb())) return false;
   const StoreState standing = checkStore(home.mainDb());
@@ -198,7 +198,8 @@ void finishRestore(const Home& home, FileSystem& files) {
   const fs::path waiting = waitingFolder(home);
   if (!files.exists(waiting)) return;
   const fs::path store = waiting / home.mainDb().filename();
-  // The store goes first, and only behind everything old: where it has gone, the profiles in the home are new.
+  // The store goes first, and only behind everything old: where it has gone, the profiles in the home are
+  // new.
   if (files.exists(store)) {
     for (const fs::path& profile : home.profiles()) removeWithJournal(profile, files);
     files.remove(fs::path(home.mainDb()) += "-journal");

@@ -1,5 +1,5 @@
-// A file that carries whole files from one computer to another: a database of its own format with the bytes of each
-// and a checksum over them, so that damage on the way is seen before anything is put in place.
+// A file that carries whole files from one computer to another: a database of its own format with the bytes
+// of each and a checksum over them, so that damage on the way is seen before anything is put in place.
 #pragma once
 
 #include <filesystem>
@@ -16,9 +16,9 @@ struct ArchivedFile {
   std::string bytes;
 };
 
-// Writes the files into a new archive at `path`, whole or not at all, readable by its owner only. False when the
-// user stopped it; then, and where it throws (StoreFailure, std::filesystem::filesystem_error), `path` stays as
-// it was.
+// Writes the files into a new archive at `path`, whole or not at all, readable by its owner only. False when
+// the user stopped it; then, and where it throws (StoreFailure, std::filesystem::filesystem_error), `path`
+// stays as it was.
 [[nodiscard]] bool writeArchive(const std::filesystem::path& path, const std::vector<ArchivedFile>& archived,
                                 Desk& desk, FileSystem& files = realFiles());
 

@@ -11,8 +11,8 @@
 
 namespace lotmere {
 
-// The sums of a draw that are kept, in the order of the cells of 前2期和值相同组: tails, digit roots, big, small, odd,
-// even, all.
+// The sums of a draw that are kept, in the order of the cells of 前2期和值相同组: tails, digit roots, big,
+// small, odd, even, all.
 inline constexpr int kKeptSums = 7;
 
 struct PastDraw {

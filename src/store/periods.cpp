@@ -103,4 +103,9 @@ std::optional<StoredDraw> findDraw(Store& store, PeriodNo period) {
   return readDraw(rows);
 }
 
+std::int64_t countDraws(Store& store, const PeriodRange& range) {
+  return store.value(R"(SELECT count(*) FROM "历史记录" WHERE "期号">=? AND "期号"<=?)", range.from,
+                     range.to);
+}
+
 }  // namespace lotmere

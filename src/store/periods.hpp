@@ -19,13 +19,16 @@ struct PeriodRange {
   PeriodNo to = 0;
 };
 
-// A period as a user types it on any face: the one that parsePeriod() reads. Nothing, told in one line, for any
-// other text, an empty one as well.
+// A period as a user types it on any face: the one that parsePeriod() reads. Nothing, told in one line, for
+// any other text, an empty one as well.
 [[nodiscard]] std::optional<PeriodNo> readPeriod(Desk& desk, std::string_view text);
 
 // The newest and the oldest period; kDefaultPeriod with an empty history.
 [[nodiscard]] PeriodNo latestPeriod(Store& store);
 [[nodiscard]] PeriodNo firstPeriod(Store& store);
+
+// How many draws a range of periods has.
+[[nodiscard]] std::int64_t countDraws(Store& store, const PeriodRange& range);
 
 // The n-th draw (n from 1) before a period, or the oldest one where fewer stand; kDefaultPeriod with none.
 [[nodiscard]] PeriodNo periodsBack(Store& store, PeriodNo period, int n);
@@ -37,8 +40,9 @@ struct PeriodRange {
 inline constexpr Date kNoDrawDate{std::chrono::December / 31 / 9999};
 [[nodiscard]] Date latestDrawDate(Store& store);
 
-// The day of the draw that comes next, which the date field of the entry proposes at first and after every change
-// of the draws: the first draw day after the newest draw; with an empty history the first one from `today` on.
+// The day of the draw that comes next, which the date field of the entry proposes at first and after every
+// change of the draws: the first draw day after the newest draw; with an empty history the first one from
+// `today` on.
 [[nodiscard]] Date upcomingDrawDate(Store& store, Date today);
 
 // The period that prompts propose: the last one + 1; or the first one of the year of `entry_date` (the date
@@ -46,8 +50,8 @@ inline constexpr Date kNoDrawDate{std::chrono::December / 31 / 9999};
 [[nodiscard]] PeriodNo nextPeriod(Store& store, Date entry_date);
 
 // The numbers of a draw as every reader of the history takes them: six reds, and the blue behind them, from
-// column `first` of a row on. A row that was damaged or that another program wrote may hold anything; what isn't a
-// number of the game counts as 0, the missing number.
+// column `first` of a row on. A row that was damaged or that another program wrote may hold anything; what
+// isn't a number of the game counts as 0, the missing number.
 [[nodiscard]] Reds readReds(const Query& row, int first);
 [[nodiscard]] DrawNumbers readNumbers(const Query& row, int first);
 

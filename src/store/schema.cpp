@@ -141,8 +141,8 @@ void createCombinations(SQLite::Database& db) {
       "\"值min\" INTEGER NOT NULL, \"值max\" INTEGER NOT NULL)");
 }
 
-// The combination filters in the order of their turns: the history column, the switch and the cells of its shape
-// filter.
+// The combination filters in the order of their turns: the history column, the switch and the cells of its
+// shape filter.
 void fillCombinations(SQLite::Database& db) {
   SQLite::Statement add(db, "INSERT INTO \"组合过滤\" VALUES (?, ?, ?, ?, ?)");
   for (int turn = 0; turn < kTurnCount; ++turn) {
@@ -241,8 +241,8 @@ void fillAddedColumn(SQLite::Database& db, const ColumnDefinition& column, SQLit
   }
 }
 
-// Columns, then rows by their key, that a store of this version has and the other lacks. A version number that a
-// flipped bit made older finds them there already.
+// Columns, then rows by their key, that a store of this version has and the other lacks. A version number
+// that a flipped bit made older finds them there already.
 void addWhatIsMissing(SQLite::Database& db) {
   SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   createSchema(fresh);
@@ -348,7 +348,8 @@ void upgradeSchema(SQLite::Database& db) {
     throw SQLite::Exception(fmt::format("unknown schema version {}", version));
   addWhatIsMissing(db);
   if (version < 3) {
-    // An older program left the interval counts of the draws behind after some ways of changing the intervals.
+    // An older program left the interval counts of the draws behind after some ways of changing the
+    // intervals.
     db.exec("UPDATE \"用户模式\" SET \"区间待统计\"=max(\"区间待统计\", 1)");
     // Nobody knows who set a range that is in use: it stays.
     db.exec("UPDATE \"历史数据过滤\" SET \"自选范围\"=1 WHERE \"使用状态\"=1");

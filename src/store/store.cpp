@@ -17,8 +17,6 @@ namespace {
 constexpr int kBusyTimeoutMs = 2000;
 constexpr int kHighestVersion = 255;  // above it no version stands but flipped bits
 
-int storedVersion(SQLite::Database& db) { return db.execAndGet("PRAGMA user_version").getInt(); }
-
 void bringUpToDate(SQLite::Database& db) {
   if (storedVersion(db) == schemaVersion()) return;
   SQLite::Transaction change(db, SQLite::TransactionBehavior::IMMEDIATE);
@@ -26,7 +24,8 @@ void bringUpToDate(SQLite::Database& db) {
   change.commit();
 }
 
-// Every column of every table: its table, name, type and constraints. Its place doesn't count: an upgrade adds at the end.
+// Every column of every table: its table, name, type and constraints. Its place doesn't count: an upgrade
+// adds at the end.
 std::set<std::string> allColumns(SQLite::Database& db) {
   SQLite::Statement row(
       db,
@@ -125,6 +124,18 @@ StoreChange::~StoreChange() {
 void StoreChange::commit() {
   db_.exec(outermost_ ? "COMMIT" : "RELEASE change");
   done_ = true;
+}
+
+int storedVersion(SQLite::Database& db) { return db.execAndGet("PRAGMA user_version").getInt(); }
+
+std::vector<std::pair<std::string, std::int64_t>> tableSizes(Store& store) {
+  std::vector<std::pair<std::string, std::int64_t>> sizes;
+  SQLite::Statement names(store.db(), "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
+  while (names.executeStep()) {
+    const std::string name = names.getColumn(0).getString();
+    sizes.emplace_back(name, store.db().execAndGet("SELECT count(*) FROM " + sqlName(name)).getInt64());
+  }
+  return sizes;
 }
 
 void setStorePragmas(SQLite::Database& db) {

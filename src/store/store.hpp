@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "base/platform.hpp"
 
@@ -49,8 +51,8 @@ class Query {
 
 class Store {
  public:
-  // Opens an existing store. Brings an older schema up to date in one transaction. Throws StoreFailure when the
-  // file is missing, damaged or of a newer program.
+  // Opens an existing store. Brings an older schema up to date in one transaction. Throws StoreFailure when
+  // the file is missing, damaged or of a newer program.
   explicit Store(const std::filesystem::path& path);
 
   // Writes a new store with factory rows to `path`, whole or not at all, readable by its owner only.
@@ -92,11 +94,17 @@ class StoreChange {
   bool done_ = false;
 };
 
+// The schema version that a database says it has.
+[[nodiscard]] int storedVersion(SQLite::Database& db);
+// Every table with the number of its rows, by name.
+[[nodiscard]] std::vector<std::pair<std::string, std::int64_t>> tableSizes(Store& store);
+
 // Settings that every connection of the program works with; a commit survives a power failure.
 void setStorePragmas(SQLite::Database& db);
 
-// What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken, that lacks
-// a table or column, or that was never a store; or the store of a newer program, which is nobody's to replace.
+// What the engine finds a file to be: a whole store of a known schema; a file whose pages are broken, that
+// lacks a table or column, or that was never a store; or the store of a newer program, which is nobody's to
+// replace.
 enum class StoreState { sound, damaged, newer };
 // A profile and its template hold only the tables of a user.
 enum class StoreKind { main, profile };

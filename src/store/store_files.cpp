@@ -92,7 +92,8 @@ void compactInPlace(const fs::path& path, FileSystem& files) {
   NewFile file(path, files);
   workOn(path, [&] {
     SQLite::Database source = openSource(path);
-    // The new file is written the way the old one is, which it needn't; the old one is only read from here on.
+    // The new file is written the way the old one is, which it needn't; the old one is only read from here
+    // on.
     source.exec("PRAGMA synchronous = OFF");
     SQLite::Statement vacuum(source, "VACUUM INTO ?");
     vacuum.bind(1, file.path().string());

@@ -12,8 +12,8 @@
 
 namespace lotmere {
 
-// Makes a database file at `path`: `fill` writes it, in one transaction, as a new file beside `path`, which then
-// takes its place. Throws what `fill` or the machine throws and leaves `path` as it was.
+// Makes a database file at `path`: `fill` writes it, in one transaction, as a new file beside `path`, which
+// then takes its place. Throws what `fill` or the machine throws and leaves `path` as it was.
 void writeDatabase(const std::filesystem::path& path, FileSystem& files,
                    const std::function<void(SQLite::Database&)>& fill);
 
@@ -42,8 +42,8 @@ CompactResult compactMainDb(const std::filesystem::path& path, const std::filesy
 // What a compaction left undone, in one line for the user; empty when nothing.
 [[nodiscard]] std::string undoneText(const CompactResult& result);
 
-// Copies a file to the first free of the names "FILE" + suffix, "FILE" + suffix + "2", ... and returns that name.
-// Throws when the machine refuses; half a copy is removed then.
+// Copies a file to the first free of the names "FILE" + suffix, "FILE" + suffix + "2", ... and returns that
+// name. Throws when the machine refuses; half a copy is removed then.
 std::filesystem::path keepCopy(const std::filesystem::path& path, const char* suffix, FileSystem& files);
 
 // Copies a damaged file to the first free of the names "FILE.damaged", "FILE.damaged2", ...: what it still

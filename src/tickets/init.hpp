@@ -23,12 +23,12 @@ struct InitResult {
   std::int64_t rows = 0;  // rows of the period at the end
 };
 
-// Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other periods are
-// removed. Rows of the same period are asked about before anything is changed, unless `existing` says it: they are
-// removed or kept (then the new `序号` start at 1 all the same, and IDs go on behind the highest), or the user
-// cancels. A cancel, a period below 1 and a selection without a ticket change nothing, rows of other periods
-// included. Everything is one change of the store: a crash leaves the tables as they were; a stop keeps the rows
-// written so far and tells nothing.
+// Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other
+// periods are removed. Rows of the same period are asked about before anything is changed, unless `existing`
+// says it: they are removed or kept (then the new `序号` start at 1 all the same, and IDs go on behind the
+// highest), or the user cancels. A cancel, a period below 1 and a selection without a ticket change nothing,
+// rows of other periods included. Everything is one change of the store: a crash leaves the tables as they
+// were; a stop keeps the rows written so far and tells nothing.
 InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing existing = Existing::ask);
 
 template <class Visit>

@@ -15,8 +15,8 @@ namespace lotmere {
 
 inline constexpr std::size_t kPrizeTiers = 6;
 
-// What a ticket has in common with a draw: 0 to 6 reds, the blue or not. A red that stands twice on an imported
-// ticket counts twice.
+// What a ticket has in common with a draw: 0 to 6 reds, the blue or not. A red that stands twice on an
+// imported ticket counts twice.
 struct Hits {
   int reds = 0;
   int blue = 0;
@@ -37,10 +37,10 @@ struct CheckResult {
 // "开奖核对结果如下——" and a line a tier, each followed by an empty line.
 [[nodiscard]] std::string tallyText(const CheckResult& result);
 
-// Writes `红球中` and `蓝球中` of every ticket of the period, whatever its marks, in one change, and appends the
-// tally to the running text. Refuses when the draw isn't stored or the period has no tickets: no row changes
-// then. Serves the desk and can't be stopped. Throws SQLite::Exception when the store refuses; what had been
-// written is undone.
+// Writes `红球中` and `蓝球中` of every ticket of the period, whatever its marks, in one change, and appends
+// the tally to the running text. Refuses when the draw isn't stored or the period has no tickets: no row
+// changes then. Serves the desk and can't be stopped. Throws SQLite::Exception when the store refuses; what
+// had been written is undone.
 [[nodiscard]] CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period);
 
 // The command "开奖核对": checks, tells a refusal, and tells the end when any number at all was hit.

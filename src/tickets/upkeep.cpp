@@ -1,5 +1,7 @@
 #include "tickets/upkeep.hpp"
 
+#include "store/ticket_table.hpp"
+
 namespace lotmere {
 
 PeriodNo firstTicketPeriod(Store& store) {
@@ -8,7 +10,7 @@ PeriodNo firstTicketPeriod(Store& store) {
 }
 
 void clearTickets(Store& store, Desk& desk) {
-  store.query(R"(DELETE FROM "日志表")").run();
+  deleteAllTickets(store);
   desk.runningText().appendLine("表格中号码全部删除已完成．");
 }
 

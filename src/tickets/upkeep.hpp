@@ -16,7 +16,8 @@ enum class Existing { ask, keep, replace };
 // Deletes all tickets and adds a line to the running text.
 void clearTickets(Store& store, Desk& desk);
 
-// Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they go.
+// Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they
+// go.
 bool clearAllTickets(Store& store, Desk& desk);
 
 }  // namespace lotmere

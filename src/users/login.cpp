@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "store/row_copy.hpp"
 #include "store/store_files.hpp"
+#include "store/ticket_table.hpp"
 #include "users/accounts.hpp"
 #include "users/profile.hpp"
 #include "users/user_name.hpp"
@@ -42,7 +43,7 @@ bool admitsKnown(const UserDesk& at, const Credentials& user, const User& row, N
 
 // Tickets belong to whoever made them; a slip must not cost them.
 bool givesUpTickets(const UserDesk& at) {
-  const auto tickets = at.store.value(R"(SELECT count(*) FROM "日志表")");
+  const auto tickets = countAllTickets(at.store);
   if (tickets == 0) return true;
   constexpr std::array<std::string_view, 2> buttons{"清空并登录", "取消"};
   return at.desk.choose(fmt::format("登录会清空现有的 {} 注号码。", tickets), buttons, 1) == 0;
@@ -73,8 +74,9 @@ void makeUser(const UserDesk& at, const Credentials& user) {
   restoreFactoryRows(at.store);  // also where a profile is read then: it may lack what this version knows
 }
 
-// The first profile of a new user. It comes behind the change: a file that lay there before a user does would be
-// taken for somebody else's. Until it is written the settings stand in the store, whose current user this is.
+// The first profile of a new user. It comes behind the change: a file that lay there before a user does would
+// be taken for somebody else's. Until it is written the settings stand in the store, whose current user this
+// is.
 void saveFirstProfile(const UserDesk& at, const std::string& name) {
   try {
     static_cast<void>(saveProfile(at.store, at.home, at.desk, name, at.files));
@@ -89,7 +91,7 @@ std::vector<std::string> userLogin(const UserDesk& at, const std::string& name, 
   if (settings == FirstSettings::profile) restoreProfile(at.store, at.home, at.desk, name, at.files);
   setCurrentUser(at.store, name);
   auto idle = removeIdleUsers(at.store, at.today);
-  at.store.query(R"(DELETE FROM "日志表")").run();
+  deleteAllTickets(at.store);
   return idle;
 }
 

@@ -12,19 +12,21 @@ namespace lotmere {
 // What becomes of a name that nobody has: only somebody who said so makes a user, a slip doesn't.
 enum class NewUser { refused, asked, made };
 
-// The login button. Blanks around name and password are cut. The guest needs no password; an unknown name becomes
-// a new user with the factory conditions, as far as `new_user` lets it. Asked before anything changes:
+// The login button. Blanks around name and password are cut. The guest needs no password; an unknown name
+// becomes a new user with the factory conditions, as far as `new_user` lets it. Asked before anything
+// changes:
 //
 //   - whether to take the settings of a profile that lies there under a new user's name already; on no its file
 //     is kept under a free name (NAME.uLotmere.old, .old2, ...);
 //   - whether to empty the tickets that stand, which belong to whoever made them.
 //
-// What stands against the login is told, and nothing changes then. The settings of the session before are saved and
-// passwords of an older version hashed (see hashPlainPasswords); the new user's settings then take their place,
-// idle users go, and all tickets are deleted, in one change. True: currentUser() is the new one.
+// What stands against the login is told, and nothing changes then. The settings of the session before are
+// saved and passwords of an older version hashed (see hashPlainPasswords); the new user's settings then take
+// their place, idle users go, and all tickets are deleted, in one change. True: currentUser() is the new one.
 [[nodiscard]] bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user = NewUser::refused);
 
-// Goes on with the session of the current user, tickets and all, or logs in as above when another one is current.
+// Goes on with the session of the current user, tickets and all, or logs in as above when another one is
+// current.
 [[nodiscard]] bool resumeSession(const UserDesk& at, const Credentials& typed);
 
 // Saves the settings of the current user to their profile; nothing to do for the guest or for nobody. False

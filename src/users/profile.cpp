@@ -33,8 +33,8 @@ std::string encodeFileName(std::string_view name) {
   return text;
 }
 
-// The template holds nothing that isn't in the store: each filling makes it anew, so that one that is broken or
-// falls short is mended too.
+// The template holds nothing that isn't in the store: each filling makes it anew, so that one that is broken
+// or falls short is mended too.
 void refillTemplate(Store& store, const fs::path& path, FileSystem& files) {
   std::vector<TableRows> tables;
   for (const KeyedTable& table : profileTables())
@@ -45,8 +45,8 @@ void refillTemplate(Store& store, const fs::path& path, FileSystem& files) {
   });
 }
 
-// Copies the tables of a profile one by one, each whole or not at all. What the file lacks, as that of an older version
-// does, takes its factory value. False when the file breaks off.
+// Copies the tables of a profile one by one, each whole or not at all. What the file lacks, as that of an
+// older version does, takes its factory value. False when the file breaks off.
 bool copyProfile(Store& store, const fs::path& path) {
   try {
     const bool sound = checkStore(path, StoreKind::profile) != StoreState::damaged;

@@ -19,8 +19,8 @@ namespace lotmere {
 [[nodiscard]] std::filesystem::path profileFile(const Home& home, std::string_view name);
 
 // Fills the template with the working tables and puts a copy of it in the place of the user's file: after a
-// failure or a power cut either the old or the new file stands. False, told through the desk, when the template
-// is missing. Throws when the store or the machine refuses.
+// failure or a power cut either the old or the new file stands. False, told through the desk, when the
+// template is missing. Throws when the store or the machine refuses.
 [[nodiscard]] bool saveProfile(Store& store, const Home& home, Desk& desk, std::string_view name,
                                FileSystem& files = realFiles());
 

@@ -5,7 +5,8 @@
 
 namespace lotmere {
 
-// Whether a text shows nothing: it is empty or holds only blanks and invisible characters, of whatever script.
+// Whether a text shows nothing: it is empty or holds only blanks and invisible characters, of whatever
+// script.
 [[nodiscard]] bool isBlankName(std::string_view name);
 
 // Whether a new user can have this name: UTF-8, not blank, without characters that steer the text instead of

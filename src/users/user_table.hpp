@@ -44,9 +44,9 @@ void deleteUser(Store& store, std::string_view name);
 // The day of the last login becomes today; it never moves backwards, whatever the machine's clock says.
 void renewLogin(Store& store, std::string_view name, Date today);
 
-// Removes the rows of all idle users but the guest, and gives their names. Nobody is removed by a day that may be
-// a wrong clock's: where no draw is stored, where the newest draw or any login lies after it, or where the newest
-// draw lies more than a year before it.
+// Removes the rows of all idle users but the guest, and gives their names. Nobody is removed by a day that
+// may be a wrong clock's: where no draw is stored, where the newest draw or any login lies after it, or where
+// the newest draw lies more than a year before it.
 std::vector<std::string> removeIdleUsers(Store& store, Date today);
 
 // Whose settings stand in the working tables (`CurrentUser`); empty when that is nobody: in single-user mode,

@@ -1,4 +1,5 @@
-// What the ticket commands do with tickets and files that stand already, and how they end when they are stopped.
+// What the ticket commands do with tickets and files that stand already, and how they end when they are
+// stopped.
 #include "cli/desk_terminal.hpp"
 #include "cli_home.hpp"
 

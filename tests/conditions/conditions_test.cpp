@@ -211,7 +211,8 @@ TEST_F(Summary, TellsEverySettingInItsLine) {
       << text;
 }
 
-// Each condition alone with its second cell allowed: its line changes and no other, in the order of the lines.
+// Each condition alone with its second cell allowed: its line changes and no other, in the order of the
+// lines.
 TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
   // Those that have a line while they are off, too; the others stand behind them while they are on.
   std::vector<UsageId> order{5, 6, 7, 8, 9, 10, 12, 14, 16, 17, 18, 19, 37, 38, 39, 40, 41, 42, 44, 45, 43};

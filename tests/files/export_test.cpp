@@ -113,7 +113,8 @@ TEST_F(Export, IsRefusedByWhatIsNoFileOfTheUsers) {
   ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(path("folder"));
   std::filesystem::create_symlink("pipe", path("to pipe"));
-  // A device of the test's own: a guard that fails must not cost the machine one. Who can't make one can't replace one.
+  // A device of the test's own: a guard that fails must not cost the machine one. Who can't make one can't
+  // replace one.
   const bool own = ::mknod(path("device").c_str(), S_IFCHR | 0600, makedev(1, 3)) == 0;
   const std::string device = own ? "device" : "/dev/null";
   std::filesystem::create_symlink(device, path("to device"));

@@ -23,7 +23,8 @@ from kill_test import DRAWS, STORE, TEMPLATE, Prepared, copy_home, find_fault, m
 PAGE = 4096
 
 
-# What becomes of the store's bytes (None: the file goes), and whose unfinished change leaves a journal beside it.
+# What becomes of the store's bytes (None: the file goes), and whose unfinished change leaves a journal beside
+# it.
 DAMAGES = [("cut to nothing", lambda data: b"", None), ("cut in its first page", lambda data: data[:50], None),
            ("cut in half", lambda data: data[:len(data) // 2], None),
            ("without its last page", lambda data: data[:-PAGE], None),

@@ -42,8 +42,8 @@ void putDraws(Store& store, std::mt19937& random) {
 void putSettings(Store& store, std::mt19937& random) {
   StoreChange change(store);
   test::putConditions(store, random, 100 / pick(random, 2, 20), pick(random, 80, 99));
-  // All kinds together leave little, so most trials have a part of the switches only. What few tickets meet needs
-  // trials of its own: an earlier draw that comes again, and turns behind the places alone.
+  // All kinds together leave little, so most trials have a part of the switches only. What few tickets meet
+  // needs trials of its own: an earlier draw that comes again, and turns behind the places alone.
   const int from = pick(random, 1, 300), to = from + pick(random, 20, 460);
   store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
       .bind(from, to)
@@ -130,7 +130,8 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
 }
 
-// Dropped at each look that the reading and the count take: they give nothing, look no more, and the next is whole.
+// Dropped at each look that the reading and the count take: they give nothing, look no more, and the next is
+// whole.
 TEST_F(Live, IsDroppedAtAnyLook) {
   test::putTickets(store_, random_, 300);
   test::putConditions(store_, random_, 60, 99);

@@ -15,7 +15,8 @@ namespace lotmere::test {
 void putHistory(Store& store, std::mt19937& random, int count) {
   StoreChange change(store);
   store.query(R"(DELETE FROM "历史记录")").run();
-  // Gaps and a change of the year stand between the draws, and with an odd count a gap in front of the period.
+  // Gaps and a change of the year stand between the draws, and with an odd count a gap in front of the
+  // period.
   const PeriodNo newest = kPeriod - 1 - 4 * (count % 2);
   for (int i = 0; i < count; ++i)
     putDraw(store, i < 3 ? newest - 2 * i : 2025150 - 3 * i, "2026-01-01", randomNumbers(random));

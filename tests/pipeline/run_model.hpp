@@ -1,5 +1,6 @@
 // The run as the game's rules tell it: every pass walks plain rows one by one, and every figure is worked out
-// from the tables anew; span, gap, runs and AC have a model of their own in core. Slow and short, to compare the real run with.
+// from the tables anew; span, gap, runs and AC have a model of their own in core. Slow and short, to compare
+// the real run with.
 #pragma once
 
 #include <string>

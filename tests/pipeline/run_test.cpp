@@ -219,7 +219,8 @@ class Thin : public test::StoreTest {
   StepWatcher nobody_;
 };
 
-// A stop between two blocks: what was judged is settled, what wasn't reached stands behind it, in its old order.
+// A stop between two blocks: what was judged is settled, what wasn't reached stands behind it, in its old
+// order.
 TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
   constexpr std::size_t rows = 20'000;
   TicketSet left = tickets(rows);
@@ -242,7 +243,8 @@ TEST_F(Thin, AStopBetweenBlocksLeavesTheRestAsItStood) {
   }
 }
 
-// Each step judged by itself: a ticket that the walk leaves fails none, one that it removes fails at least one.
+// Each step judged by itself: a ticket that the walk leaves fails none, one that it removes fails at least
+// one.
 TEST_F(Thin, JudgingTellsWhatTheWalkRemoves) {
   std::mt19937 random(40 + GTEST_FLAG_GET(random_seed));
   for (int trial = 0; trial < 20; ++trial) {

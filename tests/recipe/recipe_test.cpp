@@ -1,5 +1,5 @@
-// The recipes of the developer documents, followed: the tables that this program is built with have one row more each,
-// tests/recipe/condition_row.txt and statistic_row.txt, and nothing else differs.
+// The recipes of the developer documents, followed: the tables that this program is built with have one row
+// more each, tests/recipe/condition_row.txt and statistic_row.txt, and nothing else differs.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 

@@ -20,8 +20,8 @@
 namespace lotmere::ui::test {
 namespace {
 
-// Types a name into the box and texts into the lines of a dialog, and presses a button of it; whether that was
-// the end of the dialog.
+// Types a name into the box and texts into the lines of a dialog, and presses a button of it; whether that
+// was the end of the dialog.
 bool fill(QDialog& dialog, const char* box, const char* name,
           std::initializer_list<std::pair<const char*, const char*>> lines, const char* button) {
   partOf<QComboBox>(dialog, box).setCurrentText(QString::fromUtf8(name));

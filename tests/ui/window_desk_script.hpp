@@ -1,5 +1,5 @@
-// The desk of the window with a script of answers in the place of dialogs, and a record of what was said. Jobs
-// and their bars are the real ones.
+// The desk of the window with a script of answers in the place of dialogs, and a record of what was said.
+// Jobs and their bars are the real ones.
 #pragma once
 
 #include <deque>
@@ -14,7 +14,8 @@ namespace lotmere::ui {
 
 class ScriptedWindowDesk : public WindowDesk {
  public:
-  // Answers, first to last; a question without one throws std::logic_error, so that no test answers by accident.
+  // Answers, first to last; a question without one throws std::logic_error, so that no test answers by
+  // accident.
   std::deque<bool> answers;                           // of ask()
   std::deque<std::optional<std::size_t>> choices;     // of choose(); nothing stands for Esc or the close box
   std::deque<std::optional<std::string>> texts;       // of askText(); an empty entry stands for cancel

@@ -65,7 +65,8 @@ class DrivenTest : public testing::Test {
 
 class WindowTest : public DrivenTest {
  protected:
-  // A home whose newest draw stands, so that a start asks nothing but who the user is, where there are several.
+  // A home whose newest draw stands, so that a start asks nothing but who the user is, where there are
+  // several.
   void settleHome(UserMode mode = UserMode::single) {
     lotmere::test::putDraw(home_.store(), 2026090, "2026-08-18", {{1, 2, 3, 4, 5, 6}, 7});
     ASSERT_TRUE(chooseUserMode(home_.store(), mode));

@@ -24,7 +24,8 @@ using std::chrono::days;
 constexpr Date kToday{std::chrono::year{2026} / 8 / 20};
 const std::string kWrong = "密码错误！(注意大小写区分)";
 
-// A home in multi-user mode with a draw of two days ago, the users 甲 and 乙 besides the guest, and 丙, who is in.
+// A home in multi-user mode with a draw of two days ago, the users 甲 and 乙 besides the guest, and 丙, who
+// is in.
 struct Shop {
   TempHome temp;
   Store& store = temp.store();
@@ -234,8 +235,8 @@ TEST(Users, NamesShowThemselvesAndSteerNothing) {
       // what steers
       "a\x07", "a\x7f", "a\u0085", "a\u009b31m", "甲\u200e", "\u202e甲", "甲\u2066乙\u2069", "\u061c甲",
       "甲\u00ad乙", "甲\u200b乙", "甲\u2028乙", "甲\u2029", "甲\U000e0041",
-      // no text: cut short, two longer forms of A, half a pair, above the last character, what begins none, and 甲
-      // in another encoding
+      // no text: cut short, two longer forms of A, half a pair, above the last character, what begins none,
+      // and 甲 in another encoding
       "\xff", "甲\xe4\xb9", "\xc1\x81", "\xe0\x81\x81", "\xed\xa0\x80", "\xf4\x90\x80\x80",
       "\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80\x80", "\xbc\xd7"};
   for (const std::string_view name : bad) EXPECT_FALSE(isUserName(name)) << testing::PrintToString(name);

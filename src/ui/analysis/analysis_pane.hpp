@@ -1,5 +1,5 @@
-// The area beside the pad (`picTuobiao`): the condition sheet as its first view, the omission analysis or the count
-// chart, one at a time.
+// The area beside the pad (`picTuobiao`): the condition sheet as its first view, the omission analysis or the
+// count chart, one at a time.
 #pragma once
 
 #include <QStackedWidget>

@@ -12,7 +12,8 @@
 
 namespace lotmere::ui {
 
-// The grid of an axis of counts from 0 on: lines `step` apart, the last one above the highest bar and its label.
+// The grid of an axis of counts from 0 on: lines `step` apart, the last one above the highest bar and its
+// label.
 struct CountGrid {
   int step = 1;  // 1, 2 or 5, or these with zeros
   int lines = 1;

@@ -80,8 +80,8 @@ void CountBars3D::showRows(BallColour balls, const std::vector<CountRow>& rows, 
   applyColours();
 }
 
-// The camera looks at the floor: bars would fill the upper half alone. A view that reaches out of the window below
-// brings the floor down.
+// The camera looks at the floor: bars would fill the upper half alone. A view that reaches out of the window
+// below brings the floor down.
 void CountBars3D::lowerView() {
   const QSize window = graph_->size();
   if (graph_->scene()->viewport().height() == window.height())

@@ -26,8 +26,8 @@ class CountChart : public QWidget {
   void open(BallColour balls);
   // Counts the chosen balls in the chosen span and shows that.
   void showCounts();
-  // Offers the stored periods, the newest ten draws chosen; a chart in front is counted anew, any other one when
-  // it is opened.
+  // Offers the stored periods, the newest ten draws chosen; a chart in front is counted anew, any other one
+  // when it is opened.
   void loadPeriods();
 
  Q_SIGNALS:

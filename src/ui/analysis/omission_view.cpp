@@ -135,7 +135,8 @@ void OmissionView::open(BallColour balls) {
   showOmission();
 }
 
-// Enter on a listed period comes twice, from the list and from its line: the second time it stands in the chart.
+// Enter on a listed period comes twice, from the list and from its line: the second time it stands in the
+// chart.
 void OmissionView::analyseChoice() {
   const Omission* current = chart_->omission();
   if (current != nullptr && static_cast<int>(current->balls) == balls_->currentIndex() &&
@@ -159,7 +160,8 @@ void OmissionView::showOmission() {
     chart_->clear();
 }
 
-// What the list holds is a period, whatever its number; what is typed has to look like one. An empty history has none.
+// What the list holds is a period, whatever its number; what is typed has to look like one. An empty history
+// has none.
 std::optional<PeriodNo> OmissionView::chosenPeriod() {
   const QString text = period_->currentText();
   if (period_->findText(text) >= 0) return text.toInt();

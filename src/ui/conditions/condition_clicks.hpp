@@ -31,8 +31,8 @@ class ConditionClicks : public QObject {
   // What a box lets through, worked out from values alone.
   using Measure =
       std::function<std::optional<Strength>(const ConditionSet&, const DrawTable&, PeriodNo next)>;
-  // Gives a box its tip: lines of its own at once, and how much it lets through as soon as that is worked out beside
-  // the window. `measure` says what is worked out for the box as it stands.
+  // Gives a box its tip: lines of its own at once, and how much it lets through as soon as that is worked out
+  // beside the window. `measure` says what is worked out for the box as it stands.
   void setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure);
   // The same for the box of a condition: its name, and the line of its current values.
   void setTip(PanelBox& panel, const std::function<Condition()>& condition);

@@ -1,5 +1,5 @@
-// The number pad: a ball for each red and blue, picked as 拖码 or 胆码 by a click, with the marks of the numbers
-// that are unlikely for the coming draw.
+// The number pad: a ball for each red and blue, picked as 拖码 or 胆码 by a click, with the marks of the
+// numbers that are unlikely for the coming draw.
 #pragma once
 
 #include <QAbstractButton>

@@ -1,5 +1,5 @@
-// The pages of `TabStrip_TiaoJian` that show one or several lists: single conditions, pairs of counts, the four
-// intervals, shapes. One page serves all tabs of its kinds.
+// The pages of `TabStrip_TiaoJian` that show one or several lists: single conditions, pairs of counts, the
+// four intervals, shapes. One page serves all tabs of its kinds.
 #pragma once
 
 #include <QLabel>

@@ -21,8 +21,8 @@ class HistoryModel : public QAbstractTableModel {
  public:
   explicit HistoryModel(QObject* parent = nullptr);
 
-  // Reads the draws of a range that meet a condition into memory, in the place of those it had, and returns how
-  // many there are. Throws SQLite::Exception when the store refuses; the model has its old rows then.
+  // Reads the draws of a range that meet a condition into memory, in the place of those it had, and returns
+  // how many there are. Throws SQLite::Exception when the store refuses; the model has its old rows then.
   int load(Store& store, PeriodRange range, const SearchCondition& condition = {});
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -319,8 +319,8 @@ void HistoryPage::search() {
     throw;
   }
   if (found != 0) return grid_->showEnd(column);
-  // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name; what no draw has
-  // stays in the boxes to be corrected.
+  // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name; what no
+  // draw has stays in the boxes to be corrected.
   if (!asks) return refreshHistoryView();
   fillHistoryGrid();
   filter_edited_ = true;

@@ -24,8 +24,8 @@ class HistoryPage : public QWidget {
   // Registers its commands; shows no draws before refreshHistoryView(). The session outlives the page.
   explicit HistoryPage(Session& session, QWidget* parent = nullptr);
 
-  // Shows the newest hundred draws or all, by the option, as rows or as their distribution. What stands in the
-  // filter row is emptied with it. Throws SQLite::Exception when the store refuses.
+  // Shows the newest hundred draws or all, by the option, as rows or as their distribution. What stands in
+  // the filter row is emptied with it. Throws SQLite::Exception when the store refuses.
   void refreshHistoryView();
 
   // Proposes the date and the period of the draw that comes next.

@@ -41,8 +41,8 @@ class MainWindow : public QMainWindow {
 
   // Closes without asking.
   void endProgram();
-  // The same where the system wants it: behind the command that runs, which is asked to stop, and with the user's
-  // settings saved. The desk is ending.
+  // The same where the system wants it: behind the command that runs, which is asked to stop, and with the
+  // user's settings saved. The desk is ending.
   void endQuietly();
 
  Q_SIGNALS:

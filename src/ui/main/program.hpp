@@ -30,8 +30,9 @@ class Program {
   [[nodiscard]] Store& store() { return start_.store(); }
   [[nodiscard]] Commands& commands() { return commands_; }
 
-  // The system wants the program to end: whatever runs stops, settings are saved and the window closes, all without
-  // a question. During the start, which goes on as far as it can without an answer, the window closes behind it.
+  // The system wants the program to end: whatever runs stops, settings are saved and the window closes, all
+  // without a question. During the start, which goes on as far as it can without an answer, the window closes
+  // behind it.
   void end();
 
   // What a person would miss if the store's file were lost before the next start goes to the backup. Behind

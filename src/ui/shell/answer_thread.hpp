@@ -14,8 +14,8 @@
 
 namespace lotmere::ui {
 
-// A question works on values of its own: never on the store, nor on what the window may change. A newer question, or
-// drop(), stops the one under way, whose answer is never given.
+// A question works on values of its own: never on the store, nor on what the window may change. A newer
+// question, or drop(), stops the one under way, whose answer is never given.
 class AnswerThread : public QObject {
   Q_OBJECT
 

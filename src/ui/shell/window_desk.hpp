@@ -1,5 +1,5 @@
-// The desk of the window: messages, questions and the course of jobs behind widgets. Whatever the program asks
-// the desktop or a person goes through here, so that a test can answer ahead of time.
+// The desk of the window: messages, questions and the course of jobs behind widgets. Whatever the program
+// asks the desktop or a person goes through here, so that a test can answer ahead of time.
 #pragma once
 
 #include <QElapsedTimer>
@@ -40,16 +40,16 @@ class WindowDesk : public QObject, public Desk {
 
   // A file that the person picks to be read; empty when they cancel.
   virtual QString chooseFile(const QString& title, const QString& filter);
-  // A file that the user names to be written, with the folder and name proposed; empty when they cancel. Whoever
-  // writes asks about one that stands.
+  // A file that the user names to be written, with the folder and name proposed; empty when they cancel.
+  // Whoever writes asks about one that stands.
   virtual QString chooseNewFile(const QString& title, const QString& filter, const QString& proposed);
   // Shows a dialog until the person closes it; true when they accepted it.
   virtual bool runDialog(QDialog& dialog);
   // Hands a file or an address to the desktop's program for it; false where there is none.
   virtual bool openOutside(const QUrl& address);
 
-  // The system wants the program to end, and nobody is asked any more: open dialogs close, every question from now on
-  // is answered with its cancel, every job is asked to stop, and messages go to standard error.
+  // The system wants the program to end, and nobody is asked any more: open dialogs close, every question
+  // from now on is answered with its cancel, every job is asked to stop, and messages go to standard error.
   void beginEnd();
   [[nodiscard]] bool isEnding() const { return ending_; }
 

@@ -24,8 +24,8 @@ namespace {
 constexpr const char* kExportFile = "LotmereTemp.txt";
 constexpr int kRowHeight = 26;
 
-// The steps in the order of their buttons. The third one has no operation: its button stays hidden, and it has
-// no menu entry.
+// The steps in the order of their buttons. The third one has no operation: its button stays hidden, and it
+// has no menu entry.
 struct Step {
   const char* action;  // of the menu
   const char* button;

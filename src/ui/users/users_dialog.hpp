@@ -14,7 +14,8 @@ class UsersDialog : public QDialog {
   Q_OBJECT
 
  public:
-  // Shows the user of this name first, where there is one to be managed; the guest has neither password nor end.
+  // Shows the user of this name first, where there is one to be managed; the guest has neither password nor
+  // end.
   UsersDialog(Session& session, const QString& first, QWidget* parent);
 
  private:

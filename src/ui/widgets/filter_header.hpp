@@ -14,8 +14,8 @@ class FilterHeader : public QHeaderView {
  public:
   explicit FilterHeader(QWidget* parent = nullptr);
 
-  // Gives each column from `first` to `last` a box, named FilterText_<column>, which is made once its column comes
-  // into sight. Hidden columns have none.
+  // Gives each column from `first` to `last` a box, named FilterText_<column>, which is made once its column
+  // comes into sight. Hidden columns have none.
   void setBoxes(int first, int last);
   // What stands in the box of a column; empty for a column without one.
   [[nodiscard]] QString filter(int column) const;

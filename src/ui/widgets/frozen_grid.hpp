@@ -1,5 +1,5 @@
-// A wide table in two panes: the first columns stay at the left, the others scroll beside them. Both panes show
-// the same rows at the same height and share the selection.
+// A wide table in two panes: the first columns stay at the left, the others scroll beside them. Both panes
+// show the same rows at the same height and share the selection.
 #pragma once
 
 #include <QAbstractItemModel>

@@ -19,7 +19,8 @@ RowTable::RowTable(QWidget* parent) : QTableView(parent) {
   setEditTriggers(NoEditTriggers);
 }
 
-// A style sheet makes the viewport count as transparent, and every step of scrolling would paint all of it anew.
+// A style sheet makes the viewport count as transparent, and every step of scrolling would paint all of it
+// anew.
 bool RowTable::viewportEvent(QEvent* event) {
   if (event->type() == QEvent::Show || event->type() == QEvent::StyleChange)
     viewport()->setAutoFillBackground(true);
