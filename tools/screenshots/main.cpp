@@ -89,14 +89,12 @@ class Pictures {
   Pictures(PictureDesk& desk, const Home& home) : desk_(desk), home_(home) {}
 
   void takeAll() {
-    {
-      Program program(home_, desk_, clock_);
-      program_ = &program;
-      desk_.next = QStringLiteral("first-run");
-      if (!program.start()) throw std::runtime_error("the start came to no end");
-      program.window().resize(1240, 720);
-      takePages();
-    }
+    program_ = std::make_unique<Program>(home_, desk_, clock_);
+    desk_.next = QStringLiteral("first-run");
+    if (!program_->start()) throw std::runtime_error("the start came to no end");
+    program_->window().resize(1240, 720);
+    takePages();
+    program_.reset();
     Store(home_.mainDb()).query(R"(UPDATE "用户模式" SET "模式"=2)").run();
     Program program(home_, desk_, clock_);
     desk_.next = QStringLiteral("login");
@@ -165,7 +163,7 @@ class Pictures {
   PictureDesk& desk_;
   const Home home_;
   SampleClock clock_;
-  Program* program_ = nullptr;
+  std::unique_ptr<Program> program_;
 };
 
 int run(QApplication& application) {
