@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# clang-tidy over src, tests, bench and tools, headers included; with files as arguments, over those alone. First it has to find a
-# fault that is planted in a header: a filter that lets no header through finds nothing.
+# clang-tidy over src, tests, bench and tools, headers included; with files as arguments, over those alone.
+# First it has to find a fault that is planted in a header: a filter that lets no header through finds
+# nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

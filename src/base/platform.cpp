@@ -1,6 +1,7 @@
 #include "base/platform.hpp"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -164,14 +165,22 @@ fs::path followLinks(const fs::path& path) {
   return fs::weakly_canonical(end);
 }
 
-std::optional<std::string> readFirstLine(const fs::path& path, std::size_t longest) {
+std::optional<std::string> readFirstLine(const fs::path& path, std::size_t longest,
+                                         const std::function<bool()>& stopped) {
   const bool standard = path == "-";
-  const Descriptor file(standard ? ::dup(STDIN_FILENO) : ::open(path.c_str(), O_RDONLY | O_CLOEXEC), path);
+  // Without waiting for whoever writes into a pipe: the wait below can be stopped.
+  const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+  const Descriptor file(standard ? ::dup(STDIN_FILENO) : ::open(path.c_str(), flags), path);
+  constexpr int wait_ms = 100;
   std::string line;
   // Byte by byte: what follows in a pipe is for whoever reads next.
   for (char c = 0; line.size() <= longest;) {
+    pollfd ready{file.get(), POLLIN, 0};
+    const bool waits = ::poll(&ready, 1, wait_ms) <= 0;
+    if (stopped && stopped()) return std::nullopt;
+    if (waits) continue;
     const ssize_t n = ::read(file.get(), &c, 1);
-    if (n < 0 && errno == EINTR) continue;
+    if (n < 0 && (errno == EINTR || errno == EAGAIN)) continue;
     if (n < 0) fail("read", path);
     if (n == 0 || c == '\n') return line;
     line += c;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -76,10 +77,11 @@ class EndSignalPipe {
 };
 
 // The bytes of the first line of a file without its line feed; "-" is the standard input. A pipe or a
-// terminal is waited for, and nothing behind the line is taken from it. Nothing when the line is longer than
-// `longest` bytes. Throws std::filesystem::filesystem_error with the path when it can't be read.
-[[nodiscard]] std::optional<std::string> readFirstLine(const std::filesystem::path& path,
-                                                       std::size_t longest);
+// terminal is waited for until `stopped`, asked some times a second, answers true; nothing behind the line is
+// taken from it. Nothing when the line is longer than `longest` bytes or the wait was stopped. Throws
+// std::filesystem::filesystem_error with the path when it can't be read.
+[[nodiscard]] std::optional<std::string> readFirstLine(const std::filesystem::path& path, std::size_t longest,
+                                                       const std::function<bool()>& stopped = {});
 
 // Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a
 // socket or a folder. A missing file is none of these; a link counts as what it leads to. Throws

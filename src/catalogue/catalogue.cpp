@@ -247,12 +247,14 @@ std::vector<FactoryValue> factoryCells() {
     for (const int offset : allowed.value_or(std::vector<int>{})) cells[row->first + offset] = 1;
   }
   std::vector<FactoryValue> values;
+  values.reserve(cells.size());
   for (const auto& [id, value] : cells) values.push_back({id, value});
   return values;
 }
 
 std::vector<FactoryValue> factorySwitches() {
   std::vector<FactoryValue> values;
+  values.reserve(allConditions().size());
   for (const Condition& condition : allConditions())
     values.push_back({condition.usage, condition.used_at_first ? 1 : 0});
   return values;

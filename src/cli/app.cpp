@@ -171,7 +171,7 @@ int runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surr
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
   std::optional<std::string> password;
   if (!call.password_file.empty() && !(password = readPassword(desk, call.password_file)))
-    return kExitRefused;
+    return desk.wasInterrupted() ? kExitStopped : kExitRefused;
   ProgramStart start(call.home.empty() ? findHome(surroundings.program_folder, surroundings.data_home,
                                                   surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},

@@ -33,6 +33,8 @@ struct Session {
   HashLimits password_limits;
 };
 
+inline constexpr std::string_view kNoFileName = "文件名为空。";
+
 inline constexpr int kExitDone = 0;
 inline constexpr int kExitRefused = 1;
 inline constexpr int kExitUsage = 2;

@@ -9,6 +9,7 @@
 #include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/values.hpp"
+#include "panels/own_pages.hpp"
 #include "panels/summary.hpp"
 #include "store/periods.hpp"
 
@@ -120,7 +121,7 @@ class UseCommand final : public Command {
 
   int run(Session& session) override {
     if (trim(name_) == kHistoryMatchName) {
-      setHistoryMatch(session.store, &HistoryMatch::used, state_ == "on");
+      switchHistoryMatch(session.store, state_ == "on");
       printMatchSettings(session);
       return kExitDone;
     }
@@ -224,6 +225,7 @@ class ResetCommand final : public Command {
   ResetCommand() : Command("conditions", "reset", "还原默认值，并清空已选的号码") {}
 
   int run(Session& session) override {
+    if (!agreesToDefaults(session.desk)) return kExitRefused;
     restoreDefaults(session.store);
     session.desk.tell("完成，过滤条件已经还原为默认值！");
     return kExitDone;

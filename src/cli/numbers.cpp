@@ -42,6 +42,10 @@ class PickCommand final : public Command {
   }
 
   int run(Session& session) override {
+    if (std::ranges::none_of(lists_, [](const auto& list) { return list.has_value(); })) {
+      refuse(session.desk, "没有给出号码，如 --red-tuo 1,2,5-9；清空选号用 numbers clear。");
+      return kExitUsage;
+    }
     NumberSelection selection;
     for (int i = 0; i < 4; ++i) {
       if (!lists_[i]) continue;

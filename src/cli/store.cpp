@@ -90,6 +90,7 @@ class SaveCommand final : public Command {
   void addOptions(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
 
   int run(Session& session) override {
+    if (file_.empty()) return refuse(session.desk, kNoFileName);
     const Transfer saved = saveEverything(session.store, session.start.home(), session.desk, file_);
     if (saved == Transfer::done) session.out << fmt::format("已保存到 {}\n", file_);
     return statusOf(saved);
@@ -108,6 +109,7 @@ class RestoreCommand final : public Command {
 
   // The start behind it puts everything in place and opens it.
   [[nodiscard]] int prepare(const Home& home, Desk& desk) override {
+    if (file_.empty()) return refuse(desk, kNoFileName);
     return statusOf(prepareRestore(home, desk, file_));
   }
   int run(Session& session) override {

@@ -17,8 +17,6 @@
 namespace lotmere {
 namespace {
 
-constexpr std::string_view kNoFileName = "文件名为空。";
-
 // A command that works on the tickets of one period.
 class PeriodCommand : public Command {
  public:

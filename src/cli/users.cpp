@@ -137,7 +137,13 @@ class ModeCommand final : public Command {
 }  // namespace
 
 std::optional<std::string> readPassword(Desk& desk, const std::string& file) {
-  auto text = readFirstLine(file, kLongestPassword);
+  const StopScope stop(desk);
+  std::optional<std::string> text;
+  {
+    Job wait(desk, 0, Job::Stop::possible);
+    text = readFirstLine(file, kLongestPassword, [&wait] { return wait.advance(0); });
+    if (desk.stopRequested()) return std::nullopt;
+  }
   Job job(desk, 1, Job::Stop::impossible);
   if (text) text = decodeBytes(std::move(*text), job);
   if (!text) {

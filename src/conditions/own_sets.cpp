@@ -74,4 +74,9 @@ void restoreDefaults(Store& store) {
   change.commit();
 }
 
+bool agreesToDefaults(Desk& desk) {
+  constexpr std::string_view buttons[] = {"还原", "取消"};
+  return desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", buttons, 1) == 0;
+}
+
 }  // namespace lotmere

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/desk.hpp"
 #include "catalogue/catalogue.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
@@ -58,5 +59,7 @@ void setHistoryMatch(Store& store, Value HistoryMatch::*setting, Value value) {
 // Everything that can be set back to the factory ("还原默认值"): conditions, groups, intervals, custom
 // divisions, 历史数据过滤; and nothing is picked.
 void restoreDefaults(Store& store);
+// Asks whether that may be done: a slip must not cost settings.
+[[nodiscard]] bool agreesToDefaults(Desk& desk);
 
 }  // namespace lotmere

@@ -28,6 +28,7 @@ std::vector<DrawColumn> exportedColumns() {
 
 std::string namesOf(const std::vector<DrawColumn>& columns) {
   std::vector<std::string> names;
+  names.reserve(columns.size());
   for (const DrawColumn& column : columns) names.push_back(column.name);
   return columnList(names);
 }

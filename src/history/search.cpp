@@ -20,6 +20,7 @@ bool isDrawColumn(const std::string& name) {
 // A store that was upgraded holds the columns in another order.
 std::string allNames() {
   std::vector<std::string> names;
+  names.reserve(drawColumns().size());
   for (const DrawColumn& column : drawColumns()) names.push_back(column.name);
   return columnList(names);
 }

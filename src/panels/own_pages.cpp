@@ -94,6 +94,13 @@ void chooseMatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period) 
 
 void followLatestDraws(Store& store) { setHistoryMatch(store, &HistoryMatch::chosen, false); }
 
+void switchHistoryMatch(Store& store, bool on) {
+  StoreChange change(store);
+  if (on) static_cast<void>(loadMatchPage(store));
+  setHistoryMatch(store, &HistoryMatch::used, on);
+  change.commit();
+}
+
 std::array<std::string, kIntervalCount> intervalPreviews(Store& store) {
   std::array<std::string, kIntervalCount> previews;
   for (int i = 0; i < kIntervalCount; ++i) {

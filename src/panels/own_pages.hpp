@@ -64,6 +64,9 @@ inline constexpr MatchTexts kMatchTexts;
 void chooseMatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);
 // The latest draws again, and those to come. The page is loaded anew behind it.
 void followLatestDraws(Store& store);
+// Switches the match on or off away from its page, in one change. A range that wasn't chosen by hand moves on
+// when it is switched on, as when the page is shown.
+void switchHistoryMatch(Store& store, bool on);
 
 // The draws keep the number counts of the four intervals, so a change of them marks the counts as due
 // (core/interval_mark.hpp). A number button there is `toggleAttribute`.

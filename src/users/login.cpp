@@ -142,7 +142,7 @@ bool logOut(const UserDesk& at) {
 }
 
 bool exitProgram(const UserDesk& at) {
-  if (!at.desk.ask("确认要退出吗？")) return false;
+  if (!at.desk.ask(kExitQuestion)) return false;
   leaveProgram(at);
   return true;
 }

@@ -36,6 +36,9 @@ enum class NewUser { refused, asked, made };
 // The end of a session: saved as above, and nobody is current afterwards.
 [[nodiscard]] bool logOut(const UserDesk& at);
 
+// What is asked before the program ends.
+inline constexpr std::string_view kExitQuestion = "确认要退出吗？";
+
 // The exit of the program: asks, and logs out in multi-user mode. False: the program goes on and nothing was
 // saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
 // from leaving.

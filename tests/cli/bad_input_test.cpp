@@ -69,6 +69,8 @@ TEST_F(BadInput, NumberLists) {
 TEST_F(BadInput, SelectionsAndConditions) {
   home_.expectRefused({
       {"a red both Tuo and Dan", 1, {"numbers", "pick", "--red-tuo", "1-10", "--red-dan", "3"}},
+      {"no number at all", 2, {"numbers", "pick"}},
+      {"factory values without a word", 1, {"conditions", "reset"}},
       {"six red Dan", 1, {"numbers", "pick", "--red-dan", "1-6", "--red-tuo", "7-9"}},
       {"a blue Tuo beside a blue Dan", 1, {"numbers", "pick", "--blue-dan", "1", "--blue-tuo", "2"}},
       {"100,947 tickets", 1, {"numbers", "pick", "--red-tuo", "1-23", "--blue-tuo", "1"}},

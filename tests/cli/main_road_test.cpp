@@ -95,13 +95,19 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   home_.doStep({"conditions", "use", "历史数据过滤", "off"});
   EXPECT_EQ(outOf({"conditions", "show"}).find("历史数据过滤"), std::string::npos);
 
+  home_.store().db().exec(R"(UPDATE "历史数据过滤" SET "自选范围"=0, "最小值"=2003001, "最大值"=2003001)");
+  expectReply(
+      {"conditions", "use", "历史数据过滤", "on"},
+      "-\t历史数据过滤\ton\t２０２４００１～２０２４００６，最大匹配值 ３（打开设置页面时更新为最近50期）\n");
+
   // The five draws of the list hold 3, 1, 0, 0 and 1 reds of 1 to 3.
   const std::string counts = R"(group_concat("区间1",'') FROM "历史记录" ORDER BY "期号")";
   const std::string factory = stored(counts);
   expectReply({"conditions", "interval", "1", "1-3"},
               "区间重新划分之后，各区间的开出号码个数需要重新计算。。。\n");
   EXPECT_EQ(stored(counts), "31001");
-  expectReply({"conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n");
+  expectReply({"--answer", "yes", "conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n",
+              "要把全部过滤条件还原为默认值，并清空已选的号码吗？ [还原]\n");
   EXPECT_EQ(stored(counts), factory) << "the counts follow the intervals back";
   EXPECT_EQ(stored(R"("使用状态"||"自选范围" FROM "历史数据过滤")"), "00");
   // Cut short between the intervals and the recount: the next command of any kind counts.
@@ -146,7 +152,7 @@ TEST_F(MainRoad, OwnSetsAndReset) {
   home_.doStep({"conditions", "interval", "4", "1-7"});
   expectReply({"numbers", "pick", "--red-dan", "1-4", "--red-tuo", "32,33", "--blue-dan", "16"},
               "红球拖码: 32 33\n红球胆码: 01 02 03 04\n蓝球拖码:\n蓝球胆码: 16\n注数: 1\n");
-  home_.doStep({"conditions", "reset"});
+  home_.doStep({"--answer", "yes", "conditions", "reset"});
   EXPECT_EQ(home_.contents(), factory);
   home_.doStep({"numbers", "pick", "--red-tuo", "25-33", "--blue-tuo", "16"});
   home_.doStep({"numbers", "clear"});

@@ -126,7 +126,7 @@ def scenarios(folder):
         Scenario("numbers pick", fetch, picked[0]),
         Scenario("numbers hints", fetch, ["numbers", "hints"]),
         Scenario("conditions interval", fetch, ["conditions", "interval", "1", "1-20"]),
-        Scenario("conditions reset", picked + wide, ["conditions", "reset"]),
+        Scenario("conditions reset", picked + wide, ["--answer", "yes", "conditions", "reset"]),
         Scenario("tickets init", fetch + picked, ["tickets", "init", NEXT_PERIOD]),
         Scenario("tickets init again", tickets, ["tickets", "init", NEXT_PERIOD, "--existing", "replace"]),
         Scenario("tickets run", fetch + tickets + wide, ["tickets", "run", NEXT_PERIOD]),
@@ -139,7 +139,7 @@ def scenarios(folder):
         Scenario("store compact", fetch + tickets, ["store", "compact"]),
         Scenario("a known user's login", shop, ["users", "login", "乙"], "甲乙"),
         Scenario("a new user's login", shop, ["users", "login", "--new", "丙"], "甲乙丙"),
-        Scenario("a user's command", shop, ["--user", "甲", "conditions", "reset"], "甲乙"),
+        Scenario("a user's command", shop, ["--user", "甲", "--answer", "yes", "conditions", "reset"], "甲乙"),
         Scenario("another user's command", shop, ["--user", "乙", "numbers", "show"], "甲乙"),
     ]
 

@@ -7,9 +7,11 @@ import functools
 import itertools
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 DRAWS = pathlib.Path(__file__).resolve().parents[2] / "samples" / "draws.txt"
@@ -102,6 +104,19 @@ class Processes(unittest.TestCase):
         for command in ("save", "restore"):
             result = self.run_command("--answer", "yes", "store", command, everything, home=home, capture_output=True)
             self.assertEqual((result.returncode, "不是普通文件" in result.stderr), (1, True), result.stderr)
+
+    def test_a_wait_for_a_password_can_be_stopped(self):
+        pipe = self.folder / "silent"
+        os.mkfifo(pipe)
+        for file, number in itertools.product(("-", pipe), (signal.SIGINT, signal.SIGTERM)):
+            with self.subTest(file, number=number):
+                waiting = subprocess.Popen([PROGRAM, "--home", self.home, "--user", "甲", "--password-file", file,
+                                            "numbers", "show"], stdin=subprocess.PIPE, stderr=subprocess.PIPE)
+                time.sleep(0.3)
+                self.assertIsNone(waiting.poll(), "it waits")
+                waiting.send_signal(number)
+                self.assertEqual(waiting.wait(10), 130)
+                waiting.communicate()
 
 
 if __name__ == "__main__":

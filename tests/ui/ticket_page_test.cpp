@@ -104,18 +104,20 @@ TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
   }
 }
 
-TEST_F(TicketPageTest, ClosingInTheMiddleOfAJobStopsItAndThenAsks) {
+TEST_F(TicketPageTest, ClosingInTheMiddleOfAJobAsksFirstAndStopsItOnYes) {
   init();
   bool closed = false;
   desk_.on_serve = [&] {
     if (!desk_.jobRunning() || std::exchange(closed, true)) return;
     EXPECT_FALSE(window().close());
+    EXPECT_EQ(desk_.stopRequested(), desk_.answers.empty()) << "not before the second question is answered";
+    closed = desk_.answers.empty();
   };
-  desk_.answers = {true};
+  desk_.answers = {false, true};
   run();
   EXPECT_TRUE(window().isVisible());
   EXPECT_TRUE(closes());
-  EXPECT_EQ(desk_.asked.back(), "确认要退出吗？");
+  EXPECT_EQ(std::ranges::count(desk_.asked, "确认要退出吗？"), 2) << "the end itself asks no more";
   EXPECT_EQ(stored(), kAll);
 }
 

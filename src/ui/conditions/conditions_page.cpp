@@ -261,9 +261,8 @@ void ConditionsPage::askCount() {
 }
 
 void ConditionsPage::restoreDefaults() {
+  if (!agreesToDefaults(session_.desk)) return;
   bringTab(1);
-  constexpr std::string_view verbs[] = {"还原", "取消"};
-  if (session_.desk.choose("要把全部过滤条件还原为默认值，并清空已选的号码吗？", verbs, 1) != 0) return;
   lotmere::restoreDefaults(session_.store);
   markStale();
   pane_->showFirstView();

@@ -265,7 +265,8 @@ void MainWindow::connectPages() {
   connect(
       &session_.commands.runner(), &CommandRunner::finished, this,
       [this] {
-        if (std::exchange(close_wanted_, false)) close();
+        // The next command may have begun meanwhile.
+        if (!session_.commands.runner().isRunning() && std::exchange(close_wanted_, false)) close();
       },
       Qt::QueuedConnection);
 }
@@ -370,18 +371,23 @@ void MainWindow::endQuietly() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  // A job ends at its next block and stores what it keeps; then the question comes again.
+  // The question comes first: the job stands still meanwhile, and goes on where the user stays. Else it ends
+  // at its next block and stores what it keeps.
   CommandRunner& runner = session_.commands.runner();
   if (!ending_ && runner.isRunning()) {
-    close_wanted_ = true;
-    if (session_.desk.jobRunning()) session_.desk.requestStop();
     event->ignore();
+    if (!session_.desk.jobRunning()) {
+      close_wanted_ = true;
+    } else if (!close_wanted_ && session_.desk.ask(kExitQuestion)) {
+      close_wanted_ = end_agreed_ = true;
+      session_.desk.requestStop();
+    }
     return;
   }
   if (!ending_)
     runner.run([this] {
       runGuarded(session_.desk, [this] { recountDivided(); });
-      const bool asks = !session_.desk.isEnding();
+      const bool asks = !session_.desk.isEnding() && !end_agreed_;
       if (!asks) leaveProgram(userDesk(session_));
       ending_ = !asks || exitProgram(userDesk(session_));
     });

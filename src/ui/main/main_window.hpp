@@ -88,6 +88,7 @@ class MainWindow : public QMainWindow {
   Page page_ = Page::history;
   bool ending_ = false;        // nothing is asked or saved any more
   bool close_wanted_ = false;  // once the command that runs is over
+  bool end_agreed_ = false;    // to the end of the program, while a job ran
 };
 
 }  // namespace lotmere::ui

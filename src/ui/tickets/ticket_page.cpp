@@ -110,6 +110,11 @@ QWidget* TicketPage::makeGrid() {
   grid_->setShowGrid(false);
   grid_->verticalHeader()->setDefaultSectionSize(kRowHeight);
   grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  // Running number and period are longer than the balls.
+  for (int column = 0; column < 2; ++column) {
+    grid_->horizontalHeader()->setSectionResizeMode(column, QHeaderView::Fixed);
+    grid_->setColumnWidth(column, grid_->fontMetrics().horizontalAdvance(QStringLiteral("00000000")) + 16);
+  }
   grid_->horizontalHeader()->setHighlightSections(false);
   bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy", place);
   auto* layout = new QGridLayout(place);
