@@ -16,7 +16,8 @@ void walkPass(Store& store, const Condition& condition, const Metric& metric, Pe
   StoreChange change(store);
   {
     Query rows = store.query(
-        R"(SELECT "ID","红球1","红球2","红球3","红球4","红球5","红球6" FROM "日志表" WHERE "期号"=? AND "过滤标记">=0
+        R"(SELECT "ID","红球1","红球2","红球3","红球4","红球5","红球6" FROM "日志表" WHERE "期号"=? AND
+           "过滤标记">=0
            ORDER BY "ID")");
     rows.bind(period);
     int kept = 0;
@@ -51,7 +52,8 @@ void insertPlainly(Store& store, const TicketSet& tickets) {
 
 std::vector<PlainRow> readPlainly(Store& store, PeriodNo period) {
   Query rows = store.query(
-      R"(SELECT "ID","序号","过滤标记","缩水标记","临时数据","红球1","红球2","红球3","红球4","红球5","红球6","蓝球"
+      R"(SELECT "ID","序号","过滤标记","缩水标记","临时数据","红球1","红球2","红球3","红球4","红球5","红球6",
+         "蓝球"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
   rows.bind(period);
   std::vector<PlainRow> table;
@@ -128,7 +130,8 @@ void countTemperatures(Store& store, int rows) {
     while (query.next()) periods.push_back(query.number(0));
   }
   Query count = store.query(
-      R"(SELECT count(*) FROM "历史记录" WHERE "期号"<? AND "期号">=? AND ("红球1"=?3 OR "红球2"=?3 OR "红球3"=?3 OR
+      R"(SELECT count(*) FROM "历史记录" WHERE "期号"<? AND "期号">=? AND ("红球1"=?3 OR "红球2"=?3 OR
+         "红球3"=?3 OR
          "红球4"=?3 OR "红球5"=?3 OR "红球6"=?3))");
   std::int64_t heat = 0;
   for (const PeriodNo period : periods) {

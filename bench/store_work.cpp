@@ -32,7 +32,8 @@ void renumberDraws(Store& store) {
 
 void markDraws(Store& store, int red) {
   Query rows = store.query(
-      R"(SELECT "期号" FROM "历史记录" WHERE "期号"<=?1 AND ("红球1"=?2 OR "红球2"=?2 OR "红球3"=?2 OR "红球4"=?2 OR
+      R"(SELECT "期号" FROM "历史记录" WHERE "期号"<=?1 AND ("红球1"=?2 OR "红球2"=?2 OR "红球3"=?2 OR
+         "红球4"=?2 OR
          "红球5"=?2 OR "红球6"=?2))");
   rows.bind(kAll, red);
   while (rows.next())

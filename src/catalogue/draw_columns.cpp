@@ -25,7 +25,9 @@ std::vector<DrawColumn> makeDrawColumns() {
   using Two = int (*)(const Reds&, const Reds&);
   std::vector<DrawColumn> columns = {{"期号", whole}, {"开奖日期", date}};
   for (int i = 1; i <= kRedsPerTicket; ++i) columns.push_back({"红球" + std::to_string(i), whole});
-  const auto add = [&](const std::vector<DrawColumn>& more) { columns.insert(columns.end(), more.begin(), more.end()); };
+  const auto add = [&](const std::vector<DrawColumn>& more) {
+    columns.insert(columns.end(), more.begin(), more.end());
+  };
   // The big and small sums split at a fixed number, the counts follow the column that a user edits: two
   // different definitions. Both tail counts follow the column of the low tails.
   add({{"蓝球", whole},
@@ -38,14 +40,15 @@ std::vector<DrawColumn> makeDrawColumns() {
        {"小数个数", whole, MemberCount{"大数", false}},
        {"高尾码个数", whole, MemberCount{"低尾码", false}},
        {"低尾码个数", whole, MemberCount{"低尾码", true}}});
-  for (const char* name : {"区间1", "区间2", "区间3", "区间4", "自定义组1", "自定义组2", "自定义组3", "自定义组4",
-                           "自定义组5", "自定义组6", "自定义组7", "自定义组8", "自定义组9", "自定义组10"})
+  for (const char* name : {"区间1", "区间2", "区间3", "区间4", "自定义组1", "自定义组2", "自定义组3",
+                           "自定义组4", "自定义组5", "自定义组6", "自定义组7", "自定义组8", "自定义组9",
+                           "自定义组10"})
     add({{name, whole, MemberCount{name, true}}});
-  for (const char* name : {"尾数形式", "间距七", "间距八", "七分组", "大小尾七分组", "间距九", "间距十一", "间距十二",
-                           "间距十二3分组", "间距四", "间距3", "间距6", "三波排异", "区间排异", "和数33", "和数34",
-                           "和数35", "奇偶连", "偶奇连", "等差16组", "等差17组", "间距11链", "生肖链",
-                           "四数八分自然段", "八数四分自然段", "间距5", "间距10", "四区间", "三波组", "大小奇偶组",
-                           "双尾5分组", "大小奇偶尾"})
+  for (const char* name : {"尾数形式", "间距七", "间距八", "七分组", "大小尾七分组", "间距九", "间距十一",
+                           "间距十二", "间距十二3分组", "间距四", "间距3", "间距6", "三波排异", "区间排异",
+                           "和数33", "和数34", "和数35", "奇偶连", "偶奇连", "等差16组", "等差17组",
+                           "间距11链", "生肖链", "四数八分自然段", "八数四分自然段", "间距5", "间距10",
+                           "四区间", "三波组", "大小奇偶组", "双尾5分组", "大小奇偶尾"})
     add({{name, text, familyOf(name)}});
   add({{"跨度", whole, spanOf},
        {"最大间距", whole, largestGap},

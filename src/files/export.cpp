@@ -48,7 +48,8 @@ std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count
   std::vector<ExportRow> tickets;
   tickets.reserve(count);
   Query rows = store.query(
-      R"(SELECT "序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
+      R"(SELECT "序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表" WHERE "期号"=?
+         ORDER BY "ID")");
   rows.bind(period);
   while (rows.next()) {
     ExportRow& ticket = tickets.emplace_back();

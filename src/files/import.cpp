@@ -56,7 +56,8 @@ class RowWriter {
  public:
   RowWriter(Store& store, const LastRow& last)
       : insert_(store.query(
-            R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+            R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6",
+               "蓝球")
                VALUES (?,?,?,?,?,?,?,?,?,?))")),
         last_(last) {}
 

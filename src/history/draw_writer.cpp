@@ -4,18 +4,12 @@
 
 #include <algorithm>
 
+#include "base/overload.hpp"
 #include "conditions/condition_store.hpp"
 #include "store/schema.hpp"
 
 namespace lotmere {
 namespace {
-
-template <class... Cases>
-struct Overload : Cases... {
-  using Cases::operator()...;
-};
-template <class... Cases>
-Overload(Cases...) -> Overload<Cases...>;
 
 RedTable readMembers(Store& store, const MemberCount& count) {
   RedTable members = readAttributeColumn(store, AttributeTable::first, count.column);

@@ -15,7 +15,8 @@ namespace {
 // A stored draw in one line: "2008118 期  2008-10-12  01 04 16 22 26 31+04".
 std::optional<std::string> storedText(Store& store, std::int64_t number) {
   Query row = store.query(
-      R"(SELECT "开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录" WHERE "期号"=?)");
+      R"(SELECT "开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录" WHERE
+         "期号"=?)");
   row.bind(number);
   if (!row.next()) return std::nullopt;
   return fmt::format("{} 期  {}  {}", number, row.text(0), numbersText(readNumbers(row, 1)));
@@ -29,10 +30,12 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
   StoreChange change(store);
   store
       .query(
-          R"(INSERT INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","已完成")
+          R"(INSERT INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+             "已完成")
                 VALUES (?,?,?,?,?,?,?,?,?,'Y')
                 ON CONFLICT ("期号") DO UPDATE SET "开奖日期"=excluded."开奖日期","红球1"=excluded."红球1",
-                "红球2"=excluded."红球2","红球3"=excluded."红球3","红球4"=excluded."红球4","红球5"=excluded."红球5",
+                "红球2"=excluded."红球2","红球3"=excluded."红球3","红球4"=excluded."红球4",
+                "红球5"=excluded."红球5",
                 "红球6"=excluded."红球6","蓝球"=excluded."蓝球","已完成"='Y')")
       .bind(period, formatDate(date), r1, r2, r3, r4, r5, r6, numbers.blue)
       .run();

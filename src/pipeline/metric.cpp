@@ -2,15 +2,10 @@
 
 #include <algorithm>
 
+#include "base/overload.hpp"
+
 namespace lotmere {
 namespace {
-
-template <class... Cases>
-struct Overload : Cases... {
-  using Cases::operator()...;
-};
-template <class... Cases>
-Overload(Cases...) -> Overload<Cases...>;
 
 Metric sumMetric(const RedTable& table) { return {Metric::Kind::table_sum, table}; }
 

@@ -28,7 +28,8 @@ std::span<const PastDraw> DrawTable::range(PeriodNo first, PeriodNo last) const 
 DrawTable loadDrawTable(Store& store) {
   std::vector<PastDraw> draws;
   Query rows = store.query(
-      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","尾数和值","合数和值","大数和值",
+      R"(SELECT "期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","尾数和值","合数和值",
+         "大数和值",
          "小数和值","奇数和值","偶数和值","和值" FROM "历史记录" ORDER BY "期号" ASC)");
   while (rows.next()) {
     PastDraw& draw = draws.emplace_back();

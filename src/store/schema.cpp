@@ -213,7 +213,8 @@ struct ColumnDefinition {
 std::vector<ColumnDefinition> columnsOf(SQLite::Database& db) {
   SQLite::Statement row(db,
                         R"(SELECT t.name, c.name, c.type||CASE c."notnull" WHEN 1 THEN ' NOT NULL' ELSE '' END
-                                      ||CASE WHEN c.dflt_value IS NULL THEN '' ELSE ' DEFAULT '||c.dflt_value END
+                                      ||CASE WHEN c.dflt_value IS NULL THEN '' ELSE ' DEFAULT '||c.dflt_value
+                                      END
                                FROM sqlite_master t, pragma_table_info(t.name) c WHERE t.type='table')");
   std::vector<ColumnDefinition> columns;
   while (row.executeStep())

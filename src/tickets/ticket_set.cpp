@@ -47,7 +47,8 @@ std::optional<TicketSet> loadTickets(Store& store, PeriodNo period, const RowsDo
   TicketSet tickets;
   tickets.period = period;
   Query query = store.query(
-      R"(SELECT "ID","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记","临时数据"
+      R"(SELECT "ID","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记",
+         "临时数据"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
   query.bind(period);
   while (query.next()) {

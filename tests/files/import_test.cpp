@@ -112,8 +112,8 @@ class Import : public testing::Test {
   // ID, running number, period, first red, blue and the sum of the work columns of each row.
   std::string rows() {
     Query query = home.store().query(
-        R"(SELECT "ID"||' '||"序号"||' '||"期号"||' '||"红球1"||' '||"蓝球"||' '||("过滤标记"+"缩水标记"+"精选标记"+
-           "临时数据"+"红球中"+"蓝球中")||';' FROM "日志表" ORDER BY "ID")");
+        R"(SELECT "ID"||' '||"序号"||' '||"期号"||' '||"红球1"||' '||"蓝球"||' '||
+           ("过滤标记"+"缩水标记"+"精选标记"+"临时数据"+"红球中"+"蓝球中")||';' FROM "日志表" ORDER BY "ID")");
     std::string text;
     while (query.next()) text += query.text(0);
     return text;

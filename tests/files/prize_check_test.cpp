@@ -36,7 +36,8 @@ TEST_F(PrizeCheck, WritesAndTalliesTheHitsOfEveryTicketOfThePeriod) {
 
   std::array<std::int64_t, kPrizeTiers> tally{};
   Query rows = store_.query(
-      R"(SELECT "红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中","期号" FROM "日志表")");
+      R"(SELECT "红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中","期号" FROM
+         "日志表")");
   while (rows.next()) {
     if (rows.number(9) != kPeriod) continue;
     int reds = 0;

@@ -81,7 +81,8 @@ TEST_F(Recipe, AnOlderStoreTakesTheRowsUpAndLosesNothing) {
   {
     Store store(home_.home().mainDb());
     store.db().exec(R"(ALTER TABLE "历史记录" DROP COLUMN "首尾差";
-      DELETE FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266; DELETE FROM "默认过滤条件" WHERE "ID" BETWEEN 5200 AND 5266;
+      DELETE FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266; DELETE FROM "默认过滤条件" WHERE "ID" BETWEEN
+      5200 AND 5266;
       DELETE FROM "过滤条件使用情况" WHERE "条件"=74; DELETE FROM "默认过滤条件使用情况" WHERE "条件"=74;
       UPDATE "过滤条件" SET "Value"=1-"Value" WHERE "ID" BETWEEN 5140 AND 6660; PRAGMA user_version=3)");
   }
@@ -96,11 +97,11 @@ TEST_F(Recipe, AnOlderStoreTakesTheRowsUpAndLosesNothing) {
   EXPECT_EQ(rows(R"(SELECT "首尾差" FROM "历史记录" ORDER BY "期号")"), "5 30 21 23 26 ") << "computed";
   EXPECT_EQ(rows(R"(SELECT sum("Value") FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266)"), "29 ")
       << "the factory's";
-  EXPECT_EQ(
-      rows(
-          R"(SELECT count(*) FROM "过滤条件" AS a JOIN "默认过滤条件" AS b USING ("ID") WHERE a."Value"=b."Value"
+  EXPECT_EQ(rows(
+                R"(SELECT count(*) FROM "过滤条件" AS a JOIN "默认过滤条件" AS b USING ("ID") WHERE
+             a."Value"=b."Value"
                     AND "ID" BETWEEN 5140 AND 6660 AND "ID" NOT BETWEEN 5200 AND 5266)"),
-      "0 ")
+            "0 ")
       << "the user's";
   EXPECT_EQ(rows("PRAGMA user_version"), "4 ");
   EXPECT_EQ(checkStore(home_.home().mainDb()), StoreState::sound);

@@ -115,7 +115,8 @@ TEST(Start, AStoreOfTheFirstVersionIsBroughtUpToDate) {
     if (!flipped)
       temp.store().db().exec(
           R"(ALTER TABLE "用户模式" DROP COLUMN "区间待统计"; ALTER TABLE "用户模式" DROP COLUMN "当前用户";
-             ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN "自选范围")");
+             ALTER TABLE "用户表" DROP COLUMN "密码形式"; ALTER TABLE "历史数据过滤" DROP COLUMN
+             "自选范围")");
     temp.store().db().exec(R"(UPDATE "历史数据过滤" SET "使用状态"=1; PRAGMA user_version = 1)");
     putPick(temp.store(), 7, PickState::dan);
     temp.close();

@@ -60,7 +60,8 @@ void crashInChange(const fs::path& path) {
   SQLite::Database db(path.string(), SQLite::OPEN_READWRITE);
   // A cache of a few pages writes the first changes out while the others are still being made.
   db.exec(R"(PRAGMA synchronous = OFF; PRAGMA cache_size = 3; BEGIN; UPDATE "日志表" SET "期号"=1;
-             UPDATE "号码特性" SET "大数"=7; UPDATE "号码特性2" SET "三波组0"=7; UPDATE "号码特性3" SET "六区间1"=7)");
+             UPDATE "号码特性" SET "大数"=7; UPDATE "号码特性2" SET "三波组0"=7; UPDATE "号码特性3" SET
+             "六区间1"=7)");
   const std::string half = readFile(path);
   const std::string undo = readFile(withSuffix(path, "-journal"));
   db.exec("ROLLBACK");

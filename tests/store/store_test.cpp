@@ -109,7 +109,8 @@ TEST_F(Schema, ANewStoreHoldsItsColumnsAndFirstSettings) {
        "温度10 遗漏数据 已完成 总期号 临时数据"},
       {R"(count(*)||' '||sum("ID") FROM "过滤条件")", "2526 11640573"},
       {R"(count(*)||' '||sum("条件") FROM "过滤条件使用情况")", "175 35574"},
-      {R"(count(*) FROM "自定义区间" WHERE "条件使用情况"=400+"序号" AND "值min"=6990+10*"序号" AND "值max"="值min"+9)",
+      {R"(count(*) FROM "自定义区间" WHERE "条件使用情况"=400+"序号" AND "值min"=6990+10*"序号" AND
+          "值max"="值min"+9)",
        "63"},
       {R"(group_concat("Value") FROM "过滤条件" WHERE "ID" IN (33,3900,7000,7629))", "0,6,1,0"},
       {R"(group_concat("条件") FROM "过滤条件使用情况" WHERE "使用情况"<>0)", "1,5,6,9,10,12"}};
@@ -123,7 +124,8 @@ TEST(RowCopy, TheFactoryValuesComeBackByTheirKeys) {
   store.db().exec(R"(UPDATE "过滤条件" SET "Value"=99; UPDATE "过滤条件使用情况" SET "使用情况"=99;
                      UPDATE "区间定义" SET "区间"=99; UPDATE "号码特性" SET "区间1"=99, "自定义组10"=99;
                      ALTER TABLE "过滤条件" ADD "备注"; ALTER TABLE "号码特性" ADD "新特性";
-                     DELETE FROM "默认过滤条件" WHERE "ID"=1070; DELETE FROM "过滤条件使用情况" WHERE "条件"=4)");
+                     DELETE FROM "默认过滤条件" WHERE "ID"=1070; DELETE FROM "过滤条件使用情况" WHERE
+                     "条件"=4)");
   restoreFactoryRows(store);
   const char* const strange =
       R"(SELECT (SELECT sum(a."Value"<>b."Value") FROM "过滤条件" AS a JOIN "默认过滤条件" AS b USING ("ID"))

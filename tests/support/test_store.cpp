@@ -36,7 +36,8 @@ void putDraw(Store& store, PeriodNo period, const std::string& date, const DrawN
   const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
   store
       .query(
-          R"(INSERT OR REPLACE INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+          R"(INSERT OR REPLACE INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5",
+             "红球6","蓝球")
                 VALUES (?,?,?,?,?,?,?,?,?))")
       .bind(period, date, r1, r2, r3, r4, r5, r6, numbers.blue)
       .run();

@@ -85,7 +85,8 @@ QLineEdit:focus { border-color: palette(highlight); }
 QLineEdit:disabled { color: @disabled; background: palette(window); }
 QComboBox QLineEdit, QDateEdit QLineEdit { border: none; background: transparent; padding: 0; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
-QPlainTextEdit, QTextEdit, QTableView, QListView { background: palette(base); border: 1px solid @line; border-radius: 5px; }
+QPlainTextEdit, QTextEdit, QTableView, QListView { background: palette(base); border: 1px solid @line;
+border-radius: 5px; }
 QTableView { gridline-color: @line; }
 QHeaderView { background: palette(window); border: none; }
 QHeaderView::section { background: palette(window); border: none; border-right: 1px solid @line;
@@ -107,7 +108,8 @@ QMenu::item:disabled { color: @disabled; }
 QMenu::separator { height: 1px; background: @line; margin: 4px 8px; }
 QStatusBar { border-top: 1px solid @line; }
 QStatusBar::item { border: none; }
-QProgressBar { background: palette(base); border: 1px solid @line; border-radius: 5px; text-align: center; min-height: 14px; }
+QProgressBar { background: palette(base); border: 1px solid @line; border-radius: 5px; text-align: center;
+min-height: 14px; }
 QProgressBar::chunk { background: palette(highlight); border-radius: 4px; }
 QScrollBar { background: transparent; margin: 0; }
 QScrollBar:vertical { width: 12px; }
