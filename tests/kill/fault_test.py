@@ -142,7 +142,7 @@ class Faults(unittest.TestCase):
             for path in home.iterdir():
                 path.chmod(mode)
             home.chmod(0o500)
-            for command in (["--user", "甲", "--answer", "yes", "conditions", "reset"], ["users", "login", "乙"], ["store", "compact"]):
+            for command in (["--user", "甲", "conditions", "tolerance", "2"], ["users", "login", "乙"], ["store", "compact"]):
                 status, said = run(unprivileged + self.program, home, command)
                 self.assert_one_line(said)
                 self.assertEqual(status, 1)
