@@ -127,8 +127,8 @@ void CountChart::loadPeriods() {
 
 void CountChart::showCounts() {
   const PauseScope pause(*strip_);
-  const auto countDraws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
-  rows_ = countDraws(session_.store, session_.desk, periods_.period(placeIn(*from_)),
+  const auto count_draws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
+  rows_ = count_draws(session_.store, session_.desk, periods_.period(placeIn(*from_)),
                      periods_.period(placeIn(*to_)));
   showRows();
 }
