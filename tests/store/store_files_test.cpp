@@ -101,7 +101,7 @@ TEST(Home, IsTheProgramFolderWhereItIsMarkedAndHasOneHolder) {
 }
 
 TEST(OpenHome, InEveryCombinationOfStoreAndBackup) {
-  constexpr int kRefused = -2;
+  constexpr int refused = -2;
   const struct {
     const char* name;
     File main, backup;
@@ -110,22 +110,22 @@ TEST(OpenHome, InEveryCombinationOfStoreAndBackup) {
   } rows[] = {{"a new folder", missing, missing, 0, 0, 0},
               {"store lost", missing, good, 1, 1, 1},
               {"store lost, its journal left", journal_only, good, 1, 1, 1},
-              {"store lost, backup damaged", missing, damaged, kRefused, 0, 0},
+              {"store lost, backup damaged", missing, damaged, refused, 0, 0},
               {"no backup yet", good, missing, 3, 3, 0},
               {"backup damaged", good, damaged, 3, -1, 0},
               {"crashed in a change", crashed, good, 3, 1, 0},
-              {"store of a newer program", newer, good, kRefused, 0, 0},
+              {"store of a newer program", newer, good, refused, 0, 0},
               {"store damaged", damaged, good, 1, 1, 1},
-              {"both damaged", damaged, damaged, kRefused, 0, 0}};
+              {"both damaged", damaged, damaged, refused, 0, 0}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     Folder folder(row.main, row.backup);
     const std::string main = bytesOf(folder.main);
     const std::string backup = bytesOf(folder.backup);
-    EXPECT_EQ(openHome(folder.home, folder.desk) != nullptr, row.tickets != kRefused);
+    EXPECT_EQ(openHome(folder.home, folder.desk) != nullptr, row.tickets != refused);
     EXPECT_EQ(folder.desk.tips.size(), row.tips);
-    EXPECT_EQ(folder.desk.told.size(), row.tickets == kRefused ? 1u : 0u);
-    if (row.tickets == kRefused) {
+    EXPECT_EQ(folder.desk.told.size(), row.tickets == refused ? 1u : 0u);
+    if (row.tickets == refused) {
       EXPECT_TRUE(bytesOf(folder.main) == main && bytesOf(folder.backup) == backup);
       continue;
     }

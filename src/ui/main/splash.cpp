@@ -27,11 +27,11 @@ void Splash::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), palette().color(QPalette::Base));
   painter.setPen(colours().line);
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  constexpr int kBalls[] = {2, 8, 12, 13, 17, 26, 7};
-  constexpr double kSize = 40;
+  constexpr int balls[] = {2, 8, 12, 13, 17, 26, 7};
+  constexpr double size = 40;
   for (int i = 0; i < 7; ++i) {
-    const QRectF box(width() / 2.0 + (i - 3.5) * (kSize + 8) + 4, 56, kSize, kSize);
-    paintBall(painter, box, QStringLiteral("%1").arg(kBalls[i], 2, 10, QLatin1Char('0')),
+    const QRectF box(width() / 2.0 + (i - 3.5) * (size + 8) + 4, 56, size, size);
+    paintBall(painter, box, QStringLiteral("%1").arg(balls[i], 2, 10, QLatin1Char('0')),
               i == 6 ? BallFace::blue : BallFace::red);
   }
   QFont name = font();
