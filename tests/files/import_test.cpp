@@ -106,12 +106,12 @@ TEST(ImportLine, AgreesWithTheRulesStepByStep) {
 class Import : public testing::Test {
  protected:
   ImportResult import(const std::string& bytes, int format = 0, Existing existing = Existing::ask) {
-    std::ofstream(file, std::ios::binary) << bytes;
-    return importTickets(home.store(), desk, file, {ImportFormat(format), kPeriod}, existing);
+    std::ofstream(file_, std::ios::binary) << bytes;
+    return importTickets(home_.store(), desk_, file_, {ImportFormat(format), kPeriod}, existing);
   }
   // ID, running number, period, first red, blue and the sum of the work columns of each row.
   std::string rows() {
-    Query query = home.store().query(
+    Query query = home_.store().query(
         R"(SELECT "ID"||' '||"序号"||' '||"期号"||' '||"红球1"||' '||"蓝球"||' '||
            ("过滤标记"+"缩水标记"+"精选标记"+"临时数据"+"红球中"+"蓝球中")||';' FROM "日志表" ORDER BY "ID")");
     std::string text;
@@ -119,63 +119,63 @@ class Import : public testing::Test {
     return text;
   }
 
-  TempHome home;
-  ScriptedDesk desk;
-  const std::filesystem::path file = home.path() / "tickets.txt";
+  TempHome home_;
+  ScriptedDesk desk_;
+  const std::filesystem::path file_ = home_.path() / "tickets.txt";
 };
 
 TEST_F(Import, GoesOnBehindTheRowsThatAreKeptOrStartsAnew) {
   const ImportResult first = import("01 02 03 04 05 06 07\n\r\nnothing\n\r02 02 03 04 05 06 08\nx\n");
   EXPECT_TRUE(first.count == 2 && first.skipped == 2 && first.first_skipped == 3);
-  EXPECT_TRUE(desk.asked.empty()) << "an empty table has nothing to keep";
-  putTicket(home.store(), 9, 1, 2001001, kNumbers);
+  EXPECT_TRUE(desk_.asked.empty()) << "an empty table has nothing to keep";
+  putTicket(home_.store(), 9, 1, 2001001, kNumbers);
   const std::string two = "1 1 2024007 1 7 0;2 2 2024007 2 8 0;";
   const std::string old = two + "9 1 2001001 1 7 0;";
   const std::string new_lines = "2007001 03 02 03 04 05 06 09\r2007002 04 02 03 04 05 06 10\r";
-  desk.choices = {std::nullopt, 2, 0, 1};
-  desk.runningText().set("text");
+  desk_.choices = {std::nullopt, 2, 0, 1};
+  desk_.runningText().set("text");
   for (int times = 0; times < 2; ++times) {
     const ImportResult result = import(new_lines, 1);
     EXPECT_TRUE(result.cancelled && result.count == 0);
     EXPECT_EQ(rows(), old) << "Esc and the third button change nothing";
   }
-  EXPECT_EQ(desk.buttons, (std::vector<std::string>{"保留并追加", "替换", "取消"}));
+  EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"保留并追加", "替换", "取消"}));
   EXPECT_EQ(import(new_lines, 1).count, 2);
   const std::string more = "10 3 2007001 3 9 0;11 4 2007002 4 10 0;";
   EXPECT_EQ(rows(), old + more);
   const std::string two_lines = "1 01 02 03 04 05 06 07\r\n2 02 02 03 04 05 06 08\r\n";
   EXPECT_EQ(import(two_lines, 2).count, 2);
   EXPECT_EQ(rows(), two);
-  EXPECT_EQ(desk.runningText().text(), "text\r\n\r\n表格中号码全部删除已完成．");
+  EXPECT_EQ(desk_.runningText().text(), "text\r\n\r\n表格中号码全部删除已完成．");
   EXPECT_EQ(import(two_lines, 2, Existing::keep).count, 2);
   EXPECT_EQ(rows(), two + "3 3 2024007 1 7 0;4 4 2024007 2 8 0;");
   EXPECT_EQ(import(two_lines, 2, Existing::replace).count, 2);
   EXPECT_EQ(rows(), two);
-  EXPECT_EQ(desk.asked.size(), 4U) << "what was said ahead of time isn't asked";
+  EXPECT_EQ(desk_.asked.size(), 4U) << "what was said ahead of time isn't asked";
 }
 
 // Running numbers that are taken for reds: lines that could be read, and those past 33 that can't.
 TEST_F(Import, AWrongFormatIsToldAndAskedAboutBeforeAnythingIsStored) {
-  putTicket(home.store(), 9, 1, 2001001, kNumbers);
+  putTicket(home_.store(), 9, 1, 2001001, kNumbers);
   std::string lines = "序号 号码\r\n01 02 03 04 05 06 07\r\n\r\n";
   for (int seq = 30; seq < 40; ++seq) lines += std::to_string(seq) + " 01 02 03 04 05 16+07\r\n";
-  desk.choices = {std::nullopt, 1, 0, 2};
+  desk_.choices = {std::nullopt, 1, 0, 2};
   for (int times = 0; times < 3; ++times) EXPECT_TRUE(import(lines).cancelled) << times;
   EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
-  ASSERT_EQ(desk.asked.size(), 4U);
-  EXPECT_NE(desk.asked[0].find("有 ４ 行"), std::string::npos) << desk.asked[0];
-  EXPECT_NE(desk.asked[0].find("第 ４ 行"), std::string::npos) << desk.asked[0];
-  EXPECT_EQ(desk.asked[3], "表格中原有的数据要保留吗？") << "asked behind the first, and cancelled";
-  desk.choices = {0};
+  ASSERT_EQ(desk_.asked.size(), 4U);
+  EXPECT_NE(desk_.asked[0].find("有 ４ 行"), std::string::npos) << desk_.asked[0];
+  EXPECT_NE(desk_.asked[0].find("第 ４ 行"), std::string::npos) << desk_.asked[0];
+  EXPECT_EQ(desk_.asked[3], "表格中原有的数据要保留吗？") << "asked behind the first, and cancelled";
+  desk_.choices = {0};
   const ImportResult all = import(lines, 0, Existing::keep);
   EXPECT_TRUE(all.count == 5 && all.skipped == 7 && all.first_skipped == 1);
   EXPECT_EQ(import(lines, 2, Existing::replace).count, 10) << "the right format asks nothing";
-  desk.told.clear();
-  std::ofstream(file) << lines;
-  importCommand(home.store(), desk, file, ImportChoice{ImportFormat(2), kPeriod}, Existing::keep);
-  ASSERT_EQ(desk.told.size(), 1U);
-  EXPECT_EQ(desk.told[0].text, "数据导入完成，共导入：１０ 注！跳过了 ２ 行，第一处在第 １ 行。");
-  EXPECT_TRUE(desk.runningText().text().ends_with(desk.told[0].text));
+  desk_.told.clear();
+  std::ofstream(file_) << lines;
+  importCommand(home_.store(), desk_, file_, ImportChoice{ImportFormat(2), kPeriod}, Existing::keep);
+  ASSERT_EQ(desk_.told.size(), 1U);
+  EXPECT_EQ(desk_.told[0].text, "数据导入完成，共导入：１０ 注！跳过了 ２ 行，第一处在第 １ 行。");
+  EXPECT_TRUE(desk_.runningText().text().ends_with(desk_.told[0].text));
 }
 
 TEST_F(Import, ReadsUtf8AndElseGb18030) {
@@ -193,44 +193,44 @@ TEST_F(Import, ReadsUtf8AndElseGb18030) {
 }
 
 TEST_F(Import, ChangesNothingUnlessItSucceeds) {
-  putTicket(home.store(), 9, 1, 2001001, kNumbers);
-  desk.runningText().set("text");
+  putTicket(home_.store(), 9, 1, 2001001, kNumbers);
+  desk_.runningText().set("text");
   const std::string line = "01 02 03 04 05 06 07\n";
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += line;
   for (const std::string& bytes : {std::string(), line + '\0', std::string("01 02 03 04 05 06\n")})
     EXPECT_EQ(import(bytes).count, 0) << "without asking anything";
-  desk.choices = {1};
-  desk.on_serve = [&] { desk.choices.empty() ? throw std::runtime_error("the face fails") : void(); };
+  desk_.choices = {1};
+  desk_.on_serve = [&] { desk_.choices.empty() ? throw std::runtime_error("the face fails") : void(); };
   EXPECT_THROW(import(large), std::runtime_error);
   int served = 0;
-  desk.on_serve = [&] { ++served; };
-  std::filesystem::resize_file(file, std::uintmax_t{1} << 30);
-  EXPECT_FALSE(importTickets(home.store(), desk, file, {}).is_text);
+  desk_.on_serve = [&] { ++served; };
+  std::filesystem::resize_file(file_, std::uintmax_t{1} << 30);
+  EXPECT_FALSE(importTickets(home_.store(), desk_, file_, {}).is_text);
   EXPECT_LT(served, 5) << "what is no text isn't read to its end";
-  std::filesystem::resize_file(file, (std::uintmax_t{1} << 30) + 1);
-  for (const auto& path : {home.path() / "none", home.path(), std::filesystem::path(), file})
-    EXPECT_THROW((void)importTickets(home.store(), desk, path, {}), std::filesystem::filesystem_error);
+  std::filesystem::resize_file(file_, (std::uintmax_t{1} << 30) + 1);
+  for (const auto& path : {home_.path() / "none", home_.path(), std::filesystem::path(), file_})
+    EXPECT_THROW((void)importTickets(home_.store(), desk_, path, {}), std::filesystem::filesystem_error);
   EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
-  EXPECT_EQ(desk.runningText().text(), "text");
-  EXPECT_FALSE(desk.stopRequested() || desk.jobs_open != 0);
-  EXPECT_EQ(importCommand(home.store(), desk, file, std::nullopt).count, 0) << "a cancelled dialog";
-  EXPECT_EQ(desk.runningText().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
+  EXPECT_EQ(desk_.runningText().text(), "text");
+  EXPECT_FALSE(desk_.stopRequested() || desk_.jobs_open != 0);
+  EXPECT_EQ(importCommand(home_.store(), desk_, file_, std::nullopt).count, 0) << "a cancelled dialog";
+  EXPECT_EQ(desk_.runningText().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
   for (const char* typed : {"200700", "2007abc", "20070011", ""}) {
-    desk.told.clear();
-    EXPECT_FALSE(readImportChoice(desk, 0, typed) || readImportChoice(desk, 2, typed)) << typed;
-    EXPECT_EQ(desk.told.size(), 2U);
-    EXPECT_TRUE(readImportChoice(desk, 1, typed)) << "the lines hold their periods";
+    desk_.told.clear();
+    EXPECT_FALSE(readImportChoice(desk_, 0, typed) || readImportChoice(desk_, 2, typed)) << typed;
+    EXPECT_EQ(desk_.told.size(), 2U);
+    EXPECT_TRUE(readImportChoice(desk_, 1, typed)) << "the lines hold their periods";
   }
-  EXPECT_EQ(readImportChoice(desk, 2, "２００７００１")->period, 2007001);
+  EXPECT_EQ(readImportChoice(desk_, 2, "２００７００１")->period, 2007001);
 }
 
 TEST_F(Import, GoesOnToTheEndOfTheFile) {
-  desk.on_serve = [&] { desk.requestStop(); };
+  desk_.on_serve = [&] { desk_.requestStop(); };
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += "01 02 03 04 05 06 07\n";
   EXPECT_EQ(import(large).count, 20'000);
-  EXPECT_FALSE(desk.stopRequested()) << "the next job isn't stopped for it";
+  EXPECT_FALSE(desk_.stopRequested()) << "the next job isn't stopped for it";
 }
 
 }  // namespace
