@@ -83,7 +83,7 @@ TEST_F(Panels, ATipTellsTheTickedCells) {
 }
 
 TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
-  const std::map<UsageId, std::string> shortNames{
+  const std::map<UsageId, std::string> short_names{
       {37, "尾数设置"}, {57, "4数8分自然段"}, {58, "8数4分自然段"}};
   std::map<UsageId, int> tabs;
   for (int tab = 1; tab <= 44; ++tab) {
@@ -92,9 +92,9 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
       EXPECT_TRUE(tabs.emplace(condition->usage, tab).second);
     if (page.kind != PageKind::shapes) continue;
     const UsageId usage = page.conditions.front()->usage;
-    const auto named = shortNames.find(usage);
+    const auto named = short_names.find(usage);
     EXPECT_EQ(shapePage(store_, usage).tip,
-              (named == shortNames.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
+              (named == short_names.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
     EXPECT_EQ(usage, tab + 21);
   }
   EXPECT_EQ(tabs.erase(300), 1U);

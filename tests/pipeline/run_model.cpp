@@ -28,7 +28,7 @@ const std::set<int> kThreeGroups = {46, 59, 69, 73}, kFourGroups = {45, 58, 68, 
 const std::set<int> kRelative = {7, 8, 263, 264, 265};
 const std::set<int> kFiveReds = {39, 42, 43, 44, 47, 57, 66, 71};
 
-Figure sumOf(std::function<int(int)> value) {
+Figure sumOf(const std::function<int(int)>& value) {
   return [value](const Reds& reds) {
     int sum = 0;
     for (const int n : reds) sum += value(n);
@@ -79,8 +79,8 @@ class Model {
     for (Row& row : rows_) row.mark = row.shrink = row.pick = 0;
     line("正读取数据[" + toFullWidth(kPeriod) + "期]．．．");
     line("过滤缩水之前共：" + count() + "注．");
-    sums_And_Counts();
-    relative_And_Positions();
+    sumsAndCounts();
+    relativeAndPositions();
     for (const Family& family : families()) shape(family);
     combinations();
     tailSteps();
@@ -139,7 +139,7 @@ class Model {
     }
   }
 
-  void sums_And_Counts() {
+  void sumsAndCounts() {
     figure(1, "[ 总和值 ]", 1000, 1170, sumOf(same));
     figure(2, "[奇数和值]", 2000, 2170, sumOf(odd));
     figure(3, "[偶数和值]", 3000, 3170, sumOf(even));
@@ -163,12 +163,12 @@ class Model {
   // How often what `of` makes of a red came in the newest `draws` draws, each at most `most` times.
   Figure repeats(int draws, int (*of)(int) = same, int most = 1) const {
     std::array<int, 35> times{};
-    for (const auto& draw : before_ | std::views::take(draws))
-      for (int r = 0; r < 6; ++r) ++times[of(draw[r])];
+    for (std::size_t place = 0; place < std::min(before_.size(), static_cast<std::size_t>(draws)); ++place)
+      for (int r = 0; r < 6; ++r) ++times[of(before_[place][r])];
     return sumOf([times, of, most](int n) { return std::min(most, times[of(n)]); });
   }
 
-  void relative_And_Positions() {
+  void relativeAndPositions() {
     figure(7, "[重叠号]", 3470, 3480, repeats(1));
     const auto near = [last = repeats(1)](int n) { return last({n - 1}) + last({n + 1}) > 0 ? 1 : 0; };
     figure(8, "[斜位码]", 3490, 3500, sumOf(near));
@@ -262,7 +262,9 @@ class Model {
       int hits = 0;
       for (int k = 0; k < 7; ++k) {
         const auto agrees = [&](const auto& draw) { return draw[7 + k] == kSums[k](row.reds); };
-        hits += cell_[6680 + k] > 0 && std::ranges::any_of(before_ | std::views::take(2), agrees);
+        const auto end =
+            before_.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(before_.size(), 2));
+        hits += cell_[6680 + k] > 0 && std::any_of(before_.begin(), end, agrees);
       }
       return hits <= 2;
     });

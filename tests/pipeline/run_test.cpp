@@ -77,7 +77,7 @@ TEST_F(Run, LeavesWhatTheRulesLeave) {
       expectLikeModel(std::string(static_cast<std::size_t>(25 + trial), 'x'));
       const std::size_t left = countTickets(store_, kPeriod);
       emptied += left == 0;
-      rejected += left > 0 && left < std::size_t(60 + 30 * trial);
+      rejected += left > 0 && left < 60U + 30U * static_cast<unsigned>(trial);
       if (left > 0) expectLikeModel();  // again over what is left
     }
     EXPECT_GT(kind.allowed > 60 ? rejected : emptied, 5) << "the trials must have something to tell";

@@ -129,7 +129,7 @@ void CountChart::showCounts() {
   const PauseScope pause(*strip_);
   const auto count_draws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
   rows_ = count_draws(session_.store, session_.desk, periods_.period(placeIn(*from_)),
-                     periods_.period(placeIn(*to_)));
+                      periods_.period(placeIn(*to_)));
   showRows();
 }
 
