@@ -81,7 +81,7 @@ class ConditionsTest : public WindowTest {
   [[nodiscard]] std::string changes(const std::map<std::string, std::string>& before) {
     std::string text;
     for (const auto& [place, value] : settings())
-      if (before.at(place) != value) text += place + '=' + value + "; ";
+      if (before.at(place) != value) text.append(place).append("=").append(value).append("; ");
     return text;
   }
   // What every box, list, option, ball and choice shows, one entry each.

@@ -114,7 +114,7 @@ TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
 
 TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
   const std::vector<const char*> good{"1", "2", "3", "4", "5", "6", "8"};
-  const std::string badNumbers = "输入有误或不完整,请核对后重新输入!";
+  const std::string bad_numbers = "输入有误或不完整,请核对后重新输入!";
   const auto bad_period = [](const std::string& typed) {
     return "期号“" + typed + "”不对，应为年份加三位期次的7位数字，如 2007001。";
   };
@@ -124,11 +124,11 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
     std::string says;
     std::string shown;
     int focus;
-  } cases[] = {{"", {"33", "7", "7", "5", "1", "14", "8"}, badNumbers, " 1 5 7 14 33  8", 6},
-               {"", {"9", "3", "40", "5", "1", "14", "8"}, badNumbers, " 3 9 40 5 1 14 8", 3},
-               {"", {"6", "5", "4", "3", "2", "1", "17"}, badNumbers, " 1 2 3 4 5 6 17", 7},
-               {"", {"6", "5", "4", "3", "2", "0", "7"}, badNumbers, " 2 3 4 5 6 0 7", 6},
-               {"", {"", "", "", "", "", "", ""}, badNumbers, "       ", 1},
+  } cases[] = {{"", {"33", "7", "7", "5", "1", "14", "8"}, bad_numbers, " 1 5 7 14 33  8", 6},
+               {"", {"9", "3", "40", "5", "1", "14", "8"}, bad_numbers, " 3 9 40 5 1 14 8", 3},
+               {"", {"6", "5", "4", "3", "2", "1", "17"}, bad_numbers, " 1 2 3 4 5 6 17", 7},
+               {"", {"6", "5", "4", "3", "2", "0", "7"}, bad_numbers, " 2 3 4 5 6 0 7", 6},
+               {"", {"", "", "", "", "", "", ""}, bad_numbers, "       ", 1},
                {"202609", good, bad_period("202609"), "202609 1 2 3 4 5 6 8", 0},
                {"20080510", good, bad_period("20080510"), "20080510 1 2 3 4 5 6 8", 0}};
   const QWidget& frame = part("FrameHkaijian");
@@ -334,9 +334,9 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
 
 TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   HistoryModel draws;
-  QAbstractItemModelTester drawsTester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  QAbstractItemModelTester draws_tester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);
   DistributionModel numbers;
-  QAbstractItemModelTester numbersTester(&numbers, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  QAbstractItemModelTester numbers_tester(&numbers, QAbstractItemModelTester::FailureReportingMode::Fatal);
   EXPECT_EQ(draws.load(store_, {2008049, 2008050}), 2);
   EXPECT_EQ(draws.load(store_, {2008050, 2008050}), 1);
   const auto caption = [&](int column) { return draws.headerData(column, Qt::Horizontal, Qt::DisplayRole); };
@@ -350,16 +350,16 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   }
   EXPECT_EQ(hidden, QStringLiteral("已完成总期号临时数据"));
 
-  DistributionRow lastRed{2008050, {}};
-  lastRed.drawn[kRedCount - 1] = lastRed.drawn[kRedCount] = true;  // and the first blue
-  numbers.setRows({lastRed});
+  DistributionRow last_red{2008050, {}};
+  last_red.drawn[kRedCount - 1] = last_red.drawn[kRedCount] = true;  // and the first blue
+  numbers.setRows({last_red});
   const QVariant none, red_text = colours().red_text, blue_text = colours().blue_text;
   const QVariant red = static_cast<int>(BallFace::red), blue = static_cast<int>(BallFace::blue);
   const struct {
     const QAbstractItemModel& model;
     int column;
     const char* text;
-    QVariant ball, colour, headColour;
+    QVariant ball, colour, head_colour;
   } cells[] = {{numbers, 32, "", none, none, red_text},
                {numbers, 33, "33", red, none, red_text},
                {numbers, 34, "01", blue, blue_text, blue_text},
@@ -373,7 +373,7 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
     EXPECT_EQ(utf8(index.data().toString()), cell.text);
     EXPECT_EQ(index.data(kBallRole), cell.ball);
     EXPECT_EQ(index.data(Qt::ForegroundRole), cell.colour);
-    EXPECT_EQ(cell.model.headerData(cell.column, Qt::Horizontal, Qt::ForegroundRole), cell.headColour);
+    EXPECT_EQ(cell.model.headerData(cell.column, Qt::Horizontal, Qt::ForegroundRole), cell.head_colour);
   }
   EXPECT_EQ(numbers.headerData(34, Qt::Horizontal, Qt::DisplayRole), QStringLiteral("01"));
   test::putDraw(store_, 2008052, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
