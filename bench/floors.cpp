@@ -39,7 +39,8 @@ void walkPass(Store& store, const Condition& condition, const Metric& metric, Pe
 void insertPlainly(Store& store, const TicketSet& tickets) {
   StoreChange change(store);
   Query insert = store.query(
-      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5",
+         "红球6","蓝球")
          VALUES (?,?,?,?,?,?,?,?,?,?))");
   for (std::size_t row = 0; row < tickets.size(); ++row) {
     const auto& [r1, r2, r3, r4, r5, r6] = redsOf(tickets.balls[row]);
@@ -52,7 +53,8 @@ void insertPlainly(Store& store, const TicketSet& tickets) {
 
 std::vector<PlainRow> readPlainly(Store& store, PeriodNo period) {
   Query rows = store.query(
-      R"(SELECT "ID","序号","过滤标记","缩水标记","临时数据","红球1","红球2","红球3","红球4","红球5","红球6",
+      R"(SELECT "ID","序号","过滤标记","缩水标记","临时数据","红球1","红球2","红球3",
+         "红球4","红球5","红球6",
          "蓝球"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
   rows.bind(period);
@@ -69,8 +71,8 @@ std::vector<PlainRow> readPlainly(Store& store, PeriodNo period) {
 void writePlainly(Store& store, const std::vector<PlainRow>& before, const std::vector<PlainRow>& after) {
   StoreChange change(store);
   Query remove = store.query(R"(DELETE FROM "日志表" WHERE "ID"=?)");
-  Query update =
-      store.query(R"(UPDATE "日志表" SET "序号"=?,"过滤标记"=?,"缩水标记"=?,"临时数据"=? WHERE "ID"=?)");
+  Query update = store.query(R"(UPDATE "日志表" SET "序号"=?,"过滤标记"=?,"缩水标记"=?,"临时数据"=?
+                     WHERE "ID"=?)");
   auto left = after.begin();
   for (const PlainRow& row : before) {
     if (left == after.end() || left->id != row.id) {

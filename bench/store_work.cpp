@@ -129,7 +129,8 @@ std::filesystem::path writeLines(const World& world, int lines) {
 void importPlainly(Store& store, const std::filesystem::path& path) {
   StoreChange change(store);
   Query insert = store.query(
-      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
+      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4",
+         "红球5","红球6","蓝球")
          VALUES (?,?,?,?,?,?,?,?,?,?))");
   std::ifstream file(path);
   std::int64_t row = 0;

@@ -112,7 +112,8 @@ void World::addDraws(int count) {
     const auto& [r1, r2, r3, r4, r5, r6] = numbers.reds;
     store_
         ->query(
-            R"(INSERT INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4","红球5","红球6",
+            R"(INSERT INTO "历史记录" ("期号","开奖日期","红球1","红球2","红球3","红球4",
+               "红球5","红球6",
                "蓝球")
                VALUES (?,?,?,?,?,?,?,?,?))")
         .bind((2001 + i / 150) * 1000 + i % 150 + 1, formatDate(date), r1, r2, r3, r4, r5, r6, numbers.blue)
@@ -147,7 +148,8 @@ void World::useAllConditions(const TicketSet& tickets) {
     allowFigures(*store_, set, draws, condition, tickets);
   }
   store_->db().exec(
-      "UPDATE \"历史数据过滤\" SET \"使用状态\"=1,\"最小值\"=2001001,\"最大值\"=2098999,\"匹配值\"=6");
+      R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=2001001,"最大值"=2098999,
+         "匹配值"=6)");
   change.commit();
 }
 

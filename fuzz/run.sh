@@ -14,7 +14,8 @@ for source in fuzz/*.cpp; do
   target=$(basename "$source" .cpp)
   mkdir "$work/$target"
   echo "-- $target"
-  if ! build/fuzz/bin/fuzz_"$target" -max_total_time="$seconds" -timeout=10 -dict="fuzz/$target.dict" -print_final_stats=1 \
+  if ! build/fuzz/bin/fuzz_"$target" -max_total_time="$seconds" -timeout=10 \
+      -dict="fuzz/$target.dict" -print_final_stats=1 \
     -artifact_prefix="$findings/$target-" "$work/$target" "fuzz/corpus/$target" > "$work/log" 2>&1; then
     tail -n 60 "$work/log" | grep -vE '(NEW|REDUCE) +cov:' >&2
     exit 1

@@ -188,7 +188,8 @@ void history3500(State& state, const Sizes& sizes) {
 
 void tickets100k(State& state, const Sizes& sizes) {
   fill(state, sizes,
-       R"(SELECT "序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中","蓝球中" FROM
+       R"(SELECT "序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","红球中",
+           "蓝球中" FROM
          "日志表"
           ORDER BY "期号","序号")",
        ui::MainWindow::Page::tickets,

@@ -259,9 +259,14 @@ void addWhatIsMissing(SQLite::Database& db) {
   for (const char* table :
        {"过滤条件", "默认过滤条件", "过滤条件使用情况", "默认过滤条件使用情况", "自定义区间", "组合过滤"}) {
     SQLite::Statement row(fresh, fmt::format("SELECT * FROM {}", sqlName(table)));
+    std::vector<std::string> columns;
     std::string marks;
-    for (int i = 0; i < row.getColumnCount(); ++i) marks += i == 0 ? "?" : ",?";
-    SQLite::Statement add(db, fmt::format("INSERT OR IGNORE INTO {} VALUES ({})", sqlName(table), marks));
+    for (int i = 0; i < row.getColumnCount(); ++i) {
+      columns.emplace_back(row.getColumnName(i));
+      marks += i == 0 ? "?" : ",?";
+    }
+    SQLite::Statement add(db, fmt::format("INSERT OR IGNORE INTO {} ({}) VALUES ({})", sqlName(table),
+                                          columnList(columns), marks));
     while (row.executeStep()) {
       for (int i = 0; i < row.getColumnCount(); ++i) add.bind(i + 1, row.getColumn(i).getString());
       add.exec();

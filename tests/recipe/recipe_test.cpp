@@ -80,7 +80,7 @@ TEST_F(Recipe, ARowIsAStatisticEverywhere) {
 TEST_F(Recipe, AnOlderStoreTakesTheRowsUpAndLosesNothing) {
   {
     Store store(home_.home().mainDb());
-    store.db().exec(R"(ALTER TABLE "历史记录" DROP COLUMN "首尾差";
+    store.db().exec(R"(ALTER TABLE "历史记录" DROP COLUMN "首尾差"; ALTER TABLE "过滤条件" ADD "备注";
       DELETE FROM "过滤条件" WHERE "ID" BETWEEN 5200 AND 5266; DELETE FROM "默认过滤条件" WHERE "ID" BETWEEN
       5200 AND 5266;
       DELETE FROM "过滤条件使用情况" WHERE "条件"=74; DELETE FROM "默认过滤条件使用情况" WHERE "条件"=74;
