@@ -34,16 +34,16 @@ class DigitBox : public QLineEdit {
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
     selectAll();
-    clicked_In_ = event->reason() == Qt::MouseFocusReason;
+    clicked_in_ = event->reason() == Qt::MouseFocusReason;
   }
   // The click that gave the focus put the cursor into the text.
   void mouseReleaseEvent(QMouseEvent* event) override {
     QLineEdit::mouseReleaseEvent(event);
-    if (std::exchange(clicked_In_, false) && !hasSelectedText()) selectAll();
+    if (std::exchange(clicked_in_, false) && !hasSelectedText()) selectAll();
   }
 
  private:
-  bool clicked_In_ = false;
+  bool clicked_in_ = false;
 };
 
 QDate toQt(Date date) {
