@@ -31,11 +31,6 @@ class QuietDesk final : public ScriptedDesk {
   }
   void tell(std::string_view /*text*/, Tone /*tone*/, std::string_view /*title*/) override {}
   void showTip(std::string_view /*text*/, std::string_view /*title*/) override {}
-
-  std::int64_t rows_begun = 0;  // the sum of the sizes of all jobs
-
- protected:
-  void beginJob(std::int64_t maximum, bool /*can_stop*/) override { rows_begun += maximum; }
 };
 
 // A temporary folder with a store, removed at the end.

@@ -34,6 +34,10 @@ class CountingDesk final : public Desk {
     return std::nullopt;
   }
   void showTip(std::string_view /*text*/, std::string_view /*title*/) override {}
+  FreeCourse& course() override { return course_; }
+
+ private:
+  FreeCourse course_;
 };
 
 }  // namespace lotmere::fuzz

@@ -45,7 +45,7 @@ std::optional<std::size_t> countUtf8(std::string_view text) {
 
 std::optional<std::string> decode(const std::string& bytes) {
   CountingDesk desk;
-  Job job(desk, 0, Job::Stop::possible);
+  CourseLeg job(desk.course(), 0, Course::Stop::possible);
   return decodeBytes(bytes, job);
 }
 

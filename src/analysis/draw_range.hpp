@@ -44,11 +44,11 @@ void forEachBall(BallColour balls, const DrawNumbers& numbers, Visit visit) {
 class WalkProgress {
  public:
   WalkProgress(Desk& desk, std::int64_t rows);
-  // One row more is done; serves the desk now and then.
+  // One row more is done; looks at the course now and then.
   void step();
 
  private:
-  std::optional<Job> job_;
+  std::optional<CourseLeg> job_;
   std::int64_t done_ = 0;
 };
 

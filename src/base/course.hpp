@@ -2,6 +2,7 @@
 // for it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 namespace lotmere {
@@ -24,6 +25,21 @@ class Course {
   virtual void end() = 0;
   // Whether the work shall stop. It stays so until the operation is over.
   [[nodiscard]] virtual bool stopRequested() const = 0;
+  // The operation is over: a stop asked for during it holds no longer.
+  virtual void clearStop() {}
+};
+
+// An operation that can be stopped: a stop asked for is forgotten when it ends, on the route of a failure too,
+// so that the next one doesn't stop at once.
+class StopScope {
+ public:
+  explicit StopScope(Course& course) : course_(course) {}
+  StopScope(const StopScope&) = delete;
+  StopScope& operator=(const StopScope&) = delete;
+  ~StopScope() { course_.clearStop(); }
+
+ private:
+  Course& course_;
 };
 
 // One leg, ended on every route.
@@ -42,6 +58,17 @@ class CourseLeg {
  private:
   Course& course_;
   Course::Stop stop_;
+};
+
+// A course with its `StopFlag`, which any thread may set.
+class StoppableCourse : public Course {
+ public:
+  [[nodiscard]] bool stopRequested() const override { return stop_; }
+  void requestStop() { stop_ = true; }
+  void clearStop() override { stop_ = false; }
+
+ private:
+  std::atomic<bool> stop_{false};
 };
 
 // Nobody waits, nobody stops it.

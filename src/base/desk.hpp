@@ -1,9 +1,10 @@
-// The one door to the person: messages, questions, the running text and the course of a long job. The window
-// puts widgets behind it, the command line a terminal, a test a script of answers.
+// The one door to the user: messages, questions and the running text, with the course of long jobs beside it.
+// The window puts widgets behind it, the command line a terminal, a test a script of answers.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,11 +16,12 @@ namespace lotmere {
 
 enum class Tone { information, warning, error };
 
-// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF.
+// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF. The work writes it while the face,
+// on a thread of its own, shows it.
 class RunningText {
  public:
-  [[nodiscard]] const std::string& text() const { return text_; }
-  void set(std::string text) { text_ = std::move(text); }
+  [[nodiscard]] std::string text() const;
+  void set(std::string text);
   // Two line breaks and then the line, behind what stands.
   void appendLine(std::string_view line);
   // Two line breaks and then the line behind a base saved earlier: so a result line takes the place of the
@@ -27,6 +29,7 @@ class RunningText {
   void setLine(const std::string& base, std::string_view line);
 
  private:
+  mutable std::mutex mutex_;
   std::string text_;
 };
 
@@ -57,38 +60,11 @@ class Desk {
 
   [[nodiscard]] RunningText& runningText() { return running_text_; }
 
-  // Lets the face repaint and take clicks; called at least every 16 ms by every long loop.
-  virtual void serve() {}
-
-  // The `StopFlag`: set by the stop button, read by every loop that can be stopped, cleared at the end of the
-  // job.
-  [[nodiscard]] bool stopRequested() const { return stop_requested_; }
-  void requestStop() { stop_requested_ = true; }
-  void clearStop() { stop_requested_ = false; }
-
- protected:
-  friend class Job;
-  // The progress bar and the stop button appear, other commands are disabled.
-  virtual void beginJob(std::int64_t /*maximum*/, bool /*can_stop*/) {}
-  virtual void showProgress(std::int64_t /*value*/) {}
-  virtual void endJob() {}
+  // The course of the operations that go over this desk.
+  [[nodiscard]] virtual Course& course() = 0;
 
  private:
   RunningText running_text_;
-  bool stop_requested_ = false;
-};
-
-// An operation that a person can stop: the `StopFlag` is down again when it ends, on the route of a failure
-// as well, so that the next one doesn't stop at once.
-class StopScope {
- public:
-  explicit StopScope(Desk& desk) : desk_(desk) {}
-  StopScope(const StopScope&) = delete;
-  StopScope& operator=(const StopScope&) = delete;
-  ~StopScope() { desk_.clearStop(); }
-
- private:
-  Desk& desk_;
 };
 
 // The passing messages of an operation: none is left when it ends, on the route of a failure as well.
@@ -101,48 +77,6 @@ class StatusScope {
 
  private:
   Desk& desk_;
-};
-
-// A job under way: the bar from 0 to `maximum`, which is 0 where nobody knows how long it takes. Its end puts
-// the controls back, on the route of a failure as well.
-class Job {
- public:
-  enum class Stop { possible, impossible };
-
-  Job(Desk& desk, std::int64_t maximum, Stop stop) : desk_(desk), can_stop_(stop == Stop::possible) {
-    desk_.beginJob(maximum, can_stop_);
-  }
-  Job(const Job&) = delete;
-  Job& operator=(const Job&) = delete;
-  ~Job() { desk_.endJob(); }
-
-  // Shows how far the job is and serves the person; true when they asked to stop and the job can be stopped.
-  bool advance(std::int64_t value) {
-    desk_.showProgress(value);
-    desk_.serve();
-    return can_stop_ && desk_.stopRequested();
-  }
-
- private:
-  Desk& desk_;
-  bool can_stop_;
-};
-
-// A desk as the course of a piece of work: its legs are jobs, its stop is the `StopFlag`.
-class DeskCourse final : public Course {
- public:
-  explicit DeskCourse(Desk& desk) : desk_(desk) {}
-
-  void begin(std::int64_t total, Stop stop) override {
-    job_.emplace(desk_, total, stop == Stop::possible ? Job::Stop::possible : Job::Stop::impossible);
-  }
-  bool advance(std::int64_t done) override { return job_ && job_->advance(done); }
-  void end() override { job_.reset(); }
-  [[nodiscard]] bool stopRequested() const override { return desk_.stopRequested(); }
-
- private:
-  Desk& desk_;
-  std::optional<Job> job_;
 };
 
 }  // namespace lotmere

@@ -171,7 +171,7 @@ int runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surr
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
   std::optional<std::string> password;
   if (!call.password_file.empty() && !(password = readPassword(desk, call.password_file)))
-    return desk.wasInterrupted() ? kExitStopped : kExitRefused;
+    return desk.course().wasInterrupted() ? kExitStopped : kExitRefused;
   ProgramStart start(call.home.empty() ? findHome(surroundings.program_folder, surroundings.data_home,
                                                   surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},
@@ -181,15 +181,16 @@ int runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surr
       runSteps(startOrder(start, call, desk, {call.user, password.value_or(std::string())},
                           surroundings.password_limits, prepared));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
-  if (!outcome.ready) return prepared != kExitDone && desk.wasInterrupted() ? kExitStopped : kExitRefused;
+  if (!outcome.ready)
+    return prepared != kExitDone && desk.course().wasInterrupted() ? kExitStopped : kExitRefused;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
   recountIntervals(session.store, desk);
   int status = call.command->run(session);
-  if (status == kExitRefused && desk.wasInterrupted()) status = kExitStopped;
+  if (status == kExitRefused && desk.course().wasInterrupted()) status = kExitStopped;
   recountIntervals(session.store, desk);
   if (call.command->needsUser()) saveSettings(start, desk);
   refreshBackup(start, *call.command, desk);
-  desk.settleInterrupt();
+  desk.course().settleInterrupt();
   out.flush();
   if (!out) return refuse(desk, "无法写出结果。");
   return status;

@@ -77,8 +77,9 @@ class StrengthCommand final : public Command {
     } else {
       conditions = allConditions();
     }
-    const StopScope stop(session.desk);
-    Job job(session.desk, static_cast<std::int64_t>(conditions.size()), Job::Stop::possible);
+    const StopScope stop(session.desk.course());
+    CourseLeg job(session.desk.course(), static_cast<std::int64_t>(conditions.size()),
+                  Course::Stop::possible);
     std::int64_t done = 0;
     for (const Condition& condition : conditions) {
       print(session, std::to_string(condition.usage), condition.name, isUsed(session.store, condition.usage),

@@ -23,7 +23,51 @@ std::string oneLine(std::string_view text) {
 
 }  // namespace
 
-std::atomic<bool> TerminalDesk::interrupted_{false};
+std::atomic<bool> TerminalCourse::interrupted_{false};
+
+void TerminalCourse::begin(std::int64_t total, Stop stop) {
+  can_stop_ = stop == Stop::possible;
+  // A stop that came in front of this leg ends it.
+  was_interrupted_ = was_interrupted_ || (can_stop_ && stopRequested());
+  total_ = total;
+  percent_ = -1;
+}
+
+bool TerminalCourse::advance(std::int64_t done) {
+  showPercent(done);
+  takeInterrupt();
+  return stopRequested();
+}
+
+void TerminalCourse::end() { clearBar(); }
+
+void TerminalCourse::settleInterrupt() {
+  if (interrupted_.exchange(false)) err_ << "来不及中断，命令已经完成。\n";
+}
+
+void TerminalCourse::showPercent(std::int64_t done) {
+  if (!show_bar_ || total_ <= 0) return;
+  const int percent = static_cast<int>(std::min<std::int64_t>(100, done * 100 / total_));
+  if (percent == percent_) return;
+  percent_ = percent;
+  err_ << fmt::format("\r{:3}%", percent) << std::flush;
+}
+
+void TerminalCourse::takeInterrupt() {
+  if (!interrupted_.exchange(false)) return;
+  requestStop();
+  if (can_stop_) {
+    was_interrupted_ = true;
+    return;
+  }
+  clearBar();
+  err_ << "这一步不能中断，要等它完成。\n" << std::flush;
+}
+
+void TerminalCourse::clearBar() {
+  if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
+  percent_ = -1;
+}
 
 void TerminalDesk::tell(std::string_view text, Tone tone, std::string_view /*title*/) {
   (tone == Tone::information ? out_ : err_) << oneLine(text) << '\n';
@@ -54,48 +98,6 @@ std::optional<std::string> TerminalDesk::askText(std::string_view /*prompt*/, st
 
 void TerminalDesk::showTip(std::string_view text, std::string_view /*title*/) {
   err_ << oneLine(text) << '\n';
-}
-
-void TerminalDesk::serve() {
-  // Between two jobs it waits for the next one.
-  if (jobs_.empty() || !interrupted_.exchange(false)) return;
-  requestStop();
-  if (jobs_.back()) {
-    was_interrupted_ = true;
-    return;
-  }
-  clearBar();
-  err_ << "这一步不能中断，要等它完成。\n" << std::flush;
-}
-
-void TerminalDesk::settleInterrupt() {
-  if (interrupted_.exchange(false)) err_ << "来不及中断，命令已经完成。\n";
-}
-
-void TerminalDesk::beginJob(std::int64_t maximum, bool can_stop) {
-  jobs_.push_back(can_stop);
-  // A stop that came in front of this job ends it.
-  was_interrupted_ = was_interrupted_ || (can_stop && stopRequested());
-  maximum_ = maximum;
-  percent_ = -1;
-}
-
-void TerminalDesk::showProgress(std::int64_t value) {
-  if (!show_bar_ || maximum_ <= 0) return;
-  const int percent = static_cast<int>(std::min<std::int64_t>(100, value * 100 / maximum_));
-  if (percent == percent_) return;
-  percent_ = percent;
-  err_ << fmt::format("\r{:3}%", percent) << std::flush;
-}
-
-void TerminalDesk::endJob() {
-  jobs_.pop_back();
-  clearBar();
-}
-
-void TerminalDesk::clearBar() {
-  if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
-  percent_ = -1;
 }
 
 }  // namespace lotmere

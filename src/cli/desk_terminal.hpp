@@ -3,11 +3,41 @@
 
 #include <atomic>
 #include <iosfwd>
-#include <vector>
 
 #include "base/desk.hpp"
 
 namespace lotmere {
+
+// The course of a command: the progress as a percentage on one line, and Ctrl-C.
+class TerminalCourse final : public StoppableCourse {
+ public:
+  TerminalCourse(std::ostream& err, bool show_bar) : err_(err), show_bar_(show_bar) {}
+
+  void begin(std::int64_t total, Stop stop) override;
+  bool advance(std::int64_t done) override;
+  void end() override;
+
+  // Asks the leg under way to stop at its next look, for the only course of the process; safe in a signal's
+  // handler. A leg that can't be stopped says so and goes on. Between two legs it waits for the next one.
+  static void interrupt() { interrupted_ = true; }
+  // Whether a leg that can be stopped was asked to.
+  [[nodiscard]] bool wasInterrupted() const { return was_interrupted_; }
+  // Behind the last leg of a command: one that nobody looked at any more came too late, which is said.
+  void settleInterrupt();
+
+ private:
+  void showPercent(std::int64_t done);
+  void takeInterrupt();
+  void clearBar();
+
+  static std::atomic<bool> interrupted_;
+  std::ostream& err_;
+  bool show_bar_;
+  bool can_stop_ = false;
+  bool was_interrupted_ = false;
+  std::int64_t total_ = 0;
+  int percent_ = -1;
+};
 
 class TerminalDesk final : public Desk {
  public:
@@ -16,15 +46,7 @@ class TerminalDesk final : public Desk {
   // and one that guards a slip is refused. `out` takes information, `err` warnings, errors, questions and
   // progress. With `show_bar` the progress stands as a percentage on one line of `err`.
   TerminalDesk(std::ostream& out, std::ostream& err, Answer answer, bool show_bar)
-      : out_(out), err_(err), answer_(answer), show_bar_(show_bar) {}
-
-  // Asks the job under way to stop as soon as it serves the desk, for the only desk of the process; safe in a
-  // signal's handler. A job that can't be stopped says so and goes on.
-  static void interrupt() { interrupted_ = true; }
-  // Whether a job that can be stopped was asked to.
-  [[nodiscard]] bool wasInterrupted() const { return was_interrupted_; }
-  // Behind the last job of a command: one that nobody looked at any more came too late, which is said.
-  void settleInterrupt();
+      : out_(out), err_(err), answer_(answer), course_(err, show_bar) {}
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
@@ -34,25 +56,13 @@ class TerminalDesk final : public Desk {
   std::optional<std::string> askText(std::string_view prompt, std::string_view title,
                                      std::string_view proposed) override;
   void showTip(std::string_view text, std::string_view title) override;
-  void serve() override;
-
- protected:
-  void beginJob(std::int64_t maximum, bool can_stop) override;
-  void showProgress(std::int64_t value) override;
-  void endJob() override;
+  TerminalCourse& course() override { return course_; }
 
  private:
-  void clearBar();
-
-  static std::atomic<bool> interrupted_;
   std::ostream& out_;
   std::ostream& err_;
   Answer answer_;
-  bool show_bar_;
-  std::vector<bool> jobs_;  // of each open job, whether it can be stopped; the innermost last
-  bool was_interrupted_ = false;
-  std::int64_t maximum_ = 0;
-  int percent_ = -1;
+  TerminalCourse course_;
 };
 
 }  // namespace lotmere

@@ -32,7 +32,7 @@ class FetchCommand final : public Command {
                                   : std::optional(storedAddress(session.store, AddressUse::draw_list));
     if (!address) return kExitRefused;
     if (address->empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
-    const auto fetcher = makeCurlFetcher(session.desk);
+    const auto fetcher = makeCurlFetcher(session.desk.course());
     const auto fetch = all_ ? downloadAll : downloadDraws;
     const DownloadResult result = fetch(session.store, session.desk, *fetcher, *address, realClock().today());
     if (result.stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");

@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
   ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
   // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one
   // ends the process, which loses nothing that was stored.
-  const lotmere::EndSignals signals(&lotmere::TerminalDesk::interrupt);
+  const lotmere::EndSignals signals(&lotmere::TerminalCourse::interrupt);
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   std::ios::sync_with_stdio(false);
   std::error_code unknown;

@@ -101,7 +101,7 @@ class HintsCommand final : public Command {
     const auto period =
         period_.empty() ? nextPeriod(session.store, realClock().today()) : readPeriod(session.desk, period_);
     if (!period) return kExitRefused;
-    hintGaiLv(session.store, session.desk, *period);
+    hintGaiLv(session.store, *period);
     const LowChanceNumbers marked = lowChanceNumbers(session.store);
     session.out << "红球" << ballList(marked.reds) << "\n蓝球" << ballList(marked.blues) << '\n';
     return kExitDone;

@@ -137,14 +137,14 @@ class ModeCommand final : public Command {
 }  // namespace
 
 std::optional<std::string> readPassword(Desk& desk, const std::string& file) {
-  const StopScope stop(desk);
+  const StopScope stop(desk.course());
   std::optional<std::string> text;
   {
-    Job wait(desk, 0, Job::Stop::possible);
+    CourseLeg wait(desk.course(), 0, Course::Stop::possible);
     text = readFirstLine(file, kLongestPassword, [&wait] { return wait.advance(0); });
-    if (desk.stopRequested()) return std::nullopt;
+    if (desk.course().stopRequested()) return std::nullopt;
   }
-  Job job(desk, 1, Job::Stop::impossible);
+  CourseLeg job(desk.course(), 1, Course::Stop::impossible);
   if (text) text = decodeBytes(std::move(*text), job);
   if (!text) {
     refuse(desk, fmt::format("文件{}不像密码文件：应是一行文字。", quoteTyped(file)));

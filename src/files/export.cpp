@@ -44,7 +44,7 @@ struct ExportRow {
 
 // The rows by running number. They nearly always stand so already, and reading them in the order of the table
 // lets the desk be served on the way, which a sort inside the engine would not.
-std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count, Job& job) {
+std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count, CourseLeg& job) {
   std::vector<ExportRow> tickets;
   tickets.reserve(count);
   Query rows = store.query(
@@ -65,7 +65,7 @@ std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count
 }
 
 std::string fileText(const std::vector<ExportRow>& tickets, PeriodNo period, const ExportSwitches& switches,
-                     Job& job) {
+                     CourseLeg& job) {
   std::string text;
   text.reserve(tickets.size() * kLongestLine);
   Line line;
@@ -92,7 +92,7 @@ int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesyst
                   const ExportSwitches& switches, FileSystem& files) {
   const auto count = store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period);
   if (count == 0) return 0;
-  Job job(desk, count + 1, Job::Stop::impossible);
+  CourseLeg job(desk.course(), count + 1, Course::Stop::impossible);
   const auto tickets = readRows(store, period, static_cast<std::size_t>(count), job);
   const std::string text = fileText(tickets, period, switches, job);
   job.advance(count);

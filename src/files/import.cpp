@@ -41,7 +41,7 @@ struct LastRow {
 };
 
 // Where new rows go on. A walk and not an aggregate of the engine's, so that the desk is served on the way.
-LastRow lastRow(Store& store, Job& job) {
+LastRow lastRow(Store& store, CourseLeg& job) {
   LastRow last;
   Query rows = store.query(R"(SELECT "ID","序号" FROM "日志表" ORDER BY "ID")");
   for (std::int64_t read = 1; rows.next(); ++read) {
@@ -80,7 +80,7 @@ class RowWriter {
 
 // Walks over the lines of a text and gives each with its number to `use`; the bar runs up to its size.
 template <class Use>
-void walkLines(std::string_view text, Job& job, Use&& use) {
+void walkLines(std::string_view text, CourseLeg& job, Use&& use) {
   const std::size_t size = text.size();
   std::size_t served = 0;
   for (std::int64_t number = 1; !text.empty(); ++number) {
@@ -101,7 +101,7 @@ struct Survey {
 };
 
 Survey surveyFile(TextFile& source, Desk& desk, const ImportChoice& choice) {
-  Job job(desk, static_cast<std::int64_t>(source.size()), Job::Stop::impossible);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(source.size()), Course::Stop::impossible);
   Survey survey;
   auto decoded = decodeBytes(source.bytes(job), job);
   survey.result.is_text = decoded.has_value();
@@ -139,7 +139,7 @@ std::optional<Existing> settleExisting(Store& store, Desk& desk, Existing existi
 }
 
 void writeTickets(Store& store, Desk& desk, std::string_view text, const ImportChoice& choice) {
-  Job job(desk, static_cast<std::int64_t>(text.size()), Job::Stop::impossible);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(text.size()), Course::Stop::impossible);
   RowWriter writer(store, lastRow(store, job));
   walkLines(text, job, [&](std::string_view line, std::int64_t /*number*/) {
     if (const auto ticket = importLine(line, choice)) writer.add(*ticket);
@@ -167,7 +167,7 @@ std::optional<ImportChoice> readImportChoice(Desk& desk, int format, std::string
 ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path& file,
                            const ImportChoice& choice, Existing existing) {
   TextFile source(file);
-  const StopScope stop(desk);
+  const StopScope stop(desk.course());
   const Survey survey = surveyFile(source, desk, choice);
   if (survey.result.count == 0) return survey.result;
   const auto settled = acceptWideLines(desk, survey) ? settleExisting(store, desk, existing) : std::nullopt;

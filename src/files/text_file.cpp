@@ -61,7 +61,8 @@ class Converter {
 enum class Strict { yes, no };
 
 // Nothing when a byte is no character and the conversion is strict.
-std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict, Job& job) {
+std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict,
+                                       CourseLeg& job) {
   Converter converter(from, rest.size());
   std::string text;
   text.reserve(rest.size() + rest.size() / 2);
@@ -100,7 +101,7 @@ TextFile::TextFile(const fs::path& path) : path_(path) {
   if (!file_) fail(path, std::errc::permission_denied);
 }
 
-std::string TextFile::bytes(Job& job) {
+std::string TextFile::bytes(CourseLeg& job) {
   std::string bytes;
   bytes.reserve(size_ + kChunk);
   while (file_ && !job.advance(0)) {
@@ -114,7 +115,7 @@ std::string TextFile::bytes(Job& job) {
   return bytes;
 }
 
-std::optional<std::string> decodeBytes(std::string bytes, Job& job) {
+std::optional<std::string> decodeBytes(std::string bytes, CourseLeg& job) {
   if (bytes.find('\0') != std::string::npos) return std::nullopt;
   const bool plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
   if (plain) return bytes;

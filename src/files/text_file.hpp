@@ -20,7 +20,7 @@ class TextFile {
   [[nodiscard]] std::size_t size() const { return size_; }
   // The bytes of the file, which `job` is served for. Throws std::filesystem::filesystem_error when the
   // machine breaks off. Cut short when the person asks to stop, and behind a byte of 0: that is no text.
-  [[nodiscard]] std::string bytes(Job& job);
+  [[nodiscard]] std::string bytes(CourseLeg& job);
 
  private:
   std::filesystem::path path_;
@@ -31,7 +31,7 @@ class TextFile {
 // A text as UTF-8 without mark: it is taken for UTF-8 where all of it is, else for GB18030; either may begin
 // with its mark. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a
 // byte is 0: that is no text. Cut short when the person asks to stop.
-[[nodiscard]] std::optional<std::string> decodeBytes(std::string bytes, Job& job);
+[[nodiscard]] std::optional<std::string> decodeBytes(std::string bytes, CourseLeg& job);
 
 // Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one
 // character off a text that isn't empty.

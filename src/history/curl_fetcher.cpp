@@ -14,7 +14,7 @@ constexpr long kConnectSeconds = 10;
 constexpr long kSilenceSeconds = 20;
 constexpr long kMostRedirects = 5;
 constexpr std::size_t kLargestReply = std::size_t{32} << 20;
-constexpr int kMillisecondsBetweenServes = 15;
+constexpr int kMillisecondsBetweenLooks = 15;
 
 struct CurlCleanup {
   void operator()(CURL* curl) const { curl_easy_cleanup(curl); }
@@ -123,14 +123,13 @@ class Transfer {
   }
 
   // CURLE_OK once the whole reply came; CURLE_ABORTED_BY_CALLBACK when the user stopped it.
-  [[nodiscard]] CURLcode run(Desk& desk) {
+  [[nodiscard]] CURLcode run(Course& course) {
     int running = added_ ? 1 : 0;
     while (running != 0) {
       if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return CURLE_OUT_OF_MEMORY;
       if (running == 0) break;
-      desk.serve();
-      if (desk.stopRequested()) return CURLE_ABORTED_BY_CALLBACK;
-      if (curl_multi_poll(multi_.get(), nullptr, 0, kMillisecondsBetweenServes, nullptr) != CURLM_OK)
+      if (course.advance(0)) return CURLE_ABORTED_BY_CALLBACK;
+      if (curl_multi_poll(multi_.get(), nullptr, 0, kMillisecondsBetweenLooks, nullptr) != CURLM_OK)
         return CURLE_OUT_OF_MEMORY;
     }
     int left = 0;
@@ -146,7 +145,7 @@ class Transfer {
 
 class CurlFetcher final : public Fetcher {
  public:
-  explicit CurlFetcher(Desk& desk) : desk_(desk) {}
+  explicit CurlFetcher(Course& course) : course_(course) {}
 
   Fetched fetch(const std::string& address) override {
     const UrlHandle url = parseAddress(address);
@@ -155,9 +154,9 @@ class CurlFetcher final : public Fetcher {
     if (!url) return {std::nullopt, "网址不对"};
     if (std::string fault = fileFault(url.get()); !fault.empty()) return {std::nullopt, std::move(fault)};
     if (!curl || !setUp(curl.get(), url.get(), reply)) return {std::nullopt, "下载组件无法使用"};
-    const CURLcode code = Transfer(curl.get()).run(desk_);
+    const CURLcode code = Transfer(curl.get()).run(course_);
     if (code == CURLE_OK) return {std::move(reply), {}};
-    if (desk_.stopRequested()) return {std::nullopt, {}, true};
+    if (course_.stopRequested()) return {std::nullopt, {}, true};
     return {std::nullopt, causeText(curl.get(), code)};
   }
 
@@ -185,15 +184,15 @@ class CurlFetcher final : public Fetcher {
     return fine;
   }
 
-  Desk& desk_;
+  Course& course_;
 };
 
 }  // namespace
 
-std::unique_ptr<Fetcher> makeCurlFetcher(Desk& desk) {
+std::unique_ptr<Fetcher> makeCurlFetcher(Course& course) {
   static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
   static_cast<void>(ready);
-  return std::make_unique<CurlFetcher>(desk);
+  return std::make_unique<CurlFetcher>(course);
 }
 
 }  // namespace lotmere

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "base/desk.hpp"
+#include "base/course.hpp"
 #include "base/platform.hpp"
 
 namespace lotmere {
@@ -13,9 +13,9 @@ namespace lotmere {
 // status 400 or above, when the reply breaks off before its announced end, or when it is longer than 32 MiB;
 // and at once when a file address names anything but a regular file, which could stay silent for ever.
 //
-// The desk is served all the while, on the caller's thread; a stop asked for there breaks the fetch off. It
-// is the caller's to clear. Nothing is thrown but what the desk throws while it is served; the connection is
-// closed then.
-[[nodiscard]] std::unique_ptr<Fetcher> makeCurlFetcher(Desk& desk);
+// A fetch is a leg of the course, begun by the caller, and looks at it every few milliseconds; a stop breaks it
+// off and is the caller's to clear. Nothing is thrown but what the course throws; the connection is closed
+// then.
+[[nodiscard]] std::unique_ptr<Fetcher> makeCurlFetcher(Course& course);
 
 }  // namespace lotmere

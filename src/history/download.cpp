@@ -18,7 +18,7 @@ namespace {
 
 constexpr PeriodNo kLookBack = 10;
 constexpr PeriodNo kLookAhead = 5000;
-constexpr PeriodNo kPeriodsBetweenServes = 50;
+constexpr PeriodNo kPeriodsBetweenLooks = 50;
 
 constexpr std::string_view kDownloading = " ■■■■■  正在下载开奖数据。。。。。。  ";
 constexpr std::string_view kComputing = " >>>>>>>>  正在统计各项值，请稍等！  <<<<<<<<  ";
@@ -55,10 +55,10 @@ class Merge {
 
  private:
   void storeEntries(PeriodNo latest) {
-    Job job(desk_, kLookAhead, Job::Stop::impossible);
+    CourseLeg job(desk_.course(), kLookAhead, Course::Stop::impossible);
     for (PeriodNo p = latest - kLookBack; p <= latest + kLookAhead; ++p) {
       if (list_.names(p)) storeEntry(p);
-      if (p > latest && (p - latest) % kPeriodsBetweenServes == 0) job.advance(p - latest);
+      if (p > latest && (p - latest) % kPeriodsBetweenLooks == 0) job.advance(p - latest);
     }
     looked_up_to_ = latest + kLookAhead;
   }

@@ -17,7 +17,7 @@ constexpr std::size_t kShortWindow = 5;
 constexpr std::size_t kThreeDraws = 3;
 
 // A row takes some hundredths of a millisecond.
-constexpr std::size_t kRowsBetweenServes = 64;
+constexpr std::size_t kRowsBetweenLooks = 64;
 // Shorter jobs are over before a bar could be seen.
 constexpr std::size_t kRowsWorthABar = 200;
 
@@ -66,12 +66,13 @@ DrawView viewDraw(const DrawSeries& series, std::size_t place) {
 // Writes the draws from place `first` on, with a bar over a long series.
 void writeDraws(Desk& desk, DrawWriter& writer, const DrawSeries& series, std::size_t first) {
   const std::size_t count = series.draws.size() - first;
-  std::optional<Job> job;
-  if (count >= kRowsWorthABar) job.emplace(desk, static_cast<std::int64_t>(count), Job::Stop::impossible);
+  std::optional<CourseLeg> job;
+  if (count >= kRowsWorthABar)
+    job.emplace(desk.course(), static_cast<std::int64_t>(count), Course::Stop::impossible);
   for (std::size_t done = 0; done < count; ++done) {
     const std::size_t place = first + done;
     writer.write(series.draws[place].period, viewDraw(series, place));
-    if (job && done % kRowsBetweenServes == 0) job->advance(static_cast<std::int64_t>(done));
+    if (job && done % kRowsBetweenLooks == 0) job->advance(static_cast<std::int64_t>(done));
   }
   if (job) job->advance(static_cast<std::int64_t>(count));
 }

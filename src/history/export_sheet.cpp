@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <chrono>
-#include <future>
 #include <optional>
 
 #include "base/text.hpp"
@@ -15,8 +13,7 @@
 namespace lotmere {
 namespace {
 
-constexpr int kRowsBetweenServes = 64;  // some milliseconds
-constexpr auto kBetweenServes = std::chrono::milliseconds{10};
+constexpr int kRowsBetweenLooks = 64;  // some milliseconds
 constexpr double kFirstWidth = 9;
 constexpr int kFirstYear = 1900;  // of the calendar of spreadsheets
 
@@ -55,27 +52,24 @@ void putField(Spreadsheet& sheet, int row, int column, DrawColumnType type, cons
 }
 
 // False when the person asked to stop.
-bool putDraws(Store& store, Spreadsheet& sheet, const std::vector<DrawColumn>& columns, Job& job) {
+bool putDraws(Store& store, Spreadsheet& sheet, const std::vector<DrawColumn>& columns, CourseLeg& job) {
   Query rows = store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", namesOf(columns)));
   for (int row = 1; rows.next(); ++row) {
     for (int column = 0; column < int(columns.size()); ++column)
       putField(sheet, row, column, columns[column].type, rows.statement().getColumn(column));
-    if (row % kRowsBetweenServes == 0 && job.advance(row)) return false;
+    if (row % kRowsBetweenLooks == 0 && job.advance(row)) return false;
   }
   return true;
 }
 
 // The bytes of the file; nothing when the person asked to stop.
 std::optional<std::string> sheetBytes(Store& store, Desk& desk, std::int64_t draws) {
-  Job job(desk, draws, Job::Stop::possible);
+  CourseLeg job(desk.course(), draws, Course::Stop::possible);
   Spreadsheet sheet("sheet1");
   const auto columns = exportedColumns();
   putHead(sheet, columns);
   if (!putDraws(store, sheet, columns, job)) return std::nullopt;
-  // One call of some tenths of a second, so it runs beside the thread that serves the person.
-  auto finished = std::async(std::launch::async, &Spreadsheet::finish, &sheet);
-  while (finished.wait_for(kBetweenServes) != std::future_status::ready) job.advance(draws);
-  std::string bytes = finished.get();
+  std::string bytes = sheet.finish();
   if (job.advance(draws)) return std::nullopt;
   return bytes;
 }
@@ -88,7 +82,7 @@ int exportHistory(Store& store, Desk& desk, const std::filesystem::path& target,
     desk.tell("历史记录是空的，没有可导出的数据。", Tone::warning);
     return 0;
   }
-  const StopScope stoppable(desk);
+  const StopScope stoppable(desk.course());
   try {
     if (isOwnFile(Home{store.path().parent_path()}, target)) {
       desk.tell(kOwnFile, Tone::warning);

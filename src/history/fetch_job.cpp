@@ -3,10 +3,10 @@
 namespace lotmere {
 
 Fetched fetchAsJob(Desk& desk, Fetcher& fetcher, const std::string& address) {
-  const StopScope stop(desk);
-  const Job job(desk, 0, Job::Stop::possible);
+  const StopScope stop(desk.course());
+  const CourseLeg job(desk.course(), 0, Course::Stop::possible);
   Fetched fetched = fetcher.fetch(address);
-  if (desk.stopRequested()) return {std::nullopt, {}, true};
+  if (desk.course().stopRequested()) return {std::nullopt, {}, true};
   return fetched;
 }
 

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kShortText =
     30;  // characters: a running text up to this length stays in front of a run's lines
 
-RowsDone tellJob(Job& job) {
+RowsDone tellJob(CourseLeg& job) {
   return [&job](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
 }
 
@@ -32,7 +32,7 @@ std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) 
     if (period > 0) text.appendLine(fmt::format("表格中无[{}]期数据．", toFullWidth(period)));
     return std::nullopt;
   }
-  Job job(desk, static_cast<std::int64_t>(rows), Job::Stop::possible);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(rows), Course::Stop::possible);
   if (countCharacters(text.text()) > kShortText) text.set({});
   text.appendLine(fmt::format("正读取数据[{}期]．．．", toFullWidth(period)));
   auto tickets = loadTickets(store, period, tellJob(job));
@@ -44,10 +44,9 @@ std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) 
 
 void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
   const FilterPlan plan(compileRules(loadConditionSet(store)), loadDrawTable(store), tickets.period);
-  DeskCourse course(desk);
   RunText text(desk, plan);
-  thin(plan, tickets, course, text, static_cast<int>(std::thread::hardware_concurrency()));
-  if (!desk.stopRequested()) shrinkCover(store, desk, tickets, plan.rules().shrink_type);
+  thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
+  if (!desk.course().stopRequested()) shrinkCover(store, desk, tickets, plan.rules().shrink_type);
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {
@@ -57,7 +56,7 @@ void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo peri
   const PeriodNo previous = periodsBack(store, period, 1);
   computeDrawStatistics(store, desk, previous, previous);
   if (tickets != nullptr) {
-    Job job(desk, static_cast<std::int64_t>(tickets->size()), Job::Stop::impossible);
+    CourseLeg job(desk.course(), static_cast<std::int64_t>(tickets->size()), Course::Stop::impossible);
     saveTickets(store, *tickets, tellJob(job));
   }
   change.commit();
@@ -66,22 +65,21 @@ void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo peri
 }  // namespace
 
 RunResult runPipeline(Store& store, Desk& desk, PeriodNo period) {
-  const StopScope stop(desk);
+  const StopScope stop(desk.course());
   auto tickets = readTickets(store, desk, period);
   RunResult result;
   if (tickets) {
     walkSteps(store, desk, *tickets);
-    result = {true, desk.stopRequested(), static_cast<std::int64_t>(tickets->size())};
+    result = {true, desk.course().stopRequested(), static_cast<std::int64_t>(tickets->size())};
   } else {
     result.tickets = static_cast<std::int64_t>(countTickets(store, period));
-    result.stopped = desk.stopRequested() && result.tickets != 0;
+    result.stopped = desk.course().stopRequested() && result.tickets != 0;
   }
   writeBack(store, desk, tickets ? &*tickets : nullptr, period);
   if (!result.ran && !result.stopped) return result;
   desk.runningText().appendLine(fmt::format("{}：{} 注",
                                             result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
                                             toFullWidth(result.tickets)));
-  desk.serve();
   return result;
 }
 

@@ -54,7 +54,7 @@ void RunText::tellResult(std::size_t step, std::int64_t tickets) const {
 }
 
 void RunText::tellTurns(const StepResult& result) const {
-  for (int turn = 0; turn < kTurnCount && !desk_.stopRequested(); ++turn)
+  for (int turn = 0; turn < kTurnCount && !desk_.course().stopRequested(); ++turn)
     if (!plan_.rules().turns[turn])
       desk_.runningText().appendLine(
           fmt::format("[{}（具体）] <未使用这个条件>", familyOfTurn(turn).draw_column));

@@ -86,14 +86,11 @@ void storeChances(Store& store, const NumberFigures& chances) {
 
 }  // namespace
 
-void hintGaiLv(Store& store, Desk& desk, PeriodNo period) {
+void hintGaiLv(Store& store, PeriodNo period) {
   const LoadedHistory history = hintLoad(store, period);
   VoteTally tally;
   NumberFigures chances;
-  for (const Turn& turn : kTurns) {
-    hintTurn(history, period, turn, tally, chances);
-    desk.serve();
-  }
+  for (const Turn& turn : kTurns) hintTurn(history, period, turn, tally, chances);
   storeChances(store, chances);
 }
 

@@ -14,6 +14,6 @@ namespace lotmere {
 // fewer than five draws before the period there are no votes, and the lowest numbers are marked; with draws
 // whose numbers no guess can hit (0) a turn marks nothing. Takes a few milliseconds and can't be stopped. The
 // table is written in one change at the end: a failure leaves the old marks.
-void hintGaiLv(Store& store, Desk& desk, PeriodNo period);
+void hintGaiLv(Store& store, PeriodNo period);
 
 }  // namespace lotmere

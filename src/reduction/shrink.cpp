@@ -33,7 +33,7 @@ std::int64_t keepFirstCentre(TicketSet& tickets, int type) {
 }
 
 // Whether imported tickets stand among them that repeat a red. Ends early when the user asks to stop.
-OverlapMarks::Repeats findRepeats(const TicketSet& tickets, Job& job) {
+OverlapMarks::Repeats findRepeats(const TicketSet& tickets, CourseLeg& job) {
   constexpr std::size_t block = 16 * kBlock;
   for (std::size_t row = 0; row < tickets.size(); ++row) {
     if (!isRegular(tickets.balls[row])) return OverlapMarks::Repeats::yes;
@@ -45,9 +45,9 @@ OverlapMarks::Repeats findRepeats(const TicketSet& tickets, Job& job) {
 // The loop proper. Kept tickets move down to the front; with a stop the tickets not reached move down behind
 // them.
 std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
-  Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(tickets.size()), Course::Stop::possible);
   const OverlapMarks::Repeats repeats = findRepeats(tickets, job);
-  if (desk.stopRequested()) return keepFirstCentre(tickets, type);
+  if (desk.course().stopRequested()) return keepFirstCentre(tickets, type);
   Cover cover(type, repeats);
   std::size_t kept = 0;
   std::size_t row = 0;

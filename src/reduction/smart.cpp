@@ -115,7 +115,7 @@ void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type) {
     return;
   }
   if (tickets.size() == 0) return;
-  Job job(desk, static_cast<std::int64_t>(tickets.size()), Job::Stop::possible);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(tickets.size()), Course::Stop::possible);
   desk.runningText().setLine(base, "[ 智能优化 ]优化正在进行中．．．");
   const SmartScore smart(loadDraws(store, tickets.period));
   // Tickets with the same reds stand together and share what those add to the score.
@@ -128,7 +128,7 @@ void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type) {
     tickets.score[row] = of_reds + smart.scoreBlue(ticket);
   }
   clearLowerScores(tickets);
-  if (!desk.stopRequested()) desk.runningText().setLine(base, "[ 智能优化 ] 完 成 ");
+  if (!desk.course().stopRequested()) desk.runningText().setLine(base, "[ 智能优化 ] 完 成 ");
 }
 
 }  // namespace lotmere

@@ -36,11 +36,11 @@ std::int64_t allBytes(const std::vector<ArchivedFile>& archived) {
   return sum;
 }
 
-void advance(Job& job, std::int64_t done) {
+void advance(CourseLeg& job, std::int64_t done) {
   if (job.advance(done)) throw Stopped{};
 }
 
-void fillArchive(SQLite::Database& db, const std::vector<ArchivedFile>& archived, Job& job) {
+void fillArchive(SQLite::Database& db, const std::vector<ArchivedFile>& archived, CourseLeg& job) {
   db.exec(fmt::format(R"(PRAGMA application_id = {}; PRAGMA user_version = {};
       CREATE TABLE "目录" ("名称" TEXT PRIMARY KEY, "字节数" INTEGER NOT NULL, "校验" INTEGER NOT NULL);
       CREATE TABLE "总数" ("文件数" INTEGER NOT NULL);
@@ -71,7 +71,7 @@ void fillArchive(SQLite::Database& db, const std::vector<ArchivedFile>& archived
   }
 }
 
-ArchivedFile readFile(SQLite::Database& db, const std::string& name, Job& job, std::int64_t& done) {
+ArchivedFile readFile(SQLite::Database& db, const std::string& name, CourseLeg& job, std::int64_t& done) {
   ArchivedFile file{name, {}};
   SQLite::Statement chunks(db, R"(SELECT "字节" FROM "内容" WHERE "名称"=? ORDER BY "序号")");
   chunks.bind(1, name);
@@ -85,8 +85,8 @@ ArchivedFile readFile(SQLite::Database& db, const std::string& name, Job& job, s
 
 Archive readSound(SQLite::Database& db, Desk& desk) {
   Archive archive;
-  Job job(desk, db.execAndGet(R"(SELECT ifnull(sum("字节数"),0) FROM "目录")").getInt64(),
-          Job::Stop::possible);
+  CourseLeg job(desk.course(), db.execAndGet(R"(SELECT ifnull(sum("字节数"),0) FROM "目录")").getInt64(),
+                Course::Stop::possible);
   std::int64_t done = 0;
   SQLite::Statement row(db, R"(SELECT "名称","字节数","校验" FROM "目录" ORDER BY "名称")");
   while (row.executeStep()) {
@@ -105,8 +105,8 @@ Archive readSound(SQLite::Database& db, Desk& desk) {
 
 bool writeArchive(const fs::path& path, const std::vector<ArchivedFile>& archived, Desk& desk,
                   FileSystem& files) {
-  const StopScope stop(desk);
-  Job job(desk, allBytes(archived), Job::Stop::possible);
+  const StopScope stop(desk.course());
+  CourseLeg job(desk.course(), allBytes(archived), Course::Stop::possible);
   try {
     writeDatabase(path, files, [&](SQLite::Database& db) { fillArchive(db, archived, job); });
     return true;
@@ -119,7 +119,7 @@ Archive readArchive(const fs::path& path, Desk& desk) {
   requirePlainFile(path);
   if (!fs::exists(path))
     throw fs::filesystem_error("open", path, std::make_error_code(std::errc::no_such_file_or_directory));
-  const StopScope stop(desk);
+  const StopScope stop(desk.course());
   try {
     SQLite::Database db(path.string(), SQLite::OPEN_READONLY);
     if (db.execAndGet("PRAGMA application_id").getInt() != kApplication) return {ArchiveState::foreign, {}};

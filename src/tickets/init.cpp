@@ -54,7 +54,7 @@ InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing exist
   const auto settled = settleExisting(desk, old_rows, existing);
   if (!settled) return result;
 
-  const StopScope stop(desk);
+  const StopScope stop(desk.course());
   StoreChange change(store);
   store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
   // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
@@ -62,13 +62,13 @@ InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing exist
   const std::int64_t kept = *settled == Existing::keep ? old_rows : 0;
   if (kept == 0) store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
   {
-    Job job(desk, countCombos(selection).tickets, Job::Stop::possible);
+    CourseLeg job(desk.course(), countCombos(selection).tickets, Course::Stop::possible);
     result.rows = kept + writeTickets(store, selection, period, last_id,
                                       [&](std::int64_t written) { return job.advance(kept + written); });
   }
   change.commit();
 
-  result.stopped = desk.stopRequested();
+  result.stopped = desk.course().stopRequested();
   result.done = !result.stopped;
   if (!result.done) return result;
   const std::string text = fmt::format("初始化选号完成!共 {} 注！", toFullWidth(result.rows));

@@ -22,7 +22,7 @@ std::string refusalText(PeriodNo period) {
 }
 
 // Adds every ticket to its tier; nothing is written yet.
-void tallyTickets(Store& store, PeriodNo period, Balls draw, Job& job, CheckResult& result) {
+void tallyTickets(Store& store, PeriodNo period, Balls draw, CourseLeg& job, CheckResult& result) {
   Query rows = store.query(
       R"(SELECT "红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表" WHERE "期号"=?)");
   rows.bind(period);
@@ -37,7 +37,7 @@ void tallyTickets(Store& store, PeriodNo period, Balls draw, Job& job, CheckResu
   }
 }
 
-void writeHits(Store& store, PeriodNo period, Balls draw, Job& job) {
+void writeHits(Store& store, PeriodNo period, Balls draw, CourseLeg& job) {
   std::int64_t written = 0;
   RowFunction function(store, "lotmere_hits", kRedsPerTicket, [&](std::span<const std::int32_t> values) {
     if (++written % kBlock == 0) job.advance(written);
@@ -93,7 +93,7 @@ CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period) {
   const Balls numbers = packBalls(draw->numbers.reds, draw->numbers.blue);
   StoreChange change(store);
   {
-    Job job(desk, static_cast<std::int64_t>(tickets), Job::Stop::impossible);
+    CourseLeg job(desk.course(), static_cast<std::int64_t>(tickets), Course::Stop::impossible);
     tallyTickets(store, period, numbers, job, result);
     writeHits(store, period, numbers, job);
   }

@@ -86,7 +86,7 @@ TEST_F(TicketCommands, AFullDiskBehindTheResultIsAFailure) {
 class Interrupted : public TicketCommands {
  protected:
   Reply run(const Arguments& arguments) const {
-    TerminalDesk::interrupt();
+    TerminalCourse::interrupt();
     return home_.run(arguments);
   }
 };

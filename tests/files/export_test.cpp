@@ -152,7 +152,7 @@ TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {
   change.commit();
   realFiles().writeWhole(file_, "yesterday");
   int served = 0;
-  desk_.on_serve = [&] { ++served, desk_.requestStop(); };
+  desk_.course().on_look = [&] { ++served, desk_.course().requestStop(); };
   rlimit usual{};
   ::getrlimit(RLIMIT_FSIZE, &usual);
   const rlimit full{1000, usual.rlim_max};
@@ -163,7 +163,7 @@ TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {
   EXPECT_EQ(readFile(file_), "yesterday");
   const std::filesystem::directory_iterator files(home_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "a half-written file is left behind";
-  EXPECT_EQ(desk_.jobs_open, 0);
+  EXPECT_FALSE(desk_.course().open);
   EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 20'000) << "an export stops for nobody";
   EXPECT_EQ(readFile(file_).size(), 20'000u * 22u);
   EXPECT_GE(served, 40);

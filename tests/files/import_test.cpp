@@ -201,10 +201,12 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   for (const std::string& bytes : {std::string(), line + '\0', std::string("01 02 03 04 05 06\n")})
     EXPECT_EQ(import(bytes).count, 0) << "without asking anything";
   desk_.choices = {1};
-  desk_.on_serve = [&] { desk_.choices.empty() ? throw std::runtime_error("the face fails") : void(); };
+  desk_.course().on_look = [&] {
+    desk_.choices.empty() ? throw std::runtime_error("the face fails") : void();
+  };
   EXPECT_THROW(import(large), std::runtime_error);
   int served = 0;
-  desk_.on_serve = [&] { ++served; };
+  desk_.course().on_look = [&] { ++served; };
   std::filesystem::resize_file(file_, std::uintmax_t{1} << 30);
   EXPECT_FALSE(importTickets(home_.store(), desk_, file_, {}).is_text);
   EXPECT_LT(served, 5) << "what is no text isn't read to its end";
@@ -213,7 +215,7 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
     EXPECT_THROW((void)importTickets(home_.store(), desk_, path, {}), std::filesystem::filesystem_error);
   EXPECT_EQ(rows(), "9 1 2001001 1 7 0;");
   EXPECT_EQ(desk_.runningText().text(), "text");
-  EXPECT_FALSE(desk_.stopRequested() || desk_.jobs_open != 0);
+  EXPECT_FALSE(desk_.course().stopRequested() || desk_.course().open);
   EXPECT_EQ(importCommand(home_.store(), desk_, file_, std::nullopt).count, 0) << "a cancelled dialog";
   EXPECT_EQ(desk_.runningText().text(), "text\r\n\r\n数据导入完成，共导入：０ 注！");
   for (const char* typed : {"200700", "2007abc", "20070011", ""}) {
@@ -226,11 +228,11 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
 }
 
 TEST_F(Import, GoesOnToTheEndOfTheFile) {
-  desk_.on_serve = [&] { desk_.requestStop(); };
+  desk_.course().on_look = [&] { desk_.course().requestStop(); };
   std::string large;
   for (int i = 0; i < 20'000; ++i) large += "01 02 03 04 05 06 07\n";
   EXPECT_EQ(import(large).count, 20'000);
-  EXPECT_FALSE(desk_.stopRequested()) << "the next job isn't stopped for it";
+  EXPECT_FALSE(desk_.course().stopRequested()) << "the next job isn't stopped for it";
 }
 
 }  // namespace

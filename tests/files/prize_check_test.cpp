@@ -31,7 +31,7 @@ TEST_F(PrizeCheck, WritesAndTalliesTheHitsOfEveryTicketOfThePeriod) {
   store_.query(R"(UPDATE "日志表" SET "过滤标记"=-1,"红球中"=9,"蓝球中"=9)").run();
   change.commit();
   int served = 0;
-  desk_.on_serve = [&] { ++served, desk_.requestStop(); };
+  desk_.course().on_look = [&] { ++served, desk_.course().requestStop(); };
   const CheckResult result = checkCommand(store_, desk_, kPeriod);
 
   std::array<std::int64_t, kPrizeTiers> tally{};

@@ -18,7 +18,8 @@ namespace {
 Fetched fetchFrom(const std::string& answer) {
   ScriptedDesk desk;
   Fetched fetched;
-  withServer(answer, false, [&](const auto& address) { fetched = makeCurlFetcher(desk)->fetch(address); });
+  withServer(answer, false,
+             [&](const auto& address) { fetched = makeCurlFetcher(desk.course())->fetch(address); });
   return fetched;
 }
 
@@ -48,7 +49,7 @@ TEST(CurlFetcher, TakesOnlyWholeAnswers) {
                                                              {"http://" + no_host, "找不到这个网站"},
                                                              {"http://", "网址不对"}};
   for (const auto& [address, cause] : unreachable)
-    EXPECT_EQ(makeCurlFetcher(desk)->fetch(address).cause, cause) << address;
+    EXPECT_EQ(makeCurlFetcher(desk.course())->fetch(address).cause, cause) << address;
 }
 
 // Before the server says a word, and in the middle of its list.
@@ -58,20 +59,20 @@ TEST(CurlFetcher, AStopOrAFailureWhileTheServerIsSilent) {
       TempHome home;
       ScriptedDesk desk;
       int served = 0;
-      desk.on_serve = [&] {
-        EXPECT_EQ(desk.jobs_open, 1);
+      desk.course().on_look = [&] {
+        EXPECT_TRUE(desk.course().open);
         if (++served != 5) return;
         if (fails) throw std::runtime_error("desk");
-        desk.requestStop();
+        desk.course().requestStop();
       };
-      const auto fetcher = makeCurlFetcher(desk);
+      const auto fetcher = makeCurlFetcher(desk.course());
       EXPECT_TRUE(withServer(answer, true, [&](const auto& address) {
         const auto fetch = [&] {
           return downloadDraws(home.store(), desk, *fetcher, address, Date::max()).stopped;
         };
         EXPECT_NE(valueOrNothing(fetch), fails);
       }));
-      EXPECT_TRUE(desk.told.empty() && desk.jobs_open == 0 && !desk.stopRequested());
+      EXPECT_TRUE(desk.told.empty() && !desk.course().open && !desk.course().stopRequested());
       EXPECT_EQ(desk.statuses.back(), "");
       EXPECT_EQ(storedAddress(home.store(), AddressUse::draw_list), "");
     }
@@ -81,15 +82,15 @@ TEST(CurlFetcher, AStopEndsTheSearchForAPage) {
   TempHome home;
   ScriptedDesk desk;
   int served = 0;  // the first times the caller may not have come yet
-  desk.on_serve = [&] {
-    if (++served == 5) desk.requestStop();
+  desk.course().on_look = [&] {
+    if (++served == 5) desk.course().requestStop();
   };
   EXPECT_TRUE(withServer("", true, [&](const auto& address) {
     rememberAddress(home.store(), AddressUse::detail_page, address);
     std::string typed;
-    EXPECT_FALSE(findDetailPage(home.store(), desk, *makeCurlFetcher(desk), "2008118", typed));
+    EXPECT_FALSE(findDetailPage(home.store(), desk, *makeCurlFetcher(desk.course()), "2008118", typed));
   }));
-  EXPECT_TRUE(desk.told.empty() && !desk.stopRequested());
+  EXPECT_TRUE(desk.told.empty() && !desk.course().stopRequested());
 }
 
 TEST(CurlFetcher, ReadsFilesUpToALimit) {
@@ -97,7 +98,7 @@ TEST(CurlFetcher, ReadsFilesUpToALimit) {
   const auto list = home.path() / "开奖.txt";
   std::ofstream(list) << "=336=\n2007001";
   ScriptedDesk desk;
-  const auto fetcher = makeCurlFetcher(desk);
+  const auto fetcher = makeCurlFetcher(desk.course());
   EXPECT_EQ(fetcher->fetch("file://" + list.string()).reply, "=336=\n2007001");
   std::filesystem::resize_file(list, std::uintmax_t{32} << 20);
   EXPECT_TRUE(fetcher->fetch("file://" + list.string()).reply.has_value());
@@ -118,7 +119,7 @@ TEST(CurlFetcher, ReadsNothingThatMayNeverEnd) {
       {"file:", "网址不对"}};
   ScriptedDesk desk;
   for (const auto& [address, cause] : refused)
-    EXPECT_EQ(makeCurlFetcher(desk)->fetch(address).cause, cause) << address;
+    EXPECT_EQ(makeCurlFetcher(desk.course())->fetch(address).cause, cause) << address;
 }
 
 }  // namespace

@@ -157,7 +157,7 @@ TEST(Download, AFailureOnTheWayLeavesTheHistoryAsItWas) {
     const std::string before = dumpHistory(home.store());
     ScriptedFetcher fetcher(list);
     int served = 0;
-    desk.on_serve = [&] {
+    desk.course().on_look = [&] {
       if (++served != moment) return;
       EXPECT_GT(home.store().value("SELECT count(*) FROM 历史记录"), 100);
       throw std::runtime_error("the power fails");

@@ -168,9 +168,9 @@ TEST_F(DrawStats, TheIntervalCountsAreDueUntilTheyAreCountedAnew) {
     toggleAttribute(store_, "区间" + std::to_string(interval), some);
     ASSERT_TRUE(intervalCountsDue(store_));
     const std::string before = dumpHistory(store_);
-    desk_.on_serve = [] { throw std::runtime_error("the machine"); };
+    desk_.course().on_look = [] { throw std::runtime_error("the machine"); };
     EXPECT_THROW(recountDue(store_, desk_), std::runtime_error);
-    desk_.on_serve = {};
+    desk_.course().on_look = {};
     EXPECT_TRUE(intervalCountsDue(store_) && dumpHistory(store_) == before)
         << "counts and mark are one change";
     EXPECT_TRUE(interval % 2 == 0 ? recountDue(store_, desk_) : recountDivided(store_, desk_));
@@ -186,8 +186,8 @@ TEST_F(DrawStats, AFailureOnTheWayLeavesEveryRowAsItWas) {
   const PeriodNo newest = draws_.back().period;
   const std::string before = dumpHistory(store_);
   computeDrawStatistics(store_, desk_, newest + 1, newest + 9);
-  desk_.on_serve = [&] {
-    if (desk_.progress > 200) throw std::runtime_error("the power fails");
+  desk_.course().on_look = [&] {
+    if (desk_.course().done > 200) throw std::runtime_error("the power fails");
   };
   EXPECT_THROW(computeDrawStatistics(store_, desk_, 0, newest), std::runtime_error);
   EXPECT_EQ(dumpHistory(store_), before);

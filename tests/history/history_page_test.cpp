@@ -175,12 +175,12 @@ TEST_F(HistoryExport, AStopLeavesTheOldFileAndTheProgramsOwnIsRefused) {
   const auto file = home_.path() / "x.xlsx";
   realFiles().writeWhole(file, "old");
   int served = 0;  // once while rows are put in, then while the file is made
-  desk_.on_serve = [&] {
-    if (++served == 2) desk_.requestStop();
+  desk_.course().on_look = [&] {
+    if (++served == 2) desk_.course().requestStop();
   };
   EXPECT_EQ(exportHistory(store_, desk_, file), 0);
   EXPECT_EQ(readFile(file), "old");
-  desk_.on_serve = nullptr;
+  desk_.course().on_look = nullptr;
   EXPECT_EQ(exportHistory(store_, desk_, file), 100) << "the stop ended with its job";
   EXPECT_EQ(exportHistory(store_, desk_, home_.path() / "甲.uLotmere"), 0);
   EXPECT_EQ(desk_.told.back().text, kOwnFile);

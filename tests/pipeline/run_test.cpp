@@ -102,23 +102,23 @@ TEST_F(Run, AStopOrAFailureInTheMiddle) {
     ScriptedDesk desk;
     int serves = 0;
     std::string last;
-    desk.on_serve = [&] {
+    desk.course().on_look = [&] {
       if (serves++ != k / 2) return;
       last = desk.runningText().text();
       last = last.substr(last.rfind('\n') + 1);
-      desk.requestStop();
+      desk.course().requestStop();
       if (fails) throw std::runtime_error("desk");
     };
     const auto result = test::valueOrNothing([&] { return runPipeline(store_, desk, kPeriod); });
     reached = serves > k / 2;
-    EXPECT_FALSE(desk.stopRequested());
+    EXPECT_FALSE(desk.course().stopRequested());
     // The last word is true wherever the stop came, also while rows are read or written back.
     const std::string end = result.stopped ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：";
     const auto count = static_cast<std::int64_t>(countTickets(store_, kPeriod));
     const bool said = desk.runningText().text().ends_with(end + toFullWidth(count) + " 注");
     EXPECT_EQ(said, !fails || !reached || last.starts_with("全部过滤")) << desk.runningText().text();
     EXPECT_EQ(result.stopped, reached && !fails && !last.starts_with("全部过滤")) << last;
-    EXPECT_EQ(desk.jobs_open, 0);
+    EXPECT_FALSE(desk.course().open);
     const auto left = test::readRows(store_);
     const bool saved = !reached || last.starts_with("全部过滤") ||
                        (!fails && !last.empty() && !last.starts_with("正读取数据"));
@@ -142,17 +142,17 @@ TEST_F(Run, AStopDuringTheWriteBackComesTooLate) {
       "日志表 (ID,序号,期号,红球1,红球2,红球3,红球4,红球5,红球6,蓝球) SELECT i,i," +
       std::to_string(kPeriod) + ",1,2,3,4,5,6,7 FROM n");
   int late = 0;
-  desk_.on_serve = [&] {
+  desk_.course().on_look = [&] {
     if (!desk_.runningText().text().ends_with("缩水后余：６０００ 注")) return;
     ++late;
-    desk_.requestStop();
+    desk_.course().requestStop();
   };
   const RunResult result = runPipeline(store_, desk_, kPeriod);
   EXPECT_GT(late, 0);
   EXPECT_TRUE(result.ran && !result.stopped);
   EXPECT_TRUE(desk_.runningText().text().ends_with("全部过滤缩水完成,余：６０００ 注"));
   EXPECT_EQ(store_.value("SELECT count(*) FROM 日志表 WHERE 过滤标记=1"), 6000);
-  EXPECT_FALSE(desk_.stopRequested());
+  EXPECT_FALSE(desk_.course().stopRequested());
 }
 
 // Both ends of the range count, the draws of the period and behind it never; the line comes with no ticket

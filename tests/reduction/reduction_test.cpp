@@ -104,11 +104,11 @@ TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
     TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
     int served = 0;
-    desk.on_serve = [&] {
-      if (++served == stop_at) desk.requestStop();
+    desk.course().on_look = [&] {
+      if (++served == stop_at) desk.course().requestStop();
     };
     const auto centres = shrinkCover(store_, desk, set, 4);
-    const auto reached = static_cast<std::size_t>(desk.progress);  // as the bar tells it
+    const auto reached = static_cast<std::size_t>(desk.course().done);  // as the bar tells it
     EXPECT_EQ(served, stop_at);
     EXPECT_TRUE(reached > 0 && reached <= 2500U * static_cast<unsigned>(stop_at)) << reached;
     expectStopped(set, tickets, reached, 4);
@@ -127,7 +127,7 @@ TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
     for (const int place : {0, 2, 4}) tickets[1].reds[place] = near ? 0 : tickets[1].reds[place];
     TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
-    desk.requestStop();
+    desk.course().requestStop();
     EXPECT_EQ(shrinkCover(store_, desk, set, 4), 1);
     expectStopped(set, tickets, near ? 2 : 1, 4);
   }
@@ -139,9 +139,9 @@ TEST_F(Shrink, ServesTheDeskOverTicketsThatRepeatARed) {
   TicketSet set = makeSet(randomTickets(random, 60'000, 33, true));
   std::int64_t shown = 0;
   int served = 0;
-  desk_.on_serve = [&] {
-    EXPECT_LE(desk_.progress - shown, 2500);
-    shown = desk_.progress;
+  desk_.course().on_look = [&] {
+    EXPECT_LE(desk_.course().done - shown, 2500);
+    shown = desk_.course().done;
     ++served;
   };
   EXPECT_GT(shrinkCover(store_, desk_, set, 6), 10'000);
@@ -229,8 +229,8 @@ TEST_F(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
   std::fill(set.score.begin(), set.score.end(), 5000);
   ScriptedDesk desk;
   int serves = 0;
-  desk.on_serve = [&] {
-    if (++serves == 2) desk.requestStop();
+  desk.course().on_look = [&] {
+    if (++serves == 2) desk.course().requestStop();
   };
   optimiseSmart(store_, desk, set, 6);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
@@ -269,7 +269,7 @@ void markOnTheTable(Store& store, const Tickets& draws) {
   }
 }
 
-TEST_F(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
+TEST_F(Hints, EqualTheStatementsOnTheTable) {
   StoreChange all(store_);  // one change of all trials, so that they don't wait for the disk
   std::mt19937 random(5);
   for (std::size_t trial = 0; trial < 260; ++trial) {
@@ -278,9 +278,7 @@ TEST_F(Hints, EqualTheStatementsOnTheTableAndReplaceItAtTheEnd) {
     const bool unmarked = trial % 5 == 4 && draws.size() >= 5;
     for (DrawNumbers& draw : draws) draw.blue *= !unmarked;  // no guess hits a 0
     putDraws(store_, draws);
-    ScriptedDesk desk;
-    desk.on_serve = [&, old = chancesText(store_)] { EXPECT_EQ(chancesText(store_), old); };
-    hintGaiLv(store_, desk, kPeriod);
+    hintGaiLv(store_, kPeriod);
     const std::string marks = chancesText(store_);
     const auto [reds, blues] = lowChanceNumbers(store_);
     EXPECT_TRUE(reds.size() == (unmarked ? 0 : 6) && blues.size() == (unmarked ? 0 : 5)) << marks;

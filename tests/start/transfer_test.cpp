@@ -90,7 +90,7 @@ TEST_F(TransferTest, WithoutAYesNothingChanges) {
 }
 
 TEST_F(TransferTest, AStopLeavesEverythingAsItWas) {
-  desk_.on_serve = [&] { desk_.requestStop(); };
+  desk_.course().on_look = [&] { desk_.course().requestStop(); };
   EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::stopped);
   EXPECT_EQ(foundIn(to_), "5 b5 c5");
   fs::remove(file_);

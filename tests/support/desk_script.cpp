@@ -44,17 +44,4 @@ void ScriptedDesk::showTip(std::string_view text, std::string_view title) {
 
 void ScriptedDesk::showStatus(std::string_view text) { statuses.emplace_back(text); }
 
-void ScriptedDesk::serve() {
-  if (on_serve) on_serve();
-}
-
-void ScriptedDesk::beginJob(std::int64_t maximum, bool /*can_stop*/) {
-  ++jobs_open;
-  job_length = maximum;
-}
-
-void ScriptedDesk::showProgress(std::int64_t value) { progress = value; }
-
-void ScriptedDesk::endJob() { --jobs_open; }
-
 }  // namespace lotmere

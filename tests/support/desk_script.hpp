@@ -2,11 +2,11 @@
 #pragma once
 
 #include <deque>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "base/desk.hpp"
+#include "support/scripted_course.hpp"
 
 namespace lotmere {
 
@@ -19,9 +19,6 @@ class ScriptedDesk : public Desk {
   std::deque<std::optional<std::size_t>> choices;
   // Answers of askText(); an empty entry stands for cancel.
   std::deque<std::optional<std::string>> texts;
-  // Called at every serve(), for instance to press stop in the middle of a job.
-  std::function<void()> on_serve;
-
   struct Said {
     std::string text;
     std::string title;
@@ -33,9 +30,6 @@ class ScriptedDesk : public Desk {
   std::vector<std::string> buttons;   // of the last choose()
   std::vector<Said> tips;
   std::vector<std::string> statuses;  // an empty one each time the message went away
-  int jobs_open = 0;
-  std::int64_t job_length = 0;  // of the last job
-  std::int64_t progress = 0;
 
   void tell(std::string_view text, Tone tone, std::string_view title) override;
   bool ask(std::string_view text, std::string_view title) override;
@@ -45,12 +39,10 @@ class ScriptedDesk : public Desk {
                                      std::string_view text) override;
   void showTip(std::string_view text, std::string_view title) override;
   void showStatus(std::string_view text) override;
-  void serve() override;
+  test::WatchedCourse& course() override { return course_; }
 
- protected:
-  void beginJob(std::int64_t maximum, bool can_stop) override;
-  void showProgress(std::int64_t value) override;
-  void endJob() override;
+ private:
+  test::WatchedCourse course_;
 };
 
 }  // namespace lotmere

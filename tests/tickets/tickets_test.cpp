@@ -133,19 +133,19 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
     ScriptedDesk desk;
     desk.choices = {keeps};
     int serves = 0;
-    desk.on_serve = [&] {
+    desk.course().on_look = [&] {
       if (serves++ != k % 8 / 2) return;
-      desk.requestStop();
+      desk.course().requestStop();
       if (fails) throw std::runtime_error("desk");
     };
     const auto result = test::valueOrNothing([&] { return initTickets(store_, desk, kPeriod); });
     const auto rows = test::readRows(store_);
     const bool reached = serves > k % 8 / 2;
     EXPECT_EQ(reached, k % 8 < 6);
-    EXPECT_EQ(desk.job_length, 1848) << "the kept rows bring the bar beyond its end";
-    EXPECT_TRUE(!result.stopped || desk.progress == result.rows) << desk.progress;
+    EXPECT_EQ(desk.course().total, 1848) << "the kept rows bring the bar beyond its end";
+    EXPECT_TRUE(!result.stopped || desk.course().done == result.rows) << desk.course().done;
     EXPECT_EQ(result.stopped, reached && !fails);
-    EXPECT_FALSE(desk.stopRequested());
+    EXPECT_FALSE(desk.course().stopRequested());
     const auto written = static_cast<std::size_t>(result.rows);
     EXPECT_EQ(written < all.size(), reached);
     EXPECT_EQ(rows, reached && fails ? kOldRows : std::vector<Row>(all.begin(), all.begin() + written));

@@ -49,7 +49,7 @@ class AnalysisViewTest : public DrivenTest {
 
   Store& store_ = home_.store();
   Commands commands_{desk_};
-  Session session_{store_, home_.home(), desk_, clock_, commands_};
+  Session session_{{desk_.work(), store_}, home_.home(), desk_, clock_, commands_};
   View view_;
 };
 
@@ -210,7 +210,7 @@ TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
     draws.push_back({period, {{1, 2, 3, 4, 5, 6}, 7}});
   lotmere::test::putDraws(store_, draws);
   int served = 0;
-  desk_.on_serve = [&] {
+  desk_.on_look = [&] {
     if (!desk_.jobRunning() || ++served > 1) return;
     EXPECT_TRUE(part("ProgressBar_YL").isVisible() && !part("Combo_ItemOfYLFX").isEnabled());
     QTest::mouseClick(&group(1), Qt::LeftButton);

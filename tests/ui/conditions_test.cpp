@@ -234,6 +234,7 @@ TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
       choose(tabCommand(tab));
     else
       strip.setCurrentIndex(strip.model()->index(tab - 1, 0));
+    settle();
     EXPECT_EQ(changes(before), "") << "tab " << tab;
     EXPECT_EQ(strip.currentIndex().row(), tab - 1);
     EXPECT_LE(window().minimumSizeHint().width(), 1240) << "tab " << tab << " fits a small screen";

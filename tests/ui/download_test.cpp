@@ -12,7 +12,7 @@ TEST_F(DownloadTest, ASilentServerIsLeftAtTheStopButtonEachTime) {
   openSettled();
   clock_.day = std::chrono::sys_days{std::chrono::August / 22 / 2026};  // a draw is due
   int served = 0;
-  desk_.on_serve = [&] {
+  desk_.on_look = [&] {
     if (++served != 5) return;  // the first times the server may not have taken the call yet
     EXPECT_TRUE(part("myJinDuCTL1").isVisible());
     EXPECT_FALSE(part("TabStrip_Top").isEnabled());

@@ -87,7 +87,7 @@ class HistoryPageTest : public DrivenTest {
 
   Store& store_ = home_.store();
   Commands commands_{desk_};
-  Session session_{store_, home_.home(), desk_, clock_, commands_};
+  Session session_{{desk_.work(), store_}, home_.home(), desk_, clock_, commands_};
   HistoryPage page_{session_};
   QSignalSpy changes_{&page_, &HistoryPage::historyChanged};
 };
@@ -263,7 +263,7 @@ TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   const std::string list =
       putList("=336= 2008051 2008/05/01 01 05 07 14 21 33 08\n2008052 2008/05/04 01 02 03 04 05 06 07");
   int usable = -1;  // how often somebody could have typed while a job ran
-  desk_.on_serve = [&] { usable = std::max(usable, 0) + part("Pic_addHistory").isEnabled(); };
+  desk_.on_look = [&] { usable = std::max(usable, 0) + part("Pic_addHistory").isEnabled(); };
   desk_.texts = {"file:///nowhere", list};
   part("TextHistory_3").setFocus();
   choose("mnu_AutoUpdate");
@@ -337,8 +337,8 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   QAbstractItemModelTester draws_tester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);
   DistributionModel numbers;
   QAbstractItemModelTester numbers_tester(&numbers, QAbstractItemModelTester::FailureReportingMode::Fatal);
-  EXPECT_EQ(draws.load(store_, {2008049, 2008050}), 2);
-  EXPECT_EQ(draws.load(store_, {2008050, 2008050}), 1);
+  EXPECT_EQ(draws.show(HistoryModel::read(store_, {2008049, 2008050})), 2);
+  EXPECT_EQ(draws.show(HistoryModel::read(store_, {2008050, 2008050})), 1);
   const auto caption = [&](int column) { return draws.headerData(column, Qt::Horizontal, Qt::DisplayRole); };
   EXPECT_EQ(caption(9), QStringLiteral("总和值"));
   const auto& pane = part<FrozenGrid>("TDBGridHistory").right();
@@ -377,7 +377,7 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   }
   EXPECT_EQ(numbers.headerData(34, Qt::Horizontal, Qt::DisplayRole), QStringLiteral("01"));
   test::putDraw(store_, 2008052, "2008-05-01", {{7, 8, 9, 10, 11, 12}, 17});
-  draws.load(store_, {2008052, 2008052});
+  draws.show(HistoryModel::read(store_, {2008052, 2008052}));
   EXPECT_EQ(draws.index(0, 8).data(kBallRole), none) << "17 is no blue";
   for (int column = 0; column < 3; ++column)
     EXPECT_EQ(draws.index(0, column).data(Qt::BackgroundRole).isValid(), column < 2) << column;

@@ -217,7 +217,7 @@ TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
   choose("tab_2");
   pick({33});
   putTickets(store(), 3);
-  desk_.on_serve = [&] {
+  desk_.on_look = [&] {
     if (!desk_.jobRunning() || desk_.isEnding()) return;
     std::raise(SIGTERM);
     QCoreApplication::processEvents();
@@ -377,11 +377,11 @@ TEST(ProgressControlTest, EndsAndValueAreCut) {
   control.setMinimum(0);
   control.setValue(99);
   EXPECT_EQ(textOf(control, "LabelJindu") + textOf(control, "LabelJinduAll"), "10/ 10");
-  const StopScope scope(desk);
+  const StopScope scope(desk.course());
   control.begin(100, true);
-  EXPECT_TRUE(control.stopEnabled() && !control.stopped() && !desk.stopRequested());
+  EXPECT_TRUE(control.stopEnabled() && !control.stopped() && !desk.course().stopRequested());
   QTest::mousePress(&partOf(control, "cmm_stop"), Qt::LeftButton);
-  EXPECT_TRUE(control.stopped() && desk.stopRequested() && !control.stopEnabled());
+  EXPECT_TRUE(control.stopped() && desk.course().stopRequested() && !control.stopEnabled());
   control.begin(50, true);
   EXPECT_FALSE(control.stopEnabled()) << "a job inside the stopped one";
   control.end();

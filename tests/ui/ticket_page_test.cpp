@@ -84,7 +84,7 @@ TEST_F(TicketPageTest, WithoutNumbersTheUserStandsBeforeThePad) {
 TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
   init();
   int served = 0;
-  desk_.on_serve = [&] {
+  desk_.on_look = [&] {
     if (!desk_.jobRunning() || ++served > 1) return;
     for (const QAction* action : commands().all()) EXPECT_FALSE(action->isEnabled());
     EXPECT_FALSE(part("TabStrip_Top").isEnabled() || part("cmmTouZhu_1").isEnabled());
@@ -100,22 +100,22 @@ TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
     EXPECT_EQ(stored(), kAll) << "stopped before the first pass";
     EXPECT_TRUE(log().ends_with("用户中止,当前记录余：８４０ 注")) << log();
     EXPECT_TRUE(part("TabStrip_Top").isEnabled() && part("cmmTouZhu_1").isEnabled());
-    EXPECT_FALSE(part("ProgressBar_TouZu_Busy").isVisible() || desk_.stopRequested());
+    EXPECT_FALSE(part("ProgressBar_TouZu_Busy").isVisible() || desk_.course().stopRequested());
   }
 }
 
 TEST_F(TicketPageTest, ClosingInTheMiddleOfAJobAsksFirstAndStopsItOnYes) {
   init();
   bool closed = false;
-  desk_.on_serve = [&] {
+  desk_.on_look = [&] {
     if (!desk_.jobRunning() || std::exchange(closed, true)) return;
     EXPECT_FALSE(window().close());
-    EXPECT_EQ(desk_.stopRequested(), desk_.answers.empty()) << "not before the second question is answered";
+    EXPECT_EQ(desk_.course().stopRequested(), desk_.answers.empty())
+        << "not before the second question is answered";
     closed = desk_.answers.empty();
   };
   desk_.answers = {false, true};
   run();
-  EXPECT_TRUE(window().isVisible());
   EXPECT_TRUE(closes());
   EXPECT_EQ(std::ranges::count(desk_.asked, "确认要退出吗？"), 2) << "the end itself asks no more";
   EXPECT_EQ(stored(), kAll);

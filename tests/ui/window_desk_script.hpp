@@ -22,8 +22,9 @@ class ScriptedWindowDesk : public WindowDesk {
   std::deque<QString> files;                          // of the file dialogs; an empty one stands for cancel
   std::deque<std::function<bool(QDialog&)>> dialogs;  // of runDialog()
   bool opens = true;                                  // what openOutside() answers
-  // Called at every serve(), for instance to press stop in the middle of a job.
-  std::function<void()> on_serve;
+  // Called on the window's thread at every look of a job at its course, for instance to press stop in the
+  // middle.
+  std::function<void()> on_look;
 
   struct Said {
     std::string text;
@@ -36,27 +37,7 @@ class ScriptedWindowDesk : public WindowDesk {
   std::vector<Said> tips;
   std::vector<QUrl> opened;
 
-  void tell(std::string_view text, Tone tone, std::string_view title) override {
-    told.push_back({std::string(text), std::string(title), tone});
-  }
-  bool ask(std::string_view text, std::string_view /*title*/) override {
-    asked.emplace_back(text);
-    return take(answers, asked.back());
-  }
-  std::size_t choose(std::string_view text, std::span<const std::string_view> /*buttons*/, std::size_t cancel,
-                     std::string_view /*title*/) override {
-    asked.emplace_back(text);
-    return take(choices, asked.back()).value_or(cancel);
-  }
-  std::optional<std::string> askText(std::string_view prompt, std::string_view /*title*/,
-                                     std::string_view proposal) override {
-    asked.emplace_back(prompt);
-    proposed.emplace_back(proposal);
-    return take(texts, asked.back());
-  }
-  void showTip(std::string_view text, std::string_view title) override {
-    tips.push_back({std::string(text), std::string(title), Tone::information});
-  }
+  StoppableCourse& course() override { return watched_; }
   QString chooseFile(const QString& title, const QString& /*filter*/) override {
     return take(files, title.toStdString());
   }
@@ -69,12 +50,50 @@ class ScriptedWindowDesk : public WindowDesk {
     opened.push_back(address);
     return opens;
   }
-  void serve() override {
-    if (on_serve) on_serve();
-    WindowDesk::serve();
+
+ protected:
+  void showMessage(std::string_view text, Tone tone, std::string_view title) override {
+    told.push_back({std::string(text), std::string(title), tone});
+  }
+  bool askUser(std::string_view text, std::string_view /*title*/) override {
+    asked.emplace_back(text);
+    return take(answers, asked.back());
+  }
+  std::size_t chooseUser(std::string_view text, std::span<const std::string_view> /*buttons*/,
+                         std::size_t cancel, std::string_view /*title*/) override {
+    asked.emplace_back(text);
+    return take(choices, asked.back()).value_or(cancel);
+  }
+  std::optional<std::string> askUserText(std::string_view prompt, std::string_view /*title*/,
+                                         std::string_view proposal) override {
+    asked.emplace_back(prompt);
+    proposed.emplace_back(proposal);
+    return take(texts, asked.back());
+  }
+  void showTipDialog(std::string_view text, std::string_view title) override {
+    tips.push_back({std::string(text), std::string(title), Tone::information});
   }
 
  private:
+  // The course of the window, watched.
+  class WatchedCourse final : public WindowCourse {
+   public:
+    explicit WatchedCourse(ScriptedWindowDesk& desk)
+        : WindowCourse(
+              desk.work(), [&desk](std::int64_t total, bool can_stop) { desk.beginJob(total, can_stop); },
+              [&desk] { desk.endJob(); }),
+          desk_(desk) {}
+    bool advance(std::int64_t done) override {
+      desk_.work().callWindow([this] {
+        if (desk_.on_look) desk_.on_look();
+      });
+      return WindowCourse::advance(done);
+    }
+
+   private:
+    ScriptedWindowDesk& desk_;
+  };
+
   template <class T>
   static T take(std::deque<T>& script, const std::string& question) {
     if (script.empty()) throw std::logic_error("no scripted answer to: " + question);
@@ -82,6 +101,8 @@ class ScriptedWindowDesk : public WindowDesk {
     script.pop_front();
     return answer;
   }
+
+  WatchedCourse watched_{*this};
 };
 
 }  // namespace lotmere::ui

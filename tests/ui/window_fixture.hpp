@@ -49,10 +49,21 @@ class DrivenTest : public testing::Test {
   }
   [[nodiscard]] std::string text(const std::string& name) { return textOf(whole(), name); }
   // With the mouse, which a disabled or hidden part doesn't feel.
-  void press(const std::string& button) { QTest::mouseClick(&part(button), Qt::LeftButton); }
+  void press(const std::string& button) {
+    QTest::mouseClick(&part(button), Qt::LeftButton);
+    settle();
+  }
   // Wherever its frame is.
-  void click(const std::string& button) { part<QAbstractButton>(button).click(); }
-  void choose(const std::string& command) { commands().action(command.c_str())->trigger(); }
+  void click(const std::string& button) {
+    part<QAbstractButton>(button).click();
+    settle();
+  }
+  void choose(const std::string& command) {
+    commands().action(command.c_str())->trigger();
+    settle();
+  }
+  // What has been made is shown.
+  static void settle() { QCoreApplication::sendPostedEvents(); }
   // What was told last.
   [[nodiscard]] std::string told() const {
     return desk_.told.empty() ? std::string() : desk_.told.back().text;
@@ -78,6 +89,7 @@ class WindowTest : public DrivenTest {
     program_.reset();
     program_ = std::make_unique<Program>(home_.home(), desk_, clock_, realFiles(), HashLimits::lowest());
     if (!program_->start()) throw std::runtime_error("the start came to no end");
+    QCoreApplication::processEvents();  // the window takes the focus
     return window();
   }
   MainWindow& openSettled() {

@@ -43,10 +43,6 @@ class PictureDesk : public WindowDesk {
     if (!widget.grab().save(path, nullptr, 0)) throw std::runtime_error("can't write " + path.toStdString());
     std::puts(path.toUtf8().constData());
   }
-  bool ask(std::string_view text, std::string_view title) override {
-    WindowDesk::ask(text, title);
-    return answer;
-  }
   bool runDialog(QDialog& dialog) override {
     if (next.isEmpty()) return answer;
     dialog.show();
@@ -54,16 +50,22 @@ class PictureDesk : public WindowDesk {
     dialog.hide();
     return answer;
   }
-  std::optional<std::string> askText(std::string_view prompt, std::string_view title,
-                                     std::string_view proposed) override {
-    const std::string text = period > 0 ? std::to_string(period) : std::string(proposed);
-    WindowDesk::askText(prompt, title, text);
-    return text;
-  }
   QString chooseFile(const QString& /*title*/, const QString& /*filter*/) override {
     return QStringLiteral("/dev/null");
   }
   bool openOutside(const QUrl& /*address*/) override { return true; }
+
+ protected:
+  bool askUser(std::string_view text, std::string_view title) override {
+    WindowDesk::askUser(text, title);
+    return answer;
+  }
+  std::optional<std::string> askUserText(std::string_view prompt, std::string_view title,
+                                         std::string_view proposed) override {
+    const std::string text = period > 0 ? std::to_string(period) : std::string(proposed);
+    WindowDesk::askUserText(prompt, title, text);
+    return text;
+  }
 
  private:
   QString folder_;
@@ -74,7 +76,7 @@ class PictureDesk : public WindowDesk {
 void fillHome(const Home& home, WindowDesk& desk, const std::string& draws) {
   Store::create(home.mainDb());
   Store store(home.mainDb());
-  const auto fetcher = makeCurlFetcher(desk);
+  const auto fetcher = makeCurlFetcher(desk.course());
   if (!downloadAll(store, desk, *fetcher, "file://" + draws, realClock().today()).ok)
     throw std::runtime_error("no draw list at " + draws);
   NumberSelection selection;

@@ -110,7 +110,7 @@ void CountChart::open(BallColour balls) {
 }
 
 void CountChart::loadPeriods() {
-  periods_ = loadChartPeriods(session_.store);
+  periods_ = session_.store.run(loadChartPeriods);
   periods_known_ = true;
   QStringList periods;
   periods.reserve(static_cast<qsizetype>(periods_.periods.size()));
@@ -128,8 +128,9 @@ void CountChart::loadPeriods() {
 void CountChart::showCounts() {
   const PauseScope pause(*strip_);
   const auto count_draws = balls_->currentIndex() == 0 ? countRedDraws : countBlueDraws;
-  rows_ = count_draws(session_.store, session_.desk, periods_.period(placeIn(*from_)),
-                      periods_.period(placeIn(*to_)));
+  const PeriodNo from = periods_.period(placeIn(*from_));
+  const PeriodNo to = periods_.period(placeIn(*to_));
+  rows_ = session_.store.run([&](Store& store) { return count_draws(store, session_.desk, from, to); });
   showRows();
 }
 

@@ -153,7 +153,7 @@ void OmissionView::showOmission() {
   const PauseScope pause(*strip_);
   const auto follow = qScopeGuard([this] { showChoice(); });
   const ProgressPlace place(session_.desk, *bar_);
-  auto omission = analyse(session_.store, session_.desk, *period);
+  auto omission = session_.store.run([&](Store& store) { return analyse(store, session_.desk, *period); });
   if (omission)
     chart_->showOmission(std::make_shared<const Omission>(std::move(*omission)));
   else if (period_->count() == 0)
@@ -165,7 +165,7 @@ void OmissionView::showOmission() {
 std::optional<PeriodNo> OmissionView::chosenPeriod() {
   const QString text = period_->currentText();
   if (period_->findText(text) >= 0) return text.toInt();
-  if (text.isEmpty()) return latestPeriod(session_.store);
+  if (text.isEmpty()) return session_.store.run(latestPeriod);
   return readPeriod(session_.desk, utf8(text));
 }
 
@@ -181,8 +181,8 @@ void OmissionView::showChoice() {
 
 void OmissionView::loadOmissionPeriods() {
   QStringList periods;
-  for (const PeriodNo period : lotmere::loadOmissionPeriods(session_.store))
-    periods.append(QString::number(period));
+  const auto stored = session_.store.run(lotmere::loadOmissionPeriods);
+  for (const PeriodNo period : stored) periods.append(QString::number(period));
   period_->clear();
   period_->addItems(periods);
 }

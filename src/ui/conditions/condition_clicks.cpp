@@ -19,8 +19,8 @@ bool ConditionClicks::change(const std::function<void()>& write, const std::func
 void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
   box.setTipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
     runGuarded(session_.desk, [&] {
-      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store),
-                      draws = loadDrawTable(session_.store),
+      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store.direct()),
+                      draws = loadDrawTable(session_.store.direct()),
                       next = session_.nextPeriod()](Course& /*course*/) -> AnswerThread::Answer {
         const auto strength = work_out(set, draws, next);
         if (!strength) return {};
@@ -48,7 +48,7 @@ void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& 
 
 void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
   connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
-    if (!change([&] { setUsage(session_.store, usage, on); })) panel.takeBoxBack();
+    if (!change([&] { setUsage(session_.store.direct(), usage, on); })) panel.takeBoxBack();
   });
 }
 
@@ -57,7 +57,7 @@ void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, 
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this,
           [this, condition, &panel, show = std::move(show)](int k, bool selected) {
-            if (!change([&] { clickItem(session_.store, condition, k, selected); }, show))
+            if (!change([&] { clickItem(session_.store.direct(), condition, k, selected); }, show))
               panel.list().takeBack(k);
           });
 }
@@ -67,7 +67,8 @@ void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
-    const bool stored = change([&] { box = clickLeadingItem(session_.store, condition, k, selected); });
+    const bool stored =
+        change([&] { box = clickLeadingItem(session_.store.direct(), condition, k, selected); });
     if (stored)
       panel.showBox(box);
     else

@@ -166,7 +166,7 @@ void ConditionsPage::bringTab(int tab) {
   if (!tab_loaded_) loadTab();
 }
 
-void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store))); }
+void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store.direct()))); }
 
 void ConditionsPage::loadTab() {
   tab_loaded_ = true;
@@ -238,7 +238,9 @@ void ConditionsPage::countSurvivors() {
 bool ConditionsPage::readTickets() {
   if (!reading_)
     reading_ = std::make_unique<SlicedWork>(
-        [this](const SlicedWork::Pause& pause) { tickets_ = loadLiveTickets(session_.store, pause); },
+        [this](const SlicedWork::Pause& pause) {
+          tickets_ = loadLiveTickets(session_.store.direct(), pause);
+        },
         kReadSlice);
   auto work = std::move(reading_);  // gone, should it fail
   if (work->resume()) return true;
@@ -247,23 +249,24 @@ bool ConditionsPage::readTickets() {
 }
 
 void ConditionsPage::askCount() {
-  answers_.ask([this, live = live_,
-                question = LiveCount::Question{tickets_, loadConditionSet(session_.store),
-                                               loadDrawTable(session_.store), session_.nextPeriod()}](
-                   Course& course) -> AnswerThread::Answer {
-    const auto result = live->count(question, course);
-    if (!result) return {};
-    return [this, text = liveText(*result)] {
-      unseen_timer_.stop();
-      survivors_->setText(shown(text));
-    };
-  });
+  answers_.ask(
+      [this, live = live_,
+       question = LiveCount::Question{tickets_, loadConditionSet(session_.store.direct()),
+                                      loadDrawTable(session_.store.direct()),
+                                      session_.nextPeriod()}](Course& course) -> AnswerThread::Answer {
+        const auto result = live->count(question, course);
+        if (!result) return {};
+        return [this, text = liveText(*result)] {
+          unseen_timer_.stop();
+          survivors_->setText(shown(text));
+        };
+      });
 }
 
 void ConditionsPage::restoreDefaults() {
   if (!agreesToDefaults(session_.desk)) return;
   bringTab(1);
-  lotmere::restoreDefaults(session_.store);
+  lotmere::restoreDefaults(session_.store.direct());
   markStale();
   pane_->showFirstView();
   pad_->reload();

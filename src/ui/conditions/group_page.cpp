@@ -43,17 +43,19 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(all_, &QListView::clicked, this,
           [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&] { clickGroupNumber(session_.store, group_, number); }, [this] { load(); }))
+    if (!clicks_.change([&] { clickGroupNumber(session_.store.direct(), group_, number); },
+                        [this] { load(); }))
       numbers_->takeBack(number);
   });
   connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
-    if (!clicks_.change([&] { setUsage(session_.store, usageOfGroup(group_), on); }, [this] { load(); }))
+    if (!clicks_.change([&] { setUsage(session_.store.direct(), usageOfGroup(group_), on); },
+                        [this] { load(); }))
       counts_->takeBoxBack();
   });
   connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
     BoxState box{};
     const auto write = [&] {
-      box = clickLeadingItem(session_.store, conditionOfUsage(usageOfGroup(group_)), k, selected);
+      box = clickLeadingItem(session_.store.direct(), conditionOfUsage(usageOfGroup(group_)), k, selected);
     };
     const auto show = [&] {
       load();
@@ -86,7 +88,7 @@ QWidget* GroupPageView::makeEditor() {
 
 void GroupPageView::load() {
   QStringList lines;
-  for (const std::string& line : groupLines(session_.store)) lines.append(shown(line));
+  for (const std::string& line : groupLines(session_.store.direct())) lines.append(shown(line));
   lines_.setStringList(lines);
   showGroup(group_);
 }
@@ -99,7 +101,7 @@ void GroupPageView::openGroup(int group) {
 }
 
 void GroupPageView::showGroup(int group) {
-  const GroupPage page = groupPage(session_.store, group);
+  const GroupPage page = groupPage(session_.store.direct(), group);
   group_ = group;
   numbers_->showMembers(page.members);
   counts_->showPanel(page.panel);
@@ -110,9 +112,9 @@ void GroupPageView::showGroup(int group) {
 void GroupPageView::emptyGroups(bool all) {
   const auto write = [&] {
     if (all)
-      lotmere::emptyGroups(session_.store);
+      lotmere::emptyGroups(session_.store.direct());
     else
-      setGroup(session_.store, group_, {});
+      setGroup(session_.store.direct(), group_, {});
   };
   clicks_.change(write, [&] {
     if (all) group_ = 1;

@@ -53,7 +53,7 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
     intervals_.button(interval_)->setChecked(true);  // the one that the clicks are for
   });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&] { toggleAttribute(session_.store, nameOf(interval_), number); },
+    if (!clicks_.change([&] { toggleAttribute(session_.store.direct(), nameOf(interval_), number); },
                         [this] { load(); }))
       numbers_->takeBack(number);
   });
@@ -65,18 +65,19 @@ const std::string& IntervalPage::nameOf(int interval) {
 }
 
 void IntervalPage::showInterval(int interval) {
-  numbers_->showMembers(readAttributeColumn(session_.store, AttributeTable::first, nameOf(interval)));
+  numbers_->showMembers(
+      readAttributeColumn(session_.store.direct(), AttributeTable::first, nameOf(interval)));
   interval_ = interval;
 }
 
 void IntervalPage::load() {
   showInterval(interval_);
-  const auto previews = intervalPreviews(session_.store);
+  const auto previews = intervalPreviews(session_.store.direct());
   for (int i = 0; i < kIntervalCount; ++i) previews_[i]->setText(shown(previews[i]));
 }
 
 void IntervalPage::clear() {
-  clicks_.change([&] { clearIntervals(session_.store, session_.desk); }, [this] { load(); });
+  clicks_.change([&] { clearIntervals(session_.store.direct(), session_.desk); }, [this] { load(); });
 }
 
 }  // namespace lotmere::ui

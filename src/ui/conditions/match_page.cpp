@@ -57,18 +57,21 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
           return matchStrength(set, draws, next, kStrengthDraws);
         };
       });
-  connect(used_, &QCheckBox::clicked, this,
-          [this](bool on) { change([&] { setHistoryMatch(session_.store, &HistoryMatch::used, on); }); });
+  connect(used_, &QCheckBox::clicked, this, [this](bool on) {
+    change([&] { setHistoryMatch(session_.store.direct(), &HistoryMatch::used, on); });
+  });
   PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};
   for (int i = 0; i < 2; ++i)
     connect(range_[i], &QComboBox::activated, this, [this, i, end = ends[i]] {
-      change([&] { chooseMatchEnd(session_.store, end, range_[i]->currentData().toInt()); });
+      change([&] { chooseMatchEnd(session_.store.direct(), end, range_[i]->currentData().toInt()); });
     });
   connect(match_, &QComboBox::activated, this, [this] {
-    change([&] { setHistoryMatch(session_.store, &HistoryMatch::match, match_->currentData().toInt()); });
+    change([&] {
+      setHistoryMatch(session_.store.direct(), &HistoryMatch::match, match_->currentData().toInt());
+    });
   });
   connect(latest_, &QPushButton::clicked, this,
-          [this] { change([&] { followLatestDraws(session_.store); }); });
+          [this] { change([&] { followLatestDraws(session_.store.direct()); }); });
 }
 
 void MatchPageView::change(const std::function<void()>& write) {
@@ -76,7 +79,7 @@ void MatchPageView::change(const std::function<void()>& write) {
 }
 
 void MatchPageView::loadMatchPage() {
-  page_ = lotmere::loadMatchPage(session_.store);
+  page_ = lotmere::loadMatchPage(session_.store.direct());
   showLoaded();
 }
 

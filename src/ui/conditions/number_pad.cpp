@@ -178,13 +178,13 @@ QWidget* NumberPad::makeLegend() {
 
 void NumberPad::open() {
   hint_period_ = session_.nextPeriod();
-  hintGaiLv(session_.store, session_.desk, hint_period_);
+  hintGaiLv(session_.store.direct(), hint_period_);
   reload();
 }
 
 void NumberPad::reload() {
-  const NumberSelection selection = loadSelection(session_.store);
-  const LowChanceNumbers low = lowChanceNumbers(session_.store);
+  const NumberSelection selection = loadSelection(session_.store.direct());
+  const LowChanceNumbers low = lowChanceNumbers(session_.store.direct());
   for (QAbstractButton* each : buttons_.buttons()) {
     auto* button = static_cast<PadButton*>(each);
     const int code = button->code();
@@ -200,16 +200,16 @@ void NumberPad::reload() {
 void NumberPad::click(int code) {
   const QTabBar* strip = isBlue(code) ? blue_strip_ : red_strip_;
   const PadTab tab = strip->currentIndex() == 0 ? PadTab::tuo : PadTab::dan;
-  clickNumber(session_.store, session_.desk, code, tab,
+  clickNumber(session_.store.direct(), session_.desk, code, tab,
               hint_period_ > 0 ? std::optional(hint_period_) : std::nullopt);
   reload();
 }
 
 void NumberPad::clear(bool blue) {
   if (blue)
-    clearBlues(session_.store);
+    clearBlues(session_.store.direct());
   else
-    clearReds(session_.store);
+    clearReds(session_.store.direct());
   reload();
 }
 

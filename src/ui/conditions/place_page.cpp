@@ -38,7 +38,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   }
   tolerances->addStretch();
   connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
-    if (clicks.change([&] { setConditionValue(session_.store, kToleranceCell, k); }))
+    if (clicks.change([&] { setConditionValue(session_.store.direct(), kToleranceCell, k); }))
       tolerance_ = tolerances_.button(k);
     else
       showOnly(tolerances_, tolerance_);
@@ -55,7 +55,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
 }
 
 void PlacePageView::loadPlacePage() {
-  const PlacePage page = lotmere::loadPlacePage(session_.store);
+  const PlacePage page = lotmere::loadPlacePage(session_.store.direct());
   for (int i = 0; i < kPlaceCount; ++i) places_[i]->showPanel(page.places[i]);
   tolerance_ = nullptr;
   for (const PanelItem& item : page.tolerances) {

@@ -21,14 +21,15 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
     column->addWidget(option);
   }
   connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
-    if (clicks.change([&] { setConditionValue(session_.store, kShrinkTypeCell, type); }))
+    if (clicks.change([&] { setConditionValue(session_.store.direct(), kShrinkTypeCell, type); }))
       type_ = types_.button(type);
     else
       showOnly(types_, type_);
   });
   smart_->setObjectName(QStringLiteral("Check_auto"));
   connect(smart_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
-    if (!clicks.change([&] { setUsage(session_.store, kSmartOptimisation, on); })) smart_->setChecked(!on);
+    if (!clicks.change([&] { setUsage(session_.store.direct(), kSmartOptimisation, on); }))
+      smart_->setChecked(!on);
   });
   hint_->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
@@ -41,7 +42,7 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
 }
 
 void ShrinkPageView::load() {
-  const ShrinkPage page = shrinkPage(session_.store);
+  const ShrinkPage page = shrinkPage(session_.store.direct());
   type_ = nullptr;
   for (const PanelItem& item : page.types) {
     types_.button(item.k)->setText(shown(item.text));

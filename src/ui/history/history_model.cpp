@@ -41,13 +41,13 @@ QString sampleText(int column) {
 
 HistoryModel::HistoryModel(QObject* parent) : QAbstractTableModel(parent), fields_(drawColumns().size()) {}
 
-int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& condition) {
-  std::vector<Field> fields(fields_.size());
+HistoryModel::Rows HistoryModel::read(Store& store, PeriodRange range, const SearchCondition& condition) {
+  std::vector<Field> fields(drawColumns().size());
   int rows = 0;
   searchDraws(store, condition, [&](const Query& row) {
     const PeriodNo period = row.number(0);
     if (period < range.from || period > range.to) return;
-    for (int column = 0; column < columnCount(); ++column) {
+    for (int column = 0; column < std::ssize(fields); ++column) {
       if (!isNumber(column)) {
         fields[column].texts.push_back(shown(row.text(column)));
         continue;
@@ -58,11 +58,15 @@ int HistoryModel::load(Store& store, PeriodRange range, const SearchCondition& c
     }
     ++rows;
   });
+  return {std::move(fields), rows};
+}
+
+int HistoryModel::show(Rows rows) {
   beginResetModel();
-  fields_ = std::move(fields);
-  rows_ = rows;
+  fields_ = std::move(rows.fields);
+  rows_ = rows.count;
   endResetModel();
-  return rows;
+  return rows_;
 }
 
 int HistoryModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }

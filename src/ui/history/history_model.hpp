@@ -21,9 +21,19 @@ class HistoryModel : public QAbstractTableModel {
  public:
   explicit HistoryModel(QObject* parent = nullptr);
 
-  // Reads the draws of a range that meet a condition into memory, in the place of those it had, and returns
-  // how many there are. Throws SQLite::Exception when the store refuses; the model has its old rows then.
-  int load(Store& store, PeriodRange range, const SearchCondition& condition = {});
+  // The fields of one column: numbers or texts, whichever its kind is.
+  struct Field {
+    std::vector<int> numbers;
+    std::vector<QString> texts;
+  };
+  struct Rows {
+    std::vector<Field> fields;  // a column each
+    int count = 0;
+  };
+  // Reads the draws of a range that meet a condition. Throws SQLite::Exception when the store refuses.
+  [[nodiscard]] static Rows read(Store& store, PeriodRange range, const SearchCondition& condition = {});
+  // Shows rows in the place of those it had, and returns how many there are.
+  int show(Rows rows);
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -40,12 +50,6 @@ class HistoryModel : public QAbstractTableModel {
   [[nodiscard]] int columnWidth(int column, const QFontMetrics& metrics) const;
 
  private:
-  // The fields of one column: numbers or texts, whichever its kind is. A number that is missing is kMissing.
-  struct Field {
-    std::vector<int> numbers;
-    std::vector<QString> texts;
-  };
-
   [[nodiscard]] QString text(int row, int column) const;
   [[nodiscard]] QVariant ballFace(int row, int column) const;
 

@@ -8,7 +8,6 @@
 #include "analysis/distribution.hpp"
 #include "base/text.hpp"
 #include "catalogue/draw_columns.hpp"
-#include "history/addresses.hpp"
 #include "history/curl_fetcher.hpp"
 #include "history/detail.hpp"
 #include "history/download.hpp"
@@ -91,12 +90,16 @@ void HistoryPage::makeMenuCommands() {
        QStringLiteral("下载地址(&U)..."),
        {},
        QStringLiteral("设置开奖数据的下载地址")},
-      [this] { changeAddress(session_.store, session_.desk, AddressUse::draw_list); });
+      [this] { changeStored(AddressUse::draw_list); });
   add({"mnu_DetailAddress",
        QStringLiteral("开奖页面网址(&P)..."),
        {},
        QStringLiteral("设置详细开奖页面的网址")},
-      [this] { changeAddress(session_.store, session_.desk, AddressUse::detail_page); });
+      [this] { changeStored(AddressUse::detail_page); });
+}
+
+void HistoryPage::changeStored(AddressUse use) {
+  session_.store.run([&](Store& store) { return changeAddress(store, session_.desk, use); });
 }
 
 void HistoryPage::makeCommands() {
@@ -232,20 +235,25 @@ void HistoryPage::refreshHistoryView() {
 void HistoryPage::fillHistoryGrid() {
   const auto span = spans_->checkedId() == 0 ? HistorySpan::recent : HistorySpan::all;
   const int column = grid_->currentColumn();
-  const int rows = model_.load(session_.store, loadHistoryRows(session_.store, span));
+  const int rows = model_.show(session_.store.run(
+      [&](Store& store) { return HistoryModel::read(store, loadHistoryRows(store, span)); }));
   views_->setCurrentWidget(rows > 0 ? static_cast<QWidget*>(grid_) : empty_);
   grid_->showEnd(column);
 }
 
 void HistoryPage::showDistribution() {
   const auto span = spans_->checkedId() == 0 ? DistributionSpan::recent : DistributionSpan::all;
-  const auto rows = buildHaoMaFenBu(session_.store, session_.desk, latestPeriod(session_.store), span);
+  auto [rows, table] = session_.store.run([&](Store& store) {
+    const auto built = buildHaoMaFenBu(store, session_.desk, latestPeriod(store), span);
+    return std::pair(built, loadDistribution(store));
+  });
   views_->setCurrentWidget(rows > 0 ? static_cast<QWidget*>(distribution_) : empty_);
-  distribution_->showRows(loadDistribution(session_.store));
+  distribution_->showRows(std::move(table));
 }
 
 void HistoryPage::loadEntry() {
-  strip_->setDate(upcomingDrawDate(session_.store, session_.clock.today()));
+  strip_->setDate(session_.store.run(
+      [today = session_.clock.today()](Store& store) { return upcomingDrawDate(store, today); }));
   strip_->setPeriod(session_.nextPeriod());
 }
 
@@ -263,7 +271,9 @@ void HistoryPage::addDraw() {
     strip_->slide();
     return;
   }
-  saveDraw(session_.store, session_.desk, *checked.period, strip_->date(), *checked.numbers, Recalc::yes);
+  session_.store.run([&, date = strip_->date()](Store& store) {
+    saveDraw(store, session_.desk, *checked.period, date, *checked.numbers, Recalc::yes);
+  });
   loadEntry();
   strip_->clearNumbers();
   strip_->focusNumber(1);
@@ -273,9 +283,11 @@ void HistoryPage::addDraw() {
 
 void HistoryPage::download() {
   const ProgressPlace place(session_.desk, *download_view_);
-  const auto fetcher = makeCurlFetcher(session_.desk);
-  if (!downloadCommand(session_.store, session_.desk, *fetcher, session_.clock.today(), list_typed_).ok)
-    return;
+  const auto fetcher = makeCurlFetcher(session_.desk.course());
+  const bool ok = session_.store.run([&, today = session_.clock.today()](Store& store) {
+    return downloadCommand(store, session_.desk, *fetcher, today, list_typed_).ok;
+  });
+  if (!ok) return;
   loadEntry();
   refreshHistoryView();
   Q_EMIT historyChanged();
@@ -284,9 +296,11 @@ void HistoryPage::download() {
 void HistoryPage::removeDraw() {
   const ProgressPlace place(session_.desk, *bar_);
   const auto typed = session_.desk.askText("您要删除哪期的记录？", "请输入期号",
-                                           std::to_string(latestPeriod(session_.store)));
+                                           std::to_string(session_.store.run(latestPeriod)));
   const std::string_view done = showsChart() ? "删除完成，将重新加载数据。" : "删除完成！";
-  if (!typed || !deleteDraw(session_.store, session_.desk, *typed, done)) return;
+  if (!typed) return;
+  if (!session_.store.run([&](Store& store) { return deleteDraw(store, session_.desk, *typed, done); }))
+    return;
   refreshHistoryView();
   loadEntry();
   Q_EMIT historyChanged();
@@ -313,7 +327,9 @@ void HistoryPage::search() {
   filter_edited_ = false;
   int found = 0;
   try {
-    if (asks) found = model_.load(session_.store, kEveryPeriod, *condition);
+    if (asks)
+      found = model_.show(session_.store.run(
+          [&](Store& store) { return HistoryModel::read(store, kEveryPeriod, *condition); }));
   } catch (...) {
     grid_->clearFilters();  // what the store refuses doesn't stand there to be asked again
     throw;
@@ -332,15 +348,18 @@ void HistoryPage::clearFilter() { refreshHistoryView(); }
 void HistoryPage::exportHistory() {
   const ProgressPlace place(session_.desk, *bar_);
   const auto file = session_.home.folder / "LotmereHistory.xlsx";
-  if (lotmere::exportHistory(session_.store, session_.desk, file) == 0) return;
+  const int written =
+      session_.store.run([&](Store& store) { return lotmere::exportHistory(store, session_.desk, file); });
+  if (written == 0) return;
   const QString path = QString::fromStdString(file.string());
   open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
 }
 
 void HistoryPage::queryDetail() {
   const ProgressPlace place(session_.desk, *bar_);
-  const auto fetcher = makeCurlFetcher(session_.desk);
-  const auto address = queryDetailPage(session_.store, session_.desk, *fetcher, page_typed_);
+  const auto fetcher = makeCurlFetcher(session_.desk.course());
+  const auto address = session_.store.run(
+      [&](Store& store) { return queryDetailPage(store, session_.desk, *fetcher, page_typed_); });
   if (!address) return;
   open(QUrl(shown(*address)),
        QStringLiteral("无法打开浏览器，网页的地址是：\r\n%1").arg(shown(shownAddress(*address))));

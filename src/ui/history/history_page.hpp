@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QWidget>
 
+#include "history/addresses.hpp"
 #include "ui/history/distribution_grid.hpp"
 #include "ui/history/entry_strip.hpp"
 #include "ui/history/history_model.hpp"
@@ -44,6 +45,7 @@ class HistoryPage : public QWidget {
   void historyChanged();
 
  private:
+  void changeStored(AddressUse use);
   void makeCommands();
   void makeMenuCommands();
   void makeViews();

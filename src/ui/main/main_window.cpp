@@ -91,7 +91,7 @@ void MainWindow::addCommands() {
   session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
   session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switchUser(); });
   session_.commands.add({"mnu_UserManage", QStringLiteral("密码和用户(&P)...")}, [this] {
-    UsersDialog dialog(session_, shown(currentUser(session_.store)), this);
+    UsersDialog dialog(session_, shown(session_.store.run(currentUser)), this);
     session_.desk.runDialog(dialog);
   });
   session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
@@ -112,8 +112,9 @@ void MainWindow::saveStore() {
   if (file.isEmpty()) return;
   const TipScope tip(*progress_);
   const ProgressPlace place(session_.desk, *progress_);
-  if (saveEverything(session_.store, session_.home, session_.desk, file.toStdString()) == Transfer::done)
-    session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
+  const Transfer saved = session_.store.run(
+      [&](Store& store) { return saveEverything(store, session_.home, session_.desk, file.toStdString()); });
+  if (saved == Transfer::done) session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
 }
 
 void MainWindow::restoreStore() {
@@ -123,7 +124,9 @@ void MainWindow::restoreStore() {
   {
     const TipScope tip(*progress_);
     const ProgressPlace place(session_.desk, *progress_);
-    if (prepareRestore(session_.home, session_.desk, file.toStdString()) != Transfer::done) return;
+    const Transfer read = session_.desk.work().run(
+        [&] { return prepareRestore(session_.home, session_.desk, file.toStdString()); });
+    if (read != Transfer::done) return;
   }
   session_.desk.tell("全部数据已读入，窗口将重新打开。");
   endProgram();
@@ -285,16 +288,23 @@ void MainWindow::showPage(Page page) {
 }
 
 void MainWindow::recountDivided() {
-  if (lotmere::recountDivided(session_.store, session_.desk)) history_->refreshHistoryView();
+  const auto recount = [this](Store& store) { return lotmere::recountDivided(store, session_.desk); };
+  if (session_.store.run(recount)) history_->refreshHistoryView();
 }
 
 void MainWindow::recountIntervals() {
-  if (recountDue(session_.store, session_.desk)) history_->refreshHistoryView();
+  const auto recount = [this](Store& store) { return recountDue(store, session_.desk); };
+  if (session_.store.run(recount)) history_->refreshHistoryView();
+}
+
+HistoryStatus MainWindow::readStatus() {
+  return session_.store.run([today = session_.clock.today(), date = session_.entry_date](Store& store) {
+    return updateHistoryStatus(store, today, date);
+  });
 }
 
 void MainWindow::updateStatus() {
-  const HistoryStatus status =
-      updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date);
+  const HistoryStatus status = readStatus();
   panels_[0]->setText(shown(status.history));
   panels_[0]->setToolTip(shown(status.missing));
   panels_[2]->setText(shown(status.next_draw));
@@ -304,17 +314,17 @@ void MainWindow::updateStatus() {
 }
 
 bool MainWindow::chooseMode() {
-  if (userMode(session_.store) == UserMode::unchosen) {
+  if (session_.store.run(userMode) == UserMode::unchosen) {
     FirstRunDialog dialog(this);
     if (!session_.desk.runDialog(dialog)) return false;
-    static_cast<void>(chooseUserMode(session_.store, dialog.mode()));
+    session_.store.run([mode = dialog.mode()](Store& store) { return chooseUserMode(store, mode); });
   }
-  user_menu_->menuAction()->setVisible(userMode(session_.store) == UserMode::multi);
+  user_menu_->menuAction()->setVisible(session_.store.run(userMode) == UserMode::multi);
   return true;
 }
 
 bool MainWindow::logIn() {
-  if (userMode(session_.store) != UserMode::multi) return true;
+  if (session_.store.run(userMode) != UserMode::multi) return true;
   LoginDialog dialog(session_, this);
   if (!session_.desk.runDialog(dialog)) return false;
   showUser();
@@ -322,13 +332,13 @@ bool MainWindow::logIn() {
 }
 
 void MainWindow::showUser() {
-  setWindowTitle(shown(userCaption(currentUser(session_.store), utf8(main_caption_))));
+  setWindowTitle(shown(userCaption(session_.store.run(currentUser), utf8(main_caption_))));
   tickets_->refreshTickets();
   conditions_->markStale();
 }
 
 void MainWindow::switchUser() {
-  if (!saveCurrentUser(userDesk(session_))) return;
+  if (!asUser(session_, saveCurrentUser)) return;
   LoginDialog dialog(session_, this);
   if (!session_.desk.runDialog(dialog)) {
     if (dialog.programEnds()) endProgram();
@@ -341,7 +351,7 @@ void MainWindow::switchUser() {
 
 void MainWindow::checkHistory() {
   updateStatus();
-  if (!updateHistoryStatus(session_.store, session_.clock.today(), session_.entry_date).outdated) return;
+  if (!readStatus().outdated) return;
   session_.commands.runner().run([this] {
     if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
   });
@@ -371,8 +381,8 @@ void MainWindow::endQuietly() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  // The question comes first: the job stands still meanwhile, and goes on where the user stays. Else it ends
-  // at its next block and stores what it keeps.
+  // The question comes first: the job goes on meanwhile, and where the user stays. Else it ends at its next
+  // block and stores what it keeps.
   CommandRunner& runner = session_.commands.runner();
   if (!ending_ && runner.isRunning()) {
     event->ignore();
@@ -380,7 +390,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
       close_wanted_ = true;
     } else if (!close_wanted_ && session_.desk.ask(kExitQuestion)) {
       close_wanted_ = end_agreed_ = true;
-      session_.desk.requestStop();
+      if (session_.desk.jobRunning()) session_.desk.course().requestStop();
     }
     return;
   }
@@ -388,8 +398,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     runner.run([this] {
       runGuarded(session_.desk, [this] { recountDivided(); });
       const bool asks = !session_.desk.isEnding() && !end_agreed_;
-      if (!asks) leaveProgram(userDesk(session_));
-      ending_ = !asks || exitProgram(userDesk(session_));
+      if (!asks) asUser(session_, leaveProgram);
+      ending_ = !asks || asUser(session_, exitProgram);
     });
   event->setAccepted(ending_);
 }

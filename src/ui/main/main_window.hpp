@@ -7,6 +7,7 @@
 #include <QStackedWidget>
 #include <QTabBar>
 
+#include "history/status.hpp"
 #include "ui/conditions/conditions_page.hpp"
 #include "ui/history/history_page.hpp"
 #include "ui/main/other_page.hpp"
@@ -63,6 +64,7 @@ class MainWindow : public QMainWindow {
 
   // The same where the user has divided the intervals on the page that they leave, and is told.
   void recountDivided();
+  [[nodiscard]] HistoryStatus readStatus();
   void updateStatus();
   void showUser();
   void switchUser();

@@ -17,45 +17,51 @@ Program::Program(Home home, WindowDesk& desk, Clock& clock, FileSystem& files, H
 
 Program::~Program() { desk_.setWindow(nullptr); }
 
+// The picture of the start stays painted meanwhile.
+StartStep Program::onThread(StartStep step) {
+  step.run = [this, run = std::move(step.run)] { return desk_.work().run(run); };
+  return step;
+}
+
 std::vector<StartStep> Program::startOrder() {
-  return {
-      start_.singleInstance(),
-      {"splash",
-       [this] {
-         splash_ = std::make_unique<Splash>();
-         splash_->showNow();
-         return true;
-       }},
-      start_.databasePresence(),
-      start_.compaction(),
-      start_.sizeGuard(),
-      start_.homeFiles(),
-      start_.mainConnection(),
-      {"main window",
-       [this] {
-         session_.emplace(Session{start_.store(), start_.home(), desk_, clock_, commands_, password_limits_});
-         window_ = std::make_unique<MainWindow>(*session_);
-         return true;
-       },
-       StartAdvice::security},
-      {"show",
-       [this] {
-         splash_->hide();
-         window_->show();
-         splash_.reset();
-         return true;
-       }},
-      {"user mode", [this] { return window_->chooseMode(); }},
-      {"login", [this] { return window_->logIn(); }},
-      {"interval counts",
-       [this] {
-         commands_.runner().run([this] { window_->recountIntervals(); });
-         return true;
-       }},
-      {"history", [this] {
-         window_->checkHistory();
-         return true;
-       }}};
+  return {start_.singleInstance(),
+          {"splash",
+           [this] {
+             splash_ = std::make_unique<Splash>();
+             splash_->showNow();
+             return true;
+           }},
+          onThread(start_.databasePresence()),
+          onThread(start_.compaction()),
+          onThread(start_.sizeGuard()),
+          onThread(start_.homeFiles()),
+          onThread(start_.mainConnection()),
+          {"main window",
+           [this] {
+             session_.emplace(Session{
+                 {desk_.work(), start_.store()}, start_.home(), desk_, clock_, commands_, password_limits_});
+             window_ = std::make_unique<MainWindow>(*session_);
+             return true;
+           },
+           StartAdvice::security},
+          {"show",
+           [this] {
+             splash_->hide();
+             window_->show();
+             splash_.reset();
+             return true;
+           }},
+          {"user mode", [this] { return window_->chooseMode(); }},
+          {"login", [this] { return window_->logIn(); }},
+          {"interval counts",
+           [this] {
+             commands_.runner().run([this] { window_->recountIntervals(); });
+             return true;
+           }},
+          {"history", [this] {
+             window_->checkHistory();
+             return true;
+           }}};
 }
 
 bool Program::start() {
@@ -74,11 +80,13 @@ void Program::end() {
 }
 
 void Program::finish() {
-  if (!session_ || session_->store.db().getTotalChanges() == 0) return;
-  if (restoreWaits(start_.home())) return;  // the store is about to be replaced
+  if (!session_ || restoreWaits(start_.home())) return;  // the store is about to be replaced
   runGuarded(desk_, [this] {
-    if (!copyDatabase(start_.home().mainDb(), start_.home().backupDb(), files_))
-      desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);
+    const bool copied = session_->store.run([this](Store& store) {
+      return store.db().getTotalChanges() == 0 ||
+             copyDatabase(start_.home().mainDb(), start_.home().backupDb(), files_);
+    });
+    if (!copied) desk_.tell("备份没有更新：数据文件已损坏。", Tone::warning);
   });
 }
 

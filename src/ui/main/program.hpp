@@ -41,6 +41,7 @@ class Program {
 
  private:
   [[nodiscard]] std::vector<StartStep> startOrder();
+  [[nodiscard]] StartStep onThread(StartStep step);
 
   WindowDesk& desk_;
   Clock& clock_;

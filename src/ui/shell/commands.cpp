@@ -17,6 +17,7 @@ void runGuarded(WindowDesk& desk, const std::function<void()>& work) {
 void CommandRunner::run(const std::function<void()>& command) {
   if (running_) return;
   running_ = true;
+  desk_.course().clearStop();  // one that came behind the last look of the command before
   Q_EMIT begins();
   runGuarded(desk_, command);
   running_ = false;

@@ -22,7 +22,7 @@ JobBar::JobBar(WindowDesk& desk, const char* bar_name, QWidget* parent) : QFrame
   stop_->setToolTip(QStringLiteral("停止（Esc）"));
   // The press counts, not the release: it has to be taken between two blocks of work.
   connect(stop_, &QPushButton::pressed, this, [this, &desk] {
-    desk.requestStop();
+    desk.course().requestStop();
     stop_->setEnabled(false);
   });
   auto* layout = new QHBoxLayout(this);

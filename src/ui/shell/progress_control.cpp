@@ -24,7 +24,7 @@ ProgressControl::ProgressControl(WindowDesk& desk, QWidget* parent) : QFrame(par
   connect(stop_, &QPushButton::pressed, this, [this, &desk] {
     stopped_ = true;
     stop_->setEnabled(false);
-    desk.requestStop();
+    desk.course().requestStop();
   });
   auto* foot = new QHBoxLayout;
   foot->addWidget(done_);

@@ -1,6 +1,9 @@
 // What the pages of the window work on.
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "base/dates.hpp"
 #include "base/platform.hpp"
 #include "start/home.hpp"
@@ -12,8 +15,30 @@
 
 namespace lotmere::ui {
 
+// The store as the window has it: whatever reads or writes it does so on the work thread.
+class StoreDoor {
+ public:
+  StoreDoor(WorkThread& thread, Store& store) : thread_(thread), store_(store) {}
+
+  // Does the work on the store and gives what it gives; the window is served meanwhile (see WorkThread::run).
+  template <class Work>
+  auto run(Work&& work) {
+    return thread_.run([&] { return std::invoke(work, store_); });
+  }
+  // Gives the work and comes back at once (see WorkThread::post).
+  void post(std::function<void(Store&)> work, WorkThread::Then then) {
+    thread_.post([this, work = std::move(work)] { work(store_); }, std::move(then));
+  }
+
+  Store& direct() { return store_; }
+
+ private:
+  WorkThread& thread_;
+  Store& store_;
+};
+
 struct Session {
-  Store& store;
+  StoreDoor store;
   Home home;
   WindowDesk& desk;
   Clock& clock;
@@ -22,7 +47,9 @@ struct Session {
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.
-  [[nodiscard]] PeriodNo nextPeriod() const { return lotmere::nextPeriod(store, entry_date); }
+  [[nodiscard]] PeriodNo nextPeriod() {
+    return store.run([date = entry_date](Store& stored) { return lotmere::nextPeriod(stored, date); });
+  }
 };
 
 }  // namespace lotmere::ui

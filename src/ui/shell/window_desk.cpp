@@ -19,9 +19,7 @@
 namespace lotmere::ui {
 namespace {
 
-// Long enough that a tight loop loses next to nothing, short enough that a click is taken at once.
-constexpr qint64 kServeEvery = 8;
-constexpr qint64 kProgressEvery = 30;
+constexpr int kProgressEvery = 30;  // milliseconds
 
 constexpr const char* kProgram = "Lotmere";
 
@@ -52,7 +50,48 @@ QWidget* parentOf(QWidget* window) {
 
 }  // namespace
 
+WindowDesk::WindowDesk(QObject* parent)
+    : QObject(parent),
+      course_(
+          work_, [this](std::int64_t total, bool can_stop) { beginJob(total, can_stop); },
+          [this] { endJob(); }) {
+  progress_timer_.setInterval(kProgressEvery);
+  connect(&progress_timer_, &QTimer::timeout, this, &WindowDesk::showProgress);
+}
+
 void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) {
+  work_.callWindow([&] { showMessage(text, tone, title); });
+}
+
+bool WindowDesk::ask(std::string_view text, std::string_view title) {
+  bool answer = false;
+  work_.callWindow([&] { answer = askUser(text, title); });
+  return answer;
+}
+
+std::size_t WindowDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
+                               std::size_t cancel, std::string_view title) {
+  std::size_t chosen = cancel;
+  work_.callWindow([&] { chosen = chooseUser(text, buttons, cancel, title); });
+  return chosen;
+}
+
+std::optional<std::string> WindowDesk::askText(std::string_view prompt, std::string_view title,
+                                               std::string_view proposed) {
+  std::optional<std::string> text;
+  work_.callWindow([&] { text = askUserText(prompt, title, proposed); });
+  return text;
+}
+
+void WindowDesk::showTip(std::string_view text, std::string_view title) {
+  work_.callWindow([&] { showTipDialog(text, title); });
+}
+
+void WindowDesk::showStatus(std::string_view text) {
+  work_.tellWindow([this, line = shown(text)] { Q_EMIT statusChanged(line); });
+}
+
+void WindowDesk::showMessage(std::string_view text, Tone tone, std::string_view title) {
   showRunningText();
   if (ending_) return print(text);
   QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
@@ -62,7 +101,7 @@ void WindowDesk::tell(std::string_view text, Tone tone, std::string_view title) 
   runDialog(box);
 }
 
-bool WindowDesk::ask(std::string_view text, std::string_view title) {
+bool WindowDesk::askUser(std::string_view text, std::string_view title) {
   showRunningText();
   QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
   box.setTextFormat(Qt::PlainText);
@@ -74,8 +113,8 @@ bool WindowDesk::ask(std::string_view text, std::string_view title) {
   return box.clickedButton() == yes;
 }
 
-std::size_t WindowDesk::choose(std::string_view text, std::span<const std::string_view> buttons,
-                               std::size_t cancel, std::string_view title) {
+std::size_t WindowDesk::chooseUser(std::string_view text, std::span<const std::string_view> buttons,
+                                   std::size_t cancel, std::string_view title) {
   showRunningText();
   QMessageBox box(QMessageBox::NoIcon, titleOf(title), shown(text), QMessageBox::NoButton, parentOf(window_));
   box.setTextFormat(Qt::PlainText);
@@ -90,8 +129,8 @@ std::size_t WindowDesk::choose(std::string_view text, std::span<const std::strin
   return pressed == made.end() ? cancel : static_cast<std::size_t>(pressed - made.begin());
 }
 
-std::optional<std::string> WindowDesk::askText(std::string_view prompt, std::string_view title,
-                                               std::string_view proposed) {
+std::optional<std::string> WindowDesk::askUserText(std::string_view prompt, std::string_view title,
+                                                   std::string_view proposed) {
   showRunningText();
   QInputDialog box(parentOf(window_));
   box.setWindowTitle(titleOf(title));
@@ -104,20 +143,11 @@ std::optional<std::string> WindowDesk::askText(std::string_view prompt, std::str
   return utf8(box.textValue());
 }
 
-void WindowDesk::showTip(std::string_view text, std::string_view title) {
+void WindowDesk::showTipDialog(std::string_view text, std::string_view title) {
   showRunningText();
   if (ending_) return print(text);
   TipDialog tip(shown(text), titleOf(title), parentOf(window_));
   runDialog(tip);
-}
-
-void WindowDesk::showStatus(std::string_view text) { Q_EMIT statusChanged(shown(text)); }
-
-void WindowDesk::serve() {
-  if (since_serve_.isValid() && since_serve_.elapsed() < kServeEvery) return;
-  showRunningText();
-  QApplication::processEvents();
-  since_serve_.start();
 }
 
 QString WindowDesk::chooseFile(const QString& title, const QString& filter) {
@@ -136,7 +166,7 @@ bool WindowDesk::openOutside(const QUrl& address) { return !ending_ && QDesktopS
 
 void WindowDesk::beginEnd() {
   ending_ = true;
-  if (jobRunning()) requestStop();
+  if (jobRunning()) course().requestStop();
   for (QWidget* widget : QApplication::topLevelWidgets())
     if (auto* dialog = qobject_cast<QDialog*>(widget)) dialog->reject();
 }
@@ -144,33 +174,34 @@ void WindowDesk::beginEnd() {
 ProgressView* WindowDesk::setProgressView(ProgressView* view) { return std::exchange(view_, view); }
 
 void WindowDesk::showRunningText() {
-  const std::string& text = runningText().text();
+  const std::string text = runningText().text();
   if (text == shown_text_) return;
   shown_text_ = text;
   Q_EMIT runningTextChanged(shown(text));
 }
 
-void WindowDesk::beginJob(std::int64_t maximum, bool can_stop) {
-  const bool first = jobs_.empty();
-  jobs_.push_back(view_);
-  if (view_ != nullptr) view_->begin(maximum, can_stop);
-  if (first) Q_EMIT jobBegun(can_stop);
-  if (ending_) requestStop();
+void WindowDesk::beginJob(std::int64_t total, bool can_stop) {
+  running_ = true;
+  job_view_ = view_;
+  work_.setInput(true);  // the commands are disabled, the stop button isn't
+  if (job_view_ != nullptr) job_view_->begin(total, can_stop);
+  progress_timer_.start();
+  Q_EMIT jobBegun(can_stop);
+  if (ending_) course().requestStop();
 }
 
-void WindowDesk::showProgress(std::int64_t value) {
-  if (jobs_.empty() || jobs_.back() == nullptr) return;
-  if (since_progress_.isValid() && since_progress_.elapsed() < kProgressEvery) return;
-  jobs_.back()->advance(value);
-  since_progress_.start();
+void WindowDesk::showProgress() {
+  if (job_view_ != nullptr) job_view_->advance(course_.done());
+  showRunningText();
 }
 
 void WindowDesk::endJob() {
-  if (jobs_.empty()) return;
-  if (jobs_.back() != nullptr) jobs_.back()->end();
-  jobs_.pop_back();
+  running_ = false;
+  work_.setInput(false);
+  progress_timer_.stop();
+  if (job_view_ != nullptr) job_view_->end();
   showRunningText();
-  if (jobs_.empty()) Q_EMIT jobEnded();
+  Q_EMIT jobEnded();
 }
 
 }  // namespace lotmere::ui

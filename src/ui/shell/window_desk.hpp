@@ -1,17 +1,18 @@
 // The desk of the window: messages, questions and the course of jobs behind widgets. Whatever the program
-// asks the desktop or a person goes through here, so that a test can answer ahead of time.
+// asks the desktop or a user goes through here, so that a test can answer ahead of time.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 #include <QUrl>
 #include <QWidget>
-#include <vector>
 
 #include "base/desk.hpp"
 #include "ui/shell/progress_view.hpp"
+#include "ui/shell/window_course.hpp"
+#include "ui/shell/work_thread.hpp"
 
 class QDialog;
 
@@ -21,22 +22,26 @@ class WindowDesk : public QObject, public Desk {
   Q_OBJECT
 
  public:
-  explicit WindowDesk(QObject* parent = nullptr) : QObject(parent) {}
+  explicit WindowDesk(QObject* parent = nullptr);
 
   // The window that dialogs stand over; may be none.
   void setWindow(QWidget* window) { window_ = window; }
   [[nodiscard]] QWidget* window() const { return window_.data(); }
 
-  void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) override;
-  bool ask(std::string_view text, std::string_view title = {}) override;
+  // What the work says and asks, on either thread: it is shown on the window's, and the work waits for an
+  // answer or for the end of a message.
+  void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) final;
+  bool ask(std::string_view text, std::string_view title = {}) final;
   std::size_t choose(std::string_view text, std::span<const std::string_view> buttons, std::size_t cancel,
-                     std::string_view title = {}) override;
+                     std::string_view title = {}) final;
   std::optional<std::string> askText(std::string_view prompt, std::string_view title,
-                                     std::string_view proposed) override;
-  void showTip(std::string_view text, std::string_view title) override;
-  void showStatus(std::string_view text) override;
-  // Lets the window repaint and take clicks, at most every few milliseconds however often it is called.
-  void serve() override;
+                                     std::string_view proposed) final;
+  void showTip(std::string_view text, std::string_view title) final;
+  void showStatus(std::string_view text) final;
+  StoppableCourse& course() override { return course_; }
+
+  // The thread on which the engine works.
+  [[nodiscard]] WorkThread& work() { return work_; }
 
   // A file that the person picks to be read; empty when they cancel.
   virtual QString chooseFile(const QString& title, const QString& filter);
@@ -53,7 +58,7 @@ class WindowDesk : public QObject, public Desk {
   void beginEnd();
   [[nodiscard]] bool isEnding() const { return ending_; }
 
-  [[nodiscard]] bool jobRunning() const { return !jobs_.empty(); }
+  [[nodiscard]] bool jobRunning() const { return running_; }
   // Where the jobs begun from now on are shown, nowhere with none. Gives the place so far.
   ProgressView* setProgressView(ProgressView* view);
   // Puts a change of the running text on the screen at once.
@@ -66,18 +71,30 @@ class WindowDesk : public QObject, public Desk {
   void runningTextChanged(const QString& text);
 
  protected:
-  void beginJob(std::int64_t maximum, bool can_stop) override;
-  void showProgress(std::int64_t value) override;
-  void endJob() override;
+  // The dialogs behind what the work says and asks, on the window's thread.
+  virtual void showMessage(std::string_view text, Tone tone, std::string_view title);
+  virtual bool askUser(std::string_view text, std::string_view title);
+  virtual std::size_t chooseUser(std::string_view text, std::span<const std::string_view> buttons,
+                                 std::size_t cancel, std::string_view title);
+  virtual std::optional<std::string> askUserText(std::string_view prompt, std::string_view title,
+                                                 std::string_view proposed);
+  virtual void showTipDialog(std::string_view text, std::string_view title);
+
+  void beginJob(std::int64_t total, bool can_stop);
+  void endJob();
 
  private:
+  void showProgress();
+
   QPointer<QWidget> window_;
   ProgressView* view_ = nullptr;
-  std::vector<ProgressView*> jobs_;  // the view of each open job, the innermost last
+  ProgressView* job_view_ = nullptr;  // of the job that runs
+  bool running_ = false;
   bool ending_ = false;
   std::string shown_text_;
-  QElapsedTimer since_serve_;
-  QElapsedTimer since_progress_;
+  QTimer progress_timer_;
+  WindowCourse course_;
+  WorkThread work_;  // goes first, behind the last call
 };
 
 // Shows the jobs of a command in one place, on every route out of it.

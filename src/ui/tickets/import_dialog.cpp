@@ -23,7 +23,8 @@ ImportDialog::ImportDialog(Session& session, QWidget* parent) : QDialog(parent),
   formats_.button(0)->setChecked(true);
   period_label_ = new QLabel(QStringLiteral("号码对应的期号："));
   period_label_->setObjectName(QStringLiteral("Label1_1"));
-  period_ = new QLineEdit(QString::number(nextPeriod(session.store, session.clock.today())));
+  period_ = new QLineEdit(QString::number(
+      session.store.run([today = session.clock.today()](Store& store) { return nextPeriod(store, today); })));
   period_->setObjectName(QStringLiteral("Txt_FromFileQS"));
   period_->setValidator(new DigitValidator(period_));
   period_->setMaximumWidth(140);

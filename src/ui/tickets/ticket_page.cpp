@@ -133,7 +133,7 @@ QWidget* TicketPage::makeLog() {
   return log_;
 }
 
-void TicketPage::refreshTickets() { model_->showTickets(loadTicketList(session_.store)); }
+void TicketPage::refreshTickets() { model_->showTickets(session_.store.run(loadTicketList)); }
 
 void TicketPage::showLog(const QString& text) {
   log_->setPlainText(text);
@@ -156,18 +156,19 @@ void TicketPage::init() {
   const auto period =
       askPeriod("请输入期号：\r\n\r\n[注意,只需要输入7位数(如,2007001)的期号！]", session_.nextPeriod());
   if (!period) return;
-  const InitResult result = initTickets(session_.store, session_.desk, *period);
+  const InitResult result =
+      session_.store.run([&](Store& store) { return initTickets(store, session_.desk, *period); });
   // A stopped one leaves the grid as it was until the page is opened again.
   if (result.done)
     refreshTickets();
-  else if (!checkSelection(session_.store, session_.desk, Tell::no))
+  else if (!session_.store.run([&](Store& store) { return checkSelection(store, session_.desk, Tell::no); }))
     Q_EMIT numbersWanted();
 }
 
 void TicketPage::run() {
   const auto period = askPeriod("要过滤哪期的号码 ？", currentPeriod());
   if (!period) return;
-  runPipeline(session_.store, session_.desk, *period);
+  session_.store.run([&](Store& store) { return runPipeline(store, session_.desk, *period); });
   refreshTickets();
 }
 
@@ -177,7 +178,9 @@ void TicketPage::exportFile() {
   export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
   if (!accepted) return;
   const auto target = session_.home.folder / kExportFile;
-  if (exportCommand(session_.store, session_.desk, target, export_) == 0) return;
+  const int written =
+      session_.store.run([&](Store& store) { return exportCommand(store, session_.desk, target, export_); });
+  if (written == 0) return;
   const QString path = shown(target.string());
   if (!session_.desk.openOutside(QUrl::fromLocalFile(path)))
     session_.desk.tell(utf8(QStringLiteral("号码已写到文件 %1").arg(path)));
@@ -188,21 +191,26 @@ void TicketPage::importFile() {
   if (file.isEmpty()) return;
   ImportDialog dialog(session_, session_.desk.window());
   const auto choice = session_.desk.runDialog(dialog) ? dialog.choice() : std::nullopt;
-  importCommand(session_.store, session_.desk, QFile::encodeName(file).toStdString(), choice);
+  session_.store.run([&](Store& store) {
+    return importCommand(store, session_.desk, QFile::encodeName(file).toStdString(), choice);
+  });
   refreshTickets();
 }
 
 void TicketPage::clear() {
-  if (clearAllTickets(session_.store, session_.desk)) refreshTickets();
+  if (session_.store.run([&](Store& store) { return clearAllTickets(store, session_.desk); }))
+    refreshTickets();
 }
 
 void TicketPage::check() {
   const auto period = askPeriod("您要核对哪期的数据?", currentPeriod());
   if (!period) return;
-  const CheckResult result = checkCommand(session_.store, session_.desk, *period);
+  const CheckResult result =
+      session_.store.run([&](Store& store) { return checkCommand(store, session_.desk, *period); });
   if (!result.refusal.empty()) return;
   refreshTickets();
-  if (const auto draw = findDraw(session_.store, *period)) model_->markDraw(*draw);
+  const auto draw = session_.store.run([&](Store& store) { return findDraw(store, *period); });
+  if (draw) model_->markDraw(*draw);
 }
 
 }  // namespace lotmere::ui

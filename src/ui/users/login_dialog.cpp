@@ -8,11 +8,6 @@
 
 namespace lotmere::ui {
 
-UserDesk userDesk(Session& session) {
-  return {session.store,         session.home, session.desk,
-          session.clock.today(), realFiles(),  session.password_limits};
-}
-
 LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
   setObjectName(QStringLiteral("frmODBCLogon"));
   setWindowTitle(QStringLiteral("用户登录"));
@@ -21,7 +16,7 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   name_->setEditable(true);
   name_->setMinimumWidth(220);
   fillNames();
-  const QString current = shown(currentUser(session_.store));
+  const QString current = shown(session_.store.run(currentUser));
   name_->setCurrentText(current);
   password_ = new QLineEdit;
   password_->setObjectName(QStringLiteral("txtPWD"));
@@ -57,14 +52,18 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
 void LoginDialog::fillNames() {
   const QString typed = name_->currentText();
   name_->clear();
-  for (const User& user : allUsers(session_.store)) name_->addItem(shown(user.name));
+  const auto users = session_.store.run(allUsers);
+  for (const User& user : users) name_->addItem(shown(user.name));
   name_->setCurrentText(typed);
 }
 
 void LoginDialog::logIn() {
   runGuarded(session_.desk, [this] {
     const Credentials typed{utf8(name_->currentText()), utf8(password_->text())};
-    if (lotmere::logIn(userDesk(session_), typed, new_user_ ? NewUser::asked : NewUser::refused)) accept();
+    const auto log_in = [&](const UserDesk& at) {
+      return lotmere::logIn(at, typed, new_user_ ? NewUser::asked : NewUser::refused);
+    };
+    if (asUser(session_, log_in)) accept();
   });
 }
 

@@ -33,7 +33,12 @@ class LoginDialog : public QDialog {
   bool program_ends_ = false;
 };
 
-// What the operations of users work on.
-[[nodiscard]] UserDesk userDesk(Session& session);
+// Does an operation of users on the work thread, and gives what it gives.
+template <class Work>
+auto asUser(Session& session, Work&& work) {
+  return session.store.run([&, today = session.clock.today()](Store& store) {
+    return work(UserDesk{store, session.home, session.desk, today, realFiles(), session.password_limits});
+  });
+}
 
 }  // namespace lotmere::ui

@@ -50,7 +50,8 @@ QLineEdit* UsersDialog::makePasswordLine(const char* name, const QString& hint) 
 
 void UsersDialog::fillNames() {
   name_->clear();
-  for (const User& user : allUsers(session_.store))
+  const auto users = session_.store.run(allUsers);
+  for (const User& user : users)
     if (user.name != kGuest) name_->addItem(shown(user.name));
   change_->setEnabled(name_->count() > 0);
   remove_->setEnabled(name_->count() > 0);
@@ -63,9 +64,12 @@ void UsersDialog::changePassword() {
       return;
     }
     const std::string before = utf8(before_->text());
-    if (!lotmere::changePassword(userDesk(session_), utf8(name_->currentText()),
-                                 before.empty() ? std::nullopt : std::optional(before), utf8(after_->text())))
-      return;
+    const std::string after = utf8(after_->text());
+    const std::string name = utf8(name_->currentText());
+    const bool changed = asUser(session_, [&](const UserDesk& at) {
+      return lotmere::changePassword(at, name, before.empty() ? std::nullopt : std::optional(before), after);
+    });
+    if (!changed) return;
     session_.desk.tell("密码已更改。");
     for (QLineEdit* line : {before_, after_, again_}) line->clear();
   });
@@ -73,7 +77,8 @@ void UsersDialog::changePassword() {
 
 void UsersDialog::removeUser() {
   runGuarded(session_.desk, [this] {
-    if (!lotmere::removeUser(userDesk(session_), utf8(name_->currentText()))) return;
+    const std::string name = utf8(name_->currentText());
+    if (!asUser(session_, [&](const UserDesk& at) { return lotmere::removeUser(at, name); })) return;
     session_.desk.tell("用户已删除。");
     fillNames();
   });
