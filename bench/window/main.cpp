@@ -144,7 +144,9 @@ class WindowWorld {
     }
     check(chooseUserMode(world_.store(), UserMode::single), "the user mode");
   }
-  void init() { check(initTickets(world_.store(), quiet_, kTarget).done, "initialisation"); }
+  void init() {
+    check(initTickets(world_.store(), quiet_, kTarget).outcome == Outcome::done, "initialisation");
+  }
   [[nodiscard]] Home home() const { return {world_.folder()}; }
   [[nodiscard]] Store& store() { return world_.store(); }
 

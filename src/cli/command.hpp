@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "base/platform.hpp"
 #include "game/game.hpp"
 #include "start/startup.hpp"
@@ -39,6 +40,10 @@ inline constexpr int kExitDone = 0;
 inline constexpr int kExitRefused = 1;
 inline constexpr int kExitUsage = 2;
 inline constexpr int kExitStopped = 130;  // as a shell tells of a command that Ctrl-C ended
+
+[[nodiscard]] constexpr int statusOf(Outcome outcome) {
+  return outcome == Outcome::done ? kExitDone : outcome == Outcome::stopped ? kExitStopped : kExitRefused;
+}
 
 class Command {
  public:

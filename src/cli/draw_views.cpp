@@ -96,8 +96,8 @@ class ExportCommand final : public Command {
     const std::filesystem::path file(file_);
     if (::strcasecmp(file.extension().c_str(), ".xlsx") != 0)
       return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 结尾。", quoteTyped(file_)));
-    const int draws = exportHistory(session.store, session.desk, file);
-    if (draws == 0) return kExitRefused;
+    const auto [outcome, draws] = exportHistory(session.store, session.desk, file);
+    if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("已导出 {} 期到 {}\n", draws, file_);
     return kExitDone;
   }

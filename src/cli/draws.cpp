@@ -35,8 +35,8 @@ class FetchCommand final : public Command {
     const auto fetcher = makeCurlFetcher(session.desk.course());
     const auto fetch = all_ ? downloadAll : downloadDraws;
     const DownloadResult result = fetch(session.store, session.desk, *fetcher, *address, realClock().today());
-    if (result.stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
-    if (!result.ok) {
+    if (result.outcome == Outcome::stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
+    if (result.outcome != Outcome::done) {
       tellFailure(session.desk, result);
       return kExitRefused;
     }
@@ -123,9 +123,7 @@ class DeleteCommand final : public Command {
 
   void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
 
-  int run(Session& session) override {
-    return deleteDraw(session.store, session.desk, period_) ? kExitDone : kExitRefused;
-  }
+  int run(Session& session) override { return statusOf(deleteDraw(session.store, session.desk, period_)); }
 
  private:
   std::string period_;

@@ -80,8 +80,6 @@ class CompactCommand final : public Command {
   }
 };
 
-int statusOf(Transfer transfer) { return transfer == Transfer::done ? kExitDone : kExitRefused; }
-
 class SaveCommand final : public Command {
  public:
   SaveCommand() : Command("store", "save", "把全部数据（开奖记录、号码、设置、用户）保存到一个文件") {}
@@ -91,8 +89,8 @@ class SaveCommand final : public Command {
 
   int run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
-    const Transfer saved = saveEverything(session.store, session.start.home(), session.desk, file_);
-    if (saved == Transfer::done) session.out << fmt::format("已保存到 {}\n", file_);
+    const Outcome saved = saveEverything(session.store, session.start.home(), session.desk, file_);
+    if (saved == Outcome::done) session.out << fmt::format("已保存到 {}\n", file_);
     return statusOf(saved);
   }
 

@@ -73,7 +73,7 @@ class InitCommand final : public PeriodCommand {
  protected:
   int runPeriod(Session& session, PeriodNo period) override {
     const InitResult result = initTickets(session.store, session.desk, period, existing_.value());
-    if (!result.stopped) return result.done ? kExitDone : kExitRefused;
+    if (result.outcome != Outcome::stopped) return statusOf(result.outcome);
     return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", toFullWidth(result.rows)));
   }
 
@@ -88,9 +88,10 @@ class RunCommand final : public PeriodCommand {
  protected:
   int runPeriod(Session& session, PeriodNo period) override {
     const RunResult result = runPipeline(session.store, session.desk, period);
-    if (!result.ran && !result.stopped) return refuse(session.desk, trim(session.desk.runningText().text()));
+    if (result.outcome == Outcome::refused)
+      return refuse(session.desk, trim(session.desk.runningText().text()));
     printLines(session.out, session.desk.runningText().text());
-    return result.stopped ? kExitStopped : kExitDone;
+    return statusOf(result.outcome);
   }
 };
 
@@ -101,7 +102,7 @@ class CheckCommand final : public PeriodCommand {
  protected:
   int runPeriod(Session& session, PeriodNo period) override {
     const CheckResult result = checkPrizes(session.store, session.desk, period);
-    if (!result.refusal.empty()) return refuse(session.desk, result.refusal);
+    if (result.outcome == Outcome::refused) return refuse(session.desk, result.refusal);
     printLines(session.out, tallyText(result));
     return kExitDone;
   }
@@ -133,9 +134,7 @@ class ListCommand final : public Command {
 class ClearCommand final : public Command {
  public:
   ClearCommand() : Command("tickets", "clear", "删除全部号码") {}
-  int run(Session& session) override {
-    return clearAllTickets(session.store, session.desk) ? kExitDone : kExitRefused;
-  }
+  int run(Session& session) override { return statusOf(clearAllTickets(session.store, session.desk)); }
 };
 
 class ExportCommand final : public Command {
@@ -154,8 +153,8 @@ class ExportCommand final : public Command {
       return refuse(session.desk,
                     fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quoteTyped(*columns_)));
     if (file_.empty()) return refuse(session.desk, kNoFileName);
-    const int count = exportCommand(session.store, session.desk, file_, switches_);
-    if (count == 0) return kExitRefused;
+    const auto [outcome, count] = exportCommand(session.store, session.desk, file_, switches_);
+    if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
     return kExitDone;
   }
@@ -208,7 +207,7 @@ class ImportCommand final : public Command {
       choice.period = *period;
     }
     const ImportResult result = importCommand(session.store, session.desk, file_, choice, existing_.value());
-    return result.count > 0 ? kExitDone : kExitRefused;
+    return statusOf(result.outcome);
   }
 
  private:

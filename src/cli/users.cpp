@@ -70,7 +70,8 @@ class LoginCommand final : public NamedUserCommand {
  private:
   bool work(Session& session, const std::string& name) override {
     const NewUser unknown = new_ ? NewUser::made : NewUser::refused;
-    if (!logIn(userDesk(session), {name, session.password.value_or(std::string())}, unknown)) return false;
+    if (logIn(userDesk(session), {name, session.password.value_or(std::string())}, unknown) != Outcome::done)
+      return false;
     session.out << fmt::format("当前用户：{}\n", currentUser(session.store));
     return true;
   }
@@ -93,7 +94,8 @@ class PasswordCommand final : public NamedUserCommand {
  private:
   bool work(Session& session, const std::string& name) override {
     const auto fresh = readPassword(session.desk, new_file_);
-    if (!fresh || !changePassword(userDesk(session), name, session.password, *fresh)) return false;
+    if (!fresh || changePassword(userDesk(session), name, session.password, *fresh) != Outcome::done)
+      return false;
     session.out << "密码已更改。\n";
     return true;
   }
@@ -107,7 +109,7 @@ class RemoveCommand final : public NamedUserCommand {
 
  private:
   bool work(Session& session, const std::string& name) override {
-    if (!removeUser(userDesk(session), name)) return false;
+    if (removeUser(userDesk(session), name) != Outcome::done) return false;
     session.out << "用户已删除。\n";
     return true;
   }
@@ -158,7 +160,8 @@ bool enterAsUser(const ProgramStart& start, Desk& desk, const Credentials& typed
   const bool multi = userMode(store) == UserMode::multi;
   if (multi && !typed.name.empty()) {
     const std::string before = currentUser(store);
-    if (!resumeSession({store, start.home(), desk, realClock().today(), realFiles(), limits}, typed))
+    if (resumeSession({store, start.home(), desk, realClock().today(), realFiles(), limits}, typed) !=
+        Outcome::done)
       return false;
     const std::string name = currentUser(store);
     if (name != before) desk.showTip(fmt::format("已登录为“{}”。", name), "用户");

@@ -101,15 +101,15 @@ int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesyst
   return static_cast<int>(tickets.size());
 }
 
-int exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
-                  const ExportSwitches& switches, FileSystem& files) {
+Exported exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
+                       const ExportSwitches& switches, FileSystem& files) {
   if (isOwnFile(Home{store.path().parent_path()}, target)) {
     desk.tell(kOwnFile, Tone::warning);
-    return 0;
+    return {};
   }
   const int count = exportTickets(store, desk, firstTicketPeriod(store), target, switches, files);
   if (count == 0) desk.tell("表格中还没有号码！", Tone::warning);
-  return count;
+  return {doneIf(count > 0), count};
 }
 
 }  // namespace lotmere

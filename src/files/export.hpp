@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "base/platform.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
@@ -36,8 +37,8 @@ int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesyst
 
 // The command "导出": exports the period of the first ticket of the table. With no ticket at all nothing is
 // written and a warning says so. A target that leads to one of the program's own files (isOwnFile) is
-// refused. Returns the number of tickets; throws as exportTickets does.
-int exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
-                  const ExportSwitches& switches, FileSystem& files = realFiles());
+// refused. Throws as exportTickets does.
+Exported exportCommand(Store& store, Desk& desk, const std::filesystem::path& target,
+                       const ExportSwitches& switches, FileSystem& files = realFiles());
 
 }  // namespace lotmere

@@ -168,7 +168,7 @@ ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path
                            const ImportChoice& choice, Existing existing) {
   TextFile source(file);
   const StopScope stop(desk.course());
-  const Survey survey = surveyFile(source, desk, choice);
+  Survey survey = surveyFile(source, desk, choice);
   if (survey.result.count == 0) return survey.result;
   const auto settled = acceptWideLines(desk, survey) ? settleExisting(store, desk, existing) : std::nullopt;
   if (!settled) return {.cancelled = true};
@@ -179,6 +179,7 @@ ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path
   writeTickets(store, desk, survey.text, choice);
   change.commit();
   running.keep();
+  survey.result.outcome = Outcome::done;
   return survey.result;
 }
 

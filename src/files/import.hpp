@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 #include "tickets/upkeep.hpp"
@@ -47,11 +48,12 @@ struct ImportTicket {
 [[nodiscard]] std::optional<ImportTicket> importLine(std::string_view line, const ImportChoice& choice);
 
 struct ImportResult {
+  Outcome outcome = Outcome::refused;
   int count = 0;                   // tickets added
   int skipped = 0;                 // lines that aren't empty and hold no ticket
   std::int64_t first_skipped = 0;  // number of the first of them, from 1; 0 without one
   bool is_text = true;             // false: a file that can't be text; nothing was changed then
-  bool cancelled = false;          // by an answer of the user; nothing was changed then
+  bool cancelled = false;          // by an answer of the user, which needs no reason
 };
 
 // Adds the tickets of a file of UTF-8 or GB18030 to `日志表`, in one change, in the order of the lines. The

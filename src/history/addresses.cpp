@@ -118,10 +118,10 @@ std::optional<std::string> knownAddress(Store& store, Desk& desk, AddressUse use
   return address;
 }
 
-bool changeAddress(Store& store, Desk& desk, AddressUse use) {
+Outcome changeAddress(Store& store, Desk& desk, AddressUse use) {
   const auto address = askAddress(desk, use, storedAddress(store, use));
   if (address) rememberAddress(store, use, *address);
-  return address.has_value();
+  return doneIf(address.has_value());
 }
 
 }  // namespace lotmere

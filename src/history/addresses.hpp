@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "store/store.hpp"
 
 namespace lotmere {
@@ -39,6 +40,6 @@ void rememberAddress(Store& store, AddressUse use, const std::string& address);
 
 // The command: asks for the address, the stored one proposed, and remembers it; an empty one forgets it. What
 // is no address is told and asked for again. False, and nothing has changed, when the user cancels.
-bool changeAddress(Store& store, Desk& desk, AddressUse use);
+Outcome changeAddress(Store& store, Desk& desk, AddressUse use);
 
 }  // namespace lotmere

@@ -125,7 +125,9 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
   const StatusScope status(desk);
   desk.showStatus(kDownloading);
   Fetched fetched = fetchAsJob(desk, fetcher, address);
-  if (!fetched.reply) return {.stopped = fetched.stopped, .cause = std::move(fetched.cause)};
+  if (!fetched.reply)
+    return {.outcome = fetched.stopped ? Outcome::stopped : Outcome::refused,
+            .cause = std::move(fetched.cause)};
   const DrawList list(*fetched.reply);
   if (std::string fault = replyFault(list, today); !fault.empty()) return {.cause = std::move(fault)};
   Merge merge(store, desk, list, today);
@@ -136,7 +138,7 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
     mergeAll(store, merge, list.newest(today));
   rememberAddress(store, AddressUse::draw_list, address);
   DownloadResult result = std::move(merge.result());
-  result.ok = true;
+  result.outcome = Outcome::done;
   result.newest = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0 ? latestPeriod(store) : 0;
   result.more = list.newest(today) > result.newest;
   change.commit();
@@ -167,16 +169,16 @@ std::vector<std::string> reportLines(const DownloadResult& result) {
 }
 
 void tellFailure(Desk& desk, const DownloadResult& result) {
-  if (result.stopped) return;
+  if (result.outcome == Outcome::stopped) return;
   desk.tell(fmt::format("{0}{1}{1}原因：{2}。", kFailure, kLineBreak, result.cause), Tone::error);
 }
 
 DownloadResult downloadCommand(Store& store, Desk& desk, Fetcher& fetcher, Date today,
                                std::string& address_typed) {
   const auto address = knownAddress(store, desk, AddressUse::draw_list, address_typed);
-  if (!address) return {.stopped = true};
+  if (!address) return {};
   DownloadResult result = downloadAll(store, desk, fetcher, *address, today);
-  if (result.ok)
+  if (result.outcome == Outcome::done)
     desk.tell(fmt::format("{}", fmt::join(reportLines(result), kLineBreak)));
   else
     tellFailure(desk, result);

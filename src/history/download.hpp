@@ -7,6 +7,7 @@
 
 #include "base/dates.hpp"
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "base/platform.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
@@ -14,9 +15,10 @@
 namespace lotmere {
 
 struct DownloadResult {
-  bool ok = false;  // the reply was a draw list with at least one draw, whether or not it held anything new
-  bool stopped = false;  // the user broke the fetch off; nothing has changed then
-  std::string cause{};   // why it isn't ok, in a few words for the user
+  // Done: the reply was a draw list with at least one draw, whether or not it held anything new. Else nothing
+  // has changed.
+  Outcome outcome = Outcome::refused;
+  std::string cause{};  // of a refusal, in a few words for the user
 
   int added = 0;        // draws stored that the history didn't have
   int overwritten = 0;  // stored draws that got another date or other numbers
@@ -41,11 +43,11 @@ struct DownloadResult {
 [[nodiscard]] DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher,
                                          const std::string& address, Date today);
 
-// What a download that is ok comes to, in lines: that it is done, the counts, that there was nothing newer,
+// What a download that is done comes to, in lines: that it is done, the counts, that there was nothing newer,
 // the faults of skipped entries.
 [[nodiscard]] std::vector<std::string> reportLines(const DownloadResult& result);
 
-// Tells what may be wrong, and the cause, of a download that isn't ok; nothing of one that was stopped.
+// Tells what may be wrong, and the cause, of a download that was refused; nothing of one that was stopped.
 void tellFailure(Desk& desk, const DownloadResult& result);
 
 // The command (`cmmUpdateHistory(1)`): downloads all from the remembered address and tells what happened.

@@ -76,28 +76,29 @@ std::optional<std::string> sheetBytes(Store& store, Desk& desk, std::int64_t dra
 
 }  // namespace
 
-int exportHistory(Store& store, Desk& desk, const std::filesystem::path& target, FileSystem& files) {
+Exported exportHistory(Store& store, Desk& desk, const std::filesystem::path& target, FileSystem& files) {
   const auto draws = store.value(R"(SELECT count(*) FROM "历史记录")");
   if (draws == 0) {
     desk.tell("历史记录是空的，没有可导出的数据。", Tone::warning);
-    return 0;
+    return {};
   }
   const StopScope stoppable(desk.course());
   try {
     if (isOwnFile(Home{store.path().parent_path()}, target)) {
       desk.tell(kOwnFile, Tone::warning);
-      return 0;
+      return {};
     }
     const auto bytes = sheetBytes(store, desk, draws);
     if (bytes) {
       files.writeWhole(target, *bytes);
-      return static_cast<int>(draws);
+      return {Outcome::done, static_cast<int>(draws)};
     }
     desk.tell("用户中止，数据没有导出。", Tone::warning);
+    return {Outcome::stopped};
   } catch (const std::filesystem::filesystem_error& failure) {
     desk.tell(fmt::format("无法正常导出数据！{}{}", kLineBreak, reasonText(failure.code())), Tone::error);
   }
-  return 0;
+  return {};
 }
 
 }  // namespace lotmere

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "base/platform.hpp"
 #include "store/store.hpp"
 
@@ -12,11 +13,11 @@ namespace lotmere {
 // Writes all draws to a new .xlsx file at `target`, its one sheet named "sheet1": a row of column names, then
 // the draws by period ascending. The columns are those of drawColumns() but the last three; numbers, texts
 // and dates are of their kind, a field without a value is an empty cell, and the second column is twice as
-// wide as the first. Returns the number of draws; 0, told by the desk, where the history is empty, the user
-// stopped, `target` leads to one of the program's own files (isOwnFile), or the machine refused (as
-// FileSystem::writeWhole does): an earlier file then stands as it was. Throws SQLite::Exception when the
+// wide as the first. Refused, told by the desk, where the history is empty, `target` leads to one of
+// the program's own files (isOwnFile), or the machine refuses (as FileSystem::writeWhole does): an earlier file
+// then stands as it was, behind a stop too. Throws SQLite::Exception when the
 // store refuses.
-int exportHistory(Store& store, Desk& desk, const std::filesystem::path& target,
-                  FileSystem& files = realFiles());
+Exported exportHistory(Store& store, Desk& desk, const std::filesystem::path& target,
+                       FileSystem& files = realFiles());
 
 }  // namespace lotmere

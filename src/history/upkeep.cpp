@@ -43,23 +43,23 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
   change.commit();
 }
 
-bool deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done) {
+Outcome deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done) {
   const auto number = parseWhole(typed);
   if (!number) {
     static_cast<void>(readPeriod(desk, typed));  // tells what a period looks like
-    return false;
+    return Outcome::refused;
   }
   const auto draw = storedText(store, *number);
   if (!draw) {
     desk.tell("无法完成，历史记录表格中没有该期记录！", Tone::error, "删除失败");
-    return false;
+    return Outcome::refused;
   }
   constexpr std::string_view buttons[] = {"删除", "不删除"};
   const std::string question = fmt::format("要删除这一期开奖记录吗？{0}{0}{1}", kLineBreak, *draw);
-  if (desk.choose(question, buttons, 1, "删除记录") != 0) return false;
+  if (desk.choose(question, buttons, 1, "删除记录") != 0) return Outcome::refused;
   store.query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(*number).run();
   desk.tell(done);
-  return true;
+  return Outcome::done;
 }
 
 }  // namespace lotmere

@@ -5,6 +5,7 @@
 
 #include "base/dates.hpp"
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 
@@ -24,6 +25,6 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
 // nothing has changed, when they think better of it or, told, when it isn't stored or no number. No other row
 // changes: a hole stays a hole, and the next draw keeps the figures it had against the removed one until a
 // range covers it again.
-bool deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done = "删除完成！");
+Outcome deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done = "删除完成！");
 
 }  // namespace lotmere

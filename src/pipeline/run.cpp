@@ -67,19 +67,18 @@ void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo peri
 RunResult runPipeline(Store& store, Desk& desk, PeriodNo period) {
   const StopScope stop(desk.course());
   auto tickets = readTickets(store, desk, period);
-  RunResult result;
-  if (tickets) {
-    walkSteps(store, desk, *tickets);
-    result = {true, desk.course().stopRequested(), static_cast<std::int64_t>(tickets->size())};
-  } else {
-    result.tickets = static_cast<std::int64_t>(countTickets(store, period));
-    result.stopped = desk.course().stopRequested() && result.tickets != 0;
-  }
+  if (tickets) walkSteps(store, desk, *tickets);
+  RunResult result{Outcome::done,
+                   static_cast<std::int64_t>(tickets ? tickets->size() : countTickets(store, period))};
+  if (result.tickets == 0 && !tickets)
+    result.outcome = Outcome::refused;
+  else if (desk.course().stopRequested())
+    result.outcome = Outcome::stopped;
   writeBack(store, desk, tickets ? &*tickets : nullptr, period);
-  if (!result.ran && !result.stopped) return result;
-  desk.runningText().appendLine(fmt::format("{}：{} 注",
-                                            result.stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
-                                            toFullWidth(result.tickets)));
+  if (result.outcome == Outcome::refused) return result;
+  desk.runningText().appendLine(fmt::format(
+      "{}：{} 注", result.outcome == Outcome::stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
+      toFullWidth(result.tickets)));
   return result;
 }
 

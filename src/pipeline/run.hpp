@@ -4,14 +4,15 @@
 #include <cstdint>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 
 namespace lotmere {
 
 struct RunResult {
-  bool ran = false;      // false: no tickets, or stopped while they were read
-  bool stopped = false;  // before its end; also while the tickets were read, and all of them are left then
+  // Refused without tickets. Stopped before its end: a stop while the tickets are read leaves all of them.
+  Outcome outcome = Outcome::refused;
   std::int64_t tickets = 0;  // of the period at the end
 };
 

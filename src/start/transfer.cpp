@@ -23,9 +23,9 @@ constexpr std::string_view kStopped = "已停止，数据没有改变。";
 fs::path stagingFolder(const Home& home) { return home.folder / "Lotmere.restore.new"; }
 fs::path waitingFolder(const Home& home) { return home.folder / "Lotmere.restore"; }
 
-Transfer refuse(Desk& desk, std::string_view text) {
+Outcome refuse(Desk& desk, std::string_view text) {
   desk.tell(text, Tone::warning);
-  return Transfer::refused;
+  return Outcome::refused;
 }
 
 // The open database as the bytes of a file, as the connection sees it.
@@ -154,7 +154,7 @@ void removeWithJournal(const fs::path& path, FileSystem& files) {
 
 }  // namespace
 
-Transfer saveEverything(Store& store, const Home& home, Desk& desk, const fs::path& file, FileSystem& files) {
+Outcome saveEverything(Store& store, const Home& home, Desk& desk, const fs::path& file, FileSystem& files) {
   // What a link names is replaced, not the link.
   const fs::path target = fs::is_symlink(file) ? fs::weakly_canonical(file) : file;
   if (isHomeFile(home, target)) return refuse(desk, "这是程序自己的数据文件，请换一个文件名！");
@@ -162,34 +162,34 @@ Transfer saveEverything(Store& store, const Home& home, Desk& desk, const fs::pa
   constexpr std::string_view buttons[] = {"替换", "取消"};
   if (files.exists(target) &&
       desk.choose(fmt::format("文件{}已经有了，要替换吗？", quoteTyped(file.string())), buttons, 1) != 0)
-    return Transfer::refused;
-  if (writeArchive(target, allFiles(store, home), desk, files)) return Transfer::done;
+    return Outcome::refused;
+  if (writeArchive(target, allFiles(store, home), desk, files)) return Outcome::done;
   desk.tell(kStopped, Tone::warning);
-  return Transfer::stopped;
+  return Outcome::stopped;
 }
 
-Transfer prepareRestore(const Home& home, Desk& desk, const fs::path& file, FileSystem& files) {
+Outcome prepareRestore(const Home& home, Desk& desk, const fs::path& file, FileSystem& files) {
   finishRestore(home, files);
   const Archive archive = readArchive(file, desk);
   if (!admits(desk, archive.state, file))
-    return archive.state == ArchiveState::stopped ? Transfer::stopped : Transfer::refused;
-  if (!holdsHome(home, archive.files) && !admits(desk, ArchiveState::damaged, file)) return Transfer::refused;
+    return archive.state == ArchiveState::stopped ? Outcome::stopped : Outcome::refused;
+  if (!holdsHome(home, archive.files) && !admits(desk, ArchiveState::damaged, file)) return Outcome::refused;
   const auto damaged = findDamaged(home, desk, files);
-  if (!damaged) return Transfer::refused;
+  if (!damaged) return Outcome::refused;
   const Staging staging(home);
   for (const ArchivedFile& one : archive.files) files.writeNew(staging.folder() / one.name, one.bytes);
   const fs::path store = staging.folder() / home.mainDb().filename();
-  if (!admits(desk, stateOf(checkStore(store)), file)) return Transfer::refused;
+  if (!admits(desk, stateOf(checkStore(store)), file)) return Outcome::refused;
   constexpr std::string_view buttons[] = {"替换", "取消"};
   const std::string question = fmt::format(
       "要用文件{}中的数据（{}）替换现在的全部数据吗？现在的开奖记录、用户、设置和号码都会被替换。",
       quoteTyped(file.string()), contentText(store));
-  if (desk.choose(question, buttons, 1) != 0) return Transfer::refused;
+  if (desk.choose(question, buttons, 1) != 0) return Outcome::refused;
   if (*damaged) keepDamaged(home.mainDb(), files);  // for whoever can read it
   files.sync(store);
   files.sync(staging.folder());
   files.replace(staging.folder(), waitingFolder(home));
-  return Transfer::done;
+  return Outcome::done;
 }
 
 bool restoreWaits(const Home& home) { return fs::exists(waitingFolder(home)); }

@@ -68,9 +68,8 @@ InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing exist
   }
   change.commit();
 
-  result.stopped = desk.course().stopRequested();
-  result.done = !result.stopped;
-  if (!result.done) return result;
+  result.outcome = desk.course().stopRequested() ? Outcome::stopped : Outcome::done;
+  if (result.outcome != Outcome::done) return result;
   const std::string text = fmt::format("初始化选号完成!共 {} 注！", toFullWidth(result.rows));
   desk.tell(text);
   desk.runningText().set(fmt::format("{0}{1}{0}{0}", kLineBreak, text));

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 #include "tickets/selection.hpp"
@@ -18,8 +19,7 @@ template <class Visit>
 void expandSelection(const NumberSelection& selection, Visit&& visit);
 
 struct InitResult {
-  bool done = false;
-  bool stopped = false;   // neither done nor stopped: refused or cancelled, and nothing was changed
+  Outcome outcome = Outcome::refused;
   std::int64_t rows = 0;  // rows of the period at the end
 };
 

@@ -98,13 +98,14 @@ CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period) {
     writeHits(store, period, numbers, job);
   }
   change.commit();
+  result.outcome = Outcome::done;
   desk.runningText().appendLine(tallyText(result));
   return result;
 }
 
 CheckResult checkCommand(Store& store, Desk& desk, PeriodNo period) {
   CheckResult result = checkPrizes(store, desk, period);
-  if (!result.refusal.empty())
+  if (result.outcome != Outcome::done)
     desk.tell(result.refusal, Tone::information, "出错啦!");
   else if (result.max_hit != 0)
     desk.tell("开奖核对完成,结果请查看右边的操作提示！");

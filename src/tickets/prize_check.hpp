@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
@@ -29,7 +30,8 @@ struct Hits {
 [[nodiscard]] int prizeTier(const Hits& hits);
 
 struct CheckResult {
-  std::string refusal;                            // why nothing was checked; empty when it was
+  Outcome outcome = Outcome::refused;
+  std::string refusal;                            // why nothing was checked
   std::array<std::int64_t, kPrizeTiers> tally{};  // tickets by tier, the first prize first
   int max_hit = 0;                                // the most reds and blue together on any ticket
 };

@@ -14,12 +14,12 @@ void clearTickets(Store& store, Desk& desk) {
   desk.runningText().appendLine("表格中号码全部删除已完成．");
 }
 
-bool clearAllTickets(Store& store, Desk& desk) {
+Outcome clearAllTickets(Store& store, Desk& desk) {
   constexpr std::string_view buttons[] = {"删除", "取消"};
-  if (desk.choose("确认要删除全部记录吗？", buttons, 1) != 0) return false;
+  if (desk.choose("确认要删除全部记录吗？", buttons, 1) != 0) return Outcome::refused;
   clearTickets(store, desk);
   desk.tell("删除记录完成！");
-  return true;
+  return Outcome::done;
 }
 
 }  // namespace lotmere

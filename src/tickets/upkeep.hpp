@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/desk.hpp"
+#include "base/outcome.hpp"
 #include "game/game.hpp"
 #include "store/store.hpp"
 
@@ -18,6 +19,6 @@ void clearTickets(Store& store, Desk& desk);
 
 // Asks first; deletes all tickets and says so. False, with nothing changed, unless the user answers that they
 // go.
-bool clearAllTickets(Store& store, Desk& desk);
+Outcome clearAllTickets(Store& store, Desk& desk);
 
 }  // namespace lotmere

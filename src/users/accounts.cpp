@@ -54,9 +54,9 @@ bool says(const UserDesk& at, const std::string& question, std::string_view acti
 
 }  // namespace
 
-bool refuseUser(const UserDesk& at, std::string_view text) {
+Outcome refuseUser(const UserDesk& at, std::string_view text) {
   at.desk.tell(text, Tone::error);
-  return false;
+  return Outcome::refused;
 }
 
 bool fits(const User& user, const std::string& password) {
@@ -84,33 +84,33 @@ void removeProfiles(const UserDesk& at, const std::vector<std::string>& names) {
   }
 }
 
-bool changePassword(const UserDesk& at, const std::string& name, const std::optional<std::string>& before,
-                    const std::string& after) {
+Outcome changePassword(const UserDesk& at, const std::string& name, const std::optional<std::string>& before,
+                       const std::string& after) {
   const auto user = findAccount(at, name, "临时用户不用密码。");
-  if (!user) return false;
+  if (!user) return Outcome::refused;
   const std::string fresh(trim(after));
   if (fresh.empty()) return refuseUser(at, "新密码不能为空！");
   if (before && !fits(*user, std::string(trim(*before)))) return refuseUser(at, "密码错误！(注意大小写区分)");
   if (!before &&
       !says(at, fmt::format("不核对旧密码，直接为用户“{}”设置新密码吗？", user->name), "设置新密码"))
-    return false;
+    return Outcome::refused;
   hashPlainPasswords(at);
   setPassword(at.store, user->name, hashPassword(fresh, at.limits));
-  return true;
+  return Outcome::done;
 }
 
-bool removeUser(const UserDesk& at, const std::string& name) {
+Outcome removeUser(const UserDesk& at, const std::string& name) {
   const auto user = findAccount(at, name, "临时用户不能删除。");
-  if (!user) return false;
+  if (!user) return Outcome::refused;
   if (user->name == currentUser(at.store))
     return refuseUser(at, fmt::format("“{}”是当前用户，请先换一个用户登录，再删除。", user->name));
   if (!says(at, fmt::format("要删除用户“{}”吗？该用户的过滤条件会一起删除，不能恢复。", user->name),
             "删除用户"))
-    return false;
+    return Outcome::refused;
   hashPlainPasswords(at);
   deleteUser(at.store, user->name);
   removeProfiles(at, {user->name});
-  return true;
+  return Outcome::done;
 }
 
 }  // namespace lotmere

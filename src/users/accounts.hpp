@@ -10,13 +10,14 @@
 #include <string_view>
 #include <vector>
 
+#include "base/outcome.hpp"
 #include "users/user_desk.hpp"
 #include "users/user_table.hpp"
 
 namespace lotmere {
 
-// Tells an error; always false.
-bool refuseUser(const UserDesk& at, std::string_view text);
+// Tells an error; always refused.
+Outcome refuseUser(const UserDesk& at, std::string_view text);
 
 // Whether a typed password is that of the user's row. The guest's row has none and takes any.
 [[nodiscard]] bool fits(const User& user, const std::string& password);
@@ -30,13 +31,11 @@ void hashPlainPasswords(const UserDesk& at);
 void removeProfiles(const UserDesk& at, const std::vector<std::string>& names);
 
 // Sets a new password for a user. `before` is the old one as typed; without it, somebody forgot theirs, and
-// the desk asks whether a new one is to be set all the same. False, with nothing changed, when the desk told
-// why not: no such user, the guest, a wrong old password, an empty new one, or the question's answer.
-[[nodiscard]] bool changePassword(const UserDesk& at, const std::string& name,
-                                  const std::optional<std::string>& before, const std::string& after);
+// the desk asks whether a new one is to be set all the same. Refused, with nothing changed: no such user, the guest, a wrong old password, an empty new one, or the question's answer.
+[[nodiscard]] Outcome changePassword(const UserDesk& at, const std::string& name,
+                                     const std::optional<std::string>& before, const std::string& after);
 
-// Removes a user with their profile, after asking. False, with nothing changed, when the desk told why not:
-// no such user, the guest, whoever is current, or the question's answer.
-[[nodiscard]] bool removeUser(const UserDesk& at, const std::string& name);
+// Removes a user with their profile, after asking. Refused, with nothing changed: no such user, the guest, whoever is current, or the question's answer.
+[[nodiscard]] Outcome removeUser(const UserDesk& at, const std::string& name);
 
 }  // namespace lotmere

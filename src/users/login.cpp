@@ -27,18 +27,19 @@ std::string unknownText(const std::string& name) {
 
 // Whether somebody who isn't in the table may come in and be made a user.
 bool admitsNew(const UserDesk& at, const std::string& name, NewUser new_user) {
-  if (isBlankName(name)) return refuseUser(at, "用户名不能为空！");
-  if (!isUserName(name)) return refuseUser(at, "用户名太长，或者含有不能使用的字符，请换一个用户名。");
-  if (new_user == NewUser::refused) return refuseUser(at, unknownText(name));
+  if (isBlankName(name)) return refuseUser(at, "用户名不能为空！") == Outcome::done;
+  if (!isUserName(name))
+    return refuseUser(at, "用户名太长，或者含有不能使用的字符，请换一个用户名。") == Outcome::done;
+  if (new_user == NewUser::refused) return refuseUser(at, unknownText(name)) == Outcome::done;
   return new_user == NewUser::made || at.desk.ask("用户不存在，要以当前的用户名及密码来建立新用户吗？");
 }
 
 bool admitsKnown(const UserDesk& at, const Credentials& user, const User& row, NewUser new_user) {
   if (fits(row, user.password)) return true;
-  return refuseUser(at,
-                    new_user == NewUser::refused
-                        ? "密码错误！(注意大小写区分)"
-                        : fmt::format("已经有用户“{}”，密码不对。要建立新用户，请换一个用户名。", row.name));
+  refuseUser(at, new_user == NewUser::refused
+                     ? "密码错误！(注意大小写区分)"
+                     : fmt::format("已经有用户“{}”，密码不对。要建立新用户，请换一个用户名。", row.name));
+  return false;
 }
 
 // Tickets belong to whoever made them; a slip must not cost them.
@@ -97,13 +98,14 @@ std::vector<std::string> userLogin(const UserDesk& at, const std::string& name, 
 
 }  // namespace
 
-bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user) {
+Outcome logIn(const UserDesk& at, const Credentials& typed, NewUser new_user) {
   const Credentials user = trimmed(typed);
   const auto row = findUser(at.store, user.name);
-  if (row ? !admitsKnown(at, user, *row, new_user) : !admitsNew(at, user.name, new_user)) return false;
+  if (row ? !admitsKnown(at, user, *row, new_user) : !admitsNew(at, user.name, new_user))
+    return Outcome::refused;
   const auto settings = row ? FirstSettings::profile : chooseFirstSettings(at, user.name);
-  if (!settings || !givesUpTickets(at)) return false;
-  if (!saveCurrentUser(at)) return false;
+  if (!settings || !givesUpTickets(at)) return Outcome::refused;
+  if (saveCurrentUser(at) != Outcome::done) return Outcome::refused;
   hashPlainPasswords(at);
 
   const auto file = profileFile(at.home, user.name);
@@ -115,36 +117,36 @@ bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user) {
   if (settings == FirstSettings::factory) saveFirstProfile(at, user.name);
   removeProfiles(at, idle);
   if (user.name == kGuest) at.desk.showTip("临时用户的设置不保存，只保留到下一次登录。", "用户");
-  return true;
+  return Outcome::done;
 }
 
-bool resumeSession(const UserDesk& at, const Credentials& typed) {
+Outcome resumeSession(const UserDesk& at, const Credentials& typed) {
   const Credentials user = trimmed(typed);
   if (user.name.empty() || user.name != currentUser(at.store)) return logIn(at, user);
   const auto row = findUser(at.store, user.name);
   if (!row) return refuseUser(at, unknownText(user.name));
-  if (!admitsKnown(at, user, *row, NewUser::refused)) return false;
+  if (!admitsKnown(at, user, *row, NewUser::refused)) return Outcome::refused;
   hashPlainPasswords(at);
   renewLogin(at.store, user.name, at.today);
-  return true;
+  return Outcome::done;
 }
 
-bool saveCurrentUser(const UserDesk& at) {
+Outcome saveCurrentUser(const UserDesk& at) {
   const std::string name = currentUser(at.store);
-  if (name.empty() || name == kGuest || !findUser(at.store, name)) return true;
-  return saveProfile(at.store, at.home, at.desk, name, at.files);
+  if (name.empty() || name == kGuest || !findUser(at.store, name)) return Outcome::done;
+  return doneIf(saveProfile(at.store, at.home, at.desk, name, at.files));
 }
 
-bool logOut(const UserDesk& at) {
-  if (!saveCurrentUser(at)) return false;
+Outcome logOut(const UserDesk& at) {
+  if (saveCurrentUser(at) != Outcome::done) return Outcome::refused;
   setCurrentUser(at.store, {});
-  return true;
+  return Outcome::done;
 }
 
-bool exitProgram(const UserDesk& at) {
-  if (!at.desk.ask(kExitQuestion)) return false;
+Outcome exitProgram(const UserDesk& at) {
+  if (!at.desk.ask(kExitQuestion)) return Outcome::refused;
   leaveProgram(at);
-  return true;
+  return Outcome::done;
 }
 
 void leaveProgram(const UserDesk& at) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/outcome.hpp"
 #include "users/user_desk.hpp"
 #include "users/user_table.hpp"
 
@@ -22,27 +23,28 @@ enum class NewUser { refused, asked, made };
 //
 // What stands against the login is told, and nothing changes then. The settings of the session before are
 // saved and passwords of an older version hashed (see hashPlainPasswords); the new user's settings then take
-// their place, idle users go, and all tickets are deleted, in one change. True: currentUser() is the new one.
-[[nodiscard]] bool logIn(const UserDesk& at, const Credentials& typed, NewUser new_user = NewUser::refused);
+// their place, idle users go, and all tickets are deleted, in one change. Done: currentUser() is the new one.
+[[nodiscard]] Outcome logIn(const UserDesk& at, const Credentials& typed,
+                            NewUser new_user = NewUser::refused);
 
 // Goes on with the session of the current user, tickets and all, or logs in as above when another one is
 // current.
-[[nodiscard]] bool resumeSession(const UserDesk& at, const Credentials& typed);
+[[nodiscard]] Outcome resumeSession(const UserDesk& at, const Credentials& typed);
 
-// Saves the settings of the current user to their profile; nothing to do for the guest or for nobody. False
-// when the desk told that it can't be done.
-[[nodiscard]] bool saveCurrentUser(const UserDesk& at);
+// Saves the settings of the current user to their profile; nothing to do for the guest or for nobody.
+// Refused when the desk told that it can't be done.
+[[nodiscard]] Outcome saveCurrentUser(const UserDesk& at);
 
 // The end of a session: saved as above, and nobody is current afterwards.
-[[nodiscard]] bool logOut(const UserDesk& at);
+[[nodiscard]] Outcome logOut(const UserDesk& at);
 
 // What is asked before the program ends.
 inline constexpr std::string_view kExitQuestion = "确认要退出吗？";
 
-// The exit of the program: asks, and logs out in multi-user mode. False: the program goes on and nothing was
+// The exit of the program: asks, and logs out in multi-user mode. Refused: the program goes on and nothing was
 // saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
 // from leaving.
-[[nodiscard]] bool exitProgram(const UserDesk& at);
+[[nodiscard]] Outcome exitProgram(const UserDesk& at);
 // The same without the question, for a program that the system ends.
 void leaveProgram(const UserDesk& at);
 

@@ -41,14 +41,14 @@ TEST_F(Export, WritesOnePeriodByRunningNumberWithASeparatorBehindEachFifth) {
   EXPECT_EQ(exportTickets(store_, desk_, 2007001, file_, {true, false, false, true}), 10);
   EXPECT_EQ(readFile(file_), "4\r\n5\r\n6\r\n7\r\n8\r\n\r\n9\r\n10\r\n11\r\n12\r\n99\r\n\r\n");
   putTicket(store_, 14, 1, 2006001, {{9, 8, 8, 33, 1, 2}, 16});
-  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 1) << "of the first period";
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}).rows, 1) << "of the first period";
   EXPECT_EQ(readFile(file_), "09 08 08 33 01 02+16\r\n");
   EXPECT_TRUE(desk_.told.empty());
 }
 
 TEST_F(Export, OfNoTicketWritesNothingAndWarns) {
   realFiles().writeWhole(file_, "yesterday");
-  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 0);
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}).rows, 0);
   EXPECT_EQ(readFile(file_), "yesterday");
   EXPECT_EQ(desk_.runningText().text(), "") << "nothing is said to be complete";
   EXPECT_EQ(desk_.told.at(0).tone, Tone::warning);
@@ -78,7 +78,7 @@ TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
     const std::string before = readFile(folder / name);
     for (const std::string& target : targets) {
       desk_.told.clear();
-      EXPECT_EQ(exportCommand(store_, desk_, folder / target, {}), 0) << target;
+      EXPECT_EQ(exportCommand(store_, desk_, folder / target, {}).rows, 0) << target;
       ASSERT_EQ(desk_.told.size(), 1U);
       EXPECT_EQ(desk_.told[0].text, kOwnFile);
     }
@@ -88,19 +88,19 @@ TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
   }
   EXPECT_FALSE(std::filesystem::exists(folder / "丙.uLotmere"));
   for (const char* name : {"Lotmere.txt", "LotmereTemp.txt", "below/Lotmere.db", "below/甲.uLotmere"})
-    EXPECT_EQ(exportCommand(store_, desk_, folder / name, {}), 1) << name << " is the user's";
+    EXPECT_EQ(exportCommand(store_, desk_, folder / name, {}).rows, 1) << name << " is the user's";
 }
 
 TEST_F(Export, ReplacesAUsersFileWhereverALinkLeadsAndKeepsItsMode) {
   putTicket(store_, 1, 1, 2007001, kNumbers);
   std::filesystem::create_symlink("tickets.txt", home_.path() / "link");
   const auto mode = [&] { return static_cast<int>(std::filesystem::status(file_).permissions()); };
-  EXPECT_EQ(exportCommand(store_, desk_, home_.path() / "link", {}), 1) << "where no file stands yet";
+  EXPECT_EQ(exportCommand(store_, desk_, home_.path() / "link", {}).rows, 1) << "where no file stands yet";
   EXPECT_EQ(mode(), 0600);
   std::filesystem::permissions(file_, std::filesystem::perms(0664));
   for (const char* name : {"link", "tickets.txt"}) {
     std::ofstream(file_) << "yesterday";
-    EXPECT_EQ(exportCommand(store_, desk_, home_.path() / name, {}), 1);
+    EXPECT_EQ(exportCommand(store_, desk_, home_.path() / name, {}).rows, 1);
     EXPECT_EQ(readFile(file_), "01 02 03 04 05 06+07\r\n");
     EXPECT_EQ(mode(), 0664);
   }
@@ -164,7 +164,7 @@ TEST_F(Export, ServesTheDeskAndAFullDiskLeavesTheEarlierFile) {
   const std::filesystem::directory_iterator files(home_.path());
   EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "a half-written file is left behind";
   EXPECT_FALSE(desk_.course().open);
-  EXPECT_EQ(exportCommand(store_, desk_, file_, {}), 20'000) << "an export stops for nobody";
+  EXPECT_EQ(exportCommand(store_, desk_, file_, {}).rows, 20'000) << "an export stops for nobody";
   EXPECT_EQ(readFile(file_).size(), 20'000u * 22u);
   EXPECT_GE(served, 40);
 }

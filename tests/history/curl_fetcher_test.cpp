@@ -68,7 +68,8 @@ TEST(CurlFetcher, AStopOrAFailureWhileTheServerIsSilent) {
       const auto fetcher = makeCurlFetcher(desk.course());
       EXPECT_TRUE(withServer(answer, true, [&](const auto& address) {
         const auto fetch = [&] {
-          return downloadDraws(home.store(), desk, *fetcher, address, Date::max()).stopped;
+          return downloadDraws(home.store(), desk, *fetcher, address, Date::max()).outcome ==
+                 Outcome::stopped;
         };
         EXPECT_NE(valueOrNothing(fetch), fails);
       }));

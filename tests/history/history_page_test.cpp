@@ -114,7 +114,7 @@ TEST_F(StatusOfHistory, ADeletionShowsTheDrawAndTakesItsWholeNumber) {
   for (const auto& [typed, choice, told, left] : cases) {
     ScriptedDesk desk;
     desk.choices = {choice};
-    EXPECT_EQ(deleteDraw(store_, desk, typed, "done"), told == "done") << typed;
+    EXPECT_EQ(deleteDraw(store_, desk, typed, "done"), doneIf(told == "done")) << typed;
     EXPECT_EQ(stored(), left) << typed;
     EXPECT_EQ(desk.told.empty() ? "" : desk.told[0].text, told);
     if (desk.asked.empty()) continue;
@@ -178,11 +178,11 @@ TEST_F(HistoryExport, AStopLeavesTheOldFileAndTheProgramsOwnIsRefused) {
   desk_.course().on_look = [&] {
     if (++served == 2) desk_.course().requestStop();
   };
-  EXPECT_EQ(exportHistory(store_, desk_, file), 0);
+  EXPECT_EQ(exportHistory(store_, desk_, file).outcome, Outcome::stopped);
   EXPECT_EQ(readFile(file), "old");
   desk_.course().on_look = nullptr;
-  EXPECT_EQ(exportHistory(store_, desk_, file), 100) << "the stop ended with its job";
-  EXPECT_EQ(exportHistory(store_, desk_, home_.path() / "甲.uLotmere"), 0);
+  EXPECT_EQ(exportHistory(store_, desk_, file).rows, 100) << "the stop ended with its job";
+  EXPECT_EQ(exportHistory(store_, desk_, home_.path() / "甲.uLotmere").rows, 0);
   EXPECT_EQ(desk_.told.back().text, kOwnFile);
   EXPECT_FALSE(std::filesystem::exists(home_.path() / "甲.uLotmere"));
 }

@@ -97,7 +97,7 @@ TEST_F(Live, CountsWhatARunLeaves) {
     EXPECT_TRUE(expanded.from_selection);
     EXPECT_EQ(expanded.period, kPeriod);
     EXPECT_EQ(expanded.tickets, countCombos(loadSelection(store_)).tickets);
-    if (initTickets(store_, desk_, kPeriod).done) {
+    if (initTickets(store_, desk_, kPeriod).outcome == Outcome::done) {
       EXPECT_EQ(expanded.survivors, run());
     }
 

@@ -30,7 +30,7 @@ class Run : public test::StoreTest {
     ScriptedDesk desk;
     desk.runningText().set(front);
     const RunResult result = runPipeline(store_, desk, kPeriod);
-    EXPECT_TRUE(result.ran && !result.stopped);
+    EXPECT_EQ(result.outcome, Outcome::done);
     // A front of more than 30 characters goes.
     EXPECT_EQ(desk.runningText().text(), (front.size() > 30 ? "" : front) + expected.text);
     EXPECT_EQ(test::readRows(store_), expected.rows);
@@ -113,22 +113,22 @@ TEST_F(Run, AStopOrAFailureInTheMiddle) {
     reached = serves > k / 2;
     EXPECT_FALSE(desk.course().stopRequested());
     // The last word is true wherever the stop came, also while rows are read or written back.
-    const std::string end = result.stopped ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：";
+    const bool stopped = result.outcome == Outcome::stopped;
+    const std::string end = stopped ? "用户中止,当前记录余：" : "全部过滤缩水完成,余：";
     const auto count = static_cast<std::int64_t>(countTickets(store_, kPeriod));
     const bool said = desk.runningText().text().ends_with(end + toFullWidth(count) + " 注");
     EXPECT_EQ(said, !fails || !reached || last.starts_with("全部过滤")) << desk.runningText().text();
-    EXPECT_EQ(result.stopped, reached && !fails && !last.starts_with("全部过滤")) << last;
+    EXPECT_EQ(stopped, reached && !fails && !last.starts_with("全部过滤")) << last;
     EXPECT_FALSE(desk.course().open);
     const auto left = test::readRows(store_);
     const bool saved = !reached || last.starts_with("全部过滤") ||
                        (!fails && !last.empty() && !last.starts_with("正读取数据"));
-    EXPECT_EQ(result.ran, saved && (!reached || !fails));
     test::writeRows(store_, rows);
     const test::Outcome expected = test::modelRun(store_, last);
     EXPECT_EQ(left, saved ? expected.rows : rows);
     if (fails || last.find("过滤正") == std::string::npos) continue;
     stopped_in.insert(last);
-    EXPECT_TRUE(result.stopped);
+    EXPECT_TRUE(stopped);
     EXPECT_EQ(desk.runningText().text(), expected.text);
   }
   EXPECT_GE(stopped_in.size(), 4U);
@@ -149,7 +149,7 @@ TEST_F(Run, AStopDuringTheWriteBackComesTooLate) {
   };
   const RunResult result = runPipeline(store_, desk_, kPeriod);
   EXPECT_GT(late, 0);
-  EXPECT_TRUE(result.ran && !result.stopped);
+  EXPECT_EQ(result.outcome, Outcome::done);
   EXPECT_TRUE(desk_.runningText().text().ends_with("全部过滤缩水完成,余：６０００ 注"));
   EXPECT_EQ(store_.value("SELECT count(*) FROM 日志表 WHERE 过滤标记=1"), 6000);
   EXPECT_FALSE(desk_.course().stopRequested());
@@ -196,7 +196,7 @@ TEST_F(Run, TheMatchWithPastDrawsTakesItsRangeWithBothEnds) {
 TEST_F(Run, TheDrawBeforeThePeriodIsComputedAnewWithoutTicketsToo) {
   test::putDraws(store_, {{kPeriod - 4, {{1, 2, 3, 4, 5, 6}, 7}}, {kPeriod - 2, {{1, 2, 3, 4, 5, 8}, 7}}});
   test::putDraws(store_, {{kPeriod, {{1, 2, 3, 4, 5, 9}, 7}}});
-  EXPECT_FALSE(runPipeline(store_, desk_, kPeriod).ran);
+  EXPECT_EQ(runPipeline(store_, desk_, kPeriod).outcome, Outcome::refused);
   EXPECT_EQ(store_.value(R"(SELECT sum("期号"*("和值"=23 AND "重叠号"=5)) FROM "历史记录")"), kPeriod - 2);
   EXPECT_EQ(store_.value(R"(SELECT count("和值") FROM "历史记录")"), 1);
 }

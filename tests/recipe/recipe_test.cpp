@@ -72,7 +72,7 @@ TEST_F(Recipe, ARowIsAStatisticEverywhere) {
   Store store(home_.home().mainDb());
   ScriptedDesk desk;
   const auto sheet = home_.path() / "sheet.xlsx";
-  EXPECT_EQ(exportHistory(store, desk, sheet), 5);
+  EXPECT_EQ(exportHistory(store, desk, sheet).rows, 5);
   EXPECT_EQ(store.value(R"(SELECT sum("首尾差") FROM "历史记录")"), 5 + 30 + 21 + 23 + 26);
 }
 

@@ -48,10 +48,10 @@ class TransferTest : public testing::Test {
   void SetUp() override {
     fillHome(from_, 3, {"a", "b"});
     fillHome(to_, 5, {"b", "c"});
-    ASSERT_EQ(save(), Transfer::done);
+    ASSERT_EQ(save(), Outcome::done);
   }
-  Transfer save(FileSystem& files = realFiles()) {
-    const Transfer saved = saveEverything(from_.store(), from_.home(), desk_, file_, files);
+  Outcome save(FileSystem& files = realFiles()) {
+    const Outcome saved = saveEverything(from_.store(), from_.home(), desk_, file_, files);
     from_.close();
     return saved;
   }
@@ -63,7 +63,7 @@ class TransferTest : public testing::Test {
 TEST_F(TransferTest, CarriesStoreAndProfilesAndNothingOfTheOldHomeIsLeft) {
   EXPECT_EQ(fs::status(file_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   desk_.choices = {0};
-  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::done);
+  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::done);
   EXPECT_TRUE(restoreWaits(to_.home()));
   EXPECT_NE(desk_.asked.back().find("0 期开奖记录，0 个用户"), std::string::npos) << desk_.asked.back();
   EXPECT_EQ(foundIn(to_), "3 a3 b3");
@@ -78,23 +78,23 @@ TEST_F(TransferTest, CarriesStoreAndProfilesAndNothingOfTheOldHomeIsLeft) {
 TEST_F(TransferTest, WithoutAYesNothingChanges) {
   const std::string saved = readFile(file_);
   desk_.choices = {std::nullopt, 1, std::nullopt};
-  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
-  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::refused);
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::refused);
   EXPECT_EQ(foundIn(to_), "5 b5 c5");
   putTicket(from_.store(), 9, 9, 2007001, {{1, 2, 3, 4, 5, 6}, 7});
-  EXPECT_EQ(save(), Transfer::refused) << "a file that stands is asked about";
+  EXPECT_EQ(save(), Outcome::refused) << "a file that stands is asked about";
   EXPECT_TRUE(readFile(file_) == saved);
   for (const char* own : {"Lotmere.db", "Lotmere.backup.db-journal", "x.uLotmere", "TJmode.tjmod"})
-    EXPECT_EQ(saveEverything(from_.store(), from_.home(), desk_, from_.path() / own), Transfer::refused)
+    EXPECT_EQ(saveEverything(from_.store(), from_.home(), desk_, from_.path() / own), Outcome::refused)
         << own;
 }
 
 TEST_F(TransferTest, AStopLeavesEverythingAsItWas) {
   desk_.course().on_look = [&] { desk_.course().requestStop(); };
-  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::stopped);
+  EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::stopped);
   EXPECT_EQ(foundIn(to_), "5 b5 c5");
   fs::remove(file_);
-  EXPECT_EQ(save(), Transfer::stopped);
+  EXPECT_EQ(save(), Outcome::stopped);
   EXPECT_TRUE(fs::is_empty(elsewhere_.path()));
 }
 
@@ -145,15 +145,15 @@ TEST_F(TransferTest, AFileThatIsNotWhatWasSavedIsRefused) {
        [this](const fs::path& path) {
          from_.store().db().exec("PRAGMA user_version = " + std::to_string(schemaVersion() + 1));
          fs::remove(path);
-         EXPECT_EQ(save(), Transfer::done);
+         EXPECT_EQ(save(), Outcome::done);
        },
        "更新版本"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     fs::remove(file_);
-    ASSERT_EQ(save(), Transfer::done);
+    ASSERT_EQ(save(), Outcome::done);
     row.spoil(file_);
-    EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::refused);
+    EXPECT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::refused);
     EXPECT_NE(desk_.told.back().text.find(row.said), std::string::npos) << desk_.told.back().text;
     EXPECT_EQ(foundIn(to_), "5 b5 c5");
   }
@@ -164,7 +164,7 @@ TEST_F(TransferTest, ADamagedStoreIsReplacedAndKept) {
   fs::resize_file(to_.home().mainDb(), 50);
   fs::remove(to_.home().backupDb());
   desk_.choices = {0};
-  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Transfer::done);
+  ASSERT_EQ(prepareRestore(to_.home(), desk_, file_), Outcome::done);
   EXPECT_EQ(foundIn(to_), "3 a3 b3");
   EXPECT_EQ(fs::file_size(to_.path() / "Lotmere.db.damaged"), 50);
 }
@@ -177,7 +177,7 @@ TEST_F(TransferTest, CutOffAnywhereItLeavesTheOldOrTheNew) {
     desk_.choices = {0};
     bool counts = false;
     try {
-      counts = prepareRestore(home.home(), desk_, file_, machine) == Transfer::done;
+      counts = prepareRestore(home.home(), desk_, file_, machine) == Outcome::done;
       finishRestore(home.home(), machine);
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed());
@@ -188,7 +188,7 @@ TEST_F(TransferTest, CutOffAnywhereItLeavesTheOldOrTheNew) {
     const std::string saved = readFile(file_);
     desk_.choices = {0};
     try {
-      EXPECT_EQ(save(machine), Transfer::done);
+      EXPECT_EQ(save(machine), Outcome::done);
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed() && readFile(file_) == saved);
     }

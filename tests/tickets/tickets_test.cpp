@@ -73,7 +73,7 @@ TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
     // Whatever is above 0 is picked; only 2 is Dan.
     store_.db().exec("UPDATE 过滤条件 SET Value=3 WHERE Value=1 AND ID<=116 AND ID%2=0");
     test::writeRows(store_, {});
-    EXPECT_EQ(initTickets(store_, desk_, kPeriod).done, count > 0) << trial;
+    EXPECT_EQ(initTickets(store_, desk_, kPeriod).outcome, doneIf(count > 0)) << trial;
     EXPECT_EQ(test::readRows(store_), expected) << trial;
   }
 }
@@ -93,7 +93,7 @@ TEST_F(Tickets, WritesTheTicketsBehindTheOldOnesOfThePeriod) {
     ScriptedDesk desk;
     desk.choices = {keep};
     const InitResult result = initTickets(store_, desk, kPeriod);
-    EXPECT_TRUE(result.done && !result.stopped);
+    EXPECT_EQ(result.outcome, Outcome::done);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(result.rows, count);
     EXPECT_EQ(test::readRows(store_), expected);
@@ -111,13 +111,13 @@ TEST_F(Tickets, ACancelledQuestionChangesNoPeriod) {
   desk_.choices = {std::nullopt, 2, std::nullopt, 1, 0};
   for (int times = 0; times < 2; ++times) {
     const InitResult result = initTickets(store_, desk_, kPeriod);
-    EXPECT_FALSE(result.done || result.stopped);
+    EXPECT_EQ(result.outcome, Outcome::refused);
   }
   EXPECT_EQ(desk_.buttons, (std::vector<std::string>{"删除", "保留", "取消"}));
-  for (int times = 0; times < 2; ++times) EXPECT_FALSE(clearAllTickets(store_, desk_));
+  for (int times = 0; times < 2; ++times) EXPECT_EQ(clearAllTickets(store_, desk_), Outcome::refused);
   EXPECT_EQ(test::readRows(store_), kOldRows);
   EXPECT_TRUE(desk_.told.empty());
-  EXPECT_TRUE(clearAllTickets(store_, desk_));
+  EXPECT_EQ(clearAllTickets(store_, desk_), Outcome::done);
   EXPECT_EQ(test::readRows(store_), std::vector<Row>{});
 }
 
@@ -143,8 +143,9 @@ TEST_F(Tickets, AStopOrAFailureInTheMiddle) {
     const bool reached = serves > k % 8 / 2;
     EXPECT_EQ(reached, k % 8 < 6);
     EXPECT_EQ(desk.course().total, 1848) << "the kept rows bring the bar beyond its end";
-    EXPECT_TRUE(!result.stopped || desk.course().done == result.rows) << desk.course().done;
-    EXPECT_EQ(result.stopped, reached && !fails);
+    EXPECT_TRUE(result.outcome != Outcome::stopped || desk.course().done == result.rows)
+        << desk.course().done;
+    EXPECT_EQ(result.outcome == Outcome::stopped, reached && !fails);
     EXPECT_FALSE(desk.course().stopRequested());
     const auto written = static_cast<std::size_t>(result.rows);
     EXPECT_EQ(written < all.size(), reached);

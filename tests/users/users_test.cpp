@@ -43,7 +43,9 @@ struct Shop {
   // Made where there is no such user, with their name as the password; current afterwards.
   void enter(const std::string& name) {
     if (store.value(R"(SELECT count(*) FROM "日志表")") > 0) desk.choices.emplace_back(0);
-    ASSERT_TRUE(logIn(at(), {name, name}, findUser(store, name) ? NewUser::refused : NewUser::made)) << name;
+    ASSERT_EQ(logIn(at(), {name, name}, findUser(store, name) ? NewUser::refused : NewUser::made),
+              Outcome::done)
+        << name;
   }
   [[nodiscard]] std::string told() const { return desk.told.empty() ? std::string() : desk.told.back().text; }
   void putTickets() {
@@ -109,13 +111,13 @@ TEST(Users, EachFindsTheirOwnSettingsAgainAndTheGuestTheLast) {
   ASSERT_EQ(shop.desk.tips.size(), 1);
   EXPECT_EQ(shop.desk.tips[0].text, "临时用户的设置不保存，只保留到下一次登录。");
   shop.scramble(99);
-  ASSERT_TRUE(resumeSession(shop.at(), {std::string(kGuest), ""}));
+  ASSERT_EQ(resumeSession(shop.at(), {std::string(kGuest), ""}), Outcome::done);
   shop.enter("用户1");
   EXPECT_TRUE(shop.isThere(std::string(kGuest)));
   EXPECT_EQ(shop.settings(), left["用户1"]);
   for (const bool leaves : {false, true}) {
     shop.desk.answers = {leaves};
-    EXPECT_EQ(exitProgram(shop.at()), leaves);
+    EXPECT_EQ(exitProgram(shop.at()), doneIf(leaves));
     EXPECT_EQ(currentUser(shop.store), leaves ? "" : "用户1");
   }
 }
@@ -160,7 +162,7 @@ TEST(Users, AMonthWithoutALoginEndsAUser) {
     shop.lastLogin("丙", row.last);
     shop.run(R"(DELETE FROM "历史记录")");
     if (*row.newest != 0) putDraw(shop.store, 2026090, row.newest, {{1, 2, 3, 4, 5, 6}, 7});
-    ASSERT_TRUE(logIn(shop.at(realFiles(), row.today), {"甲", "甲"}));
+    ASSERT_EQ(logIn(shop.at(realFiles(), row.today), {"甲", "甲"}), Outcome::done);
     EXPECT_EQ(shop.isThere("乙"), row.kept);
     EXPECT_TRUE(shop.isThere("甲") && shop.isThere("丙") && shop.isThere("临时用户"));
   }
@@ -175,7 +177,7 @@ TEST(Users, TheLastLoginNeverMovesBackwards) {
                              +[](const UserDesk& at) {
                                return resumeSession(at, {"乙", "乙"});
                              }}) {
-      ASSERT_TRUE(enter(shop.at(realFiles(), kToday + days{offset})));
+      ASSERT_EQ(enter(shop.at(realFiles(), kToday + days{offset})), Outcome::done);
       EXPECT_EQ(findUser(shop.store, "乙")->last_login, kToday + days{3});
       EXPECT_EQ(findUser(shop.store, "甲")->last_login, kToday) << "another user's";
     }
@@ -207,21 +209,22 @@ TEST(Users, ARefusedLoginChangesNothing) {
        "没有用户“丁”。要建立新用户，请点击“我是新用户”（命令行：users login 用户名 --new）。"},
   };
   for (const auto& row : rows) {
-    EXPECT_FALSE(logIn(shop.at(), row.typed, row.new_user));
+    EXPECT_EQ(logIn(shop.at(), row.typed, row.new_user), Outcome::refused);
     EXPECT_EQ(shop.told(), row.says);
   }
   shop.desk.answers = {false};
-  EXPECT_FALSE(logIn(shop.at(), {"丁", "pw"}, NewUser::asked));
-  EXPECT_FALSE(resumeSession(shop.at(), {"丁", "pw"})) << "a slip makes no user";
-  EXPECT_FALSE(resumeSession(shop.at(), {"丙", "丙"})) << "another password";
+  EXPECT_EQ(logIn(shop.at(), {"丁", "pw"}, NewUser::asked), Outcome::refused);
+  EXPECT_EQ(resumeSession(shop.at(), {"丁", "pw"}), Outcome::refused) << "a slip makes no user";
+  EXPECT_EQ(resumeSession(shop.at(), {"丙", "丙"}), Outcome::refused) << "another password";
   // The tickets of 丙 stand: whoever comes is asked, 丙 too when it is a new login.
   for (const Credentials& comes :
        {Credentials{"甲", "甲"}, {"丁", "pw"}, {"丙", "Secret"}, {"临时用户", ""}}) {
     shop.desk.choices = {{}};
-    EXPECT_FALSE(logIn(shop.at(), comes, NewUser::made));
+    EXPECT_EQ(logIn(shop.at(), comes, NewUser::made), Outcome::refused);
     EXPECT_EQ(shop.desk.asked.back(), "登录会清空现有的 2 注号码。");
   }
-  EXPECT_TRUE(resumeSession(shop.at(), {" 丙 ", "Secret\t"})) << "the same session keeps its tickets";
+  EXPECT_EQ(resumeSession(shop.at(), {" 丙 ", "Secret\t"}), Outcome::done)
+      << "the same session keeps its tickets";
   EXPECT_TRUE(shop.everything() == before);
 }
 
@@ -291,10 +294,10 @@ TEST(Users, PlainPasswordsLeaveNoTraceBehindTheNextLogin) {
     };
     for (const char* trace : {"Lotmere.db first", "Lotmere.db erased", "Lotmere.backup.db third"})
       ASSERT_NE(traces().find(trace), std::string::npos) << trace;
-    EXPECT_FALSE(resumeSession(shop.at(), {"甲", "wrong"}));
+    EXPECT_EQ(resumeSession(shop.at(), {"甲", "wrong"}), Outcome::refused);
     EXPECT_NE(traces(), "") << "a refused login changes nothing";
     // In the middle of the change the plain texts stand in the journal, which must go as well.
-    ASSERT_TRUE(resumeSession(shop.at(), {"甲", secrets[0]}));
+    ASSERT_EQ(resumeSession(shop.at(), {"甲", secrets[0]}), Outcome::done);
     EXPECT_EQ(traces(), "");
     EXPECT_TRUE(isSoundStore(shop.temp.home().backupDb()));
     for (int i = 0; i < 3; ++i) EXPECT_TRUE(isHashOf(findUser(shop.store, name[i])->password, secrets[i]));
@@ -305,7 +308,7 @@ TEST(Users, ABackupThatCannotBeRenewedIsToldAndKeepsNobodyOut) {
   Shop shop;
   shop.run(R"(UPDATE "用户表" SET "密码"='plain', "密码形式"=0 WHERE "用户名"='丙')");
   FaultyFiles machine(1);
-  ASSERT_TRUE(resumeSession(shop.at(machine), {"丙", "plain"}));
+  ASSERT_EQ(resumeSession(shop.at(machine), {"丙", "plain"}), Outcome::done);
   ASSERT_EQ(shop.desk.tips.size(), 1);
   EXPECT_TRUE(shop.desk.tips[0].text.starts_with("备份没有更新，旧的密码还在其中。"));
 }
@@ -321,7 +324,7 @@ TEST(Users, AChangeOfAnAccountTouchesNoOther) {
   const std::string current = "“丙”是当前用户，请先换一个用户登录，再删除。";
   const struct {
     const char* name;
-    std::function<bool(const UserDesk&)> change;
+    std::function<Outcome(const UserDesk&)> change;
     std::optional<std::size_t> answer;  // to the question, if there is one
     std::string says;
     const char* leaves;  // the users whose name isn't their password any longer, and those who are gone
@@ -345,7 +348,7 @@ TEST(Users, AChangeOfAnAccountTouchesNoOther) {
     const std::string before = shop.everything();
     shop.desk.choices = {row.answer};
     const bool done = *row.leaves != 0;
-    EXPECT_EQ(row.change(shop.at()), done);
+    EXPECT_EQ(row.change(shop.at()), doneIf(done));
     EXPECT_EQ(shop.everything() == before, !done);
     EXPECT_EQ(shop.told(), row.says);
     std::string leaves;
@@ -378,7 +381,7 @@ TEST(Users, AProfileThatLiesThereIsTakenOrKeptAsideButNeverLost) {
     std::ofstream(beside(".old")) << "of an earlier time";
     const std::string before = shop.everything();
     shop.desk.choices = {answer};
-    EXPECT_EQ(logIn(shop.at(), {"丙", "new"}, NewUser::made), wanted != Settings::untouched);
+    EXPECT_EQ(logIn(shop.at(), {"丙", "new"}, NewUser::made), doneIf(wanted != Settings::untouched));
     EXPECT_EQ(shop.everything() == before, wanted == Settings::untouched);
     EXPECT_EQ(readFile(beside(".old")), "of an earlier time");
     EXPECT_TRUE(readFile(beside(wanted == Settings::factory ? ".old2" : "")) == bytes);
@@ -389,7 +392,7 @@ TEST(Users, AProfileThatLiesThereIsTakenOrKeptAsideButNeverLost) {
     leave();
     std::ofstream(shop.file("丙")) << "no profile";
     shop.desk.choices = {0};
-    ASSERT_TRUE(logIn(shop.at(), {"丙", "new"}, NewUser::made));
+    ASSERT_EQ(logIn(shop.at(), {"丙", "new"}, NewUser::made), Outcome::done);
     EXPECT_TRUE(shop.settings() == factory);
   }
 }
@@ -456,7 +459,7 @@ TEST(Users, AProfileIsWholeWhereverItsSavingBreaksOff) {
     const std::string settings = shop.settings();
     bool entered = false;
     try {
-      entered = logIn(shop.at(machine), {"丁", "丁"}, NewUser::made);
+      entered = logIn(shop.at(machine), {"丁", "丁"}, NewUser::made) == Outcome::done;
     } catch (const fs::filesystem_error&) {
       EXPECT_TRUE(machine.failed());
     }
@@ -485,7 +488,7 @@ TEST(Users, ATemplateThatFallsShortIsMadeAnewAndAMissingOneIsTold) {
     EXPECT_TRUE(shop.settings() == settings) << spoiled;
   }
   fs::remove(form);
-  EXPECT_FALSE(logIn(shop.at(), {"乙", "乙"}));
+  EXPECT_EQ(logIn(shop.at(), {"乙", "乙"}), Outcome::refused);
   EXPECT_EQ(shop.told(), "数据模板文件丢失无法导出，请重新安装！");
   EXPECT_EQ(currentUser(shop.store), "丙") << "nobody takes the place of settings that aren't saved";
 }

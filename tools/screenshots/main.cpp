@@ -77,7 +77,7 @@ void fillHome(const Home& home, WindowDesk& desk, const std::string& draws) {
   Store::create(home.mainDb());
   Store store(home.mainDb());
   const auto fetcher = makeCurlFetcher(desk.course());
-  if (!downloadAll(store, desk, *fetcher, "file://" + draws, realClock().today()).ok)
+  if (downloadAll(store, desk, *fetcher, "file://" + draws, realClock().today()).outcome != Outcome::done)
     throw std::runtime_error("no draw list at " + draws);
   NumberSelection selection;
   for (const int red : {3, 5, 8, 10, 12, 15, 17, 19, 22, 24, 26, 29, 31}) selection.red[red] = PickState::tuo;

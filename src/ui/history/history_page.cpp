@@ -284,10 +284,10 @@ void HistoryPage::addDraw() {
 void HistoryPage::download() {
   const ProgressPlace place(session_.desk, *download_view_);
   const auto fetcher = makeCurlFetcher(session_.desk.course());
-  const bool ok = session_.store.run([&, today = session_.clock.today()](Store& store) {
-    return downloadCommand(store, session_.desk, *fetcher, today, list_typed_).ok;
+  const Outcome outcome = session_.store.run([&, today = session_.clock.today()](Store& store) {
+    return downloadCommand(store, session_.desk, *fetcher, today, list_typed_).outcome;
   });
-  if (!ok) return;
+  if (outcome != Outcome::done) return;
   loadEntry();
   refreshHistoryView();
   Q_EMIT historyChanged();
@@ -299,8 +299,9 @@ void HistoryPage::removeDraw() {
                                            std::to_string(session_.store.run(latestPeriod)));
   const std::string_view done = showsChart() ? "删除完成，将重新加载数据。" : "删除完成！";
   if (!typed) return;
-  if (!session_.store.run([&](Store& store) { return deleteDraw(store, session_.desk, *typed, done); }))
-    return;
+  const Outcome outcome =
+      session_.store.run([&](Store& store) { return deleteDraw(store, session_.desk, *typed, done); });
+  if (outcome != Outcome::done) return;
   refreshHistoryView();
   loadEntry();
   Q_EMIT historyChanged();
@@ -348,9 +349,9 @@ void HistoryPage::clearFilter() { refreshHistoryView(); }
 void HistoryPage::exportHistory() {
   const ProgressPlace place(session_.desk, *bar_);
   const auto file = session_.home.folder / "LotmereHistory.xlsx";
-  const int written =
+  const Exported written =
       session_.store.run([&](Store& store) { return lotmere::exportHistory(store, session_.desk, file); });
-  if (written == 0) return;
+  if (written.outcome != Outcome::done) return;
   const QString path = QString::fromStdString(file.string());
   open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
 }

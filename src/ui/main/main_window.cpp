@@ -112,9 +112,9 @@ void MainWindow::saveStore() {
   if (file.isEmpty()) return;
   const TipScope tip(*progress_);
   const ProgressPlace place(session_.desk, *progress_);
-  const Transfer saved = session_.store.run(
+  const Outcome saved = session_.store.run(
       [&](Store& store) { return saveEverything(store, session_.home, session_.desk, file.toStdString()); });
-  if (saved == Transfer::done) session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
+  if (saved == Outcome::done) session_.desk.tell(utf8(QStringLiteral("全部数据已保存到 %1。").arg(file)));
 }
 
 void MainWindow::restoreStore() {
@@ -124,9 +124,9 @@ void MainWindow::restoreStore() {
   {
     const TipScope tip(*progress_);
     const ProgressPlace place(session_.desk, *progress_);
-    const Transfer read = session_.desk.work().run(
+    const Outcome read = session_.desk.work().run(
         [&] { return prepareRestore(session_.home, session_.desk, file.toStdString()); });
-    if (read != Transfer::done) return;
+    if (read != Outcome::done) return;
   }
   session_.desk.tell("全部数据已读入，窗口将重新打开。");
   endProgram();
@@ -338,7 +338,7 @@ void MainWindow::showUser() {
 }
 
 void MainWindow::switchUser() {
-  if (!asUser(session_, saveCurrentUser)) return;
+  if (asUser(session_, saveCurrentUser) != Outcome::done) return;
   LoginDialog dialog(session_, this);
   if (!session_.desk.runDialog(dialog)) {
     if (dialog.programEnds()) endProgram();
@@ -399,7 +399,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
       runGuarded(session_.desk, [this] { recountDivided(); });
       const bool asks = !session_.desk.isEnding() && !end_agreed_;
       if (!asks) asUser(session_, leaveProgram);
-      ending_ = !asks || asUser(session_, exitProgram);
+      ending_ = !asks || asUser(session_, exitProgram) == Outcome::done;
     });
   event->setAccepted(ending_);
 }

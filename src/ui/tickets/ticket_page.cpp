@@ -159,7 +159,7 @@ void TicketPage::init() {
   const InitResult result =
       session_.store.run([&](Store& store) { return initTickets(store, session_.desk, *period); });
   // A stopped one leaves the grid as it was until the page is opened again.
-  if (result.done)
+  if (result.outcome == Outcome::done)
     refreshTickets();
   else if (!session_.store.run([&](Store& store) { return checkSelection(store, session_.desk, Tell::no); }))
     Q_EMIT numbersWanted();
@@ -178,9 +178,9 @@ void TicketPage::exportFile() {
   export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
   if (!accepted) return;
   const auto target = session_.home.folder / kExportFile;
-  const int written =
+  const Exported written =
       session_.store.run([&](Store& store) { return exportCommand(store, session_.desk, target, export_); });
-  if (written == 0) return;
+  if (written.outcome != Outcome::done) return;
   const QString path = shown(target.string());
   if (!session_.desk.openOutside(QUrl::fromLocalFile(path)))
     session_.desk.tell(utf8(QStringLiteral("号码已写到文件 %1").arg(path)));
@@ -198,8 +198,8 @@ void TicketPage::importFile() {
 }
 
 void TicketPage::clear() {
-  if (session_.store.run([&](Store& store) { return clearAllTickets(store, session_.desk); }))
-    refreshTickets();
+  const auto clear_all = [this](Store& store) { return clearAllTickets(store, session_.desk); };
+  if (session_.store.run(clear_all) == Outcome::done) refreshTickets();
 }
 
 void TicketPage::check() {
@@ -207,7 +207,7 @@ void TicketPage::check() {
   if (!period) return;
   const CheckResult result =
       session_.store.run([&](Store& store) { return checkCommand(store, session_.desk, *period); });
-  if (!result.refusal.empty()) return;
+  if (result.outcome != Outcome::done) return;
   refreshTickets();
   const auto draw = session_.store.run([&](Store& store) { return findDraw(store, *period); });
   if (draw) model_->markDraw(*draw);

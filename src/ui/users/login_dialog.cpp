@@ -63,7 +63,7 @@ void LoginDialog::logIn() {
     const auto log_in = [&](const UserDesk& at) {
       return lotmere::logIn(at, typed, new_user_ ? NewUser::asked : NewUser::refused);
     };
-    if (asUser(session_, log_in)) accept();
+    if (asUser(session_, log_in) == Outcome::done) accept();
   });
 }
 

@@ -66,10 +66,10 @@ void UsersDialog::changePassword() {
     const std::string before = utf8(before_->text());
     const std::string after = utf8(after_->text());
     const std::string name = utf8(name_->currentText());
-    const bool changed = asUser(session_, [&](const UserDesk& at) {
+    const Outcome changed = asUser(session_, [&](const UserDesk& at) {
       return lotmere::changePassword(at, name, before.empty() ? std::nullopt : std::optional(before), after);
     });
-    if (!changed) return;
+    if (changed != Outcome::done) return;
     session_.desk.tell("密码已更改。");
     for (QLineEdit* line : {before_, after_, again_}) line->clear();
   });
@@ -78,7 +78,9 @@ void UsersDialog::changePassword() {
 void UsersDialog::removeUser() {
   runGuarded(session_.desk, [this] {
     const std::string name = utf8(name_->currentText());
-    if (!asUser(session_, [&](const UserDesk& at) { return lotmere::removeUser(at, name); })) return;
+    const Outcome removed =
+        asUser(session_, [&](const UserDesk& at) { return lotmere::removeUser(at, name); });
+    if (removed != Outcome::done) return;
     session_.desk.tell("用户已删除。");
     fillNames();
   });
