@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/desk.hpp"
+#include "conditions/condition_set.hpp"
 #include "game/game.hpp"
 #include "panels/panel.hpp"
 #include "store/store.hpp"
@@ -13,9 +14,7 @@ namespace lotmere {
 // The items in the order of the combination turns: "尾数形式 ≠ [0,1,2,4,5,6]", selected when the turn is in
 // use (its switch is above 0). Computes the draw's statistics first, so that its texts follow the groups as
 // they are now. A period that isn't stored leaves the groups out.
-[[nodiscard]] std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, PeriodNo period);
-
-// Which of the turns are in use.
-[[nodiscard]] std::array<bool, kTurnCount> loadUsedTurns(Store& store);
+[[nodiscard]] std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk,
+                                                                const ConditionSet& set, PeriodNo period);
 
 }  // namespace lotmere

@@ -1,17 +1,15 @@
 #include "ui/conditions/condition_clicks.hpp"
 
-#include "conditions/condition_store.hpp"
 #include "ui/look/text.hpp"
 
 namespace lotmere::ui {
 
-bool ConditionClicks::change(const std::function<void()>& write, const std::function<void()>& show) {
+bool ConditionClicks::change(const std::function<void(ConditionSet&)>& edit,
+                             const std::function<void()>& show) {
   bool stored = false;
   session_.commands.runner().run([&] {
-    write();
-    stored = true;
-    Q_EMIT changed();
-    if (show) show();
+    stored = session_.settings.change(edit);
+    if (stored && show) show();
   });
   return stored;
 }
@@ -19,7 +17,7 @@ bool ConditionClicks::change(const std::function<void()>& write, const std::func
 void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
   box.setTipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
     runGuarded(session_.desk, [&] {
-      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store),
+      strengths_.ask([&box, work_out = measure(), set = session_.settings.set(),
                       draws = loadDrawTable(session_.store),
                       next = session_.nextPeriod()](Course& /*course*/) -> AnswerThread::Answer {
         const auto strength = work_out(set, draws, next);
@@ -48,7 +46,7 @@ void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& 
 
 void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
   connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
-    if (!change([&] { setUsage(session_.store, usage, on); })) panel.takeBoxBack();
+    if (!change([&](ConditionSet& set) { set.use(usage, on); })) panel.takeBoxBack();
   });
 }
 
@@ -57,7 +55,7 @@ void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, 
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this,
           [this, condition, &panel, show = std::move(show)](int k, bool selected) {
-            if (!change([&] { clickItem(session_.store, condition, k, selected); }, show))
+            if (!change([&](ConditionSet& set) { clickItem(set, condition, k, selected); }, show))
               panel.list().takeBack(k);
           });
 }
@@ -67,7 +65,8 @@ void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
-    const bool stored = change([&] { box = clickLeadingItem(session_.store, condition, k, selected); });
+    const bool stored =
+        change([&](ConditionSet& set) { box = clickLeadingItem(set, condition, k, selected); });
     if (stored)
       panel.showBox(box);
     else

@@ -6,9 +6,9 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/combination_list.hpp"
 #include "panels/help_texts.hpp"
+#include "store/periods.hpp"
 #include "ui/look/text.hpp"
 
 namespace lotmere::ui {
@@ -46,7 +46,7 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   connect(picker_, &NumberPicker::picked, this,
           [this](const QString& name, const std::vector<int>& numbers, int clicked) {
-            if (!clicks_.change([&] { setCustomInterval(session_.store, utf8(name), numbers); },
+            if (!clicks_.change([&](ConditionSet& set) { setCustomInterval(set, utf8(name), numbers); },
                                 [this] { showDivision(); }))
               picker_->takeBack(clicked);
           });
@@ -116,11 +116,11 @@ void ConditionSheetView::makeCombinations() {
           [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
   connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
     const Condition& condition = conditionOfUsage(usageOfTurn(turn));
-    if (!clicks_.change([&] { clickItem(session_.store, condition, turn, selected); }))
+    if (!clicks_.change([&](ConditionSet& set) { clickItem(set, condition, turn, selected); }))
       combinations_->takeBack(turn);
   });
   QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
-  const auto panels = shapePanels(session_.store);
+  const auto panels = shapePanels(session_.settings.set());
   for (int i = 0; i < kTurnCount; ++i)
     shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
                           conditionOfUsage(panels[i].usage));
@@ -159,11 +159,12 @@ void ConditionSheetView::makeDivisions() {
     grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
     connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
     connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
-      if (!clicks_.change([&] { setUsage(session_.store, division_panels_[i].condition.usage, on); }))
+      if (!clicks_.change([&](ConditionSet& set) { set.use(division_panels_[i].condition.usage, on); }))
         division_[i]->takeBoxBack();
     });
     connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
-      if (!clicks_.change([&] { clickItem(session_.store, division_panels_[i].condition, k, selected); }))
+      if (!clicks_.change(
+              [&](ConditionSet& set) { clickItem(set, division_panels_[i].condition, k, selected); }))
         division_[i]->list().takeBack(k);
     });
   }
@@ -176,7 +177,7 @@ void ConditionSheetView::open() {
 }
 
 void ConditionSheetView::panelReload() {
-  const ConditionSheet sheet = lotmere::panelReload(session_.store);
+  const ConditionSheet sheet = lotmere::panelReload(session_.settings.set());
   for (int i = 0; i < kSlotCount; ++i) {
     if (slots_[i] == nullptr) continue;
     slots_[i]->showPanel(sheet.slots[i]);
@@ -187,22 +188,24 @@ void ConditionSheetView::panelReload() {
   for (int i = 0; i < 2; ++i) heat_[i]->showPanel(sheet.heat[i]);
   for (int i = 0; i < kTurnCount; ++i) shapes_[i]->showPanel(sheet.shapes[i]);
   periods_->clear();
-  for (const PeriodNo period : sheet.periods) periods_->addItem(QString::number(period), period);
+  for (const PeriodNo period : newestPeriods(session_.store, kCombinationDraws))
+    periods_->addItem(QString::number(period), period);
   buildCombinations();
   showDivision();
 }
 
 void ConditionSheetView::showSlotTip(int slot) {
-  slots_[slot]->showLine(oneLine(slotTip(session_.store, slot)));
+  slots_[slot]->showLine(oneLine(slotTip(session_.settings.set(), slot)));
 }
 
 void ConditionSheetView::buildCombinations() {
-  const auto items = combinationList(session_.store, session_.desk, periods_->currentData().toInt());
+  const auto items = combinationList(session_.store, session_.desk, session_.settings.set(),
+                                     periods_->currentData().toInt());
   combinations_->showItems({items.begin(), items.end()});
 }
 
 void ConditionSheetView::showDivision() {
-  division_panels_ = divisionPanels(session_.store, shown_division_);
+  division_panels_ = divisionPanels(session_.settings.set(), shown_division_);
   for (std::size_t i = 0; i < division_.size(); ++i) {
     const bool used = i < division_panels_.size();
     division_[i]->parentWidget()->setVisible(used);
@@ -217,7 +220,7 @@ void ConditionSheetView::showDivision() {
 void ConditionSheetView::pickNumbers(int place) {
   const std::string& name = division_panels_[static_cast<std::size_t>(place)].panel.caption;
   session_.commands.runner().run([&] {
-    picker_->open(shown(name), readAttributeColumn(session_.store, AttributeTable::third, name),
+    picker_->open(shown(name), tableOf(session_.settings.set().column(AttributeTable::third, name)),
                   *pickers_[place]);
   });
 }

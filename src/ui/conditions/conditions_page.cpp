@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
 #include "panels/pages.hpp"
 #include "panels/summary.hpp"
 #include "ui/look/text.hpp"
@@ -42,7 +42,7 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
   unseen_timer_.setInterval(kCountUnseen);
   connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
-  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.settings, &Settings::changed, this, &ConditionsPage::settingChanged);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
   addCommands();
 }
@@ -92,9 +92,10 @@ void ConditionsPage::makeContents() {
 }
 
 void ConditionsPage::settingChanged() {
+  if (pages_ == nullptr) return;
   // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
   // stale.
-  if (pages_->currentWidget() != pane_) sheet_->markStale();
+  if (!isVisible() || pages_->currentWidget() != pane_) sheet_->markStale();
   count_timer_.start(kCountDelay);
 }
 
@@ -166,7 +167,7 @@ void ConditionsPage::bringTab(int tab) {
   if (!tab_loaded_) loadTab();
 }
 
-void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store))); }
+void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.settings.set()))); }
 
 void ConditionsPage::loadTab() {
   tab_loaded_ = true;
@@ -176,13 +177,13 @@ void ConditionsPage::loadTab() {
       pane_->showCurrentView();
       return pages_->setCurrentWidget(pane_);
     case PageKind::places:
-      places_->loadPlacePage();
+      places_->load();
       return pages_->setCurrentWidget(places_);
     case PageKind::groups:
       groups_->load();
       return pages_->setCurrentWidget(groups_);
     case PageKind::history_match:
-      match_->loadMatchPage();
+      match_->open();
       return pages_->setCurrentWidget(match_);
     case PageKind::shrink:
       shrink_->load();
@@ -247,23 +248,23 @@ bool ConditionsPage::readTickets() {
 }
 
 void ConditionsPage::askCount() {
-  answers_.ask([this, live = live_,
-                question = LiveCount::Question{tickets_, loadConditionSet(session_.store),
-                                               loadDrawTable(session_.store), session_.nextPeriod()}](
-                   Course& course) -> AnswerThread::Answer {
-    const auto result = live->count(question, course);
-    if (!result) return {};
-    return [this, text = liveText(*result)] {
-      unseen_timer_.stop();
-      survivors_->setText(shown(text));
-    };
-  });
+  answers_.ask(
+      [this, live = live_,
+       question = LiveCount::Question{tickets_, session_.settings.set(), loadDrawTable(session_.store),
+                                      session_.nextPeriod()}](Course& course) -> AnswerThread::Answer {
+        const auto result = live->count(question, course);
+        if (!result) return {};
+        return [this, text = liveText(*result)] {
+          unseen_timer_.stop();
+          survivors_->setText(shown(text));
+        };
+      });
 }
 
 void ConditionsPage::restoreDefaults() {
   if (!agreesToDefaults(session_.desk)) return;
   bringTab(1);
-  lotmere::restoreDefaults(session_.store);
+  if (!session_.settings.restoreDefaults()) return;
   markStale();
   pane_->showFirstView();
   pad_->reload();

@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/help_texts.hpp"
 #include "ui/look/text.hpp"
 
@@ -38,7 +37,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   }
   tolerances->addStretch();
   connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
-    if (clicks.change([&] { setConditionValue(session_.store, kToleranceCell, k); }))
+    if (clicks.change([&](ConditionSet& set) { set.cells.set(kToleranceCell, k); }))
       tolerance_ = tolerances_.button(k);
     else
       showOnly(tolerances_, tolerance_);
@@ -54,8 +53,8 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addWidget(help);
 }
 
-void PlacePageView::loadPlacePage() {
-  const PlacePage page = lotmere::loadPlacePage(session_.store);
+void PlacePageView::load() {
+  const PlacePage page = placePage(session_.settings.set());
   for (int i = 0; i < kPlaceCount; ++i) places_[i]->showPanel(page.places[i]);
   tolerance_ = nullptr;
   for (const PanelItem& item : page.tolerances) {

@@ -4,7 +4,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/pages.hpp"
 #include "ui/look/text.hpp"
 
@@ -21,14 +20,14 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
     column->addWidget(option);
   }
   connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
-    if (clicks.change([&] { setConditionValue(session_.store, kShrinkTypeCell, type); }))
+    if (clicks.change([&](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); }))
       type_ = types_.button(type);
     else
       showOnly(types_, type_);
   });
   smart_->setObjectName(QStringLiteral("Check_auto"));
   connect(smart_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
-    if (!clicks.change([&] { setUsage(session_.store, kSmartOptimisation, on); })) smart_->setChecked(!on);
+    if (!clicks.change([&](ConditionSet& set) { set.use(kSmartOptimisation, on); })) smart_->setChecked(!on);
   });
   hint_->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
@@ -41,7 +40,7 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
 }
 
 void ShrinkPageView::load() {
-  const ShrinkPage page = shrinkPage(session_.store);
+  const ShrinkPage page = shrinkPage(session_.settings.set());
   type_ = nullptr;
   for (const PanelItem& item : page.types) {
     types_.button(item.k)->setText(shown(item.text));

@@ -322,6 +322,7 @@ bool MainWindow::logIn() {
 }
 
 void MainWindow::showUser() {
+  session_.settings.reload();
   setWindowTitle(shown(userCaption(currentUser(session_.store), utf8(main_caption_))));
   tickets_->refreshTickets();
   conditions_->markStale();

@@ -1,24 +1,38 @@
 // What the pages of the window work on.
 #pragma once
 
+#include <utility>
+
 #include "base/dates.hpp"
 #include "base/platform.hpp"
 #include "start/home.hpp"
 #include "store/periods.hpp"
 #include "store/store.hpp"
 #include "ui/shell/commands.hpp"
+#include "ui/shell/settings.hpp"
 #include "ui/shell/window_desk.hpp"
 #include "users/password.hpp"
 
 namespace lotmere::ui {
 
 struct Session {
+  Session(Store& opened, Home at, WindowDesk& window_desk, Clock& time, Commands& all,
+          HashLimits limits = HashLimits::interactive())
+      : store(opened),
+        home(std::move(at)),
+        desk(window_desk),
+        clock(time),
+        commands(all),
+        password_limits(limits),
+        settings(opened, window_desk) {}
+
   Store& store;
   Home home;
   WindowDesk& desk;
   Clock& clock;
   Commands& commands;
-  HashLimits password_limits = HashLimits::interactive();
+  HashLimits password_limits;
+  Settings settings;
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.

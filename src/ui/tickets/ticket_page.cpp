@@ -160,7 +160,7 @@ void TicketPage::init() {
   // A stopped one leaves the grid as it was until the page is opened again.
   if (result.done)
     refreshTickets();
-  else if (!checkSelection(session_.store, session_.desk, Tell::no))
+  else if (!checkSelection(selectionOf(session_.settings.set()), session_.desk, Tell::no))
     Q_EMIT numbersWanted();
 }
 
