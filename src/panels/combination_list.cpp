@@ -15,8 +15,7 @@ std::string groupsOf(const std::string& text) { return text.substr(0, text.find(
 
 }  // namespace
 
-std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, const ConditionSet& set,
-                                                  PeriodNo period) {
+CombinationTexts combinationTexts(Store& store, Desk& desk, PeriodNo period) {
   computeDrawStatistics(store, desk, period, period);
   std::vector<std::string> names;
   names.reserve(kTurnCount);
@@ -24,11 +23,16 @@ std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, cons
   Query draw = store.query(fmt::format(R"(SELECT {} FROM "历史记录" WHERE "期号"=?)", columnList(names)));
   draw.bind(period);
   const bool stored = draw.next();
-  std::array<PanelItem, kTurnCount> items;
-  for (int turn = 0; turn < kTurnCount; ++turn) {
-    const std::string groups = stored ? groupsOf(draw.text(turn)) : "";
-    items[turn] = {fmt::format("{} ≠ {}", names[turn], groups), turn, set.isTicked(usageOfTurn(turn))};
-  }
+  CombinationTexts texts;
+  for (int turn = 0; turn < kTurnCount; ++turn)
+    texts[turn] = fmt::format("{} ≠ {}", names[turn], stored ? groupsOf(draw.text(turn)) : "");
+  return texts;
+}
+
+std::vector<PanelItem> combinationList(const ConditionSet& set, const CombinationTexts& texts) {
+  std::vector<PanelItem> items;
+  for (int turn = 0; turn < kTurnCount; ++turn)
+    items.push_back({texts[turn], turn, set.isTicked(usageOfTurn(turn))});
   return items;
 }
 

@@ -4,14 +4,14 @@
 
 namespace lotmere::ui {
 
-bool ConditionClicks::change(const std::function<void(ConditionSet&)>& edit,
+void ConditionClicks::change(const std::function<void(ConditionSet&)>& edit,
                              const std::function<void()>& show) {
-  bool stored = false;
+  bool runs = false;
   session_.commands.runner().run([&] {
-    stored = session_.settings.change(edit);
-    if (stored && show) show();
+    runs = true;
+    if (session_.settings.change(edit) && show) show();
   });
-  return stored;
+  if (!runs) Q_EMIT session_.settings.refused();
 }
 
 void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
@@ -45,18 +45,16 @@ void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& 
 }
 
 void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
-  connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
-    if (!change([&](ConditionSet& set) { set.use(usage, on); })) panel.takeBoxBack();
-  });
+  connect(&panel, &PanelBox::boxClicked, this,
+          [this, usage](bool on) { change([=](ConditionSet& set) { set.use(usage, on); }); });
 }
 
 void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
   setTip(panel, [condition] { return condition; });
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this,
-          [this, condition, &panel, show = std::move(show)](int k, bool selected) {
-            if (!change([&](ConditionSet& set) { clickItem(set, condition, k, selected); }, show))
-              panel.list().takeBack(k);
+          [this, condition, show = std::move(show)](int k, bool selected) {
+            change([&](ConditionSet& set) { clickItem(set, condition, k, selected); }, show);
           });
 }
 
@@ -65,12 +63,8 @@ void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
-    const bool stored =
-        change([&](ConditionSet& set) { box = clickLeadingItem(set, condition, k, selected); });
-    if (stored)
-      panel.showBox(box);
-    else
-      panel.list().takeBack(k);
+    change([&](ConditionSet& set) { box = clickLeadingItem(set, condition, k, selected); },
+           [&] { panel.showBox(box); });
   });
 }
 

@@ -15,8 +15,7 @@
 
 namespace lotmere::ui {
 
-// Makes clicks changes of the settings. The panels that it serves get their tips, and show again what is set
-// when a click can't be stored.
+// Makes clicks changes of the settings, and gives the panels that it serves their tips.
 class ConditionClicks : public QObject {
   Q_OBJECT
 
@@ -37,10 +36,9 @@ class ConditionClicks : public QObject {
   // The same for the box of a condition: its name, and the line of its current values.
   void setTip(PanelBox& panel, const std::function<Condition()>& condition);
 
-  // Any other change of the settings. `show`, behind it, shows what follows from it. False when nothing was
-  // stored: the write failed, which was told, or a command runs. The control that was clicked shows the click
-  // already, so its owner then shows again what it showed before.
-  bool change(const std::function<void(ConditionSet&)>& edit, const std::function<void()>& show = {});
+  // Any other change of the settings. `show`, behind it, shows what follows from it. Where the change can't be
+  // saved, which is told, or a command runs, the settings say that it was refused.
+  void change(const std::function<void(ConditionSet&)>& edit, const std::function<void()>& show = {});
 
   // Takes a panel's clicks away, before it is connected to another condition.
   void disconnectPanel(PanelBox& panel) { panel.disconnect(this); }

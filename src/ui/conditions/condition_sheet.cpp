@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "panels/combination_list.hpp"
 #include "panels/help_texts.hpp"
 #include "store/periods.hpp"
 #include "ui/look/text.hpp"
@@ -44,12 +43,10 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  connect(picker_, &NumberPicker::picked, this,
-          [this](const QString& name, const std::vector<int>& numbers, int clicked) {
-            if (!clicks_.change([&](ConditionSet& set) { setCustomInterval(set, utf8(name), numbers); },
-                                [this] { showDivision(); }))
-              picker_->takeBack(clicked);
-          });
+  connect(picker_, &NumberPicker::picked, this, [this](const QString& name, const std::vector<int>& numbers) {
+    clicks_.change([&](ConditionSet& set) { setCustomInterval(set, utf8(name), numbers); },
+                   [this] { showDivision(); });
+  });
 }
 
 QGridLayout* ConditionSheetView::addSection(const QString& title) {
@@ -116,8 +113,7 @@ void ConditionSheetView::makeCombinations() {
           [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
   connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
     const Condition& condition = conditionOfUsage(usageOfTurn(turn));
-    if (!clicks_.change([&](ConditionSet& set) { clickItem(set, condition, turn, selected); }))
-      combinations_->takeBack(turn);
+    clicks_.change([&](ConditionSet& set) { clickItem(set, condition, turn, selected); });
   });
   QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
   const auto panels = shapePanels(session_.settings.set());
@@ -159,13 +155,10 @@ void ConditionSheetView::makeDivisions() {
     grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
     connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
     connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
-      if (!clicks_.change([&](ConditionSet& set) { set.use(division_panels_[i].condition.usage, on); }))
-        division_[i]->takeBoxBack();
+      clicks_.change([&](ConditionSet& set) { set.use(division_panels_[i].condition.usage, on); });
     });
     connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
-      if (!clicks_.change(
-              [&](ConditionSet& set) { clickItem(set, division_panels_[i].condition, k, selected); }))
-        division_[i]->list().takeBack(k);
+      clicks_.change([&](ConditionSet& set) { clickItem(set, division_panels_[i].condition, k, selected); });
     });
   }
 }
@@ -176,7 +169,23 @@ void ConditionSheetView::open() {
   stale_ = false;
 }
 
+void ConditionSheetView::showSettings() {
+  if (stale_) return;
+  showPanels();
+  showCombinations();
+  const std::string name = utf8(picker_->name());
+  picker_->showMembers(tableOf(session_.settings.set().column(AttributeTable::third, name)));
+}
+
 void ConditionSheetView::panelReload() {
+  showPanels();
+  periods_->clear();
+  for (const PeriodNo period : newestPeriods(session_.store, kCombinationDraws))
+    periods_->addItem(QString::number(period), period);
+  buildCombinations();
+}
+
+void ConditionSheetView::showPanels() {
   const ConditionSheet sheet = lotmere::panelReload(session_.settings.set());
   for (int i = 0; i < kSlotCount; ++i) {
     if (slots_[i] == nullptr) continue;
@@ -187,10 +196,6 @@ void ConditionSheetView::panelReload() {
   for (int i = 0; i < 4; ++i) relatives_[i]->showPanel(sheet.relatives[i]);
   for (int i = 0; i < 2; ++i) heat_[i]->showPanel(sheet.heat[i]);
   for (int i = 0; i < kTurnCount; ++i) shapes_[i]->showPanel(sheet.shapes[i]);
-  periods_->clear();
-  for (const PeriodNo period : newestPeriods(session_.store, kCombinationDraws))
-    periods_->addItem(QString::number(period), period);
-  buildCombinations();
   showDivision();
 }
 
@@ -199,9 +204,12 @@ void ConditionSheetView::showSlotTip(int slot) {
 }
 
 void ConditionSheetView::buildCombinations() {
-  const auto items = combinationList(session_.store, session_.desk, session_.settings.set(),
-                                     periods_->currentData().toInt());
-  combinations_->showItems({items.begin(), items.end()});
+  combination_texts_ = combinationTexts(session_.store, session_.desk, periods_->currentData().toInt());
+  showCombinations();
+}
+
+void ConditionSheetView::showCombinations() {
+  combinations_->showItems(combinationList(session_.settings.set(), combination_texts_));
 }
 
 void ConditionSheetView::showDivision() {

@@ -43,6 +43,7 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
   connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
   connect(&session_.settings, &Settings::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.settings, &Settings::refused, this, &ConditionsPage::showAgain);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
   addCommands();
 }
@@ -84,11 +85,7 @@ void ConditionsPage::makeContents() {
   right->addWidget(pages_, 1);
   right->addWidget(survivors_);
   layout->addLayout(right, 1);
-  connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
-    count_->setText(compact(text));
-    if (pages_->currentWidget() == summary_) loadSummary();
-    count_timer_.start(kCountDelay);
-  });
+  connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
 }
 
 void ConditionsPage::settingChanged() {
@@ -96,7 +93,14 @@ void ConditionsPage::settingChanged() {
   // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
   // stale.
   if (!isVisible() || pages_->currentWidget() != pane_) sheet_->markStale();
+  if (pages_->currentWidget() == summary_) showTabSettings();
   count_timer_.start(kCountDelay);
+}
+
+void ConditionsPage::showAgain() {
+  if (pages_ == nullptr) return;
+  pad_->reload();
+  showTabSettings();
 }
 
 void ConditionsPage::markStale() {
@@ -167,34 +171,54 @@ void ConditionsPage::bringTab(int tab) {
   if (!tab_loaded_) loadTab();
 }
 
-void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.settings.set()))); }
+void ConditionsPage::showTabSettings() {
+  switch (conditionPage(tab_).kind) {
+    case PageKind::picks:
+      return sheet_->showSettings();
+    case PageKind::places:
+      return places_->load();
+    case PageKind::groups:
+      return groups_->load();
+    case PageKind::history_match:
+      return match_->showSettings();
+    case PageKind::shrink:
+      return shrink_->load();
+    case PageKind::summary:
+      return summary_->setPlainText(shown(summaryText(session_.settings.set())));
+    default:
+      return panels_->open(tab_);
+  }
+}
+
+QWidget* ConditionsPage::pageOfTab() const {
+  switch (conditionPage(tab_).kind) {
+    case PageKind::picks:
+      return pane_;
+    case PageKind::places:
+      return places_;
+    case PageKind::groups:
+      return groups_;
+    case PageKind::history_match:
+      return match_;
+    case PageKind::shrink:
+      return shrink_;
+    case PageKind::summary:
+      return summary_;
+    default:
+      return panels_;
+  }
+}
 
 void ConditionsPage::loadTab() {
   tab_loaded_ = true;
-  const PageKind kind = conditionPage(tab_).kind;
-  switch (kind) {
-    case PageKind::picks:
-      pane_->showCurrentView();
-      return pages_->setCurrentWidget(pane_);
-    case PageKind::places:
-      places_->load();
-      return pages_->setCurrentWidget(places_);
-    case PageKind::groups:
-      groups_->load();
-      return pages_->setCurrentWidget(groups_);
-    case PageKind::history_match:
-      match_->open();
-      return pages_->setCurrentWidget(match_);
-    case PageKind::shrink:
-      shrink_->load();
-      return pages_->setCurrentWidget(shrink_);
-    case PageKind::summary:
-      loadSummary();
-      return pages_->setCurrentWidget(summary_);
-    default:
-      panels_->open(tab_);
-      return pages_->setCurrentWidget(panels_);
-  }
+  QWidget* page = pageOfTab();
+  if (page == pane_)
+    pane_->showCurrentView();
+  else if (page == match_)
+    match_->open();
+  else
+    showTabSettings();
+  pages_->setCurrentWidget(page);
 }
 
 void ConditionsPage::open() {
@@ -202,6 +226,7 @@ void ConditionsPage::open() {
   forgetTickets();
   pad_->open();
   loadTab();
+  count_timer_.start(kCountDelay);
 }
 
 void ConditionsPage::forgetReading() {

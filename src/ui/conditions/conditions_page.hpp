@@ -65,7 +65,10 @@ class ConditionsPage : public QWidget {
   // The same as a command that may be given from another page.
   void bringTab(int tab);
   void loadTab();
-  void loadSummary();
+  [[nodiscard]] QWidget* pageOfTab() const;
+  void showTabSettings();
+  // A change was refused.
+  void showAgain();
   void restoreDefaults();
   void settingChanged();
   // Reads the tickets of the table slice by slice, once; then asks for the count.

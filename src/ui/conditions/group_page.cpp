@@ -42,13 +42,10 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(all_, &QListView::clicked, this,
           [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&](ConditionSet& set) { clickGroupNumber(set, group_, number); },
-                        [this] { load(); }))
-      numbers_->takeBack(number);
+    clicks_.change([&](ConditionSet& set) { clickGroupNumber(set, group_, number); }, [this] { load(); });
   });
   connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
-    if (!clicks_.change([&](ConditionSet& set) { set.use(usageOfGroup(group_), on); }, [this] { load(); }))
-      counts_->takeBoxBack();
+    clicks_.change([&](ConditionSet& set) { set.use(usageOfGroup(group_), on); }, [this] { load(); });
   });
   connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
     BoxState box{};
@@ -59,7 +56,7 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
       load();
       counts_->showBox(box);
     };
-    if (!clicks_.change(edit, show)) counts_->list().takeBack(k);
+    clicks_.change(edit, show);
   });
 }
 

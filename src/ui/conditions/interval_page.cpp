@@ -52,11 +52,11 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
     intervals_.button(interval_)->setChecked(true);  // the one that the clicks are for
   });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&](ConditionSet& set) { clickIntervalNumber(set, interval_ + 1, number); },
-                        [this] { load(); }))
-      numbers_->takeBack(number);
+    clicks_.change([&](ConditionSet& set) { clickIntervalNumber(set, interval_ + 1, number); },
+                   [this] { load(); });
   });
   connect(clear_all, &QPushButton::clicked, this, &IntervalPage::clear);
+  connect(&session_.settings, &Settings::refused, this, &IntervalPage::load);
 }
 
 void IntervalPage::showInterval(int interval) {

@@ -72,11 +72,12 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
 }
 
 void MatchPageView::change(const std::function<void(ConditionSet&)>& edit) {
-  clicks_.change([&](ConditionSet& set) {
-    edit(set);
-    followDraws(set, periods_);
-  });
-  showSettings();
+  clicks_.change(
+      [&](ConditionSet& set) {
+        edit(set);
+        followDraws(set, periods_);
+      },
+      [this] { showSettings(); });
 }
 
 void MatchPageView::open() {

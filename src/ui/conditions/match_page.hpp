@@ -20,9 +20,9 @@ class MatchPageView : public QWidget {
   MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
   // The page comes to the front: a range that wasn't chosen by hand moves on to the last fifty draws.
   void open();
+  void showSettings();
 
  private:
-  void showSettings();
   // A click, and the page as it is set behind it.
   void change(const std::function<void(ConditionSet&)>& edit);
 

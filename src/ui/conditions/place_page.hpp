@@ -21,8 +21,7 @@ class PlacePageView : public QWidget {
  private:
   Session& session_;
   std::array<PanelBox*, kPlaceCount> places_{};
-  QButtonGroup tolerances_;               // Option_DingweiRongcuo
-  QAbstractButton* tolerance_ = nullptr;  // the one set
+  QButtonGroup tolerances_;  // Option_DingweiRongcuo
 };
 
 }  // namespace lotmere::ui

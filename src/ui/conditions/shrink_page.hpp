@@ -19,9 +19,8 @@ class ShrinkPageView : public QWidget {
 
  private:
   Session& session_;
-  QButtonGroup types_;               // Option_ShuoSuiLeiXing
-  QAbstractButton* type_ = nullptr;  // the one set
-  QCheckBox* smart_;                 // Check_auto
+  QButtonGroup types_;  // Option_ShuoSuiLeiXing
+  QCheckBox* smart_;    // Check_auto
   QLabel* hint_;
 };
 

@@ -16,7 +16,10 @@ bool Settings::put(const std::function<ConditionSet()>& wanted) {
     set_ = std::move(after);
     saved = true;
   });
-  if (saved) Q_EMIT changed();
+  if (saved)
+    Q_EMIT changed();
+  else
+    Q_EMIT refused();
   return saved;
 }
 

@@ -30,6 +30,9 @@ class Settings : public QObject {
  Q_SIGNALS:
   // set() is another one, or may be.
   void changed();
+  // A change was not taken and set() is as it was. The control that was clicked shows the click all the same,
+  // so whoever shows settings shows them again.
+  void refused();
 
  private:
   bool put(const std::function<ConditionSet()>& wanted);
