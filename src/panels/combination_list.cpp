@@ -31,6 +31,7 @@ CombinationTexts combinationTexts(Store& store, Desk& desk, PeriodNo period) {
 
 std::vector<PanelItem> combinationList(const ConditionSet& set, const CombinationTexts& texts) {
   std::vector<PanelItem> items;
+  items.reserve(texts.size());
   for (int turn = 0; turn < kTurnCount; ++turn)
     items.push_back({texts[turn], turn, set.isTicked(usageOfTurn(turn))});
   return items;
