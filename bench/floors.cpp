@@ -11,8 +11,7 @@
 namespace lotmere::bench {
 namespace {
 
-void walkPass(Store& store, const Condition& condition, const Metric& metric, PeriodNo period) {
-  const ValueArray cells = loadConditionRange(store, condition.first, condition.last);
+void walkPass(Store& store, const ValueArray& cells, const Metric& metric, PeriodNo period) {
   StoreChange change(store);
   {
     Query rows = store.query(
@@ -98,7 +97,7 @@ int walkPasses(Store& store, PeriodNo period) {
     if (!set.isUsed(condition.usage)) continue;
     const auto metric = prepareMetric(set, condition, draws.before(period));
     if (!metric) continue;
-    walkPass(store, condition, *metric, period);
+    walkPass(store, set.cellRange(condition.first, condition.last), *metric, period);
     ++passes;
   }
   return passes;

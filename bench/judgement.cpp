@@ -67,8 +67,7 @@ void smart100k(State& state, const Sizes& sizes) {
   World world;
   world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
-  setUsage(world.store(), kSmartOptimisation, true);
-  const TicketSet tickets = makeTickets(loadSelection(world.store()), kTarget);
+  const TicketSet tickets = makeTickets(selectionIn(world.store()), kTarget);
   const auto draws = drawsBefore(world.store(), kTarget, 10);
   QuietDesk desk;
   for (auto _ : state) {
@@ -76,7 +75,7 @@ void smart100k(State& state, const Sizes& sizes) {
     for (int round = 0; round < sizes.rounds; ++round) {
       TicketSet literal = tickets, scored = tickets;
       floor.push_back(seconds([&] { scoreLiterally(draws, literal); }));
-      subject.push_back(seconds([&] { optimiseSmart(world.store(), desk, scored, 6); }));
+      subject.push_back(seconds([&] { optimiseSmart(world.store(), desk, scored, 6, true); }));
       clearLower(literal);
       check(scored.score == literal.score, "smart-100k scores otherwise than the literal comparison");
     }
@@ -108,12 +107,10 @@ void match100k(State& state, const Sizes& sizes, int match, int draw_count) {
   Store& store = world.store();
   world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
-  store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=?,"最大值"=?,"匹配值"=?)")
-      .bind(periodsBack(store, kTarget, draw_count), kTarget, match)
-      .run();
   ConditionSet set = loadConditionSet(store);
+  set.match = {true, periodsBack(store, kTarget, draw_count), kTarget, match};
   for (const auto& [usage, on] : std::vector(set.switches.rows())) set.switches.set(usage, 0);
-  const TicketSet tickets = makeTickets(loadSelection(store), kTarget);
+  const TicketSet tickets = makeTickets(selectionIn(store), kTarget);
   for (auto _ : state) {
     std::vector<double> floor, subject;
     TicketSet left;

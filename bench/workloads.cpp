@@ -27,7 +27,7 @@ using benchmark::State;
 void init100k(State& state, const Sizes& sizes) {
   World world;
   world.pick(sizes.reds, sizes.blues);
-  const TicketSet tickets = makeTickets(loadSelection(world.store()), kTarget);
+  const TicketSet tickets = makeTickets(selectionIn(world.store()), kTarget);
   const auto other = world.otherStore();
   QuietDesk desk;
   for (auto _ : state) {
@@ -49,7 +49,7 @@ void setUp(World& world, const Sizes& sizes) {
   world.addDraws(sizes.draws);
   world.pick(sizes.reds, sizes.blues);
   world.setShrinkType(7);
-  world.useAllConditions(makeTickets(loadSelection(world.store()), kTarget));
+  world.useAllConditions(makeTickets(selectionIn(world.store()), kTarget));
   QuietDesk desk;
   initTickets(world.store(), desk, kTarget);
 }
@@ -95,11 +95,13 @@ void run100kWalk(State& state, const Sizes& sizes) {
   Store& store = world.store();
   QuietDesk desk;
   // The walk covers the figure passes; the run it stands against leaves the others off too.
-  for (const Condition& condition : allConditions())
-    if (condition.kind == CellKind::position || condition.kind == CellKind::combination ||
-        condition.kind == CellKind::sum_family || condition.kind == CellKind::setting)
-      setUsage(store, condition.usage, false);
-  store.db().exec("UPDATE \"历史数据过滤\" SET \"使用状态\"=0");
+  changeSettings(store, [](ConditionSet& set) {
+    for (const Condition& condition : allConditions())
+      if (condition.kind == CellKind::position || condition.kind == CellKind::combination ||
+          condition.kind == CellKind::sum_family || condition.kind == CellKind::setting)
+        set.use(condition.usage, false);
+    set.match.used = false;
+  });
   for (auto _ : state) {
     initTickets(store, desk, kTarget);
     const double subject = seconds([&] { runPipeline(store, desk, kTarget); });
@@ -167,7 +169,7 @@ std::size_t countCentres(const TicketSet& tickets, int shared,
 TicketSet selectedTickets(const Sizes& sizes) {
   World world;
   world.pick(sizes.reds, sizes.blues);
-  return makeTickets(loadSelection(world.store()), kTarget);
+  return makeTickets(selectionIn(world.store()), kTarget);
 }
 
 void shrink100k(State& state, const Sizes& sizes, int shared) {
@@ -257,7 +259,7 @@ void passesAll(State& state, const Sizes& sizes, int threads) {
   world.addDraws(sizes.draws);
   world.setShrinkType(7);
   world.pick(sizes.reds, sizes.blues);
-  const TicketSet small = makeTickets(loadSelection(world.store()), kTarget);
+  const TicketSet small = makeTickets(selectionIn(world.store()), kTarget);
   world.useAllConditions(small);
   const TicketSet whole = makeTickets(wholeGame(), kTarget);
   const std::size_t tickets = whole.size();
@@ -289,7 +291,7 @@ void judgeAll(State& state, int threads) {
   world.addDraws(kFull.draws);
   world.setShrinkType(7);
   world.pick(kFull.reds, kFull.blues);
-  world.useAllConditions(makeTickets(loadSelection(world.store()), kTarget));
+  world.useAllConditions(makeTickets(selectionIn(world.store()), kTarget));
   NumberSelection sixes = wholeGame();
   sixes.blue.fill(PickState::none);
   sixes.blue[1] = PickState::tuo;

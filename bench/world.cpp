@@ -13,6 +13,7 @@
 
 #include "catalogue/attributes.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/metric.hpp"
 #include "tickets/init.hpp"
@@ -28,7 +29,7 @@ constexpr unsigned kSeed = 20261122;
 constexpr double kHeld = 0.995;  // the part of the tickets whose figures a condition allows
 
 // Allows the most frequent cells of a condition up to the part held.
-void allowFrequent(Store& store, const Condition& condition, const std::vector<std::int64_t>& tickets,
+void allowFrequent(ConditionSet& set, const Condition& condition, const std::vector<std::int64_t>& tickets,
                    std::int64_t all) {
   std::vector<int> order(static_cast<std::size_t>(cellCount(condition)));
   std::iota(order.begin(), order.end(), 0);
@@ -36,12 +37,12 @@ void allowFrequent(Store& store, const Condition& condition, const std::vector<s
   std::int64_t held = 0;
   for (const int k : order) {
     const bool allowed = static_cast<double>(held) < kHeld * static_cast<double>(all);
-    setCell(store, condition.first + k, allowed);
+    set.allow(condition.first + k, allowed);
     if (allowed) held += tickets[k];
   }
 }
 
-void allowFigures(Store& store, const ConditionSet& set, const DrawTable& draws, const Condition& condition,
+void allowFigures(ConditionSet& set, const DrawTable& draws, const Condition& condition,
                   const TicketSet& tickets) {
   const auto metric = prepareMetric(set, condition, draws.before(kTarget));
   if (!metric) return;
@@ -50,7 +51,7 @@ void allowFigures(Store& store, const ConditionSet& set, const DrawTable& draws,
     const int value = metricValue(*metric, redsOf(balls));
     if (value >= 0) ++counts[static_cast<std::size_t>(value)];
   }
-  allowFrequent(store, condition, counts, static_cast<std::int64_t>(tickets.size()));
+  allowFrequent(set, condition, counts, static_cast<std::int64_t>(tickets.size()));
 }
 
 }  // namespace
@@ -130,30 +131,28 @@ void World::pick(int reds, int blues) {
   // Spread over all 33, so that no condition sees a corner of the game only.
   for (int i = 0; i < reds; ++i) selection.red[1 + i * (kRedCount - 1) / (reds - 1)] = PickState::tuo;
   for (int n = 1; n <= blues; ++n) selection.blue[n] = PickState::tuo;
-  QuietDesk desk;
-  if (!replaceSelection(*store_, desk, selection)) throw std::runtime_error("the selection is too large");
+  changeSettings(*store_, [&](ConditionSet& set) { putSelection(set, selection); });
 }
 
 void World::useAllConditions(const TicketSet& tickets) {
-  StoreChange change(*store_);
-  for (int place = 1; place <= kRedsPerTicket + 1; ++place) {
-    std::vector<int> numbers(static_cast<std::size_t>(kRedCount));
-    std::iota(numbers.begin(), numbers.end(), 1);
-    setColumn(*store_, AttributeTable::first, fmt::format("第{}", place), numbers);
-  }
-  const ConditionSet set = loadConditionSet(*store_);
+  std::vector<int> numbers(static_cast<std::size_t>(kRedCount));
+  std::iota(numbers.begin(), numbers.end(), 1);
   const DrawTable draws = loadDrawTable(*store_);
-  for (const Condition& condition : allConditions()) {
-    setUsage(*store_, condition.usage, true);
-    allowFigures(*store_, set, draws, condition, tickets);
-  }
-  store_->db().exec(
-      R"(UPDATE "历史数据过滤" SET "使用状态"=1,"最小值"=2001001,"最大值"=2098999,
-         "匹配值"=6)");
-  change.commit();
+  changeSettings(*store_, [&](ConditionSet& set) {
+    for (int place = 1; place <= kPlaceCount; ++place) setPlace(set, place, numbers);
+    for (const Condition& condition : allConditions()) {
+      set.use(condition.usage, true);
+      allowFigures(set, draws, condition, tickets);
+    }
+    set.match = {true, 2001001, 2098999, kRedsPerTicket};
+  });
 }
 
-void World::setShrinkType(int type) { setConditionValue(*store_, kShrinkTypeCell, type); }
+void World::setShrinkType(int type) {
+  changeSettings(*store_, [type](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); });
+}
+
+NumberSelection selectionIn(Store& store) { return selectionOf(loadConditionSet(store)); }
 
 TicketSet makeTickets(const NumberSelection& selection, PeriodNo period) {
   TicketSet tickets;

@@ -76,6 +76,8 @@ class DiskFolder {
 // Six reds in order and a blue.
 [[nodiscard]] DrawNumbers randomDraw(std::mt19937& random);
 
+// The numbers picked in a store.
+[[nodiscard]] NumberSelection selectionIn(Store& store);
 // Every ticket of a selection, in memory alone.
 [[nodiscard]] TicketSet makeTickets(const NumberSelection& selection, PeriodNo period);
 [[nodiscard]] NumberSelection wholeGame();

@@ -139,7 +139,7 @@ class WindowWorld {
     world_.addDraws(sizes.draws);
     world_.pick(sizes.reds, sizes.blues);
     if (tickets) {
-      world_.useAllConditions(makeTickets(loadSelection(world_.store()), kTarget));
+      world_.useAllConditions(makeTickets(selectionIn(world_.store()), kTarget));
       init();
     }
     check(chooseUserMode(world_.store(), UserMode::single), "the user mode");

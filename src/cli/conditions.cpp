@@ -16,24 +16,22 @@
 namespace lotmere {
 namespace {
 
-// The condition that a person names; told when there is none.
+// The condition that a user names; told when there is none.
 const Condition* namedCondition(Session& session, const std::string& name) {
   const Condition* condition = findCondition(name);
   if (condition == nullptr) refuse(session.desk, fmt::format("没有名为{}的条件。", quoteTyped(name)));
   return condition;
 }
 
-void printCondition(Session& session, const Condition& condition) {
+void printCondition(Session& session, const ConditionSet& set, const Condition& condition) {
   session.out << fmt::format("{}\t{}\t{}\t{}\n", condition.usage, condition.name,
-                             isUsed(session.store, condition.usage) ? "on" : "off",
-                             currentValue(session.store, condition));
+                             set.isUsed(condition.usage) ? "on" : "off", currentValue(set, condition));
 }
 
 // The match with past draws has a switch of its own and no number.
-void printMatchSettings(Session& session) {
-  const HistoryMatch match = loadHistoryMatch(session.store);
-  session.out << fmt::format("-\t{}\t{}\t{}\n", kHistoryMatchName, match.used ? "on" : "off",
-                             matchText(match));
+void printMatchSettings(Session& session, const ConditionSet& set) {
+  session.out << fmt::format("-\t{}\t{}\t{}\n", kHistoryMatchName, set.match.used ? "on" : "off",
+                             matchText(set.match));
 }
 
 class ListCommand final : public Command {
@@ -41,8 +39,9 @@ class ListCommand final : public Command {
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
   int run(Session& session) override {
-    for (const Condition& condition : allConditions()) printCondition(session, condition);
-    printMatchSettings(session);
+    const ConditionSet set = loadConditionSet(session.store);
+    for (const Condition& condition : allConditions()) printCondition(session, set, condition);
+    printMatchSettings(session, set);
     return kExitDone;
   }
 };
@@ -82,7 +81,7 @@ class StrengthCommand final : public Command {
                   Course::Stop::possible);
     std::int64_t done = 0;
     for (const Condition& condition : conditions) {
-      print(session, std::to_string(condition.usage), condition.name, isUsed(session.store, condition.usage),
+      print(session, std::to_string(condition.usage), condition.name, set.isUsed(condition.usage),
             conditionStrength(set, draws, condition, next, last_));
       if (job.advance(++done))
         return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", toFullWidth(done)));
@@ -122,14 +121,17 @@ class UseCommand final : public Command {
 
   int run(Session& session) override {
     if (trim(name_) == kHistoryMatchName) {
-      switchHistoryMatch(session.store, state_ == "on");
-      printMatchSettings(session);
+      const auto latest = newestPeriods(session.store, kMatchPeriods);
+      printMatchSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
+                           switchHistoryMatch(set, state_ == "on", latest);
+                         }));
       return kExitDone;
     }
     const auto condition = namedCondition(session, name_);
     if (!condition) return kExitRefused;
-    useCondition(session.store, *condition, state_ == "on");
-    printCondition(session, *condition);
+    const ConditionSet changed =
+        changeSettings(session.store, [&](ConditionSet& set) { set.use(condition->usage, state_ == "on"); });
+    printCondition(session, changed, *condition);
     return kExitDone;
   }
 
@@ -150,8 +152,12 @@ class AllowCommand final : public Command {
   int run(Session& session) override {
     const auto condition = namedCondition(session, name_);
     if (!condition) return kExitRefused;
-    if (!allowValues(session.store, session.desk, *condition, values_)) return kExitRefused;
-    printCondition(session, *condition);
+    bool allowed = false;
+    const ConditionSet changed = changeSettings(session.store, [&](ConditionSet& set) {
+      allowed = allowValues(set, session.desk, *condition, values_);
+    });
+    if (!allowed) return kExitRefused;
+    printCondition(session, changed, *condition);
     return kExitDone;
   }
 
@@ -173,7 +179,7 @@ class NumberSettingCommand final : public Command {
   }
 
   int run(Session& session) override {
-    setConditionValue(session.store, cell_, number_);
+    changeSettings(session.store, [&](ConditionSet& set) { set.cells.set(cell_, number_); });
     return kExitDone;
   }
 
@@ -199,8 +205,9 @@ class MatchCommand final : public Command {
   int run(Session& session) override {
     const auto range = readRange(session.desk, from_, to_);
     if (!range) return kExitRefused;
-    saveHistoryMatch(session.store, {true, range->from, range->to, match_, true});
-    printMatchSettings(session);
+    printMatchSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
+                         set.match = {true, range->from, range->to, match_, true};
+                       }));
     return kExitDone;
   }
 
@@ -215,7 +222,7 @@ class SummaryCommand final : public Command {
   SummaryCommand() : Command("conditions", "show", "显示全部设置") {}
 
   int run(Session& session) override {
-    for (const char c : summaryText(session.store))
+    for (const char c : summaryText(loadConditionSet(session.store)))
       if (c != '\r') session.out << c;
     return kExitDone;
   }
@@ -227,7 +234,7 @@ class ResetCommand final : public Command {
 
   int run(Session& session) override {
     if (!agreesToDefaults(session.desk)) return kExitRefused;
-    restoreDefaults(session.store);
+    changeSettings(session.store, [&](ConditionSet& set) { set = loadFactorySet(session.store); });
     session.desk.tell("完成，过滤条件已经还原为默认值！");
     return kExitDone;
   }

@@ -21,8 +21,7 @@ std::string ballList(const std::vector<int>& numbers) {
   return text;
 }
 
-void printSelection(Session& session) {
-  const NumberSelection selection = loadSelection(session.store);
+void printSelection(Session& session, const NumberSelection& selection) {
   session.out << "红球拖码:" << ballList(pickedReds(selection, PickState::tuo)) << '\n'
               << "红球胆码:" << ballList(pickedReds(selection, PickState::dan)) << '\n'
               << "蓝球拖码:" << ballList(pickedBlues(selection, PickState::tuo)) << '\n'
@@ -61,8 +60,11 @@ class PickCommand final : public Command {
         state = i % 2 == 0 ? PickState::tuo : PickState::dan;
       }
     }
-    if (!replaceSelection(session.store, session.desk, selection)) return kExitRefused;
-    printSelection(session);
+    bool fits = false;
+    changeSettings(session.store,
+                   [&](ConditionSet& set) { fits = replaceSelection(set, session.desk, selection); });
+    if (!fits) return kExitRefused;
+    printSelection(session, selection);
     return kExitDone;
   }
 
@@ -74,7 +76,7 @@ class ShowCommand final : public Command {
  public:
   ShowCommand() : Command("numbers", "show", "显示已选的号码和注数") {}
   int run(Session& session) override {
-    printSelection(session);
+    printSelection(session, selectionOf(loadConditionSet(session.store)));
     return kExitDone;
   }
 };
@@ -83,10 +85,10 @@ class ClearCommand final : public Command {
  public:
   ClearCommand() : Command("numbers", "clear", "清空已选的号码") {}
   int run(Session& session) override {
-    StoreChange change(session.store);
-    clearRedPicks(session.store);
-    clearBluePicks(session.store);
-    change.commit();
+    changeSettings(session.store, [](ConditionSet& set) {
+      clearReds(set);
+      clearBlues(set);
+    });
     return kExitDone;
   }
 };

@@ -13,7 +13,7 @@
 namespace lotmere {
 namespace {
 
-// Sets the members of one of the person's own sets, in one change with what follows from it.
+// Sets the members of one of the user's own sets, in one change with what follows from it.
 class MembersCommand : public Command {
  public:
   using Command::Command;
@@ -28,7 +28,10 @@ class MembersCommand : public Command {
       members = std::move(*numbers);
     }
     StoreChange change(session.store);
-    if (!storeMembers(session, members)) return kExitRefused;
+    bool known = false;
+    changeSettings(session.store, [&](ConditionSet& set) { known = setMembers(set, session.desk, members); });
+    if (!known) return kExitRefused;
+    recountDivided(session.store, session.desk);
     change.commit();
     return kExitDone;
   }
@@ -39,7 +42,7 @@ class MembersCommand : public Command {
   }
   [[nodiscard]] virtual int largest() const { return kRedCount; }
   // False, told, when there is no such set.
-  virtual bool storeMembers(Session& session, std::span<const int> members) = 0;
+  virtual bool setMembers(ConditionSet& set, Desk& desk, std::span<const int> members) = 0;
 
  private:
   std::string numbers_;
@@ -71,10 +74,9 @@ class IntervalCommand final : public NumberedSetCommand {
   IntervalCommand() : NumberedSetCommand("interval", "设置区间1到区间4的号码", 4) {}
 
  protected:
-  bool storeMembers(Session& session, std::span<const int> members) override {
-    setColumn(session.store, AttributeTable::first, fmt::format("区间{}", index()), members);
-    recountDivided(session.store, session.desk);
-    return true;
+  bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
+    return set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(index())).name,
+                         membersOf(members));
   }
 };
 
@@ -83,8 +85,8 @@ class GroupCommand final : public NumberedSetCommand {
   GroupCommand() : NumberedSetCommand("group", "设置自定义组1到10的号码", 10) {}
 
  protected:
-  bool storeMembers(Session& session, std::span<const int> members) override {
-    setGroup(session.store, index(), members);
+  bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
+    setGroup(set, index(), members);
     return true;
   }
 };
@@ -96,8 +98,8 @@ class PositionCommand final : public NumberedSetCommand {
 
  protected:
   [[nodiscard]] int largest() const override { return index() == kPlaceCount ? kBlueCount : kRedCount; }
-  bool storeMembers(Session& session, std::span<const int> members) override {
-    setPlace(session.store, index(), members);
+  bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
+    setPlace(set, index(), members);
     return true;
   }
 };
@@ -112,9 +114,9 @@ class DivisionCommand final : public MembersCommand {
   }
 
  protected:
-  bool storeMembers(Session& session, std::span<const int> members) override {
-    if (setCustomInterval(session.store, name_, members)) return true;
-    refuse(session.desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quoteTyped(name_)));
+  bool setMembers(ConditionSet& set, Desk& desk, std::span<const int> members) override {
+    if (setCustomInterval(set, name_, members)) return true;
+    refuse(desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quoteTyped(name_)));
     return false;
   }
 

@@ -1,11 +1,11 @@
 // Everything that a user has set, as one value: picks, allowed cells, switches, groups, places, divisions,
-// intervals and the match with past draws. Loaded from the store once, compared, copied, handed to another
-// thread, and saved back by key. What judges a ticket is made from it without the store.
+// intervals and the match with past draws. Loaded from the store once, compared, copied, changed, handed to
+// another thread, and saved back by key (conditions/condition_store.hpp). What judges a ticket is made from it
+// without the store.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -14,13 +14,14 @@
 #include "catalogue/attributes.hpp"
 #include "catalogue/catalogue.hpp"
 #include "catalogue/families.hpp"
-#include "conditions/condition_store.hpp"
-#include "conditions/own_sets.hpp"
 #include "game/game.hpp"
 #include "game/metrics.hpp"
-#include "store/store.hpp"
 
 namespace lotmere {
+
+// The cells of one condition. A range that starts at a multiple of ten has the cell of value k at index k; the
+// selection rows 1 to 33 and 101 to 116 land on the index of their number.
+using ValueArray = std::array<int, 200>;
 
 // Whole numbers by ascending key. A key that isn't there reads as 0 and can't be set.
 class KeyedValues {
@@ -48,6 +49,19 @@ using Members = std::uint64_t;
 [[nodiscard]] RedTable tableOf(Members members);
 [[nodiscard]] Members membersOf(std::span<const int> numbers);
 
+// 历史数据过滤: a ticket that shares `match` (1 to 6) or more reds with a draw of the periods first to last
+// goes.
+struct HistoryMatch {
+  bool used = false;
+  PeriodNo first = 0;
+  PeriodNo last = 0;
+  int match = 0;
+  // The range was chosen by hand and stays; else the page moves it on to the latest draws.
+  bool chosen = false;
+
+  friend bool operator==(const HistoryMatch&, const HistoryMatch&) = default;
+};
+
 struct ConditionSet {
   // `过滤条件` by `ID`: the selection (1 to 33, 101 to 116), the cells of the conditions, shrink type and
   // tolerance. A cell allows its value from 1 on.
@@ -62,22 +76,21 @@ struct ConditionSet {
 
   friend bool operator==(const ConditionSet&, const ConditionSet&) = default;
 
+  // A pass runs only when its switch is exactly 1; panels and the summary show one above 0 as on.
   [[nodiscard]] bool isUsed(UsageId usage) const { return switches.value(usage) == 1; }
   [[nodiscard]] bool isTicked(UsageId usage) const { return switches.value(usage) > 0; }
   // The members of a column, none where the table has no such column.
   [[nodiscard]] Members column(AttributeTable table, std::string_view name) const;
-  // False, with nothing set, where the table has no such column.
-  bool setColumn(AttributeTable table, std::string_view name, Members members);
-  // The rows of a range in their order, from index first modulo 10 on, as loadConditionRange gives them.
+  // The rows of a range in their order, from index first modulo 10 on; cells beyond the range are 0.
   [[nodiscard]] ValueArray cellRange(ConditionId first, ConditionId last) const;
+
+  // Switch and cell become 1 or 0. False, with nothing set, where there is no such switch, cell or column.
+  bool use(UsageId usage, bool on) { return switches.set(usage, on ? 1 : 0); }
+  bool allow(ConditionId cell, bool allowed) { return cells.set(cell, allowed ? 1 : 0); }
+  bool setColumn(AttributeTable table, std::string_view name, Members members);
+  // One number (1 to 33) of a column.
+  bool setMember(AttributeTable table, std::string_view name, int number, bool member);
 };
-
-// Reads everything in one go. Throws SQLite::Exception when the store refuses.
-[[nodiscard]] ConditionSet loadConditionSet(Store& store);
-
-// Writes what `after` holds otherwise than `before`, row by row by key, in one change. Rows that the store
-// lacks are passed over. Throws SQLite::Exception with nothing written when the store refuses.
-void saveConditionSet(Store& store, const ConditionSet& before, const ConditionSet& after);
 
 // The groups of a family, the first `groups` of its columns.
 [[nodiscard]] GroupTable groupTable(const ConditionSet& set, const Family& family, int groups);

@@ -2,98 +2,154 @@
 
 #include <fmt/format.h>
 
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/catalogue.hpp"
 #include "store/schema.hpp"
 
 namespace lotmere {
-
-ValueArray loadConditionRange(Store& store, ConditionId first, ConditionId last) {
-  Query rows = store.query(R"(SELECT "Value" FROM "过滤条件" WHERE "ID">=? AND "ID"<=? ORDER BY "ID" ASC)");
-  rows.bind(first, last);
-  ValueArray cells{};
-  for (std::size_t index = first % 10; index < cells.size() && rows.next(); ++index)
-    cells[index] = rows.number(0);
-  return cells;
-}
-
-int conditionValue(Store& store, ConditionId id) {
-  return static_cast<int>(store.value(R"(SELECT "Value" FROM "过滤条件" WHERE "ID"=?)", id));
-}
-
 namespace {
 
-std::int64_t usageValue(Store& store, UsageId usage) {
-  return store.value(R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件"=?)", usage);
+constexpr AttributeTable kTables[] = {AttributeTable::first, AttributeTable::second, AttributeTable::third};
+constexpr std::string_view kFactory = "默认";
+
+// The tables that have a factory twin are read from it with its prefix.
+
+KeyedValues loadValues(Store& store, std::string_view prefix, std::string_view table, std::string_view key,
+                       std::string_view value) {
+  KeyedValues values;
+  Query rows = store.query(fmt::format(R"(SELECT "{1}","{2}" FROM "{0}" ORDER BY "{1}" ASC)",
+                                       std::string(prefix) + std::string(table), key, value));
+  while (rows.next()) values.append(rows.number(0), rows.number(1));
+  return values;
+}
+
+KeyedValues loadCells(Store& store, std::string_view prefix) {
+  return loadValues(store, prefix, "过滤条件", "ID", "Value");
+}
+
+KeyedValues loadSwitches(Store& store, std::string_view prefix) {
+  return loadValues(store, prefix, "过滤条件使用情况", "条件", "使用情况");
+}
+
+std::vector<Members> loadColumns(Store& store, std::string_view prefix, AttributeTable table) {
+  const std::vector<std::string> names = attributeColumns(table);
+  std::vector<Members> columns(names.size());
+  Query rows = store.query(
+      fmt::format(R"(SELECT "号码",{} FROM "{}{}")", columnList(names), prefix, tableName(table)));
+  while (rows.next()) {
+    const int number = rows.number(0);
+    if (number < 1 || number > kRedCount) continue;
+    for (std::size_t place = 0; place < names.size(); ++place)
+      if (rows.number(1 + static_cast<int>(place)) != 0) columns[place] |= Members{1} << number;
+  }
+  return columns;
+}
+
+void loadIntervals(Store& store, std::string_view prefix, ConditionSet& set) {
+  Query rows = store.query(fmt::format(R"(SELECT "号码","区间" FROM "{}区间定义")", prefix));
+  while (rows.next()) {
+    const int number = rows.number(0);
+    if (number >= 1 && number <= kRedCount) set.interval[number] = static_cast<std::int8_t>(rows.number(1));
+  }
+}
+
+HistoryMatch loadHistoryMatch(Store& store) {
+  Query row =
+      store.query(R"(SELECT "使用状态","最小值","最大值","匹配值","自选范围" FROM "历史数据过滤" LIMIT 1)");
+  if (!row.next()) return {};
+  return {row.number(0) == 1, row.number(1), row.number(2), row.number(3), row.number(4) == 1};
+}
+
+// The values of the rows that both have.
+void putOver(KeyedValues& values, const KeyedValues& wanted) {
+  for (const auto& [key, value] : wanted.rows()) values.set(key, value);
+}
+
+// The rows of `after` that `before` holds otherwise.
+void saveValues(Store& store, const char* sql, const KeyedValues& before, const KeyedValues& after) {
+  for (const auto& [key, value] : after.rows())
+    if (before.value(key) != value) store.query(sql).bind(value, key).run();
+}
+
+void saveColumns(Store& store, AttributeTable table, const std::vector<Members>& before,
+                 const std::vector<Members>& after) {
+  if (before == after) return;
+  const std::vector<std::string> names = attributeColumns(table);
+  for (std::size_t place = 0; place < after.size(); ++place) {
+    const Members changed = before[place] ^ after[place];
+    for (int number = 1; changed != 0 && number <= kRedCount; ++number)
+      if (holds(changed, number))
+        store
+            .query(fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(tableName(table)),
+                               sqlName(names[place])))
+            .bind(holds(after[place], number) ? 1 : 0, number)
+            .run();
+  }
+}
+
+void saveHistoryMatch(Store& store, const HistoryMatch& match) {
+  store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=?,"最小值"=?,"最大值"=?,"匹配值"=?,"自选范围"=?)")
+      .bind(match.used ? 1 : 0, match.first, match.last, match.match, match.chosen ? 1 : 0)
+      .run();
 }
 
 }  // namespace
 
-bool isUsed(Store& store, UsageId usage) { return usageValue(store, usage) == 1; }
-bool isTicked(Store& store, UsageId usage) { return usageValue(store, usage) > 0; }
-
-bool setCell(Store& store, ConditionId id, bool allowed) {
-  return setConditionValue(store, id, allowed ? 1 : 0);
+ConditionSet loadConditionSet(Store& store) {
+  ConditionSet set;
+  set.cells = loadCells(store, "");
+  set.switches = loadSwitches(store, "");
+  for (const AttributeTable table : kTables)
+    set.columns[static_cast<std::size_t>(table)] = loadColumns(store, "", table);
+  loadIntervals(store, "", set);
+  set.match = loadHistoryMatch(store);
+  return set;
 }
 
-bool setConditionValue(Store& store, ConditionId id, int value) {
-  return store.query(R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)").bind(value, id).run() > 0;
-}
-
-bool setUsage(Store& store, UsageId usage, bool on) {
-  return store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)")
-             .bind(on ? 1 : 0, usage)
-             .run() > 0;
-}
-
-void clearRedPicks(Store& store) { store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID"<40)").run(); }
-
-void clearBluePicks(Store& store) {
-  store.query(R"(UPDATE "过滤条件" SET "Value"=0 WHERE "ID">100 AND "ID"<200)").run();
-}
-
-RedTable readAttributeColumn(Store& store, AttributeTable table, std::string_view column) {
-  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"号码\" ASC", sqlName(column),
-                                       sqlName(tableName(table))));
-  RedTable members{};
-  while (rows.next()) {
-    const int number = rows.number(0);
-    if (number >= 1 && number <= kRedCount) members[number] = rows.number(1) != 0;
+ConditionSet loadFactorySet(Store& store) {
+  ConditionSet set = loadConditionSet(store);
+  putOver(set.cells, loadCells(store, kFactory));
+  putOver(set.switches, loadSwitches(store, kFactory));
+  set.columns[0] = loadColumns(store, kFactory, AttributeTable::first);
+  loadIntervals(store, kFactory, set);
+  for (const CustomInterval& interval : factoryCustomIntervals()) {
+    Members members = 0;
+    for (int n = 1; n <= kRedCount; ++n)
+      if (divisionHolds(interval.division, interval.index, n)) members |= Members{1} << n;
+    set.setColumn(AttributeTable::third, interval.name, members);
   }
-  return members;
+  for (int n = 1; n <= kRedCount; ++n) set.cells.set(n, 0);
+  for (int n = 1; n <= kBlueCount; ++n) set.cells.set(kBlueCodeBase + n, 0);
+  set.match = {false, kDefaultPeriod, kDefaultPeriod, kRedsPerTicket, false};
+  return set;
 }
 
-void writeAttribute(Store& store, AttributeTable table, std::string_view column, int number, bool member) {
-  store.query(fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(tableName(table)), sqlName(column)))
-      .bind(member ? 1 : 0, number)
-      .run();
-}
-
-void toggleAttribute(Store& store, std::string_view column, int number) {
-  const bool member = readAttributeColumn(store, AttributeTable::first, column)[number] != 0;
-  writeAttribute(store, AttributeTable::first, column, number, !member);
-}
-
-void setColumn(Store& store, AttributeTable table, std::string_view column, std::span<const int> numbers) {
+void saveConditionSet(Store& store, const ConditionSet& before, const ConditionSet& after) {
+  if (before == after) return;
   StoreChange change(store);
-  store.query(fmt::format("UPDATE {} SET {}=0", sqlName(tableName(table)), sqlName(column))).run();
-  for (const int number : numbers) writeAttribute(store, table, column, number, true);
+  saveValues(store, R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)", before.cells, after.cells);
+  saveValues(store, R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)", before.switches,
+             after.switches);
+  for (const AttributeTable table : kTables) {
+    const auto place = static_cast<std::size_t>(table);
+    saveColumns(store, table, before.columns[place], after.columns[place]);
+  }
+  for (int n = 1; n <= kRedCount; ++n)
+    if (before.interval[n] != after.interval[n])
+      store.query(R"(UPDATE "区间定义" SET "区间"=? WHERE "号码"=?)").bind(after.interval[n], n).run();
+  if (before.match != after.match) saveHistoryMatch(store, after.match);
   change.commit();
 }
 
-GroupTable loadGroupTable(Store& store, const Family& family, int groups) {
-  std::vector<std::string> columns;
-  columns.reserve(static_cast<std::size_t>(groups));
-  for (int g = 0; g < groups; ++g)
-    columns.push_back(std::string(family.column) + std::to_string(family.first_suffix + g));
-  Query rows = store.query(fmt::format("SELECT \"号码\",{} FROM {} ORDER BY \"INDEX\" ASC",
-                                       columnList(columns), sqlName(tableName(family.table))));
-  GroupTable table;
-  while (rows.next()) {
-    const int number = rows.number(0);
-    if (number < 1 || number > kRedCount) continue;
-    for (int g = 0; g < groups; ++g)
-      if (rows.number(1 + g) != 0) table.word[number] |= GroupCounts{1} << (g * kGroupBits);
-  }
-  return table;
+ConditionSet changeSettings(Store& store, const std::function<void(ConditionSet&)>& edit) {
+  const ConditionSet before = loadConditionSet(store);
+  ConditionSet after = before;
+  edit(after);
+  saveConditionSet(store, before, after);
+  return after;
 }
 
 }  // namespace lotmere

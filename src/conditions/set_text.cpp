@@ -8,6 +8,7 @@
 
 #include "base/number_list.hpp"
 #include "base/text.hpp"
+#include "conditions/own_sets.hpp"
 #include "conditions/values.hpp"
 
 namespace lotmere {

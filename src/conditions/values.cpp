@@ -6,7 +6,6 @@
 
 #include "base/number_list.hpp"
 #include "base/text.hpp"
-#include "conditions/condition_store.hpp"
 #include "game/game.hpp"
 
 namespace lotmere {
@@ -29,19 +28,19 @@ std::string bareText(const Condition& condition, int k) {
       .substr(condition.kind == CellKind::run_shape ? condition.item_text.size() : 0);
 }
 
-std::string tickedTexts(Store& store, const Condition& condition) {
-  const ValueArray cells = loadConditionRange(store, condition.first, condition.last);
+std::string tickedTexts(const ConditionSet& set, const Condition& condition) {
+  const ValueArray cells = set.cellRange(condition.first, condition.last);
   std::string text;
   for (int k = 0; k < cellCount(condition); ++k)
     if (cells[k] > 0) text += (text.empty() ? "" : ";") + bareText(condition, k);
   return text;
 }
 
-std::string allowedAtPlace(Store& store, const Condition& condition) {
-  const RedTable members = readAttributeColumn(store, AttributeTable::first, placeColumn(condition.turn));
+std::string allowedAtPlace(const ConditionSet& set, const Condition& condition) {
+  const Members members = set.column(AttributeTable::first, placeColumn(condition.turn));
   std::string text;
   for (int n = 1; n <= condition.last_item; ++n)
-    if (members[n]) text += (text.empty() ? "" : ",") + formatBall(n);
+    if (holds(members, n)) text += (text.empty() ? "" : ",") + formatBall(n);
   return text;
 }
 
@@ -70,16 +69,13 @@ std::string refusal(const Condition& condition) {
 
 }  // namespace
 
-std::string tickedValues(Store& store, ConditionId first, ConditionId last) {
-  Query rows =
-      store.query(R"(SELECT "ID","Value" FROM "过滤条件" WHERE "ID">=? AND "ID"<=? ORDER BY "ID" ASC)");
-  rows.bind(first, last);
+std::string tickedValues(const ConditionSet& set, ConditionId first, ConditionId last) {
   std::string text;
   int start = -1;
   int offset = 0;
-  while (rows.next()) {
-    offset = rows.number(0) - first;
-    const bool ticked = rows.number(1) > 0;
+  for (const auto& [id, value] : set.cells.range(first, last)) {
+    offset = id - first;
+    const bool ticked = value > 0;
     if (ticked && start < 0) start = offset;
     if (!ticked && start >= 0) {
       appendRun(text, start, offset - 1);
@@ -90,11 +86,11 @@ std::string tickedValues(Store& store, ConditionId first, ConditionId last) {
   return toFullWidth(text);
 }
 
-std::string currentValue(Store& store, const Condition& condition) {
-  if (hasTexts(condition.kind)) return tickedTexts(store, condition);
-  if (condition.kind == CellKind::position) return allowedAtPlace(store, condition);
+std::string currentValue(const ConditionSet& set, const Condition& condition) {
+  if (hasTexts(condition.kind)) return tickedTexts(set, condition);
+  if (condition.kind == CellKind::position) return allowedAtPlace(set, condition);
   if (cellCount(condition) == 0) return {};
-  return tickedValues(store, condition.first, condition.last);
+  return tickedValues(set, condition.first, condition.last);
 }
 
 std::string formatValues(const Condition& condition, std::span<const int> cells) {
@@ -109,7 +105,7 @@ std::optional<std::vector<int>> parseValues(const Condition& condition, std::str
                                   : parseNumberList(values, 0, cellCount(condition) - 1);
 }
 
-bool allowValues(Store& store, Desk& desk, const Condition& condition, std::string_view values) {
+bool allowValues(ConditionSet& set, Desk& desk, const Condition& condition, std::string_view values) {
   if (cellCount(condition) == 0) {
     desk.tell(fmt::format("“{}”没有可以设置的取值。", condition.name), Tone::warning);
     return false;
@@ -119,16 +115,12 @@ bool allowValues(Store& store, Desk& desk, const Condition& condition, std::stri
     desk.tell(refusal(condition), Tone::warning);
     return false;
   }
-  StoreChange change(store);
   // Shapes have rows behind their last text; those of 间距七 overlap the cells of the next family, so only
-  // the tested ones are written.
+  // the tested ones are set.
   const int count = cellCount(condition);
   for (int k = 0; k < count; ++k)
-    setCell(store, condition.first + k, std::find(cells->begin(), cells->end(), k) != cells->end());
-  change.commit();
+    set.allow(condition.first + k, std::ranges::find(*cells, k) != cells->end());
   return true;
 }
-
-void useCondition(Store& store, const Condition& condition, bool on) { setUsage(store, condition.usage, on); }
 
 }  // namespace lotmere

@@ -1,4 +1,4 @@
-// The allowed values of a condition as texts: what stands, and what a person types.
+// The allowed values of a condition as texts: what stands, and what a user types.
 #pragma once
 
 #include <optional>
@@ -9,17 +9,17 @@
 
 #include "base/desk.hpp"
 #include "catalogue/catalogue.hpp"
-#include "store/store.hpp"
+#include "conditions/condition_set.hpp"
 
 namespace lotmere {
 
 // The ticked cells of a range as a short text: runs "３～５", single values, joined by " 或 ", in full-width
 // digits. Empty with none.
-[[nodiscard]] std::string tickedValues(Store& store, ConditionId first, ConditionId last);
+[[nodiscard]] std::string tickedValues(const ConditionSet& set, ConditionId first, ConditionId last);
 
 // The current value of any condition: numbers as above, shapes and sum families joined by ";", the numbers
 // allowed at a place. Empty for a switch alone.
-[[nodiscard]] std::string currentValue(Store& store, const Condition& condition);
+[[nodiscard]] std::string currentValue(const ConditionSet& set, const Condition& condition);
 
 // Cells as parseValues reads them: "60-140,150", "2,2,1,1;3,3". Empty for none.
 [[nodiscard]] std::string formatValues(const Condition& condition, std::span<const int> cells);
@@ -30,10 +30,7 @@ namespace lotmere {
                                                           std::string_view values);
 
 // Allows exactly the values of a text, as parseValues reads it, and switches the others off. Tells what is
-// wrong with a text that names no value of the condition, and then writes nothing.
-bool allowValues(Store& store, Desk& desk, const Condition& condition, std::string_view values);
-
-// Switches a condition on or off.
-void useCondition(Store& store, const Condition& condition, bool on);
+// wrong with a text that names no value of the condition, and then changes nothing.
+bool allowValues(ConditionSet& set, Desk& desk, const Condition& condition, std::string_view values);
 
 }  // namespace lotmere

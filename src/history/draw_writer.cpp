@@ -11,8 +11,8 @@
 namespace lotmere {
 namespace {
 
-RedTable readMembers(Store& store, const MemberCount& count) {
-  RedTable members = readAttributeColumn(store, AttributeTable::first, count.column);
+RedTable membersCounted(const ConditionSet& set, const MemberCount& count) {
+  RedTable members = tableOf(set.column(AttributeTable::first, count.column));
   if (!count.member)
     for (int n = 1; n <= kRedCount; ++n) members[n] = members[n] == 0;
   return members;
@@ -36,6 +36,7 @@ RedTable markDrawn(std::span<const StoredDraw> draws) {
 }
 
 DrawWriter::DrawWriter(Store& store, std::span<const std::string_view> names) : store_(store) {
+  const ConditionSet set = loadConditionSet(store);
   std::string assignments;
   for (const DrawColumn& drawn : drawColumns()) {
     if (!drawn.hasRule() ||
@@ -43,9 +44,9 @@ DrawWriter::DrawWriter(Store& store, std::span<const std::string_view> names) : 
       continue;
     Column& column = columns_.emplace_back(Column{&drawn.rule});
     if (const auto* count = std::get_if<MemberCount>(&drawn.rule))
-      column.members = readMembers(store, *count);
+      column.members = membersCounted(set, *count);
     if (const auto* family = std::get_if<const Family*>(&drawn.rule))
-      column.groups = loadGroupTable(store, **family, (*family)->draw_groups);
+      column.groups = groupTable(set, **family, (*family)->draw_groups);
     assignments += fmt::format("{}{}=?", assignments.empty() ? "" : ",", sqlName(drawn.name));
   }
   sql_ = fmt::format(R"(UPDATE "历史记录" SET {} WHERE "期号"=?)", assignments);

@@ -15,16 +15,7 @@ std::string groupsOf(const std::string& text) { return text.substr(0, text.find(
 
 }  // namespace
 
-std::array<bool, kTurnCount> loadUsedTurns(Store& store) {
-  Query switches = store.query(
-      R"(SELECT "使用情况" FROM "过滤条件使用情况" WHERE "条件">=? ORDER BY "条件" ASC LIMIT 32)");
-  switches.bind(usageOfTurn(0));
-  std::array<bool, kTurnCount> used{};
-  for (bool& turn : used) turn = switches.next() && switches.number(0) > 0;
-  return used;
-}
-
-std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, PeriodNo period) {
+CombinationTexts combinationTexts(Store& store, Desk& desk, PeriodNo period) {
   computeDrawStatistics(store, desk, period, period);
   std::vector<std::string> names;
   names.reserve(kTurnCount);
@@ -32,12 +23,17 @@ std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, Peri
   Query draw = store.query(fmt::format(R"(SELECT {} FROM "历史记录" WHERE "期号"=?)", columnList(names)));
   draw.bind(period);
   const bool stored = draw.next();
-  const auto used = loadUsedTurns(store);
-  std::array<PanelItem, kTurnCount> items;
-  for (int turn = 0; turn < kTurnCount; ++turn) {
-    const std::string groups = stored ? groupsOf(draw.text(turn)) : "";
-    items[turn] = {fmt::format("{} ≠ {}", names[turn], groups), turn, used[turn]};
-  }
+  CombinationTexts texts;
+  for (int turn = 0; turn < kTurnCount; ++turn)
+    texts[turn] = fmt::format("{} ≠ {}", names[turn], stored ? groupsOf(draw.text(turn)) : "");
+  return texts;
+}
+
+std::vector<PanelItem> combinationList(const ConditionSet& set, const CombinationTexts& texts) {
+  std::vector<PanelItem> items;
+  items.reserve(texts.size());
+  for (int turn = 0; turn < kTurnCount; ++turn)
+    items.push_back({texts[turn], turn, set.isTicked(usageOfTurn(turn))});
   return items;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "base/desk.hpp"
 #include "game/game.hpp"
@@ -10,12 +11,13 @@
 
 namespace lotmere {
 
-// The items in the order of the combination turns: "尾数形式 ≠ [0,1,2,4,5,6]", selected when the turn is in
-// use (its switch is above 0). Computes the draw's statistics first, so that its texts follow the groups as
-// they are now. A period that isn't stored leaves the groups out.
-[[nodiscard]] std::array<PanelItem, kTurnCount> combinationList(Store& store, Desk& desk, PeriodNo period);
+using CombinationTexts = std::array<std::string, kTurnCount>;
+// The texts of a draw in the order of the combination turns: "尾数形式 ≠ [0,1,2,4,5,6]". Computes the draw's
+// statistics first, so that they follow the groups as they are now. A period that isn't stored leaves the
+// groups out.
+[[nodiscard]] CombinationTexts combinationTexts(Store& store, Desk& desk, PeriodNo period);
 
-// Which of the turns are in use.
-[[nodiscard]] std::array<bool, kTurnCount> loadUsedTurns(Store& store);
+// The items of the list, selected where the turn is in use (its switch is above 0).
+[[nodiscard]] std::vector<PanelItem> combinationList(const ConditionSet& set, const CombinationTexts& texts);
 
 }  // namespace lotmere

@@ -1,17 +1,16 @@
-// The pages of what a person makes: the custom groups, the numbers allowed at the places, the match with past
+// The pages of what a user makes: the custom groups, the numbers allowed at the places, the match with past
 // draws, and how the reds are divided into intervals.
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "base/desk.hpp"
 #include "conditions/own_sets.hpp"
 #include "game/metrics.hpp"
 #include "panels/panel.hpp"
-#include "store/store.hpp"
 
 namespace lotmere {
 
@@ -19,16 +18,15 @@ struct GroupPage {
   RedTable members{};    // 1 for each number whose button is green
   ConditionPanel panel;  // the allowed counts; the box is enabled when the group has members
 };
-// Fills the page of a group (1 to 10). A group without members has no list, and its box is clear; that
-// writes nothing.
-[[nodiscard]] GroupPage groupPage(Store& store, int group);
+// The page of a group (1 to 10). A group without members has no list, and its box is clear; its switch stays.
+[[nodiscard]] GroupPage groupPage(const ConditionSet& set, int group);
 
 // A click on a number button: the number joins the group or leaves it. With the last one gone no count is
 // allowed any longer, and the group is switched off.
-void clickGroupNumber(Store& store, int group, int number);
+void clickGroupNumber(ConditionSet& set, int group, int number);
 
-// Empties every group in one change; one group alone is emptied by `setGroup`.
-void emptyGroups(Store& store);
+// Empties every group; one group alone is emptied by `setGroup`.
+void emptyGroups(ConditionSet& set);
 
 // The seven places. A place without a number is disabled unless it is in use all the same, so that it can be
 // switched off. The options of the tolerance, 0 to 7, have full-width digits.
@@ -36,7 +34,7 @@ struct PlacePage {
   std::array<ConditionPanel, kPlaceCount> places;
   std::vector<PanelItem> tolerances;
 };
-[[nodiscard]] PlacePage loadPlacePage(Store& store);
+[[nodiscard]] PlacePage placePage(const ConditionSet& set);
 
 // 历史数据过滤. The page reads as a sentence: lead, first period, dash, last period, middle, match value,
 // end.
@@ -57,26 +55,29 @@ struct MatchTexts {
   std::string_view button = "最近50期";
 };
 inline constexpr MatchTexts kMatchTexts;
-// Called when the page is really shown: a range that wasn't chosen by hand moves on to the last fifty draws,
-// which is stored. With an empty history it stays as it is.
-[[nodiscard]] MatchPage loadMatchPage(Store& store);
+// `latest` here and below: the periods of the last fifty draws (kMatchPeriods), newest first.
+[[nodiscard]] MatchPage matchPage(const ConditionSet& set, std::vector<PeriodNo> latest);
+// A range that wasn't chosen by hand moves on to the latest draws; for when the page is really shown. With an
+// empty history it stays as it is.
+void followDraws(ConditionSet& set, std::span<const PeriodNo> latest);
 // An end of the range chosen by hand; from then on the range stays. `end` is HistoryMatch::first or last.
-void chooseMatchEnd(Store& store, PeriodNo HistoryMatch::*end, PeriodNo period);
-// The latest draws again, and those to come. The page is loaded anew behind it.
-void followLatestDraws(Store& store);
-// Switches the match on or off away from its page, in one change. A range that wasn't chosen by hand moves on
-// when it is switched on, as when the page is shown.
-void switchHistoryMatch(Store& store, bool on);
+void chooseMatchEnd(ConditionSet& set, PeriodNo HistoryMatch::*end, PeriodNo period);
+// Switches the match on or off away from its page. A range that wasn't chosen by hand moves on when it is
+// switched on, as when the page is shown.
+void switchHistoryMatch(ConditionSet& set, bool on, std::span<const PeriodNo> latest);
 
-// The draws keep the number counts of the four intervals, so a change of them marks the counts as due
-// (core/interval_mark.hpp). A number button there is `toggleAttribute`.
+// A click on a number button of one of the four intervals (1 to 4): the number joins it or leaves it. The
+// draws keep the number counts of these intervals, so a change of them, once it is saved, marks the counts as
+// due (store/interval_mark.hpp).
+void clickIntervalNumber(ConditionSet& set, int interval, int number);
 
 // What each of the four intervals holds: " 区间1：　０１  ０２  ", or a hint how numbers get there.
-[[nodiscard]] std::array<std::string, kIntervalCount> intervalPreviews(Store& store);
+[[nodiscard]] std::array<std::string, kIntervalCount> intervalPreviews(const ConditionSet& set);
 
-// Takes all numbers out of the four intervals and switches their conditions off, then tells that they are to
-// be set anew.
-void clearIntervals(Store& store, Desk& desk);
+// Takes all numbers out of the four intervals and switches their conditions off; what the user is told then.
+void clearIntervals(ConditionSet& set);
+inline constexpr std::string_view kIntervalsCleared =
+    "请注意，重新划分区间后需要重新设置“区间过滤”的过滤条件。";
 
 inline constexpr int kSmallestDivision = 6;
 inline constexpr int kLargestDivision = 12;
@@ -89,6 +90,6 @@ struct DivisionPanel {
   std::string numbers;   // its members, or a hint
 };
 // The intervals of a division, 6 to 12. Those of the other divisions stay as they are, in use or not.
-[[nodiscard]] std::vector<DivisionPanel> divisionPanels(Store& store, int division);
+[[nodiscard]] std::vector<DivisionPanel> divisionPanels(const ConditionSet& set, int division);
 
 }  // namespace lotmere

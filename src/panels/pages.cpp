@@ -1,7 +1,6 @@
 #include "panels/pages.hpp"
 
 #include "base/text.hpp"
-#include "conditions/condition_store.hpp"
 #include "panels/sheet.hpp"
 
 namespace lotmere {
@@ -51,33 +50,33 @@ std::span<const ConditionPage> conditionPages() {
 
 const ConditionPage& conditionPage(int tab) { return conditionPages()[static_cast<std::size_t>(tab - 1)]; }
 
-ConditionPanel valuePage(Store& store, int tab) {
+ConditionPanel valuePage(const ConditionSet& set, int tab) {
   const Condition& condition = *conditionPage(tab).conditions.front();
-  ConditionPanel panel = pagePanel(store, condition);
+  ConditionPanel panel = pagePanel(set, condition);
   if (!condition.page_name.empty()) panel.caption = useCaption(condition.page_name);
   if (isOnSheet(condition)) panel.items.clear();
   return panel;
 }
 
-std::array<ConditionPanel, 2> countPanels(Store& store, int tab) {
+std::array<ConditionPanel, 2> countPanels(const ConditionSet& set, int tab) {
   std::array<ConditionPanel, 2> lists;
   for (int i = 0; i < 2; ++i) {
     Condition condition = *conditionPage(tab).conditions[i];
     condition.item_text = condition.name + "=";  // the sheet shows 高尾码个数 by a shorter text
-    lists[i] = pagePanel(store, condition);
+    lists[i] = pagePanel(set, condition);
   }
   return lists;
 }
 
-ShapePage shapePage(Store& store, UsageId usage) {
+ShapePage shapePage(const ConditionSet& set, UsageId usage) {
   const Condition& condition = conditionOfUsage(usage);
-  return {pagePanel(store, condition), std::string(condition.page) + std::string(kLineBreak)};
+  return {pagePanel(set, condition), std::string(condition.page) + std::string(kLineBreak)};
 }
 
-ShrinkPage shrinkPage(Store& store) {
+ShrinkPage shrinkPage(const ConditionSet& set) {
   ShrinkPage page;
-  page.types = storedOption(store, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrinkCaption);
-  page.smart = loadPanel(store, conditionOfUsage(kSmartOptimisation),
+  page.types = chosenOption(set, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrinkCaption);
+  page.smart = makePanel(set, conditionOfUsage(kSmartOptimisation),
                          "缩水前进行智能优化—自动分析每注号码,提高缩水后大奖命中率");
   page.hint = "提示，这里的保Ｎ型是对整注号码（包含蓝球号码）进行缩水的。";
   return page;

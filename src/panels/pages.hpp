@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "panels/panel.hpp"
-#include "store/store.hpp"
 
 namespace lotmere {
 
@@ -38,23 +37,23 @@ struct ConditionPage {
 [[nodiscard]] const ConditionPage& conditionPage(int tab);
 
 // The box of a value page. 跨度, which the sheet doesn't have, has its list here.
-[[nodiscard]] ConditionPanel valuePage(Store& store, int tab);
+[[nodiscard]] ConditionPanel valuePage(const ConditionSet& set, int tab);
 
 // The two lists of a count page (tabs 11 to 13). Its boxes are its own: those of the sheet stay as they are.
-[[nodiscard]] std::array<ConditionPanel, 2> countPanels(Store& store, int tab);
+[[nodiscard]] std::array<ConditionPanel, 2> countPanels(const ConditionSet& set, int tab);
 
 // The shape page of a condition (37 to 61), and the text beside the list.
 struct ShapePage {
   ConditionPanel panel;
   std::string tip;
 };
-[[nodiscard]] ShapePage shapePage(Store& store, UsageId usage);
+[[nodiscard]] ShapePage shapePage(const ConditionSet& set, UsageId usage);
 
 struct ShrinkPage {
   std::vector<PanelItem> types;
   ConditionPanel smart;
   std::string_view hint;
 };
-[[nodiscard]] ShrinkPage shrinkPage(Store& store);
+[[nodiscard]] ShrinkPage shrinkPage(const ConditionSet& set);
 
 }  // namespace lotmere

@@ -1,9 +1,9 @@
 // A condition as every panel shows it: a box that switches it and a list of what may be ticked. What shows
 // them and what a click on them stores.
 //
-// The panels hold nothing of their own. They are filled from the store when they are shown and after a click;
-// while the window fills a list it doesn't pass its changes on. Every click is one change and takes effect at
-// once; one on a box is `setUsage`, one on an option `setConditionValue`.
+// The panels hold nothing of their own. They are filled from the settings when they are shown and after a
+// click; while the window fills a list it doesn't pass its changes on. A click on a box is
+// `ConditionSet::use`, one on an option sets its cell.
 #pragma once
 
 #include <string>
@@ -11,8 +11,7 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
-#include "game/metrics.hpp"
-#include "store/store.hpp"
+#include "conditions/condition_set.hpp"
 
 namespace lotmere {
 
@@ -35,28 +34,28 @@ struct ConditionPanel {
 
 // The list of a condition: cells that can be ticked, numbers allowed at a place; empty for a switch alone and
 // a combination turn. An item is selected when its cell is above 0.
-[[nodiscard]] std::vector<PanelItem> panelItems(Store& store, const Condition& condition);
+[[nodiscard]] std::vector<PanelItem> panelItems(const ConditionSet& set, const Condition& condition);
 
 // The list with its box, ticked when the switch is above 0.
-[[nodiscard]] ConditionPanel loadPanel(Store& store, const Condition& condition, std::string caption);
+[[nodiscard]] ConditionPanel makePanel(const ConditionSet& set, const Condition& condition,
+                                       std::string caption);
 
 // What the box of a condition page says: "使用“奇数和值”过滤".
 [[nodiscard]] std::string useCaption(std::string_view name);
 
 // A panel with that caption.
-[[nodiscard]] ConditionPanel pagePanel(Store& store, const Condition& condition);
+[[nodiscard]] ConditionPanel pagePanel(const ConditionSet& set, const Condition& condition);
 
-// Options first to last of which one is stored in a row.
-[[nodiscard]] std::vector<PanelItem> storedOption(Store& store, ConditionId cell, int first, int last,
-                                                  std::string (*caption)(int));
+// Options first to last, of which the value of a cell selects one.
+[[nodiscard]] std::vector<PanelItem> chosenOption(const ConditionSet& set, ConditionId cell, int first,
+                                                  int last, std::string (*caption)(int));
 
 // The numbers of a set, each as two full-width digits with two blanks behind: "０５  １２  ".
-[[nodiscard]] std::string spacedNumbers(const RedTable& members);
+[[nodiscard]] std::string spacedNumbers(Members members);
 
-// A list item was ticked or unticked: writes its cell, the field of a number at a place, or the switch of a
-// combination turn. Nothing else changes: a condition stays in use with its last item unticked. A missing row
-// is passed over.
-void clickItem(Store& store, const Condition& condition, int k, bool selected);
+// A list item was ticked or unticked: sets its cell, the field of a number at a place, or the switch of a
+// combination turn. Nothing else changes: a condition stays in use with its last item unticked.
+void clickItem(ConditionSet& set, const Condition& condition, int k, bool selected);
 
 struct BoxState {
   bool ticked;
@@ -67,6 +66,6 @@ struct BoxState {
 // The same for the lists that lead their box (the shape page, the group page, the seven places): any selected
 // item switches the condition on, none switches it off. Gives the box as it is to be shown then; that of a
 // group or a place is disabled when no item is left.
-BoxState clickLeadingItem(Store& store, const Condition& condition, int k, bool selected);
+BoxState clickLeadingItem(ConditionSet& set, const Condition& condition, int k, bool selected);
 
 }  // namespace lotmere

@@ -5,10 +5,8 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "panels/panel.hpp"
-#include "store/store.hpp"
 
 namespace lotmere {
 
@@ -25,22 +23,24 @@ inline constexpr int kHeatCount = 2;
 [[nodiscard]] const Condition& heatCondition(int i);
 
 // The list of a slot and its box, which is ticked when the switch is exactly 1, as for the passes.
-[[nodiscard]] ConditionPanel slotPanel(Store& store, int slot);
+[[nodiscard]] ConditionPanel slotPanel(const ConditionSet& set, int slot);
 
 // The line beside a slot's list ("当前取值：" and the values). Empty with nothing ticked, for the empty slot,
 // and for 连号, whose values are no numbers.
-[[nodiscard]] std::string slotTip(Store& store, int slot);
+[[nodiscard]] std::string slotTip(const ConditionSet& set, int slot);
 
 // Number counts of the four intervals, also a page of their own.
-[[nodiscard]] std::array<ConditionPanel, kIntervalCount> intervalPanels(Store& store);
+[[nodiscard]] std::array<ConditionPanel, kIntervalCount> intervalPanels(const ConditionSet& set);
 // The panels of those.
-[[nodiscard]] std::array<ConditionPanel, kRelativeCount> relativePanels(Store& store);
-[[nodiscard]] std::array<ConditionPanel, kHeatCount> heatPanels(Store& store);
+[[nodiscard]] std::array<ConditionPanel, kRelativeCount> relativePanels(const ConditionSet& set);
+[[nodiscard]] std::array<ConditionPanel, kHeatCount> heatPanels(const ConditionSet& set);
 // The 32 shape lists in the order of the combination turns; captions are the columns of the history.
-[[nodiscard]] std::array<ConditionPanel, kTurnCount> shapePanels(Store& store);
+[[nodiscard]] std::array<ConditionPanel, kTurnCount> shapePanels(const ConditionSet& set);
 
 // What stands over the list of the combination turns, which the draw statistics make (`combinationList`).
 inline constexpr std::string_view kCombinationCaption = "过滤掉与上一期相同的具体组合形式(允许错2)";
+// How many of the newest draws there are to choose from for it.
+inline constexpr int kCombinationDraws = 10;
 
 // The whole sheet but for the combination turns.
 struct ConditionSheet {
@@ -50,8 +50,7 @@ struct ConditionSheet {
   std::array<ConditionPanel, kRelativeCount> relatives;
   std::array<ConditionPanel, kHeatCount> heat;
   std::array<ConditionPanel, kTurnCount> shapes;
-  std::vector<PeriodNo> periods;  // the last ten, newest first: which draw the combination turns show
 };
-[[nodiscard]] ConditionSheet panelReload(Store& store);
+[[nodiscard]] ConditionSheet panelReload(const ConditionSet& set);
 
 }  // namespace lotmere

@@ -8,7 +8,6 @@
 
 #include "base/text.hpp"
 #include "catalogue/catalogue.hpp"
-#include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/values.hpp"
 #include "game/game.hpp"
@@ -63,16 +62,16 @@ constexpr SummaryLine kLines[] = {{" 最大间距取值范围： ", "最大间�
                                   {" 区间排异： ", "区间排异"}};
 
 // The numbers of one colour with one state in the selection.
-std::string pickedText(Store& store, ConditionId first, ConditionId last, int state) {
-  const ValueArray cells = loadConditionRange(store, first, last);
+std::string pickedText(const ConditionSet& set, ConditionId first, ConditionId last, int state) {
+  const ValueArray cells = set.cellRange(first, last);
   std::string text;
   for (int n = 1; n <= last - first + 1; ++n)
     if (cells[n] == state) text += toFullWidth(formatBall(n)) + "  ";
   return text;
 }
 
-std::string tickedText(Store& store, const Condition& condition) {
-  const ValueArray cells = loadConditionRange(store, condition.first, condition.last);
+std::string tickedText(const ConditionSet& set, const Condition& condition) {
+  const ValueArray cells = set.cellRange(condition.first, condition.last);
   const bool shapes = condition.kind == CellKind::shape;
   const int count = shapes ? cellCount(condition) : condition.last - condition.first + 1;
   std::string text;
@@ -88,15 +87,15 @@ std::string tickedText(Store& store, const Condition& condition) {
   return text;
 }
 
-std::string membersText(const RedTable& members) {
+std::string membersText(Members members) {
   std::string list;
   for (int n = 1; n <= kRedCount; ++n)
-    if (members[n]) list += (list.empty() ? "" : ",") + toFullWidth(formatBall(n));
+    if (holds(members, n)) list += (list.empty() ? "" : ",") + toFullWidth(formatBall(n));
   return list.empty() ? "（ 无 号 码 ）" : fmt::format("　号码：（{}）", list);
 }
 
-std::string countsText(Store& store, const Condition& group) {
-  const ValueArray cells = loadConditionRange(store, group.first, group.last);
+std::string countsText(const ConditionSet& set, const Condition& group) {
+  const ValueArray cells = set.cellRange(group.first, group.last);
   std::string list;
   for (int k = 0; k < cellCount(group); ++k)
     if (cells[k] > 0) list += fmt::format("{}{}个", list.empty() ? "" : ",", k);
@@ -104,8 +103,8 @@ std::string countsText(Store& store, const Condition& group) {
 }
 
 // Numbers and allowed counts of a set of the user's own.
-std::string ownSetText(Store& store, const Condition& set, AttributeTable table) {
-  return membersText(readAttributeColumn(store, table, set.name)) + " ——" + countsText(store, set);
+std::string ownSetText(const ConditionSet& set, const Condition& own, AttributeTable table) {
+  return membersText(set.column(table, own.name)) + " ——" + countsText(set, own);
 }
 
 bool hasLine(const Condition& condition) {
@@ -113,66 +112,65 @@ bool hasLine(const Condition& condition) {
   return group || std::ranges::find(kLines, condition.name, &SummaryLine::name) != std::end(kLines);
 }
 
-std::string lineContent(Store& store, const SummaryLine& line) {
+std::string lineContent(const ConditionSet& set, const SummaryLine& line) {
   const Condition& condition = conditionNamed(line.name);
-  if (!isTicked(store, condition.usage)) return std::string(kUnused);
-  return line.as_range ? tickedValues(store, condition.first, condition.last) : tickedText(store, condition);
+  if (!set.isTicked(condition.usage)) return std::string(kUnused);
+  return line.as_range ? tickedValues(set, condition.first, condition.last) : tickedText(set, condition);
 }
 
-std::string tickedFamilies(Store& store, const Condition& condition) {
+std::string tickedFamilies(const ConditionSet& set, const Condition& condition) {
   std::string text;
-  for (const PanelItem& item : panelItems(store, condition))
+  for (const PanelItem& item : panelItems(set, condition))
     if (item.selected) text += toFullWidth(item.text) + "  ";
   return text;
 }
 
 // What stands behind the label of a setting that is on and has no line of its own.
-std::string extraContent(Store& store, const Condition& condition) {
+std::string extraContent(const ConditionSet& set, const Condition& condition) {
   switch (condition.kind) {
     case CellKind::value:
-      return tickedValues(store, condition.first, condition.last);
+      return tickedValues(set, condition.first, condition.last);
     case CellKind::count:
-      return tickedValues(store, condition.first, condition.first + cellCount(condition) - 1);
+      return tickedValues(set, condition.first, condition.first + cellCount(condition) - 1);
     case CellKind::shape:
     case CellKind::run_shape:
-      return tickedText(store, condition);
+      return tickedText(set, condition);
     case CellKind::sum_family:
     case CellKind::position:
-      return tickedFamilies(store, condition);
+      return tickedFamilies(set, condition);
     default:
       return "使 用";
   }
 }
 
 // The settings that have no line of their own: label and content of each that is on.
-std::vector<std::pair<std::string, std::string>> extraLines(Store& store) {
+std::vector<std::pair<std::string, std::string>> extraLines(const ConditionSet& set) {
   std::vector<std::pair<std::string, std::string>> lines;
   bool placed = false;
   for (const Condition& condition : allConditions()) {
-    if (hasLine(condition) || !isTicked(store, condition.usage)) continue;
+    if (hasLine(condition) || !set.isTicked(condition.usage)) continue;
     const bool values = condition.kind == CellKind::value || condition.kind == CellKind::count;
     if (condition.kind == CellKind::position && !std::exchange(placed, true))
-      lines.emplace_back(" 号码定位容错值： ", toFullWidth(conditionValue(store, kToleranceCell)));
+      lines.emplace_back(" 号码定位容错值： ", toFullWidth(set.cells.value(kToleranceCell)));
     if (isCustomInterval(condition))
-      lines.emplace_back(" " + condition.name, ownSetText(store, condition, AttributeTable::third));
+      lines.emplace_back(" " + condition.name, ownSetText(set, condition, AttributeTable::third));
     else
       lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
-                         extraContent(store, condition));
+                         extraContent(set, condition));
   }
-  if (const HistoryMatch match = loadHistoryMatch(store); match.used)
-    lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), matchText(match));
+  if (set.match.used) lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), matchText(set.match));
   return lines;
 }
 
 }  // namespace
 
-std::array<std::string, 10> groupLines(Store& store) {
+std::array<std::string, 10> groupLines(const ConditionSet& set) {
   std::array<std::string, 10> items;
   for (int g = 1; g <= kGroupCount; ++g) {
     const Condition& group = conditionOfUsage(usageOfGroup(g));
     std::string& item = items[static_cast<std::size_t>(g - 1)];
-    if (isTicked(store, group.usage))
-      item = group.name + ownSetText(store, group, AttributeTable::first);
+    if (set.isTicked(group.usage))
+      item = group.name + ownSetText(set, group, AttributeTable::first);
     else
       // The tenth name is a character longer; one blank less keeps the lines even.
       item = group.name + (g == kGroupCount ? "——　未 使 用 " : " ——　未 使 用 ");
@@ -180,21 +178,21 @@ std::array<std::string, 10> groupLines(Store& store) {
   return items;
 }
 
-std::string summaryText(Store& store) {
+std::string summaryText(const ConditionSet& set) {
   std::string text(kLineBreak);
   const auto add = [&](std::string_view label, std::string_view content) {
     text += fmt::format("{}{}{}{}", label, content, kLineBreak, kLineBreak);
   };
   constexpr ConditionId first_blue = kBlueCodeBase + 1;
   constexpr ConditionId last_blue = kBlueCodeBase + kBlueCount;
-  add(" 红球“拖码”： ", pickedText(store, 1, kRedCount, int(PickState::tuo)));
-  add(" 红球“胆码”： ", pickedText(store, 1, kRedCount, int(PickState::dan)));
-  add(" 蓝球“拖码”： ", pickedText(store, first_blue, last_blue, int(PickState::tuo)));
-  add(" 蓝球“胆码”： ", pickedText(store, first_blue, last_blue, int(PickState::dan)));
-  for (const SummaryLine& line : kLines) add(line.label, lineContent(store, line));
-  for (const std::string& item : groupLines(store)) add(" ", item);
-  add(" 缩 水 类 型： ", shrinkCaption(conditionValue(store, kShrinkTypeCell)));
-  for (const auto& [label, content] : extraLines(store)) add(label, content);
+  add(" 红球“拖码”： ", pickedText(set, 1, kRedCount, int(PickState::tuo)));
+  add(" 红球“胆码”： ", pickedText(set, 1, kRedCount, int(PickState::dan)));
+  add(" 蓝球“拖码”： ", pickedText(set, first_blue, last_blue, int(PickState::tuo)));
+  add(" 蓝球“胆码”： ", pickedText(set, first_blue, last_blue, int(PickState::dan)));
+  for (const SummaryLine& line : kLines) add(line.label, lineContent(set, line));
+  for (const std::string& item : groupLines(set)) add(" ", item);
+  add(" 缩 水 类 型： ", shrinkCaption(set.cells.value(kShrinkTypeCell)));
+  for (const auto& [label, content] : extraLines(set)) add(label, content);
   return text;
 }
 

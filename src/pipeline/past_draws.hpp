@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "conditions/condition_store.hpp"
+#include "conditions/condition_set.hpp"
 #include "game/game.hpp"
 #include "game/metrics.hpp"
 #include "reduction/subsets.hpp"

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "base/text.hpp"
+#include "conditions/condition_store.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/plan.hpp"
 #include "pipeline/run_text.hpp"
@@ -46,7 +47,8 @@ void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
   const FilterPlan plan(compileRules(loadConditionSet(store)), loadDrawTable(store), tickets.period);
   RunText text(desk, plan);
   thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
-  if (!desk.course().stopRequested()) shrinkCover(store, desk, tickets, plan.rules().shrink_type);
+  if (!desk.course().stopRequested())
+    shrinkCover(store, desk, tickets, plan.rules().shrink_type, plan.rules().smart);
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {

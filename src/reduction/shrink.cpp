@@ -64,11 +64,11 @@ std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
 
 }  // namespace
 
-std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type) {
+std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type, bool smart) {
   // A value below the smallest type names none; taking it for a type would delete tickets that nobody asked
   // to delete.
   if (type < kSmallestShrink || type > kLargestShrink) type = kLargestShrink;
-  optimiseSmart(store, desk, tickets, type);
+  optimiseSmart(store, desk, tickets, type, smart);
   const std::string base = desk.runningText().text();
   const auto tell = [&](const char* what, std::int64_t count) {
     desk.runningText().setLine(base,

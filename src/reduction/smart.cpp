@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include "catalogue/catalogue.hpp"
-#include "conditions/condition_store.hpp"
 #include "store/periods.hpp"
 
 namespace lotmere {
@@ -108,9 +107,9 @@ int SmartScore::scoreBlue(Balls ticket) const {
   return agreeing_[blue][ticket >> (8 * blue) & 0xFF] + sumBytes(markZeroBytes((own ^ of_blue) | ~kRedBytes));
 }
 
-void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type) {
+void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type, bool used) {
   const std::string base = desk.runningText().text();
-  if (!isUsed(store, kSmartOptimisation) || type >= kLargestShrink) {
+  if (!used || type >= kLargestShrink) {
     desk.runningText().setLine(base, "[ 智能优化 ] <未使用这个条件>");
     return;
   }

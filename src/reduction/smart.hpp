@@ -33,8 +33,8 @@ class SmartScore {
 };
 
 // Scores the tickets of the set into `临时数据` and sets the lower 60 percent (rounded up; ties by `序号`) to
-// 0. Only with its switch on and a type below 7; otherwise it says that it isn't used. Says nothing without a
-// ticket.
-void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type);
+// 0. Only where it is `used` and the type is below 7; otherwise it says that it isn't used. Says nothing
+// without a ticket.
+void optimiseSmart(Store& store, Desk& desk, TicketSet& tickets, int type, bool used);
 
 }  // namespace lotmere

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/text.hpp"
+#include "conditions/condition_store.hpp"
 
 namespace lotmere {
 namespace {
@@ -48,8 +49,9 @@ std::int64_t writeTickets(Store& store, const NumberSelection& selection, Period
 
 InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing existing) {
   InitResult result;
-  if (period < 1 || !checkSelection(store, desk, Tell::yes)) return result;
-  const NumberSelection selection = loadSelection(store);
+  if (period < 1) return result;
+  const NumberSelection selection = selectionOf(loadConditionSet(store));
+  if (!checkSelection(selection, desk, Tell::yes)) return result;
   const auto old_rows = static_cast<std::int64_t>(countTickets(store, period));
   const auto settled = settleExisting(desk, old_rows, existing);
   if (!settled) return result;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/text.hpp"
 #include "game/game.hpp"
 
@@ -20,8 +22,9 @@ LowChanceNumbers lowChanceNumbers(Store& store) {
   return marked;
 }
 
-bool isLowChance(Store& store, int code) {
-  return store.value(R"(SELECT "概率" FROM "概率表" WHERE "号码"=?)", code) < 0;
+bool LowChanceNumbers::holds(int code) const {
+  return code > kBlueCodeBase ? std::ranges::binary_search(blues, code - kBlueCodeBase)
+                              : std::ranges::binary_search(reds, code);
 }
 
 std::string lowChanceWarning(int code, PeriodNo period) {

@@ -3,10 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "base/text.hpp"
-#include "conditions/condition_store.hpp"
-#include "tickets/low_chance.hpp"
 
 namespace lotmere {
 namespace {
@@ -31,13 +30,6 @@ std::vector<int> numbersIn(const std::array<PickState, N>& states, PickState wan
   return numbers;
 }
 
-void storeSelection(Store& store, const NumberSelection& selection) {
-  StoreChange change(store);
-  for (int n = 1; n <= kRedCount; ++n) setConditionValue(store, n, int(selection.red[n]));
-  for (int n = 1; n <= kBlueCount; ++n) setConditionValue(store, kBlueCodeBase + n, int(selection.blue[n]));
-  change.commit();
-}
-
 // What a limit says against a selection, nothing when it keeps all of them.
 std::optional<std::string> brokenLimit(const ComboCounts& counts, bool blue_added) {
   if (counts.red_dan > kMaxRedDan) return fmt::format("红球“胆码”最多只设 {} 个.", toFullWidth(kMaxRedDan));
@@ -55,26 +47,18 @@ std::string moveQuestion(int number, PadTab tab) {
                             : fmt::format("号码：{}之前已经被设为拖码，现在要把它改为胆码吗？", wide);
 }
 
-NumberSelection selectionOf(const ValueArray& reds, const ValueArray& blues) {
-  const auto state = [](int value) {
-    return value == 2 ? PickState::dan : value >= 1 ? PickState::tuo : PickState::none;
-  };
-  NumberSelection selection;
-  for (int n = 1; n <= kRedCount; ++n) selection.red[n] = state(reds[n]);
-  for (int n = 1; n <= kBlueCount; ++n) selection.blue[n] = state(blues[n]);
-  return selection;
+PickState stateOfCell(int value) {
+  if (value == static_cast<int>(PickState::dan)) return PickState::dan;
+  return value >= 1 ? PickState::tuo : PickState::none;
 }
 
 }  // namespace
 
-NumberSelection loadSelection(Store& store) {
-  return selectionOf(loadConditionRange(store, 1, kRedCount),
-                     loadConditionRange(store, kBlueCodeBase + 1, kBlueCodeBase + kBlueCount));
-}
-
 NumberSelection selectionOf(const ConditionSet& set) {
-  return selectionOf(set.cellRange(1, kRedCount),
-                     set.cellRange(kBlueCodeBase + 1, kBlueCodeBase + kBlueCount));
+  NumberSelection selection;
+  for (int n = 1; n <= kRedCount; ++n) selection.red[n] = stateOfCell(set.cells.value(n));
+  for (int n = 1; n <= kBlueCount; ++n) selection.blue[n] = stateOfCell(set.cells.value(kBlueCodeBase + n));
+  return selection;
 }
 
 std::int64_t waysToFill(int n, int k, int d) {
@@ -106,8 +90,8 @@ std::string combosText(const ComboCounts& counts) {
       toFullWidth(counts.blue_dan), toFullWidth(counts.tickets));
 }
 
-bool checkSelection(Store& store, Desk& desk, Tell tell) {
-  if (countCombos(loadSelection(store)).tickets > 0) return true;
+bool checkSelection(const NumberSelection& selection, Desk& desk, Tell tell) {
+  if (countCombos(selection).tickets > 0) return true;
   if (tell == Tell::yes) desk.tell("号码还没有选取,或者已选的号码个数太少!请先选取号码！", Tone::warning);
   return false;
 }
@@ -123,29 +107,34 @@ bool isEnabled(const NumberSelection& selection, int code) {
   return lone == selection.blue.end() || lone - selection.blue.begin() == numberOf(code);
 }
 
-bool clickNumber(Store& store, Desk& desk, int code, PadTab tab, std::optional<PeriodNo> hint_period) {
-  NumberSelection selection = loadSelection(store);
+bool clickNumber(NumberSelection& selection, Desk& desk, int code, PadTab tab, const LowChanceNumbers& marked,
+                 PeriodNo hint_period) {
   if (!isEnabled(selection, code)) return false;
-  if (hint_period && isLowChance(store, code)) desk.tell(lowChanceWarning(code, *hint_period));
-  const NumberSelection before = selection;
+  if (marked.holds(code)) desk.tell(lowChanceWarning(code, hint_period));
+  NumberSelection clicked = selection;
   const auto target = static_cast<PickState>(tab);
-  PickState& state = stateOf(selection, code);
+  PickState& state = stateOf(clicked, code);
   if (state == target) {
     state = PickState::none;
   } else {
     if (state != PickState::none && !desk.ask(moveQuestion(numberOf(code), tab))) return false;
-    if (isBlue(code) && target == PickState::dan) selection.blue.fill(PickState::none);
+    if (isBlue(code) && target == PickState::dan) clicked.blue.fill(PickState::none);
     state = target;
   }
-  if (const auto limit = brokenLimit(countCombos(selection), isBlue(code))) {
+  if (const auto limit = brokenLimit(countCombos(clicked), isBlue(code))) {
     desk.tell(*limit, Tone::warning);
     return false;
   }
-  storeSelection(store, selection);
-  return selection != before;
+  selection = clicked;
+  return true;
 }
 
-bool replaceSelection(Store& store, Desk& desk, const NumberSelection& selection) {
+void putSelection(ConditionSet& set, const NumberSelection& selection) {
+  for (int n = 1; n <= kRedCount; ++n) set.cells.set(n, static_cast<int>(selection.red[n]));
+  for (int n = 1; n <= kBlueCount; ++n) set.cells.set(kBlueCodeBase + n, static_cast<int>(selection.blue[n]));
+}
+
+bool replaceSelection(ConditionSet& set, Desk& desk, const NumberSelection& selection) {
   const ComboCounts counts = countCombos(selection);
   if (const auto limit = brokenLimit(counts, false)) {
     desk.tell(*limit, Tone::warning);
@@ -155,20 +144,16 @@ bool replaceSelection(Store& store, Desk& desk, const NumberSelection& selection
     desk.tell("蓝球设了“胆码”之后不能再选其它蓝球。", Tone::warning);
     return false;
   }
-  storeSelection(store, selection);
+  putSelection(set, selection);
   return true;
 }
 
-void clearReds(Store& store) {
-  NumberSelection selection = loadSelection(store);
-  selection.red.fill(PickState::none);
-  storeSelection(store, selection);
+void clearReds(ConditionSet& set) {
+  for (int n = 1; n <= kRedCount; ++n) set.cells.set(n, 0);
 }
 
-void clearBlues(Store& store) {
-  NumberSelection selection = loadSelection(store);
-  selection.blue.fill(PickState::none);
-  storeSelection(store, selection);
+void clearBlues(ConditionSet& set) {
+  for (int n = 1; n <= kBlueCount; ++n) set.cells.set(kBlueCodeBase + n, 0);
 }
 
 std::vector<int> pickedReds(const NumberSelection& selection, PickState state) {

@@ -3,14 +3,13 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/desk.hpp"
 #include "conditions/condition_set.hpp"
 #include "game/game.hpp"
-#include "store/store.hpp"
+#include "tickets/low_chance.hpp"
 
 namespace lotmere {
 
@@ -25,7 +24,6 @@ struct NumberSelection {
 
   friend bool operator==(const NumberSelection&, const NumberSelection&) = default;
 };
-[[nodiscard]] NumberSelection loadSelection(Store& store);
 [[nodiscard]] NumberSelection selectionOf(const ConditionSet& set);
 
 // The ways to fill k places from n numbers of which d are fixed: 0 with too few numbers, 1 when every place
@@ -45,7 +43,7 @@ struct ComboCounts {
 
 // True when at least one ticket can be made; otherwise, if asked to, tells that numbers are missing.
 enum class Tell { no, yes };
-[[nodiscard]] bool checkSelection(Store& store, Desk& desk, Tell tell);
+[[nodiscard]] bool checkSelection(const NumberSelection& selection, Desk& desk, Tell tell);
 
 // What a tab of the pad's strips turns a clicked number into, and what it says when it is chosen.
 enum class PadTab : int { tuo = 1, dan = 2 };
@@ -53,20 +51,21 @@ enum class PadTab : int { tuo = 1, dan = 2 };
 
 // A click on the pad button of a number code (1 to 33, 101 to 116): picks it, takes it off, or asks before it
 // moves between Tuo and Dan. A blue Dan stands alone: it clears the others, and they don't react while it
-// stands. What would break a limit is told and undone. Returns whether the selection changed. The change is
-// stored at once. With the period that the low-probability marks were made for, a marked number first tells
-// its warning; the click then goes on as usual.
-bool clickNumber(Store& store, Desk& desk, int code, PadTab tab,
-                 std::optional<PeriodNo> hint_period = std::nullopt);
+// stands. What would break a limit is told and undone. Returns whether the selection changed. A number among
+// those marked for `hint_period` first tells its warning; the click then goes on as usual.
+bool clickNumber(NumberSelection& selection, Desk& desk, int code, PadTab tab,
+                 const LowChanceNumbers& marked = {}, PeriodNo hint_period = 0);
 // False for a blue number that a lone blue Dan keeps locked.
 [[nodiscard]] bool isEnabled(const NumberSelection& selection, int code);
 
-// Replaces the whole selection. A selection beyond a limit is told and nothing changes.
-bool replaceSelection(Store& store, Desk& desk, const NumberSelection& selection);
+// Makes a selection the one of the settings. Whatever stood there is gone.
+void putSelection(ConditionSet& set, const NumberSelection& selection);
+// The same for one that somebody typed: one beyond a limit is told and nothing changes.
+bool replaceSelection(ConditionSet& set, Desk& desk, const NumberSelection& selection);
 
-// Takes all numbers of a colour off; a lone blue Dan no longer locks the other blues then. Stored at once.
-void clearReds(Store& store);
-void clearBlues(Store& store);
+// Takes all numbers of a colour off; a lone blue Dan no longer locks the other blues then.
+void clearReds(ConditionSet& set);
+void clearBlues(ConditionSet& set);
 
 // The numbers of a colour in a state, ascending; blue ones as 1 to 16.
 [[nodiscard]] std::vector<int> pickedReds(const NumberSelection& selection, PickState state);

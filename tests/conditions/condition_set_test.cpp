@@ -1,10 +1,9 @@
 // A user's settings as a value: what it loads, what it saves, and the way to a text and back.
-#include "conditions/condition_set.hpp"
-
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "conditions/condition_store.hpp"
 #include "conditions/set_text.hpp"
 #include "support/store_test.hpp"
 
@@ -54,14 +53,24 @@ TEST_F(ConditionSetTest, IsLoadedAsItWasSaved) {
   // Rows that both hold alike aren't touched, whatever the store holds meanwhile.
   ConditionSet third = second;
   third.cells.set(1100, 1 - third.cells.value(1100));
-  setConditionValue(store_, 1101, 7);
+  changeSettings(store_, [](ConditionSet& set) { set.cells.set(1101, 7); });
   saveConditionSet(store_, second, third);
-  EXPECT_EQ(conditionValue(store_, 1100), third.cells.value(1100));
-  EXPECT_EQ(conditionValue(store_, 1101), 7);
+  third.cells.set(1101, 7);
+  EXPECT_EQ(loadConditionSet(store_), third);
+}
+
+TEST_F(ConditionSetTest, TheDefaultsComeBackWithNothingPicked) {
+  const ConditionSet factory = loadConditionSet(store_);
+  // A picked number in the factory rows is not picked afterwards either.
+  store_.query(R"(UPDATE "默认过滤条件" SET "Value"=1 WHERE "ID" IN (1,33,101,116))").run();
+  std::mt19937 random(7 + GTEST_FLAG_GET(random_seed));
+  saveConditionSet(store_, factory, shuffled(factory, random));
+  EXPECT_EQ(loadFactorySet(store_), factory);
+  EXPECT_FALSE(factory.match.used || factory.match.chosen);
 }
 
 TEST_F(ConditionSetTest, GoesToATextAndBack) {
-  const ConditionSet factory = loadConditionSet(store_);
+  const ConditionSet& factory = test::factorySet();
   std::mt19937 random(9 + GTEST_FLAG_GET(random_seed));
   for (int trial = 0; trial < 5; ++trial) {
     const ConditionSet set = shuffled(factory, random), base = shuffled(factory, random);
@@ -73,7 +82,7 @@ TEST_F(ConditionSetTest, GoesToATextAndBack) {
 }
 
 TEST_F(ConditionSetTest, ALineThatIsWrongIsReportedAndSkipped) {
-  const ConditionSet factory = loadConditionSet(store_);
+  const ConditionSet& factory = test::factorySet();
   EXPECT_EQ(readSetText("", factory), std::nullopt);
   EXPECT_EQ(readSetText("总和值：开 60-140\n", factory), std::nullopt);
   EXPECT_EQ(readSetText("Lotmere 条件 2\n", factory), std::nullopt);

@@ -7,38 +7,34 @@
 
 #include "base/text.hpp"
 #include "catalogue/families.hpp"
-#include "conditions/condition_store.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/values.hpp"
 #include "panels/summary.hpp"
-#include "support/store_test.hpp"
+#include "support/desk_script.hpp"
+#include "support/test_store.hpp"
 
 namespace lotmere {
 namespace {
 
-using Cells = std::map<ConditionId, int>;
-
-class Conditions : public test::StoreTest {
+class Conditions : public testing::Test {
  protected:
-  Cells allCells() {
-    Cells cells;
-    Query rows = store_.query(R"(SELECT "ID","Value" FROM "过滤条件")");
-    while (rows.next()) cells[rows.number(0)] = rows.number(1);
-    return cells;
+  void setAll(int value) {
+    for (const auto& [id, old] : std::vector(set_.cells.rows())) set_.cells.set(id, value);
   }
-  void setAll(int value) { store_.query(R"(UPDATE "过滤条件" SET "Value"=?)").bind(value).run(); }
   const Condition& condition(std::string_view name) { return *findCondition(name); }
+
+  ConditionSet set_ = test::factorySet();
 };
 
 TEST_F(Conditions, EveryCellAndSwitchOfTheCatalogueHasItsRow) {
-  const Cells cells = allCells();
   std::set<UsageId> usages;
   for (const Condition& condition : allConditions()) {
     EXPECT_TRUE(usages.insert(condition.usage).second) << condition.name << " twice";
-    EXPECT_TRUE(setUsage(store_, condition.usage, true)) << condition.name;
+    EXPECT_TRUE(set_.use(condition.usage, true)) << condition.name;
     for (ConditionId id = condition.first; id != 0 && id <= condition.last; ++id)
-      EXPECT_TRUE(cells.count(id)) << condition.name << " " << id;
+      EXPECT_TRUE(set_.allow(id, true)) << condition.name << " " << id;
   }
+  EXPECT_FALSE(set_.use(464, true) || set_.allow(7630, true));
   EXPECT_EQ(condition("十二区间12").first, 7620);
   EXPECT_EQ(usages.size(), 73U + 32U + 4U + 3U + 63U);
 }
@@ -80,17 +76,17 @@ TEST_F(Conditions, AllowingValuesWritesExactlyTheirCells) {
                {"六区间1", "2-3", {7002, 7003}, 7000, 7006, "２～３ 或 ７～９"}};
   for (const auto& row : cases) {
     setAll(1);
-    Cells expected = allCells();
-    for (ConditionId id = row.first; id <= row.last; ++id) expected[id] = 0;
-    for (const ConditionId id : row.on) expected[id] = 1;
+    ConditionSet expected = set_;
+    for (ConditionId id = row.first; id <= row.last; ++id) expected.allow(id, false);
+    for (const ConditionId id : row.on) expected.allow(id, true);
     ScriptedDesk desk;
-    EXPECT_TRUE(allowValues(store_, desk, condition(row.name), row.values)) << row.name;
-    EXPECT_EQ(allCells(), expected) << row.name;
-    store_.db().exec("UPDATE 过滤条件 SET Value=2 WHERE Value=1");  // counts as 1
-    EXPECT_EQ(currentValue(store_, condition(row.name)), row.current);
+    EXPECT_TRUE(allowValues(set_, desk, condition(row.name), row.values)) << row.name;
+    EXPECT_EQ(set_, expected) << row.name;
+    for (const auto& [id, value] : expected.cells.rows()) set_.cells.set(id, 2 * value);  // 2 counts as 1
+    EXPECT_EQ(currentValue(set_, condition(row.name)), row.current);
   }
   setAll(0);
-  EXPECT_EQ(currentValue(store_, condition("总和值")), "");
+  EXPECT_EQ(currentValue(set_, condition("总和值")), "");
 }
 
 TEST_F(Conditions, ARefusedTextChangesNothing) {
@@ -98,39 +94,15 @@ TEST_F(Conditions, ARefusedTextChangesNothing) {
       {"总和值", "171"},  {"总和值", "-1"},         {"总和值", "60;70"}, {"奇数个数", "7"},
       {"连号", "2+3"},    {"连号", "0;"},           {"间距七", "6"},     {"间距四", "1,1,1,1,1,1"},
       {"间距3", "4,2;9"}, {"前2期和值相同组", "1"}, {"智能优化", "1"},   {"间距七（具体）", "1"}};
-  const Cells before = allCells();
   for (const auto& [name, values] : cases) {
     ScriptedDesk desk;
-    EXPECT_FALSE(allowValues(store_, desk, condition(name), values)) << name << " " << values;
+    EXPECT_FALSE(allowValues(set_, desk, condition(name), values)) << name << " " << values;
     ASSERT_EQ(desk.told.size(), 1U) << name << " " << values;
     if (name == std::string_view("总和值")) {
       EXPECT_EQ(desk.told[0].text, "“总和值”的取值应为 0 到 170 之间的数字，如 1,3-5。");
     }
-    EXPECT_EQ(allCells(), before) << name << " " << values;
+    EXPECT_EQ(set_, test::factorySet()) << name << " " << values;
   }
-}
-
-TEST_F(Conditions, TheDefaultsComeBackWithNothingPicked) {
-  const Cells factory = allCells();
-  // A picked number in the factory rows is not picked afterwards either.
-  store_.query(R"(UPDATE "默认过滤条件" SET "Value"=1 WHERE "ID" IN (1,33,101,116))").run();
-  const auto divisions = [&] {
-    std::vector<RedTable> columns;
-    for (const CustomInterval& interval : factoryCustomIntervals())
-      columns.push_back(readAttributeColumn(store_, AttributeTable::third, interval.name));
-    return columns;
-  };
-  const auto divided = divisions();
-  const HistoryMatch match = loadHistoryMatch(store_);
-  setAll(2);
-  for (const char* name : {"六区间1", "八区间3", "十二区间12"})
-    setCustomInterval(store_, name, std::vector{7, 33});
-  saveHistoryMatch(store_, {true, 2007001, 2007009, 3, true});
-  restoreDefaults(store_);
-  EXPECT_EQ(allCells(), factory);
-  EXPECT_EQ(divisions(), divided);
-  EXPECT_EQ(loadHistoryMatch(store_), match);
-  EXPECT_FALSE(match.used || match.chosen);
 }
 
 GroupCounts pack(const std::vector<int>& counts) {
@@ -176,16 +148,17 @@ TEST(Families, TurnsInTheirOrder) {
             "区间 三波组 大小奇偶组 双尾5分组 大小奇偶尾 间距十二 ");
 }
 
-class Summary : public test::StoreTest {
+class Summary : public testing::Test {
  protected:
   // Nothing is picked, allowed or on.
   void SetUp() override {
-    store_.db().exec(R"(UPDATE "过滤条件" SET "Value"=0; UPDATE "过滤条件使用情况" SET "使用情况"=0)");
-    setConditionValue(store_, kShrinkTypeCell, 6);
+    for (const auto& [id, value] : std::vector(set_.cells.rows())) set_.cells.set(id, 0);
+    for (const auto& [usage, value] : std::vector(set_.switches.rows())) set_.use(usage, false);
+    set_.cells.set(kShrinkTypeCell, 6);
   }
-  // The lines that differ from those of `before`.
-  std::string news(const std::string& before) {
-    std::stringstream now(summaryText(store_)), old(before);
+  // The lines of a set that differ from those of this one.
+  std::string news(const ConditionSet& set) {
+    std::stringstream now(summaryText(set)), old(summaryText(set_));
     std::string line, other, text;
     while (std::getline(now, line)) {
       if (!std::getline(old, other)) other.clear();
@@ -193,14 +166,14 @@ class Summary : public test::StoreTest {
     }
     return text;
   }
+
+  ConditionSet set_ = test::factorySet();
 };
 
 TEST_F(Summary, TellsEverySettingInItsLine) {
-  test::putPick(store_, 8, PickState::tuo);
-  test::putPick(store_, 33, PickState::dan);
-  test::putPick(store_, 105, PickState::dan);
-  test::putPick(store_, 116, PickState::tuo);
-  const std::string text = summaryText(store_);
+  for (const auto& [code, state] : {std::pair{8, 1}, {33, 2}, {105, 2}, {116, 1}})
+    set_.cells.set(code, state);
+  const std::string text = summaryText(set_);
   EXPECT_TRUE(text.starts_with(
       "\r\n 红球“拖码”： ０８  \r\n\r\n 红球“胆码”： ３３  \r\n\r\n 蓝球“拖码”： １６  \r\n\r\n"
       " 蓝球“胆码”： ０５  \r\n\r\n 最大间距取值范围：  未 使 用\r\n\r\n"))
@@ -229,12 +202,11 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
     names.emplace(condition.usage, condition.name);
     if (std::ranges::find(order, condition.usage) == order.end()) order.push_back(condition.usage);
   }
-  const std::string before = summaryText(store_);
   for (const UsageId usage : order) {
     const Condition& condition = conditions.at(usage);
-    const StoreChange dropped(store_);
-    setUsage(store_, usage, true);
-    if (condition.first != 0) setConditionValue(store_, condition.first + 1, 2);  // counts as 1
+    ConditionSet set = set_;
+    set.use(usage, true);
+    if (condition.first != 0) set.cells.set(condition.first + 1, 2);  // counts as 1
     std::string line = " " + names.at(usage);
     switch (condition.kind) {
       case CellKind::shape:
@@ -253,10 +225,10 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
     if (usage == 401) line = " 六区间1　号码：（０１,０２,０３,０４,０５,０６） —— 允许开出个数（1个）";
     if (usage == 463) line = " 十二区间12　号码：（３２,３３） —— 允许开出个数（1个）";
     if (usage > 401 && usage < 463) continue;
-    EXPECT_EQ(news(before), line + '|');
+    EXPECT_EQ(news(set), line + '|');
   }
-  for (const UsageId usage : order) setUsage(store_, usage, true);
-  const std::string text = summaryText(store_);
+  for (const UsageId usage : order) set_.use(usage, true);
+  const std::string text = summaryText(set_);
   std::size_t from = 0;
   for (const UsageId usage : order) {
     from = text.find("\r\n " + names.at(usage), from);
@@ -265,24 +237,21 @@ TEST_F(Summary, GivesEachConditionTheLineOfItsSwitchAndCells) {
 }
 
 TEST_F(Summary, TellsGroupsPlacesAndTheMatchWithTheirNumbers) {
-  const std::string before = summaryText(store_);
-  setGroup(store_, 2, std::vector{9, 3});
-  setUsage(store_, 21, true);
-  setUsage(store_, 29, true);
-  for (const int k : {0, 2}) setCell(store_, 3810 + k, true);
-  setCell(store_, 3821, true);
-  setPlace(store_, 2, std::vector{4, 33});
-  setPlace(store_, 7, std::vector{16});
-  setConditionValue(store_, kToleranceCell, 1);
-  saveHistoryMatch(store_, {true, 2007001, 2007010, 4, true});
-  EXPECT_EQ(news(before),
+  ConditionSet set = set_;
+  setGroup(set, 2, std::vector{9, 3});
+  setPlace(set, 2, std::vector{4, 33});
+  setPlace(set, 7, std::vector{16});
+  for (const UsageId usage : {21, 29}) set.use(usage, true);
+  for (const ConditionId id : {3810, 3812, 3821, kToleranceCell}) set.allow(id, true);
+  set.match = {true, 2007001, 2007010, 4, true};
+  EXPECT_EQ(news(set),
             " 自定义组2　号码：（０３,０９） —— 允许开出个数（0个,2个）| 自定义组10（ 无 号 码 ） ——（条 件 "
             "未 设 置）|"
             " 号码定位容错值： １| 号码定位2： ０４  ３３  | 号码定位7： １６  |"
             " 历史数据过滤： ２００７００１～２００７０１０，最大匹配值 ４（自选范围）|");
-  setHistoryMatch(store_, &HistoryMatch::chosen, false);
-  EXPECT_TRUE(summaryText(store_).ends_with(
-      "～２００７０１０，最大匹配值 ４（打开设置页面时更新为最近50期）\r\n\r\n"));
+  set.match.chosen = false;
+  EXPECT_TRUE(
+      summaryText(set).ends_with("～２００７０１０，最大匹配值 ４（打开设置页面时更新为最近50期）\r\n\r\n"));
 }
 
 }  // namespace

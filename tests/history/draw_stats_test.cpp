@@ -13,6 +13,7 @@
 #include "history/upkeep.hpp"
 #include "history_rows.hpp"
 #include "panels/combination_list.hpp"
+#include "panels/own_pages.hpp"
 #include "store/interval_mark.hpp"
 #include "store/schema.hpp"
 #include "support/store_test.hpp"
@@ -154,18 +155,23 @@ TEST_F(DrawStats, TheIntervalCountsAreDueUntilTheyAreCountedAnew) {
   };
   EXPECT_FALSE(recountDue(store_, desk_) || recountDivided(store_, desk_));
   const int some = draws_[200].numbers.reds[0];
-  writeAttribute(store_, AttributeTable::first, "区间1", some, some <= 10);
-  setColumn(store_, AttributeTable::first, "四1", std::vector{5});
+  const auto toggle = [&](int interval, int number) {
+    changeSettings(store_, [&](ConditionSet& set) { clickIntervalNumber(set, interval, number); });
+  };
+  changeSettings(store_, [&](ConditionSet& set) {
+    set.setMember(AttributeTable::first, "区间1", some, some <= 10);
+    set.setColumn(AttributeTable::first, "四1", membersOf(std::vector{5}));
+  });
   EXPECT_FALSE(intervalCountsDue(store_)) << "what stands there already, and other columns";
   {
     const StoreChange dropped(store_);
-    toggleAttribute(store_, "区间4", 33);
+    toggle(4, 33);
     EXPECT_TRUE(intervalCountsDue(store_));
   }
   EXPECT_FALSE(intervalCountsDue(store_)) << "a change that is rolled back takes its mark along";
 
   for (int interval = 1; interval <= 4; ++interval) {
-    toggleAttribute(store_, "区间" + std::to_string(interval), some);
+    toggle(interval, some);
     ASSERT_TRUE(intervalCountsDue(store_));
     const std::string before = dumpHistory(store_);
     desk_.course().on_look = [] { throw std::runtime_error("the machine"); };
@@ -204,18 +210,19 @@ TEST_F(DrawStats, SavingADrawRecomputesItsRowAlone) {
 
 TEST_F(DrawStats, TheCombinationListShowsTheGroupsOfADrawAsTheyAreNow) {
   putDraw(store_, 2007002, "2007-01-04", {{1, 11, 12, 21, 31, 33}, 7});
-  setColumn(store_, AttributeTable::first, "区间1", std::vector{1, 11, 12});
-  setColumn(store_, AttributeTable::first, "区间2", {});
-  setColumn(store_, AttributeTable::first, "十二11",
-            std::vector{33});  // of no use to the filter, but to the list
-  setUsage(store_, 100, true);
-  store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2 WHERE "条件"=131)").run();
-  const auto list = combinationList(store_, desk_, 2007002);
+  const ConditionSet set = changeSettings(store_, [](ConditionSet& edited) {
+    edited.setColumn(AttributeTable::first, "区间1", membersOf(std::vector{1, 11, 12}));
+    edited.setColumn(AttributeTable::first, "区间2", 0);
+    edited.setMember(AttributeTable::first, "十二11", 33, true);  // of no use to the filter, but to the list
+    edited.use(100, true);
+    edited.switches.set(131, 2);
+  });
+  const auto list = combinationList(set, combinationTexts(store_, desk_, 2007002));
   EXPECT_EQ(list[0], (PanelItem{"尾数形式 ≠ [1,1,1,1,2,3]", 0, true}));
   EXPECT_EQ(list[4], (PanelItem{"间距十二3分组 ≠ [1,2,3,3,3,3,12]", 4, false}));
   EXPECT_EQ(list[26], (PanelItem{"四区间 ≠ [1,1,1,3,4,4]", 26, false}));
   EXPECT_TRUE(list[31].selected);
-  EXPECT_EQ(combinationList(store_, desk_, 2007003)[0], (PanelItem{"尾数形式 ≠ ", 0, true}));
+  EXPECT_EQ(combinationTexts(store_, desk_, 2007003)[0], "尾数形式 ≠ ");
 }
 
 }  // namespace

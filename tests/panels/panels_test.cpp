@@ -1,31 +1,32 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <numeric>
 #include <random>
 
-#include "conditions/condition_store.hpp"
 #include "panels/own_pages.hpp"
 #include "panels/pages.hpp"
 #include "panels/sheet.hpp"
-#include "support/store_test.hpp"
+#include "support/test_store.hpp"
 
 namespace lotmere {
 namespace {
 
-class Panels : public test::StoreTest {
+class Panels : public testing::Test {
  protected:
   void clear(ConditionId first, ConditionId last) {
-    for (ConditionId id = first; id <= last; ++id) setCell(store_, id, false);
+    for (ConditionId id = first; id <= last; ++id) set_.allow(id, false);
   }
+
+  ConditionSet set_ = test::factorySet();
 };
 
-TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
-  std::mt19937 random(11);     // no two lists of seven get the same cells
-  StoreChange change(store_);  // one for all: thousands of commits would take their time
-  for (ConditionId id = 1000; id < 7700; ++id) setConditionValue(store_, id, int(random() % 3));
-  const ConditionSheet sheet = panelReload(store_);
-  const auto counts = countPanels(store_, 13);
-  const ConditionPanel span = valuePage(store_, 5);
+TEST_F(Panels, EveryListShowsItsItemsAndTheirCells) {
+  std::mt19937 random(11);  // no two lists of seven get the same cells
+  for (ConditionId id = 1000; id < 7700; ++id) set_.cells.set(id, int(random() % 3));
+  const ConditionSheet sheet = panelReload(set_);
+  const auto counts = countPanels(set_, 13);
+  const ConditionPanel span = valuePage(set_, 5);
   const struct {
     const ConditionPanel& panel;
     UsageId usage;
@@ -63,7 +64,7 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
     EXPECT_EQ(items.front().text + " " + items.back().text + " " + std::to_string(items.size()), row.items);
     EXPECT_EQ(row.panel.usage, row.usage) << row.items;
     for (std::size_t i = 0; i < items.size(); ++i)
-      EXPECT_EQ(items[i].selected, conditionValue(store_, row.cell + int(i)) > 0) << items[i].text;
+      EXPECT_EQ(items[i].selected, set_.cells.value(row.cell + int(i)) > 0) << items[i].text;
   }
   EXPECT_TRUE(sheet.slots[1].items.empty() && sheet.tips[1].empty());
   EXPECT_EQ(sheet.relatives[2].caption + sheet.relatives[3].caption,
@@ -73,13 +74,13 @@ TEST_F(Panels, EveryListShowsItsItemsAndTheStoredCells) {
 TEST_F(Panels, ATipTellsTheTickedCells) {
   const Condition& condition = *slotCondition(8);
   clear(condition.first, condition.last);
-  EXPECT_EQ(slotTip(store_, 8), "");
-  for (const int k : {0, 8, 9}) clickItem(store_, condition, k, true);
-  EXPECT_EQ(slotTip(store_, 8), "\r\n当前取值：\r\n\r\n０ 或 ８～９");
-  EXPECT_EQ(slotTip(store_, 12), "") << "runs have none";
-  store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=2)").run();
-  EXPECT_FALSE(slotPanel(store_, 0).ticked) << "a slot is ticked at exactly 1";
-  EXPECT_TRUE(shapePanels(store_)[0].ticked);
+  EXPECT_EQ(slotTip(set_, 8), "");
+  for (const int k : {0, 8, 9}) clickItem(set_, condition, k, true);
+  EXPECT_EQ(slotTip(set_, 8), "\r\n当前取值：\r\n\r\n０ 或 ８～９");
+  EXPECT_EQ(slotTip(set_, 12), "") << "runs have none";
+  for (const auto& [usage, on] : std::vector(set_.switches.rows())) set_.switches.set(usage, 2);
+  EXPECT_FALSE(slotPanel(set_, 0).ticked) << "a slot is ticked at exactly 1";
+  EXPECT_TRUE(shapePanels(set_)[0].ticked);
 }
 
 TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
@@ -93,7 +94,7 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
     if (page.kind != PageKind::shapes) continue;
     const UsageId usage = page.conditions.front()->usage;
     const auto named = short_names.find(usage);
-    EXPECT_EQ(shapePage(store_, usage).tip,
+    EXPECT_EQ(shapePage(set_, usage).tip,
               (named == short_names.end() ? conditionOfUsage(usage).name : named->second) + "\r\n");
     EXPECT_EQ(usage, tab + 21);
   }
@@ -101,27 +102,11 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
   EXPECT_EQ(tabs.size(), 61U);
   EXPECT_EQ(tabs.rbegin()->first, 61);
   EXPECT_TRUE(tabs[1] == 2 && tabs[15] == 13 && tabs[16] == 14 && tabs[29] == 41 && tabs[36] == 15);
-  EXPECT_EQ(valuePage(store_, 10).caption, "使用“ＡＣ值”过滤");
-  EXPECT_EQ(countPanels(store_, 13)[1].caption, "使用“低尾码个数”过滤");
-}
-
-TEST_F(Panels, TheShapeFiltersOfTheStoreAreTheFamilies) {
-  std::string sets[3];
-  for (const Family& family : families()) sets[int(family.set)] += std::to_string(family.usage) + " ";
-  EXPECT_EQ(sets[int(ShapeSet::four)], "45 58 68 70 72 ");
-  EXPECT_EQ(sets[int(ShapeSet::three)], "46 59 69 73 ");
-  Query rows =
-      store_.query(R"(SELECT "名称","条件使用情况","值min","值max" FROM "组合过滤" ORDER BY "序号")");
-  for (int turn = 0; turn < kTurnCount; ++turn) {
-    const Family& family = familyOfTurn(turn);
-    ASSERT_TRUE(rows.next());
-    EXPECT_EQ(std::tie(family.draw_column, family.usage, family.first, family.last),
-              std::make_tuple(rows.text(0), rows.number(1), rows.number(2), rows.number(3)));
-  }
+  EXPECT_EQ(valuePage(set_, 10).caption, "使用“ＡＣ值”过滤");
+  EXPECT_EQ(countPanels(set_, 13)[1].caption, "使用“低尾码个数”过滤");
 }
 
 TEST_F(Panels, SomeListsLeadTheirBox) {
-  StoreChange change(store_);
   clear(4020, 4029);
   clear(3810, 3819);
   const struct {
@@ -133,98 +118,118 @@ TEST_F(Panels, SomeListsLeadTheirBox) {
                 {38, 0, false, {false, true}}, {21, 3, true, {true, true}},    {21, 3, false, {false, false}},
                 {36, 16, true, {true, true}},  {36, 16, false, {false, false}}};
   for (const auto& [usage, k, selected, box] : clicks) {
-    EXPECT_EQ(clickLeadingItem(store_, conditionOfUsage(usage), k, selected), box) << usage << " " << k;
-    EXPECT_EQ(isUsed(store_, usage), box.ticked) << usage << " " << k;
+    EXPECT_EQ(clickLeadingItem(set_, conditionOfUsage(usage), k, selected), box) << usage << " " << k;
+    EXPECT_EQ(set_.isUsed(usage), box.ticked) << usage << " " << k;
   }
-  setUsage(store_, 16, true);
-  for (int k = 0; k <= 6; ++k) clickItem(store_, conditionOfUsage(16), k, false);
-  EXPECT_TRUE(isUsed(store_, 16)) << "the other lists leave their box alone";
-  clickItem(store_, conditionOfUsage(131), 0, true);
-  EXPECT_TRUE(isUsed(store_, 131));
+  set_.use(16, true);
+  for (int k = 0; k <= 6; ++k) clickItem(set_, conditionOfUsage(16), k, false);
+  EXPECT_TRUE(set_.isUsed(16)) << "the other lists leave their box alone";
+  clickItem(set_, conditionOfUsage(131), 0, true);
+  EXPECT_TRUE(set_.isUsed(131));
 }
 
 TEST_F(Panels, AGroupWithoutMembersIsNotInUse) {
-  setUsage(store_, 22, true);
-  GroupPage page = groupPage(store_, 3);
+  set_.use(22, true);
+  GroupPage page = groupPage(set_, 3);
   EXPECT_TRUE(page.panel.items.empty() && !page.panel.ticked && !page.panel.enabled);
-  EXPECT_TRUE(isUsed(store_, 22)) << "showing a page writes nothing";
-  for (const int number : {33, 4, 33}) clickGroupNumber(store_, 3, number);
-  page = groupPage(store_, 3);
+  EXPECT_TRUE(set_.isUsed(22)) << "its page alone shows it as off";
+  for (const int number : {33, 4, 33}) clickGroupNumber(set_, 3, number);
+  page = groupPage(set_, 3);
   EXPECT_TRUE(page.panel.ticked && page.panel.enabled && page.members[4] && !page.members[33]);
   EXPECT_EQ(page.panel.items.back(), (PanelItem{"开出个数=6", 6, true}));
-  clickGroupNumber(store_, 3, 4);
-  EXPECT_FALSE(isUsed(store_, 22));
-  EXPECT_EQ(loadConditionRange(store_, 3820, 3826), ValueArray{});
+  clickGroupNumber(set_, 3, 4);
+  EXPECT_FALSE(set_.isUsed(22));
+  EXPECT_EQ(set_.cellRange(3820, 3826), ValueArray{});
   for (const int group : {1, 10}) {
-    setGroup(store_, group, std::vector{1});
-    setUsage(store_, usageOfGroup(group), true);
+    setGroup(set_, group, std::vector{1});
+    set_.use(usageOfGroup(group), true);
   }
-  emptyGroups(store_);
+  emptyGroups(set_);
   for (const int group : {1, 10}) {
-    EXPECT_EQ(groupPage(store_, group).members, RedTable{}) << group;
-    EXPECT_FALSE(isUsed(store_, usageOfGroup(group))) << group;
+    EXPECT_EQ(groupPage(set_, group).members, RedTable{}) << group;
+    EXPECT_FALSE(set_.isUsed(usageOfGroup(group))) << group;
   }
 }
 
 TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
-  StoreChange change(store_);
-  setUsage(store_, 31, true);  // in use without a number
-  setPlace(store_, 7, std::vector{16});
-  setConditionValue(store_, kToleranceCell, 7);
-  const PlacePage page = loadPlacePage(store_);
+  set_.use(31, true);  // in use without a number
+  setPlace(set_, 7, std::vector{16});
+  set_.cells.set(kToleranceCell, 7);
+  const PlacePage page = placePage(set_);
   EXPECT_EQ(page.tolerances.back(), (PanelItem{"７", 7, true}));
   EXPECT_EQ(page.places[6].items.back(), (PanelItem{"16", 16, true}));
   EXPECT_TRUE(!page.places[0].enabled && page.places[1].enabled && page.places[6].ticked);
-  setConditionValue(store_, kShrinkTypeCell, 4);
-  setUsage(store_, kSmartOptimisation, true);
-  const ShrinkPage shrink = shrinkPage(store_);
+  set_.cells.set(kShrinkTypeCell, 4);
+  set_.use(kSmartOptimisation, true);
+  const ShrinkPage shrink = shrinkPage(set_);
   EXPECT_EQ(shrink.types[1], (PanelItem{"保四型", 4, true}));
   EXPECT_TRUE(!shrink.types[3].selected && shrink.smart.ticked && !page.tolerances[0].selected);
 
-  setPlace(store_, 7, {});
-  EXPECT_FALSE(isUsed(store_, 36)) << "the last number gone";
+  setPlace(set_, 7, {});
+  EXPECT_FALSE(set_.isUsed(36)) << "the last number gone";
 }
 
 TEST_F(Panels, TheRangeOfTheMatchFollowsTheDrawsUntilItIsChosenByHand) {
-  const auto put_periods = [&](int from, int to) {
-    for (int i = from; i <= to; ++i)
-      test::putDraw(store_, 2007000 + i, "2007-01-01", {{1, 2, 3, 4, 5, 6}, 7});
+  // The newest fifty of the periods up to 2007000 + last.
+  const auto latest = [](int last) {
+    std::vector<PeriodNo> periods(50);
+    std::iota(periods.rbegin(), periods.rend(), 2007000 + last - 49);
+    return periods;
   };
-  saveHistoryMatch(store_, {true, 2001001, 2001002, 4});
-  EXPECT_TRUE(loadMatchPage(store_).periods.empty());
-  EXPECT_EQ(loadHistoryMatch(store_), (HistoryMatch{true, 2001001, 2001002, 4}))
-      << "no draws: the range stays";
-  put_periods(1, 51);
-  EXPECT_EQ(loadMatchPage(store_).matches[3], (PanelItem{"4", 4, true}));
-  EXPECT_EQ(loadMatchPage(store_).periods.size(), 50U);
-  EXPECT_EQ(loadHistoryMatch(store_), (HistoryMatch{true, 2007002, 2007051, 4}));
-  put_periods(52, 53);
-  EXPECT_EQ(loadHistoryMatch(store_).last, 2007051) << "draws alone move nothing";
-  EXPECT_EQ(loadMatchPage(store_).settings, (HistoryMatch{true, 2007004, 2007053, 4}));
-  EXPECT_EQ(panelReload(store_).periods.back(), 2007044);
+  const auto follow = [&](int last) {
+    followDraws(set_, latest(last));
+    return matchPage(set_, latest(last));
+  };
+  set_.match = {true, 2001001, 2001002, 4};
+  followDraws(set_, {});
+  EXPECT_TRUE(matchPage(set_, {}).periods.empty());
+  EXPECT_EQ(set_.match, (HistoryMatch{true, 2001001, 2001002, 4})) << "no draws: the range stays";
+  EXPECT_EQ(follow(51).matches[3], (PanelItem{"4", 4, true}));
+  EXPECT_EQ(follow(51).periods, latest(51));
+  EXPECT_EQ(set_.match, (HistoryMatch{true, 2007002, 2007051, 4}));
+  switchHistoryMatch(set_, false, latest(53));
+  EXPECT_EQ(set_.match, (HistoryMatch{false, 2007002, 2007051, 4})) << "draws alone move nothing";
+  switchHistoryMatch(set_, true, latest(53));
+  EXPECT_EQ(set_.match, (HistoryMatch{true, 2007004, 2007053, 4}));
 
-  chooseMatchEnd(store_, &HistoryMatch::last, 2007040);
-  chooseMatchEnd(store_, &HistoryMatch::first, 2006150);
-  put_periods(54, 60);
-  const MatchPage page = loadMatchPage(store_);
+  chooseMatchEnd(set_, &HistoryMatch::last, 2007040);
+  chooseMatchEnd(set_, &HistoryMatch::first, 2006150);
+  const MatchPage page = follow(60);
   const HistoryMatch chosen{true, 2006150, 2007040, 4, true};
-  EXPECT_TRUE(page.settings == chosen && loadHistoryMatch(store_) == chosen);
+  EXPECT_TRUE(page.settings == chosen && set_.match == chosen);
   EXPECT_EQ(page.periods.size(), 51U) << "an end outside of the last fifty is shown too";
   EXPECT_TRUE(page.periods.front() == 2007060 && page.periods.back() == 2006150);
-  followLatestDraws(store_);
-  EXPECT_EQ(loadMatchPage(store_).settings, (HistoryMatch{true, 2007011, 2007060, 4}));
 }
 
 TEST_F(Panels, IntervalsAreClearedAndDivisionsShown) {
-  setUsage(store_, 19, true);
-  EXPECT_EQ(intervalPreviews(store_)[3], " 区间4：　３１  ３２  ３３  ");
-  clearIntervals(store_, desk_);
-  EXPECT_EQ(intervalPreviews(store_)[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
-  EXPECT_TRUE(desk_.told.size() == 1 && !isUsed(store_, 19));
-  const auto panels = divisionPanels(store_, 11);
+  set_.use(19, true);
+  EXPECT_EQ(intervalPreviews(set_)[3], " 区间4：　３１  ３２  ３３  ");
+  clickIntervalNumber(set_, 4, 32);
+  clickIntervalNumber(set_, 4, 4);
+  EXPECT_EQ(intervalPreviews(set_)[3], " 区间4：　０４  ３１  ３３  ");
+  clearIntervals(set_);
+  EXPECT_EQ(intervalPreviews(set_)[0], " 区间1：　无号码，可把鼠标移动到左边的按钮来设置。。。");
+  EXPECT_FALSE(set_.isUsed(19));
+  const auto panels = divisionPanels(set_, 11);
   EXPECT_EQ(panels.size(), 11U);
   EXPECT_EQ(panels.back().panel.caption, divisionCaption(11) + "11");
   EXPECT_EQ(panels.back().numbers, "３１  ３２  ３３");
+}
+
+TEST(ShapeFilters, OfTheStoreAreTheFamilies) {
+  std::string sets[3];
+  for (const Family& family : families()) sets[int(family.set)] += std::to_string(family.usage) + " ";
+  EXPECT_EQ(sets[int(ShapeSet::four)], "45 58 68 70 72 ");
+  EXPECT_EQ(sets[int(ShapeSet::three)], "46 59 69 73 ");
+  test::TempHome home;
+  Query rows =
+      home.store().query(R"(SELECT "名称","条件使用情况","值min","值max" FROM "组合过滤" ORDER BY "序号")");
+  for (int turn = 0; turn < kTurnCount; ++turn) {
+    const Family& family = familyOfTurn(turn);
+    ASSERT_TRUE(rows.next());
+    EXPECT_EQ(std::tie(family.draw_column, family.usage, family.first, family.last),
+              std::make_tuple(rows.text(0), rows.number(1), rows.number(2), rows.number(3)));
+  }
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "conditions/condition_store.hpp"
 #include "pipeline/metric.hpp"
 #include "support/test_store.hpp"
 #include "tickets/init.hpp"
@@ -40,7 +39,7 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
   NumberSelection all;
   std::fill(all.red.begin() + 1, all.red.end(), PickState::tuo);
   int counted = 0;
-  const ConditionSet set = loadConditionSet(home.store());
+  const ConditionSet& set = test::factorySet();
   const DrawTable draws = loadDrawTable(home.store());
   for (const Condition& condition : allConditions()) {
     auto metric = prepareMetric(set, condition, draws.before(2026001));
@@ -62,7 +61,7 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
     }
     // The ranges of three families overlap the next one's: only the cells that are tested belong to the
     // condition.
-    const ValueArray cells = loadConditionRange(home.store(), condition.first, condition.last);
+    const ValueArray cells = set.cellRange(condition.first, condition.last);
     std::vector<int> allowed;
     for (int k = 0; k < cellCount(condition); ++k)
       if (cells[k] != 0) allowed.push_back(k);

@@ -5,7 +5,6 @@
 
 #include "catalogue/attributes.hpp"
 #include "conditions/condition_store.hpp"
-#include "conditions/own_sets.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/run.hpp"
 #include "support/scripted_course.hpp"
@@ -21,14 +20,11 @@ using test::pick;
 
 // A selection of `reds` reds, some of them Dan, and one to three blues.
 void putSelection(Store& store, std::mt19937& random, int reds) {
-  StoreChange change(store);
-  clearRedPicks(store);
-  clearBluePicks(store);
+  NumberSelection selection;
   const int first = pick(random, 1, 5), step = pick(random, 1, 2), dan = pick(random, 0, 2);
-  for (int i = 0; i < reds; ++i)
-    test::putPick(store, first + i * step, i < dan ? PickState::dan : PickState::tuo);
-  for (int blue = pick(random, 1, 3); blue > 0; --blue) test::putPick(store, 100 + blue, PickState::tuo);
-  change.commit();
+  for (int i = 0; i < reds; ++i) selection.red[first + i * step] = i < dan ? PickState::dan : PickState::tuo;
+  for (int blue = pick(random, 1, 3); blue > 0; --blue) selection.blue[blue] = PickState::tuo;
+  changeSettings(store, [&](ConditionSet& set) { lotmere::putSelection(set, selection); });
 }
 
 // A history of up to twelve draws; the sums that they have stored may be anything.
@@ -44,20 +40,21 @@ void putSettings(Store& store, std::mt19937& random) {
   test::putConditions(store, random, 100 / pick(random, 2, 20), pick(random, 80, 99));
   // All kinds together leave little, so most trials have a part of the switches only. What few tickets meet
   // needs trials of its own: an earlier draw that comes again, and turns behind the places alone.
-  const int from = pick(random, 1, 300), to = from + pick(random, 20, 460);
-  store.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0 WHERE "条件"<? OR "条件">?)")
-      .bind(from, to)
-      .run();
-  if (pick(random, 0, 2) == 0) {
-    test::setRows(store, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
-    for (int turns = pick(random, 1, 3); turns > 0; --turns)
-      setUsage(store, usageOfTurn(pick(random, 0, kTurnCount - 1)), true);
-    for (const UsageId usage : {usageOfPlace(pick(random, 1, kPlaceCount)), 266})
-      setUsage(store, usage, pick(random, 0, 1) == 1);
-    setConditionValue(store, kToleranceCell, 0);
-    saveHistoryMatch(store, {});
-  }
-  setUsage(store, kSmartOptimisation, pick(random, 0, 1) == 1);
+  changeSettings(store, [&](ConditionSet& set) {
+    const int from = pick(random, 1, 300), to = from + pick(random, 20, 460);
+    const bool alone = pick(random, 0, 2) == 0;
+    for (const auto& [usage, on] : std::vector(set.switches.rows()))
+      if (alone || usage < from || usage > to) set.use(usage, false);
+    if (alone) {
+      for (int turns = pick(random, 1, 3); turns > 0; --turns)
+        set.use(usageOfTurn(pick(random, 0, kTurnCount - 1)), true);
+      for (const UsageId usage : {usageOfPlace(pick(random, 1, kPlaceCount)), 266})
+        set.use(usage, pick(random, 0, 1) == 1);
+      set.cells.set(kToleranceCell, 0);
+      set.match = {};
+    }
+    set.use(kSmartOptimisation, pick(random, 0, 1) == 1);
+  });
   for (const std::string& column : attributeColumns(AttributeTable::third))
     if (column.find("区间") != std::string::npos && pick(random, 0, 3) == 0)
       test::setRows(store, "号码特性3", column, "1", [&](int) { return pick(random, 0, 1); });
@@ -96,7 +93,7 @@ TEST_F(Live, CountsWhatARunLeaves) {
     const auto expanded = count();
     EXPECT_TRUE(expanded.from_selection);
     EXPECT_EQ(expanded.period, kPeriod);
-    EXPECT_EQ(expanded.tickets, countCombos(loadSelection(store_)).tickets);
+    EXPECT_EQ(expanded.tickets, countCombos(selectionOf(loadConditionSet(store_))).tickets);
     if (initTickets(store_, desk_, kPeriod).outcome == Outcome::done) {
       EXPECT_EQ(expanded.survivors, run());
     }
@@ -126,7 +123,7 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_TRUE(count().too_many);
   EXPECT_EQ(liveText({kPeriod, 840, 12, false, false}),
             "表格中第 ２０２６０５０ 期共 ８４０ 注，按当前条件过滤缩水后余 １２ 注。");
-  clearRedPicks(store_);
+  changeSettings(store_, clearReds);
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
 }
 

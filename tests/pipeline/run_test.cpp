@@ -9,6 +9,7 @@
 
 #include "advice/judge.hpp"
 #include "base/text.hpp"
+#include "conditions/condition_store.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/thin.hpp"
 #include "support/scripted_course.hpp"

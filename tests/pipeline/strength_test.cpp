@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "conditions/condition_store.hpp"
-#include "conditions/own_sets.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/random_store.hpp"
 #include "pipeline/thin.hpp"
@@ -36,7 +35,7 @@ class StrengthTest : public test::StoreTest {
  protected:
   // How many of a set the step of a condition keeps, all others being switched off.
   std::int64_t pass(TicketSet tickets) {
-    const FilterPlan plan(compileRules(loadConditionSet(store_)), loadDrawTable(store_), tickets.period);
+    const FilterPlan plan(compileRules(set_), loadDrawTable(store_), tickets.period);
     // A turn by itself, without the filter's tolerance.
     if (!plan.turns().empty())
       return std::ranges::count_if(tickets.balls,
@@ -48,8 +47,9 @@ class StrengthTest : public test::StoreTest {
   }
 
   void switchAllOff() {
-    test::setRows(store_, "过滤条件使用情况", "使用情况", "1", [](int) { return 0; });
-    saveHistoryMatch(store_, {});
+    set_ = loadConditionSet(store_);
+    for (const auto& [usage, on] : std::vector(set_.switches.rows())) set_.use(usage, false);
+    set_.match = {};
   }
 
   Strength model(int last) {
@@ -65,6 +65,7 @@ class StrengthTest : public test::StoreTest {
   }
 
   const TicketSet sixes_ = allSixes();
+  ConditionSet set_;
 };
 
 // Every kind of condition, with cells of chance.
@@ -80,25 +81,22 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, condition " << usage);
       const Condition& condition = conditionOfUsage(usage);
-      const auto strength =
-          conditionStrength(loadConditionSet(store_), loadDrawTable(store_), condition, kPeriod, last);
-      setUsage(store_, usage, true);
+      const auto strength = conditionStrength(set_, loadDrawTable(store_), condition, kPeriod, last);
+      set_.use(usage, true);
       EXPECT_EQ(strength, model(last));
-      setUsage(store_, usage, false);
+      set_.use(usage, false);
       partly += strength && strength->passed > 0 && strength->passed < strength->draws;
     }
     for (const int match : {0, 1, 3, 6, 7}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, match " << match);
-      saveHistoryMatch(store_, {true, 2025099, 2026045, match});
-      EXPECT_EQ(matchStrength(loadConditionSet(store_), loadDrawTable(store_), kPeriod, last), model(last));
+      set_.match = {true, 2025099, 2026045, match};
+      EXPECT_EQ(matchStrength(set_, loadDrawTable(store_), kPeriod, last), model(last));
     }
-    saveHistoryMatch(store_, {});
+    set_.match = {};
   }
   EXPECT_GT(partly, 10) << "the draws must have something to tell";
   for (const UsageId usage : {30, 36, 300})
-    EXPECT_EQ(conditionStrength(loadConditionSet(store_), {}, conditionOfUsage(usage), kPeriod, 100),
-              std::nullopt)
-        << usage;
+    EXPECT_EQ(conditionStrength(set_, {}, conditionOfUsage(usage), kPeriod, 100), std::nullopt) << usage;
 }
 
 // The oldest draw that is judged has its own draws before it too.
@@ -112,11 +110,11 @@ TEST_F(StrengthTest, TheLastDrawJudgedIsJudgedAgainstThoseBeforeIt) {
   computeDrawStatistics(store_, desk_, 2026043, kPeriod);
   computeDrawStatistics(store_, desk_, 2026043, 2026043);
   for (const auto& [usage, last] : {std::pair{104, 1}, {266, 2}}) {
-    setUsage(store_, usage, true);
-    const auto strength = conditionStrength(loadConditionSet(store_), loadDrawTable(store_),
-                                            conditionOfUsage(usage), kPeriod, last);
+    set_.use(usage, true);
+    const auto strength =
+        conditionStrength(set_, loadDrawTable(store_), conditionOfUsage(usage), kPeriod, last);
     EXPECT_TRUE(strength == model(last) && strength->passed == 0) << usage;
-    setUsage(store_, usage, false);
+    set_.use(usage, false);
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "catalogue/draw_columns.hpp"
 #include "cli/cli_home.hpp"
+#include "conditions/condition_store.hpp"
 #include "history/export_sheet.hpp"
 #include "panels/pages.hpp"
 #include "support/desk_script.hpp"
@@ -58,7 +59,7 @@ TEST_F(Recipe, ARowIsAConditionEverywhere) {
   const auto page = std::ranges::find(pages, kName, &ConditionPage::caption);
   ASSERT_NE(page, pages.end());
   Store store(home_.home().mainDb());
-  const ConditionPanel panel = valuePage(store, static_cast<int>(page - pages.begin()) + 1);
+  const ConditionPanel panel = valuePage(loadConditionSet(store), static_cast<int>(page - pages.begin()) + 1);
   EXPECT_EQ(panel.items.size(), 54U);
   EXPECT_TRUE(panel.ticked);
 }

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <map>
 
-#include "conditions/condition_store.hpp"
 #include "reduction/hints.hpp"
 #include "reduction/shrink.hpp"
 #include "reduction/smart.hpp"
@@ -71,7 +70,7 @@ TEST_F(Shrink, EqualsTheRuleCentreByCentre) {
     const auto centres = centreByCentre(tickets, type);
     TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
-    EXPECT_EQ(shrinkCover(store_, desk, set, type), static_cast<std::int64_t>(centres.size()));
+    EXPECT_EQ(shrinkCover(store_, desk, set, type, false), static_cast<std::int64_t>(centres.size()));
     EXPECT_EQ(set.origin, centres);
     for (std::size_t row = 0; row < set.size(); ++row) {
       EXPECT_EQ(set.shrink[row], type);
@@ -107,7 +106,7 @@ TEST_F(Shrink, AStopLeavesTheTicketsNotReached) {
     desk.course().on_look = [&] {
       if (++served == stop_at) desk.course().requestStop();
     };
-    const auto centres = shrinkCover(store_, desk, set, 4);
+    const auto centres = shrinkCover(store_, desk, set, 4, false);
     const auto reached = static_cast<std::size_t>(desk.course().done);  // as the bar tells it
     EXPECT_EQ(served, stop_at);
     EXPECT_TRUE(reached > 0 && reached <= 2500U * static_cast<unsigned>(stop_at)) << reached;
@@ -128,7 +127,7 @@ TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
     TicketSet set = makeSet(tickets);
     ScriptedDesk desk;
     desk.course().requestStop();
-    EXPECT_EQ(shrinkCover(store_, desk, set, 4), 1);
+    EXPECT_EQ(shrinkCover(store_, desk, set, 4, false), 1);
     expectStopped(set, tickets, near ? 2 : 1, 4);
   }
 }
@@ -144,7 +143,7 @@ TEST_F(Shrink, ServesTheDeskOverTicketsThatRepeatARed) {
     shown = desk_.course().done;
     ++served;
   };
-  EXPECT_GT(shrinkCover(store_, desk_, set, 6), 10'000);
+  EXPECT_GT(shrinkCover(store_, desk_, set, 6, false), 10'000);
   EXPECT_GE(served, 60'000 / 2500 - 1);
 }
 
@@ -178,7 +177,6 @@ void putDraws(Store& store, const Tickets& draws) {
 }
 
 TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
-  setUsage(store_, kSmartOptimisation, true);
   std::mt19937 random(77);
   for (int trial = 0; trial < 52; ++trial) {
     SCOPED_TRACE(trial);
@@ -201,20 +199,19 @@ TEST_F(Smart, ScoresEqualTheLiteralComparisonAndTheLowerSixtyPercentGo) {
     for (int i = 0; i * 10 < count * 6; ++i) scores[order[i]] = 0;
 
     ScriptedDesk desk;
-    optimiseSmart(store_, desk, set, 6);
+    optimiseSmart(store_, desk, set, 6, true);
     EXPECT_EQ(std::vector<int>(set.score.begin(), set.score.end()), scores);
     EXPECT_EQ(desk.runningText().text(), "\r\n\r\n[ 智能优化 ] 完 成 ");
   }
 }
 
-// Only a switch of exactly 1 is on; types that name none of 3 to 6 delete nothing and only count.
+// Types that name none of 3 to 6 delete nothing and only count.
 TEST_F(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
-  for (const auto& [usage, type] : {std::pair{0, 6}, {2, 6}, {1, 7}, {1, 12}, {1, 2}, {1, -1}}) {
-    store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=300)").bind(usage).run();
+  for (const auto& [used, type] : {std::pair{false, 6}, {true, 7}, {true, 12}, {true, 2}, {true, -1}}) {
     TicketSet set = makeSet(Tickets(2, {{1, 2, 3, 4, 5, 6}, 7}));
     set.score = {42, 42};
     ScriptedDesk desk;
-    EXPECT_EQ(shrinkCover(store_, desk, set, type), type == 6) << type;
+    EXPECT_EQ(shrinkCover(store_, desk, set, type, used), type == 6) << type;
     EXPECT_EQ(desk.runningText().text(),
               std::string("\r\n\r\n[ 智能优化 ] <未使用这个条件>\r\n\r\n") +
                   (type == 6 ? "[保六型]缩水后余：１ 注" : "[保七型]缩水后余：２ 注"));
@@ -224,7 +221,6 @@ TEST_F(Smart, IsNotUsedWithoutItsSwitchOrWhereNothingIsDeleted) {
 }
 
 TEST_F(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
-  setUsage(store_, kSmartOptimisation, true);
   TicketSet set = makeSet(Tickets(10'000));
   std::fill(set.score.begin(), set.score.end(), 5000);
   ScriptedDesk desk;
@@ -232,7 +228,7 @@ TEST_F(Smart, AStopKeepsOldScoresAndStillClearsTheLowerOnes) {
   desk.course().on_look = [&] {
     if (++serves == 2) desk.course().requestStop();
   };
-  optimiseSmart(store_, desk, set, 6);
+  optimiseSmart(store_, desk, set, 6, true);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 0), 6000);
   EXPECT_EQ(std::count(set.score.begin(), set.score.end(), 5000), 4000) << "those not reached keep theirs";
   EXPECT_EQ(desk.runningText().text(), "\r\n\r\n[ 智能优化 ]优化正在进行中．．．");

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "conditions/condition_store.hpp"
+
 namespace lotmere::test {
 
 namespace fs = std::filesystem;
@@ -30,6 +32,11 @@ Store& TempHome::store() {
     store_ = std::make_unique<Store>(home_.mainDb());
   }
   return *store_;
+}
+
+const ConditionSet& factorySet() {
+  static const ConditionSet set = loadConditionSet(TempHome().store());
+  return set;
 }
 
 void putDraw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers) {

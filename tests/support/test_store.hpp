@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "conditions/condition_set.hpp"
 #include "game/game.hpp"
 #include "start/home.hpp"
 #include "store/periods.hpp"
@@ -32,6 +33,9 @@ class TempHome {
   Home home_;
   std::unique_ptr<Store> store_;
 };
+
+// The settings of a fresh store, read once.
+[[nodiscard]] const ConditionSet& factorySet();
 
 // Writes a draw's identity and numbers without any statistics.
 void putDraw(Store& store, PeriodNo period, const std::string& date, const DrawNumbers& numbers);

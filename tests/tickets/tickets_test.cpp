@@ -6,6 +6,7 @@
 
 #include "base/number_list.hpp"
 #include "base/text.hpp"
+#include "conditions/condition_store.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
 #include "tickets/ticket_list.hpp"
@@ -53,7 +54,9 @@ NumberSelection picks(const char* red_tuo, const char* red_dan, const char* blue
 
 class Tickets : public test::StoreTest {
  protected:
-  void pick(const NumberSelection& selection) { ASSERT_TRUE(replaceSelection(store_, desk_, selection)); }
+  void pick(const NumberSelection& selection) {
+    changeSettings(store_, [&](ConditionSet& set) { putSelection(set, selection); });
+  }
 };
 
 TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
@@ -67,9 +70,12 @@ TEST_F(Tickets, ExpandsAsNestedLoopsDo) {
     const auto expected = nestedLoops(selection);
     const auto count = static_cast<std::int64_t>(expected.size());
     EXPECT_EQ(countCombos(selection).tickets, count) << trial;
-    const bool fits = replaceSelection(store_, desk_, selection);
+    ConditionSet set = test::factorySet();
+    const bool fits = replaceSelection(set, desk_, selection);
     EXPECT_EQ(fits, count <= 100'000) << trial;
+    EXPECT_EQ(selectionOf(set), fits ? selection : NumberSelection{});
     if (!fits) continue;
+    pick(selection);
     // Whatever is above 0 is picked; only 2 is Dan.
     store_.db().exec("UPDATE 过滤条件 SET Value=3 WHERE Value=1 AND ID<=116 AND ID%2=0");
     test::writeRows(store_, {});
@@ -209,11 +215,11 @@ TEST_F(Tickets, AClickOnThePad) {
   };
   for (const auto& click : clicks) {
     SCOPED_TRACE(click.what);
-    pick(click.before);
+    NumberSelection selection = click.before;
     ScriptedDesk desk;
     if (click.answer) desk.answers = {*click.answer};
-    EXPECT_EQ(clickNumber(store_, desk, click.code, click.tab), click.before != click.after);
-    EXPECT_EQ(loadSelection(store_), click.after);
+    EXPECT_EQ(clickNumber(selection, desk, click.code, click.tab), click.before != click.after);
+    EXPECT_EQ(selection, click.after);
     EXPECT_TRUE(desk.answers.empty());
     for (const auto& told : desk.told) desk.asked = {told.text};
     EXPECT_EQ(desk.asked, std::vector<std::string>(click.said.empty() ? 0 : 1, click.said));
@@ -230,10 +236,12 @@ TEST_F(Tickets, TheSummaryNamesEachCount) {
 TEST_F(Tickets, AClickOnAMarkedNumberWarnsFirst) {
   store_.db().exec("UPDATE 概率表 SET 概率=-1 WHERE 号码=105");
   desk_.answers = {false};
-  EXPECT_TRUE(clickNumber(store_, desk_, 105, PadTab::tuo)) << "no period, no warning";
-  EXPECT_FALSE(clickNumber(store_, desk_, 105, PadTab::dan, kPeriod)) << "warned before it is asked";
-  EXPECT_TRUE(clickNumber(store_, desk_, 107, PadTab::dan, kPeriod)) << "not marked";
-  EXPECT_FALSE(clickNumber(store_, desk_, 105, PadTab::tuo, kPeriod)) << "locked";
+  const LowChanceNumbers marked = lowChanceNumbers(store_);
+  NumberSelection selection = picks("", "", "5", "");
+  EXPECT_FALSE(clickNumber(selection, desk_, 105, PadTab::dan, marked, kPeriod))
+      << "warned before it is asked";
+  EXPECT_TRUE(clickNumber(selection, desk_, 107, PadTab::dan, marked, kPeriod)) << "not marked";
+  EXPECT_FALSE(clickNumber(selection, desk_, 105, PadTab::tuo, marked, kPeriod)) << "locked";
   ASSERT_TRUE(desk_.told.size() == 1 && desk_.answers.empty());
   EXPECT_EQ(desk_.told[0].text, "根据概率统计,号码: 05 在第 2026050 期出现的几率较低！");
 }

@@ -49,7 +49,7 @@ class AnalysisViewTest : public DrivenTest {
 
   Store& store_ = home_.store();
   Commands commands_{desk_};
-  Session session_{{desk_.work(), store_}, home_.home(), desk_, clock_, commands_};
+  Session session_{store_, home_.home(), desk_, clock_, commands_};
   View view_;
 };
 

@@ -87,7 +87,7 @@ class HistoryPageTest : public DrivenTest {
 
   Store& store_ = home_.store();
   Commands commands_{desk_};
-  Session session_{{desk_.work(), store_}, home_.home(), desk_, clock_, commands_};
+  Session session_{store_, home_.home(), desk_, clock_, commands_};
   HistoryPage page_{session_};
   QSignalSpy changes_{&page_, &HistoryPage::historyChanged};
 };

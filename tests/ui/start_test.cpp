@@ -9,6 +9,7 @@
 #include <csignal>
 #include <set>
 
+#include "conditions/condition_store.hpp"
 #include "start/transfer.hpp"
 #include "store/store_files.hpp"
 #include "support/faulty_files.hpp"
@@ -122,7 +123,7 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   const auto shown_state = [&] {
     const auto counted = store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
     choose("tab_2");  // whose sheet counts the newest draw anew
-    return std::tuple(loadSelection(store()).red[33],
+    return std::tuple(selectionOf(loadConditionSet(store())).red[33],
                       part<QAbstractButton>("Check_useTiaojiao_0").isChecked(), counted);
   };
   desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties the tickets
@@ -275,8 +276,8 @@ TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
   program_->finish();
   EXPECT_TRUE(restoreWaits(home_.home()));
   open();
-  EXPECT_EQ(loadSelection(store()).red[33], PickState::tuo);
-  EXPECT_EQ(loadSelection(store()).red[1], PickState::none);
+  EXPECT_EQ(selectionOf(loadConditionSet(store())).red[33], PickState::tuo);
+  EXPECT_EQ(selectionOf(loadConditionSet(store())).red[1], PickState::none);
 }
 
 TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {

@@ -62,8 +62,11 @@ class DrivenTest : public testing::Test {
     commands().action(command.c_str())->trigger();
     settle();
   }
-  // What has been made is shown.
-  static void settle() { QCoreApplication::sendPostedEvents(); }
+  // What was given is saved, and what has been made is shown.
+  void settle() {
+    if (!commands().runner().isRunning()) desk_.work().run([] {});
+    QCoreApplication::sendPostedEvents();
+  }
   // What was told last.
   [[nodiscard]] std::string told() const {
     return desk_.told.empty() ? std::string() : desk_.told.back().text;
@@ -99,7 +102,11 @@ class WindowTest : public DrivenTest {
   [[nodiscard]] MainWindow& window() { return program_->window(); }
   [[nodiscard]] const QWidget& whole() override { return window(); }
   [[nodiscard]] Commands& commands() override { return program_->commands(); }
-  [[nodiscard]] Store& store() { return program_->store(); }
+  // Behind what was given to be saved.
+  [[nodiscard]] Store& store() {
+    desk_.work().run([] {});
+    return program_->store();
+  }
   [[nodiscard]] std::int64_t countRows(const std::string& table) {
     return store().value("SELECT count(*) FROM \"" + table + '"');
   }

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "conditions/condition_store.hpp"
 #include "history/curl_fetcher.hpp"
 #include "history/download.hpp"
 #include "tickets/selection.hpp"
@@ -83,7 +84,7 @@ void fillHome(const Home& home, WindowDesk& desk, const std::string& draws) {
   for (const int red : {3, 5, 8, 10, 12, 15, 17, 19, 22, 24, 26, 29, 31}) selection.red[red] = PickState::tuo;
   selection.red[12] = PickState::dan;
   for (const int blue : {2, 7, 9, 11, 16}) selection.blue[blue] = PickState::tuo;
-  replaceSelection(store, desk, selection);
+  changeSettings(store, [&](ConditionSet& set) { putSelection(set, selection); });
 }
 
 class Pictures {

@@ -1,31 +1,30 @@
 #include "ui/conditions/condition_clicks.hpp"
 
-#include "conditions/condition_store.hpp"
 #include "ui/look/text.hpp"
 
 namespace lotmere::ui {
 
-bool ConditionClicks::change(const std::function<void()>& write, const std::function<void()>& show) {
-  bool stored = false;
+void ConditionClicks::change(const std::function<void(ConditionSet&)>& edit,
+                             const std::function<void()>& show) {
+  bool runs = false;
   session_.commands.runner().run([&] {
-    write();
-    stored = true;
-    Q_EMIT changed();
+    runs = true;
+    session_.settings.change(edit);
     if (show) show();
   });
-  return stored;
+  if (!runs) Q_EMIT session_.settings.refused();
 }
 
 void ConditionClicks::setTip(TipBox& box, std::function<QString()> lines, std::function<Measure()> measure) {
   box.setTipText([this, &box, lines = std::move(lines), measure = std::move(measure)] {
-    runGuarded(session_.desk, [&] {
-      strengths_.ask([&box, work_out = measure(), set = loadConditionSet(session_.store.direct()),
-                      draws = loadDrawTable(session_.store.direct()),
-                      next = session_.nextPeriod()](Course& /*course*/) -> AnswerThread::Answer {
+    strengths_.ask(session_.store, [&box, work_out = measure(), set = session_.settings.set(),
+                                    date = session_.entry_date](Store& store, Course& /*course*/) {
+      return [&box, work_out, set, draws = loadDrawTable(store),
+              next = nextPeriod(store, date)](Course& /*course*/) -> AnswerThread::Answer {
         const auto strength = work_out(set, draws, next);
         if (!strength) return {};
         return [&box, line = strengthText(*strength)] { box.extendTip(shown(line)); };
-      });
+      };
     });
     return lines();
   });
@@ -47,18 +46,16 @@ void ConditionClicks::setTip(PanelBox& panel, const std::function<Condition()>& 
 }
 
 void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
-  connect(&panel, &PanelBox::boxClicked, this, [this, usage, &panel](bool on) {
-    if (!change([&] { setUsage(session_.store.direct(), usage, on); })) panel.takeBoxBack();
-  });
+  connect(&panel, &PanelBox::boxClicked, this,
+          [this, usage](bool on) { change([=](ConditionSet& set) { set.use(usage, on); }); });
 }
 
 void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
   setTip(panel, [condition] { return condition; });
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this,
-          [this, condition, &panel, show = std::move(show)](int k, bool selected) {
-            if (!change([&] { clickItem(session_.store.direct(), condition, k, selected); }, show))
-              panel.list().takeBack(k);
+          [this, condition, show = std::move(show)](int k, bool selected) {
+            change([&](ConditionSet& set) { clickItem(set, condition, k, selected); }, show);
           });
 }
 
@@ -67,12 +64,8 @@ void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition
   connectBox(panel, condition.usage);
   connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
-    const bool stored =
-        change([&] { box = clickLeadingItem(session_.store.direct(), condition, k, selected); });
-    if (stored)
-      panel.showBox(box);
-    else
-      panel.list().takeBack(k);
+    change([&](ConditionSet& set) { box = clickLeadingItem(set, condition, k, selected); },
+           [&] { panel.showBox(box); });
   });
 }
 

@@ -15,8 +15,7 @@
 
 namespace lotmere::ui {
 
-// Writes clicks to the store at once and says that something changed. The panels that it serves get their
-// tips, and show again what is stored when a click can't be.
+// Makes clicks changes of the settings, and gives the panels that it serves their tips.
 class ConditionClicks : public QObject {
   Q_OBJECT
 
@@ -37,18 +36,12 @@ class ConditionClicks : public QObject {
   // The same for the box of a condition: its name, and the line of its current values.
   void setTip(PanelBox& panel, const std::function<Condition()>& condition);
 
-  // Any other change of a setting; reported as the others. `show`, behind the write, shows what follows from
-  // it. False when nothing was stored: the write failed, which was told, or a command runs. The control that
-  // was clicked shows the click already, so its owner then shows again what it showed before; reading the
-  // store wouldn't do, as what refuses a write may refuse a read.
-  bool change(const std::function<void()>& write, const std::function<void()>& show = {});
+  // Any other change of the settings. `show`, behind it, shows what follows from it. Where the change can't be
+  // saved, which is told, or a command runs, the settings say that it was refused.
+  void change(const std::function<void(ConditionSet&)>& edit, const std::function<void()>& show = {});
 
   // Takes a panel's clicks away, before it is connected to another condition.
   void disconnectPanel(PanelBox& panel) { panel.disconnect(this); }
-
- Q_SIGNALS:
-  // A setting changed, behind the write.
-  void changed();
 
  private:
   void connectBox(PanelBox& panel, UsageId usage);
@@ -57,7 +50,7 @@ class ConditionClicks : public QObject {
   AnswerThread strengths_;
 };
 
-// Ticks one option of a group, or none where what is stored names none.
+// Ticks one option of a group, or none where what is set names none.
 void showOnly(QButtonGroup& options, QAbstractButton* option);
 
 }  // namespace lotmere::ui

@@ -6,9 +6,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
-#include "panels/combination_list.hpp"
 #include "panels/help_texts.hpp"
+#include "store/periods.hpp"
 #include "ui/look/text.hpp"
 
 namespace lotmere::ui {
@@ -44,12 +43,10 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  connect(picker_, &NumberPicker::picked, this,
-          [this](const QString& name, const std::vector<int>& numbers, int clicked) {
-            if (!clicks_.change([&] { setCustomInterval(session_.store.direct(), utf8(name), numbers); },
-                                [this] { showDivision(); }))
-              picker_->takeBack(clicked);
-          });
+  connect(picker_, &NumberPicker::picked, this, [this](const QString& name, const std::vector<int>& numbers) {
+    clicks_.change([&](ConditionSet& set) { setCustomInterval(set, utf8(name), numbers); },
+                   [this] { showDivision(); });
+  });
 }
 
 QGridLayout* ConditionSheetView::addSection(const QString& title) {
@@ -116,11 +113,10 @@ void ConditionSheetView::makeCombinations() {
           [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
   connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
     const Condition& condition = conditionOfUsage(usageOfTurn(turn));
-    if (!clicks_.change([&] { clickItem(session_.store.direct(), condition, turn, selected); }))
-      combinations_->takeBack(turn);
+    clicks_.change([&](ConditionSet& set) { clickItem(set, condition, turn, selected); });
   });
   QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
-  const auto panels = shapePanels(session_.store.direct());
+  const auto panels = shapePanels(session_.settings.set());
   for (int i = 0; i < kTurnCount; ++i)
     shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
                           conditionOfUsage(panels[i].usage));
@@ -159,14 +155,10 @@ void ConditionSheetView::makeDivisions() {
     grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
     connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
     connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
-      if (!clicks_.change(
-              [&] { setUsage(session_.store.direct(), division_panels_[i].condition.usage, on); }))
-        division_[i]->takeBoxBack();
+      clicks_.change([&](ConditionSet& set) { set.use(division_panels_[i].condition.usage, on); });
     });
     connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
-      if (!clicks_.change(
-              [&] { clickItem(session_.store.direct(), division_panels_[i].condition, k, selected); }))
-        division_[i]->list().takeBack(k);
+      clicks_.change([&](ConditionSet& set) { clickItem(set, division_panels_[i].condition, k, selected); });
     });
   }
 }
@@ -177,8 +169,25 @@ void ConditionSheetView::open() {
   stale_ = false;
 }
 
+void ConditionSheetView::showSettings() {
+  if (stale_) return;
+  showPanels();
+  showCombinations();
+  const std::string name = utf8(picker_->name());
+  picker_->showMembers(tableOf(session_.settings.set().column(AttributeTable::third, name)));
+}
+
 void ConditionSheetView::panelReload() {
-  const ConditionSheet sheet = lotmere::panelReload(session_.store.direct());
+  showPanels();
+  periods_->clear();
+  const auto newest =
+      session_.store.run([](Store& store) { return newestPeriods(store, kCombinationDraws); });
+  for (const PeriodNo period : newest) periods_->addItem(QString::number(period), period);
+  buildCombinations();
+}
+
+void ConditionSheetView::showPanels() {
+  const ConditionSheet sheet = lotmere::panelReload(session_.settings.set());
   for (int i = 0; i < kSlotCount; ++i) {
     if (slots_[i] == nullptr) continue;
     slots_[i]->showPanel(sheet.slots[i]);
@@ -188,23 +197,26 @@ void ConditionSheetView::panelReload() {
   for (int i = 0; i < 4; ++i) relatives_[i]->showPanel(sheet.relatives[i]);
   for (int i = 0; i < 2; ++i) heat_[i]->showPanel(sheet.heat[i]);
   for (int i = 0; i < kTurnCount; ++i) shapes_[i]->showPanel(sheet.shapes[i]);
-  periods_->clear();
-  for (const PeriodNo period : sheet.periods) periods_->addItem(QString::number(period), period);
-  buildCombinations();
   showDivision();
 }
 
 void ConditionSheetView::showSlotTip(int slot) {
-  slots_[slot]->showLine(oneLine(slotTip(session_.store.direct(), slot)));
+  slots_[slot]->showLine(oneLine(slotTip(session_.settings.set(), slot)));
 }
 
 void ConditionSheetView::buildCombinations() {
-  const auto items = combinationList(session_.store.direct(), session_.desk, periods_->currentData().toInt());
-  combinations_->showItems({items.begin(), items.end()});
+  combination_texts_ = session_.store.run([this, period = periods_->currentData().toInt()](Store& store) {
+    return combinationTexts(store, session_.desk, period);
+  });
+  showCombinations();
+}
+
+void ConditionSheetView::showCombinations() {
+  combinations_->showItems(combinationList(session_.settings.set(), combination_texts_));
 }
 
 void ConditionSheetView::showDivision() {
-  division_panels_ = divisionPanels(session_.store.direct(), shown_division_);
+  division_panels_ = divisionPanels(session_.settings.set(), shown_division_);
   for (std::size_t i = 0; i < division_.size(); ++i) {
     const bool used = i < division_panels_.size();
     division_[i]->parentWidget()->setVisible(used);
@@ -219,7 +231,7 @@ void ConditionSheetView::showDivision() {
 void ConditionSheetView::pickNumbers(int place) {
   const std::string& name = division_panels_[static_cast<std::size_t>(place)].panel.caption;
   session_.commands.runner().run([&] {
-    picker_->open(shown(name), readAttributeColumn(session_.store.direct(), AttributeTable::third, name),
+    picker_->open(shown(name), tableOf(session_.settings.set().column(AttributeTable::third, name)),
                   *pickers_[place]);
   });
 }

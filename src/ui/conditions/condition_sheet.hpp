@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <array>
 
+#include "panels/combination_list.hpp"
 #include "panels/own_pages.hpp"
 #include "panels/sheet.hpp"
 #include "ui/conditions/condition_clicks.hpp"
@@ -25,9 +26,12 @@ class ConditionSheetView : public QScrollArea {
   void markStale() { stale_ = true; }
   // The sheet comes to the front.
   void open();
+  // Shows the settings again on a sheet that isn't stale.
+  void showSettings();
 
  private:
   void panelReload();
+  void showPanels();
   QGridLayout* addSection(const QString& title);
   PanelBox* addPanel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
                      std::function<void()> show = {});
@@ -36,6 +40,7 @@ class ConditionSheetView : public QScrollArea {
   void makeDivisions();
   void showSlotTip(int slot);
   void buildCombinations();
+  void showCombinations();
   void showDivision();
   void pickNumbers(int place);
 
@@ -51,6 +56,7 @@ class ConditionSheetView : public QScrollArea {
   QComboBox* periods_ = nullptr;       // Combo_guoluqh
   std::array<PanelBox*, kLargestDivision> division_{};
   std::array<QPushButton*, kLargestDivision> pickers_{};
+  CombinationTexts combination_texts_;  // of the draw chosen
   std::vector<DivisionPanel> division_panels_;
   int shown_division_ = kSmallestDivision;
   NumberPicker* picker_;

@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
+#include "conditions/own_sets.hpp"
 #include "panels/pages.hpp"
 #include "panels/summary.hpp"
 #include "ui/look/text.hpp"
@@ -13,9 +13,8 @@ namespace {
 
 constexpr int kPadWidth = 330;
 constexpr int kTabsWidth = 138;
-constexpr int kCountDelay = 15;   // milliseconds behind a click, which is painted first
-constexpr int kCountAgain = 100;  // milliseconds, while a command runs
-constexpr std::chrono::milliseconds kReadSlice{10};
+constexpr int kCountDelay = 15;    // milliseconds behind a click, which is painted first
+constexpr int kCountAgain = 100;   // milliseconds, while a command runs
 constexpr int kCountUnseen = 200;  // milliseconds
 
 int tabOfKind(PageKind kind) {
@@ -42,7 +41,8 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
   unseen_timer_.setInterval(kCountUnseen);
   connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
-  connect(&clicks_, &ConditionClicks::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.settings, &Settings::changed, this, &ConditionsPage::settingChanged);
+  connect(&session_.settings, &Settings::refused, this, &ConditionsPage::showAgain);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
   addCommands();
 }
@@ -84,18 +84,22 @@ void ConditionsPage::makeContents() {
   right->addWidget(pages_, 1);
   right->addWidget(survivors_);
   layout->addLayout(right, 1);
-  connect(pad_, &NumberPad::counted, this, [this](const QString& text) {
-    count_->setText(compact(text));
-    if (pages_->currentWidget() == summary_) loadSummary();
-    count_timer_.start(kCountDelay);
-  });
+  connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
 }
 
 void ConditionsPage::settingChanged() {
+  if (pages_ == nullptr) return;
   // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
   // stale.
-  if (pages_->currentWidget() != pane_) sheet_->markStale();
+  if (!isVisible() || pages_->currentWidget() != pane_) sheet_->markStale();
+  if (pages_->currentWidget() == summary_) showTabSettings();
   count_timer_.start(kCountDelay);
+}
+
+void ConditionsPage::showAgain() {
+  if (pages_ == nullptr) return;
+  pad_->reload();
+  showTabSettings();
 }
 
 void ConditionsPage::markStale() {
@@ -166,34 +170,54 @@ void ConditionsPage::bringTab(int tab) {
   if (!tab_loaded_) loadTab();
 }
 
-void ConditionsPage::loadSummary() { summary_->setPlainText(shown(summaryText(session_.store.direct()))); }
+void ConditionsPage::showTabSettings() {
+  switch (conditionPage(tab_).kind) {
+    case PageKind::picks:
+      return sheet_->showSettings();
+    case PageKind::places:
+      return places_->load();
+    case PageKind::groups:
+      return groups_->load();
+    case PageKind::history_match:
+      return match_->showSettings();
+    case PageKind::shrink:
+      return shrink_->load();
+    case PageKind::summary:
+      return summary_->setPlainText(shown(summaryText(session_.settings.set())));
+    default:
+      return panels_->open(tab_);
+  }
+}
+
+QWidget* ConditionsPage::pageOfTab() const {
+  switch (conditionPage(tab_).kind) {
+    case PageKind::picks:
+      return pane_;
+    case PageKind::places:
+      return places_;
+    case PageKind::groups:
+      return groups_;
+    case PageKind::history_match:
+      return match_;
+    case PageKind::shrink:
+      return shrink_;
+    case PageKind::summary:
+      return summary_;
+    default:
+      return panels_;
+  }
+}
 
 void ConditionsPage::loadTab() {
   tab_loaded_ = true;
-  const PageKind kind = conditionPage(tab_).kind;
-  switch (kind) {
-    case PageKind::picks:
-      pane_->showCurrentView();
-      return pages_->setCurrentWidget(pane_);
-    case PageKind::places:
-      places_->loadPlacePage();
-      return pages_->setCurrentWidget(places_);
-    case PageKind::groups:
-      groups_->load();
-      return pages_->setCurrentWidget(groups_);
-    case PageKind::history_match:
-      match_->loadMatchPage();
-      return pages_->setCurrentWidget(match_);
-    case PageKind::shrink:
-      shrink_->load();
-      return pages_->setCurrentWidget(shrink_);
-    case PageKind::summary:
-      loadSummary();
-      return pages_->setCurrentWidget(summary_);
-    default:
-      panels_->open(tab_);
-      return pages_->setCurrentWidget(panels_);
-  }
+  QWidget* page = pageOfTab();
+  if (page == pane_)
+    pane_->showCurrentView();
+  else if (page == match_)
+    match_->open();
+  else
+    showTabSettings();
+  pages_->setCurrentWidget(page);
 }
 
 void ConditionsPage::open() {
@@ -201,72 +225,56 @@ void ConditionsPage::open() {
   forgetTickets();
   pad_->open();
   loadTab();
+  count_timer_.start(kCountDelay);
 }
 
-void ConditionsPage::forgetReading() {
+void ConditionsPage::forgetCount() {
   unseen_timer_.stop();
   answers_.drop();
-  reading_.reset();
 }
 
 void ConditionsPage::forgetTickets() {
-  forgetReading();
-  tickets_.reset();
+  forgetCount();
+  table_ = std::make_shared<Table>();
 }
 
 void ConditionsPage::dropCount() {
-  if (!reading_ && !answers_.isBusy()) return;
-  forgetReading();
+  if (!answers_.isBusy()) return;
+  forgetCount();
   count_timer_.start(kCountDelay);
 }
 
 void ConditionsPage::countSurvivors() {
-  if (!isVisible()) return forgetReading();
+  if (!isVisible()) return forgetCount();
   if (session_.commands.runner().isRunning()) return count_timer_.start(kCountAgain);
   if (!unseen_timer_.isActive()) unseen_timer_.start();
-  bool goes_on = false;
-  runGuarded(session_.desk, [&] {
-    if (tickets_ || readTickets())
-      askCount();
-    else
-      count_timer_.start(0);
-    goes_on = true;
-  });
-  if (!goes_on) unseen_timer_.stop();
-}
-
-bool ConditionsPage::readTickets() {
-  if (!reading_)
-    reading_ = std::make_unique<SlicedWork>(
-        [this](const SlicedWork::Pause& pause) {
-          tickets_ = loadLiveTickets(session_.store.direct(), pause);
-        },
-        kReadSlice);
-  auto work = std::move(reading_);  // gone, should it fail
-  if (work->resume()) return true;
-  reading_ = std::move(work);
-  return false;
-}
-
-void ConditionsPage::askCount() {
-  answers_.ask(
-      [this, live = live_,
-       question = LiveCount::Question{tickets_, loadConditionSet(session_.store.direct()),
-                                      loadDrawTable(session_.store.direct()),
-                                      session_.nextPeriod()}](Course& course) -> AnswerThread::Answer {
-        const auto result = live->count(question, course);
-        if (!result) return {};
-        return [this, text = liveText(*result)] {
-          unseen_timer_.stop();
-          survivors_->setText(shown(text));
-        };
-      });
+  const auto read = [table = table_, date = session_.entry_date](Store& store, Course& course) {
+    if (!table->read) {
+      table->tickets = loadLiveTickets(store, [&] { return course.stopRequested(); });
+      table->read = !course.stopRequested();
+    }
+    return LiveCount::Question{table->tickets, {}, loadDrawTable(store), nextPeriod(store, date)};
+  };
+  answers_.ask(session_.store,
+               [this, read, set = session_.settings.set(), live = live_](
+                   Store& store, Course& reading) -> AnswerThread::Question {
+                 LiveCount::Question question = read(store, reading);
+                 question.set = set;
+                 return [this, live, question = std::move(question)](Course& course) -> AnswerThread::Answer {
+                   const auto result = live->count(question, course);
+                   if (!result) return {};
+                   return [this, text = liveText(*result)] {
+                     unseen_timer_.stop();
+                     survivors_->setText(shown(text));
+                   };
+                 };
+               });
 }
 
 void ConditionsPage::restoreDefaults() {
   if (!agreesToDefaults(session_.desk)) return;
   bringTab(1);
-  lotmere::restoreDefaults(session_.store.direct());
+  if (!session_.settings.restoreDefaults()) return;
   markStale();
   pane_->showFirstView();
   pad_->reload();

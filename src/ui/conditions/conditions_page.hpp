@@ -23,7 +23,6 @@
 #include "ui/conditions/shrink_page.hpp"
 #include "ui/shell/answer_thread.hpp"
 #include "ui/shell/session.hpp"
-#include "ui/shell/sliced_work.hpp"
 #include "ui/widgets/front_pane.hpp"
 
 namespace lotmere::ui {
@@ -65,27 +64,31 @@ class ConditionsPage : public QWidget {
   // The same as a command that may be given from another page.
   void bringTab(int tab);
   void loadTab();
-  void loadSummary();
+  [[nodiscard]] QWidget* pageOfTab() const;
+  void showTabSettings();
+  // A change was refused.
+  void showAgain();
   void restoreDefaults();
   void settingChanged();
-  // Reads the tickets of the table slice by slice, once; then asks for the count.
+  // Asks for the count; the tickets of the table are read once, by the first.
   void countSurvivors();
-  void askCount();
-  // False while there is more to read.
-  bool readTickets();
   // What the count under way rests on is about to change: it is dropped, and taken anew behind that.
   void dropCount();
   // Ends what is under way.
-  void forgetReading();
+  void forgetCount();
   // The tickets changed, or may have.
   void forgetTickets();
 
   Session& session_;
   ConditionClicks clicks_;
-  QTimer count_timer_;                          // counts once the clicks of one moment are over
-  QTimer unseen_timer_;                         // a count that takes longer says that it is under way
-  std::shared_ptr<const LiveTickets> tickets_;  // of the table; none before they are read
-  std::unique_ptr<SlicedWork> reading_;         // of the tickets
+  QTimer count_timer_;   // counts once the clicks of one moment are over
+  QTimer unseen_timer_;  // a count that takes longer says that it is under way
+  // The tickets of the table as they were read; the work thread alone looks into it.
+  struct Table {
+    bool read = false;
+    std::shared_ptr<const LiveTickets> tickets;
+  };
+  std::shared_ptr<Table> table_ = std::make_shared<Table>();
   std::shared_ptr<LiveCount> live_ = std::make_shared<LiveCount>();  // only the thread below works on it
   AnswerThread answers_;
   NumberPad* pad_ = nullptr;

@@ -5,7 +5,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/help_texts.hpp"
 #include "panels/summary.hpp"
 #include "ui/look/text.hpp"
@@ -43,25 +42,21 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(all_, &QListView::clicked, this,
           [this](const QModelIndex& index) { tabs_->setCurrentIndex(index.row()); });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&] { clickGroupNumber(session_.store.direct(), group_, number); },
-                        [this] { load(); }))
-      numbers_->takeBack(number);
+    clicks_.change([&](ConditionSet& set) { clickGroupNumber(set, group_, number); }, [this] { load(); });
   });
   connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
-    if (!clicks_.change([&] { setUsage(session_.store.direct(), usageOfGroup(group_), on); },
-                        [this] { load(); }))
-      counts_->takeBoxBack();
+    clicks_.change([&](ConditionSet& set) { set.use(usageOfGroup(group_), on); }, [this] { load(); });
   });
   connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
     BoxState box{};
-    const auto write = [&] {
-      box = clickLeadingItem(session_.store.direct(), conditionOfUsage(usageOfGroup(group_)), k, selected);
+    const auto edit = [&](ConditionSet& set) {
+      box = clickLeadingItem(set, conditionOfUsage(usageOfGroup(group_)), k, selected);
     };
     const auto show = [&] {
       load();
       counts_->showBox(box);
     };
-    if (!clicks_.change(write, show)) counts_->list().takeBack(k);
+    clicks_.change(edit, show);
   });
 }
 
@@ -88,7 +83,7 @@ QWidget* GroupPageView::makeEditor() {
 
 void GroupPageView::load() {
   QStringList lines;
-  for (const std::string& line : groupLines(session_.store.direct())) lines.append(shown(line));
+  for (const std::string& line : groupLines(session_.settings.set())) lines.append(shown(line));
   lines_.setStringList(lines);
   showGroup(group_);
 }
@@ -101,7 +96,7 @@ void GroupPageView::openGroup(int group) {
 }
 
 void GroupPageView::showGroup(int group) {
-  const GroupPage page = groupPage(session_.store.direct(), group);
+  const GroupPage page = groupPage(session_.settings.set(), group);
   group_ = group;
   numbers_->showMembers(page.members);
   counts_->showPanel(page.panel);
@@ -110,13 +105,13 @@ void GroupPageView::showGroup(int group) {
 }
 
 void GroupPageView::emptyGroups(bool all) {
-  const auto write = [&] {
+  const auto edit = [&](ConditionSet& set) {
     if (all)
-      lotmere::emptyGroups(session_.store.direct());
+      lotmere::emptyGroups(set);
     else
-      setGroup(session_.store.direct(), group_, {});
+      setGroup(set, group_, {});
   };
-  clicks_.change(write, [&] {
+  clicks_.change(edit, [&] {
     if (all) group_ = 1;
     load();
     const QSignalBlocker quiet(tabs_);

@@ -1,4 +1,4 @@
-// The page 自定义过滤: ten groups of a person's own, their numbers and the counts allowed of each.
+// The page 自定义过滤: ten groups of a user's own, their numbers and the counts allowed of each.
 #pragma once
 
 #include <QListView>
@@ -17,7 +17,7 @@ class GroupPageView : public QWidget {
 
  public:
   GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
-  // Shows the page as it is stored.
+  // Shows the page as it is set.
   void load();
 
  private:

@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/help_texts.hpp"
 #include "panels/own_pages.hpp"
 #include "ui/look/text.hpp"
@@ -53,31 +52,31 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
     intervals_.button(interval_)->setChecked(true);  // the one that the clicks are for
   });
   connect(numbers_, &NumberGrid::numberClicked, this, [this](int number) {
-    if (!clicks_.change([&] { toggleAttribute(session_.store.direct(), nameOf(interval_), number); },
-                        [this] { load(); }))
-      numbers_->takeBack(number);
+    clicks_.change([&](ConditionSet& set) { clickIntervalNumber(set, interval_ + 1, number); },
+                   [this] { load(); });
   });
   connect(clear_all, &QPushButton::clicked, this, &IntervalPage::clear);
-}
-
-const std::string& IntervalPage::nameOf(int interval) {
-  return conditionOfUsage(usageOfInterval(interval + 1)).name;
+  connect(&session_.settings, &Settings::refused, this, &IntervalPage::load);
 }
 
 void IntervalPage::showInterval(int interval) {
-  numbers_->showMembers(
-      readAttributeColumn(session_.store.direct(), AttributeTable::first, nameOf(interval)));
+  const std::string& name = conditionOfUsage(usageOfInterval(interval + 1)).name;
+  numbers_->showMembers(tableOf(session_.settings.set().column(AttributeTable::first, name)));
   interval_ = interval;
 }
 
 void IntervalPage::load() {
   showInterval(interval_);
-  const auto previews = intervalPreviews(session_.store.direct());
+  const auto previews = intervalPreviews(session_.settings.set());
   for (int i = 0; i < kIntervalCount; ++i) previews_[i]->setText(shown(previews[i]));
 }
 
 void IntervalPage::clear() {
-  clicks_.change([&] { clearIntervals(session_.store.direct(), session_.desk); }, [this] { load(); });
+  session_.commands.runner().run([this] {
+    if (!session_.settings.changeNow(clearIntervals)) return;
+    load();
+    session_.desk.tell(kIntervalsCleared);
+  });
 }
 
 }  // namespace lotmere::ui

@@ -18,12 +18,11 @@ class IntervalPage : public QWidget {
  public:
   IntervalPage(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
 
-  // Shows the intervals as they are stored.
+  // Shows the intervals as they are set.
   void load();
 
  private:
-  // Intervals count from 0 here.
-  [[nodiscard]] static const std::string& nameOf(int interval);
+  // From 0 on.
   void showInterval(int interval);
   void clear();
 

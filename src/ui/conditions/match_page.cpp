@@ -6,6 +6,7 @@
 
 #include "advice/strength.hpp"
 #include "panels/help_texts.hpp"
+#include "store/periods.hpp"
 #include "ui/look/text.hpp"
 
 namespace lotmere::ui {
@@ -57,46 +58,52 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
           return matchStrength(set, draws, next, kStrengthDraws);
         };
       });
-  connect(used_, &QCheckBox::clicked, this, [this](bool on) {
-    change([&] { setHistoryMatch(session_.store.direct(), &HistoryMatch::used, on); });
-  });
+  connect(used_, &QCheckBox::clicked, this,
+          [this](bool on) { change([&](ConditionSet& set) { set.match.used = on; }); });
   PeriodNo HistoryMatch::*const ends[] = {&HistoryMatch::first, &HistoryMatch::last};
   for (int i = 0; i < 2; ++i)
     connect(range_[i], &QComboBox::activated, this, [this, i, end = ends[i]] {
-      change([&] { chooseMatchEnd(session_.store.direct(), end, range_[i]->currentData().toInt()); });
+      change([&](ConditionSet& set) { chooseMatchEnd(set, end, range_[i]->currentData().toInt()); });
     });
-  connect(match_, &QComboBox::activated, this, [this] {
-    change([&] {
-      setHistoryMatch(session_.store.direct(), &HistoryMatch::match, match_->currentData().toInt());
-    });
-  });
+  connect(match_, &QComboBox::activated, this,
+          [this] { change([&](ConditionSet& set) { set.match.match = match_->currentData().toInt(); }); });
   connect(latest_, &QPushButton::clicked, this,
-          [this] { change([&] { followLatestDraws(session_.store.direct()); }); });
+          [this] { change([](ConditionSet& set) { set.match.chosen = false; }); });
 }
 
-void MatchPageView::change(const std::function<void()>& write) {
-  if (!clicks_.change(write, [this] { loadMatchPage(); })) showLoaded();
+void MatchPageView::change(const std::function<void(ConditionSet&)>& edit) {
+  clicks_.change(
+      [&](ConditionSet& set) {
+        edit(set);
+        followDraws(set, periods_);
+      },
+      [this] { showSettings(); });
 }
 
-void MatchPageView::loadMatchPage() {
-  page_ = lotmere::loadMatchPage(session_.store.direct());
-  showLoaded();
+void MatchPageView::open() {
+  periods_ = session_.store.run([](Store& store) { return newestPeriods(store, kMatchPeriods); });
+  ConditionSet followed = session_.settings.set();
+  followDraws(followed, periods_);
+  if (followed != session_.settings.set())
+    session_.settings.change([&](ConditionSet& set) { followDraws(set, periods_); });
+  showSettings();
 }
 
-void MatchPageView::showLoaded() {
-  used_->setChecked(page_.settings.used);
+void MatchPageView::showSettings() {
+  const MatchPage page = matchPage(session_.settings.set(), periods_);
+  used_->setChecked(page.settings.used);
   for (QComboBox* combo : range_) {
     combo->clear();
-    for (const PeriodNo period : page_.periods) combo->addItem(QString::number(period), period);
+    for (const PeriodNo period : page.periods) combo->addItem(QString::number(period), period);
   }
-  range_[0]->setCurrentIndex(range_[0]->findData(page_.settings.first));
-  range_[1]->setCurrentIndex(range_[1]->findData(page_.settings.last));
+  range_[0]->setCurrentIndex(range_[0]->findData(page.settings.first));
+  range_[1]->setCurrentIndex(range_[1]->findData(page.settings.last));
   match_->clear();
-  for (const PanelItem& item : page_.matches) {
+  for (const PanelItem& item : page.matches) {
     match_->addItem(shown(item.text), item.k);
     if (item.selected) match_->setCurrentIndex(match_->count() - 1);
   }
-  which_->setText(shown(page_.settings.chosen ? kMatchTexts.chosen : kMatchTexts.latest));
+  which_->setText(shown(page.settings.chosen ? kMatchTexts.chosen : kMatchTexts.latest));
 }
 
 }  // namespace lotmere::ui

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QWidget>
+#include <functional>
+#include <vector>
 
 #include "panels/own_pages.hpp"
 #include "ui/conditions/condition_clicks.hpp"
@@ -17,22 +19,21 @@ class MatchPageView : public QWidget {
  public:
   MatchPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
   // The page comes to the front: a range that wasn't chosen by hand moves on to the last fifty draws.
-  void loadMatchPage();
+  void open();
+  void showSettings();
 
  private:
-  // Shows the page as it was loaded.
-  void showLoaded();
-  // A click, and the page as it is stored behind it.
-  void change(const std::function<void()>& write);
+  // A click, and the page as it is set behind it.
+  void change(const std::function<void(ConditionSet&)>& edit);
 
   Session& session_;
   ConditionClicks& clicks_;
-  MatchPage page_;
-  TipBox* used_;           // Check_Historyguolu
-  QComboBox* range_[2]{};  // Combo_HistoryGuoLu
-  QComboBox* match_;       // Combo_PiPei
-  QPushButton* latest_;    // cmm_latestPeriods
-  QLabel* which_;          // Label_matchRange
+  std::vector<PeriodNo> periods_;  // of the last draws when the page came to the front, newest first
+  TipBox* used_;                   // Check_Historyguolu
+  QComboBox* range_[2]{};          // Combo_HistoryGuoLu
+  QComboBox* match_;               // Combo_PiPei
+  QPushButton* latest_;            // cmm_latestPeriods
+  QLabel* which_;                  // Label_matchRange
 };
 
 }  // namespace lotmere::ui

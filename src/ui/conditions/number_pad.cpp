@@ -178,21 +178,21 @@ QWidget* NumberPad::makeLegend() {
 
 void NumberPad::open() {
   hint_period_ = session_.nextPeriod();
-  hintGaiLv(session_.store.direct(), hint_period_);
+  marked_ = session_.store.run([period = hint_period_](Store& store) {
+    hintGaiLv(store, period);
+    return lowChanceNumbers(store);
+  });
   reload();
 }
 
 void NumberPad::reload() {
-  const NumberSelection selection = loadSelection(session_.store.direct());
-  const LowChanceNumbers low = lowChanceNumbers(session_.store.direct());
+  const NumberSelection selection = selectionOf(session_.settings.set());
   for (QAbstractButton* each : buttons_.buttons()) {
     auto* button = static_cast<PadButton*>(each);
     const int code = button->code();
     const int number = code % kBlueCodeBase;
-    const auto& marked = isBlue(code) ? low.blues : low.reds;
     button->setEnabled(lotmere::isEnabled(selection, code));
-    button->showState(isBlue(code) ? selection.blue[number] : selection.red[number],
-                      std::ranges::binary_search(marked, number));
+    button->showState(isBlue(code) ? selection.blue[number] : selection.red[number], marked_.holds(code));
   }
   Q_EMIT counted(shown(combosText(countCombos(selection))));
 }
@@ -200,16 +200,14 @@ void NumberPad::reload() {
 void NumberPad::click(int code) {
   const QTabBar* strip = isBlue(code) ? blue_strip_ : red_strip_;
   const PadTab tab = strip->currentIndex() == 0 ? PadTab::tuo : PadTab::dan;
-  clickNumber(session_.store.direct(), session_.desk, code, tab,
-              hint_period_ > 0 ? std::optional(hint_period_) : std::nullopt);
+  NumberSelection selection = selectionOf(session_.settings.set());
+  if (clickNumber(selection, session_.desk, code, tab, marked_, hint_period_))
+    session_.settings.change([&](ConditionSet& set) { putSelection(set, selection); });
   reload();
 }
 
 void NumberPad::clear(bool blue) {
-  if (blue)
-    clearBlues(session_.store.direct());
-  else
-    clearReds(session_.store.direct());
+  session_.settings.change(blue ? clearBlues : clearReds);
   reload();
 }
 

@@ -43,9 +43,9 @@ class NumberPad : public QWidget {
  public:
   explicit NumberPad(Session& session, QWidget* parent = nullptr);
 
-  // Makes the marks for the coming period and shows the selection as it is stored.
+  // Makes the marks for the coming period and shows them with the selection.
   void open();
-  // Shows the selection and the marks as they are stored.
+  // Shows the selection as it is set.
   void reload();
 
  Q_SIGNALS:
@@ -62,7 +62,8 @@ class NumberPad : public QWidget {
   QButtonGroup buttons_;
   QTabBar* red_strip_ = nullptr;   // TabStrip_Qiaqu
   QTabBar* blue_strip_ = nullptr;  // TabStrip_Houqu
-  PeriodNo hint_period_ = 0;       // that the marks were made for; 0: not yet
+  PeriodNo hint_period_ = 0;       // that the marks were made for
+  LowChanceNumbers marked_;        // none before the pad is opened
 };
 
 }  // namespace lotmere::ui

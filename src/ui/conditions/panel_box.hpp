@@ -42,8 +42,6 @@ class PanelBox : public QWidget {
   // Shows the panel; a panel without items has no list. Nothing is written back.
   void showPanel(const ConditionPanel& panel);
   void showBox(const BoxState& box);
-  // A click on the box couldn't be stored: its mark is as it was.
-  void takeBoxBack() { box_->setChecked(!box_->isChecked()); }
   // Under the list; an empty text takes no room.
   void showLine(const QString& text);
   [[nodiscard]] QString line() const { return line_->text(); }

@@ -17,16 +17,16 @@ std::vector<ConditionPanel> asList(const Panels& panels) {
   return {panels.begin(), panels.end()};
 }
 
-std::vector<ConditionPanel> loadPanels(Store& store, const ConditionPage& page, int tab) {
+std::vector<ConditionPanel> panelsOf(const ConditionSet& set, const ConditionPage& page, int tab) {
   switch (page.kind) {
     case PageKind::counts:
-      return asList(countPanels(store, tab));
+      return asList(countPanels(set, tab));
     case PageKind::intervals:
-      return asList(intervalPanels(store));
+      return asList(intervalPanels(set));
     case PageKind::shapes:
-      return {shapePage(store, page.conditions.front()->usage).panel};
+      return {shapePage(set, page.conditions.front()->usage).panel};
     default:
-      return {valuePage(store, tab)};
+      return {valuePage(set, tab)};
   }
 }
 
@@ -53,7 +53,7 @@ PanelPage::PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent)
 
 void PanelPage::open(int tab) {
   const ConditionPage& page = conditionPage(tab);
-  const auto panels = loadPanels(session_.store.direct(), page, tab);
+  const auto panels = panelsOf(session_.settings.set(), page, tab);
   const bool shape = page.kind == PageKind::shapes;
   panels_[0]->list().setObjectName(shape ? QStringLiteral("List_TiaojianElse") : QStringLiteral("List_TJ_0"));
   panels_[0]->box().setObjectName(shape ? QStringLiteral("Check_useTiaojiao_else")
@@ -68,7 +68,7 @@ void PanelPage::open(int tab) {
   }
   QString tip;
   if (shape)
-    tip = shown(shapePage(session_.store.direct(), page.conditions.front()->usage).tip).trimmed();
+    tip = shown(shapePage(session_.settings.set(), page.conditions.front()->usage).tip).trimmed();
   else if (panels.front().items.empty())
     tip = QStringLiteral("这个条件的取值在“选取号码”页的条件表中设置。");
   tip_->setText(tip);

@@ -17,7 +17,7 @@ class PanelPage : public QWidget {
  public:
   PanelPage(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
 
-  // Shows the page of a tab (1 to 44) as it is stored. Its kind is value, counts, intervals or shapes.
+  // Shows the page of a tab (1 to 44) as it is set. Its kind is value, counts, intervals or shapes.
   void open(int tab);
 
  private:

@@ -6,7 +6,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/help_texts.hpp"
 #include "ui/look/text.hpp"
 
@@ -37,12 +36,8 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
     tolerances->addWidget(option);
   }
   tolerances->addStretch();
-  connect(&tolerances_, &QButtonGroup::idClicked, this, [this, &clicks](int k) {
-    if (clicks.change([&] { setConditionValue(session_.store.direct(), kToleranceCell, k); }))
-      tolerance_ = tolerances_.button(k);
-    else
-      showOnly(tolerances_, tolerance_);
-  });
+  connect(&tolerances_, &QButtonGroup::idClicked, this,
+          [&clicks](int k) { clicks.change([=](ConditionSet& set) { set.cells.set(kToleranceCell, k); }); });
   auto* help = new QPlainTextEdit(shown(kPlaceHelp));
   help->setObjectName(QStringLiteral("Text_dingweiTip"));
   help->setReadOnly(true);
@@ -54,15 +49,15 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   layout->addWidget(help);
 }
 
-void PlacePageView::loadPlacePage() {
-  const PlacePage page = lotmere::loadPlacePage(session_.store.direct());
+void PlacePageView::load() {
+  const PlacePage page = placePage(session_.settings.set());
   for (int i = 0; i < kPlaceCount; ++i) places_[i]->showPanel(page.places[i]);
-  tolerance_ = nullptr;
+  QAbstractButton* tolerance = nullptr;
   for (const PanelItem& item : page.tolerances) {
     tolerances_.button(item.k)->setText(shown(item.text));
-    if (item.selected) tolerance_ = tolerances_.button(item.k);
+    if (item.selected) tolerance = tolerances_.button(item.k);
   }
-  showOnly(tolerances_, tolerance_);
+  showOnly(tolerances_, tolerance);
 }
 
 }  // namespace lotmere::ui

@@ -15,14 +15,13 @@ class PlacePageView : public QWidget {
 
  public:
   PlacePageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
-  // Shows the page as it is stored.
-  void loadPlacePage();
+  // Shows the page as it is set.
+  void load();
 
  private:
   Session& session_;
   std::array<PanelBox*, kPlaceCount> places_{};
-  QButtonGroup tolerances_;               // Option_DingweiRongcuo
-  QAbstractButton* tolerance_ = nullptr;  // the stored one
+  QButtonGroup tolerances_;  // Option_DingweiRongcuo
 };
 
 }  // namespace lotmere::ui

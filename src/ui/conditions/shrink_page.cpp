@@ -4,7 +4,6 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "conditions/condition_store.hpp"
 #include "panels/pages.hpp"
 #include "ui/look/text.hpp"
 
@@ -20,17 +19,12 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
     types_.addButton(option, type);
     column->addWidget(option);
   }
-  connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
-    if (clicks.change([&] { setConditionValue(session_.store.direct(), kShrinkTypeCell, type); }))
-      type_ = types_.button(type);
-    else
-      showOnly(types_, type_);
+  connect(&types_, &QButtonGroup::idClicked, this, [&clicks](int type) {
+    clicks.change([=](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); });
   });
   smart_->setObjectName(QStringLiteral("Check_auto"));
-  connect(smart_, &QCheckBox::clicked, this, [this, &clicks](bool on) {
-    if (!clicks.change([&] { setUsage(session_.store.direct(), kSmartOptimisation, on); }))
-      smart_->setChecked(!on);
-  });
+  connect(smart_, &QCheckBox::clicked, this,
+          [&clicks](bool on) { clicks.change([=](ConditionSet& set) { set.use(kSmartOptimisation, on); }); });
   hint_->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
@@ -42,13 +36,13 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
 }
 
 void ShrinkPageView::load() {
-  const ShrinkPage page = shrinkPage(session_.store.direct());
-  type_ = nullptr;
+  const ShrinkPage page = shrinkPage(session_.settings.set());
+  QAbstractButton* type = nullptr;
   for (const PanelItem& item : page.types) {
     types_.button(item.k)->setText(shown(item.text));
-    if (item.selected) type_ = types_.button(item.k);
+    if (item.selected) type = types_.button(item.k);
   }
-  showOnly(types_, type_);
+  showOnly(types_, type);
   smart_->setText(shown(page.smart.caption));
   smart_->setChecked(page.smart.ticked);
   hint_->setText(shown(page.hint));

@@ -14,14 +14,13 @@ class ShrinkPageView : public QWidget {
 
  public:
   ShrinkPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
-  // Shows the page as it is stored.
+  // Shows the page as it is set.
   void load();
 
  private:
   Session& session_;
-  QButtonGroup types_;               // Option_ShuoSuiLeiXing
-  QAbstractButton* type_ = nullptr;  // the stored one
-  QCheckBox* smart_;                 // Check_auto
+  QButtonGroup types_;  // Option_ShuoSuiLeiXing
+  QCheckBox* smart_;    // Check_auto
   QLabel* hint_;
 };
 

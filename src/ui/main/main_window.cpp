@@ -332,6 +332,7 @@ bool MainWindow::logIn() {
 }
 
 void MainWindow::showUser() {
+  session_.settings.reload();
   setWindowTitle(shown(userCaption(session_.store.run(currentUser), utf8(main_caption_))));
   tickets_->refreshTickets();
   conditions_->markStale();

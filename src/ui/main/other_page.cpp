@@ -14,7 +14,9 @@ OtherPage::OtherPage(Session& session, QWidget* parent)
   layout->addWidget(contents_);
   session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
                         [this] { showIntervals(); });
-  connect(&clicks_, &ConditionClicks::changed, this, &OtherPage::intervalsChanged);
+  connect(&session_.settings, &Settings::changed, this, [this] {
+    if (isVisible()) Q_EMIT intervalsChanged();
+  });
   addText("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rulesText);
   addText("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitionsText);
 }

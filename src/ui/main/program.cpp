@@ -38,8 +38,7 @@ std::vector<StartStep> Program::startOrder() {
           onThread(start_.mainConnection()),
           {"main window",
            [this] {
-             session_.emplace(Session{
-                 {desk_.work(), start_.store()}, start_.home(), desk_, clock_, commands_, password_limits_});
+             session_.emplace(start_.store(), start_.home(), desk_, clock_, commands_, password_limits_);
              window_ = std::make_unique<MainWindow>(*session_);
              return true;
            },

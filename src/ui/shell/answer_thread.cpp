@@ -1,5 +1,6 @@
 #include "ui/shell/answer_thread.hpp"
 
+#include <QPointer>
 #include <exception>
 #include <utility>
 
@@ -11,16 +12,16 @@ namespace {
 // Stopped as soon as another question is the newest.
 class AskedCourse final : public Course {
  public:
-  AskedCourse(const std::atomic<std::uint64_t>& newest, std::uint64_t number)
-      : newest_(newest), number_(number) {}
+  AskedCourse(std::shared_ptr<const std::atomic<std::uint64_t>> newest, std::uint64_t number)
+      : newest_(std::move(newest)), number_(number) {}
 
   void begin(std::int64_t /*total*/, Stop /*stop*/) override {}
   bool advance(std::int64_t /*done*/) override { return stopRequested(); }
   void end() override {}
-  [[nodiscard]] bool stopRequested() const override { return newest_.load() != number_; }
+  [[nodiscard]] bool stopRequested() const override { return newest_->load() != number_; }
 
  private:
-  const std::atomic<std::uint64_t>& newest_;
+  std::shared_ptr<const std::atomic<std::uint64_t>> newest_;
   std::uint64_t number_;
 };
 
@@ -40,20 +41,44 @@ AnswerThread::~AnswerThread() {
   if (thread_.joinable()) thread_.join();
 }
 
-void AnswerThread::ask(Question question) {
+std::uint64_t AnswerThread::begin() {
+  const std::lock_guard lock(mutex_);
+  next_ = {};
+  busy_ = true;
+  return ++*newest_;
+}
+
+void AnswerThread::enqueue(std::uint64_t number, Question question) {
   {
     const std::lock_guard lock(mutex_);
-    ++newest_;
     next_ = std::move(question);
+    next_number_ = number;
   }
-  busy_ = true;
   if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   asked_.notify_one();
 }
 
+void AnswerThread::ask(Question question) { enqueue(begin(), std::move(question)); }
+
+void AnswerThread::ask(const StoreDoor& store, Reading reading) {
+  const std::uint64_t number = begin();
+  const auto made = std::make_shared<Question>();
+  store.post(
+      [reading = std::move(reading), newest = newest_, number, made](Store& opened) {
+        AskedCourse course(newest, number);
+        if (!course.stopRequested()) *made = reading(opened, course);
+      },
+      [here = QPointer(this), newest = newest_, number, made](const std::exception_ptr& failure) {
+        if (here == nullptr || *newest != number) return;
+        if (*made) return here->enqueue(number, std::move(*made));
+        here->busy_ = false;
+        if (failure) runGuarded(here->desk_, [&] { std::rethrow_exception(failure); });
+      });
+}
+
 void AnswerThread::drop() {
   const std::lock_guard lock(mutex_);
-  ++newest_;
+  ++*newest_;
   next_ = {};
   busy_ = false;
 }
@@ -67,7 +92,7 @@ void AnswerThread::run() {
       asked_.wait(lock, [this] { return over_ || next_; });
       if (over_) return;
       question = std::exchange(next_, {});
-      number = newest_;
+      number = next_number_;
     }
     try {
       AskedCourse course(newest_, number);
@@ -91,7 +116,7 @@ void AnswerThread::give() {
   Answer answer;
   {
     const std::lock_guard lock(mutex_);
-    if (answered_ != newest_ || !busy_) return;
+    if (answered_ != *newest_ || !busy_) return;
     answer = std::exchange(answer_, {});
   }
   busy_ = false;

@@ -1,7 +1,6 @@
 // What the pages of the window work on.
 #pragma once
 
-#include <functional>
 #include <utility>
 
 #include "base/dates.hpp"
@@ -10,40 +9,31 @@
 #include "store/periods.hpp"
 #include "store/store.hpp"
 #include "ui/shell/commands.hpp"
+#include "ui/shell/settings.hpp"
+#include "ui/shell/store_door.hpp"
 #include "ui/shell/window_desk.hpp"
 #include "users/password.hpp"
 
 namespace lotmere::ui {
 
-// The store as the window has it: whatever reads or writes it does so on the work thread.
-class StoreDoor {
- public:
-  StoreDoor(WorkThread& thread, Store& store) : thread_(thread), store_(store) {}
-
-  // Does the work on the store and gives what it gives; the window is served meanwhile (see WorkThread::run).
-  template <class Work>
-  auto run(Work&& work) {
-    return thread_.run([&] { return std::invoke(work, store_); });
-  }
-  // Gives the work and comes back at once (see WorkThread::post).
-  void post(std::function<void(Store&)> work, WorkThread::Then then) {
-    thread_.post([this, work = std::move(work)] { work(store_); }, std::move(then));
-  }
-
-  Store& direct() { return store_; }
-
- private:
-  WorkThread& thread_;
-  Store& store_;
-};
-
 struct Session {
+  Session(Store& opened, Home at, WindowDesk& window_desk, Clock& time, Commands& all,
+          HashLimits limits = HashLimits::interactive())
+      : store(window_desk.work(), opened),
+        home(std::move(at)),
+        desk(window_desk),
+        clock(time),
+        commands(all),
+        password_limits(limits),
+        settings(store, window_desk) {}
+
   StoreDoor store;
   Home home;
   WindowDesk& desk;
   Clock& clock;
   Commands& commands;
-  HashLimits password_limits = HashLimits::interactive();
+  HashLimits password_limits;
+  Settings settings;
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.

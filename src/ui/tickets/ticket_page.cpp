@@ -161,7 +161,7 @@ void TicketPage::init() {
   // A stopped one leaves the grid as it was until the page is opened again.
   if (result.outcome == Outcome::done)
     refreshTickets();
-  else if (!session_.store.run([&](Store& store) { return checkSelection(store, session_.desk, Tell::no); }))
+  else if (!checkSelection(selectionOf(session_.settings.set()), session_.desk, Tell::no))
     Q_EMIT numbersWanted();
 }
 

@@ -3,7 +3,6 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
-#include <algorithm>
 
 #include "ui/look/text.hpp"
 
@@ -49,12 +48,6 @@ void CheckList::showItems(std::vector<PanelItem> items) {
   model_->showItems(std::move(items));
   if (row >= 0 && row < model_->rowCount()) setCurrentIndex(model_->index(row));
   verticalScrollBar()->setValue(place);
-}
-
-void CheckList::takeBack(int k) {
-  const auto& items = model_->items();
-  const auto item = std::ranges::find(items, k, &PanelItem::k);
-  if (item != items.end()) model_->toggle(static_cast<int>(item - items.begin()));
 }
 
 void CheckList::toggle(const QModelIndex& index) {

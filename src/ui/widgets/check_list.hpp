@@ -37,8 +37,6 @@ class CheckList : public QListView {
   // list is never taken for a click.
   void showItems(std::vector<PanelItem> items);
   [[nodiscard]] const CheckListModel& list() const { return *model_; }
-  // A click on the item of `k` couldn't be stored: its mark is as it was.
-  void takeBack(int k);
 
  Q_SIGNALS:
   // The person ticked or unticked a row; `k` is the one of its item.

@@ -57,11 +57,6 @@ void NumberGrid::showMembers(const RedTable& members) {
   for (int n = 1; n <= kRedCount; ++n) buttons_.button(n)->setChecked(members[n] != 0);
 }
 
-void NumberGrid::takeBack(int number) {
-  QAbstractButton* button = buttons_.button(number);
-  button->setChecked(!button->isChecked());
-}
-
 std::vector<int> NumberGrid::members() const {
   std::vector<int> numbers;
   for (int n = 1; n <= kRedCount; ++n)

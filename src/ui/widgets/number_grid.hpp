@@ -18,8 +18,6 @@ class NumberGrid : public QWidget {
   // 1 for each number of the set. Nothing is written back.
   void showMembers(const RedTable& members);
   [[nodiscard]] std::vector<int> members() const;
-  // A click on a number couldn't be stored: it is in the set as before.
-  void takeBack(int number);
 
  Q_SIGNALS:
   // The person pressed a number, which is in the set now or no longer.

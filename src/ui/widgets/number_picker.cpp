@@ -16,8 +16,7 @@ NumberPicker::NumberPicker(QWidget* parent)
   auto* close_button = new QPushButton(QStringLiteral("关 闭"));
   close_button->setObjectName(QStringLiteral("cmm_CLSzdyQj"));
   connect(close_button, &QPushButton::clicked, this, &QWidget::close);
-  connect(grid_, &NumberGrid::numberClicked, this,
-          [this](int number) { Q_EMIT picked(name(), grid_->members(), number); });
+  connect(grid_, &NumberGrid::numberClicked, this, [this] { Q_EMIT picked(name(), grid_->members()); });
   auto* head = new QHBoxLayout;
   head->addWidget(title_);
   head->addStretch();

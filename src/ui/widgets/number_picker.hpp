@@ -17,12 +17,12 @@ class NumberPicker : public QFrame {
   // Opens beside a button with these members; a click elsewhere or Esc closes it.
   void open(const QString& name, const RedTable& members, const QWidget& beside);
   [[nodiscard]] QString name() const { return title_->text(); }
-  // A click on a number couldn't be stored.
-  void takeBack(int number) { grid_->takeBack(number); }
+  // The members as they are set.
+  void showMembers(const RedTable& members) { grid_->showMembers(members); }
 
  Q_SIGNALS:
-  // The user changed the numbers of the interval by a click on one of them.
-  void picked(const QString& name, const std::vector<int>& numbers, int clicked);
+  // The user changed the numbers of the interval by a click.
+  void picked(const QString& name, const std::vector<int>& numbers);
 
  private:
   QLabel* title_;
