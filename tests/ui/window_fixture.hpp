@@ -11,8 +11,8 @@
 #include "support/test_store.hpp"
 #include "ui/look/text.hpp"
 #include "ui/main/program.hpp"
+#include "ui/window_desk_script.hpp"
 #include "users/user_table.hpp"
-#include "window_desk_script.hpp"
 
 namespace lotmere::ui::test {
 
