@@ -1,10 +1,14 @@
 #include "base/platform.hpp"
 
 #include <fcntl.h>
+#include <iconv.h>
 #include <poll.h>
+#include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -194,11 +198,81 @@ void requirePlainFile(const fs::path& path) {
     throw fs::filesystem_error("open", path, std::make_error_code(std::errc::invalid_argument));
 }
 
-void openStandardStreams() {
+void prepareProcess() {
   // The lowest free number is given, so each call fills the gap that the one before found.
   for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
     if (::fcntl(fd, F_GETFD) < 0 && errno == EBADF)
       static_cast<void>(::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+  ::umask(S_IRWXG | S_IRWXO);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool errorsGoToTerminal() { return ::isatty(STDERR_FILENO) != 0; }
+
+fs::path programFile() {
+  std::error_code unknown;
+  return fs::read_symlink("/proc/self/exe", unknown);
+}
+
+bool mayWrite(const fs::path& path) { return ::access(path.c_str(), W_OK) == 0; }
+
+std::unique_ptr<FileLock> FileLock::take(const fs::path& path) {
+  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (descriptor < 0) fail("open", path);
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    ::close(descriptor);
+    return nullptr;
+  }
+  return std::unique_ptr<FileLock>(new FileLock(descriptor));
+}
+
+FileLock::~FileLock() { ::close(descriptor_); }
+
+MemoryFile::MemoryFile() : descriptor_(::memfd_create("memory", MFD_CLOEXEC)) {
+  std::error_code unknown;
+  if (descriptor_ < 0) fail("open", fs::temp_directory_path(unknown));
+}
+
+MemoryFile::~MemoryFile() { ::close(descriptor_); }
+
+fs::path MemoryFile::name() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+
+std::string MemoryFile::bytes() const {
+  std::string bytes(fs::file_size(name()), '\0');
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t n =
+        ::pread(descriptor_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
+    if (n == 0) errno = EIO;  // somebody has cut the file
+    if (n <= 0) fail("read", name());
+    done += static_cast<std::size_t>(n);
+  }
+  return bytes;
+}
+
+constexpr std::size_t kMostBytes = 4;  // of a character in UTF-8
+
+TextConverter::TextConverter(const char* encoding, std::size_t chunk)
+    : handle_(::iconv_open("UTF-8", encoding)), chunk_(chunk), buffer_(kMostBytes * chunk) {
+  // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the library's own sign of failure
+  if (handle_ == reinterpret_cast<iconv_t>(-1))
+    throw std::system_error(errno, std::generic_category(), encoding);
+}
+
+TextConverter::~TextConverter() { ::iconv_close(handle_); }
+
+bool TextConverter::convert(std::string_view& rest, std::string& text) {
+  // The call moves the pointer over what it read, and takes no pointer to const for old systems' sake.
+  char* in = const_cast<char*>(rest.data());  // NOLINT(*-const-cast)
+  std::size_t left = std::min(rest.size(), chunk_);
+  const std::size_t size = left;
+  char* out = buffer_.data();
+  std::size_t room = buffer_.size();
+  const bool ended = ::iconv(handle_, &in, &left, &out, &room) != static_cast<std::size_t>(-1);
+  const int reason = ended ? 0 : errno;
+  text.append(buffer_.data(), buffer_.size() - room);
+  rest.remove_prefix(size - left);
+  // A character on the edge of the chunk is whole in the next one.
+  return reason == 0 || reason == E2BIG || (reason == EINVAL && left < rest.size());
 }
 
 FileSystem& realFiles() {

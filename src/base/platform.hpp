@@ -5,9 +5,12 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "base/dates.hpp"
 
@@ -88,10 +91,69 @@ class EndSignalPipe {
 // std::filesystem::filesystem_error with the path.
 void requirePlainFile(const std::filesystem::path& path);
 
-// Makes sure that the descriptors 0 to 2 are open, so that no file of the program's takes the place of one
-// and gets what is printed. One that was closed reads nothing and refuses what is written. Before anything is
-// opened.
-void openStandardStreams();
+// Whether a path may be written by this process.
+[[nodiscard]] bool mayWrite(const std::filesystem::path& path);
+
+// A file that one process at a time holds, as long as the object lives; the system lets go of it when the
+// process ends, however it ends. The file is made where it is missing, readable by its owner only.
+class FileLock {
+ public:
+  // Nothing when another process holds it. Throws std::filesystem::filesystem_error when the file can't be
+  // opened.
+  [[nodiscard]] static std::unique_ptr<FileLock> take(const std::filesystem::path& path);
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  ~FileLock();
+
+ private:
+  explicit FileLock(int descriptor) : descriptor_(descriptor) {}
+  int descriptor_;
+};
+
+// A file without a place in any folder, under a name that a library can open. Throws
+// std::filesystem::filesystem_error when the machine refuses.
+class MemoryFile {
+ public:
+  MemoryFile();
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+  ~MemoryFile();
+
+  [[nodiscard]] std::filesystem::path name() const;
+  [[nodiscard]] std::string bytes() const;
+
+ private:
+  int descriptor_;
+};
+
+// Text of another encoding to UTF-8, as the system knows it ("GB18030").
+class TextConverter {
+ public:
+  // `chunk` is how many bytes a call takes at most. Throws std::system_error for an unknown encoding.
+  TextConverter(const char* encoding, std::size_t chunk);
+  TextConverter(const TextConverter&) = delete;
+  TextConverter& operator=(const TextConverter&) = delete;
+  ~TextConverter();
+
+  // Converts up to a chunk of the rest, takes it off the rest and adds it to `text`. False when it ended at a
+  // byte that begins no whole character.
+  bool convert(std::string_view& rest, std::string& text);
+
+ private:
+  void* handle_;
+  std::size_t chunk_;
+  std::vector<char> buffer_;
+};
+
+// What a program does before anything else. Makes sure that the descriptors 0 to 2 are open, so that no file
+// of the program's takes the place of one and gets what is printed: one that was closed reads nothing and
+// refuses what is written. What the program writes is its owner's to read, and a file that may grow no further
+// is a failure that can be told, as a full disk is.
+void prepareProcess();
+// Whether warnings and questions go to a terminal.
+[[nodiscard]] bool errorsGoToTerminal();
+// The file of the program that runs; empty where the machine doesn't say.
+[[nodiscard]] std::filesystem::path programFile();
 
 // Why the machine refused, in a few words for the person: "磁盘已满".
 [[nodiscard]] std::string reasonText(const std::error_code& code);

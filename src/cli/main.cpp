@@ -1,7 +1,3 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -20,16 +16,12 @@ std::string variable(const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  lotmere::openStandardStreams();
-  ::umask(S_IRWXG | S_IRWXO);  // what the program writes is its owner's to read
+  lotmere::prepareProcess();
   // The first Ctrl-C asks the job to stop in good order, and so does an end of the session; the second one
   // ends the process, which loses nothing that was stored.
   const lotmere::EndSignals signals(&lotmere::TerminalCourse::interrupt);
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
   std::ios::sync_with_stdio(false);
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  const lotmere::Surroundings surroundings{program.parent_path(), variable("XDG_DATA_HOME"), variable("HOME"),
-                                           ::isatty(STDERR_FILENO) != 0};
+  const lotmere::Surroundings surroundings{lotmere::programFile().parent_path(), variable("XDG_DATA_HOME"),
+                                           variable("HOME"), lotmere::errorsGoToTerminal()};
   return lotmere::runCli({argv + 1, argv + argc}, std::cout, std::cerr, surroundings);
 }

@@ -1,12 +1,10 @@
 #include "files/text_file.hpp"
 
-#include <iconv.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <string_view>
 #include <system_error>
-#include <vector>
+
+#include "base/platform.hpp"
 
 namespace lotmere {
 namespace {
@@ -15,55 +13,18 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kChunk = std::size_t{256} * 1024;     // a millisecond or two of conversion
 constexpr std::size_t kLargestFile = std::size_t{1} << 30;  // all tickets that there are, with some room
-constexpr std::size_t kMostBytes = 4;                       // of a character in UTF-8
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 [[noreturn]] void fail(const fs::path& path, std::errc reason) {
   throw fs::filesystem_error("read", path, std::make_error_code(reason));
 }
 
-// A conversion into UTF-8 that closes itself.
-class Converter {
- public:
-  // `size` is that of the whole text.
-  Converter(const char* from, std::size_t size)
-      : handle_(::iconv_open("UTF-8", from)), buffer_(kMostBytes * std::min(size, kChunk)) {
-    // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the library's own sign of failure
-    if (handle_ == reinterpret_cast<iconv_t>(-1))
-      throw std::system_error(errno, std::generic_category(), from);
-  }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  ~Converter() { ::iconv_close(handle_); }
-
-  // Converts up to a chunk of the rest, takes it off the rest and adds it to `text`. False when it ended at a
-  // byte that begins no whole character.
-  bool convert(std::string_view& rest, std::string& text) {
-    // The call moves the pointer over what it read, and takes no pointer to const for old systems' sake.
-    char* in = const_cast<char*>(rest.data());  // NOLINT(*-const-cast)
-    std::size_t left = std::min(rest.size(), kChunk);
-    const std::size_t size = left;
-    char* out = buffer_.data();
-    std::size_t room = buffer_.size();
-    const bool ended = ::iconv(handle_, &in, &left, &out, &room) != static_cast<std::size_t>(-1);
-    const int reason = ended ? 0 : errno;
-    text.append(buffer_.data(), buffer_.size() - room);
-    rest.remove_prefix(size - left);
-    // A character on the edge of the chunk is whole in the next one.
-    return reason == 0 || reason == E2BIG || (reason == EINVAL && left < rest.size());
-  }
-
- private:
-  iconv_t handle_;
-  std::vector<char> buffer_;
-};
-
 enum class Strict { yes, no };
 
 // Nothing when a byte is no character and the conversion is strict.
 std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict,
                                        CourseLeg& job) {
-  Converter converter(from, rest.size());
+  TextConverter converter(from, std::min(rest.size(), kChunk));
   std::string text;
   text.reserve(rest.size() + rest.size() / 2);
   std::size_t serve_at = rest.size();

@@ -2,12 +2,9 @@
 
 #include <fmt/format.h>
 #include <minizip/unzip.h>
-#include <sys/mman.h>
-#include <unistd.h>
 #include <xlsxwriter.h>
 
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <string_view>
@@ -72,24 +69,6 @@ class Archive {
 };
 
 }  // namespace
-
-Spreadsheet::MemoryFile::MemoryFile() : fd_(::memfd_create("spreadsheet", MFD_CLOEXEC)) {
-  if (fd_ < 0) fail({errno, std::generic_category()});
-}
-
-Spreadsheet::MemoryFile::~MemoryFile() { ::close(fd_); }
-
-std::string Spreadsheet::MemoryFile::name() const { return fmt::format("/proc/self/fd/{}", fd_); }
-
-std::string Spreadsheet::MemoryFile::bytes() const {
-  std::string bytes(fs::file_size(name()), '\0');
-  for (std::size_t done = 0; done < bytes.size();) {
-    const ssize_t n = ::pread(fd_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
-    if (n <= 0) fail(std::make_error_code(std::errc::io_error));
-    done += static_cast<std::size_t>(n);
-  }
-  return bytes;
-}
 
 void Spreadsheet::Free::operator()(lxw_workbook* book) const { ::lxw_workbook_free(book); }
 

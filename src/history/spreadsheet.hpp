@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "base/platform.hpp"
 #include "base/dates.hpp"
 
 struct lxw_format;
@@ -36,19 +37,6 @@ class Spreadsheet {
   [[nodiscard]] std::string finish();
 
  private:
-  // A file without a place in any folder, under a name that the library can open.
-  class MemoryFile {
-   public:
-    MemoryFile();
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile();
-    [[nodiscard]] std::string name() const;
-    [[nodiscard]] std::string bytes() const;
-
-   private:
-    int fd_;
-  };
   struct Free {
     void operator()(lxw_workbook* book) const;
   };

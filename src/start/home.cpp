@@ -1,13 +1,8 @@
 #include "start/home.hpp"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <system_error>
 
 #include "start/transfer.hpp"
@@ -113,20 +108,11 @@ bool isOwnFile(const Home& home, const fs::path& file) {
   });
 }
 
-std::unique_ptr<HomeLock> HomeLock::take(const Home& home) {
+std::unique_ptr<FileLock> lockHome(const Home& home) {
   fs::create_directories(home.folder);
   requirePlainFile(home.lockFile());
-  const int fd = ::open(home.lockFile().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  if (fd < 0)
-    throw fs::filesystem_error("open", home.lockFile(), std::error_code(errno, std::generic_category()));
-  if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
-    ::close(fd);
-    return nullptr;
-  }
-  return std::unique_ptr<HomeLock>(new HomeLock(fd));
+  return FileLock::take(home.lockFile());
 }
-
-HomeLock::~HomeLock() { ::close(fd_); }
 
 std::optional<Mended> secureStore(const Home& home, Desk& desk, FileSystem& files) {
   requirePlainFiles(home);

@@ -42,21 +42,10 @@ struct Home {
 inline constexpr std::string_view kOwnFile = "这是程序自己的数据文件，请换一个文件名！";
 [[nodiscard]] bool isOwnFile(const Home& home, const std::filesystem::path& file);
 
-// Holds the folder for this process as long as it lives; the system lets go of it when the process ends,
-// however it ends.
-class HomeLock {
- public:
-  // Nothing when another process holds it. Throws std::filesystem::filesystem_error when the folder can't be
-  // written, or what stands in the place of the lock is no file.
-  [[nodiscard]] static std::unique_ptr<HomeLock> take(const Home& home);
-  HomeLock(const HomeLock&) = delete;
-  HomeLock& operator=(const HomeLock&) = delete;
-  ~HomeLock();
-
- private:
-  explicit HomeLock(int fd) : fd_(fd) {}
-  int fd_;
-};
+// Makes the folder where it is missing, and holds it for this process as long as the lock lives. Nothing when
+// another process holds it. Throws std::filesystem::filesystem_error when the folder can't be written, or what
+// stands in the place of the lock is no file.
+[[nodiscard]] std::unique_ptr<FileLock> lockHome(const Home& home);
 
 // What had to be mended before the store could be opened.
 enum class Mended {

@@ -48,7 +48,7 @@ ProgramStart::ProgramStart(Home home, Desk& desk, FileSystem& files)
 
 StartStep ProgramStart::singleInstance() {
   return {"single instance", [this] {
-            lock_ = HomeLock::take(home_);
+            lock_ = lockHome(home_);
             if (!lock_) desk_.tell("程序正在运行,不允许同时打开多个!!!", Tone::warning);
             return lock_ != nullptr;
           }};

@@ -79,7 +79,7 @@ class ProgramStart {
   Home home_;
   Desk& desk_;
   FileSystem& files_;
-  std::unique_ptr<HomeLock> lock_;
+  std::unique_ptr<FileLock> lock_;
   std::unique_ptr<Store> store_;
   Mended mended_ = Mended::nothing;
   std::optional<CompactResult> compaction_;

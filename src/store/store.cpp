@@ -1,12 +1,12 @@
 #include "store/store.hpp"
 
 #include <sqlite3.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <set>
 
 #include "base/failure.hpp"
+#include "base/platform.hpp"
 #include "store/interval_mark.hpp"
 #include "store/schema.hpp"
 #include "store/store_files.hpp"
@@ -61,7 +61,7 @@ bool hasColumns(SQLite::Database& db, StoreKind kind) {
 
 // The header can name a format that the engine reads and doesn't write.
 bool isReadOnlyFormat(SQLite::Database& db, const std::filesystem::path& path) {
-  return sqlite3_db_readonly(db.getHandle(), "main") == 1 && ::access(path.c_str(), W_OK) == 0;
+  return sqlite3_db_readonly(db.getHandle(), "main") == 1 && mayWrite(path);
 }
 
 // The engine reads what is missing of the last page as zeros.

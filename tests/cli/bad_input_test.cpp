@@ -115,7 +115,7 @@ TEST_F(BadInput, HomesThatCannotBeOpened) {
   const std::string file = (home_.path() / "list.txt").string();
   for (const std::string& home : {file, file + "/below", std::string("/proc/lotmere")})
     expectOneLine(runBare({"--home", home, "numbers", "show"}), 1);
-  const auto held = HomeLock::take(home_.home());
+  const auto held = lockHome(home_.home());
   ASSERT_TRUE(held);
   expectOneLine(home_.run({"numbers", "clear"}), 1);
   EXPECT_EQ(home_.contents(), before);

@@ -97,7 +97,7 @@ TEST(Home, IsTheProgramFolderWhereItIsMarkedAndHasOneHolder) {
   EXPECT_EQ(findHome(temp.path(), "relative", "/home/u").folder, "/home/u/.local/share/Lotmere");
   writeFile(temp.path() / "portable", "");
   EXPECT_EQ(findHome(temp.path(), "/data", "/home/u").folder, temp.path());
-  EXPECT_FALSE(HomeLock::take(temp.home()) && HomeLock::take(temp.home())) << "the first still holds it";
+  EXPECT_FALSE(lockHome(temp.home()) && lockHome(temp.home())) << "the first still holds it";
 }
 
 TEST(OpenHome, InEveryCombinationOfStoreAndBackup) {

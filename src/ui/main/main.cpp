@@ -1,7 +1,4 @@
-#include <sys/stat.h>
-
 #include <QCommandLineParser>
-#include <csignal>
 #include <filesystem>
 
 #include "base/platform.hpp"
@@ -23,9 +20,7 @@ lotmere::Home homeOf(const QString& named) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  lotmere::openStandardStreams();
-  ::umask(S_IRWXG | S_IRWXO);     // what the program writes is its owner's to read
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no further is a full disk, which is told
+  lotmere::prepareProcess();
   QApplication application(argc, argv);
   lotmere::ui::setUpApplication(application);
   QCommandLineParser parser;
