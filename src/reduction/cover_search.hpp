@@ -7,15 +7,12 @@
 #include <vector>
 
 #include "base/course.hpp"
+#include "catalogue/catalogue.hpp"
 #include "reduction/cover_check.hpp"
 #include "reduction/search_run.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
-
-inline constexpr int kLeastEffort = 1;
-inline constexpr int kFactoryEffort = 3;
-inline constexpr int kMostEffort = 9;
 
 struct SmallCover {
   std::vector<std::uint32_t> kept;  // places of the tickets that stay, ascending

@@ -17,7 +17,7 @@ using BetterCover = std::function<void(std::size_t)>;
 class SearchRun {
  public:
   SearchRun(Course& course, std::int64_t limit)
-      : leg_(course, limit, Course::Stop::possible), limit_(limit) {}
+      : leg_(course, limit / kLookEvery, Course::Stop::possible), limit_(limit) {}
 
   // So much more is done; true when the search is to end.
   bool spend(std::int64_t work) {
@@ -35,7 +35,7 @@ class SearchRun {
 
   void look() {
     next_look_ = done_ + kLookEvery;
-    if (leg_.advance(done_ < limit_ ? done_ : limit_)) stopped_ = true;
+    if (leg_.advance((done_ < limit_ ? done_ : limit_) / kLookEvery)) stopped_ = true;
   }
 
   CourseLeg leg_;

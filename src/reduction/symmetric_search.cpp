@@ -78,8 +78,7 @@ bool searchSymmetric(const CoverTickets& tickets, int shared, const std::vector<
     const std::size_t columns = attempt->orbits.tickets.count();
     const std::size_t expected = columns * std::min(degree, columns);
     if (expected > most) continue;
-    auto matrix = makeMatrix(tickets, shared, attempt->orbits, expected, most);
-    run.spend(static_cast<std::int64_t>(columns * (degree + tickets.sixCount() / 16)));
+    auto matrix = makeMatrix(tickets, shared, attempt->orbits, expected, most, run);
     if (!matrix) continue;
     attempt->matrix = std::move(*matrix);
     attempt->search = std::make_unique<WeightedSearch>(attempt->matrix, attempts.size() + 1);

@@ -149,7 +149,7 @@ Orbits findOrbits(const CoverTickets& tickets, const Symmetry& symmetry) {
 }
 
 std::optional<CoverMatrix> makeMatrix(const CoverTickets& tickets, int shared, const Orbits& orbits,
-                                      std::size_t expected, std::size_t most) {
+                                      std::size_t expected, std::size_t most, SearchRun& run) {
   CoverMatrix matrix;
   const RedPlanes planes(tickets.masks());
   Bits enough, one_less;
@@ -173,7 +173,8 @@ std::optional<CoverMatrix> makeMatrix(const CoverTickets& tickets, int shared, c
     });
     matrix.near.endList();
     matrix.cost.push_back(static_cast<std::uint32_t>(orbits.tickets[orbit].size()));
-    if (matrix.near.entries() > most) return std::nullopt;
+    const std::size_t looked_at = matrix.near[orbit].size() + 6 * planes.words();
+    if (run.spend(static_cast<std::int64_t>(looked_at)) || matrix.near.entries() > most) return std::nullopt;
   }
   if (tickets.blueCount() == 1) return matrix;
 

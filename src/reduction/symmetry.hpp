@@ -8,6 +8,7 @@
 
 #include "reduction/cover_matrix.hpp"
 #include "reduction/cover_tickets.hpp"
+#include "reduction/search_run.hpp"
 
 namespace lotmere {
 
@@ -36,9 +37,9 @@ struct Orbits {
 
 // The matrix of those sets: a set covers all tickets that share `shared` or more of their seven numbers with
 // one of its tickets. An extra row for each set of blues asks for one of their tickets. Nothing when it would
-// have more entries than `most`; about `expected` are made room for.
+// have more entries than `most`, or when the run is over; about `expected` are made room for.
 [[nodiscard]] std::optional<CoverMatrix> makeMatrix(const CoverTickets& tickets, int shared,
                                                     const Orbits& orbits, std::size_t expected,
-                                                    std::size_t most);
+                                                    std::size_t most, SearchRun& run);
 
 }  // namespace lotmere

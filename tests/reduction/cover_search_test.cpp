@@ -93,9 +93,11 @@ TEST(CoverMatrices, HoldWhatTicketsCoverWhateverTheSymmetry) {
   const CoverTickets tickets(expand(8, 3));
   const auto symmetries = findSymmetries(tickets);
   ASSERT_GT(symmetries.size(), 5U);
+  FreeCourse course;
+  SearchRun run(course, 1'000'000'000);
   for (const Symmetry& symmetry : symmetries) {
     const Orbits orbits = findOrbits(tickets, symmetry);
-    const auto matrix = makeMatrix(tickets, 5, orbits, 0, 1'000'000);
+    const auto matrix = makeMatrix(tickets, 5, orbits, 0, 1'000'000, run);
     ASSERT_TRUE(matrix);
     for (std::uint32_t column = 0; column < matrix->columns(); ++column) {
       std::set<std::uint32_t> near;
@@ -112,7 +114,7 @@ TEST(CoverMatrices, HoldWhatTicketsCoverWhateverTheSymmetry) {
       ASSERT_EQ(matrix->cost[column], orbits.tickets[column].size());
     }
   }
-  EXPECT_FALSE(makeMatrix(tickets, 5, findOrbits(tickets, {}), 0, 1000)) << "beyond the limit";
+  EXPECT_FALSE(makeMatrix(tickets, 5, findOrbits(tickets, {}), 0, 1000, run)) << "beyond the limit";
 }
 
 TEST(CoverSearch, KeepsThePromiseOverRandomSets) {
