@@ -12,8 +12,12 @@ namespace lotmere {
 class BestCover {
  public:
   // `enough` is a number of tickets that no cover can be below; `better` is told of each smaller one.
-  BestCover(std::vector<std::uint32_t> tickets, std::size_t enough, BetterCover better)
-      : tickets_(std::move(tickets)), told_(tickets_.size()), enough_(enough), better_(std::move(better)) {}
+  BestCover(std::vector<std::uint32_t> tickets, std::size_t enough, SearchRun& run, BetterCover better)
+      : tickets_(std::move(tickets)),
+        told_(tickets_.size()),
+        enough_(enough),
+        run_(run),
+        better_(std::move(better)) {}
 
   [[nodiscard]] const std::vector<std::uint32_t>& tickets() const { return tickets_; }
   [[nodiscard]] std::size_t size() const { return tickets_.size(); }
@@ -29,6 +33,7 @@ class BestCover {
   void tell(std::size_t size) {
     if (size >= told_) return;
     told_ = size;
+    run_.noteBetter();
     if (better_) better_(size);
   }
 
@@ -36,6 +41,7 @@ class BestCover {
   std::vector<std::uint32_t> tickets_;
   std::size_t told_;
   std::size_t enough_;
+  SearchRun& run_;
   BetterCover better_;
 };
 

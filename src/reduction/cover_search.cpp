@@ -15,7 +15,7 @@ namespace {
 
 // What the matrices of a search may hold at a time; an entry takes four bytes. From N = 5 on little memory
 // is enough; N = 4 and 3 have few kept tickets that each cover many.
-constexpr std::size_t kFewEntries = 10'000'000;
+constexpr std::size_t kFewEntries = 8'000'000;
 constexpr std::size_t kManyEntries = 60'000'000;
 
 // The work of the factory effort, some ten seconds, and what an effort more is worth.
@@ -75,8 +75,10 @@ std::vector<std::uint32_t> searchRegular(std::span<const Balls> tickets, int sha
   const CoverTickets sorted(tickets);
   const std::size_t entries = estimateEntries(sorted, shared);
   const std::int64_t work = workOf(effort, entries);
-  SearchRun run(course, work);
-  BestCover best(firstCover(sorted, tickets, shared), static_cast<std::size_t>(sorted.blueCount()), better);
+  // With N = 6 the best covers come late.
+  SearchRun run(course, work, effort <= kFactoryEffort && shared < kRedsPerTicket);
+  BestCover best(firstCover(sorted, tickets, shared), static_cast<std::size_t>(sorted.blueCount()), run,
+                 better);
   if (!best.isEnough()) searchAll(sorted, shared, entries, run, work, best);
   std::vector<std::uint32_t> kept;
   for (const std::uint32_t ticket : best.tickets()) kept.push_back(sorted.place(ticket));

@@ -16,8 +16,10 @@ using BetterCover = std::function<void(std::size_t)>;
 // same limit end with the same cover on every machine. Only a stop by the user cuts it short elsewhere.
 class SearchRun {
  public:
-  SearchRun(Course& course, std::int64_t limit)
-      : leg_(course, limit / kLookEvery, Course::Stop::possible), limit_(limit) {}
+  // With `impatient` it is over too once nothing better came for long: half of the limit, and three quarters
+  // of what was done.
+  SearchRun(Course& course, std::int64_t limit, bool impatient = false)
+      : leg_(course, limit / kLookEvery, Course::Stop::possible), limit_(limit), impatient_(impatient) {}
 
   // So much more is done; true when the search is to end.
   bool spend(std::int64_t work) {
@@ -25,7 +27,11 @@ class SearchRun {
     if (done_ >= next_look_) look();
     return over();
   }
-  [[nodiscard]] bool over() const { return stopped_ || done_ >= limit_; }
+  [[nodiscard]] bool over() const {
+    return stopped_ || done_ >= limit_ || (impatient_ && done_ >= limit_ / 2 && done_ / 4 >= better_at_);
+  }
+  // A better cover was found.
+  void noteBetter() { better_at_ = done_; }
   [[nodiscard]] bool stopped() const { return stopped_; }
   [[nodiscard]] std::int64_t done() const { return done_; }
   [[nodiscard]] std::int64_t left() const { return limit_ - done_; }
@@ -40,7 +46,9 @@ class SearchRun {
 
   CourseLeg leg_;
   std::int64_t limit_;
+  bool impatient_;
   std::int64_t done_ = 0;
+  std::int64_t better_at_ = 0;
   std::int64_t next_look_ = kLookEvery;
   bool stopped_ = false;
 };

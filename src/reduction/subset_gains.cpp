@@ -8,6 +8,8 @@
 namespace lotmere {
 namespace {
 
+constexpr std::size_t kCachedEntries = 500'000;
+
 constexpr std::int32_t choose(int n, int k) {
   std::int32_t ways = 1;
   for (int i = 1; i <= k; ++i) ways = ways * (n - k + i) / i;
@@ -21,6 +23,8 @@ SubsetGains::SubsetGains(const CoverTickets& tickets, int shared) : tickets_(tic
   placeSubsets();
   all_.resize(table_size_);
   by_blue_.resize(table_size_ * static_cast<std::size_t>(tickets.blueCount()));
+  const bool is_large = all_.size() + by_blue_.size() > kCachedEntries;
+  work_ = static_cast<std::int64_t>((is_large ? 6 : 2) * per_six_);
 }
 
 // A subset of fewer than six reds is placed by its rank among all subsets of its size of the reds that

@@ -29,8 +29,9 @@ class SubsetGains {
     const std::uint32_t six = tickets_.six(ticket);
     return ofAnyBlue(six) + ofSameBlue(six, tickets_.blue(ticket));
   }
-  // The entries that a change, or `of`, looks at.
-  [[nodiscard]] std::int64_t lookUps() const { return static_cast<std::int64_t>(2 * per_six_); }
+  // The work of a change or of `of`: the entries that it looks at, which take longer where the tables are
+  // larger than a processor's cache.
+  [[nodiscard]] std::int64_t work() const { return work_; }
 
  private:
   // Places of the subsets of a six, by size from N - 1 to 6, among those of all sixes.
@@ -40,6 +41,7 @@ class SubsetGains {
   int shared_;
   std::size_t per_six_ = 0;
   std::size_t table_size_ = 0;
+  std::int64_t work_ = 0;
   std::vector<std::size_t> size_of_level_;  // how many subsets of a six have each size from N - 1 on
   std::vector<std::uint32_t> places_;       // per_six_ a six
   std::vector<std::int32_t> all_;

@@ -74,7 +74,7 @@ void SubsetSearch::add(std::uint32_t ticket) {
     if (row.count == 0) {
       loss += row.weight;
       closeRow(number);
-      work_ += gains_.lookUps();
+      work_ += gains_.work();
     } else if (row.count == 1) {
       loss_[row.keepers] -= row.weight;
     }
@@ -95,7 +95,7 @@ void SubsetSearch::remove(std::uint32_t ticket) {
     row.keepers ^= ticket;
     if (row.count == 0) {
       openRow(number);
-      work_ += gains_.lookUps();
+      work_ += gains_.work();
     } else if (row.count == 1) {
       loss_[row.keepers] += row.weight;
     }
@@ -116,13 +116,13 @@ bool SubsetSearch::begin(SearchRun& run) {
   entries.reserve(tickets_.size());
   for (std::uint32_t ticket = 0; ticket < tickets_.size(); ++ticket)
     entries.emplace_back(gainOf(ticket), random_.below(1U << 31), ticket);
-  work_ += tickets_.size() * gains_.lookUps();
+  work_ += tickets_.size() * gains_.work();
   std::priority_queue<Entry> queue({}, std::move(entries));
   while (!open_.empty()) {
     auto [gain, tie, ticket] = queue.top();
     queue.pop();
     const std::int32_t now = gainOf(ticket);
-    work_ += gains_.lookUps();
+    work_ += gains_.work();
     if (now == gain)
       add(ticket);
     else if (now > 0)
@@ -186,7 +186,7 @@ std::uint32_t SubsetSearch::bestForOpen() {
       most = gain;
     }
   }
-  work_ += static_cast<std::int64_t>(count) * gains_.lookUps();
+  work_ += static_cast<std::int64_t>(count) * gains_.work();
   return best;
 }
 
@@ -219,7 +219,7 @@ void SubsetSearch::improve(SearchRun& run, std::int64_t until, std::int64_t enou
         ++rows_[row].weight;
         if (row < tickets_.size()) gains_.change(row, 1);
       }
-      work_ += static_cast<std::int64_t>(open_.size()) * gains_.lookUps();
+      work_ += static_cast<std::int64_t>(open_.size()) * gains_.work();
     } while (!open_.empty() && kept_.size() + 1 < best_.size());
     run.spend(work_);
     work_ = 0;

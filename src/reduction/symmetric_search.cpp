@@ -1,49 +1,138 @@
 #include "reduction/symmetric_search.hpp"
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
+#include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "reduction/weighted_search.hpp"
 
 namespace lotmere {
 namespace {
 
-// The search with one symmetry, which goes on where it stopped.
-struct Attempt {
-  Attempt(const CoverTickets& tickets, const Symmetry& symmetry) : orbits(findOrbits(tickets, symmetry)) {}
+// The sets of tickets of one symmetry and what they cover, made when they are asked for.
+class Group {
+ public:
+  Group(const CoverTickets& tickets, int shared, Symmetry symmetry)
+      : tickets_(tickets), shared_(shared), symmetry_(std::move(symmetry)) {}
 
-  // Gives the tickets of its cover to `best`.
-  void offer(BestCover& best) const {
+  // Nothing when the run ended before they were made.
+  [[nodiscard]] const CoverMatrix* matrix(SearchRun& run) {
+    if (!matrix_) {
+      orbits_ = findOrbits(tickets_, symmetry_);
+      matrix_ = makeMatrix(tickets_, shared_, orbits_, expected_, ~std::size_t{0}, run);
+    }
+    return matrix_ ? &*matrix_ : nullptr;
+  }
+  [[nodiscard]] const Orbits& orbits() const { return orbits_; }
+  [[nodiscard]] std::size_t entries() const { return matrix_ ? matrix_->near.entries() : 0; }
+  // About how many entries it has.
+  [[nodiscard]] std::size_t expected() const { return expected_; }
+  void estimate(std::size_t degree) {
+    const std::size_t columns = findOrbits(tickets_, symmetry_).tickets.count();
+    expected_ = columns * std::min(degree, columns);
+  }
+  void drop() {
+    matrix_.reset();
+    orbits_ = {};
+  }
+
+ private:
+  const CoverTickets& tickets_;
+  int shared_;
+  Symmetry symmetry_;
+  std::size_t expected_ = 0;
+  Orbits orbits_;
+  std::optional<CoverMatrix> matrix_;
+};
+
+// The search over them, which goes on where it stopped. One that finds nothing better for long begins again
+// elsewhere: what it ends with depends on chance too.
+class Attempt {
+ public:
+  // Begins with seeds from `seed` on.
+  Attempt(std::shared_ptr<Group> group, std::uint64_t seed)
+      : group_(std::move(group)),
+        seed_(seed),
+        patience_(static_cast<std::int64_t>(std::max(group_->expected(), kLeastEntries)) * kPatienceAnEntry) {
+  }
+
+  [[nodiscard]] const std::shared_ptr<Group>& group() const { return group_; }
+  // Gives back the memory of its search; the next one begins anew.
+  void rest() { search_.reset(); }
+  // Of its best cover.
+  [[nodiscard]] std::int64_t cost() const { return cost_; }
+
+  void improve(SearchRun& run, std::int64_t work, BestCover& best) {
+    const std::int64_t until = run.done() + work;
+    while (run.done() < until && !run.over() && !best.isEnough()) {
+      if (!search_ || run.done() - search_->bestAt() >= patience_) {
+        const CoverMatrix* const matrix = group_->matrix(run);
+        if (matrix == nullptr) return;
+        search_ = std::make_unique<WeightedSearch>(*matrix, seed_++);
+        if (!search_->begin(run)) return;
+        take(best);
+      }
+      search_->improve(run, std::min(until, search_->bestAt() + patience_),
+                       static_cast<std::int64_t>(best.enough()), [&](std::size_t size) { best.tell(size); });
+      take(best);
+    }
+  }
+
+ private:
+  static constexpr std::size_t kLeastEntries = 20'000;
+  static constexpr std::int64_t kPatienceAnEntry = 20'000;
+
+  void take(BestCover& best) {
+    if (search_->bestCost() >= cost_) return;
+    cost_ = search_->bestCost();
     std::vector<std::uint32_t> cover;
-    for (const std::uint32_t orbit : search->best())
-      for (const std::uint32_t ticket : orbits.tickets[orbit]) cover.push_back(ticket);
+    for (const std::uint32_t orbit : search_->best())
+      for (const std::uint32_t ticket : group_->orbits().tickets[orbit]) cover.push_back(ticket);
     best.offer(std::move(cover));
   }
 
-  Orbits orbits;
-  CoverMatrix matrix;
-  std::unique_ptr<WeightedSearch> search;
+  std::shared_ptr<Group> group_;
+  std::uint64_t seed_;
+  std::int64_t patience_;
+  std::unique_ptr<WeightedSearch> search_;
+  std::int64_t cost_ = std::numeric_limits<std::int64_t>::max();
 };
 using Attempts = std::vector<std::unique_ptr<Attempt>>;
 
-void improve(Attempt& attempt, SearchRun& run, std::int64_t work, BestCover& best) {
-  const auto before = attempt.search->bestCost();
-  attempt.search->improve(run, run.done() + work, static_cast<std::int64_t>(best.enough()),
-                          [&](std::size_t size) { best.tell(size); });
-  if (attempt.search->bestCost() < before) attempt.offer(best);
+constexpr std::size_t kFinalists = 3;
+constexpr std::uint64_t kOtherSeeds = 1000;
+
+// Leaves the `count` attempts with the cheapest covers, the earlier ones of equals.
+void keepBestOf(Attempts& attempts, std::size_t count) {
+  std::ranges::stable_sort(attempts, {}, [](const auto& attempt) { return attempt->cost(); });
+  if (attempts.size() > count) attempts.resize(count);
 }
 
-// The cheapest covers first, then those that were found with less work: what stays of the attempts is at
-// most `count` of them with at most `most` entries together.
-void keepBestOf(Attempts& attempts, std::size_t count, std::size_t most) {
-  std::ranges::stable_sort(attempts, {}, [](const auto& attempt) { return attempt->search->bestCost(); });
-  std::size_t entries = 0;
-  std::size_t kept = 0;
-  for (; kept < attempts.size() && kept < count; ++kept) {
-    entries += attempts[kept]->matrix.near.entries();
-    if (kept > 0 && entries > most) break;
+// Gives each attempt its share of work. Of the matrices only those stay that hold at most `most` entries
+// together; the others are made again when they are needed.
+void improveAll(const Attempts& attempts, std::size_t most, SearchRun& run, std::int64_t work,
+                BestCover& best) {
+  const std::int64_t share = work / static_cast<std::int64_t>(attempts.size());
+  for (const auto& attempt : attempts) {
+    if (run.over() || best.isEnough()) return;
+    const auto wanted = [&] {
+      std::size_t entries = attempt->group()->entries() == 0 ? attempt->group()->expected() : 0;
+      for (const auto& other : attempts) entries += other->group()->entries();
+      return entries;
+    };
+    for (const auto& other : attempts) {
+      if (wanted() <= most) break;
+      if (other->group() == attempt->group()) continue;
+      for (const auto& same : attempts)
+        if (same->group() == other->group()) same->rest();
+      other->group()->drop();
+    }
+    attempt->improve(run, share, best);
   }
-  attempts.resize(kept);
 }
 
 }  // namespace
@@ -67,37 +156,24 @@ std::size_t estimateEntries(const CoverTickets& tickets, int shared) {
 
 bool searchSymmetric(const CoverTickets& tickets, int shared, const std::vector<Symmetry>& symmetries,
                      std::size_t most, SearchRun& run, std::int64_t until, BestCover& best) {
-  const std::size_t entries = estimateEntries(tickets, shared);
-  const std::size_t degree = entries / std::max(tickets.size(), 1U);
-  const std::int64_t budget = until - run.done();
+  const std::size_t degree = estimateEntries(tickets, shared) / std::max(tickets.size(), 1U);
   Attempts attempts;
-  std::int64_t share = budget / 3 / static_cast<std::int64_t>(symmetries.size());
   for (const Symmetry& symmetry : symmetries) {
-    if (run.over() || run.done() >= until || best.isEnough()) break;
-    auto attempt = std::make_unique<Attempt>(tickets, symmetry);
-    const std::size_t columns = attempt->orbits.tickets.count();
-    const std::size_t expected = columns * std::min(degree, columns);
-    if (expected > most) continue;
-    auto matrix = makeMatrix(tickets, shared, attempt->orbits, expected, most, run);
-    if (!matrix) continue;
-    attempt->matrix = std::move(*matrix);
-    attempt->search = std::make_unique<WeightedSearch>(attempt->matrix, attempts.size() + 1);
-    if (!attempt->search->begin(run)) break;
-    attempt->offer(best);
-    improve(*attempt, run, share, best);
-    attempts.push_back(std::move(attempt));
-    std::size_t held = 0;
-    for (const auto& other : attempts) held += other->matrix.near.entries();
-    if (held > most) keepBestOf(attempts, attempts.size() - 1, most / 2);
+    auto group = std::make_shared<Group>(tickets, shared, symmetry);
+    group->estimate(degree);
+    if (group->expected() <= most) attempts.push_back(std::make_unique<Attempt>(std::move(group), 1));
   }
   if (attempts.empty()) return false;
-  for (std::size_t count = 4; count > 0; count /= 2) {
-    keepBestOf(attempts, count, most);
-    // A third of what is left for each round but the last.
-    const std::int64_t round = (until - run.done()) / (count > 1 ? 3 : 1);
-    for (const auto& attempt : attempts)
-      if (!run.over() && !best.isEnough())
-        improve(*attempt, run, round / static_cast<std::int64_t>(attempts.size()), best);
+  improveAll(attempts, most, run, (until - run.done()) / 4, best);
+  constexpr std::size_t rounds[] = {6, 3, 2, 1};
+  for (std::size_t round = 0; round < std::size(rounds); ++round) {
+    if (run.over() || best.isEnough()) break;
+    keepBestOf(attempts, rounds[round]);
+    if (rounds[round] == kFinalists)  // chance takes part too: they get company that begins elsewhere
+      for (std::size_t i = 0, finalists = attempts.size(); i < finalists; ++i)
+        attempts.push_back(std::make_unique<Attempt>(attempts[i]->group(), kOtherSeeds));
+    improveAll(attempts, most, run,
+               (until - run.done()) / static_cast<std::int64_t>(std::size(rounds) - round), best);
   }
   return true;
 }

@@ -11,8 +11,8 @@
 
 namespace lotmere {
 
-// Tries every symmetry in turn for a short while, then goes on with the best half of them for as long
-// again, until one is left: which symmetry fits depends on the set, and most show it soon.
+// Tries every symmetry in turn for a short while and goes on with fewer and fewer of them for longer, those
+// with the cheapest covers: which symmetry fits depends on the set, and most show it soon.
 //
 // `most` is the number of matrix entries that may be held at a time; symmetries beyond it are left out.
 // Returns once the run's work reaches `until`, the run is over, or the cover is small enough. False, with

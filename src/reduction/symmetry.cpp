@@ -33,9 +33,8 @@ using Numbers = std::vector<std::uint8_t>;
 using Cycles = std::vector<std::size_t>;
 
 // Lengths of cycles that led to small covers of one size of set or another.
-const std::initializer_list<Cycles> kOtherCycles = {{8, 2, 2}, {8, 8, 2},    {6, 6, 6, 2}, {4, 4},
-                                                    {4, 4, 4}, {4, 4, 4, 4}, {5, 5},       {5, 5, 5},
-                                                    {7, 7},    {6, 6, 3},    {6, 6}};
+const std::initializer_list<Cycles> kOtherCycles = {{8, 2, 2},    {8, 8, 2}, {6, 6, 6, 2}, {4, 4}, {4, 4, 4},
+                                                    {4, 4, 4, 4}, {5, 5},    {6, 6, 3},    {6, 6}};
 
 // The largest class of numbers any two of which can change places.
 template <class Swaps>
@@ -104,12 +103,21 @@ std::vector<Symmetry> findSymmetries(const CoverTickets& tickets) {
     list.push_back({map});
   };
   add({2, 2});
-  if (reds.size() >= 4) {
+  // One or two blocks of four reds, in each of which the ways to swap two pairs make a group with the
+  // identity; of two blocks the second may take part in all of them or in one.
+  const auto addBlocks = [&](std::size_t first_blocks, std::size_t second_blocks) {
+    if (reds.size() < 4 * first_blocks) return;
     NumberMap first = NumberMap::identity(), second = first;
-    turn(first.red, reds, {2, 2});
-    turn(second.red, Numbers{reds[0], reds[2], reds[1], reds[3]}, {2, 2});
+    for (std::size_t block = 0; block < first_blocks; ++block) {
+      const std::uint8_t* const red = reds.data() + 4 * block;
+      turn(first.red, Numbers{red[0], red[1], red[2], red[3]}, {2, 2});
+      if (block < second_blocks) turn(second.red, Numbers{red[0], red[2], red[1], red[3]}, {2, 2});
+    }
     list.push_back({first, second});
-  }
+  };
+  addBlocks(1, 1);
+  addBlocks(2, 1);
+  addBlocks(2, 2);
   if (reds.size() > 5) add(Cycles(reds.size() / 2, 2));
   for (std::size_t count = 1; count <= reds.size() / 3; ++count) add(Cycles(count, 3));
   for (const Cycles& cycles : kOtherCycles) add(cycles);

@@ -71,6 +71,7 @@ class WeightedSearch {
 
   const CoverMatrix& matrix_;
   SearchRandom random_;
+  bool is_dense_;
   std::vector<Row> rows_;
   std::vector<Column> columns_;
   std::vector<std::uint8_t> barred_;       // columns that can't be added or taken out
