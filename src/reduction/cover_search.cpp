@@ -23,7 +23,7 @@ constexpr double kFactoryWork = 9e9;
 constexpr double kStep = 1.7;
 // A small set is searched no longer than its size asks for.
 constexpr double kLeastWork = 1e9;
-constexpr double kWorkAnEntry = 20'000;
+constexpr double kWorkAnEntry = 40'000;
 
 std::int64_t workOf(int effort, std::size_t entries) {
   const double scale = std::pow(kStep, effort - kFactoryEffort);
@@ -50,13 +50,15 @@ std::vector<std::uint32_t> firstCover(const CoverTickets& tickets, std::span<con
 }
 
 // Goes through the searches that fit a set.
-void searchAll(const CoverTickets& tickets, int shared, std::size_t entries, SearchRun& run,
+void searchAll(const CoverTickets& tickets, int shared, int effort, std::size_t entries, SearchRun& run,
                std::int64_t work, BestCover& best) {
   const std::vector<Symmetry> symmetries = findSymmetries(tickets);
   const std::size_t most = shared >= 5 ? kFewEntries : kManyEntries;
   const bool by_blue = shared == kRedsPerTicket && tickets.blueCount() > 1;
   const bool symmetric = symmetries.size() > 1;
   if (by_blue && !symmetric) return BlueByBlue(tickets).run(run, work, best);
+  // Larger efforts use up all of their work; with N = 6 the best covers come late.
+  if (symmetric && shared < kRedsPerTicket && effort <= kFactoryEffort) run.beImpatient();
   if (symmetric || (shared == kRedsPerTicket && entries <= most))
     if (searchSymmetric(tickets, shared, symmetries, most, run, work, best)) return;
   SubsetSearch search(tickets, shared, 1);
@@ -75,11 +77,10 @@ std::vector<std::uint32_t> searchRegular(std::span<const Balls> tickets, int sha
   const CoverTickets sorted(tickets);
   const std::size_t entries = estimateEntries(sorted, shared);
   const std::int64_t work = workOf(effort, entries);
-  // With N = 6 the best covers come late.
-  SearchRun run(course, work, effort <= kFactoryEffort && shared < kRedsPerTicket);
+  SearchRun run(course, work);
   BestCover best(firstCover(sorted, tickets, shared), static_cast<std::size_t>(sorted.blueCount()), run,
                  better);
-  if (!best.isEnough()) searchAll(sorted, shared, entries, run, work, best);
+  if (!best.isEnough()) searchAll(sorted, shared, effort, entries, run, work, best);
   std::vector<std::uint32_t> kept;
   for (const std::uint32_t ticket : best.tickets()) kept.push_back(sorted.place(ticket));
   std::ranges::sort(kept);

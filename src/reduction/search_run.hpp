@@ -16,10 +16,8 @@ using BetterCover = std::function<void(std::size_t)>;
 // same limit end with the same cover on every machine. Only a stop by the user cuts it short elsewhere.
 class SearchRun {
  public:
-  // With `impatient` it is over too once nothing better came for long: half of the limit, and three quarters
-  // of what was done.
-  SearchRun(Course& course, std::int64_t limit, bool impatient = false)
-      : leg_(course, limit / kLookEvery, Course::Stop::possible), limit_(limit), impatient_(impatient) {}
+  SearchRun(Course& course, std::int64_t limit)
+      : leg_(course, limit / kLookEvery, Course::Stop::possible), limit_(limit) {}
 
   // So much more is done; true when the search is to end.
   bool spend(std::int64_t work) {
@@ -30,6 +28,9 @@ class SearchRun {
   [[nodiscard]] bool over() const {
     return stopped_ || done_ >= limit_ || (impatient_ && done_ >= limit_ / 2 && done_ / 4 >= better_at_);
   }
+  // From now on it is over too once nothing better came for long: half of the limit, and three quarters of
+  // what was done.
+  void beImpatient() { impatient_ = true; }
   // A better cover was found.
   void noteBetter() { better_at_ = done_; }
   [[nodiscard]] bool stopped() const { return stopped_; }
@@ -46,7 +47,7 @@ class SearchRun {
 
   CourseLeg leg_;
   std::int64_t limit_;
-  bool impatient_;
+  bool impatient_ = false;
   std::int64_t done_ = 0;
   std::int64_t better_at_ = 0;
   std::int64_t next_look_ = kLookEvery;
