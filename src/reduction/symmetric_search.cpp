@@ -103,7 +103,7 @@ class Attempt {
 };
 using Attempts = std::vector<std::unique_ptr<Attempt>>;
 
-constexpr std::size_t kFinalists = 3;
+constexpr std::size_t kFinalists = 4;
 constexpr std::uint64_t kOtherSeeds = 1000;
 
 // Leaves the `count` attempts with the cheapest covers, the earlier ones of equals.
@@ -165,7 +165,7 @@ bool searchSymmetric(const CoverTickets& tickets, int shared, const std::vector<
   }
   if (attempts.empty()) return false;
   improveAll(attempts, most, run, (until - run.done()) / 4, best);
-  constexpr std::size_t rounds[] = {6, 3, 2, 1};
+  constexpr std::size_t rounds[] = {8, 4, 2, 1};
   for (std::size_t round = 0; round < std::size(rounds); ++round) {
     if (run.over() || best.isEnough()) break;
     keepBestOf(attempts, rounds[round]);
