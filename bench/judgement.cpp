@@ -1,11 +1,13 @@
-// smart-100k and match-100k: tickets judged in memory against the rule done literally.
+// smart-100k, match-100k and fewer-88k: tickets judged in memory against the rule done literally.
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <numeric>
 
 #include "conditions/condition_store.hpp"
+#include "floors.hpp"
 #include "pipeline/thin.hpp"
+#include "reduction/cover_search.hpp"
 #include "reduction/smart.hpp"
 #include "store/periods.hpp"
 #include "tickets/selection.hpp"
@@ -136,10 +138,46 @@ void match100k(State& state, const Sizes& sizes, int match, int draw_count) {
   }
 }
 
+// The factory conditions over 17 reds and 8 blues.
+TicketSet filteredTickets(const Sizes& sizes) {
+  constexpr int reds[] = {1, 3, 4, 6, 8, 9, 11, 14, 16, 17, 19, 22, 24, 26, 28, 30, 33};
+  constexpr int blues[] = {2, 4, 5, 8, 9, 11, 13, 16};
+  NumberSelection selection;
+  for (int i = 0; i < sizes.reds; ++i) selection.red[reds[i * 16 / (sizes.reds - 1)]] = PickState::tuo;
+  for (int i = 0; i < sizes.blues; ++i) selection.blue[blues[i]] = PickState::tuo;
+  World world;
+  TicketSet tickets = makeTickets(selection, kTarget);
+  const ConditionSet set = loadConditionSet(world.store());
+  FreeCourse course;
+  StepWatcher nobody;
+  thin(FilterPlan(compileRules(set), loadDrawTable(world.store()), kTarget), tickets, course, nobody);
+  return tickets;
+}
+
+void fewer88k(State& state, const Sizes& sizes, int shared) {
+  const TicketSet tickets = filteredTickets(sizes);
+  const std::size_t plain = plainCover(tickets.balls, shared).size();
+  for (auto _ : state) {
+    const double literal = seconds([&] { static_cast<void>(shrinkLiterally(tickets, 6)); });
+    FreeCourse course;
+    SmallCover cover;
+    const double subject =
+        seconds([&] { cover = searchCover(tickets.balls, shared, kFactoryEffort, course); });
+    check(cover.fault == CoverFault::none, "fewer-88k found no cover");
+    check(tickets.size() < 10'000 || cover.kept.size() < plain,
+          "fewer-88k keeps no fewer tickets than the plain shrink");
+    report(state, subject, literal, subject / literal, tickets.size());
+    state.counters["plain"] = static_cast<double>(plain);
+    state.counters["fewer"] = static_cast<double>(cover.kept.size());
+  }
+}
+
 }  // namespace
 
 void registerJudgementWorkloads(const Sizes& sizes) {
   constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
+  for (int shared = kRedsPerTicket; shared >= kSmallestShrink; --shared)
+    add(fmt::format("fewer-88k/{}", shared), [=](State& state) { fewer88k(state, sizes, shared); });
   add("smart-100k", [=](State& state) { smart100k(state, sizes); });
   for (const auto& [match, draws] :
        {std::pair(4, std::min(few_draws, sizes.draws)), std::pair(5, sizes.draws), std::pair(6, sizes.draws)})

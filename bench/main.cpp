@@ -11,6 +11,8 @@
 //                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
 //                   (/shrink: with the smart optimisation and the shrink at 6)
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
+//   fewer-88k/N     searchCover with the factory effort over 88,008 filtered tickets against the literal rule at
+//                   N = 6 over the same tickets; at most 20, and fewer tickets than the plain shrink leaves
 //   shrink-repeats  the same for 20,000 imported tickets that each repeat a red; at least 20
 //   stats-3500      66 counting selects a row against computeDrawStatistics over 3,500 draws; at least 20
 //   smart-100k      the literal comparison of 463 differences a ticket against optimiseSmart; at least 15

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <numeric>
 #include <utility>
 
@@ -69,6 +70,7 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
 
   CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
   std::int64_t left = 0;
+  std::uint32_t blues = 0, kept_blues = 0;
   std::vector<std::uint32_t> groups;
   for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
     groups.resize(std::min(kBlock, sixes_.size() - begin));
@@ -82,12 +84,18 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
       for (std::size_t row = first_row_[group]; row < first_row_[group + 1]; ++row) {
         if (places < steps.size() && rules.places.countWrong(tickets_[row]) > rules.places.tolerance)
           continue;
-        if (!cover || cover->take(tickets_[row])) ++left;
+        const std::uint32_t blue = 1U << blueOf(tickets_[row]);
+        blues |= blue;
+        if (!cover || cover->take(tickets_[row])) {
+          ++left;
+          kept_blues |= blue;
+        }
         if (++looked_at % kBlock == 0 && leg.advance(first_row_[group])) return std::nullopt;
       }
     }
     if (leg.advance(first_row_[std::min(begin + kBlock, sixes_.size())])) return std::nullopt;
   }
+  if (cover && rules.effort > 0) left += std::popcount(blues & ~kept_blues & ~1U);  // bit 0 is no blue
   return left;
 }
 
@@ -118,8 +126,9 @@ std::optional<LiveCount::Result> LiveCount::count(const Question& question, Cour
   }
   result.period = tickets->period();
   result.tickets = tickets->size();
-  const auto left =
-      tickets->countLeft(FilterPlan(compileRules(question.set), question.draws, result.period), course);
+  const FilterPlan plan(compileRules(question.set), question.draws, result.period);
+  result.at_most = plan.rules().effort > 0 && plan.rules().shrink_type < kLargestShrink;
+  const auto left = tickets->countLeft(plan, course);
   if (!left) return std::nullopt;
   result.survivors = *left;
   return result;
@@ -130,9 +139,9 @@ std::string liveText(const LiveCount::Result& result) {
     return fmt::format("已选的号码超过 {} 注，不能计算余下的注数。", toFullWidth(kMaxTickets));
   if (result.tickets == 0) return "还没有投注号，也没有选好号码。";
   return fmt::format(
-      "{} {} 注，按当前条件过滤缩水后余 {} 注。",
+      "{} {} 注，按当前条件过滤缩水后{}余 {} 注。",
       result.from_selection ? "已选号码展开共" : fmt::format("表格中第 {} 期共", toFullWidth(result.period)),
-      toFullWidth(result.tickets), toFullWidth(result.survivors));
+      toFullWidth(result.tickets), result.at_most ? "最多" : "", toFullWidth(result.survivors));
 }
 
 }  // namespace lotmere

@@ -31,7 +31,9 @@ class LiveTickets {
 
   [[nodiscard]] PeriodNo period() const { return period_; }
   [[nodiscard]] std::int64_t size() const { return static_cast<std::int64_t>(tickets_.size()); }
-  // How many of them a run would leave, the reduction included. Nothing when the course stops it.
+  // How many of them a run would leave, the reduction included; where it searches for fewer tickets, how many
+  // at most: those of the plain shrink, and one for each blue that the plain shrink loses. Nothing when the
+  // course stops it.
   [[nodiscard]] std::optional<std::int64_t> countLeft(const FilterPlan& plan, Course& course) const;
 
  private:
@@ -64,6 +66,7 @@ class LiveCount {
     std::int64_t survivors = 0;
     bool from_selection = false;  // the table holds no ticket
     bool too_many = false;        // the selection makes more than kMaxTickets; nothing is counted
+    bool at_most = false;         // the run searches for fewer tickets, so that it may leave less
 
     friend bool operator==(const Result&, const Result&) = default;
   };

@@ -81,6 +81,12 @@ inline constexpr int kDrawsLookedBack = 10;
 // The settings among the rows of `过滤条件` that belong to no condition, and the switch without cells.
 inline constexpr ConditionId kShrinkTypeCell = 3900;  // the shrink type, 3 to 7
 inline constexpr ConditionId kToleranceCell = 3901;   // the tolerance of 号码定位, 0 to 7
+inline constexpr ConditionId kFewerCell = 3902;  // 精简缩水: 1 when the shrink searches for fewer tickets
+inline constexpr ConditionId kEffortCell = 3903;  // and how hard, 1 to 9
+inline constexpr int kFewerSince = 4;             // the schema version that brought these two
+inline constexpr int kLeastEffort = 1;
+inline constexpr int kFactoryEffort = 3;
+inline constexpr int kMostEffort = 9;
 inline constexpr UsageId kSmartOptimisation = 300;
 
 // The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
@@ -120,6 +126,9 @@ struct FactoryValue {
 // The number of cells that can be set one by one (cells 0 to this - 1); the rows behind them are never
 // tested.
 [[nodiscard]] int cellCount(const Condition& condition);
+
+// What listings, the summary and texts of a set call the search for fewer tickets.
+inline constexpr std::string_view kFewerName = "精简缩水";
 
 // The shrink types, and "保三型" to "保七型" for 3 to 7; empty for a number that names none.
 inline constexpr int kSmallestShrink = 3;

@@ -34,6 +34,12 @@ void printMatchSettings(Session& session, const ConditionSet& set) {
                              matchText(set.match));
 }
 
+// Nor has the search for fewer tickets.
+void printFewerSettings(Session& session, const ConditionSet& set) {
+  session.out << fmt::format("-\t{}\t{}\t力度 {}\n", kFewerName,
+                             set.cells.value(kFewerCell) == 1 ? "on" : "off", set.cells.value(kEffortCell));
+}
+
 class ListCommand final : public Command {
  public:
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
@@ -41,6 +47,7 @@ class ListCommand final : public Command {
   int run(Session& session) override {
     const ConditionSet set = loadConditionSet(session.store);
     for (const Condition& condition : allConditions()) printCondition(session, set, condition);
+    printFewerSettings(session, set);
     printMatchSettings(session, set);
     return kExitDone;
   }
@@ -127,6 +134,12 @@ class UseCommand final : public Command {
                          }));
       return kExitDone;
     }
+    if (trim(name_) == kFewerName) {
+      printFewerSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
+                           set.cells.set(kFewerCell, state_ == "on" ? 1 : 0);
+                         }));
+      return kExitDone;
+    }
     const auto condition = namedCondition(session, name_);
     if (!condition) return kExitRefused;
     const ConditionSet changed =
@@ -190,6 +203,38 @@ class NumberSettingCommand final : public Command {
   int number_ = 0;
 };
 
+class ShrinkCommand final : public Command {
+ public:
+  ShrinkCommand() : Command("conditions", "shrink", "缩水类型，以及是否精简缩水：同样的保证，更少的注数") {}
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("N", type_, "3 保三型 到 7 保七型（不缩水）")
+        ->required()
+        ->transform(wholeNumber(kSmallestShrink, kLargestShrink));
+    app.add_option("--fewer", fewer_, "精简缩水：on 打开，off 关闭，不写为不变")
+        ->check(CLI::IsMember({"on", "off"}));
+    app.add_option("--effort", effort_,
+                   fmt::format("精简缩水的力度，{} 到 {}，每加一级时间约为 1.7 倍，不写为不变", kLeastEffort,
+                               kMostEffort))
+        ->transform(wholeNumber(kLeastEffort, kMostEffort));
+  }
+
+  int run(Session& session) override {
+    const ConditionSet changed = changeSettings(session.store, [&](ConditionSet& set) {
+      set.cells.set(kShrinkTypeCell, type_);
+      if (fewer_) set.cells.set(kFewerCell, *fewer_ == "on" ? 1 : 0);
+      if (effort_) set.cells.set(kEffortCell, *effort_);
+    });
+    if (fewer_ || effort_) printFewerSettings(session, changed);
+    return kExitDone;
+  }
+
+ private:
+  int type_ = 0;
+  std::optional<std::string> fewer_;
+  std::optional<int> effort_;
+};
+
 class MatchCommand final : public Command {
  public:
   MatchCommand()
@@ -251,8 +296,7 @@ void addConditionCommands(CommandList& list) {
   addOwnSetCommands(list);
   list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
                                                         kPlaceCount));
-  list.push_back(std::make_unique<NumberSettingCommand>("shrink", "缩水类型：3 保三型 到 7 保七型（不缩水）",
-                                                        kShrinkTypeCell, kSmallestShrink, kLargestShrink));
+  list.push_back(std::make_unique<ShrinkCommand>());
   list.push_back(std::make_unique<MatchCommand>());
   list.push_back(std::make_unique<ResetCommand>());
 }

@@ -8,6 +8,9 @@
 namespace lotmere {
 namespace {
 
+// Takes away what a longer line left on a terminal.
+constexpr std::string_view kEraseRest = "\x1B[K";
+
 // A message of several lines becomes one: the line ends turn into blanks.
 std::string oneLine(std::string_view text) {
   std::string line;
@@ -48,9 +51,11 @@ void TerminalCourse::settleInterrupt() {
 void TerminalCourse::showPercent(std::int64_t done) {
   if (!show_bar_ || total_ <= 0) return;
   const int percent = static_cast<int>(std::min<std::int64_t>(100, done * 100 / total_));
-  if (percent == percent_) return;
+  if (percent == percent_ && status_ == shown_status_) return;
   percent_ = percent;
-  err_ << fmt::format("\r{:3}%", percent) << std::flush;
+  shown_status_ = status_;
+  err_ << fmt::format("\r{:3}%{}{}{}", percent, status_.empty() ? "" : " ", status_, kEraseRest)
+       << std::flush;
 }
 
 void TerminalCourse::takeInterrupt() {
@@ -65,7 +70,7 @@ void TerminalCourse::takeInterrupt() {
 }
 
 void TerminalCourse::clearBar() {
-  if (show_bar_ && percent_ >= 0) err_ << "\r    \r" << std::flush;
+  if (show_bar_ && percent_ >= 0) err_ << '\r' << kEraseRest << std::flush;
   percent_ = -1;
 }
 

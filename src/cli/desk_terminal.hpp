@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <iosfwd>
+#include <string>
 
 #include "base/desk.hpp"
 
@@ -17,6 +18,8 @@ class TerminalCourse final : public StoppableCourse {
   bool advance(std::int64_t done) override;
   void end() override;
 
+  // A passing message behind the percentage, from the next look on.
+  void showStatus(std::string_view text) { status_ = text; }
   // Asks the leg under way to stop at its next look, for the only course of the process; safe in a signal's
   // handler. A leg that can't be stopped says so and goes on. Between two legs it waits for the next one.
   static void interrupt() { interrupted_ = true; }
@@ -37,6 +40,8 @@ class TerminalCourse final : public StoppableCourse {
   bool was_interrupted_ = false;
   std::int64_t total_ = 0;
   int percent_ = -1;
+  std::string status_;
+  std::string shown_status_;
 };
 
 class TerminalDesk final : public Desk {
@@ -56,6 +61,8 @@ class TerminalDesk final : public Desk {
   std::optional<std::string> askText(std::string_view prompt, std::string_view title,
                                      std::string_view proposed) override;
   void showTip(std::string_view text, std::string_view title) override;
+  // Stands with the progress, where that is shown.
+  void showStatus(std::string_view text) override { course_.showStatus(text); }
   TerminalCourse& course() override { return course_; }
 
  private:

@@ -196,6 +196,23 @@ Line matchLine() {
       }};
 }
 
+// The search for fewer tickets: its switch and its effort.
+Line fewerLine() {
+  return {std::string(kFewerName),
+          [](const ConditionSet& set) {
+            return fmt::format("{} {}", switchText(set.cells.value(kFewerCell)),
+                               set.cells.value(kEffortCell));
+          },
+          [](std::string_view text, ConditionSet& set) {
+            const std::size_t blank = text.find(' ');
+            if (blank == std::string_view::npos) return false;
+            const auto on = readSwitch(text.substr(0, blank));
+            const auto effort = readWhole(trim(text.substr(blank)));
+            return on && effort && *effort >= kLeastEffort && *effort <= kMostEffort &&
+                   set.cells.set(kFewerCell, *on) && set.cells.set(kEffortCell, *effort);
+          }};
+}
+
 std::vector<Line> makeLines() {
   std::vector<Line> lines;
   lines.push_back(picksLine("红球拖码", 1, kRedCount, 0, PickState::tuo));
@@ -213,6 +230,7 @@ std::vector<Line> makeLines() {
   lines.push_back(matchLine());
   lines.push_back(numberLine("号码定位容错值", kToleranceCell, 0, kPlaceCount));
   lines.push_back(numberLine("缩水类型", kShrinkTypeCell, kSmallestShrink, kLargestShrink));
+  lines.push_back(fewerLine());
   return lines;
 }
 

@@ -8,6 +8,7 @@
 //   自定义组1的号码：3,8,11
 //   历史数据过滤：开 2026001-2026050 6 自选
 //   缩水类型：6
+//   精简缩水：开 3
 //
 // The version stands on top, then a line a condition or setting, in any order. What is missing stays as it is
 // in the set that the text is read into. A switch says 开 or 关, or its number where the store holds another.

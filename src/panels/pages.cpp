@@ -1,5 +1,7 @@
 #include "panels/pages.hpp"
 
+#include <fmt/format.h>
+
 #include "base/text.hpp"
 #include "panels/sheet.hpp"
 
@@ -78,6 +80,10 @@ ShrinkPage shrinkPage(const ConditionSet& set) {
   page.types = chosenOption(set, kShrinkTypeCell, kSmallestShrink, kLargestShrink, shrinkCaption);
   page.smart = makePanel(set, conditionOfUsage(kSmartOptimisation),
                          "缩水前进行智能优化—自动分析每注号码,提高缩水后大奖命中率");
+  page.fewer = set.cells.value(kFewerCell) == 1;
+  page.fewer_caption = fmt::format("{}：同样的保证，更少的注数", kFewerName);
+  page.efforts = chosenOption(set, kEffortCell, kLeastEffort, kMostEffort,
+                              [](int effort) { return fmt::format("力度 {}", toFullWidth(effort)); });
   page.hint = "提示，这里的保Ｎ型是对整注号码（包含蓝球号码）进行缩水的。";
   return page;
 }

@@ -52,6 +52,9 @@ struct ShapePage {
 struct ShrinkPage {
   std::vector<PanelItem> types;
   ConditionPanel smart;
+  bool fewer = false;  // searches for fewer tickets
+  std::string fewer_caption;
+  std::vector<PanelItem> efforts;
   std::string_view hint;
 };
 [[nodiscard]] ShrinkPage shrinkPage(const ConditionSet& set);

@@ -58,6 +58,8 @@ std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set) {
   const int type = set.cells.value(kShrinkTypeCell);
   // A value that names no type would otherwise delete tickets that nobody asked to delete.
   rules->shrink_type = type < kSmallestShrink || type > kLargestShrink ? kLargestShrink : type;
+  if (set.cells.value(kFewerCell) == 1)
+    rules->effort = std::clamp(set.cells.value(kEffortCell), kLeastEffort, kMostEffort);
   rules->smart = set.isUsed(kSmartOptimisation);
   return rules;
 }

@@ -52,6 +52,7 @@ struct FilterRules {
   std::array<bool, kTurnCount> turns{};  // in use
   std::vector<GroupTable> turn_groups;   // by turn, of those in use
   int shrink_type = 0;                   // 3 to 7; what names no type is 7
+  int effort = 0;                        // of the search for fewer tickets, 1 to 9; 0 where it is off
   bool smart = false;                    // 智能优化 is switched on
 };
 [[nodiscard]] std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set);

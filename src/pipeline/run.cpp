@@ -47,8 +47,9 @@ void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
   const FilterPlan plan(compileRules(loadConditionSet(store)), loadDrawTable(store), tickets.period);
   RunText text(desk, plan);
   thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
+  const FilterRules& rules = plan.rules();
   if (!desk.course().stopRequested())
-    shrinkCover(store, desk, tickets, plan.rules().shrink_type, plan.rules().smart);
+    shrinkCover(store, desk, tickets, rules.shrink_type, rules.smart, rules.effort);
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {

@@ -35,6 +35,8 @@ class Cover {
 
   // True when the ticket becomes a centre, false when an earlier centre covers it.
   bool take(Balls ticket);
+  // Makes the ticket a centre, covered or not.
+  void keep(Balls ticket) { marks_.mark(allCodes(ticket)); }
 
  private:
   OverlapMarks marks_;

@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "catalogue/catalogue.hpp"
 #include "reduction/cover.hpp"
+#include "reduction/cover_search.hpp"
 #include "reduction/smart.hpp"
 
 namespace lotmere {
@@ -62,9 +63,29 @@ std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
   return centres;
 }
 
+// Keeps as few centres as the search finds.
+std::int64_t keepFewer(Desk& desk, TicketSet& tickets, int type, int effort) {
+  const StatusScope status(desk);
+  const SmallCover cover = searchCover(tickets.balls, type, effort, desk.course(), [&](std::size_t size) {
+    desk.showStatus(
+        fmt::format("{}：目前最少 {} 注", kFewerName, toFullWidth(static_cast<std::int64_t>(size))));
+  });
+  if (cover.fault != CoverFault::none) {
+    desk.showStatus({});
+    desk.tell(fmt::format("{}的结果没有通过检查，已改用普通缩水的结果。", kFewerName), Tone::error);
+  }
+  std::size_t kept = 0;
+  for (const std::uint32_t place : cover.kept) {
+    tickets.moveRow(place, kept);
+    markCentre(tickets, kept++, type);
+  }
+  tickets.truncate(kept);
+  return static_cast<std::int64_t>(kept);
+}
+
 }  // namespace
 
-std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type, bool smart) {
+std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type, bool smart, int effort) {
   // A value below the smallest type names none; taking it for a type would delete tickets that nobody asked
   // to delete.
   if (type < kSmallestShrink || type > kLargestShrink) type = kLargestShrink;
@@ -81,7 +102,8 @@ std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type,
   std::int64_t centres = 0;
   if (tickets.size() > 0) {
     desk.runningText().setLine(base, fmt::format("[{}]缩水正在进行中．．．", shrinkCaption(type)));
-    centres = keepCentres(desk, tickets, type);
+    centres = effort > 0 && !desk.course().stopRequested() ? keepFewer(desk, tickets, type, effort)
+                                                           : keepCentres(desk, tickets, type);
   }
   tell("缩水后余：", centres);
   return centres;

@@ -84,6 +84,9 @@ TEST_F(BadInput, SelectionsAndConditions) {
       {"an interval behind the last", 1, {"conditions", "division", "六区间7", "1"}},
       {"seven reds to match", 2, {"conditions", "match", "2024001", "2024002", "7"}},
       {"a shrink type behind the last", 2, {"conditions", "shrink", "8"}},
+      {"an effort behind the last", 2, {"conditions", "shrink", "6", "--effort", "10"}},
+      {"neither on nor off", 2, {"conditions", "shrink", "6", "--fewer", "maybe"}},
+      {"no shrink type", 2, {"conditions", "shrink", "--fewer", "on"}},
   });
   const std::string range = home_.run({"numbers", "pick", "--blue-tuo", "17"}).err;
   EXPECT_NE(range.find("应为 1 到 16 的"), std::string::npos) << range;

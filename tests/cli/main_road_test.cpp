@@ -87,10 +87,17 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
     EXPECT_EQ(stored(std::string(R"("Value" FROM "过滤条件" WHERE "ID"=)") + cell), "3");
     EXPECT_EQ(stored(others), before) << command << " writes one cell";
   }
+  expectReply({"conditions", "shrink", "6", "--fewer", "on", "--effort", "7"}, "-\t精简缩水\ton\t力度 7\n");
+  EXPECT_EQ(stored(R"(group_concat("Value") FROM "过滤条件" WHERE "ID" BETWEEN 3900 AND 3903)"), "6,3,1,7");
+  EXPECT_TRUE(outOf({"conditions", "show"}).ends_with(" 精简缩水： 使 用，力度 ７\n\n"));
+  expectReply({"conditions", "use", "精简缩水", "off"}, "-\t精简缩水\toff\t力度 7\n");
+  EXPECT_EQ(outOf({"conditions", "show"}).find("精简缩水"), std::string::npos);
+  expectReply({"conditions", "shrink", "6", "--effort", "3"}, "-\t精简缩水\toff\t力度 3\n");
   const std::string range = "２０２４００２～２０２４００５，最大匹配值 ３（自选范围）\n";
   const std::string match = "-\t历史数据过滤\ton\t" + range;
+  const std::string fewer = "-\t精简缩水\toff\t力度 3\n";
   expectReply({"conditions", "match", "2024002", "2024005", "3"}, match);
-  EXPECT_TRUE(outOf({"conditions", "list"}).ends_with("\n463\t十二区间12\toff\t０～６\n" + match));
+  EXPECT_TRUE(outOf({"conditions", "list"}).ends_with("\n463\t十二区间12\toff\t０～６\n" + fewer + match));
   EXPECT_TRUE(outOf({"conditions", "show"}).ends_with(" 历史数据过滤： " + range + "\n"));
   home_.doStep({"conditions", "use", "历史数据过滤", "off"});
   EXPECT_EQ(outOf({"conditions", "show"}).find("历史数据过滤"), std::string::npos);

@@ -35,6 +35,8 @@ class ConditionSetTest : public test::StoreTest {
       set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(i)).name, intervals[i]);
     set.cells.set(kToleranceCell, pick(0, kPlaceCount));
     set.cells.set(kShrinkTypeCell, pick(kSmallestShrink, kLargestShrink));
+    set.cells.set(kFewerCell, pick(0, 1));
+    set.cells.set(kEffortCell, pick(kLeastEffort, kMostEffort));
     set.match = {pick(0, 1) == 1, 2025001 + pick(0, 50), 2025100, pick(1, 6), pick(0, 1) == 1};
     return set;
   }
@@ -91,13 +93,14 @@ TEST_F(ConditionSetTest, ALineThatIsWrongIsReportedAndSkipped) {
       "\xEF\xBB\xBFLotmere 条件 1\r\n\r\n总和值：开 60-140,150\r\n总和数：开 60\n奇数个数：开 1-9\n连号：关 "
       "2;2+2\n"
       "历史数据过滤：开 2026050-2026001 6\n历史数据过滤：开 2026001-2026050 5 "
-      "自选\n缩水类型：8\n智能优化：开\n",
+      "自选\n缩水类型：8\n智能优化：开\n精简缩水：开 10\n精简缩水：开 7\n",
       factory);
   ASSERT_TRUE(read);
   EXPECT_EQ(read->skipped, (std::vector<SkippedLine>{{4, "总和数：开 60"},
                                                      {5, "奇数个数：开 1-9"},
                                                      {7, "历史数据过滤：开 2026050-2026001 6"},
-                                                     {9, "缩水类型：8"}}));
+                                                     {9, "缩水类型：8"},
+                                                     {11, "精简缩水：开 10"}}));
   ConditionSet expected = factory;
   expected.switches.set(1, 1);
   for (int sum = 0; sum <= 170; ++sum)
@@ -107,6 +110,8 @@ TEST_F(ConditionSetTest, ALineThatIsWrongIsReportedAndSkipped) {
     expected.cells.set(3450 + k, runShapes()[k] == "2" || runShapes()[k] == "2+2");
   expected.match = {true, 2026001, 2026050, 5, true};
   expected.switches.set(kSmartOptimisation, 1);
+  expected.cells.set(kFewerCell, 1);
+  expected.cells.set(kEffortCell, 7);
   EXPECT_EQ(read->set, expected);
 }
 

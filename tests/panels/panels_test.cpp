@@ -161,7 +161,10 @@ TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
   EXPECT_TRUE(!page.places[0].enabled && page.places[1].enabled && page.places[6].ticked);
   set_.cells.set(kShrinkTypeCell, 4);
   set_.use(kSmartOptimisation, true);
+  set_.cells.set(kFewerCell, 1);
   const ShrinkPage shrink = shrinkPage(set_);
+  EXPECT_TRUE(shrink.fewer && shrink.efforts.size() == 9);
+  EXPECT_EQ(shrink.efforts[2], (PanelItem{"力度 ３", 3, true}));
   EXPECT_EQ(shrink.types[1], (PanelItem{"保四型", 4, true}));
   EXPECT_TRUE(!shrink.types[3].selected && shrink.smart.ticked && !page.tolerances[0].selected);
 

@@ -123,8 +123,36 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_TRUE(count().too_many);
   EXPECT_EQ(liveText({kPeriod, 840, 12, false, false}),
             "表格中第 ２０２６０５０ 期共 ８４０ 注，按当前条件过滤缩水后余 １２ 注。");
+  EXPECT_EQ(liveText({kPeriod, 840, 12, true, false, true}),
+            "已选号码展开共 ８４０ 注，按当前条件过滤缩水后最多余 １２ 注。");
   changeSettings(store_, clearReds);
   EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
+}
+
+// The search for fewer tickets may leave less than the count says and never more.
+TEST_F(Live, CountsThePlainShrinkWhereARunSearchesForFewer) {
+  int fewer = 0;
+  for (int trial = 0; trial < 5; ++trial) {
+    putSelection(store_, random_, 8);
+    const auto set = [&](std::initializer_list<std::pair<ConditionId, int>> cells) {
+      changeSettings(store_, [&](ConditionSet& settings) {
+        for (const auto& [cell, value] : cells) settings.cells.set(cell, value);
+      });
+    };
+    store_.query(R"(UPDATE "过滤条件使用情况" SET "使用情况"=0)").run();
+    set({{kShrinkTypeCell, 3 + trial}, {kFewerCell, 0}});
+    store_.query(R"(DELETE FROM "日志表")").run();
+    if (initTickets(store_, desk_, kPeriod).outcome != Outcome::done) continue;
+    const auto plain = count();
+    set({{kFewerCell, 1}, {kEffortCell, 1}});
+    const auto counted = count();
+    EXPECT_EQ(counted.at_most, trial != 4);
+    EXPECT_GE(counted.survivors, plain.survivors);
+    const auto left = run();
+    EXPECT_LE(left, counted.survivors);
+    fewer += left < plain.survivors;
+  }
+  EXPECT_GT(fewer, 0);
 }
 
 // Dropped at each look that the reading and the count take: they give nothing, look no more, and the next is

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 
+#include "base/text.hpp"
 #include "reduction/hints.hpp"
 #include "reduction/shrink.hpp"
 #include "reduction/smart.hpp"
@@ -130,6 +131,45 @@ TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
     EXPECT_EQ(shrinkCover(store_, desk, set, 4, false), 1);
     expectStopped(set, tickets, near ? 2 : 1, 4);
   }
+}
+
+// With an effort: the tickets of the search in their order, marked and numbered as ever, between the same lines.
+TEST_F(Shrink, SearchesForFewerCentres) {
+  std::mt19937 random(7);
+  const auto tickets = randomTickets(random, 500, 10, false);
+  TicketSet plain = makeSet(tickets), set = makeSet(tickets);
+  ScriptedDesk desk;
+  const auto more = shrinkCover(store_, desk_, plain, 6, false);
+  const auto centres = shrinkCover(store_, desk, set, 6, false, 1);
+  EXPECT_LT(centres, more);
+  ASSERT_EQ(set.size(), static_cast<std::size_t>(centres));
+  EXPECT_TRUE(std::ranges::is_sorted(set.origin));
+  for (std::size_t row = 0; row < set.size(); ++row) {
+    const DrawNumbers& ticket = tickets[set.origin[row]];
+    EXPECT_EQ(set.balls[row], packBalls(ticket.reds, ticket.blue));
+    EXPECT_TRUE(set.shrink[row] == 6 && set.seq[row] == static_cast<int>(row) + 1);
+  }
+  EXPECT_EQ(desk.runningText().text(),
+            "\r\n\r\n[ 智能优化 ] <未使用这个条件>\r\n\r\n[保六型]缩水后余：" + toFullWidth(centres) + " 注");
+  const std::vector<std::string> statuses = desk.statuses;
+  ASSERT_GT(statuses.size(), 1U);
+  EXPECT_EQ(statuses[statuses.size() - 2], "精简缩水：目前最少 " + toFullWidth(centres) + " 注");
+  EXPECT_EQ(statuses.back(), "") << "none is left";
+
+  // A stop keeps the best complete cover; one that came beforehand is that of the plain shrink.
+  ScriptedDesk stopping;
+  stopping.course().on_look = [&] { stopping.course().requestStop(); };
+  TicketSet stopped = makeSet(tickets);
+  const auto kept = shrinkCover(store_, stopping, stopped, 6, false, 9);
+  EXPECT_TRUE(kept >= centres && kept <= more);
+  EXPECT_EQ(std::ranges::count(stopped.shrink, std::int8_t{6}), kept);
+  TicketSet late = makeSet(tickets);
+  EXPECT_EQ(shrinkCover(store_, stopping, late, 6, false, 9), 1);
+  EXPECT_GT(late.size(), 400U);
+
+  TicketSet seven = makeSet(tickets);
+  EXPECT_EQ(shrinkCover(store_, desk_, seven, 7, false, 9), 0);
+  EXPECT_EQ(seven.size(), tickets.size());
 }
 
 // However many of them repeat a red, a few thousand tickets stand between two looks at the desk.

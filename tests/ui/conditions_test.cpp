@@ -165,7 +165,9 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
       {match, "the latest fifty", button("cmm_latestPeriods"),
        "match 1 最大值=2026090; match 1 最小值=2026088; match 1 自选范围=0; "},
       {kShrink, "the type", button("Option_ShuoSuiLeiXing_4"), "cell 3900=4; "},
-      {kShrink, "smart", button("Check_auto"), "switch 300=1; "}};
+      {kShrink, "smart", button("Check_auto"), "switch 300=1; "},
+      {kShrink, "fewer tickets", button("fewerTickets"), "cell 3902=1; "},
+      {kShrink, "its effort", choice("fewerEffort", 5), "cell 3903=6; "}};
   click("cmm_QujianTip_102");
   auto& foot = part<QLabel>("Label_liveCount");
   for (const Click& row : clicks) {

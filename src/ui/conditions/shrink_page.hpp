@@ -1,7 +1,9 @@
-// The page 缩水设置: the type of the cover shrink and the smart optimisation in front of it.
+// The page 缩水设置: the type of the cover shrink, the smart optimisation in front of it, and the search
+// for fewer tickets.
 #pragma once
 
 #include <QButtonGroup>
+#include <QComboBox>
 #include <QLabel>
 #include <QWidget>
 
@@ -21,6 +23,8 @@ class ShrinkPageView : public QWidget {
   Session& session_;
   QButtonGroup types_;  // Option_ShuoSuiLeiXing
   QCheckBox* smart_;    // Check_auto
+  QCheckBox* fewer_;    // fewerTickets
+  QComboBox* effort_;   // fewerEffort
   QLabel* hint_;
 };
 
