@@ -235,6 +235,7 @@ std::vector<FactoryValue> factoryCells() {
   for (int n = 1; n <= kBlueCount; ++n) cells[kBlueCodeBase + n] = 0;
   cells[kShrinkTypeCell] = kFactoryShrinkType;
   cells[kToleranceCell] = 0;
+  cells[kSetToleranceCell] = 0;
   std::vector<const Condition*> rows;
   for (const Condition& condition : allConditions())
     if (condition.first != 0) rows.push_back(&condition);

@@ -81,6 +81,10 @@ inline constexpr int kDrawsLookedBack = 10;
 // The settings among the rows of `过滤条件` that belong to no condition, and the switch without cells.
 inline constexpr ConditionId kShrinkTypeCell = 3900;  // the shrink type, 3 to 7
 inline constexpr ConditionId kToleranceCell = 3901;   // the tolerance of 号码定位, 0 to 7
+inline constexpr ConditionId kSetToleranceCell =
+    3904;                                     // 全部条件容错值: conditions a ticket may fail, 0 to 9
+inline constexpr int kSetToleranceSince = 4;  // the schema version that brought it
+inline constexpr int kMostSetTolerance = 9;
 inline constexpr UsageId kSmartOptimisation = 300;
 
 // The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
@@ -120,6 +124,9 @@ struct FactoryValue {
 // The number of cells that can be set one by one (cells 0 to this - 1); the rows behind them are never
 // tested.
 [[nodiscard]] int cellCount(const Condition& condition);
+
+// What listings, the summary and texts of a set call the tolerance over the whole set.
+inline constexpr std::string_view kSetToleranceName = "全部条件容错值";
 
 // The shrink types, and "保三型" to "保七型" for 3 to 7; empty for a number that names none.
 inline constexpr int kSmallestShrink = 3;

@@ -63,7 +63,8 @@ void putConditions(Store& store, std::mt19937& random, int used, int allowed) {
   setRows(store, "过滤条件使用情况", "使用情况", "\"条件\"<>300", [&](int) {
     return chance(used) ? 1 : chance(20) ? 2 : 0;
   });
-  setRows(store, "过滤条件", "Value", "\"ID\">=1000", [&](int) { return chance(allowed) ? 1 : 0; });
+  setRows(store, "过滤条件", "Value", "\"ID\">=1000 AND \"ID\"<>3904",
+          [&](int) { return chance(allowed) ? 1 : 0; });
   for (const std::string& column : attributeColumns(AttributeTable::first)) {
     const bool place = column.starts_with("第");
     if (place || column.starts_with("自定义组") || column.starts_with("区间"))
