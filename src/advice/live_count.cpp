@@ -3,17 +3,19 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <utility>
 
 #include "base/text.hpp"
+#include "pipeline/judge_block.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kBlock = 8192;
+constexpr std::size_t kBlock = kJudgeBlock;
 
 // The lowest period of the table, found row by row so that a large table is looked at in pieces. Nothing when
 // it was dropped.
@@ -69,6 +71,19 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
 
   CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
   std::int64_t left = 0;
+  if (rules.tolerance > 0) {
+    for (std::size_t begin = 0; begin < tickets_.size(); begin += kBlock) {
+      const auto block = std::span(tickets_).subspan(begin, std::min(kBlock, tickets_.size() - begin));
+      std::array<std::uint8_t, kBlock> failed{}, rejected{};
+      for (std::size_t step = 0; step < steps.size(); ++step)
+        if (plan.runs(step))
+          addFailures(plan, step, block, step == matchStep() ? rejected.data() : failed.data());
+      for (std::size_t row = 0; row < block.size(); ++row)
+        left += rejected[row] == 0 && failed[row] <= rules.tolerance && (!cover || cover->take(block[row]));
+      if (leg.advance(static_cast<std::int64_t>(begin + block.size()))) return std::nullopt;
+    }
+    return left;
+  }
   std::vector<std::uint32_t> groups;
   for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
     groups.resize(std::min(kBlock, sixes_.size() - begin));

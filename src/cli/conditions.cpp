@@ -44,6 +44,8 @@ class ListCommand final : public Command {
   int run(Session& session) override {
     const ConditionSet set = loadConditionSet(session.store);
     for (const Condition& condition : allConditions()) printCondition(session, set, condition);
+    const int tolerance = set.cells.value(kSetToleranceCell);
+    session.out << fmt::format("-\t{}\t{}\t{}\n", kSetToleranceName, tolerance > 0 ? "on" : "off", tolerance);
     printMatchSettings(session, set);
     return kExitDone;
   }
@@ -286,6 +288,9 @@ void addConditionCommands(CommandList& list) {
   addOwnSetCommands(list);
   list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
                                                         kPlaceCount));
+  list.push_back(std::make_unique<NumberSettingCommand>(
+      "tolerance-all", "全部条件的容错值：不符合的条件多于 N 个的号码才被过滤掉", kSetToleranceCell, 0,
+      kMostSetTolerance));
   list.push_back(std::make_unique<NumberSettingCommand>("shrink", "缩水类型：3 保三型 到 7 保七型（不缩水）",
                                                         kShrinkTypeCell, kSmallestShrink, kLargestShrink));
   list.push_back(std::make_unique<MatchCommand>());

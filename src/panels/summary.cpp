@@ -158,6 +158,8 @@ std::vector<std::pair<std::string, std::string>> extraLines(const ConditionSet& 
       lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
                          extraContent(set, condition));
   }
+  if (const int tolerance = set.cells.value(kSetToleranceCell); tolerance > 0)
+    lines.emplace_back(fmt::format(" {}： ", kSetToleranceName), toFullWidth(tolerance));
   if (set.match.used) lines.emplace_back(fmt::format(" {}： ", kHistoryMatchName), matchText(set.match));
   return lines;
 }
