@@ -7,13 +7,14 @@
 #include <mutex>
 #include <span>
 
+#include "advice/joint_figures.hpp"
 #include "pipeline/judge_block.hpp"
 
 namespace lotmere {
 namespace {
 
 constexpr std::size_t kBlock = kJudgeBlock;
-constexpr std::uint8_t kOut = 100;  // more failures than any tolerance lets through
+constexpr int kOut = 100;  // more failures than any tolerance lets through
 
 // A block under judgement: what can still pass stands at the front.
 struct Block {
@@ -21,19 +22,23 @@ struct Block {
   std::array<std::uint8_t, kBlock> failed;
   std::size_t size = 0;
 
+  // `fails` gives what a ticket's failures grow by.
+  template <class Fails>
+  void judge(int tolerance, const Fails& fails) {
+    std::size_t kept = 0;
+    for (std::size_t row = 0; row < size; ++row) {
+      const Balls ticket = tickets[row];
+      const auto failures = static_cast<std::uint8_t>(failed[row] + fails(ticket));
+      tickets[kept] = ticket;
+      failed[kept] = failures;
+      kept += failures <= tolerance;
+    }
+    size = kept;
+  }
   void judge(const FilterPlan& plan, std::size_t step, int tolerance) {
-    const std::uint8_t weight = step == matchStep() ? kOut : 1;
-    plan.withTest(step, [&](auto test) {
-      std::size_t kept = 0;
-      for (std::size_t row = 0; row < size; ++row) {
-        const Balls ticket = tickets[row];
-        const auto failures = static_cast<std::uint8_t>(failed[row] + (test(ticket) ? 0 : weight));
-        tickets[kept] = ticket;
-        failed[kept] = failures;
-        kept += failures <= tolerance;
-      }
-      size = kept;
-    });
+    const int weight = step == matchStep() ? kOut : 1;
+    plan.withTest(
+        step, [&](auto test) { judge(tolerance, [&](Balls ticket) { return test(ticket) ? 0 : weight; }); });
   }
 };
 
@@ -137,6 +142,7 @@ std::optional<SetShare> SetShare::make(std::shared_ptr<const FilterRules> rules,
 
 std::int64_t SetShare::count(const FilterPlan& plan) const {
   std::atomic<std::int64_t> passed{0};
+  const JointFigures figures(plan, later_);
   for (const Part& part : parts_) {
     inBlocks(part.tickets.size(), threads_, [&](std::size_t first, bool) {
       Block block;
@@ -144,8 +150,8 @@ std::int64_t SetShare::count(const FilterPlan& plan) const {
       std::copy_n(part.tickets.begin() + static_cast<std::ptrdiff_t>(first), block.size,
                   block.tickets.begin());
       std::copy_n(part.failed.begin() + static_cast<std::ptrdiff_t>(first), block.size, block.failed.begin());
-      for (const std::size_t step : later_)
-        if (plan.runs(step)) block.judge(plan, step, tolerance_);
+      if (figures.any()) block.judge(tolerance_, [&](Balls ticket) { return figures.failures(ticket); });
+      for (const std::size_t step : figures.others()) block.judge(plan, step, tolerance_);
       passed += part.weight * static_cast<std::int64_t>(block.size);
       return true;
     });

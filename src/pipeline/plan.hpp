@@ -85,6 +85,11 @@ class FilterPlan {
   // the tolerance over the whole set lets through.
   [[nodiscard]] bool rejects(const StepBits& failed) const;
 
+  // The figure of a step of the kind `figure` that runs, with its verdicts.
+  [[nodiscard]] const FigureTest& figure(std::size_t step) const {
+    return own_place_[step] < 0 ? rules_->figures[step] : own_[static_cast<std::size_t>(own_place_[step])];
+  }
+
   // Hands `use` a function (balls) that tells whether a ticket passes the step, with the kind of the step and
   // of its figure known when it is compiled: for loops over very many tickets. All steps but the places look
   // at the reds alone.
@@ -99,10 +104,6 @@ class FilterPlan {
   // `match` holds the draws of the range of 历史数据过滤 that stand before the period; nullptr without any.
   FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period,
              std::shared_ptr<const DrawMatch> match);
-
-  [[nodiscard]] const FigureTest& figure(std::size_t step) const {
-    return own_place_[step] < 0 ? rules_->figures[step] : own_[static_cast<std::size_t>(own_place_[step])];
-  }
 
   std::shared_ptr<const FilterRules> rules_;
   PeriodNo period_;
