@@ -80,7 +80,8 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
     return db.execAndGet("SELECT " + select).getString();
   };
   fetch(kDrawList);
-  for (const auto& [command, cell] : {std::pair{"tolerance", "3901"}, {"shrink", "3900"}}) {
+  for (const auto& [command, cell] :
+       {std::pair{"tolerance", "3901"}, {"tolerance-all", "3904"}, {"shrink", "3900"}}) {
     const std::string others = std::string(R"(group_concat("Value") FROM "过滤条件" WHERE "ID"<>)") + cell;
     const std::string before = stored(others);
     home_.doStep({"conditions", command, "3"});

@@ -34,6 +34,7 @@ class ConditionSetTest : public test::StoreTest {
     for (int i = 1; i <= kIntervalCount; ++i)
       set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(i)).name, intervals[i]);
     set.cells.set(kToleranceCell, pick(0, kPlaceCount));
+    set.cells.set(kSetToleranceCell, pick(0, kMostSetTolerance));
     set.cells.set(kShrinkTypeCell, pick(kSmallestShrink, kLargestShrink));
     set.match = {pick(0, 1) == 1, 2025001 + pick(0, 50), 2025100, pick(1, 6), pick(0, 1) == 1};
     return set;
