@@ -92,7 +92,7 @@ void inBlocks(std::size_t rows, int threads, const Work& work) {
 
 }  // namespace
 
-std::optional<SetShare> SetShare::make(std::shared_ptr<const FilterRules> rules, Course& course,
+std::optional<SetShare> SetShare::make(const std::shared_ptr<const FilterRules>& rules, Course& course,
                                        int threads) {
   SetShare share;
   share.tolerance_ = rules->tolerance;
@@ -106,8 +106,8 @@ std::optional<SetShare> SetShare::make(std::shared_ptr<const FilterRules> rules,
     if (!steps[step].looks_back && plan.runs(step)) now.push_back(step);
   }
   // What costs most and rejects least comes last: the order changes no count.
-  std::ranges::stable_partition(share.later_,
-                                [&](std::size_t step) { return steps[step].condition != nullptr; });
+  std::stable_partition(share.later_.begin(), share.later_.end(),
+                        [&](std::size_t step) { return steps[step].condition != nullptr; });
 
   const bool by_blue = places.canReject() && rules->set.isUsed(usageOfPlace(kPlaceCount));
   share.all_ = kAllRedSixes * (by_blue ? kBlueCount : 1);
@@ -115,8 +115,8 @@ std::optional<SetShare> SetShare::make(std::shared_ptr<const FilterRules> rules,
   const auto kinds = by_blue ? blueKinds(places) : std::vector<BlueKind>{{0, 1}};
   CourseLeg leg(course, static_cast<std::int64_t>(sixes.size() * kinds.size()), Course::Stop::possible);
   std::int64_t done = 0;
-  for (const auto& [blue, like_it] : kinds) {
-    Part& part = share.parts_.emplace_back(Part{like_it, {}, {}});
+  for (const BlueKind& kind : kinds) {
+    Part& part = share.parts_.emplace_back(Part{kind.like_it, {}, {}});
     std::mutex mutex;
     std::atomic<std::size_t> judged{0};
     std::atomic<bool> stopped{false};
@@ -124,7 +124,7 @@ std::optional<SetShare> SetShare::make(std::shared_ptr<const FilterRules> rules,
       Block block;
       block.size = std::min(kBlock, sixes.size() - first);
       for (std::size_t row = 0; row < block.size; ++row)
-        block.tickets[row] = sixes[first + row] | static_cast<Balls>(blue) << 48;
+        block.tickets[row] = sixes[first + row] | static_cast<Balls>(kind.blue) << 48;
       std::fill_n(block.failed.begin(), block.size, std::uint8_t{0});
       judged += block.size;
       for (const std::size_t step : now) block.judge(plan, step, share.tolerance_);

@@ -17,8 +17,8 @@ namespace lotmere {
 class SetShare {
  public:
   // Nothing when the course stops it.
-  [[nodiscard]] static std::optional<SetShare> make(std::shared_ptr<const FilterRules> rules, Course& course,
-                                                    int threads = 1);
+  [[nodiscard]] static std::optional<SetShare> make(const std::shared_ptr<const FilterRules>& rules,
+                                                    Course& course, int threads = 1);
 
   // kAllRedSixes, or sixteen times as many.
   [[nodiscard]] std::int64_t all() const { return all_; }

@@ -91,7 +91,8 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   const std::string range = "２０２４００２～２０２４００５，最大匹配值 ３（自选范围）\n";
   const std::string match = "-\t历史数据过滤\ton\t" + range;
   expectReply({"conditions", "match", "2024002", "2024005", "3"}, match);
-  EXPECT_TRUE(outOf({"conditions", "list"}).ends_with("\n463\t十二区间12\toff\t０～６\n" + match));
+  EXPECT_TRUE(outOf({"conditions", "list"})
+                  .ends_with("\n463\t十二区间12\toff\t０～６\n-\t全部条件容错值\ton\t3\n" + match));
   EXPECT_TRUE(outOf({"conditions", "show"}).ends_with(" 历史数据过滤： " + range + "\n"));
   home_.doStep({"conditions", "use", "历史数据过滤", "off"});
   EXPECT_EQ(outOf({"conditions", "show"}).find("历史数据过滤"), std::string::npos);
