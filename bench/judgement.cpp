@@ -1,9 +1,11 @@
-// smart-100k, match-100k and fewer-88k: tickets judged in memory against the rule done literally.
+// smart-100k, match-100k, fewer-88k and backtest-3500: tickets and draws judged in memory against the rule done
+// literally.
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <numeric>
 
+#include "advice/backtest.hpp"
 #include "conditions/condition_store.hpp"
 #include "floors.hpp"
 #include "pipeline/thin.hpp"
@@ -172,12 +174,48 @@ void fewer88k(State& state, const Sizes& sizes, int shared) {
   }
 }
 
+// Every draw judged by every condition, against a plan made anew for each tenth of them; and the shares at the
+// newest 100.
+void backtest3500(State& state, const Sizes& sizes) {
+  World world;
+  Store& store = world.store();
+  world.addDraws(sizes.draws);
+  world.pick(sizes.reds, sizes.blues);
+  world.useAllConditions(makeTickets(selectionIn(store), kTarget));
+  ConditionSet set = loadConditionSet(store);
+  set.match = {true, 0, kTarget, 5};
+  const DrawTable draws = loadDrawTable(store);
+  const auto rules = compileRules(set);
+  FreeCourse course;
+  for (auto _ : state) {
+    std::vector<double> floor, subject, shares;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      std::vector<DrawVerdict> verdicts;
+      subject.push_back(seconds([&] { verdicts = judgeDraws(rules, draws, draws.all().size()); }));
+      floor.push_back(seconds([&] {
+        for (std::size_t place = 0; place < verdicts.size(); place += 10) {
+          const PastDraw& draw = draws.all()[place];
+          const FilterPlan plan(rules, draws, draw.period);
+          check(verdicts[place].failed == plan.failures(packBalls(draw.numbers.reds, draw.numbers.blue)),
+                "backtest-3500 judges otherwise than a plan of the draw's own");
+        }
+      }));
+      shares.push_back(
+          seconds([&] { check(chanceOfSet(rules, draws, kMostShares, course).has_value(), "stopped"); }));
+    }
+    report(state, median(subject), 10 * median(floor), 10 * median(floor) / median(subject),
+           static_cast<std::size_t>(sizes.draws));
+    state.counters["shares_s"] = median(shares);
+  }
+}
+
 }  // namespace
 
 void registerJudgementWorkloads(const Sizes& sizes) {
   constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
   for (int shared = kRedsPerTicket; shared >= kSmallestShrink; --shared)
     add(fmt::format("fewer-88k/{}", shared), [=](State& state) { fewer88k(state, sizes, shared); });
+  add("backtest-3500", [=](State& state) { backtest3500(state, sizes); });
   add("smart-100k", [=](State& state) { smart100k(state, sizes); });
   for (const auto& [match, draws] :
        {std::pair(4, std::min(few_draws, sizes.draws)), std::pair(5, sizes.draws), std::pair(6, sizes.draws)})

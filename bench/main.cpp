@@ -18,6 +18,8 @@
 //   smart-100k      the literal comparison of 463 differences a ticket against optimiseSmart; at least 15
 //   match-100k/N    one walk over the tickets a draw against filterLiShi at match value N over 3,500 draws
 //                   (for N = 4 the newest 150, so that tickets are left); at least 20
+//   backtest-3500   every draw judged by every condition, against ten times a plan made anew for each tenth
+//                   draw; shares_s: the shares of all sixes at 100 draws, on one thread
 //   omission-3500   two selects and a mark in every row a number against analyseRedOmission over 3,500 draws,
 //                   which hold the right marks already (repeat) or those of the other colour (rewrite); at
 //                   least 20

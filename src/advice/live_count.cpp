@@ -3,18 +3,20 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <numeric>
 #include <utility>
 
 #include "base/text.hpp"
+#include "pipeline/judge_block.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kBlock = 8192;
+constexpr std::size_t kBlock = kJudgeBlock;
 
 // The lowest period of the table, found row by row so that a large table is looked at in pieces. Nothing when
 // it was dropped.
@@ -71,6 +73,30 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
   CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
   std::int64_t left = 0;
   std::uint32_t blues = 0, kept_blues = 0;
+  const auto keep = [&](Balls ticket) {
+    const std::uint32_t blue = 1U << blueOf(ticket);
+    blues |= blue;
+    if (cover && !cover->take(ticket)) return;
+    ++left;
+    kept_blues |= blue;
+  };
+  // The search for fewer tickets keeps every blue, where the plain cover may lose one; bit 0 is no blue.
+  const auto total = [&] {
+    return cover && rules.effort > 0 ? left + std::popcount(blues & ~kept_blues & ~1U) : left;
+  };
+  if (rules.tolerance > 0) {
+    for (std::size_t begin = 0; begin < tickets_.size(); begin += kBlock) {
+      const auto block = std::span(tickets_).subspan(begin, std::min(kBlock, tickets_.size() - begin));
+      std::array<std::uint8_t, kBlock> failed{}, rejected{};
+      for (std::size_t step = 0; step < steps.size(); ++step)
+        if (plan.runs(step))
+          addFailures(plan, step, block, step == matchStep() ? rejected.data() : failed.data());
+      for (std::size_t row = 0; row < block.size(); ++row)
+        if (rejected[row] == 0 && failed[row] <= rules.tolerance) keep(block[row]);
+      if (leg.advance(static_cast<std::int64_t>(begin + block.size()))) return std::nullopt;
+    }
+    return total();
+  }
   std::vector<std::uint32_t> groups;
   for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
     groups.resize(std::min(kBlock, sixes_.size() - begin));
@@ -84,19 +110,13 @@ std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Cours
       for (std::size_t row = first_row_[group]; row < first_row_[group + 1]; ++row) {
         if (places < steps.size() && rules.places.countWrong(tickets_[row]) > rules.places.tolerance)
           continue;
-        const std::uint32_t blue = 1U << blueOf(tickets_[row]);
-        blues |= blue;
-        if (!cover || cover->take(tickets_[row])) {
-          ++left;
-          kept_blues |= blue;
-        }
+        keep(tickets_[row]);
         if (++looked_at % kBlock == 0 && leg.advance(first_row_[group])) return std::nullopt;
       }
     }
     if (leg.advance(first_row_[std::min(begin + kBlock, sixes_.size())])) return std::nullopt;
   }
-  if (cover && rules.effort > 0) left += std::popcount(blues & ~kept_blues & ~1U);  // bit 0 is no blue
-  return left;
+  return total();
 }
 
 const LiveTickets& LiveCount::expanded(const NumberSelection& selection, PeriodNo period) {

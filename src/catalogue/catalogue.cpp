@@ -237,6 +237,7 @@ std::vector<FactoryValue> factoryCells() {
   cells[kToleranceCell] = 0;
   cells[kFewerCell] = 0;
   cells[kEffortCell] = kFactoryEffort;
+  cells[kSetToleranceCell] = 0;
   std::vector<const Condition*> rows;
   for (const Condition& condition : allConditions())
     if (condition.first != 0) rows.push_back(&condition);

@@ -87,6 +87,10 @@ inline constexpr int kFewerSince = 4;             // the schema version that bro
 inline constexpr int kLeastEffort = 1;
 inline constexpr int kFactoryEffort = 3;
 inline constexpr int kMostEffort = 9;
+inline constexpr ConditionId kSetToleranceCell =
+    3904;                                     // 全部条件容错值: conditions a ticket may fail, 0 to 9
+inline constexpr int kSetToleranceSince = 4;  // the schema version that brought it
+inline constexpr int kMostSetTolerance = 9;
 inline constexpr UsageId kSmartOptimisation = 300;
 
 // The switches of the series, each counted from 1 but for the turns of 组合（具体）, 0 to 31.
@@ -129,6 +133,8 @@ struct FactoryValue {
 
 // What listings, the summary and texts of a set call the search for fewer tickets.
 inline constexpr std::string_view kFewerName = "精简缩水";
+// What listings, the summary and texts of a set call the tolerance over the whole set.
+inline constexpr std::string_view kSetToleranceName = "全部条件容错值";
 
 // The shrink types, and "保三型" to "保七型" for 3 to 7; empty for a number that names none.
 inline constexpr int kSmallestShrink = 3;

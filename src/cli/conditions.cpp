@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <ostream>
+#include <thread>
 
+#include "advice/backtest.hpp"
+#include "advice/backtest_text.hpp"
 #include "advice/strength.hpp"
 #include "base/text.hpp"
 #include "cli/command.hpp"
@@ -47,6 +50,8 @@ class ListCommand final : public Command {
   int run(Session& session) override {
     const ConditionSet set = loadConditionSet(session.store);
     for (const Condition& condition : allConditions()) printCondition(session, set, condition);
+    const int tolerance = set.cells.value(kSetToleranceCell);
+    session.out << fmt::format("-\t{}\t{}\t{}\n", kSetToleranceName, tolerance > 0 ? "on" : "off", tolerance);
     printFewerSettings(session, set);
     printMatchSettings(session, set);
     return kExitDone;
@@ -115,6 +120,37 @@ class StrengthCommand final : public Command {
 
   std::optional<std::string> name_;
   int last_ = kStrengthDraws;
+};
+
+// How the whole set would have fared against past draws.
+class BackTestCommand final : public Command {
+ public:
+  BackTestCommand()
+      : Command("conditions", "backtest",
+                "用打开的全部条件回测过去的开奖：每期的期号、是否符合、不符合的条件，最后与随机对照") {}
+
+  void addOptions(CLI::App& app) override {
+    auto* last = app.add_option("--last", last_, "回测最近多少期，1 到 10000，不写为 100")
+                     ->transform(wholeNumber(1, 10'000));
+    app.add_flag("--all", all_, "回测全部开奖")->excludes(last);
+  }
+
+  int run(Session& session) override {
+    const DrawTable draws = loadDrawTable(session.store);
+    if (draws.all().empty()) return refuse(session.desk, "还没有开奖记录可以回测。");
+    const StopScope stop(session.desk.course());
+    const auto test = backTest(loadConditionSet(session.store), draws,
+                               all_ ? draws.all().size() : static_cast<std::size_t>(last_),
+                               session.desk.course(), static_cast<int>(std::thread::hardware_concurrency()));
+    if (!test) return refuse(session.desk, "用户中止，回测没有算完。");
+    for (const DrawVerdict& draw : test->draws) session.out << verdictText(draw) << '\n';
+    for (const std::string& line : backTestLines(*test)) session.out << line << '\n';
+    return kExitDone;
+  }
+
+ private:
+  int last_ = kStrengthDraws;
+  bool all_ = false;
 };
 
 class UseCommand final : public Command {
@@ -290,12 +326,16 @@ class ResetCommand final : public Command {
 void addConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<StrengthCommand>());
+  list.push_back(std::make_unique<BackTestCommand>());
   list.push_back(std::make_unique<UseCommand>());
   list.push_back(std::make_unique<AllowCommand>());
   list.push_back(std::make_unique<SummaryCommand>());
   addOwnSetCommands(list);
   list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
                                                         kPlaceCount));
+  list.push_back(std::make_unique<NumberSettingCommand>(
+      "tolerance-all", "全部条件的容错值：不符合的条件多于 N 个的号码才被过滤掉", kSetToleranceCell, 0,
+      kMostSetTolerance));
   list.push_back(std::make_unique<ShrinkCommand>());
   list.push_back(std::make_unique<MatchCommand>());
   list.push_back(std::make_unique<ResetCommand>());

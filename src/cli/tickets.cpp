@@ -2,13 +2,18 @@
 
 #include <CLI/CLI.hpp>
 #include <ostream>
+#include <thread>
 
+#include "advice/funnel.hpp"
 #include "base/text.hpp"
 #include "cli/command.hpp"
+#include "conditions/condition_store.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
 #include "game/game.hpp"
 #include "pipeline/run.hpp"
+#include "start/home.hpp"
+#include "store/periods.hpp"
 #include "tickets/init.hpp"
 #include "tickets/prize_check.hpp"
 #include "tickets/ticket_list.hpp"
@@ -43,6 +48,11 @@ void printLines(std::ostream& out, std::string_view text) {
   for (const char c : trim(text))
     if (c != '\r') out << c;
   out << '\n';
+}
+
+void printFunnel(std::ostream& out, const std::vector<FunnelRow>& rows) {
+  out << funnelHeading('\t') << '\n';
+  for (const FunnelRow& row : rows) out << funnelLine(row, '\t') << '\n';
 }
 
 // What a command does with the tickets that stand, said ahead of time.
@@ -85,14 +95,74 @@ class RunCommand final : public PeriodCommand {
  public:
   RunCommand() : PeriodCommand("tickets", "run", "过滤缩水，并显示过程") {}
 
+  void addOptions(CLI::App& app) override {
+    PeriodCommand::addOptions(app);
+    app.add_flag("--funnel", funnel_, "最后列出每个条件去掉了多少注");
+  }
+
  protected:
   int runPeriod(Session& session, PeriodNo period) override {
-    const RunResult result = runPipeline(session.store, session.desk, period);
+    const RunResult result =
+        runPipeline(session.store, session.desk, period, funnel_ ? WithFunnel::yes : WithFunnel::no);
     if (result.outcome == Outcome::refused)
       return refuse(session.desk, trim(session.desk.runningText().text()));
     printLines(session.out, session.desk.runningText().text());
+    if (funnel_) printFunnel(session.out, result.funnel);
     return statusOf(result.outcome);
   }
+
+ private:
+  bool funnel_ = false;
+};
+
+// What a run would take away step by step; nothing is changed.
+class FunnelCommand final : public Command {
+ public:
+  FunnelCommand()
+      : Command("tickets", "funnel",
+                "每个条件去掉多少注：条件、之前、之后、去掉的百分比、单独去掉的注数，不改变号码") {}
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("PERIOD", period_, "期号，不写为表格中号码的期号或下一期");
+    app.add_option("--csv", csv_, "写到这个文件，用逗号分隔");
+  }
+
+  int run(Session& session) override {
+    if (csv_ && csv_->empty()) return refuse(session.desk, kNoFileName);
+    if (csv_ && isOwnFile(session.start.home(), *csv_)) return refuse(session.desk, kOwnFile);
+    PeriodNo period = firstTicketPeriod(session.store);
+    if (period_) {
+      const auto typed = readPeriod(session.desk, *period_);
+      if (!typed) return kExitRefused;
+      period = *typed;
+    }
+    const ConditionSet set = loadConditionSet(session.store);
+    auto tickets = loadTickets(session.store, period, [](std::size_t) { return false; });
+    if (tickets->size() == 0) {
+      const NumberSelection selection = selectionOf(set);
+      const std::int64_t count = countCombos(selection).tickets;
+      if (count == 0) return refuse(session.desk, "还没有投注号，也没有选好号码。");
+      if (count > kMaxTickets)
+        return refuse(session.desk, fmt::format("已选的号码超过 {} 注。", toFullWidth(kMaxTickets)));
+      tickets->period = period_ ? period : latestPeriod(session.store) + 1;
+      expandSelection(selection, [&](const Reds& six, const std::vector<int>& blues) {
+        for (const int blue : blues) tickets->add(packBalls(six, blue));
+        return true;
+      });
+    }
+    const StopScope stop(session.desk.course());
+    const FilterPlan plan(compileRules(set), loadDrawTable(session.store), tickets->period);
+    const auto rows = foretellFunnel(plan, *std::move(tickets), session.desk.course(),
+                                     static_cast<int>(std::thread::hardware_concurrency()));
+    if (!rows) return refuse(session.desk, "用户中止，没有算完。");
+    if (csv_) realFiles().writeWhole(*csv_, funnelCsv(*rows));
+    printFunnel(session.out, *rows);
+    return kExitDone;
+  }
+
+ private:
+  std::optional<std::string> period_;
+  std::optional<std::string> csv_;
 };
 
 class CheckCommand final : public PeriodCommand {
@@ -222,6 +292,7 @@ class ImportCommand final : public Command {
 void addTicketCommands(CommandList& list) {
   list.push_back(std::make_unique<InitCommand>());
   list.push_back(std::make_unique<RunCommand>());
+  list.push_back(std::make_unique<FunnelCommand>());
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<ClearCommand>());
   list.push_back(std::make_unique<ExportCommand>());

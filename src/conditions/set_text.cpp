@@ -229,6 +229,7 @@ std::vector<Line> makeLines() {
     lines.push_back(columnLine(interval.name + "的号码", AttributeTable::third, interval.name));
   lines.push_back(matchLine());
   lines.push_back(numberLine("号码定位容错值", kToleranceCell, 0, kPlaceCount));
+  lines.push_back(numberLine(std::string(kSetToleranceName), kSetToleranceCell, 0, kMostSetTolerance));
   lines.push_back(numberLine("缩水类型", kShrinkTypeCell, kSmallestShrink, kLargestShrink));
   lines.push_back(fewerLine());
   return lines;

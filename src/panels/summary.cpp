@@ -158,6 +158,8 @@ std::vector<std::pair<std::string, std::string>> extraLines(const ConditionSet& 
       lines.emplace_back(fmt::format(" {}{}： ", condition.name, values ? "取值范围" : ""),
                          extraContent(set, condition));
   }
+  if (const int tolerance = set.cells.value(kSetToleranceCell); tolerance > 0)
+    lines.emplace_back(fmt::format(" {}： ", kSetToleranceName), toFullWidth(tolerance));
   if (set.cells.value(kFewerCell) == 1)
     lines.emplace_back(fmt::format(" {}： ", kFewerName),
                        fmt::format("使 用，力度 {}", toFullWidth(set.cells.value(kEffortCell))));

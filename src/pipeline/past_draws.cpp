@@ -1,6 +1,7 @@
 #include "pipeline/past_draws.hpp"
 
 #include <algorithm>
+#include <bit>
 
 #include "game/metrics.hpp"
 #include "reduction/cover.hpp"
@@ -21,19 +22,29 @@ constexpr std::array<NumberValue, kKeptSums> kSums = {
 SumFamilies::SumFamilies(const ValueArray& cells, std::span<const PastDraw> before) {
   for (std::size_t k = 0; k < kSums.size(); ++k) {
     if (cells[k] <= 0) continue;
-    Active& family = families_.emplace_back(Active{&numberTable(kSums[k])});
-    if (!before.empty()) family.sums[0] = sumOf(*family.table, before.back().numbers.reds);
-    if (before.size() > 1) family.sums[1] = before[before.size() - 2].sums[k];
+    const RedTable& table = numberTable(kSums[k]);
+    for (int n = 0; n <= kRedCount; ++n) words_[n] |= static_cast<Sums>(table[n]) << (8 * k);
+    const auto compare = [&](std::size_t draw, int sum) {
+      if (sum < 0 || sum > 0xFF) return;  // no ticket has such a sum
+      sums_[draw] |= static_cast<Sums>(sum) << (8 * k);
+      compared_[draw] |= Sums{0x80} << (8 * k);
+    };
+    if (!before.empty()) compare(0, sumOf(table, before.back().numbers.reds));
+    if (before.size() > 1) compare(1, before[before.size() - 2].sums[k]);
   }
 }
 
 bool SumFamilies::keeps(const Reds& reds) const {
-  int hits = 0;
-  for (const Active& family : families_) {
-    const int sum = sumOf(*family.table, reds);
-    hits += sum == family.sums[0] || sum == family.sums[1];
+  constexpr Sums low = 0x7F7F'7F7F'7F7F'7F7F;
+  Sums sums = 0;
+  for (const int red : reds) sums += words_[red];
+  Sums agreeing = 0;
+  for (std::size_t draw = 0; draw < sums_.size(); ++draw) {
+    const Sums differing = sums ^ sums_[draw];
+    // The top bit of each byte that is 0.
+    agreeing |= ~(((differing & low) + low) | differing) & compared_[draw];
   }
-  return hits <= kToleratedHits;
+  return std::popcount(agreeing) <= kToleratedHits;
 }
 
 DrawMatch::DrawMatch(int match)

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
-#include <vector>
 
 #include "conditions/condition_set.hpp"
 #include "game/game.hpp"
@@ -28,11 +28,11 @@ class SumFamilies {
   [[nodiscard]] bool keeps(const Reds& reds) const;
 
  private:
-  struct Active {
-    const RedTable* table;
-    std::array<int, 2> sums{-1, -1};  // no ticket has a sum below 0
-  };
-  std::vector<Active> families_;
+  // A byte of a word for each family: six reds have their sums in one word. A sum is at most 198.
+  using Sums = std::uint64_t;
+  std::array<Sums, kRedCount + 1> words_{};
+  std::array<Sums, 2> sums_{};      // of the two draws,
+  std::array<Sums, 2> compared_{};  // and the top bit of each byte that a ticket's is compared with
 };
 
 // Whether a ticket shares at least `match` reds with any of the draws. Once all subsets of that size of every

@@ -55,6 +55,7 @@ std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set) {
     rules->figures[i].verdicts = verdictsOf(set, *step.condition);
     if (!step.looks_back) rules->figures[i].metric = *prepareMetric(set, *step.condition, {});
   }
+  rules->tolerance = std::clamp(set.cells.value(kSetToleranceCell), 0, kMostSetTolerance);
   const int type = set.cells.value(kShrinkTypeCell);
   // A value that names no type would otherwise delete tickets that nobody asked to delete.
   rules->shrink_type = type < kSmallestShrink || type > kLargestShrink ? kLargestShrink : type;
@@ -65,7 +66,11 @@ std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set) {
 }
 
 FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period)
-    : rules_(std::move(rules)), period_(period), runs_(rules_->on) {
+    : FilterPlan(PlanSeries(std::move(rules), draws).at(period)) {}
+
+FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period,
+                       std::shared_ptr<const DrawMatch> match)
+    : rules_(std::move(rules)), period_(period), runs_(rules_->on), match_(std::move(match)) {
   const ConditionSet& set = rules_->set;
   const auto before = draws.before(period);
   own_place_.fill(-1);
@@ -85,15 +90,9 @@ FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable
       case StepKind::places:
         runs_[i] = rules_->on[i] && rules_->places.canReject();
         break;
-      case StepKind::match: {
-        const auto range = draws.range(set.match.first, std::min(set.match.last, period - 1));
-        runs_[i] = rules_->on[i] && !range.empty();
-        if (!runs_[i]) break;
-        auto match = std::make_shared<DrawMatch>(set.match.match);
-        for (const PastDraw& draw : range) match->add(packBalls(draw.numbers.reds, 0));
-        match_ = std::move(match);
+      case StepKind::match:
+        runs_[i] = rules_->on[i] && match_ != nullptr;
         break;
-      }
       case StepKind::sums:
         if (rules_->on[i])
           sums_.emplace(set.cellRange(steps[i].condition->first, steps[i].condition->last), before);
@@ -122,6 +121,27 @@ StepBits FilterPlan::failures(Balls ticket) const {
   for (std::size_t step = 0; step < filterSteps().size(); ++step)
     if (runs_[step] && !passes(step, ticket)) failed.set(step);
   return failed;
+}
+
+bool FilterPlan::rejects(const StepBits& failed) const {
+  return failed[matchStep()] || failed.count() > static_cast<std::size_t>(rules_->tolerance);
+}
+
+PlanSeries::PlanSeries(std::shared_ptr<const FilterRules> rules, const DrawTable& draws)
+    : rules_(std::move(rules)), draws_(draws) {
+  const HistoryMatch& match = rules_->set.match;
+  if (match.used) to_mark_ = draws_.range(match.first, match.last);
+}
+
+FilterPlan PlanSeries::at(PeriodNo period) {
+  for (; !to_mark_.empty() && to_mark_.front().period < period; to_mark_ = to_mark_.subspan(1)) {
+    if (match_ == nullptr)
+      match_ = std::make_shared<DrawMatch>(rules_->set.match.match);
+    else if (match_.use_count() > 1)
+      match_ = std::make_shared<DrawMatch>(*match_);
+    match_->add(packBalls(to_mark_.front().numbers.reds, 0));
+  }
+  return {rules_, draws_, period, match_};
 }
 
 }  // namespace lotmere

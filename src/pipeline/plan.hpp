@@ -51,6 +51,7 @@ struct FilterRules {
   PlaceTest places;
   std::array<bool, kTurnCount> turns{};  // in use
   std::vector<GroupTable> turn_groups;   // by turn, of those in use
+  int tolerance = 0;                     // over the whole set: how many conditions a ticket may fail
   int shrink_type = 0;                   // 3 to 7; what names no type is 7
   int effort = 0;                        // of the search for fewer tickets, 1 to 9; 0 where it is off
   bool smart = false;                    // 智能优化 is switched on
@@ -81,6 +82,14 @@ class FilterPlan {
   [[nodiscard]] bool passes(std::size_t step, Balls ticket) const;
   // The running steps that a ticket fails, each judged by itself.
   [[nodiscard]] StepBits failures(Balls ticket) const;
+  // Whether a ticket that fails these steps goes: 历史数据过滤 rejects it, or it fails more of the others than
+  // the tolerance over the whole set lets through.
+  [[nodiscard]] bool rejects(const StepBits& failed) const;
+
+  // The figure of a step of the kind `figure` that runs, with its verdicts.
+  [[nodiscard]] const FigureTest& figure(std::size_t step) const {
+    return own_place_[step] < 0 ? rules_->figures[step] : own_[static_cast<std::size_t>(own_place_[step])];
+  }
 
   // Hands `use` a function (balls) that tells whether a ticket passes the step, with the kind of the step and
   // of its figure known when it is compiled: for loops over very many tickets. All steps but the places look
@@ -92,9 +101,10 @@ class FilterPlan {
   [[nodiscard]] std::span<const PastDraw> newestDraws() const { return newest_; }
 
  private:
-  [[nodiscard]] const FigureTest& figure(std::size_t step) const {
-    return own_place_[step] < 0 ? rules_->figures[step] : own_[static_cast<std::size_t>(own_place_[step])];
-  }
+  friend class PlanSeries;
+  // `match` holds the draws of the range of 历史数据过滤 that stand before the period; nullptr without any.
+  FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period,
+             std::shared_ptr<const DrawMatch> match);
 
   std::shared_ptr<const FilterRules> rules_;
   PeriodNo period_;
@@ -106,6 +116,23 @@ class FilterPlan {
   std::optional<SumFamilies> sums_;
   std::shared_ptr<const DrawMatch> match_;
   std::vector<PastDraw> newest_;
+};
+
+// Plans for one period after another, from the oldest on, each made in microseconds: the draws that
+// 历史数据过滤 has marked are kept, and only those that came since are added.
+class PlanSeries {
+ public:
+  // The draws must outlive the series; the plans need them no more.
+  PlanSeries(std::shared_ptr<const FilterRules> rules, const DrawTable& draws);
+
+  // The plan of a period that isn't below the one asked for before.
+  [[nodiscard]] FilterPlan at(PeriodNo period);
+
+ private:
+  std::shared_ptr<const FilterRules> rules_;
+  const DrawTable& draws_;
+  std::span<const PastDraw> to_mark_;  // of the range, not marked so far
+  std::shared_ptr<DrawMatch> match_;   // written to only while no plan holds it
 };
 
 template <class Use>

@@ -43,13 +43,22 @@ std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) 
   return tickets;
 }
 
-void walkSteps(Store& store, Desk& desk, TicketSet& tickets) {
+std::vector<FunnelRow> walkSteps(Store& store, Desk& desk, TicketSet& tickets, WithFunnel with_funnel) {
   const FilterPlan plan(compileRules(loadConditionSet(store)), loadDrawTable(store), tickets.period);
+  const bool tells = with_funnel == WithFunnel::yes;
+  const auto alone = tells ? countFailingAlone(plan, tickets.balls) : std::vector<std::int64_t>{};
+  const auto whole = static_cast<std::int64_t>(tickets.size());
+  const std::int64_t centres = tells ? countCentres(plan, tickets.balls) : 0;
   RunText text(desk, plan);
-  thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
+  const Funnel funnel =
+      thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
+  auto rows = tells ? funnelRows(plan, funnel, alone) : std::vector<FunnelRow>{};
+  if (desk.course().stopRequested()) return rows;
   const FilterRules& rules = plan.rules();
-  if (!desk.course().stopRequested())
-    shrinkCover(store, desk, tickets, rules.shrink_type, rules.smart, rules.effort);
+  shrinkCover(store, desk, tickets, rules.shrink_type, rules.smart, rules.effort);
+  if (tells)
+    rows.push_back(shrinkRow(plan, funnel.left, static_cast<std::int64_t>(tickets.size()), whole - centres));
+  return rows;
 }
 
 void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {
@@ -67,12 +76,13 @@ void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo peri
 
 }  // namespace
 
-RunResult runPipeline(Store& store, Desk& desk, PeriodNo period) {
+RunResult runPipeline(Store& store, Desk& desk, PeriodNo period, WithFunnel with_funnel) {
   const StopScope stop(desk.course());
   auto tickets = readTickets(store, desk, period);
-  if (tickets) walkSteps(store, desk, *tickets);
-  RunResult result{Outcome::done,
-                   static_cast<std::int64_t>(tickets ? tickets->size() : countTickets(store, period))};
+  RunResult result;
+  if (tickets) result.funnel = walkSteps(store, desk, *tickets, with_funnel);
+  result.outcome = Outcome::done;
+  result.tickets = static_cast<std::int64_t>(tickets ? tickets->size() : countTickets(store, period));
   if (result.tickets == 0 && !tickets)
     result.outcome = Outcome::refused;
   else if (desk.course().stopRequested())

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "base/text.hpp"
 
 namespace lotmere {
@@ -12,6 +14,10 @@ bool warnsAlways(const Condition& condition) { return std::holds_alternative<Hea
 
 std::string placesName(const FilterPlan& plan) {
   return fmt::format("[号码定位,容错值={}]", plan.rules().places.tolerance);
+}
+
+std::string setName(const FilterPlan& plan) {
+  return fmt::format("[全部条件,容错值={}]", plan.rules().tolerance);
 }
 
 }  // namespace
@@ -33,6 +39,7 @@ void RunText::stepBegins(std::size_t step, std::int64_t tickets) {
   if (info.kind == StepKind::combinations) return;
   if (info.condition != nullptr && info.looks_back && (tickets > 0 || warnsAlways(*info.condition)))
     warn(*info.condition);
+  if (plan_.rules().tolerance > 0) return;
   base_ = desk_.runningText().text();
   if (tickets > 0 && plan_.runs(step)) desk_.runningText().setLine(base_, linesOf(plan_, step).start);
 }
@@ -40,6 +47,7 @@ void RunText::stepBegins(std::size_t step, std::int64_t tickets) {
 void RunText::stepEnds(std::size_t step, const StepResult& result) {
   using enum StepResult::State;
   const StepKind kind = filterSteps()[step].kind;
+  if (plan_.rules().tolerance > 0) return tellFailing(step, result);
   if (kind == StepKind::combinations) return tellTurns(result);
   if (result.state == unable && kind == StepKind::places)
     return desk_.runningText().appendLine(placesName(plan_) + " <容错值太大无法过滤掉号码.>");
@@ -47,6 +55,30 @@ void RunText::stepEnds(std::size_t step, const StepResult& result) {
   const bool always = kind == StepKind::match && result.state == unable;
   if (always || (result.state == done && (result.before > 0 || kind == StepKind::match)))
     tellResult(step, result.after);
+}
+
+void RunText::judgingBegins() {
+  base_ = desk_.runningText().text();
+  desk_.runningText().setLine(base_, setName(plan_) + "过滤正在进行中．．．");
+  judging_ = true;
+}
+
+void RunText::judgingEnds(std::int64_t left) {
+  if (!desk_.course().stopRequested())
+    desk_.runningText().appendLine(fmt::format("{}过滤后余：{} 注", setName(plan_), toFullWidth(left)));
+}
+
+// "[连号]不符合：１２ 注"; the first one takes the place of the line that said the judging is under way.
+void RunText::tellFailing(std::size_t step, const StepResult& result) {
+  using enum StepResult::State;
+  const bool places = filterSteps()[step].kind == StepKind::places;
+  if (result.state != done && result.state != unable) return;
+  if (std::exchange(judging_, false)) desk_.runningText().set(base_);
+  const std::string name = places ? placesName(plan_) : filterSteps()[step].name;
+  desk_.runningText().appendLine(
+      places && result.state == unable
+          ? name + " <容错值太大无法过滤掉号码.>"
+          : fmt::format("{}不符合：{} 注", name, toFullWidth(result.before - result.after)));
 }
 
 void RunText::tellResult(std::size_t step, std::int64_t tickets) const {

@@ -24,15 +24,19 @@ class RunText final : public StepWatcher {
 
   void stepBegins(std::size_t step, std::int64_t tickets) override;
   void stepEnds(std::size_t step, const StepResult& result) override;
+  void judgingBegins() override;
+  void judgingEnds(std::int64_t left) override;
 
  private:
   void warn(const Condition& condition) const;
+  void tellFailing(std::size_t step, const StepResult& result);
   void tellTurns(const StepResult& result) const;
   void tellResult(std::size_t step, std::int64_t tickets) const;
 
   Desk& desk_;
   const FilterPlan& plan_;
-  std::string base_;  // the running text in front of the step under way
+  std::string base_;      // the running text in front of the step under way
+  bool judging_ = false;  // and behind it the line that all steps are being judged
 };
 
 }  // namespace lotmere

@@ -58,9 +58,22 @@ std::span<const FilterStep> filterSteps() {
   return steps;
 }
 
+namespace {
+
+std::size_t placeOf(StepKind kind) {
+  return static_cast<std::size_t>(std::ranges::find(filterSteps(), kind, &FilterStep::kind) -
+                                  filterSteps().begin());
+}
+
+}  // namespace
+
 std::size_t combinationStep() {
-  static const auto place = static_cast<std::size_t>(
-      std::ranges::find(filterSteps(), StepKind::combinations, &FilterStep::kind) - filterSteps().begin());
+  static const std::size_t place = placeOf(StepKind::combinations);
+  return place;
+}
+
+std::size_t matchStep() {
+  static const std::size_t place = placeOf(StepKind::match);
   return place;
 }
 

@@ -32,8 +32,9 @@ struct FilterStep {
 // First to last; the reduction comes behind them. Figures first that are cheap sums and counts, then shapes,
 // then what depends on other draws.
 [[nodiscard]] std::span<const FilterStep> filterSteps();
-// Where the step of 组合（具体） stands among them.
+// Where the steps of 组合（具体） and of 历史数据过滤 stand among them.
 [[nodiscard]] std::size_t combinationStep();
+[[nodiscard]] std::size_t matchStep();
 
 // A bit a step, by its place in filterSteps().
 using StepBits = std::bitset<192>;

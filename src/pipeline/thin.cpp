@@ -1,14 +1,18 @@
 #include "pipeline/thin.hpp"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <future>
 #include <numeric>
+#include <span>
+
+#include "pipeline/judge_block.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kBlock = 8192;            // some hundred microseconds of any step
+constexpr std::size_t kBlock = kJudgeBlock;     // some hundred microseconds of any step
 constexpr std::size_t kWorthAThread = 1 << 17;  // tickets; fewer are walked faster than a thread starts
 
 // A part of the set. The tickets that stand lie at its front; a cut-short step leaves them in two groups,
@@ -72,33 +76,47 @@ class Walk {
     return static_cast<std::int64_t>(size);
   }
 
+  [[nodiscard]] bool isNumbered() const { return numbered_; }
+
   // Walks one step; true when a stop cut it short.
   bool step(std::size_t step) {
-    const std::int64_t rows = size();
-    CourseLeg leg(course_, rows, Course::Stop::possible);
-    SharedCourse shared(leg);
     const bool by_reds = filterSteps()[step].kind != StepKind::places;
     // The combinations alone don't number the tickets: those that stand keep their old numbers for the
     // closing.
     whole_ = step == combinationStep() && !numbered_;
-    settled_ = false;
-    plan_.withTest(step, [&](auto test) {
-      const auto walk = [&](std::size_t part) {
-        walkSegment(segments_[part], test, by_reds, shared, part == 0);
-      };
-      std::vector<std::future<void>> others;
-      for (std::size_t part = 1; part < segments_.size(); ++part)
-        others.push_back(std::async(std::launch::async, walk, part));
-      walk(0);
-      for (auto& other : others) other.get();
+    const bool stopped = plan_.withTest(step, [&](auto test) {
+      return walk([&](std::size_t /*part*/, std::size_t row, std::size_t end, std::size_t kept) {
+        return whole_ ? keepPassing(tickets_, row, end, kept, by_reds, test,
+                                    [this](std::size_t from, std::size_t to) { tickets_.moveRow(from, to); })
+                      : keepPassing(tickets_, row, end, kept, by_reds, test,
+                                    [this](std::size_t from, std::size_t to) { moveNumbers(from, to); });
+      });
     });
-    if (shared.stopped()) {
-      joinCutShort();
-      return true;
-    }
-    for (Segment& segment : segments_) segment.end = segment.begin + segment.passed;
-    numbered_ = !whole_;
-    return false;
+    if (!stopped) numbered_ = !whole_;
+    return stopped;
+  }
+
+  // Judges by all running steps together; true when a stop cut it short. Adds to `failing`, by step, how many
+  // tickets fail it.
+  bool judge(std::vector<std::int64_t>& failing) {
+    whole_ = false;
+    std::vector<std::vector<std::int64_t>> by_part(segments_.size(), failing);
+    const bool stopped = walk([&](std::size_t part, std::size_t row, std::size_t end, std::size_t kept) {
+      std::array<std::uint8_t, kBlock> counts{}, rejected{};
+      const std::span<const Balls> block(&tickets_.balls[row], end - row);
+      for (std::size_t step = 0; step < failing.size(); ++step)
+        if (plan_.runs(step))
+          by_part[part][step] +=
+              addFailures(plan_, step, block, step == matchStep() ? rejected.data() : counts.data());
+      for (std::size_t k = 0; k < block.size(); ++k)
+        if (rejected[k] == 0 && counts[k] <= plan_.rules().tolerance) moveNumbers(row + k, kept++);
+      return kept;
+    });
+    for (const auto& counts : by_part)
+      for (std::size_t step = 0; step < failing.size(); ++step) failing[step] += counts[step];
+    numbered_ = true;
+    settled_ = false;
+    return stopped;
   }
 
   // The end of the walk, or of the part in front of the combinations' closing: one run of rows, with marks
@@ -127,22 +145,39 @@ class Walk {
   }
 
  private:
-  template <class Test>
-  void walkSegment(Segment& segment, const Test& test, bool by_reds, SharedCourse& shared, bool tells) {
-    std::size_t kept = segment.begin;
-    std::size_t row = kept;
-    while (row < segment.end && !shared.stopped()) {
-      const std::size_t end = std::min(row + kBlock, segment.end);
-      kept = whole_ ? keepPassing(tickets_, row, end, kept, by_reds, test,
-                                  [this](std::size_t from, std::size_t to) { tickets_.moveRow(from, to); })
-                    : keepPassing(tickets_, row, end, kept, by_reds, test,
-                                  [this](std::size_t from, std::size_t to) { moveNumbers(from, to); });
-      shared.add(end - row);
-      row = end;
-      if (tells) shared.tell();
+  // Takes every segment block by block: keep(part, row, end, kept) moves what stays of the rows up to `end` to
+  // `kept` and onward. True when a stop cut it short.
+  template <class Keep>
+  bool walk(const Keep& keep) {
+    const std::int64_t rows = size();
+    CourseLeg leg(course_, rows, Course::Stop::possible);
+    SharedCourse shared(leg);
+    settled_ = false;
+    const auto walk_part = [&](std::size_t part) {
+      Segment& segment = segments_[part];
+      std::size_t kept = segment.begin;
+      std::size_t row = kept;
+      while (row < segment.end && !shared.stopped()) {
+        const std::size_t end = std::min(row + kBlock, segment.end);
+        kept = keep(part, row, end, kept);
+        shared.add(end - row);
+        row = end;
+        if (part == 0) shared.tell();
+      }
+      segment.passed = kept - segment.begin;
+      segment.row = row;
+    };
+    std::vector<std::future<void>> others;
+    for (std::size_t part = 1; part < segments_.size(); ++part)
+      others.push_back(std::async(std::launch::async, walk_part, part));
+    walk_part(0);
+    for (auto& other : others) other.get();
+    if (shared.stopped()) {
+      joinCutShort();
+      return true;
     }
-    segment.passed = kept - segment.begin;
-    segment.row = row;
+    for (Segment& segment : segments_) segment.end = segment.begin + segment.passed;
+    return false;
   }
 
   // Moves the segments together to one.
@@ -199,12 +234,51 @@ class Walk {
   bool whole_ = false;     // the step under way moves marks and numbers with the tickets
 };
 
+// With a tolerance over the whole set.
+Funnel judgeTogether(const FilterPlan& plan, Walk& walk, Course& course, StepWatcher& watcher) {
+  using enum StepResult::State;
+  const std::size_t steps = filterSteps().size();
+  const std::int64_t rows = walk.size();
+  Funnel funnel;
+  funnel.steps.resize(steps, {off, rows, rows});
+  funnel.stopped = course.stopRequested();
+  for (std::size_t step = 0; step < steps && !funnel.stopped; ++step) {
+    if (!plan.isOn(step)) continue;
+    watcher.stepBegins(step, rows);
+    funnel.stopped = course.stopRequested();
+  }
+  bool cut = false;
+  std::vector<std::int64_t> failing(steps);
+  const bool reached = !funnel.stopped;
+  if (reached && rows > 0 && plan.running().any()) {
+    watcher.judgingBegins();
+    cut = walk.judge(failing);
+    funnel.stopped = cut;
+  }
+  for (std::size_t step = 0; step < steps; ++step) {
+    StepResult& result = funnel.steps[step];
+    if (plan.isOn(step))
+      result.state = !reached ? not_reached : !plan.runs(step) ? unable : cut ? cut_short : done;
+    result.after -= failing[step];
+    if (step != matchStep()) watcher.stepEnds(step, result);
+  }
+  watcher.stepEnds(matchStep(), funnel.steps[matchStep()]);
+  if (walk.isNumbered())
+    walk.settle();
+  else
+    walk.close();
+  funnel.left = walk.size();
+  watcher.judgingEnds(funnel.left);
+  return funnel;
+}
+
 }  // namespace
 
 Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatcher& watcher, int threads) {
   using enum StepResult::State;
   Funnel funnel;
   Walk walk(plan, tickets, course, threads);
+  if (plan.rules().tolerance > 0) return judgeTogether(plan, walk, course, watcher);
   const auto steps = filterSteps();
   for (std::size_t step = 0; step < steps.size(); ++step) {
     StepResult result{off, walk.size(), walk.size()};
@@ -229,6 +303,7 @@ Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatc
     funnel.steps.push_back(result);
   }
   walk.settle();
+  funnel.left = walk.size();
   return funnel;
 }
 

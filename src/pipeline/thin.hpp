@@ -21,12 +21,15 @@ struct StepResult {
   };
   State state = State::off;
   std::int64_t before = 0;  // tickets in front of it
-  std::int64_t after = 0;   // and behind it
+  // And behind it. With a tolerance over the whole set, where each step judges every ticket by itself, those
+  // that don't fail it.
+  std::int64_t after = 0;
 };
 
 // What each step left, by its place in filterSteps().
 struct Funnel {
   std::vector<StepResult> steps;
+  std::int64_t left = 0;  // tickets that stand behind the last
   bool stopped = false;
 };
 
@@ -42,6 +45,10 @@ class StepWatcher {
   virtual void stepBegins(std::size_t /*step*/, std::int64_t /*tickets*/) {}
   // Every step, those that are off or weren't reached too.
   virtual void stepEnds(std::size_t /*step*/, const StepResult& /*result*/) {}
+  // With a tolerance over the whole set: all steps are judged together, behind the beginning of all of them
+  // and before the end of the first; and so many tickets are left behind the end of the last.
+  virtual void judgingBegins() {}
+  virtual void judgingEnds(std::int64_t /*left*/) {}
 };
 
 // Walks the set through every step. A step removes what fails it; what passes gets mark 1 and the running
@@ -49,6 +56,10 @@ class StepWatcher {
 // stay as they stood, in front of it, and no further step runs. Behind the combinations, after a stop too,
 // every ticket has mark 1 and running numbers in the order of the old ones. `threads` walk parts of a large
 // set side by side; the outcome is the same.
+//
+// With a tolerance over the whole set one walk judges every ticket by all steps and removes what
+// FilterPlan::rejects; whatever stays, after a stop what wasn't reached too, has mark 1 and running numbers in
+// the order of the rows. 历史数据过滤, which stands outside the tolerance, ends last.
 Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatcher& watcher,
             int threads = 1);
 

@@ -298,7 +298,7 @@ std::string columnList(const std::vector<std::string>& names) {
 
 int schemaVersion() {
   static const int version = [] {
-    int newest = std::max(kBaseVersion, kFewerSince);
+    int newest = std::max({kBaseVersion, kFewerSince, kSetToleranceSince});
     for (const Condition& condition : allConditions()) newest = std::max(newest, condition.since);
     for (const DrawColumn& column : drawColumns()) newest = std::max(newest, column.since);
     for (const AttributeFamily& family : attributeFamilies()) newest = std::max(newest, family.since);

@@ -80,7 +80,8 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
     return db.execAndGet("SELECT " + select).getString();
   };
   fetch(kDrawList);
-  for (const auto& [command, cell] : {std::pair{"tolerance", "3901"}, {"shrink", "3900"}}) {
+  for (const auto& [command, cell] :
+       {std::pair{"tolerance", "3901"}, {"tolerance-all", "3904"}, {"shrink", "3900"}}) {
     const std::string others = std::string(R"(group_concat("Value") FROM "过滤条件" WHERE "ID"<>)") + cell;
     const std::string before = stored(others);
     home_.doStep({"conditions", command, "3"});
@@ -97,7 +98,8 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   const std::string match = "-\t历史数据过滤\ton\t" + range;
   const std::string fewer = "-\t精简缩水\toff\t力度 3\n";
   expectReply({"conditions", "match", "2024002", "2024005", "3"}, match);
-  EXPECT_TRUE(outOf({"conditions", "list"}).ends_with("\n463\t十二区间12\toff\t０～６\n" + fewer + match));
+  EXPECT_TRUE(outOf({"conditions", "list"})
+                  .ends_with("\n463\t十二区间12\toff\t０～６\n-\t全部条件容错值\ton\t3\n" + fewer + match));
   EXPECT_TRUE(outOf({"conditions", "show"}).ends_with(" 历史数据过滤： " + range + "\n"));
   home_.doStep({"conditions", "use", "历史数据过滤", "off"});
   EXPECT_EQ(outOf({"conditions", "show"}).find("历史数据过滤"), std::string::npos);

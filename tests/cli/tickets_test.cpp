@@ -63,6 +63,20 @@ TEST_F(TicketCommands, KeepOrReplaceWhatStands) {
   }
 }
 
+// The funnel told ahead is the one that the run then tells, and changes nothing.
+TEST_F(TicketCommands, TheFunnelIsWhatTheRunTakesAway) {
+  home_.doStep({"tickets", "init", "2024007", "--existing", "replace"});
+  const std::string before = home_.contents();
+  const Reply ahead = home_.run({"tickets", "funnel"});
+  EXPECT_EQ(home_.contents(), before);
+  EXPECT_TRUE(ahead.out.starts_with("条件\t之前\t之后\t去掉％\t单独去掉\n总和值\t28\t0\t100.00\t28\n"))
+      << ahead.out;
+  home_.doStep({"tickets", "funnel", "--csv", file("funnel.csv")});
+  EXPECT_TRUE(readFile(file("funnel.csv")).find("总和值,28,0,100.00,28\r\n") != std::string::npos);
+  const std::string told = home_.run({"tickets", "run", "2024007", "--funnel"}).out;
+  EXPECT_TRUE(told.ends_with(" 注\n" + ahead.out)) << told;
+}
+
 TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
   home_.doStep({"tickets", "export", file("out.txt"), "--columns", "期号, 序号"});
   EXPECT_EQ(readFile(file("out.txt")), "1       2024007\r\n");

@@ -34,6 +34,7 @@ class ConditionSetTest : public test::StoreTest {
     for (int i = 1; i <= kIntervalCount; ++i)
       set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(i)).name, intervals[i]);
     set.cells.set(kToleranceCell, pick(0, kPlaceCount));
+    set.cells.set(kSetToleranceCell, pick(0, kMostSetTolerance));
     set.cells.set(kShrinkTypeCell, pick(kSmallestShrink, kLargestShrink));
     set.cells.set(kFewerCell, pick(0, 1));
     set.cells.set(kEffortCell, pick(kLeastEffort, kMostEffort));

@@ -43,6 +43,7 @@ SETTINGS = {
         conditions position 7 1-8
         conditions use 号码定位2 on
         conditions tolerance 2
+        conditions tolerance-all 3
         conditions shrink 5 --fewer on --effort 2""",
     "乙": """numbers pick --red-tuo 1-6,13,19,33 --red-dan 22 --blue-dan 12
         conditions allow 总和值 80-120
