@@ -44,8 +44,7 @@ std::vector<std::uint32_t> BlueByBlue::neededOf(int blue) const {
       if (keepers_[six] == 1 && has(six, other) && !covered[six]) needed.push_back(six);
   }
   std::ranges::sort(needed);
-  const auto repeated = std::ranges::unique(needed);
-  needed.erase(repeated.begin(), repeated.end());
+  needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
   return needed;
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <numeric>
+#include <tuple>
 
 #include "base/assert.hpp"
 
@@ -14,7 +15,6 @@ CoverTickets::CoverTickets(std::span<const Balls> tickets) {
     std::uint64_t mask;
     int blue;
     std::uint32_t place;
-    auto operator<=>(const Key&) const = default;
   };
   std::vector<Key> keys;
   keys.reserve(tickets.size());
@@ -23,7 +23,7 @@ CoverTickets::CoverTickets(std::span<const Balls> tickets) {
     keys.push_back({redMask(tickets[place]), blueOf(tickets[place]), static_cast<std::uint32_t>(place)});
     blues |= 1U << blueOf(tickets[place]);
   }
-  std::ranges::sort(keys);
+  std::ranges::sort(keys, {}, [](const Key& key) { return std::tuple(key.mask, key.blue, key.place); });
   blue_count_ = std::popcount(blues);
   for (std::size_t i = 0; i < keys.size(); ++i) {
     const Key& key = keys[i];

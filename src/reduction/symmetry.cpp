@@ -105,7 +105,7 @@ std::vector<Symmetry> findSymmetries(const CoverTickets& tickets) {
   add({2, 2});
   // One or two blocks of four reds, in each of which the ways to swap two pairs make a group with the
   // identity; of two blocks the second may take part in all of them or in one.
-  const auto addBlocks = [&](std::size_t first_blocks, std::size_t second_blocks) {
+  const auto add_blocks = [&](std::size_t first_blocks, std::size_t second_blocks) {
     if (reds.size() < 4 * first_blocks) return;
     NumberMap first = NumberMap::identity(), second = first;
     for (std::size_t block = 0; block < first_blocks; ++block) {
@@ -115,9 +115,9 @@ std::vector<Symmetry> findSymmetries(const CoverTickets& tickets) {
     }
     list.push_back({first, second});
   };
-  addBlocks(1, 1);
-  addBlocks(2, 1);
-  addBlocks(2, 2);
+  add_blocks(1, 1);
+  add_blocks(2, 1);
+  add_blocks(2, 2);
   if (reds.size() > 5) add(Cycles(reds.size() / 2, 2));
   for (std::size_t count = 1; count <= reds.size() / 3; ++count) add(Cycles(count, 3));
   for (const Cycles& cycles : kOtherCycles) add(cycles);
