@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "base/platform.hpp"
 #include "base/dates.hpp"
+#include "base/platform.hpp"
 
 struct lxw_format;
 struct lxw_workbook;

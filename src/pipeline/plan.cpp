@@ -66,6 +66,7 @@ std::shared_ptr<const FilterRules> compileRules(const ConditionSet& set) {
 }
 
 FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period)
+    // cppcheck-suppress accessMoved ; it reads a delegating constructor twice
     : FilterPlan(PlanSeries(std::move(rules), draws).at(period)) {}
 
 FilterPlan::FilterPlan(std::shared_ptr<const FilterRules> rules, const DrawTable& draws, PeriodNo period,

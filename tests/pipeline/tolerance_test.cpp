@@ -105,8 +105,10 @@ TEST_F(Tolerance, AndFunnelFollowEachTicketJudgedByItself) {
 TEST_F(Tolerance, AStopKeepsWhatWasNotReached) {
   std::mt19937 random(5);
   putStore(random, 3);
-  TicketSet many = tickets();
-  for (int i = 0; i < 20'000; ++i) many.add(many.balls[static_cast<std::size_t>(i) % 200]);
+  const TicketSet stored = tickets();
+  TicketSet many;  // of no store
+  many.period = stored.period;
+  for (std::size_t i = 0; i < 20'000; ++i) many.add(stored.balls[i % stored.size()]);
   const FilterPlan judge = plan();
   const auto passes = [&](Balls ticket) { return !judge.rejects(judge.failures(ticket)); };
   TicketSet cut = many;

@@ -34,17 +34,17 @@ void WorkThread::give(Piece piece) {
   if (!thread_.joinable()) thread_ = std::thread([this] { loop(); });
 }
 
-void WorkThread::post(std::function<void()> work, Then then) { give({std::move(work), std::move(then)}); }
+void WorkThread::post(std::function<void()> work, Then then) { give({std::move(work), std::move(then), {}}); }
 
 void WorkThread::perform(const std::function<void()>& work) {
   if (serving_ > 0) throw std::logic_error("work is given while the thread waits for an answer");
-  bool done = false;
-  std::exception_ptr failure;
-  give({work, {}, &done, &failure});
+  const auto end = std::make_shared<End>();
+  give({work, {}, end});
   const auto until = std::chrono::steady_clock::now() + kBlink;
   std::unique_lock lock(mutex_);
-  while (!done && attention_.wait_until(lock, until, [&] { return done || !calls_.empty(); })) serve(lock);
-  while (!done) {
+  while (!end->done && attention_.wait_until(lock, until, [&] { return end->done || !calls_.empty(); }))
+    serve(lock);
+  while (!end->done) {
     lock.unlock();
     const auto input = input_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents;
     QEventLoop().processEvents(input | QEventLoop::WaitForMoreEvents);
@@ -53,25 +53,24 @@ void WorkThread::perform(const std::function<void()>& work) {
   }
   serve(lock);
   lock.unlock();
-  if (failure) std::rethrow_exception(failure);
+  if (end->failure) std::rethrow_exception(end->failure);
 }
 
 void WorkThread::callWindow(const std::function<void()>& call) {
   if (onWindow()) return call();
-  bool done = false;
-  std::exception_ptr failure;
+  const auto end = std::make_shared<End>();
   std::unique_lock lock(mutex_);
-  calls_.push_back({call, &done, &failure});
+  calls_.push_back({call, end});
   wakeWindow();
-  answered_.wait(lock, [&] { return done; });
+  answered_.wait(lock, [&] { return end->done; });
   lock.unlock();
-  if (failure) std::rethrow_exception(failure);
+  if (end->failure) std::rethrow_exception(end->failure);
 }
 
 void WorkThread::tellWindow(std::function<void()> call) {
   if (onWindow()) return call();
   const std::lock_guard lock(mutex_);
-  calls_.push_back({std::move(call)});
+  calls_.push_back({std::move(call), {}});
   wakeWindow();
 }
 
@@ -90,18 +89,18 @@ void WorkThread::serve(std::unique_lock<std::mutex>& lock) {
   while (!calls_.empty()) {
     const Call call = std::move(calls_.front());
     calls_.pop_front();
-    const bool waits = call.done != nullptr;
+    const bool waits = call.end != nullptr;
     serving_ += waits;
     lock.unlock();
     try {
       call.call();
     } catch (...) {
-      if (waits) *call.failure = std::current_exception();
+      if (waits) call.end->failure = std::current_exception();
     }
     lock.lock();
     serving_ -= waits;
     if (!waits) continue;
-    *call.done = true;
+    call.end->done = true;
     answered_.notify_one();
   }
 }
@@ -121,11 +120,11 @@ void WorkThread::loop() {
       failure = std::current_exception();
     }
     lock.lock();
-    if (piece.done != nullptr) {
-      *piece.failure = failure;
-      *piece.done = true;
+    if (piece.end != nullptr) {
+      piece.end->failure = failure;
+      piece.end->done = true;
     } else if (piece.then) {
-      calls_.push_back({[then = piece.then, failure] { then(failure); }});
+      calls_.push_back({[then = piece.then, failure] { then(failure); }, {}});
     }
     wakeWindow();
   }

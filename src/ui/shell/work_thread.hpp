@@ -6,6 +6,7 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -55,16 +56,19 @@ class WorkThread : public QObject {
   void setInput(bool taken) { input_ = taken; }
 
  private:
+  // How something ended that is waited for.
+  struct End {
+    bool done = false;
+    std::exception_ptr failure;
+  };
   struct Piece {
     std::function<void()> work;
-    Then then;             // of one that nobody waits for
-    bool* done = nullptr;  // of one that is waited for,
-    std::exception_ptr* failure = nullptr;
+    Then then;                 // of one that nobody waits for,
+    std::shared_ptr<End> end;  // and of the others
   };
   struct Call {
     std::function<void()> call;
-    bool* done = nullptr;  // of one that is waited for
-    std::exception_ptr* failure = nullptr;
+    std::shared_ptr<End> end;  // of one that is waited for
   };
 
   [[nodiscard]] bool onWindow() const;
