@@ -14,6 +14,10 @@ constexpr std::chrono::milliseconds kBlink{10};
 
 }  // namespace
 
+WorkThread::WorkThread() {
+  connect(this, &WorkThread::attentionWanted, this, &WorkThread::serveAll, Qt::QueuedConnection);
+}
+
 WorkThread::~WorkThread() {
   {
     const std::lock_guard lock(mutex_);
@@ -76,13 +80,12 @@ void WorkThread::tellWindow(std::function<void()> call) {
 
 void WorkThread::wakeWindow() {
   attention_.notify_one();
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        std::unique_lock lock(mutex_);
-        serve(lock);
-      },
-      Qt::QueuedConnection);
+  Q_EMIT attentionWanted();
+}
+
+void WorkThread::serveAll() {
+  std::unique_lock lock(mutex_);
+  serve(lock);
 }
 
 void WorkThread::serve(std::unique_lock<std::mutex>& lock) {

@@ -21,7 +21,7 @@ class WorkThread : public QObject {
   Q_OBJECT
 
  public:
-  WorkThread() = default;
+  WorkThread();
   WorkThread(const WorkThread&) = delete;
   WorkThread& operator=(const WorkThread&) = delete;
   // Behind the last piece that was given.
@@ -55,6 +55,10 @@ class WorkThread : public QObject {
   // Whether the window takes clicks and keys while run() waits.
   void setInput(bool taken) { input_ = taken; }
 
+ Q_SIGNALS:
+  // To the window's thread: a call waits, or a piece is done.
+  void attentionWanted();
+
  private:
   // How something ended that is waited for.
   struct End {
@@ -75,6 +79,7 @@ class WorkThread : public QObject {
   void perform(const std::function<void()>& work);
   void give(Piece piece);
   void loop();
+  void serveAll();
   // Does the calls that wait. The lock is let go of meanwhile.
   void serve(std::unique_lock<std::mutex>& lock);
   // Makes the window look for calls.
