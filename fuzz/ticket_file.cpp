@@ -103,9 +103,11 @@ void checkTicket(std::string_view line, const ImportChoice& choice, const Import
   } else {
     expect(ticket.period == choice.period, "the period is the chosen one");
   }
-  expect(importLine(fmt::format("\t {} 99 \r", line), choice) == ticket,
-         "blanks and an eighth number change nothing");
-  checkExport(ticket);
+  expect(importLine(fmt::format("\t {} \r", line), choice) == ticket, "blanks around a line change nothing");
+  const ImportTicket with_more{ticket.period, ticket.numbers, true};
+  expect(importLine(fmt::format("{} 99", line), choice) == with_more,
+         "an eighth number changes nothing but that there is more");
+  checkExport({ticket.period, ticket.numbers, false});
 }
 
 void checkLines(std::string_view text, const ImportChoice& choice) {
