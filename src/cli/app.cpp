@@ -24,6 +24,7 @@ CommandList allCommands() {
   addDrawViewCommands(list);
   addNumberCommands(list);
   addConditionCommands(list);
+  addSetCommands(list);
   addTicketCommands(list);
   addAnalysisCommands(list);
   addUserCommands(list);
@@ -31,9 +32,9 @@ CommandList allCommands() {
   return list;
 }
 
-constexpr std::pair<const char*, const char*> kGroups[] = {{"draws", "开奖记录"},      {"numbers", "选号"},
-                                                           {"conditions", "过滤条件"}, {"tickets", "号码"},
-                                                           {"users", "用户"},          {"store", "数据文件"}};
+constexpr std::pair<const char*, const char*> kGroups[] = {
+    {"draws", "开奖记录"}, {"numbers", "选号"}, {"conditions", "过滤条件"}, {"sets", "条件方案"},
+    {"tickets", "号码"},   {"users", "用户"},   {"store", "数据文件"}};
 
 constexpr std::pair<const char*, const char*> kHelpLabels[] = {{"Usage", "用法"},
                                                                {"OPTIONS", "选项"},

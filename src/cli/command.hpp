@@ -84,6 +84,8 @@ void addDrawViewCommands(CommandList& list);
 void addNumberCommands(CommandList& list);
 void addConditionCommands(CommandList& list);
 void addOwnSetCommands(CommandList& list);
+void addSettingStepCommands(CommandList& list);
+void addSetCommands(CommandList& list);
 void addTicketCommands(CommandList& list);
 void addAnalysisCommands(CommandList& list);
 void addUserCommands(CommandList& list);

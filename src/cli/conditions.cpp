@@ -10,6 +10,7 @@
 #include "base/text.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/named_sets.hpp"
 #include "conditions/own_sets.hpp"
 #include "conditions/values.hpp"
 #include "panels/own_pages.hpp"
@@ -133,14 +134,20 @@ class BackTestCommand final : public Command {
     auto* last = app.add_option("--last", last_, "回测最近多少期，1 到 10000，不写为 100")
                      ->transform(wholeNumber(1, 10'000));
     app.add_flag("--all", all_, "回测全部开奖")->excludes(last);
+    app.add_option("--set", set_, "用这个方案的条件，不写为现在的条件");
   }
 
   int run(Session& session) override {
     const DrawTable draws = loadDrawTable(session.store);
     if (draws.all().empty()) return refuse(session.desk, "还没有开奖记录可以回测。");
+    ConditionSet set = loadConditionSet(session.store);
+    if (set_) {
+      const auto named = findNamedSet(session.store, *set_);
+      if (!named) return refuse(session.desk, fmt::format("没有名为{}的方案。", quoteTyped(*set_)));
+      set = putNamedSet(set, *named, WithPicks::no);
+    }
     const StopScope stop(session.desk.course());
-    const auto test = backTest(loadConditionSet(session.store), draws,
-                               all_ ? draws.all().size() : static_cast<std::size_t>(last_),
+    const auto test = backTest(set, draws, all_ ? draws.all().size() : static_cast<std::size_t>(last_),
                                session.desk.course(), static_cast<int>(std::thread::hardware_concurrency()));
     if (!test) return refuse(session.desk, "用户中止，回测没有算完。");
     for (const DrawVerdict& draw : test->draws) session.out << verdictText(draw) << '\n';
@@ -151,6 +158,7 @@ class BackTestCommand final : public Command {
  private:
   int last_ = kStrengthDraws;
   bool all_ = false;
+  std::optional<std::string> set_;
 };
 
 class UseCommand final : public Command {
@@ -315,7 +323,8 @@ class ResetCommand final : public Command {
 
   int run(Session& session) override {
     if (!agreesToDefaults(session.desk)) return kExitRefused;
-    changeSettings(session.store, [&](ConditionSet& set) { set = loadFactorySet(session.store); });
+    changeSettings(session.store, [&](ConditionSet& set) { set = loadFactorySet(session.store); },
+                   {.name = "还原默认值"});
     session.desk.tell("完成，过滤条件已经还原为默认值！");
     return kExitDone;
   }
@@ -339,6 +348,7 @@ void addConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<ShrinkCommand>());
   list.push_back(std::make_unique<MatchCommand>());
   list.push_back(std::make_unique<ResetCommand>());
+  addSettingStepCommands(list);
 }
 
 }  // namespace lotmere

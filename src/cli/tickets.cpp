@@ -17,6 +17,7 @@
 #include "tickets/init.hpp"
 #include "tickets/prize_check.hpp"
 #include "tickets/ticket_list.hpp"
+#include "tickets/ticket_steps.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {
@@ -207,6 +208,18 @@ class ClearCommand final : public Command {
   int run(Session& session) override { return statusOf(clearAllTickets(session.store, session.desk)); }
 };
 
+// `tickets undo` and `redo`.
+class StepCommand final : public Command {
+ public:
+  using Make = Outcome (*)(Store&, Desk&);
+  StepCommand(const char* name, const char* description, Make make)
+      : Command("tickets", name, description), make_(make) {}
+  int run(Session& session) override { return statusOf(make_(session.store, session.desk)); }
+
+ private:
+  Make make_;
+};
+
 class ExportCommand final : public Command {
  public:
   ExportCommand() : Command("tickets", "export", "把号码写到文本文件，一注一行") {}
@@ -295,6 +308,9 @@ void addTicketCommands(CommandList& list) {
   list.push_back(std::make_unique<FunnelCommand>());
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<ClearCommand>());
+  list.push_back(
+      std::make_unique<StepCommand>("undo", "撤销上一次初始化、过滤缩水、导入、生成或删除", undoTickets));
+  list.push_back(std::make_unique<StepCommand>("redo", "重做撤销了的号码操作", redoTickets));
   list.push_back(std::make_unique<ExportCommand>());
   list.push_back(std::make_unique<ImportCommand>());
   list.push_back(std::make_unique<CheckCommand>());

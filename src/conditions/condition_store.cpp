@@ -7,6 +7,9 @@
 #include <vector>
 
 #include "catalogue/catalogue.hpp"
+#include "conditions/set_text.hpp"
+#include "conditions/setting_change.hpp"
+#include "conditions/setting_steps.hpp"
 #include "store/schema.hpp"
 
 namespace lotmere {
@@ -68,32 +71,30 @@ void putOver(KeyedValues& values, const KeyedValues& wanted) {
   for (const auto& [key, value] : wanted.rows()) values.set(key, value);
 }
 
-// The rows of `after` that `before` holds otherwise.
-void saveValues(Store& store, const char* sql, const KeyedValues& before, const KeyedValues& after) {
-  for (const auto& [key, value] : after.rows())
-    if (before.value(key) != value) store.query(sql).bind(value, key).run();
+void saveValues(Store& store, const char* sql, const std::vector<SettingChange::Value>& rows) {
+  for (const SettingChange::Value& row : rows) store.query(sql).bind(row.after, row.key).run();
 }
 
-void saveColumns(Store& store, AttributeTable table, const std::vector<Members>& before,
-                 const std::vector<Members>& after) {
-  if (before == after) return;
-  const std::vector<std::string> names = attributeColumns(table);
-  for (std::size_t place = 0; place < after.size(); ++place) {
-    const Members changed = before[place] ^ after[place];
-    for (int number = 1; changed != 0 && number <= kRedCount; ++number)
-      if (holds(changed, number))
-        store
-            .query(fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(tableName(table)),
-                               sqlName(names[place])))
-            .bind(holds(after[place], number) ? 1 : 0, number)
-            .run();
-  }
+void saveColumn(Store& store, const SettingChange::Column& column) {
+  const Members changed = column.before ^ column.after;
+  for (int number = 1; number <= kRedCount; ++number)
+    if (holds(changed, number))
+      store
+          .query(fmt::format("UPDATE {} SET {}=? WHERE \"号码\"=?", sqlName(tableName(column.table)),
+                             sqlName(column.name)))
+          .bind(holds(column.after, number) ? 1 : 0, number)
+          .run();
 }
 
 void saveHistoryMatch(Store& store, const HistoryMatch& match) {
   store.query(R"(UPDATE "历史数据过滤" SET "使用状态"=?,"最小值"=?,"最大值"=?,"匹配值"=?,"自选范围"=?)")
       .bind(match.used ? 1 : 0, match.first, match.last, match.match, match.chosen ? 1 : 0)
       .run();
+}
+
+std::string stepName(const ConditionSet& before, const ConditionSet& after) {
+  const std::string names = differenceNames(differencesBetween(before, after));
+  return names.empty() ? "设置" : names;
 }
 
 }  // namespace
@@ -127,28 +128,26 @@ ConditionSet loadFactorySet(Store& store) {
   return set;
 }
 
-void saveConditionSet(Store& store, const ConditionSet& before, const ConditionSet& after) {
+void saveConditionSet(Store& store, const ConditionSet& before, const ConditionSet& after,
+                      const StepNote& note) {
   if (before == after) return;
+  const SettingChange difference = changeBetween(before, after);
   StoreChange change(store);
-  saveValues(store, R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)", before.cells, after.cells);
-  saveValues(store, R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)", before.switches,
-             after.switches);
-  for (const AttributeTable table : kTables) {
-    const auto place = static_cast<std::size_t>(table);
-    saveColumns(store, table, before.columns[place], after.columns[place]);
-  }
-  for (int n = 1; n <= kRedCount; ++n)
-    if (before.interval[n] != after.interval[n])
-      store.query(R"(UPDATE "区间定义" SET "区间"=? WHERE "号码"=?)").bind(after.interval[n], n).run();
-  if (before.match != after.match) saveHistoryMatch(store, after.match);
+  saveValues(store, R"(UPDATE "过滤条件" SET "Value"=? WHERE "ID"=?)", difference.cells);
+  saveValues(store, R"(UPDATE "过滤条件使用情况" SET "使用情况"=? WHERE "条件"=?)", difference.switches);
+  for (const SettingChange::Column& column : difference.columns) saveColumn(store, column);
+  saveValues(store, R"(UPDATE "区间定义" SET "区间"=? WHERE "号码"=?)", difference.intervals);
+  if (difference.match) saveHistoryMatch(store, difference.match->second);
+  if (note.kept) keepStep(store, difference, note.name.empty() ? stepName(before, after) : note.name);
   change.commit();
 }
 
-ConditionSet changeSettings(Store& store, const std::function<void(ConditionSet&)>& edit) {
+ConditionSet changeSettings(Store& store, const std::function<void(ConditionSet&)>& edit,
+                            const StepNote& note) {
   const ConditionSet before = loadConditionSet(store);
   ConditionSet after = before;
   edit(after);
-  saveConditionSet(store, before, after);
+  saveConditionSet(store, before, after, note);
   return after;
 }
 

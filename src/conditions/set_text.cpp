@@ -4,263 +4,52 @@
 
 #include <algorithm>
 #include <charconv>
-#include <functional>
 
-#include "base/number_list.hpp"
 #include "base/text.hpp"
-#include "conditions/own_sets.hpp"
-#include "conditions/values.hpp"
+#include "conditions/set_lines.hpp"
 
 namespace lotmere {
 namespace {
 
 constexpr std::string_view kTitle = "Lotmere 条件 ";
 constexpr std::string_view kColon = "：";
-constexpr std::string_view kOn = "开";
-constexpr std::string_view kOff = "关";
-constexpr std::string_view kNone = "无";
-constexpr std::string_view kOwnRange = "自选";
+constexpr std::string_view kEnd = "完";
 
-std::optional<int> readWhole(std::string_view text) {
-  int value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (text.empty() || error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return value;
+bool isKnownTitle(std::string_view line) {
+  if (!line.starts_with(kTitle)) return false;
+  line.remove_prefix(kTitle.size());
+  int version = 0;
+  const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), version);
+  return error == std::errc{} && end == line.data() + line.size() && version >= 1 &&
+         version <= kSetTextVersion;
 }
 
-std::string switchText(int value) {
-  if (value == 0) return std::string(kOff);
-  return value == 1 ? std::string(kOn) : std::to_string(value);
-}
+enum class LineFate { read, passed, unknown, broken };
 
-std::optional<int> readSwitch(std::string_view text) {
-  if (text == kOn) return 1;
-  if (text == kOff) return 0;
-  return readWhole(text);
-}
-
-std::string membersText(Members members, int last = kRedCount) {
-  std::vector<int> numbers;
-  for (int n = 1; n <= last; ++n)
-    if (holds(members, n)) numbers.push_back(n);
-  return numbers.empty() ? std::string(kNone) : formatNumberList(numbers);
-}
-
-std::optional<Members> readMembers(std::string_view text, int last = kRedCount) {
-  if (text == kNone) return Members{0};
-  const auto numbers = parseNumberList(text, 1, last);
-  if (!numbers) return std::nullopt;
-  return membersOf(*numbers);
-}
-
-// One line of the text: its name, what it says of a set, and what it makes of one; false for a value that
-// breaks a rule.
-struct Line {
-  std::string name;
-  std::function<std::string(const ConditionSet&)> write;
-  std::function<bool(std::string_view, ConditionSet&)> read;
-};
-
-Line picksLine(std::string name, int first, int last, int base, PickState state) {
-  return {std::move(name),
-          [=](const ConditionSet& set) {
-            Members members = 0;
-            for (int n = first; n <= last; ++n)
-              if (set.cells.value(base + n) == static_cast<int>(state)) members |= Members{1} << n;
-            return membersText(members, last);
-          },
-          [=](std::string_view text, ConditionSet& set) {
-            const auto members = readMembers(text, last);
-            for (int n = first; members && n <= last; ++n) {
-              const bool held = set.cells.value(base + n) == static_cast<int>(state);
-              if (holds(*members, n))
-                set.cells.set(base + n, static_cast<int>(state));
-              else if (held)
-                set.cells.set(base + n, 0);
-            }
-            return members.has_value();
-          }};
-}
-
-// The cells of a condition that can be set, as parseValues reads them.
-std::string cellsText(const ConditionSet& set, const Condition& condition) {
-  std::vector<int> cells;
-  for (int k = 0; k < cellCount(condition); ++k)
-    if (set.cells.value(condition.first + k) >= 1) cells.push_back(k);
-  return cells.empty() ? std::string(kNone) : formatValues(condition, cells);
-}
-
-bool readCells(std::string_view text, const Condition& condition, ConditionSet& set) {
-  std::vector<int> cells;
-  if (text != kNone) {
-    auto read = parseValues(condition, text);
-    if (!read) return false;
-    cells = std::move(*read);
-  }
-  for (int k = 0; k < cellCount(condition); ++k)
-    set.cells.set(condition.first + k, std::ranges::find(cells, k) != cells.end() ? 1 : 0);
-  return true;
-}
-
-// Switch and allowed values of a condition: "开 60-140,150".
-Line conditionLine(const Condition& condition) {
-  const auto has_cells = cellCount(condition) > 0;
-  const bool is_place = condition.kind == CellKind::position;
-  return {condition.name,
-          [=, &condition](const ConditionSet& set) {
-            std::string text = switchText(set.switches.value(condition.usage));
-            if (has_cells) text += ' ' + cellsText(set, condition);
-            if (is_place)
-              text += ' ' + membersText(set.column(AttributeTable::first, placeColumn(condition.turn)));
-            return text;
-          },
-          [=, &condition](std::string_view text, ConditionSet& set) {
-            const std::size_t blank = std::min(text.find(' '), text.size());
-            const auto on = readSwitch(text.substr(0, blank));
-            const std::string_view values = trim(text.substr(blank));
-            if (!on || values.empty() != (!has_cells && !is_place)) return false;
-            if (has_cells && !readCells(values, condition, set)) return false;
-            if (is_place) {
-              const auto members = readMembers(values);
-              if (!members) return false;
-              set.setColumn(AttributeTable::first, placeColumn(condition.turn), *members);
-            }
-            return set.switches.set(condition.usage, *on);
-          }};
-}
-
-Line columnLine(std::string name, AttributeTable table, const std::string& column) {
-  return {std::move(name), [=](const ConditionSet& set) { return membersText(set.column(table, column)); },
-          [=](std::string_view text, ConditionSet& set) {
-            const auto members = readMembers(text);
-            return members && set.setColumn(table, column, *members);
-          }};
-}
-
-Line numberLine(std::string name, ConditionId cell, int first, int last) {
-  return {std::move(name), [=](const ConditionSet& set) { return std::to_string(set.cells.value(cell)); },
-          [=](std::string_view text, ConditionSet& set) {
-            const auto value = readWhole(text);
-            return value && *value >= first && *value <= last && set.cells.set(cell, *value);
-          }};
-}
-
-// The division into the four intervals, from which the members of each follow.
-Line intervalLine(int interval) {
-  return {fmt::format("区间{}的号码", interval),
-          [=](const ConditionSet& set) {
-            Members members = 0;
-            for (int n = 1; n <= kRedCount; ++n)
-              if (set.interval[n] == interval) members |= Members{1} << n;
-            return membersText(members);
-          },
-          [=](std::string_view text, ConditionSet& set) {
-            const auto members = readMembers(text);
-            if (!members) return false;
-            for (int n = 1; n <= kRedCount; ++n)
-              if (holds(*members, n)) set.interval[n] = static_cast<std::int8_t>(interval);
-            for (int other = 1; other <= kIntervalCount; ++other) {
-              const std::string column = fmt::format("区间{}", other);
-              const Members left = set.column(AttributeTable::first, column) & ~*members;
-              set.setColumn(AttributeTable::first, column, other == interval ? *members : left);
-            }
-            return true;
-          }};
-}
-
-Line matchLine() {
-  return {
-      std::string(kHistoryMatchName),
-      [](const ConditionSet& set) {
-        return fmt::format("{} {}-{} {}{}{}", set.match.used ? kOn : kOff, set.match.first, set.match.last,
-                           set.match.match, set.match.chosen ? " " : "", set.match.chosen ? kOwnRange : "");
-      },
-      [](std::string_view text, ConditionSet& set) {
-        std::vector<std::string_view> parts;
-        for (std::size_t from = 0; from < text.size();) {
-          const std::size_t end = std::min(text.find(' ', from), text.size());
-          if (end > from) parts.push_back(text.substr(from, end - from));
-          from = end + 1;
-        }
-        if (parts.size() < 3 || parts.size() > 4 || (parts.size() == 4 && parts[3] != kOwnRange))
-          return false;
-        const std::size_t dash = parts[1].find('-');
-        if (dash == std::string_view::npos) return false;
-        const auto on = readSwitch(parts[0]);
-        const auto first = readWhole(parts[1].substr(0, dash)), last = readWhole(parts[1].substr(dash + 1));
-        const auto match = readWhole(parts[2]);
-        if (!on || !first || !last || *first > *last || !match || *match < 1 || *match > kRedsPerTicket)
-          return false;
-        set.match = {*on == 1, *first, *last, *match, parts.size() == 4};
-        return true;
-      }};
-}
-
-// The search for fewer tickets: its switch and its effort.
-Line fewerLine() {
-  return {std::string(kFewerName),
-          [](const ConditionSet& set) {
-            return fmt::format("{} {}", switchText(set.cells.value(kFewerCell)),
-                               set.cells.value(kEffortCell));
-          },
-          [](std::string_view text, ConditionSet& set) {
-            const std::size_t blank = text.find(' ');
-            if (blank == std::string_view::npos) return false;
-            const auto on = readSwitch(text.substr(0, blank));
-            const auto effort = readWhole(trim(text.substr(blank)));
-            return on && effort && *effort >= kLeastEffort && *effort <= kMostEffort &&
-                   set.cells.set(kFewerCell, *on) && set.cells.set(kEffortCell, *effort);
-          }};
-}
-
-std::vector<Line> makeLines() {
-  std::vector<Line> lines;
-  lines.push_back(picksLine("红球拖码", 1, kRedCount, 0, PickState::tuo));
-  lines.push_back(picksLine("红球胆码", 1, kRedCount, 0, PickState::dan));
-  lines.push_back(picksLine("蓝球拖码", 1, kBlueCount, kBlueCodeBase, PickState::tuo));
-  lines.push_back(picksLine("蓝球胆码", 1, kBlueCount, kBlueCodeBase, PickState::dan));
-  for (const Condition& condition : allConditions()) lines.push_back(conditionLine(condition));
-  for (int i = 1; i <= kIntervalCount; ++i) lines.push_back(intervalLine(i));
-  for (int i = 1; i <= kGroupCount; ++i) {
-    const std::string column = fmt::format("自定义组{}", i);
-    lines.push_back(columnLine(column + "的号码", AttributeTable::first, column));
-  }
-  for (const CustomInterval& interval : factoryCustomIntervals())
-    lines.push_back(columnLine(interval.name + "的号码", AttributeTable::third, interval.name));
-  lines.push_back(matchLine());
-  lines.push_back(numberLine("号码定位容错值", kToleranceCell, 0, kPlaceCount));
-  lines.push_back(numberLine(std::string(kSetToleranceName), kSetToleranceCell, 0, kMostSetTolerance));
-  lines.push_back(numberLine("缩水类型", kShrinkTypeCell, kSmallestShrink, kLargestShrink));
-  lines.push_back(fewerLine());
-  return lines;
-}
-
-const std::vector<Line>& allLines() {
-  static const auto lines = makeLines();
-  return lines;
-}
-
-bool readLine(std::string_view line, ConditionSet& set) {
+LineFate readLine(std::string_view line, ReadSet& read, WithPicks with_picks) {
   const std::size_t colon = line.find(kColon);
-  if (colon == std::string_view::npos) return false;
-  const std::string_view name = trim(line.substr(0, colon));
-  const auto found = std::ranges::find(allLines(), name, &Line::name);
-  if (found == allLines().end()) return false;
-  ConditionSet changed = set;
-  if (!found->read(trim(line.substr(colon + kColon.size())), changed)) return false;
-  set = std::move(changed);
-  return true;
+  if (colon == std::string_view::npos) return LineFate::unknown;
+  const auto found = std::ranges::find(setLines(), trim(line.substr(0, colon)), &SetLine::name);
+  if (found == setLines().end()) return LineFate::unknown;
+  ConditionSet changed = read.set;
+  if (!found->read(trim(line.substr(colon + kColon.size())), changed)) return LineFate::broken;
+  read.with_picks = read.with_picks || found->picks;
+  if (found->picks && with_picks == WithPicks::no) return LineFate::passed;
+  read.set = std::move(changed);
+  return LineFate::read;
 }
 
 }  // namespace
 
-std::string setText(const ConditionSet& set) {
+std::string setText(const ConditionSet& set, WithPicks with_picks) {
   std::string text = fmt::format("{}{}\n", kTitle, kSetTextVersion);
-  for (const Line& line : allLines()) text += line.name + std::string(kColon) + line.write(set) + '\n';
-  return text;
+  for (const SetLine& line : setLines())
+    if (!line.picks || with_picks == WithPicks::yes)
+      text += line.name + std::string(kColon) + line.write(set) + '\n';
+  return text + std::string(kEnd) + '\n';
 }
 
-std::optional<ReadSet> readSetText(std::string_view text, const ConditionSet& base) {
+std::optional<ReadSet> readSetText(std::string_view text, const ConditionSet& base, WithPicks with_picks) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";
   if (text.starts_with(mark)) text.remove_prefix(mark.size());
   ReadSet read{base, {}};
@@ -270,15 +59,37 @@ std::optional<ReadSet> readSetText(std::string_view text, const ConditionSet& ba
     const std::string_view line = trim(text.substr(from, end - from));
     from = end + 1;
     if (++number == 1) {
-      if (!line.starts_with(kTitle)) return std::nullopt;
-      const auto version = readWhole(line.substr(kTitle.size()));
-      if (!version || *version < 1 || *version > kSetTextVersion) return std::nullopt;
-    } else if (!line.empty() && !readLine(line, read.set)) {
-      read.skipped.push_back({number, std::string(line)});
+      if (!isKnownTitle(line)) return std::nullopt;
+    } else if (line == kEnd) {
+      read.complete = true;
+    } else if (!line.empty()) {
+      const LineFate fate = readLine(line, read, with_picks);
+      if (fate == LineFate::unknown || fate == LineFate::broken)
+        read.skipped.push_back({number, std::string(line), fate == LineFate::broken});
     }
   }
   if (number == 0) return std::nullopt;
   return read;
+}
+
+std::vector<SetDifference> differencesBetween(const ConditionSet& before, const ConditionSet& after,
+                                              WithPicks with_picks) {
+  std::vector<SetDifference> differences;
+  for (const SetLine& line : setLines()) {
+    if (line.picks && with_picks == WithPicks::no) continue;
+    std::string was = line.write(before), is = line.write(after);
+    if (was != is) differences.push_back({line.name, std::move(was), std::move(is)});
+  }
+  return differences;
+}
+
+std::string differenceNames(const std::vector<SetDifference>& differences) {
+  constexpr std::size_t most = 3;
+  std::string names;
+  for (std::size_t i = 0; i < std::min(most, differences.size()); ++i)
+    names += (i == 0 ? "" : "、") + differences[i].name;
+  if (differences.size() > most) names += fmt::format(" 等 {} 项", differences.size());
+  return names;
 }
 
 }  // namespace lotmere

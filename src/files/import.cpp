@@ -10,6 +10,7 @@
 #include "base/text.hpp"
 #include "files/text_file.hpp"
 #include "game/game.hpp"
+#include "tickets/ticket_steps.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {
@@ -175,6 +176,7 @@ ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path
 
   TextScope running(desk.runningText());
   StoreChange change(store);
+  keepTickets(store, TicketAction::import);
   if (*settled == Existing::replace) clearTickets(store, desk);
   writeTickets(store, desk, survey.text, choice);
   change.commit();

@@ -7,12 +7,15 @@
 
 #include "base/text.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/named_sets.hpp"
+#include "conditions/set_text.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/plan.hpp"
 #include "pipeline/run_text.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/shrink.hpp"
 #include "store/periods.hpp"
+#include "tickets/ticket_steps.hpp"
 
 namespace lotmere {
 namespace {
@@ -43,8 +46,9 @@ std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) 
   return tickets;
 }
 
-std::vector<FunnelRow> walkSteps(Store& store, Desk& desk, TicketSet& tickets, WithFunnel with_funnel) {
-  const FilterPlan plan(compileRules(loadConditionSet(store)), loadDrawTable(store), tickets.period);
+std::vector<FunnelRow> walkSteps(Store& store, Desk& desk, const ConditionSet& set, TicketSet& tickets,
+                                 BeforeRun& before, WithFunnel with_funnel) {
+  const FilterPlan plan(compileRules(set), loadDrawTable(store), tickets.period);
   const bool tells = with_funnel == WithFunnel::yes;
   const auto alone = tells ? countFailingAlone(plan, tickets.balls) : std::vector<std::int64_t>{};
   const auto whole = static_cast<std::int64_t>(tickets.size());
@@ -52,6 +56,7 @@ std::vector<FunnelRow> walkSteps(Store& store, Desk& desk, TicketSet& tickets, W
   RunText text(desk, plan);
   const Funnel funnel =
       thin(plan, tickets, desk.course(), text, static_cast<int>(std::thread::hardware_concurrency()));
+  before.markBeforeShrink(tickets);
   auto rows = tells ? funnelRows(plan, funnel, alone) : std::vector<FunnelRow>{};
   if (desk.course().stopRequested()) return rows;
   const FilterRules& rules = plan.rules();
@@ -61,15 +66,25 @@ std::vector<FunnelRow> walkSteps(Store& store, Desk& desk, TicketSet& tickets, W
   return rows;
 }
 
-void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo period) {
-  // The statistics of the draw before the period and the tickets stand in one change: a crash leaves both as
-  // they were.
+// The tickets that a run is to judge, and what it needs to be taken back.
+struct Work {
+  TicketSet tickets;
+  ConditionSet set;
+  BeforeRun before;
+};
+
+void writeBack(Store& store, Desk& desk, const Work* work, PeriodNo period) {
+  // The statistics of the draw before the period, the tickets and the way back stand in one change: a crash
+  // leaves all as they were.
   StoreChange change(store);
   const PeriodNo previous = periodsBack(store, period, 1);
   computeDrawStatistics(store, desk, previous, previous);
-  if (tickets != nullptr) {
-    CourseLeg job(desk.course(), static_cast<std::int64_t>(tickets->size()), Course::Stop::impossible);
-    saveTickets(store, *tickets, tellJob(job));
+  if (work != nullptr) {
+    const auto rows = static_cast<std::int64_t>(work->tickets.size());
+    CourseLeg job(desk.course(), rows, Course::Stop::impossible);
+    work->before.keep(store, nameOfSet(store, work->set).value_or(std::string()),
+                      setText(work->set, WithPicks::no));
+    saveTickets(store, work->tickets, tellJob(job));
   }
   change.commit();
 }
@@ -78,16 +93,20 @@ void writeBack(Store& store, Desk& desk, const TicketSet* tickets, PeriodNo peri
 
 RunResult runPipeline(Store& store, Desk& desk, PeriodNo period, WithFunnel with_funnel) {
   const StopScope stop(desk.course());
-  auto tickets = readTickets(store, desk, period);
+  std::optional<Work> work;
+  if (auto tickets = readTickets(store, desk, period)) {
+    BeforeRun before(store, *tickets);
+    work = Work{*std::move(tickets), loadConditionSet(store), std::move(before)};
+  }
   RunResult result;
-  if (tickets) result.funnel = walkSteps(store, desk, *tickets, with_funnel);
+  if (work) result.funnel = walkSteps(store, desk, work->set, work->tickets, work->before, with_funnel);
   result.outcome = Outcome::done;
-  result.tickets = static_cast<std::int64_t>(tickets ? tickets->size() : countTickets(store, period));
-  if (result.tickets == 0 && !tickets)
+  result.tickets = static_cast<std::int64_t>(work ? work->tickets.size() : countTickets(store, period));
+  if (result.tickets == 0 && !work)
     result.outcome = Outcome::refused;
   else if (desk.course().stopRequested())
     result.outcome = Outcome::stopped;
-  writeBack(store, desk, tickets ? &*tickets : nullptr, period);
+  writeBack(store, desk, work ? &*work : nullptr, period);
   if (result.outcome == Outcome::refused) return result;
   desk.runningText().appendLine(fmt::format(
       "{}：{} 注", result.outcome == Outcome::stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",

@@ -93,6 +93,20 @@ void writeRows(SQLite::Database& target, const KeyedTable& table, const TableRow
   }
 }
 
+void copyNamedSets(SQLite::Database& source, SQLite::Database& target) {
+  target.exec(R"(DELETE FROM "命名方案")");
+  if (!source.tableExists("命名方案")) return;
+  SQLite::Statement row(source, R"(SELECT "名称","含选号","内容" FROM "命名方案")");
+  SQLite::Statement add(target, R"(INSERT INTO "命名方案" ("名称","含选号","内容") VALUES (?,?,?))");
+  while (row.executeStep()) {
+    add.bind(1, row.getColumn(0).getString());
+    add.bind(2, row.getColumn(1).getInt());
+    add.bind(3, row.getColumn(2).getString());
+    add.exec();
+    add.reset();
+  }
+}
+
 void restoreFactoryRows(Store& store) {
   StoreChange change(store);
   for (const KeyedTable& table : profileTables())

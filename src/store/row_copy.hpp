@@ -40,6 +40,10 @@ struct TableRows {
 void writeRows(SQLite::Database& target, const KeyedTable& table, const TableRows& rows,
                const TableRows& fallback = {});
 
+// The sets with names of one database in the place of those of the other; none where the source lacks the
+// table, as older versions do. Runs inside the caller's change. Throws SQLite::Exception.
+void copyNamedSets(SQLite::Database& source, SQLite::Database& target);
+
 // The four factory tables over their working twins (`restoreFactoryRows`), in one change.
 void restoreFactoryRows(Store& store);
 

@@ -14,7 +14,7 @@
 namespace lotmere {
 namespace {
 
-constexpr int kBaseVersion = 3;  // of the tables themselves
+constexpr int kBaseVersion = 5;  // of the tables themselves
 
 const char* sqlType(DrawColumnType type) { return type == DrawColumnType::whole ? "INTEGER" : "TEXT"; }
 
@@ -164,6 +164,27 @@ void createDistribution(SQLite::Database& db) {
   db.exec(fmt::format("CREATE TABLE \"号码分布\" ({})", columns));
 }
 
+// The sets that a user keeps under a name.
+void createNamedSets(SQLite::Database& db) {
+  db.exec(
+      "CREATE TABLE \"命名方案\" (\"名称\" TEXT PRIMARY KEY, \"含选号\" INTEGER NOT NULL, \"内容\" TEXT NOT "
+      "NULL)");
+}
+
+// The ways back: changes of the settings, the tickets before the last action, and what set a run had.
+void createSteps(SQLite::Database& db) {
+  db.exec(
+      "CREATE TABLE \"设置步骤\" (\"序号\" INTEGER PRIMARY KEY, \"用户\" TEXT NOT NULL, \"已撤销\" "
+      "INTEGER NOT NULL DEFAULT 0, \"名称\" TEXT NOT NULL, \"内容\" TEXT NOT NULL)");
+  db.exec(
+      "CREATE TABLE \"号码步骤\" (\"方向\" INTEGER PRIMARY KEY, \"动作\" TEXT NOT NULL, \"期号\" INTEGER NOT "
+      "NULL, \"号码\" BLOB NOT NULL, \"缩水前\" BLOB NOT NULL)");
+  db.exec(
+      "CREATE TABLE \"运行条件\" (\"方向\" INTEGER NOT NULL, \"期号\" INTEGER NOT NULL, \"方案\" TEXT NOT "
+      "NULL, "
+      "\"内容\" TEXT NOT NULL, PRIMARY KEY (\"方向\", \"期号\"))");
+}
+
 void createSmallTables(SQLite::Database& db) {
   db.exec(
       "CREATE TABLE \"历史数据过滤\" (\"使用状态\" INTEGER NOT NULL, \"最小值\" INTEGER NOT NULL, \"最大值\" "
@@ -242,11 +263,14 @@ void fillAddedColumn(SQLite::Database& db, const ColumnDefinition& column, SQLit
   }
 }
 
-// Columns, then rows by their key, that a store of this version has and the other lacks. A version number
-// that a flipped bit made older finds them there already.
+// Tables, columns, then rows by their key, that a store of this version has and the other lacks. A version
+// number that a flipped bit made older finds them there already.
 void addWhatIsMissing(SQLite::Database& db) {
   SQLite::Database fresh(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   createSchema(fresh);
+  SQLite::Statement definition(fresh, "SELECT name, sql FROM sqlite_master WHERE type='table'");
+  while (definition.executeStep())
+    if (!db.tableExists(definition.getColumn(0).getString())) db.exec(definition.getColumn(1).getString());
   const auto present = columnsOf(db);
   std::vector<ColumnDefinition> missing;
   for (const ColumnDefinition& column : columnsOf(fresh))
@@ -311,6 +335,7 @@ void createUserTables(SQLite::Database& db) {
   createConditions(db, "");
   createAttributes(db, AttributeTable::first, "号码特性");
   createIntervalDefinition(db, "区间定义");
+  createNamedSets(db);
 }
 
 void createTables(SQLite::Database& db) {
@@ -326,6 +351,7 @@ void createTables(SQLite::Database& db) {
   createCombinations(db);
   createDistribution(db);
   createSmallTables(db);
+  createSteps(db);
 }
 
 void createSchema(SQLite::Database& db) {

@@ -13,8 +13,9 @@ class Database;
 
 namespace lotmere {
 
-// What `PRAGMA user_version` holds in a store of this program: 3, or the highest version that a row of the
-// catalogue, a family, an attribute or a column of the draws names as the one that brought it.
+// What `PRAGMA user_version` holds in a store of this program: the version of the tables themselves, or the
+// highest that a row of the catalogue, a family, an attribute or a column of the draws names as the one that
+// brought it.
 [[nodiscard]] int schemaVersion();
 
 // A name as an SQL identifier, quotes doubled. Only names of the data model pass through here, never what a
@@ -31,11 +32,12 @@ void createUserTables(SQLite::Database& db);
 // inside the caller's transaction. Throws SQLite::Exception.
 void createSchema(SQLite::Database& db);
 
-// The database of a profile: `过滤条件`, `过滤条件使用情况`, `号码特性`, `区间定义`, with their factory rows.
+// The database of a profile: `过滤条件`, `过滤条件使用情况`, `号码特性`, `区间定义` with their factory rows, and
+// `命名方案`, empty.
 void createProfile(SQLite::Database& db);
 
-// Brings the tables of an older version (1 on) up to this one: columns and rows that it lacks are added with
-// their factory values, and nothing that stands there changes but what the new version reads otherwise. A new
+// Brings the tables of an older version (1 on) up to this one: tables, columns and rows that it lacks are
+// added with their factory values, and nothing that stands there changes but what the new version reads otherwise. A new
 // statistic leaves the mark that the statistics of the draws are due. Runs inside the caller's transaction.
 // Throws SQLite::Exception for a version that this program doesn't know.
 void upgradeSchema(SQLite::Database& db);

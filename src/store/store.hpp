@@ -43,6 +43,12 @@ class Query {
     return value >= 1 && value <= last ? static_cast<int>(value) : 0;
   }
   [[nodiscard]] std::string text(int column) const { return statement_.getColumn(column).getString(); }
+  // A blob, or the bytes of anything else.
+  [[nodiscard]] std::string bytes(int column) const {
+    const SQLite::Column field = statement_.getColumn(column);
+    const auto* data = static_cast<const char*>(field.getBlob());
+    return data == nullptr ? std::string() : std::string(data, static_cast<std::size_t>(field.getBytes()));
+  }
   SQLite::Statement& statement() { return statement_; }
 
  private:

@@ -6,6 +6,7 @@
 
 #include "base/text.hpp"
 #include "conditions/condition_store.hpp"
+#include "tickets/ticket_steps.hpp"
 
 namespace lotmere {
 namespace {
@@ -58,6 +59,7 @@ InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing exist
 
   const StopScope stop(desk.course());
   StoreChange change(store);
+  keepTickets(store, TicketAction::init);
   store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
   // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
   const std::int64_t last_id = store.value(R"(SELECT max("ID") FROM "日志表")");

@@ -48,7 +48,7 @@ std::optional<TicketSet> loadTickets(Store& store, PeriodNo period, const RowsDo
   tickets.period = period;
   Query query = store.query(
       R"(SELECT "ID","序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记",
-         "临时数据"
+         "临时数据","精选标记","红球中","蓝球中"
          FROM "日志表" WHERE "期号"=? ORDER BY "ID")");
   query.bind(period);
   while (query.next()) {
@@ -63,6 +63,9 @@ std::optional<TicketSet> loadTickets(Store& store, PeriodNo period, const RowsDo
     tickets.stored.mark.push_back(static_cast<std::int8_t>(query.number(9)));
     tickets.stored.shrink.push_back(static_cast<std::int8_t>(query.number(10)));
     tickets.stored.score.push_back(query.number(11));
+    tickets.stored.chosen.push_back(static_cast<std::int8_t>(query.number(12)));
+    tickets.stored.red_hits.push_back(static_cast<std::int8_t>(query.number(13)));
+    tickets.stored.blue_hits.push_back(static_cast<std::int8_t>(query.number(14)));
     tickets.stored.scored = tickets.stored.scored || query.number(11) != 0;
   }
   if (done(tickets.size())) return std::nullopt;

@@ -55,7 +55,10 @@ struct TicketSet {
     std::vector<std::int8_t> mark;
     std::vector<std::int8_t> shrink;
     std::vector<std::int32_t> score;
-    bool scored = false;  // whether any score isn't 0
+    std::vector<std::int8_t> chosen;     // `精选标记`
+    std::vector<std::int8_t> red_hits;   // `红球中`
+    std::vector<std::int8_t> blue_hits;  // `蓝球中`
+    bool scored = false;                 // whether any score isn't 0
   } stored;
 
   [[nodiscard]] std::size_t size() const { return balls.size(); }

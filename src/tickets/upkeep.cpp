@@ -1,6 +1,7 @@
 #include "tickets/upkeep.hpp"
 
 #include "store/ticket_table.hpp"
+#include "tickets/ticket_steps.hpp"
 
 namespace lotmere {
 
@@ -17,7 +18,10 @@ void clearTickets(Store& store, Desk& desk) {
 Outcome clearAllTickets(Store& store, Desk& desk) {
   constexpr std::string_view buttons[] = {"删除", "取消"};
   if (desk.choose("确认要删除全部记录吗？", buttons, 1) != 0) return Outcome::refused;
+  StoreChange change(store);
+  keepTickets(store, TicketAction::removal);
   clearTickets(store, desk);
+  change.commit();
   desk.tell("删除记录完成！");
   return Outcome::done;
 }

@@ -7,6 +7,7 @@
 #include "base/failure.hpp"
 #include "base/text.hpp"
 #include "store/row_copy.hpp"
+#include "store/steps_table.hpp"
 #include "store/store_files.hpp"
 #include "store/ticket_table.hpp"
 #include "users/accounts.hpp"
@@ -89,10 +90,13 @@ void saveFirstProfile(const UserDesk& at, const std::string& name) {
 // The common last step of each way in, inside one change; gives the names of the idle users who went.
 std::vector<std::string> userLogin(const UserDesk& at, const std::string& name, FirstSettings settings) {
   renewLogin(at.store, name, at.today);
+  keepSettingStepsOf(at.store, name);
+  if (name != currentUser(at.store)) forgetNamedSets(at.store);
   if (settings == FirstSettings::profile) restoreProfile(at.store, at.home, at.desk, name, at.files);
   setCurrentUser(at.store, name);
   auto idle = removeIdleUsers(at.store, at.today);
   deleteAllTickets(at.store);
+  forgetTicketSteps(at.store);
   return idle;
 }
 

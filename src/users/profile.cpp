@@ -42,6 +42,7 @@ void refillTemplate(Store& store, const fs::path& path, FileSystem& files) {
   writeDatabase(path, files, [&](SQLite::Database& form) {
     createProfile(form);
     for (std::size_t i = 0; i < tables.size(); ++i) writeRows(form, profileTables()[i], tables[i]);
+    copyNamedSets(store.db(), form);
   });
 }
 
@@ -57,6 +58,9 @@ bool copyProfile(Store& store, const fs::path& path) {
                 readRows(store.db(), factoryTwin(table), table.key));
       change.commit();
     }
+    StoreChange change(store);
+    copyNamedSets(profile, store.db());
+    change.commit();
     return sound;
   } catch (const SQLite::Exception& failure) {
     if (isDamage(failure)) return false;

@@ -77,13 +77,14 @@ class CliHome : public TempHome {
     std::ofstream(path() / name, std::ios::binary) << text;
     return "file://" + (path() / name).string();
   }
-  // Every row of every table and the names of all files: two homes with the same text hold the same.
-  std::string contents() const {
+  // Every row of every table and the names of all files, but for one table: two homes with the same text hold the same.
+  std::string contents(std::string_view but_for = {}) const {
     SQLite::Database db(home().mainDb().string(), SQLite::OPEN_READWRITE);
     SQLite::Statement tables(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");
     std::string text;
     while (tables.executeStep()) {
       const std::string table = tables.getColumn(0).getString();
+      if (table == but_for) continue;
       SQLite::Statement rows(db, "SELECT * FROM \"" + table + "\" ORDER BY rowid");
       for (text += table; rows.executeStep(); text += '\n')
         for (int i = 0; i < rows.getColumnCount(); ++i)

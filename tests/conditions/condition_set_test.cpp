@@ -97,11 +97,11 @@ TEST_F(ConditionSetTest, ALineThatIsWrongIsReportedAndSkipped) {
       "自选\n缩水类型：8\n智能优化：开\n精简缩水：开 10\n精简缩水：开 7\n",
       factory);
   ASSERT_TRUE(read);
-  EXPECT_EQ(read->skipped, (std::vector<SkippedLine>{{4, "总和数：开 60"},
-                                                     {5, "奇数个数：开 1-9"},
-                                                     {7, "历史数据过滤：开 2026050-2026001 6"},
-                                                     {9, "缩水类型：8"},
-                                                     {11, "精简缩水：开 10"}}));
+  EXPECT_EQ(read->skipped, (std::vector<SkippedLine>{{4, "总和数：开 60", false},
+                                                     {5, "奇数个数：开 1-9", true},
+                                                     {7, "历史数据过滤：开 2026050-2026001 6", true},
+                                                     {9, "缩水类型：8", true},
+                                                     {11, "精简缩水：开 10", true}}));
   ConditionSet expected = factory;
   expected.switches.set(1, 1);
   for (int sum = 0; sum <= 170; ++sum)

@@ -44,7 +44,8 @@ SETTINGS = {
         conditions use 号码定位2 on
         conditions tolerance 2
         conditions tolerance-all 3
-        conditions shrink 5 --fewer on --effort 2""",
+        conditions shrink 5 --fewer on --effort 2
+        sets save 平日""",
     "乙": """numbers pick --red-tuo 1-6,13,19,33 --red-dan 22 --blue-dan 12
         conditions allow 总和值 80-120
         conditions allow AC值 4,9
@@ -67,7 +68,8 @@ SETTINGS = {
         conditions position 6 28-33
         conditions use 号码定位6 on
         conditions tolerance 1
-        conditions shrink 4 --effort 8"""}
+        conditions shrink 4 --effort 8
+        sets save 周末 --with-numbers"""}
 COMMON = """conditions division 六区间2 5,6,7,33
         conditions division 十二区间12 1,17
         conditions match 2024002 2024009 4

@@ -104,7 +104,7 @@ TEST_F(Recipe, AnOlderStoreTakesTheRowsUpAndLosesNothing) {
                     AND "ID" BETWEEN 5140 AND 6660 AND "ID" NOT BETWEEN 5200 AND 5266)"),
             "0 ")
       << "the user's";
-  EXPECT_EQ(rows("PRAGMA user_version"), "4 ");
+  EXPECT_EQ(rows("PRAGMA user_version"), "6 ");
   EXPECT_EQ(checkStore(home_.home().mainDb()), StoreState::sound);
   home_.doStep({"conditions", "use", kName, "on"});
   EXPECT_EQ(checkStore(home_.home().backupDb()), StoreState::sound);

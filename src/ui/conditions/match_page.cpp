@@ -85,7 +85,7 @@ void MatchPageView::open() {
   ConditionSet followed = session_.settings.set();
   followDraws(followed, periods_);
   if (followed != session_.settings.set())
-    session_.settings.change([&](ConditionSet& set) { followDraws(set, periods_); });
+    session_.settings.change([&](ConditionSet& set) { followDraws(set, periods_); }, {.kept = false});
   showSettings();
 }
 

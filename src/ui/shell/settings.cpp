@@ -1,6 +1,7 @@
 #include "ui/shell/settings.hpp"
 
 #include <mutex>
+#include <vector>
 
 #include "base/failure.hpp"
 #include "conditions/condition_store.hpp"
@@ -11,14 +12,19 @@ namespace lotmere::ui {
 // What the window and the saves on the work thread have in common.
 struct Settings::Shared {
   std::mutex mutex;
-  ConditionSet wanted;  // by the window
+  // What the window wants, one change behind the other, as far as it isn't written.
+  struct Change {
+    ConditionSet set;
+    StepNote note;
+  };
+  std::vector<Change> wanted;
   ConditionSet stored;  // written by the work thread, or where it does nothing
 };
 
 Settings::Settings(StoreDoor store, WindowDesk& desk)
     : store_(store), desk_(desk), shared_(std::make_shared<Shared>()) {
   set_ = store_.run(loadConditionSet);
-  shared_->wanted = shared_->stored = set_;
+  shared_->stored = set_;
 }
 
 Settings::~Settings() {
@@ -30,21 +36,30 @@ Settings::~Settings() {
   }
 }
 
-void Settings::save() {
+void Settings::save(const StepNote& note) {
   {
     const std::lock_guard lock(shared_->mutex);
-    shared_->wanted = set_;
+    shared_->wanted.push_back({set_, note});
   }
   store_.post(
       [shared = shared_](Store& store) {
-        ConditionSet wanted;
+        std::vector<Shared::Change> wanted;
         {
           const std::lock_guard lock(shared->mutex);
           wanted = shared->wanted;  // with what came meanwhile
         }
-        if (wanted == shared->stored) return;
-        saveConditionSet(store, shared->stored, wanted);
-        shared->stored = std::move(wanted);
+        if (wanted.empty()) return;
+        StoreChange change(store);
+        const ConditionSet* stored = &shared->stored;
+        for (const Shared::Change& next : wanted) {
+          saveConditionSet(store, *stored, next.set, next.note);
+          stored = &next.set;
+        }
+        change.commit();
+        shared->stored = std::move(wanted.back().set);
+        const std::lock_guard lock(shared->mutex);
+        shared->wanted.erase(shared->wanted.begin(),
+                             shared->wanted.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
       },
       [this, number = ++saves_](const std::exception_ptr& failure) { saved(number, failure); });
 }
@@ -53,22 +68,26 @@ void Settings::saved(int number, const std::exception_ptr& failure) {
   ended_ = number;
   if (!failure || number != saves_) return;  // the next save tries all again
   set_ = shared_->stored;
+  {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->wanted.clear();
+  }
   Q_EMIT changed();
   Q_EMIT refused();
   runGuarded(desk_, [&] { std::rethrow_exception(failure); });
 }
 
-void Settings::change(const std::function<void(ConditionSet&)>& edit) {
+void Settings::change(const std::function<void(ConditionSet&)>& edit, const StepNote& note) {
   ConditionSet after = set_;
   edit(after);
   if (after == set_) return;
   set_ = std::move(after);
-  save();
+  save(note);
   Q_EMIT changed();
 }
 
-bool Settings::changeNow(const std::function<void(ConditionSet&)>& edit) {
-  change(edit);
+bool Settings::changeNow(const std::function<void(ConditionSet&)>& edit, const StepNote& note) {
+  change(edit, note);
   const ConditionSet wanted = set_;
   store_.run([](Store& /*store*/) {});  // behind the save
   return set_ == wanted;
@@ -76,14 +95,14 @@ bool Settings::changeNow(const std::function<void(ConditionSet&)>& edit) {
 
 bool Settings::restoreDefaults() {
   const ConditionSet factory = store_.run(loadFactorySet);
-  return changeNow([&](ConditionSet& set) { set = factory; });
+  return changeNow([&](ConditionSet& set) { set = factory; }, {.name = "还原默认值"});
 }
 
 void Settings::reload() {
   set_ = store_.run([shared = shared_](Store& store) { return shared->stored = loadConditionSet(store); });
   {
     const std::lock_guard lock(shared_->mutex);
-    shared_->wanted = set_;
+    shared_->wanted.clear();
   }
   Q_EMIT changed();
 }

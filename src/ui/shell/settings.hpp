@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "conditions/condition_set.hpp"
+#include "conditions/condition_store.hpp"
 #include "ui/shell/store_door.hpp"
 #include "ui/shell/window_desk.hpp"
 
@@ -28,9 +29,9 @@ class Settings : public QObject {
   [[nodiscard]] const ConditionSet& set() const { return set_; }
   // Lets `edit` change a copy, which is shown from then on, and saves what differs. `edit` asks and tells
   // nothing. Where it can't be saved, that is told later and set() is again what is stored.
-  void change(const std::function<void(ConditionSet&)>& edit);
+  void change(const std::function<void(ConditionSet&)>& edit, const StepNote& note = {});
   // The same, saved when it comes back. False where it can't be, which has been told.
-  [[nodiscard]] bool changeNow(const std::function<void(ConditionSet&)>& edit);
+  [[nodiscard]] bool changeNow(const std::function<void(ConditionSet&)>& edit, const StepNote& note = {});
   // Everything back to the factory, with nothing picked, as changeNow().
   [[nodiscard]] bool restoreDefaults();
   // Reads the store again, which somebody else has written: a login, a restore. Throws when the store refuses.
@@ -46,7 +47,7 @@ class Settings : public QObject {
  private:
   struct Shared;
 
-  void save();
+  void save(const StepNote& note);
   void saved(int number, const std::exception_ptr& failure);
 
   StoreDoor store_;

@@ -1,0 +1,227 @@
+#include "tickets/ticket_steps.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/text.hpp"
+#include "tickets/packed_tickets.hpp"
+
+namespace lotmere {
+namespace {
+
+// Where a row of `号码步骤` or `运行条件` belongs.
+enum Place : int { kNow, kUndo, kRedo };
+
+constexpr std::string_view kActions[] = {"初始化", "过滤缩水", "导入", "删除", "生成"};
+constexpr std::string_view kRun = kActions[static_cast<std::size_t>(TicketAction::run)];
+constexpr std::size_t kBlock = 4096;  // rows between two looks at the desk
+
+std::string_view nameOf(TicketAction action) { return kActions[static_cast<std::size_t>(action)]; }
+
+// All rows of a period, or of all periods for 0.
+std::vector<TicketFields> readRows(Store& store, PeriodNo period) {
+  Query query = store.query(
+      R"(SELECT "ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记",
+         "精选标记","临时数据","红球中","蓝球中"
+         FROM "日志表" WHERE ?1=0 OR "期号"=?1 ORDER BY "ID")");
+  query.bind(period);
+  std::vector<TicketFields> rows;
+  while (query.next()) {
+    TicketFields& row = rows.emplace_back();
+    int column = 0;
+    for (std::int64_t* field : {&row.id, &row.seq, &row.period}) *field = query.whole(column++);
+    for (int& red : row.numbers.reds) red = query.number(column++);
+    row.numbers.blue = query.number(column++);
+    for (std::int64_t* field :
+         {&row.mark, &row.shrink, &row.chosen, &row.score, &row.red_hits, &row.blue_hits})
+      *field = query.whole(column++);
+  }
+  return rows;
+}
+
+void writeRows(Store& store, const std::vector<TicketFields>& rows, CourseLeg& job) {
+  Query insert = store.query(
+      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+         "过滤标记","缩水标记","精选标记","临时数据","红球中","蓝球中")
+         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?))");
+  for (std::size_t at = 0; at < rows.size(); ++at) {
+    const auto& [id, seq, period, numbers, mark, shrink, chosen, score, red_hits, blue_hits] = rows[at];
+    const auto& [a, b, c, d, e, f] = numbers.reds;
+    insert
+        .bind(id, seq, period, a, b, c, d, e, f, numbers.blue, mark, shrink, chosen, score, red_hits,
+              blue_hits)
+        .run();
+    if (at % kBlock == 0) job.advance(static_cast<std::int64_t>(at));
+  }
+}
+
+struct Step {
+  std::string action;
+  PeriodNo period = 0;  // whose tickets it keeps; 0 for those of all periods
+  std::string tickets;
+  std::string before_shrink;
+};
+
+std::optional<Step> readStep(Store& store, Place place) {
+  Query row = store.query(R"(SELECT "动作","期号","号码","缩水前" FROM "号码步骤" WHERE "方向"=?)");
+  row.bind(static_cast<int>(place));
+  if (!row.next()) return std::nullopt;
+  return Step{row.text(0), row.number(1), row.bytes(2), row.bytes(3)};
+}
+
+std::optional<std::string> readAction(Store& store, Place place) {
+  Query row = store.query(R"(SELECT "动作" FROM "号码步骤" WHERE "方向"=?)");
+  row.bind(static_cast<int>(place));
+  if (!row.next()) return std::nullopt;
+  return row.text(0);
+}
+
+void writeStep(Store& store, Place place, const Step& step) {
+  Query insert = store.query(
+      R"(INSERT OR REPLACE INTO "号码步骤" ("方向","动作","期号","号码","缩水前") VALUES (?,?,?,?,?))");
+  SQLite::Statement& row = insert.statement();
+  int at = 0;
+  row.bind(++at, static_cast<int>(place));
+  row.bind(++at, step.action);
+  row.bind(++at, step.period);
+  for (const std::string* bytes : {&step.tickets, &step.before_shrink})
+    row.bind(++at, bytes->data(), static_cast<int>(bytes->size()));
+  insert.run();
+}
+
+// Moves what sets the runs had from one place to another, which loses its own.
+void moveRunSettings(Store& store, Place from, Place to) {
+  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(to)).run();
+  store.query(R"(UPDATE "运行条件" SET "方向"=? WHERE "方向"=?)")
+      .bind(static_cast<int>(to), static_cast<int>(from))
+      .run();
+}
+
+// Makes room for the step of a new action.
+void beginStep(Store& store) {
+  store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(kRedo)).run();
+  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(kRedo)).run();
+}
+
+void deleteTickets(Store& store, PeriodNo period) {
+  store.query(R"(DELETE FROM "日志表" WHERE ?1=0 OR "期号"=?1)").bind(period).run();
+}
+
+Outcome makeStep(Store& store, Desk& desk, Place place) {
+  const bool back = place == kUndo;
+  StoreChange change(store);
+  const auto step = readStep(store, place);
+  const auto rows = step ? unpackRows(step->tickets) : std::nullopt;
+  if (!rows) {
+    desk.tell(back ? "没有可以撤销的号码操作。" : "没有可以重做的号码操作。", Tone::warning);
+    return Outcome::refused;
+  }
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(rows->size()), Course::Stop::impossible);
+  const Place other = back ? kRedo : kUndo;
+  // The bits stay with the tickets that a run began with: going forward they are those that stand now.
+  writeStep(store, other,
+            {step->action, step->period, packRows(readRows(store, step->period)), step->before_shrink});
+  deleteTickets(store, step->period);
+  writeRows(store, *rows, job);
+  store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(place)).run();
+  moveRunSettings(store, kNow, other);
+  moveRunSettings(store, place, kNow);
+  change.commit();
+  desk.tell(fmt::format("已{}[{}]，表格中现有 {} 注。", back ? "撤销" : "重做", step->action,
+                        toFullWidth(store.value(R"(SELECT count(*) FROM "日志表")"))));
+  return Outcome::done;
+}
+
+}  // namespace
+
+void keepTickets(Store& store, TicketAction action) {
+  beginStep(store);
+  writeStep(store, kUndo, {std::string(nameOf(action)), 0, packRows(readRows(store, 0)), {}});
+  moveRunSettings(store, kNow, kUndo);
+}
+
+BeforeRun::BeforeRun(Store& store, const TicketSet& tickets)
+    : period_(tickets.period), rows_(tickets.size()) {
+  // Numbers outside their range aren't in the set; then the rows tell.
+  const bool plain = std::ranges::all_of(tickets.balls, [](Balls balls) {
+    const Reds reds = redsOf(balls);
+    return blueOf(balls) != 0 && std::ranges::find(reds, 0) == reds.end();
+  });
+  if (!plain) {
+    packed_ = packRows(readRows(store, period_));
+    return;
+  }
+  const TicketSet::Stored& stored = tickets.stored;
+  packCount(packed_, rows_);
+  const auto add = [&](const auto& column) {
+    packColumn(packed_, rows_, [&](std::size_t row) { return static_cast<std::int64_t>(column[row]); });
+  };
+  add(stored.id);
+  add(stored.seq);
+  packColumn(packed_, rows_, [&](std::size_t) { return static_cast<std::int64_t>(period_); });
+  packColumn(packed_, rows_, [&](std::size_t row) {
+    return packNumbers({redsOf(tickets.balls[row]), blueOf(tickets.balls[row])});
+  });
+  add(stored.mark);
+  add(stored.shrink);
+  add(stored.chosen);
+  add(stored.score);
+  add(stored.red_hits);
+  add(stored.blue_hits);
+}
+
+void BeforeRun::markBeforeShrink(const TicketSet& tickets) {
+  before_shrink_.clear();
+  std::size_t at = 0;
+  packColumn(before_shrink_, rows_, [&](std::size_t row) {
+    const bool stands = at < tickets.size() && tickets.origin[at] == row;
+    at += stands ? 1 : 0;
+    return std::int64_t{stands};
+  });
+}
+
+void BeforeRun::keep(Store& store, const std::string& set_name, const std::string& set_text) const {
+  beginStep(store);
+  writeStep(store, kUndo, {std::string(kRun), period_, packed_, before_shrink_});
+  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(kUndo)).run();
+  store
+      .query(R"(INSERT INTO "运行条件" ("方向","期号","方案","内容")
+                SELECT ?,"期号","方案","内容" FROM "运行条件" WHERE "方向"=?)")
+      .bind(static_cast<int>(kUndo), static_cast<int>(kNow))
+      .run();
+  store.query(R"(INSERT OR REPLACE INTO "运行条件" ("方向","期号","方案","内容") VALUES (?,?,?,?))")
+      .bind(static_cast<int>(kNow), period_, set_name, set_text)
+      .run();
+}
+
+std::optional<RunOrigin> loadRunOrigin(Store& store, PeriodNo period) {
+  const auto step = readStep(store, kUndo);
+  if (!step || step->action != kRun || step->period != period) return std::nullopt;
+  const auto rows = unpackRows(step->tickets);
+  if (!rows) return std::nullopt;
+  RunOrigin origin;
+  for (const TicketFields& row : *rows)
+    origin.tickets.push_back(packBalls(row.numbers.reds, row.numbers.blue));
+  std::string_view bits = step->before_shrink;
+  const auto stood = unpackColumn(bits, rows->size());
+  if (!stood) return std::nullopt;
+  for (const std::int64_t bit : *stood) origin.before_shrink.push_back(bit != 0);
+  return origin;
+}
+
+std::optional<RunSettings> loadRunSettings(Store& store, PeriodNo period) {
+  Query row = store.query(R"(SELECT "方案","内容" FROM "运行条件" WHERE "方向"=? AND "期号"=?)");
+  row.bind(static_cast<int>(kNow), period);
+  if (!row.next()) return std::nullopt;
+  return RunSettings{row.text(0), row.text(1)};
+}
+
+NextTicketSteps nextTicketSteps(Store& store) { return {readAction(store, kUndo), readAction(store, kRedo)}; }
+
+Outcome undoTickets(Store& store, Desk& desk) { return makeStep(store, desk, kUndo); }
+
+Outcome redoTickets(Store& store, Desk& desk) { return makeStep(store, desk, kRedo); }
+
+}  // namespace lotmere
