@@ -29,6 +29,9 @@
 //   shrink-all/N    all 17,721,088 tickets in memory, seconds a ticket against shrink-100k/N
 //   passes-all      every condition over all 17,721,088 tickets in memory, seconds for each ticket that a
 //                   pass looks at against the same over 99,008 tickets (/2: on two threads)
+//   generate-all    generateTickets for all 17,721,088 tickets, every condition on and N = 4, stored, against the
+//                   steps over all of them in memory on two threads and the shrink ticket by ticket; at most 1, and
+//                   1 s
 //   judge-all       how many of all conditions each of the 1,107,568 red sixes fails, against the passes over the same
 //                   sixes (/2: on two threads)
 //

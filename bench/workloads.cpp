@@ -11,6 +11,7 @@
 #include "conditions/condition_store.hpp"
 #include "floors.hpp"
 #include "history/draw_stats.hpp"
+#include "pipeline/generate.hpp"
 #include "pipeline/run.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/cover.hpp"
@@ -284,6 +285,39 @@ void passesAll(State& state, const Sizes& sizes, int threads) {
   }
 }
 
+// All tickets generated with every condition on and stored, against the same steps over all of them held singly
+// and the shrink ticket by ticket.
+void generateAll(State& state, const Sizes& sizes) {
+  constexpr int shared = 4;
+  World world;
+  Store& store = world.store();
+  world.addDraws(sizes.draws);
+  world.pick(sizes.reds, sizes.blues);
+  world.useAllConditions(makeTickets(selectionIn(store), kTarget));
+  world.setShrinkType(shared);
+  changeSettings(store, [](ConditionSet& set) { set.use(kSmartOptimisation, false); });
+  QuietDesk desk;
+  for (auto _ : state) {
+    std::vector<double> floor, subject;
+    std::size_t centres = 0;
+    TicketSet all;
+    for (int round = 0; round < 3; ++round) {
+      GenerateResult result;
+      subject.push_back(
+          seconds([&] { result = generateTickets(store, desk, kTarget, wholeGame(), Existing::replace); }));
+      all = makeTickets(wholeGame(), kTarget);
+      const PassTime passes = passTickets(world, all, 2);
+      floor.push_back(passes.time + seconds([&] { centres = countCentres(all, shared); }));
+      check(result.outcome == Outcome::done && countTickets(store, kTarget) == centres,
+            "generate-all leaves other tickets than the steps one by one");
+    }
+    report(state, median(subject), median(floor), median(subject) / median(floor),
+           static_cast<std::size_t>(kAllTickets));
+    state.counters["filtered"] = static_cast<double>(all.size());
+    state.counters["survivors"] = static_cast<double>(centres);
+  }
+}
+
 // Every failing condition counted for every red six, against the steps of a run over the same sixes, which
 // judge a six only until it fails.
 void judgeAll(State& state, int threads) {
@@ -349,6 +383,7 @@ void registerWorkloads(bool smoke) {
     add(fmt::format("shrink-all/{}", shared), [=](State& state) { shrinkAll(state, shared); });
   add("passes-all", [=](State& state) { passesAll(state, sizes, 1); });
   add("passes-all/2", [=](State& state) { passesAll(state, sizes, 2); });
+  add("generate-all", [=](State& state) { generateAll(state, sizes); });
   add("judge-all", [=](State& state) { judgeAll(state, 1); });
   add("judge-all/2", [=](State& state) { judgeAll(state, 2); });
 }

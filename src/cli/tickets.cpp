@@ -7,6 +7,7 @@
 #include "advice/funnel.hpp"
 #include "base/text.hpp"
 #include "cli/command.hpp"
+#include "cli/ticket_commands.hpp"
 #include "conditions/condition_store.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
@@ -22,55 +23,6 @@
 
 namespace lotmere {
 namespace {
-
-// A command that works on the tickets of one period.
-class PeriodCommand : public Command {
- public:
-  using Command::Command;
-
-  void addOptions(CLI::App& app) override {
-    app.add_option("PERIOD", period_, "期号，如 2007001")->required();
-  }
-
-  int run(Session& session) override {
-    const auto period = readPeriod(session.desk, period_);
-    return period ? runPeriod(session, *period) : kExitRefused;
-  }
-
- protected:
-  virtual int runPeriod(Session& session, PeriodNo period) = 0;
-
- private:
-  std::string period_;
-};
-
-// A text of the engine, its line ends those of a terminal.
-void printLines(std::ostream& out, std::string_view text) {
-  for (const char c : trim(text))
-    if (c != '\r') out << c;
-  out << '\n';
-}
-
-void printFunnel(std::ostream& out, const std::vector<FunnelRow>& rows) {
-  out << funnelHeading('\t') << '\n';
-  for (const FunnelRow& row : rows) out << funnelLine(row, '\t') << '\n';
-}
-
-// What a command does with the tickets that stand, said ahead of time.
-class ExistingOption {
- public:
-  void add(CLI::App& app) {
-    app.add_option("--existing", text_, "已有的号码：keep 保留，replace 删除（不写时要问）")
-        ->check(CLI::IsMember({"keep", "replace"}));
-  }
-  [[nodiscard]] Existing value() const {
-    if (text_.empty()) return Existing::ask;
-    return text_ == "keep" ? Existing::keep : Existing::replace;
-  }
-
- private:
-  std::string text_;
-};
 
 class InitCommand final : public PeriodCommand {
  public:
@@ -305,6 +257,7 @@ class ImportCommand final : public Command {
 void addTicketCommands(CommandList& list) {
   list.push_back(std::make_unique<InitCommand>());
   list.push_back(std::make_unique<RunCommand>());
+  addGenerateCommand(list);
   list.push_back(std::make_unique<FunnelCommand>());
   list.push_back(std::make_unique<ListCommand>());
   list.push_back(std::make_unique<ClearCommand>());

@@ -15,7 +15,7 @@ std::int64_t countFailing(std::span<const Balls> tickets, Balls same, const Test
       judged = looked_at;
       fails = !test(looked_at);
     }
-    failing += fails;
+    failing += fails ? ticketsOf(tickets[row]) : 0;
     if (counts != nullptr) counts[row] += fails;
   }
   return failing;

@@ -40,9 +40,7 @@ std::optional<TicketSet> readTickets(Store& store, Desk& desk, PeriodNo period) 
   if (countCharacters(text.text()) > kShortText) text.set({});
   text.appendLine(fmt::format("正读取数据[{}期]．．．", toFullWidth(period)));
   auto tickets = loadTickets(store, period, tellJob(job));
-  if (tickets)
-    text.appendLine(
-        fmt::format("过滤缩水之前共：{}注．", toFullWidth(static_cast<std::int64_t>(tickets->size()))));
+  if (tickets) text.appendLine(beforeLine(static_cast<std::int64_t>(tickets->size())));
   return tickets;
 }
 
@@ -108,9 +106,7 @@ RunResult runPipeline(Store& store, Desk& desk, PeriodNo period, WithFunnel with
     result.outcome = Outcome::stopped;
   writeBack(store, desk, work ? &*work : nullptr, period);
   if (result.outcome == Outcome::refused) return result;
-  desk.runningText().appendLine(fmt::format(
-      "{}：{} 注", result.outcome == Outcome::stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
-      toFullWidth(result.tickets)));
+  desk.runningText().appendLine(endLine(result.tickets, result.outcome == Outcome::stopped));
   return result;
 }
 

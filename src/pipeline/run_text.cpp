@@ -22,6 +22,15 @@ std::string setName(const FilterPlan& plan) {
 
 }  // namespace
 
+std::string beforeLine(std::int64_t tickets) {
+  return fmt::format("过滤缩水之前共：{}注．", toFullWidth(tickets));
+}
+
+std::string endLine(std::int64_t tickets, bool stopped) {
+  return fmt::format("{}：{} 注", stopped ? "用户中止,当前记录余" : "全部过滤缩水完成,余",
+                     toFullWidth(tickets));
+}
+
 StepLines linesOf(const FilterPlan& plan, std::size_t step) {
   const FilterStep& info = filterSteps()[step];
   switch (info.kind) {

@@ -8,6 +8,10 @@
 
 namespace lotmere {
 
+// How many tickets a run begins with, and how many it ends with.
+[[nodiscard]] std::string beforeLine(std::int64_t tickets);
+[[nodiscard]] std::string endLine(std::int64_t tickets, bool stopped);
+
 // The lines of a step in the running text: both stand on the same base, so that the second replaces the
 // first.
 struct StepLines {

@@ -19,9 +19,32 @@ constexpr std::size_t kWorthAThread = 1 << 17;  // tickets; fewer are walked fas
 // those that passed and, behind them, those not reached.
 struct Segment {
   std::size_t begin = 0;
-  std::size_t end = 0;     // behind the tickets that stand
-  std::size_t passed = 0;  // of the step under way: how many passed,
-  std::size_t row = 0;     // and the first ticket not reached
+  std::size_t end = 0;       // behind the entries that stand,
+  std::int64_t tickets = 0;  // and how many tickets these are
+  std::size_t passed = 0;    // of the step under way: how many passed,
+  std::size_t row = 0;       // and the first entry not reached
+};
+
+// Counts the tickets that entries stand for, in the time of one look where all stand for as many.
+class EntryCount {
+ public:
+  explicit EntryCount(std::span<const Balls> entries) {
+    for (const Balls entry : entries) {
+      if (entry >> 56 == entries.front() >> 56) continue;
+      each_ = 0;
+      return;
+    }
+    if (!entries.empty()) each_ = ticketsOf(entries.front());
+  }
+  [[nodiscard]] std::int64_t count(std::span<const Balls> entries) const {
+    if (each_ > 0) return each_ * static_cast<std::int64_t>(entries.size());
+    std::int64_t tickets = 0;
+    for (const Balls entry : entries) tickets += ticketsOf(entry);
+    return tickets;
+  }
+
+ private:
+  std::int64_t each_ = 1;  // 0 where they differ
 };
 
 // Keeps the tickets of a block that pass, moving them to `kept` and onward. `by_reds`: tickets with the same
@@ -63,17 +86,18 @@ class SharedCourse {
 class Walk {
  public:
   Walk(const FilterPlan& plan, TicketSet& tickets, Course& course, int threads)
-      : plan_(plan), tickets_(tickets), course_(course) {
+      : plan_(plan), tickets_(tickets), course_(course), counter_(tickets.balls) {
     const std::size_t most = std::max<std::size_t>(1, tickets.size() / kWorthAThread);
     const std::size_t parts = std::min(static_cast<std::size_t>(std::max(1, threads)), most);
     for (std::size_t k = 0; k < parts; ++k)
-      segments_.push_back({tickets.size() * k / parts, tickets.size() * (k + 1) / parts});
+      segments_.push_back(segmentOf(tickets.size() * k / parts, tickets.size() * (k + 1) / parts));
   }
 
+  // The tickets that stand.
   [[nodiscard]] std::int64_t size() const {
-    std::size_t size = 0;
-    for (const Segment& segment : segments_) size += segment.end - segment.begin;
-    return static_cast<std::int64_t>(size);
+    std::int64_t size = 0;
+    for (const Segment& segment : segments_) size += segment.tickets;
+    return size;
   }
 
   [[nodiscard]] bool isNumbered() const { return numbered_; }
@@ -136,21 +160,21 @@ class Walk {
   void close() {
     settle();
     std::fill(tickets_.mark.begin(), tickets_.mark.end(), std::int8_t{1});
-    std::vector<std::uint32_t> order(tickets_.size());
-    std::iota(order.begin(), order.end(), 0U);
-    if (!std::ranges::is_sorted(tickets_.seq))
-      std::ranges::stable_sort(order, {}, [&](std::uint32_t row) { return tickets_.seq[row]; });
-    for (std::size_t place = 0; place < order.size(); ++place)
-      tickets_.seq[order[place]] = static_cast<std::int32_t>(place + 1);
+    tickets_.renumber();
   }
 
  private:
+  [[nodiscard]] Segment segmentOf(std::size_t begin, std::size_t end) const {
+    return {begin, end, counter_.count(std::span(tickets_.balls).subspan(begin, end - begin))};
+  }
+
   // Takes every segment block by block: keep(part, row, end, kept) moves what stays of the rows up to `end` to
   // `kept` and onward. True when a stop cut it short.
   template <class Keep>
   bool walk(const Keep& keep) {
-    const std::int64_t rows = size();
-    CourseLeg leg(course_, rows, Course::Stop::possible);
+    std::size_t rows = 0;
+    for (const Segment& segment : segments_) rows += segment.end - segment.begin;
+    CourseLeg leg(course_, static_cast<std::int64_t>(rows), Course::Stop::possible);
     SharedCourse shared(leg);
     settled_ = false;
     const auto walk_part = [&](std::size_t part) {
@@ -176,7 +200,7 @@ class Walk {
       joinCutShort();
       return true;
     }
-    for (Segment& segment : segments_) segment.end = segment.begin + segment.passed;
+    for (Segment& segment : segments_) segment = segmentOf(segment.begin, segment.begin + segment.passed);
     return false;
   }
 
@@ -186,7 +210,7 @@ class Walk {
     for (std::size_t part = 1; part < segments_.size(); ++part)
       for (std::size_t row = segments_[part].begin; row < segments_[part].end; ++row, ++size)
         tickets_.moveRow(row, size);
-    segments_ = {{0, size}};
+    segments_ = {segmentOf(0, size)};
     tickets_.truncate(size);
   }
 
@@ -216,7 +240,7 @@ class Walk {
     }
     tickets_.truncate(size);
     tickets_.recallScores();
-    segments_ = {{0, size}};
+    segments_ = {segmentOf(0, size)};
     settled_ = true;
   }
 
@@ -228,6 +252,7 @@ class Walk {
   const FilterPlan& plan_;
   TicketSet& tickets_;
   Course& course_;
+  EntryCount counter_;
   std::vector<Segment> segments_;
   bool numbered_ = false;  // some step has run: every ticket has mark 1 and its place as its running number
   bool settled_ = false;   // and both stand in the set
@@ -268,6 +293,7 @@ Funnel judgeTogether(const FilterPlan& plan, Walk& walk, Course& course, StepWat
   else
     walk.close();
   funnel.left = walk.size();
+  funnel.by_place = walk.isNumbered();
   watcher.judgingEnds(funnel.left);
   return funnel;
 }
@@ -304,6 +330,7 @@ Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatc
   }
   walk.settle();
   funnel.left = walk.size();
+  funnel.by_place = walk.isNumbered();
   return funnel;
 }
 

@@ -31,6 +31,9 @@ struct Funnel {
   std::vector<StepResult> steps;
   std::int64_t left = 0;  // tickets that stand behind the last
   bool stopped = false;
+  // Whether the tickets are numbered by their places; else, as no step but the combinations looked at them, in
+  // the order of the numbers that they had.
+  bool by_place = false;
 };
 
 // Told of each step, on the thread that walks, between two steps.
@@ -55,7 +58,8 @@ class StepWatcher {
 // numbers from 1 on, in the order of the rows. A stop ends the step under way: tickets that it hadn't reached
 // stay as they stood, in front of it, and no further step runs. Behind the combinations, after a stop too,
 // every ticket has mark 1 and running numbers in the order of the old ones. `threads` walk parts of a large
-// set side by side; the outcome is the same.
+// set side by side; the outcome is the same. An entry may stand for several tickets (ticketsOf): the counts
+// are those of tickets, while marks and running numbers belong to entries.
 //
 // With a tolerance over the whole set one walk judges every ticket by all steps and removes what
 // FilterPlan::rejects; whatever stays, after a stop what wasn't reached too, has mark 1 and running numbers in

@@ -35,6 +35,22 @@ OverlapMarks::Times timesInTicket(const CodeList& list, Balls ticket) {
   return times;
 }
 
+int SixCover::take(Balls reds, std::uint32_t blues) {
+  const CodeList list = redCodes(reds);
+  if (reds_.any(list)) return 0;
+  const std::uint32_t open = blues & ~blues_.marked(list);
+  if (open == 0) return 0;
+  const int blue = std::countr_zero(open);
+  keep((reds & kRedBytes) | static_cast<Balls>(blue) << 48);
+  return blue;
+}
+
+void SixCover::keep(Balls ticket) {
+  const CodeList list = redCodes(ticket);
+  reds_.mark(list);
+  if (blueOf(ticket) != 0) blues_.mark(list, 1U << blueOf(ticket));
+}
+
 bool Cover::take(Balls ticket) {
   const CodeList list = allCodes(ticket);
   const bool covered =

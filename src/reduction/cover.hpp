@@ -42,4 +42,22 @@ class Cover {
   OverlapMarks marks_;
 };
 
+// The same for regular tickets that come with all blues of a six together: at most one of them becomes a
+// centre, as that one shares its six reds with the others.
+class SixCover {
+ public:
+  // `shared` is N, 2 to 6.
+  explicit SixCover(int shared) : reds_(kRedCount, shared), blues_(shared - 1) {}
+
+  // Takes the tickets of six reds with each of these blues (bit n for blue n), ascending. Gives the blue of the
+  // one that becomes a centre; 0 where earlier centres cover all.
+  int take(Balls reds, std::uint32_t blues);
+  // Makes a ticket of any kind a centre, covered or not.
+  void keep(Balls ticket);
+
+ private:
+  SubsetMarks reds_;  // subsets of N reds of a centre
+  BlueMarks blues_;   // of one red less, with the blues of their centres
+};
+
 }  // namespace lotmere

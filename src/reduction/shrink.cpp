@@ -85,27 +85,32 @@ std::int64_t keepFewer(Desk& desk, TicketSet& tickets, int type, int effort) {
 
 }  // namespace
 
+ShrinkLine::ShrinkLine(RunningText& text, int type)
+    : text_(text), base_(text.text()), caption_(shrinkCaption(type)) {}
+
+void ShrinkLine::begins() { text_.setLine(base_, fmt::format("[{}]缩水正在进行中．．．", caption_)); }
+
+void ShrinkLine::ends(std::int64_t tickets) {
+  text_.setLine(base_, fmt::format("[{}]缩水后余：{} 注", caption_, toFullWidth(tickets)));
+}
+
 std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type, bool smart, int effort) {
   // A value below the smallest type names none; taking it for a type would delete tickets that nobody asked
   // to delete.
   if (type < kSmallestShrink || type > kLargestShrink) type = kLargestShrink;
   optimiseSmart(store, desk, tickets, type, smart);
-  const std::string base = desk.runningText().text();
-  const auto tell = [&](const char* what, std::int64_t count) {
-    desk.runningText().setLine(base,
-                               fmt::format("[{}]{}{} 注", shrinkCaption(type), what, toFullWidth(count)));
-  };
+  ShrinkLine line(desk.runningText(), type);
   if (type == kLargestShrink) {
-    tell("缩水后余：", static_cast<std::int64_t>(tickets.size()));
+    line.ends(static_cast<std::int64_t>(tickets.size()));
     return 0;
   }
   std::int64_t centres = 0;
   if (tickets.size() > 0) {
-    desk.runningText().setLine(base, fmt::format("[{}]缩水正在进行中．．．", shrinkCaption(type)));
+    line.begins();
     centres = effort > 0 && !desk.course().stopRequested() ? keepFewer(desk, tickets, type, effort)
                                                            : keepCentres(desk, tickets, type);
   }
-  tell("缩水后余：", centres);
+  line.ends(centres);
   return centres;
 }
 

@@ -2,12 +2,27 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "base/desk.hpp"
 #include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
+
+// The line of a shrink in the running text, behind what stands there: "[保六型]缩水正在进行中．．．", and in its
+// place the result.
+class ShrinkLine {
+ public:
+  ShrinkLine(RunningText& text, int type);
+  void begins();
+  void ends(std::int64_t tickets);
+
+ private:
+  RunningText& text_;
+  std::string base_;
+  std::string caption_;
+};
 
 // Thins the tickets so that any two that stay share fewer than `type` of their seven numbers, blue included:
 // visited in the order of creation, a ticket stays (a centre, `缩水标记` = type, `序号` from 1) unless an

@@ -47,31 +47,51 @@ constexpr auto makeAllSubsets() {
 }
 constexpr auto kSubsets = makeAllSubsets();
 
-}  // namespace
-
-SubsetMarks::SubsetMarks(int numbers, int size) : size_(size), bits_((kChoose[numbers][size] + 63) / 64) {}
-
-// A subset's bit is its rank: the sum of C(code, place) over its ascending codes.
+// Calls visit(rank) for the subsets of a size of a list until it returns true. The rank of a subset is the sum
+// of C(code, place) over its ascending codes.
 template <class Visit>
-bool SubsetMarks::visitSubsets(const CodeList& list, Visit&& visit) const {
-  const Subsets& subsets = kSubsets[list.count][size_];
+bool visitSubsets(const CodeList& list, int size, Visit&& visit) {
+  const Subsets& subsets = kSubsets[list.count][size];
   for (int i = 0; i < subsets.count; ++i) {
     std::uint32_t rank = 0;
-    for (int k = 0; k < size_; ++k) rank += kChoose[list.codes[subsets.places[i][k]]][k + 1];
+    for (int k = 0; k < size; ++k) rank += kChoose[list.codes[subsets.places[i][k]]][k + 1];
     if (visit(rank)) return true;
   }
   return false;
 }
 
+}  // namespace
+
+SubsetMarks::SubsetMarks(int numbers, int size) : size_(size), bits_((kChoose[numbers][size] + 63) / 64) {}
+
 void SubsetMarks::mark(const CodeList& list) {
-  visitSubsets(list, [this](std::uint32_t rank) {
+  visitSubsets(list, size_, [this](std::uint32_t rank) {
     bits_[rank / 64] |= std::uint64_t{1} << rank % 64;
     return false;
   });
 }
 
 bool SubsetMarks::any(const CodeList& list) const {
-  return visitSubsets(list, [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
+  return visitSubsets(list, size_,
+                      [this](std::uint32_t rank) { return (bits_[rank / 64] >> rank % 64 & 1) != 0; });
+}
+
+BlueMarks::BlueMarks(int size) : size_(size), blues_(kChoose[kRedCount][size]) {}
+
+void BlueMarks::mark(const CodeList& list, std::uint32_t blues) {
+  visitSubsets(list, size_, [&](std::uint32_t rank) {
+    blues_[rank] |= blues;
+    return false;
+  });
+}
+
+std::uint32_t BlueMarks::marked(const CodeList& list) const {
+  std::uint32_t blues = 0;
+  visitSubsets(list, size_, [&](std::uint32_t rank) {
+    blues |= blues_[rank];
+    return false;
+  });
+  return blues;
 }
 
 OverlapMarks::OverlapMarks(int numbers, int shared, Repeats repeats) : shared_(shared) {

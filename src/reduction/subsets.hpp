@@ -30,11 +30,24 @@ class SubsetMarks {
   [[nodiscard]] bool any(const CodeList& list) const;
 
  private:
-  template <class Visit>
-  bool visitSubsets(const CodeList& list, Visit&& visit) const;
-
   int size_;
   std::vector<std::uint64_t> bits_;
+};
+
+// The same over the reds with a set of blues for each subset, a bit n for each blue n.
+class BlueMarks {
+ public:
+  // Subsets of `size` (1 to 6) reds.
+  explicit BlueMarks(int size);
+
+  // Adds the blues to every subset of a list of reds; a list shorter than the size has none.
+  void mark(const CodeList& list, std::uint32_t blues);
+  // All blues that the subsets of the list have together.
+  [[nodiscard]] std::uint32_t marked(const CodeList& list) const;
+
+ private:
+  int size_;
+  std::vector<std::uint32_t> blues_;
 };
 
 // Which lists of numbers have been marked, asked by how many numbers another list shares with one of them. A

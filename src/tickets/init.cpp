@@ -13,14 +13,6 @@ namespace {
 
 constexpr std::int64_t kBlock = 512;  // rows between two looks at the desk, some milliseconds of inserts
 
-// What becomes of the rows that the period has already; nothing when the user cancels.
-std::optional<Existing> settleExisting(Desk& desk, std::int64_t rows, Existing existing) {
-  if (rows == 0 || existing != Existing::ask) return existing;
-  constexpr std::string_view buttons[] = {"删除", "保留", "取消"};
-  constexpr std::optional<Existing> meanings[] = {Existing::replace, Existing::keep, std::nullopt};
-  return meanings[desk.choose("该期数已有记录存在日志表中!要删除它吗？", buttons, 2, "信息提示")];
-}
-
 // Writes the tickets one behind the other; `done` gets the rows written so far and answers whether to stop.
 template <class Done>
 std::int64_t writeTickets(Store& store, const NumberSelection& selection, PeriodNo period, std::int64_t id,
@@ -48,23 +40,33 @@ std::int64_t writeTickets(Store& store, const NumberSelection& selection, Period
 
 }  // namespace
 
+std::optional<Existing> settleExisting(Store& store, Desk& desk, PeriodNo period, Existing existing) {
+  if (existing != Existing::ask || countTickets(store, period) == 0) return existing;
+  constexpr std::string_view buttons[] = {"删除", "保留", "取消"};
+  constexpr std::optional<Existing> meanings[] = {Existing::replace, Existing::keep, std::nullopt};
+  return meanings[desk.choose("该期数已有记录存在日志表中!要删除它吗？", buttons, 2, "信息提示")];
+}
+
+std::int64_t makeRoom(Store& store, PeriodNo period, Existing settled) {
+  store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
+  const std::int64_t last_id = store.value(R"(SELECT max("ID") FROM "日志表")");
+  if (settled != Existing::keep) store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
+  return last_id;
+}
+
 InitResult initTickets(Store& store, Desk& desk, PeriodNo period, Existing existing) {
   InitResult result;
   if (period < 1) return result;
   const NumberSelection selection = selectionOf(loadConditionSet(store));
   if (!checkSelection(selection, desk, Tell::yes)) return result;
-  const auto old_rows = static_cast<std::int64_t>(countTickets(store, period));
-  const auto settled = settleExisting(desk, old_rows, existing);
+  const auto settled = settleExisting(store, desk, period, existing);
   if (!settled) return result;
 
   const StopScope stop(desk.course());
   StoreChange change(store);
   keepTickets(store, TicketAction::init);
-  store.query(R"(DELETE FROM "日志表" WHERE "期号"<>?)").bind(period).run();
-  // Read before this period's own rows may go: new IDs go on behind rows that are deleted here.
-  const std::int64_t last_id = store.value(R"(SELECT max("ID") FROM "日志表")");
-  const std::int64_t kept = *settled == Existing::keep ? old_rows : 0;
-  if (kept == 0) store.query(R"(DELETE FROM "日志表" WHERE "期号"=?)").bind(period).run();
+  const std::int64_t last_id = makeRoom(store, period, *settled);
+  const auto kept = static_cast<std::int64_t>(countTickets(store, period));
   {
     CourseLeg job(desk.course(), countCombos(selection).tickets, Course::Stop::possible);
     result.rows = kept + writeTickets(store, selection, period, last_id,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "base/desk.hpp"
 #include "base/outcome.hpp"
@@ -22,6 +23,15 @@ struct InitResult {
   Outcome outcome = Outcome::refused;
   std::int64_t rows = 0;  // rows of the period at the end
 };
+
+// What becomes of the tickets that the period has already: what `existing` says, and where it says nothing and
+// there are some, what the user answers. Nothing when they cancel.
+[[nodiscard]] std::optional<Existing> settleExisting(Store& store, Desk& desk, PeriodNo period,
+                                                     Existing existing);
+
+// Removes the tickets of other periods, and those of the period unless they are kept. Gives the highest ID that
+// the period had: those of new tickets go on behind it, behind rows removed here too. For use inside a change.
+std::int64_t makeRoom(Store& store, PeriodNo period, Existing settled);
 
 // Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other
 // periods are removed. Rows of the same period are asked about before anything is changed, unless `existing`

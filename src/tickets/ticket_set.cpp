@@ -1,5 +1,8 @@
 #include "tickets/ticket_set.hpp"
 
+#include <algorithm>
+#include <numeric>
+
 namespace lotmere {
 namespace {
 
@@ -34,9 +37,19 @@ void TicketSet::truncate(std::size_t rows) {
   score.resize(rows);
 }
 
+void TicketSet::renumber() {
+  std::vector<std::uint32_t> order(size());
+  std::iota(order.begin(), order.end(), 0U);
+  if (!std::ranges::is_sorted(seq))
+    std::ranges::stable_sort(order, {}, [&](std::uint32_t row) { return seq[row]; });
+  for (std::size_t place = 0; place < order.size(); ++place)
+    seq[order[place]] = static_cast<std::int32_t>(place + 1);
+}
+
 void TicketSet::recallScores() {
   if (!stored.scored) return;
-  for (std::size_t row = 0; row < size(); ++row) score[row] = stored.score[origin[row]];
+  for (std::size_t row = 0; row < size(); ++row)
+    if (origin[row] < stored.score.size()) score[row] = stored.score[origin[row]];
 }
 
 std::size_t countTickets(Store& store, PeriodNo period) {

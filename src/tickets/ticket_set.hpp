@@ -13,7 +13,8 @@
 namespace lotmere {
 
 // A ticket's numbers in one word: byte 0 to 5 the reds as they stand, byte 6 the blue. A number outside its
-// range is held as 0.
+// range is held as 0. Byte 7 is 0 but where one word stands for several tickets that fare alike in every
+// step: then it holds how many others there are.
 using Balls = std::uint64_t;
 
 inline constexpr Balls kRedBytes = 0x0000'FFFF'FFFF'FFFF;
@@ -30,6 +31,10 @@ inline constexpr Balls kRedBytes = 0x0000'FFFF'FFFF'FFFF;
   return reds;
 }
 [[nodiscard]] constexpr int blueOf(Balls balls) { return static_cast<int>(balls >> 48 & 0xFF); }
+// How many tickets the word stands for.
+[[nodiscard]] constexpr std::int64_t ticketsOf(Balls balls) {
+  return 1 + static_cast<std::int64_t>(balls >> 56);
+}
 // Bit n for each red n.
 [[nodiscard]] constexpr std::uint64_t redMask(Balls balls) {
   std::uint64_t mask = 0;
@@ -63,7 +68,7 @@ struct TicketSet {
 
   [[nodiscard]] std::size_t size() const { return balls.size(); }
   void reserve(std::size_t rows);
-  // Adds a ticket that no stored row stands for, marks 0 and the next running number.
+  // Adds a ticket that no stored row stands for, behind those that were read; marks 0, the next running number.
   void add(Balls numbers);
   // Moves a ticket's entries to an earlier place.
   void moveRow(std::size_t from, std::size_t to) {
@@ -76,6 +81,8 @@ struct TicketSet {
   }
   // Keeps the first `rows` tickets.
   void truncate(std::size_t rows);
+  // Numbers the tickets from 1 on, in the order of the numbers that they have.
+  void renumber();
   // Sets the scores to those of the stored rows again, for a caller that moved tickets without them.
   void recallScores();
 };
@@ -93,5 +100,10 @@ using RowsDone = std::function<bool(std::size_t)>;
 // Writes back what differs from the stored rows, in one change: removed tickets are deleted, marks, running
 // numbers and scores updated. A crash leaves the table before or after. `done` is served but can't stop it.
 void saveTickets(Store& store, const TicketSet& tickets, const RowsDone& done);
+
+// Writes the tickets from a place on as new rows with the IDs behind `last_id`, for use inside a change. `done`
+// is served but can't stop it.
+void insertTickets(Store& store, const TicketSet& tickets, std::size_t from, std::int64_t last_id,
+                   const RowsDone& done);
 
 }  // namespace lotmere

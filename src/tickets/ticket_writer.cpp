@@ -1,4 +1,4 @@
-// Writing a ticket set back. Two statements do it, a DELETE and an UPDATE over the rows of the period, which
+// Writing a ticket set down. For rows that stand there already two statements do it, a DELETE and an UPDATE over the rows of the period, which
 // ask the set about each row through an SQL function.
 #include <algorithm>
 
@@ -89,6 +89,21 @@ void saveTickets(Store& store, const TicketSet& tickets, const RowsDone& done) {
                   WHERE "期号"=? AND lotmere_ticket(1,"ID"))",
                tickets.period);
   change.commit();
+}
+
+void insertTickets(Store& store, const TicketSet& tickets, std::size_t from, std::int64_t last_id,
+                   const RowsDone& done) {
+  Query insert = store.query(
+      R"(INSERT INTO "日志表" ("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+         "过滤标记","缩水标记","临时数据")
+         VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?))");
+  for (std::size_t row = from; row < tickets.size(); ++row) {
+    if (row % kBlock == 0) done(row);
+    const auto& [r1, r2, r3, r4, r5, r6] = redsOf(tickets.balls[row]);
+    insert.bind(++last_id, tickets.seq[row], tickets.period, r1, r2, r3, r4, r5, r6,
+                blueOf(tickets.balls[row]), tickets.mark[row], tickets.shrink[row], tickets.score[row]);
+    insert.run();
+  }
 }
 
 }  // namespace lotmere

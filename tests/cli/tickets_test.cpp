@@ -77,6 +77,40 @@ TEST_F(TicketCommands, TheFunnelIsWhatTheRunTakesAway) {
   EXPECT_TRUE(told.ends_with(" 注\n" + ahead.out)) << told;
 }
 
+// What init and run would leave; with other reds and blues than those picked; and nothing where it is too much.
+TEST_F(TicketCommands, GeneratesInOneGo) {
+  const Arguments generate{"tickets", "generate", "2024007"};
+  const auto with = [&](const Arguments& more) {
+    Arguments all = generate;
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+  };
+  home_.expectRefused({{"tickets of the period", 1, generate},
+                       {"a blue beyond the game", 1, with({"--existing", "keep", "--blues", "1,17"})},
+                       {"no blue", 1, with({"--existing", "keep", "--blues", ""})}});
+  home_.doStep({"conditions", "use", "总和值", "off"});
+  home_.doStep({"conditions", "use", "大数个数", "off"});
+  home_.doStep({"tickets", "init", "2024007", "--existing", "keep"});
+  const std::string run = home_.run({"tickets", "run", "2024007"}).out;
+  const std::string list = home_.run({"tickets", "list"}).out;
+  home_.doStep({"tickets", "import", file("two.txt"), "--format", "1", "--existing", "replace"});
+  const Reply made = home_.run(with({"--existing", "keep"}));
+  EXPECT_EQ(home_.run({"tickets", "list"}).out, list);
+  EXPECT_EQ(made.out, run.substr(run.find("过滤缩水之前共")));
+
+  const Reply too_many = home_.run(with({"--existing", "keep", "--all-reds", "--blues", "1-16"}));
+  EXPECT_EQ(too_many.status, 1);
+  EXPECT_TRUE(too_many.err.starts_with("过滤缩水后还有 ")) << too_many.err;
+  EXPECT_TRUE(too_many.out.starts_with("条件\t之前\t之后\t去掉％\t单独去掉\n奇数个数\t177210"))
+      << too_many.out;
+  EXPECT_EQ(home_.run({"tickets", "list"}).out, list);
+  home_.doStep({"conditions", "shrink", "3"});
+  home_.doStep(with({"--existing", "replace", "--all-reds", "--blues", "4,9"}));
+  const std::string ten = home_.run({"tickets", "list"}).out;
+  EXPECT_TRUE(ten.find("+04\n") != ten.npos && ten.find("+09\n") != ten.npos &&
+              ten.find("+01\n") == ten.npos);
+}
+
 TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
   home_.doStep({"tickets", "export", file("out.txt"), "--columns", "期号, 序号"});
   EXPECT_EQ(readFile(file("out.txt")), "1       2024007\r\n");
