@@ -236,7 +236,7 @@ void WeightedSearch::improve(SearchRun& run, std::int64_t until, std::int64_t en
     }
     do {
       const std::uint32_t column = cheapestLoss(added);
-      if (column == kNone) return;
+      if (column == kNone) break;
       removeColumn(column);
     } while (cost_ >= best_cost_);
     do {
@@ -246,7 +246,7 @@ void WeightedSearch::improve(SearchRun& run, std::int64_t until, std::int64_t en
       added = column;
       raiseWeights();
     } while (!open_.empty() && cost_ < best_cost_ - 1);
-    run.spend((is_dense_ ? work_ * 2 / 3 : work_) + static_cast<std::int64_t>(kept_.size()));
+    run.spend((is_dense_ ? work_ * 2 / 3 : work_) + static_cast<std::int64_t>(kept_.size()) + 1);
     work_ = 0;
   }
 }

@@ -173,6 +173,18 @@ TEST(CoverSearch, ReachesSizesThatAreKnown) {
   }
 }
 
+// The smallest sets: a few orbits, one of which may cover everything and still cost more than a lower bound.
+TEST(CoverSearch, EndsOverTheSmallestFullSets) {
+  FreeCourse course;
+  for (int reds = 6; reds <= 8; ++reds)
+    for (int blues = 1; blues <= 4; ++blues)
+      for (int shared = 3; shared <= 6; ++shared) {
+        SCOPED_TRACE(testing::Message() << reds << " reds, " << blues << " blues, N " << shared);
+        const Tickets tickets = expand(reds, blues);
+        expectCover(tickets, searchCover(tickets, shared, 1, course).kept, shared);
+      }
+}
+
 TEST(CoverSearch, AStopKeepsACompleteCoverThatNeverGrowsWithTime) {
   const Tickets tickets = expand(13, 2);
   std::size_t before = plainCover(tickets, 6).size() + 1;
