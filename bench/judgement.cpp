@@ -1,4 +1,4 @@
-// smart-100k, match-100k, fewer-88k and backtest-3500: tickets and draws judged in memory against the rule done
+// smart-100k, match-100k, fewer-88k, guarantee-88k and backtest-3500: tickets and draws judged in memory against the rule done
 // literally.
 #include <fmt/format.h>
 
@@ -6,12 +6,14 @@
 #include <numeric>
 
 #include "advice/backtest.hpp"
+#include "advice/guarantee.hpp"
 #include "conditions/condition_store.hpp"
 #include "floors.hpp"
 #include "pipeline/thin.hpp"
 #include "reduction/cover_search.hpp"
 #include "reduction/smart.hpp"
 #include "store/periods.hpp"
+#include "tickets/prize_check.hpp"
 #include "tickets/selection.hpp"
 #include "workloads.hpp"
 #include "world.hpp"
@@ -174,6 +176,40 @@ void fewer88k(State& state, const Sizes& sizes, int shared) {
   }
 }
 
+// The tickets of the filtered set taken in turn as the draw, those of the plain shrink checked against it; the
+// floor does a twentieth of that ticket by ticket.
+void guarantee88k(State& state, const Sizes& sizes, int threads) {
+  constexpr std::size_t part = 20;
+  const TicketSet tickets = filteredTickets(sizes);
+  std::vector<Balls> held, few;
+  for (const std::uint32_t place : plainCover(tickets.balls, 6)) held.push_back(tickets.balls[place]);
+  for (std::size_t row = 0; row < tickets.size(); row += part) few.push_back(tickets.balls[row]);
+  FreeCourse course;
+  for (auto _ : state) {
+    std::vector<double> floor, subject;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      std::array<std::int64_t, kPrizeTiers + 1> best{};
+      floor.push_back(seconds([&] {
+        for (const Balls draw : few) {
+          std::size_t most = 7;
+          for (const Balls ticket : held) {
+            const auto tier = static_cast<std::size_t>(prizeTier(countHits(ticket, draw)));
+            if (tier > 0) most = std::min(most, tier);
+          }
+          ++best.at(most % 7);
+        }
+      }));
+      check(checkGuarantee(few, held, course)->best == best,
+            "guarantee-88k finds other prizes than the check ticket by ticket");
+      subject.push_back(seconds(
+          [&] { check(checkGuarantee(tickets.balls, held, course, threads).has_value(), "stopped"); }));
+    }
+    const double whole = static_cast<double>(part) * median(floor);
+    report(state, median(subject), whole, whole / median(subject), tickets.size());
+    state.counters["held"] = static_cast<double>(held.size());
+  }
+}
+
 // Every draw judged by every condition, against a plan made anew for each tenth of them; and the shares at the
 // newest 100.
 void backtest3500(State& state, const Sizes& sizes) {
@@ -215,6 +251,8 @@ void registerJudgementWorkloads(const Sizes& sizes) {
   constexpr int few_draws = 150;  // four hits of six are so common that all draws would leave nothing
   for (int shared = kRedsPerTicket; shared >= kSmallestShrink; --shared)
     add(fmt::format("fewer-88k/{}", shared), [=](State& state) { fewer88k(state, sizes, shared); });
+  add("guarantee-88k", [=](State& state) { guarantee88k(state, sizes, 1); });
+  add("guarantee-88k/2", [=](State& state) { guarantee88k(state, sizes, 2); });
   add("backtest-3500", [=](State& state) { backtest3500(state, sizes); });
   add("smart-100k", [=](State& state) { smart100k(state, sizes); });
   for (const auto& [match, draws] :

@@ -13,6 +13,8 @@
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
 //   fewer-88k/N     searchCover with the factory effort over 88,008 filtered tickets against the literal rule at
 //                   N = 6 over the same tickets; at most 20, and fewer tickets than the plain shrink leaves
+//   guarantee-88k   each of 88,008 tickets as the draw, the 5,148 of their plain shrink checked against it: ticket by
+//                   ticket against checkGuarantee; at least 20, and 2 s (/2: on two threads)
 //   shrink-repeats  the same for 20,000 imported tickets that each repeat a red; at least 20
 //   stats-3500      66 counting selects a row against computeDrawStatistics over 3,500 draws; at least 20
 //   smart-100k      the literal comparison of 463 differences a ticket against optimiseSmart; at least 15

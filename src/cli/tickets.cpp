@@ -127,6 +127,7 @@ class CheckCommand final : public PeriodCommand {
     const CheckResult result = checkPrizes(session.store, session.desk, period);
     if (result.outcome == Outcome::refused) return refuse(session.desk, result.refusal);
     printLines(session.out, tallyText(result));
+    session.out << '\n' << moneyText(result) << '\n';
     return kExitDone;
   }
 };

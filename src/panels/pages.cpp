@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "base/text.hpp"
+#include "game/prizes.hpp"
 #include "panels/sheet.hpp"
 
 namespace lotmere {
@@ -85,7 +88,22 @@ ShrinkPage shrinkPage(const ConditionSet& set) {
   page.efforts = chosenOption(set, kEffortCell, kLeastEffort, kMostEffort,
                               [](int effort) { return fmt::format("力度 {}", toFullWidth(effort)); });
   page.hint = "提示，这里的保Ｎ型是对整注号码（包含蓝球号码）进行缩水的。";
+  page.promise = promiseText(set.cells.value(kShrinkTypeCell));
   return page;
+}
+
+std::string promiseText(int type) {
+  if (shrinkCaption(type).empty()) return {};
+  const std::string wide = toFullWidth(type);
+  if (type == kLargestShrink)
+    return fmt::format("{}：不缩水。开奖号码在这些号码之中时，就有一注中一等奖。", shrinkCaption(type));
+  const int least = leastPrize(type);
+  const std::string text =
+      fmt::format("{}：开奖号码在缩水前的号码之中时，余下的号码里至少有一注与它有 {} 个号码相同",
+                  shrinkCaption(type), wide);
+  if (least == 0) return fmt::format("{}，但不保证中奖：{} 个红球而没有蓝球不中奖。", text, wide);
+  return fmt::format("{}，至少中{}等奖。", text,
+                     std::array{"一", "二", "三", "四", "五", "六"}.at(least - 1));
 }
 
 }  // namespace lotmere

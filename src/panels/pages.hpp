@@ -56,7 +56,11 @@ struct ShrinkPage {
   std::string fewer_caption;
   std::vector<PanelItem> efforts;
   std::string_view hint;
+  std::string promise;  // what the chosen type promises
 };
 [[nodiscard]] ShrinkPage shrinkPage(const ConditionSet& set);
+// What a shrink type promises, in a sentence: the prize that N shared numbers win in the worst case. Empty for a
+// number that names no type.
+[[nodiscard]] std::string promiseText(int type);
 
 }  // namespace lotmere

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "base/text.hpp"
 #include "store/periods.hpp"
@@ -60,26 +61,18 @@ Hits countHits(Balls ticket, Balls draw) {
   return hits;
 }
 
-int prizeTier(const Hits& hits) {
-  switch (hits.reds + hits.blue) {
-    case 7:
-      return 1;
-    case 6:
-      return hits.blue == 0 ? 2 : 3;
-    case 5:
-      return 4;
-    case 4:
-      return 5;
-    default:
-      return hits.blue == 1 ? 6 : 0;
-  }
-}
-
 std::string tallyText(const CheckResult& result) {
   std::string text = fmt::format("开奖核对结果如下——{0}{0}", kLineBreak);
   for (std::size_t tier = 0; tier < kPrizeTiers; ++tier)
     text += fmt::format("{0}{1} 注{2}{2}", kLabels.at(tier), toFullWidth(result.tally.at(tier)), kLineBreak);
   return text;
+}
+
+std::string moneyText(const CheckResult& result) {
+  return fmt::format(
+      "共 {} 注，成本 {} 元；三等奖至六等奖的奖金共 {} 元，一、二等奖的奖金浮动，没有计算在内。",
+      toFullWidth(result.tickets), toFullWidth(result.tickets * kTicketPrice),
+      toFullWidth(fixedWinnings(result.tally)));
 }
 
 CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period) {
@@ -90,6 +83,7 @@ CheckResult checkPrizes(Store& store, Desk& desk, PeriodNo period) {
     result.refusal = refusalText(period);
     return result;
   }
+  result.tickets = static_cast<std::int64_t>(tickets);
   const Balls numbers = packBalls(draw->numbers.reds, draw->numbers.blue);
   StoreChange change(store);
   {

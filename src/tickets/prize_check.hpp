@@ -1,43 +1,33 @@
 // The prize check: the tickets of a period held against its draw, tier by tier.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "base/desk.hpp"
 #include "base/outcome.hpp"
 #include "game/game.hpp"
+#include "game/prizes.hpp"
 #include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
 
 namespace lotmere {
 
-inline constexpr std::size_t kPrizeTiers = 6;
-
-// What a ticket has in common with a draw: 0 to 6 reds, the blue or not. A red that stands twice on an
-// imported ticket counts twice.
-struct Hits {
-  int reds = 0;
-  int blue = 0;
-
-  friend bool operator==(const Hits&, const Hits&) = default;
-};
 [[nodiscard]] Hits countHits(Balls ticket, Balls draw);
-
-// The prize, 1 to 6; 0 where there is none. Six reds alone are the second, five reds with the blue the third.
-[[nodiscard]] int prizeTier(const Hits& hits);
 
 struct CheckResult {
   Outcome outcome = Outcome::refused;
-  std::string refusal;                            // why nothing was checked
-  std::array<std::int64_t, kPrizeTiers> tally{};  // tickets by tier, the first prize first
-  int max_hit = 0;                                // the most reds and blue together on any ticket
+  std::string refusal;       // why nothing was checked
+  std::int64_t tickets = 0;  // that were checked
+  PrizeTally tally{};
+  int max_hit = 0;  // the most reds and blue together on any ticket
 };
 
 // "开奖核对结果如下——" and a line a tier, each followed by an empty line.
 [[nodiscard]] std::string tallyText(const CheckResult& result);
+
+// What the tickets cost and what the fixed prizes pay, in one line.
+[[nodiscard]] std::string moneyText(const CheckResult& result);
 
 // Writes `红球中` and `蓝球中` of every ticket of the period, whatever its marks, in one change, and appends
 // the tally to the running text. Refuses when the draw isn't stored or the period has no tickets: no row

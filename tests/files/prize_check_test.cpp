@@ -49,6 +49,7 @@ TEST_F(PrizeCheck, WritesAndTalliesTheHitsOfEveryTicketOfThePeriod) {
   }
   EXPECT_EQ(result.tally, tally);
   EXPECT_GT(*std::min_element(tally.begin(), tally.end()), 0);
+  EXPECT_EQ(result.tickets, 19'999);
   EXPECT_EQ(result.max_hit, 7);
   EXPECT_EQ(desk_.told.at(0).text, "开奖核对完成,结果请查看右边的操作提示！");
   EXPECT_GE(served, 18);
@@ -77,6 +78,15 @@ TEST_F(PrizeCheck, SaysWhatItFound) {
   putDraw(store_, kPeriod, "2007-01-02", {{5, 6, 7, 9, 10, 11}, 16});
   EXPECT_EQ(checkCommand(store_, desk_, kPeriod).max_hit, 0);
   EXPECT_EQ(desk_.told.size(), 4u) << "without a single hit no message says the end";
+}
+
+TEST_F(PrizeCheck, TellsCostAndFixedWinnings) {
+  CheckResult result;
+  result.tickets = 50;
+  result.tally = {1, 1, 0, 1, 2, 3};
+  EXPECT_EQ(
+      moneyText(result),
+      "共 ５０ 注，成本 １００ 元；三等奖至六等奖的奖金共 ２３５ 元，一、二等奖的奖金浮动，没有计算在内。");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "base/text.hpp"
 #include "game/game.hpp"
 #include "game/metrics.hpp"
+#include "game/prizes.hpp"
 
 namespace lotmere {
 namespace {
@@ -53,6 +54,20 @@ TEST(Dates, DrawDaysAreSundayTuesdayAndThursday) {
 }
 
 int root(int n) { return n > 9 ? root(n / 10 + n % 10) : n; }
+
+// However a ticket comes to share so many numbers or more, it wins at least this.
+TEST(Prizes, SharedNumbersPromiseTheWorstOfTheirPrizes) {
+  for (int shared = 0; shared <= 7; ++shared) {
+    int worst = 1;
+    for (const int blue : {0, 1})
+      for (int reds = std::max(0, shared - blue); reds <= kRedsPerTicket; ++reds) {
+        const int tier = prizeTier({reds, blue});
+        worst = worst == 0 || tier == 0 ? 0 : std::max(worst, tier);
+      }
+    EXPECT_EQ(leastPrize(shared), worst) << shared;
+  }
+  EXPECT_EQ(fixedWinnings({7, 9, 2, 1, 3, 4}), 2 * 3000 + 200 + 3 * 10 + 4 * 5);
+}
 
 TEST(Metrics, AgreeWithTheLiteralRulesOnAnySixNumbers) {
   std::mt19937 random(20240102);

@@ -162,7 +162,17 @@ TEST_F(Panels, OptionsAndPlacesShowWhatIsStored) {
   set_.cells.set(kShrinkTypeCell, 4);
   set_.use(kSmartOptimisation, true);
   set_.cells.set(kFewerCell, 1);
+  const std::pair<int, const char*> promises[] = {
+      {2, ""},
+      {3, "相同，但不保证中奖：３ 个红球而没有蓝球不中奖。"},
+      {4, "至少有一注与它有 ４ 个号码相同，至少中五等奖。"},
+      {5, "至少中四等奖。"},
+      {6, "至少中三等奖。"},
+      {7, "保七型：不缩水。开奖号码在这些号码之中时，就有一注中一等奖。"}};
+  for (const auto& [type, text] : promises)
+    EXPECT_TRUE(promiseText(type).ends_with(text)) << promiseText(type);
   const ShrinkPage shrink = shrinkPage(set_);
+  EXPECT_TRUE(shrink.promise.starts_with("保四型：")) << shrink.promise;
   EXPECT_TRUE(shrink.fewer && shrink.efforts.size() == 9);
   EXPECT_EQ(shrink.efforts[2], (PanelItem{"力度 ３", 3, true}));
   EXPECT_EQ(shrink.types[1], (PanelItem{"保四型", 4, true}));

@@ -78,7 +78,7 @@ void ShrinkPageView::load() {
     effort_->addItem(shown(item.text), item.k);
     if (item.selected) effort_->setCurrentIndex(effort_->count() - 1);
   }
-  hint_->setText(shown(page.hint));
+  hint_->setText(shown(page.hint) + QStringLiteral("\n\n") + shown(page.promise));
 }
 
 }  // namespace lotmere::ui
