@@ -7,6 +7,7 @@
 //                   write-back of the same changes; at most 2
 //   run-100k-walk   walking and updating the rows one by one in the store for each pass, against
 //                   runPipeline; at least 50
+//   undo-100k       the tickets packed and kept in front of a run against the run; at most 0.1
 //   live-100k       LiveCount over the tickets it holds, every condition on, against one plain read of the rows: a
 //                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
 //                   (/shrink: with the smart optimisation and the shrink at 6)

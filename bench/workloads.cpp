@@ -9,6 +9,7 @@
 #include "advice/judge.hpp"
 #include "advice/live_count.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/set_text.hpp"
 #include "floors.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/generate.hpp"
@@ -17,6 +18,7 @@
 #include "reduction/cover.hpp"
 #include "store/periods.hpp"
 #include "tickets/init.hpp"
+#include "tickets/ticket_steps.hpp"
 #include "workload.hpp"
 #include "world.hpp"
 
@@ -87,6 +89,45 @@ void run100k(State& state, const Sizes& sizes) {
     }
     report(state, subject, floor, subject / floor, tickets);
     state.counters["survivors"] = static_cast<double>(survivors);
+  }
+}
+
+// What the way back costs a run: the tickets packed and kept, against the run itself. `keep_ms` is the same in
+// front of an action that reads no tickets, `undo_ms` the way back.
+void undo100k(State& state, const Sizes& sizes) {
+  World world;
+  setUp(world, sizes);
+  Store& store = world.store();
+  QuietDesk desk;
+  for (auto _ : state) {
+    std::vector<double> step, run, keep, undo;
+    std::int64_t bytes = 0;
+    std::size_t count = 0;
+    for (int round = 0; round < sizes.rounds; ++round) {
+      initTickets(store, desk, kTarget);
+      const TicketSet tickets = loadTickets(store, kTarget, [](std::size_t) { return false; }).value();
+      count = tickets.size();
+      step.push_back(seconds([&] {
+        StoreChange change(store);
+        BeforeRun before(store, tickets);
+        before.markBeforeShrink(tickets);
+        before.keep(store, "", setText(loadConditionSet(store), WithPicks::no));
+        change.commit();
+      }));
+      bytes = store.value(R"(SELECT sum(length("号码")+length("缩水前")) FROM "号码步骤")");
+      keep.push_back(seconds([&] {
+        StoreChange change(store);
+        keepTickets(store, TicketAction::removal);
+        change.commit();
+      }));
+      run.push_back(seconds([&] { runPipeline(store, desk, kTarget); }));
+      undo.push_back(seconds([&] { undoTickets(store, desk); }));
+      check(countTickets(store, kTarget) == count, "undo-100k brought other tickets back");
+    }
+    report(state, median(step), median(run), median(step) / median(run), count);
+    state.counters["keep_ms"] = 1e3 * median(keep);
+    state.counters["undo_ms"] = 1e3 * median(undo);
+    state.counters["bytes"] = static_cast<double>(bytes);
   }
 }
 
@@ -369,6 +410,7 @@ void registerWorkloads(bool smoke) {
   const Sizes sizes = smoke ? kSmoke : kFull;
   add("init-100k", [=](State& state) { init100k(state, sizes); });
   add("run-100k-all", [=](State& state) { run100k(state, sizes); });
+  add("undo-100k", [=](State& state) { undo100k(state, sizes); });
   add("run-100k-walk", [=](State& state) { run100kWalk(state, sizes); });
   add("live-100k", [=](State& state) { live100k(state, sizes, kLargestShrink); });
   add("live-100k/shrink", [=](State& state) { live100k(state, sizes, kLargestShrink - 1); });

@@ -38,7 +38,8 @@ int RowFunction::answer(std::span<const std::int32_t> values) noexcept {
 
 void RowFunction::execute(SQLite::Statement& statement) {
   try {
-    statement.exec();
+    while (statement.executeStep()) {
+    }
   } catch (const SQLite::Exception&) {
     if (const auto failure = std::exchange(failure_, nullptr)) std::rethrow_exception(failure);
     throw;

@@ -15,7 +15,7 @@ namespace lotmere {
 
 class RowFunction {
  public:
-  static constexpr std::size_t kMostValues = 8;
+  static constexpr std::size_t kMostValues = 16;
   // The whole numbers of one call. What it throws ends the statement and comes out of run() as it was thrown:
   // the engine is C and no exception may cross it.
   using Answer = std::function<int(std::span<const std::int32_t> values)>;
@@ -27,7 +27,7 @@ class RowFunction {
   RowFunction& operator=(const RowFunction&) = delete;
   ~RowFunction();
 
-  // Runs a statement without result rows that asks the function.
+  // Runs a statement that asks the function; result rows of its own are passed over.
   template <class... Values>
   void run(const char* sql, const Values&... values) {
     SQLite::Statement statement(store_.db(), sql);

@@ -35,6 +35,13 @@ std::uint64_t byteOf(int number) {
   return number >= 0 && number <= last ? static_cast<std::uint64_t>(number) : 0;
 }
 
+// The numbers of a ticket in one word whose steps are small between neighbours.
+std::int64_t packNumbers(const DrawNumbers& numbers) {
+  std::uint64_t word = 0;
+  for (const int red : numbers.reds) word = word << kByteBits | byteOf(red);
+  return static_cast<std::int64_t>(word << kByteBits | byteOf(numbers.blue));
+}
+
 DrawNumbers unpackNumbers(std::int64_t word) {
   constexpr std::uint64_t byte = 0xFF;
   auto rest = static_cast<std::uint64_t>(word);
@@ -71,23 +78,19 @@ bool takeNumbers(std::string_view& bytes, std::vector<TicketFields>& rows) {
 
 }  // namespace
 
-void ColumnPacker::add(std::int64_t value) {
-  const std::uint64_t step = static_cast<std::uint64_t>(value) - last_;
-  last_ = static_cast<std::uint64_t>(value);
-  if (count_ > 0 && step == step_) {
-    ++count_;
-    return;
-  }
-  finish();
+void ColumnPacker::beginRun(std::uint64_t step) {
+  static_cast<void>(finish());
   step_ = step;
   count_ = 1;
 }
 
-void ColumnPacker::finish() {
-  if (count_ == 0) return;
-  addVarint(bytes_, zigzag(step_));
-  addVarint(bytes_, count_);
-  count_ = 0;
+const std::string& ColumnPacker::finish() {
+  if (count_ > 0) {
+    addVarint(bytes_, zigzag(step_));
+    addVarint(bytes_, count_);
+    count_ = 0;
+  }
+  return bytes_;
 }
 
 std::optional<std::vector<std::int64_t>> unpackColumn(std::string_view& bytes, std::size_t rows) {
@@ -104,22 +107,18 @@ std::optional<std::vector<std::int64_t>> unpackColumn(std::string_view& bytes, s
   return values;
 }
 
-void packCount(std::string& bytes, std::size_t rows) { addVarint(bytes, rows); }
-
-std::int64_t packNumbers(const DrawNumbers& numbers) {
-  std::uint64_t word = 0;
-  for (const int red : numbers.reds) word = word << kByteBits | byteOf(red);
-  return static_cast<std::int64_t>(word << kByteBits | byteOf(numbers.blue));
+void RowPacker::add(const TicketFields& row) {
+  ++rows_;
+  std::size_t column = 0;
+  for (const auto field : kInFront) columns_[column++].add(row.*field);
+  columns_[column++].add(packNumbers(row.numbers));
+  for (const auto field : kBehind) columns_[column++].add(row.*field);
 }
 
-std::string packRows(std::span<const TicketFields> rows) {
+std::string RowPacker::finish() {
   std::string bytes;
-  packCount(bytes, rows.size());
-  for (const auto field : kInFront)
-    packColumn(bytes, rows.size(), [&](std::size_t row) { return rows[row].*field; });
-  packColumn(bytes, rows.size(), [&](std::size_t row) { return packNumbers(rows[row].numbers); });
-  for (const auto field : kBehind)
-    packColumn(bytes, rows.size(), [&](std::size_t row) { return rows[row].*field; });
+  addVarint(bytes, rows_);
+  for (ColumnPacker& column : columns_) bytes += column.finish();
   return bytes;
 }
 

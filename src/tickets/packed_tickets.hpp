@@ -2,10 +2,10 @@
 // Tickets in the order of their making take two or three bytes a row.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,41 +30,47 @@ struct TicketFields {
   friend bool operator==(const TicketFields&, const TicketFields&) = default;
 };
 
-// A column of whole numbers at the end of `bytes`; `value` is asked for the rows 0 to `rows` - 1 in turn.
+// A column of whole numbers, packed value by value.
 class ColumnPacker {
  public:
-  explicit ColumnPacker(std::string& bytes) : bytes_(bytes) {}
-  void add(std::int64_t value);
-  // Behind the last value.
-  void finish();
+  void add(std::int64_t value) {
+    const std::uint64_t step = static_cast<std::uint64_t>(value) - last_;
+    last_ = static_cast<std::uint64_t>(value);
+    if (count_ > 0 && step == step_)
+      ++count_;
+    else
+      beginRun(step);
+  }
+  // The bytes of all values so far; nothing is added behind it.
+  [[nodiscard]] const std::string& finish();
 
  private:
-  std::string& bytes_;
+  void beginRun(std::uint64_t step);
+
+  std::string bytes_;
   std::uint64_t last_ = 0;
   std::uint64_t step_ = 0;
   std::uint64_t count_ = 0;
 };
 
-template <class Value>
-void packColumn(std::string& bytes, std::size_t rows, Value&& value) {
-  ColumnPacker column(bytes);
-  for (std::size_t row = 0; row < rows; ++row) column.add(value(row));
-  column.finish();
-}
-
 // Takes a column of so many rows from the front of the bytes; nothing where they hold none.
 [[nodiscard]] std::optional<std::vector<std::int64_t>> unpackColumn(std::string_view& bytes,
                                                                     std::size_t rows);
 
-// The number of rows in front of their columns.
-void packCount(std::string& bytes, std::size_t rows);
+// Rows packed one by one.
+class RowPacker {
+ public:
+  void add(const TicketFields& row);
+  [[nodiscard]] std::string finish();
 
-// The numbers of a ticket in one word whose steps are small between neighbours.
-[[nodiscard]] std::int64_t packNumbers(const DrawNumbers& numbers);
+ private:
+  static constexpr std::size_t kColumns = 10;  // in the order of the fields, the numbers in one word
 
-// Rows that were packed column by column, in the order of the fields above. Nothing where the bytes are none
-// of these.
-[[nodiscard]] std::string packRows(std::span<const TicketFields> rows);
+  std::array<ColumnPacker, kColumns> columns_;
+  std::uint64_t rows_ = 0;
+};
+
+// The rows again; nothing where the bytes are none of these.
 [[nodiscard]] std::optional<std::vector<TicketFields>> unpackRows(std::string_view bytes);
 
 }  // namespace lotmere

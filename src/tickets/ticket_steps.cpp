@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/text.hpp"
+#include "store/row_function.hpp"
 #include "tickets/packed_tickets.hpp"
 
 namespace lotmere {
@@ -20,25 +21,28 @@ constexpr std::size_t kBlock = 4096;  // rows between two looks at the desk
 
 std::string_view nameOf(TicketAction action) { return kActions[static_cast<std::size_t>(action)]; }
 
-// All rows of a period, or of all periods for 0.
-std::vector<TicketFields> readRows(Store& store, PeriodNo period) {
-  Query query = store.query(
-      R"(SELECT "ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球","过滤标记","缩水标记",
-         "精选标记","临时数据","红球中","蓝球中"
-         FROM "日志表" WHERE ?1=0 OR "期号"=?1 ORDER BY "ID")");
-  query.bind(period);
-  std::vector<TicketFields> rows;
-  while (query.next()) {
-    TicketFields& row = rows.emplace_back();
-    int column = 0;
-    for (std::int64_t* field : {&row.id, &row.seq, &row.period}) *field = query.whole(column++);
-    for (int& red : row.numbers.reds) red = query.number(column++);
-    row.numbers.blue = query.number(column++);
-    for (std::int64_t* field :
-         {&row.mark, &row.shrink, &row.chosen, &row.score, &row.red_hits, &row.blue_hits})
-      *field = query.whole(column++);
-  }
-  return rows;
+// All rows of a period, or of all periods for 0, packed.
+std::string packStored(Store& store, PeriodNo period) {
+  RowPacker rows;
+  RowFunction function(store, "lotmere_row", RowFunction::kMostValues, [&](std::span<const std::int32_t> v) {
+    rows.add({v[0],
+              v[1],
+              v[2],
+              {{v[3], v[4], v[5], v[6], v[7], v[8]}, v[9]},
+              v[10],
+              v[11],
+              v[12],
+              v[13],
+              v[14],
+              v[15]});
+    return 0;
+  });
+  function.run(
+      R"(SELECT lotmere_row("ID","序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球",
+         "过滤标记","缩水标记","精选标记","临时数据","红球中","蓝球中")
+         FROM "日志表" WHERE ?1=0 OR "期号"=?1 ORDER BY "ID")",
+      period);
+  return rows.finish();
 }
 
 void writeRows(Store& store, const std::vector<TicketFields>& rows, CourseLeg& job) {
@@ -121,8 +125,7 @@ Outcome makeStep(Store& store, Desk& desk, Place place) {
   CourseLeg job(desk.course(), static_cast<std::int64_t>(rows->size()), Course::Stop::impossible);
   const Place other = back ? kRedo : kUndo;
   // The bits stay with the tickets that a run began with: going forward they are those that stand now.
-  writeStep(store, other,
-            {step->action, step->period, packRows(readRows(store, step->period)), step->before_shrink});
+  writeStep(store, other, {step->action, step->period, packStored(store, step->period), step->before_shrink});
   deleteTickets(store, step->period);
   writeRows(store, *rows, job);
   store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(place)).run();
@@ -138,7 +141,7 @@ Outcome makeStep(Store& store, Desk& desk, Place place) {
 
 void keepTickets(Store& store, TicketAction action) {
   beginStep(store);
-  writeStep(store, kUndo, {std::string(nameOf(action)), 0, packRows(readRows(store, 0)), {}});
+  writeStep(store, kUndo, {std::string(nameOf(action)), 0, packStored(store, 0), {}});
   moveRunSettings(store, kNow, kUndo);
 }
 
@@ -150,36 +153,34 @@ BeforeRun::BeforeRun(Store& store, const TicketSet& tickets)
     return blueOf(balls) != 0 && std::ranges::find(reds, 0) == reds.end();
   });
   if (!plain) {
-    packed_ = packRows(readRows(store, period_));
+    packed_ = packStored(store, period_);
     return;
   }
   const TicketSet::Stored& stored = tickets.stored;
-  packCount(packed_, rows_);
-  const auto add = [&](const auto& column) {
-    packColumn(packed_, rows_, [&](std::size_t row) { return static_cast<std::int64_t>(column[row]); });
-  };
-  add(stored.id);
-  add(stored.seq);
-  packColumn(packed_, rows_, [&](std::size_t) { return static_cast<std::int64_t>(period_); });
-  packColumn(packed_, rows_, [&](std::size_t row) {
-    return packNumbers({redsOf(tickets.balls[row]), blueOf(tickets.balls[row])});
-  });
-  add(stored.mark);
-  add(stored.shrink);
-  add(stored.chosen);
-  add(stored.score);
-  add(stored.red_hits);
-  add(stored.blue_hits);
+  RowPacker rows;
+  for (std::size_t row = 0; row < rows_; ++row)
+    rows.add({stored.id[row],
+              stored.seq[row],
+              period_,
+              {redsOf(tickets.balls[row]), blueOf(tickets.balls[row])},
+              stored.mark[row],
+              stored.shrink[row],
+              stored.chosen[row],
+              stored.score[row],
+              stored.red_hits[row],
+              stored.blue_hits[row]});
+  packed_ = rows.finish();
 }
 
 void BeforeRun::markBeforeShrink(const TicketSet& tickets) {
-  before_shrink_.clear();
+  ColumnPacker bits;
   std::size_t at = 0;
-  packColumn(before_shrink_, rows_, [&](std::size_t row) {
+  for (std::size_t row = 0; row < rows_; ++row) {
     const bool stands = at < tickets.size() && tickets.origin[at] == row;
     at += stands ? 1 : 0;
-    return std::int64_t{stands};
-  });
+    bits.add(stands ? 1 : 0);
+  }
+  before_shrink_ = bits.finish();
 }
 
 void BeforeRun::keep(Store& store, const std::string& set_name, const std::string& set_text) const {
@@ -216,6 +217,14 @@ std::optional<RunSettings> loadRunSettings(Store& store, PeriodNo period) {
   row.bind(static_cast<int>(kNow), period);
   if (!row.next()) return std::nullopt;
   return RunSettings{row.text(0), row.text(1)};
+}
+
+std::vector<PeriodNo> runPeriods(Store& store) {
+  Query rows = store.query(R"(SELECT "期号" FROM "运行条件" WHERE "方向"=? ORDER BY "期号")");
+  rows.bind(static_cast<int>(kNow));
+  std::vector<PeriodNo> periods;
+  while (rows.next()) periods.push_back(rows.number(0));
+  return periods;
 }
 
 NextTicketSteps nextTicketSteps(Store& store) { return {readAction(store, kUndo), readAction(store, kRedo)}; }

@@ -53,6 +53,8 @@ struct RunSettings {
   std::string text;  // as setText() writes it, without picked numbers
 };
 [[nodiscard]] std::optional<RunSettings> loadRunSettings(Store& store, PeriodNo period);
+// The periods for which there are such, ascending.
+[[nodiscard]] std::vector<PeriodNo> runPeriods(Store& store);
 
 // What the next undo and redo would take back or make again, for a menu; nothing where there is none.
 struct NextTicketSteps {

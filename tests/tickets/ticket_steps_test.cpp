@@ -18,6 +18,12 @@ namespace {
 
 constexpr PeriodNo kPeriod = 2026050;
 
+std::string packRows(const std::vector<TicketFields>& rows) {
+  RowPacker packer;
+  for (const TicketFields& row : rows) packer.add(row);
+  return packer.finish();
+}
+
 TEST(PackedTickets, ComeBackAsTheyWere) {
   std::mt19937_64 random(3 + GTEST_FLAG_GET(random_seed));
   for (const std::size_t count : {0, 1, 2, 500}) {
