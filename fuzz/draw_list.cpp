@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <iterator>
 #include <map>
+#include <set>
 
 #include "fuzzing.hpp"
+#include "history/any_draw_list.hpp"
 
 namespace lotmere::fuzz {
 namespace {
@@ -56,12 +58,13 @@ void checkDraw(std::string entry, PeriodNo period, const ListedDraw& draw) {
 }
 
 void checkList(const std::string& raw, const std::string& text) {
-  const DrawList list(raw);
   const Date today = std::chrono::sys_days{std::chrono::January / 1 / 2030};
+  const DrawList list(raw, today);
+  if (list.isOfAnotherForm()) return;
   PeriodNo newest = 0;
   for (const auto& [period, place] : findPeriods(text)) {
     expect(list.names(period), "every entry is found");
-    const ListedEntry entry = list.parseDraw(period, today);
+    const ListedEntry entry = list.parseDraw(period);
     expect(entry.draw.has_value() == entry.fault.empty(), "an entry is a draw or tells why not");
     expect(entry.line >= 1 && entry.line <= 1 + std::count_if(raw.begin(), raw.end(), isLineEnd),
            "an entry stands in a line");
@@ -70,7 +73,19 @@ void checkList(const std::string& raw, const std::string& text) {
     expect(entry.draw->date <= today, "no draw comes from tomorrow");
     checkDraw(text.substr(place, kEntryLength + 1), period, *entry.draw);
   }
-  expect(list.newest(today) == newest, "the newest is the highest whole one");
+  expect(list.newest() == newest, "the newest is the highest whole one");
+}
+
+void checkAnyForm(const std::string& raw) {
+  const Date today = std::chrono::sys_days{std::chrono::January / 1 / 2030};
+  std::set<PeriodNo> draws;
+  for (const auto& [period, entry] : readAnyDrawList(raw, today).rows) {
+    expect(entry.draw.has_value() == entry.fault.empty(), "a line is a draw or tells why not");
+    if (!entry.draw) continue;
+    const auto& [date, numbers] = *entry.draw;
+    expect(isPeriod(period) && draws.insert(period).second, "each period is a draw once");
+    expect(isDraw(numbers) && date <= today && yearOf(date) == period / 1000, "a draw of any form is a draw");
+  }
 }
 
 }  // namespace
@@ -82,5 +97,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text = compactDrawText(raw);
   fuzz::checkCompaction(raw, text);
   fuzz::checkList(raw, text);
+  fuzz::checkAnyForm(raw);
   return 0;
 }

@@ -5,9 +5,9 @@
 #include <cstdint>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
-#include "files/text_file.hpp"
 #include "fuzzing.hpp"
 
 namespace lotmere::fuzz {

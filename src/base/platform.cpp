@@ -192,6 +192,26 @@ std::optional<std::string> readFirstLine(const fs::path& path, std::size_t longe
   return std::nullopt;
 }
 
+std::string readStandardInput(std::size_t most, const std::function<bool()>& stopped) {
+  constexpr int wait_ms = 100;
+  constexpr std::size_t chunk = std::size_t{64} * 1024;
+  std::string bytes;
+  while (!stopped()) {
+    pollfd ready{STDIN_FILENO, POLLIN, 0};
+    if (::poll(&ready, 1, wait_ms) <= 0) continue;
+    const std::size_t size = bytes.size();
+    bytes.resize(size + chunk);
+    const ssize_t n = ::read(STDIN_FILENO, bytes.data() + size, chunk);
+    if (n < 0 && errno != EINTR && errno != EAGAIN) fail("read", "-");
+    bytes.resize(size + static_cast<std::size_t>(std::max<ssize_t>(n, 0)));
+    if (n == 0) break;
+    if (bytes.size() <= most) continue;
+    errno = EFBIG;
+    fail("read", "-");
+  }
+  return bytes;
+}
+
 void requirePlainFile(const fs::path& path) {
   const fs::file_status found = fs::status(path);
   if (fs::exists(found) && !fs::is_regular_file(found))

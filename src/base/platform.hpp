@@ -86,6 +86,11 @@ class EndSignalPipe {
 [[nodiscard]] std::optional<std::string> readFirstLine(const std::filesystem::path& path, std::size_t longest,
                                                        const std::function<bool()>& stopped = {});
 
+// All bytes of the standard input, waited for until `stopped`, asked some times a second, answers true: then
+// what came so far. Throws std::filesystem::filesystem_error when it can't be read or holds more than `most`
+// bytes.
+[[nodiscard]] std::string readStandardInput(std::size_t most, const std::function<bool()>& stopped);
+
 // Refuses what stands in the place of a file and is none: a pipe, which would be waited for, a device, a
 // socket or a folder. A missing file is none of these; a link counts as what it leads to. Throws
 // std::filesystem::filesystem_error with the path.

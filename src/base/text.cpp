@@ -55,6 +55,25 @@ std::string plainDigits(std::string_view text) {
   return std::string(trim(plain));
 }
 
+std::string halfWidth(std::string_view text) {
+  constexpr std::string_view wide_blank = "\xE3\x80\x80";
+  std::string plain;
+  plain.reserve(text.size());
+  while (!text.empty()) {
+    const auto byte = [text](std::size_t at) {
+      return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+    };
+    // U+FF01 to U+FF3F are EF BC 81 to BF in UTF-8, U+FF40 to U+FF5E are EF BD 80 to 9E.
+    const bool wide = byte(0) == 0xEF && ((byte(1) == 0xBC && byte(2) >= 0x81) ||
+                                          (byte(1) == 0xBD && byte(2) >= 0x80 && byte(2) <= 0x9E));
+    const bool blank = text.starts_with(wide_blank);
+    const unsigned code = byte(1) == 0xBC ? byte(2) - 0x81 + '!' : byte(2) - 0x80 + '`';
+    plain += wide ? static_cast<char>(code) : blank ? ' ' : text.front();
+    text.remove_prefix(wide || blank ? 3 : 1);
+  }
+  return plain;
+}
+
 std::optional<std::int64_t> parseWhole(std::string_view text) {
   const std::string plain = plainDigits(text);
   std::int64_t value = 0;

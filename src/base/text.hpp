@@ -26,6 +26,10 @@ inline constexpr std::string_view kLineBreak = "\r\n";
 // in the place of full-width ones. Other characters stay.
 [[nodiscard]] std::string plainDigits(std::string_view text);
 
+// A text whose full-width characters are the ASCII ones that they mean, the full-width blank as well. Others
+// stay.
+[[nodiscard]] std::string halfWidth(std::string_view text);
+
 // A whole number as typed, with a minus in front or not; nothing for any other text and beyond 64 bits.
 [[nodiscard]] std::optional<std::int64_t> parseWhole(std::string_view text);
 

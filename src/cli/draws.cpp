@@ -9,6 +9,7 @@
 #include "history/addresses.hpp"
 #include "history/curl_fetcher.hpp"
 #include "history/download.hpp"
+#include "history/draw_import.hpp"
 #include "history/draw_stats.hpp"
 #include "history/entry.hpp"
 #include "history/upkeep.hpp"
@@ -36,20 +37,48 @@ class FetchCommand final : public Command {
     const auto fetch = all_ ? downloadAll : downloadDraws;
     const DownloadResult result = fetch(session.store, session.desk, *fetcher, *address, realClock().today());
     if (result.outcome == Outcome::stopped) return refuse(session.desk, "下载已中止，历史记录没有改变。");
+    if (result.outcome == Outcome::refused && result.more)
+      return refuse(session.desk, "历史记录还是空的，首次下载请加 --all。");
     if (result.outcome != Outcome::done) {
       tellFailure(session.desk, result);
       return kExitRefused;
     }
     for (const std::string& line : reportLines(result)) session.out << line << '\n';
-    if (result.more)
-      session.out << (result.newest == 0 ? "历史记录还是空的，首次下载请加 --all\n"
-                                         : "数据里还有更新的开奖记录，请加 --all 继续下载\n");
+    if (result.more) session.out << "数据里还有更新的开奖记录，请加 --all 继续下载\n";
     return kExitDone;
   }
 
  private:
   std::optional<std::string> address_;
   bool all_ = false;
+};
+
+class ImportCommand final : public Command {
+ public:
+  ImportCommand() : Command("draws", "import", "从文本或 CSV 文件导入开奖记录，每行有期号、日期和号码") {}
+
+  void addOptions(CLI::App& app) override {
+    app.add_option("FILE", file_, "文件名，- 是标准输入")->required();
+    app.add_option("--existing", existing_, "和原有记录不同的期：keep 保留原有的，replace 替换（不写时要问）")
+        ->check(CLI::IsMember({"keep", "replace"}));
+  }
+
+  int run(Session& session) override {
+    if (file_.empty()) return refuse(session.desk, kNoFileName);
+    const Conflicts conflicts = existing_.empty()     ? Conflicts::ask
+                                : existing_ == "keep" ? Conflicts::keep
+                                                      : Conflicts::replace;
+    const DrawImport result = importDraws(session.store, session.desk, file_, realClock().today(), conflicts);
+    if (result.outcome == Outcome::done)
+      for (const std::string& line : importReport(result)) session.out << line << '\n';
+    else
+      tellNoImport(session.desk, result);
+    return statusOf(result.outcome);
+  }
+
+ private:
+  std::string file_;
+  std::string existing_;
 };
 
 class AddressCommand final : public Command {
@@ -83,7 +112,7 @@ class AddressCommand final : public Command {
 
 class AddCommand final : public Command {
  public:
-  AddCommand() : Command("draws", "add", "录入一期开奖号码并统计") {}
+  AddCommand() : Command("draws", "add", "录入一期开奖号码并统计；这一期已有不同的记录时要加 --answer yes") {}
 
   void addOptions(CLI::App& app) override {
     app.add_option("PERIOD", period_, "期号，如 2007001")->required();
@@ -106,7 +135,8 @@ class AddCommand final : public Command {
       session.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
       return kExitRefused;
     }
-    saveDraw(session.store, session.desk, *period, *date, *checked.numbers, Recalc::yes);
+    const Outcome outcome = enterDraw(session.store, session.desk, *period, *date, *checked.numbers);
+    if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("{} {} {}\n", *period, formatDate(*date), numbersText(*checked.numbers));
     return kExitDone;
   }
@@ -157,6 +187,7 @@ class StatsCommand final : public Command {
 
 void addDrawCommands(CommandList& list) {
   list.push_back(std::make_unique<FetchCommand>());
+  list.push_back(std::make_unique<ImportCommand>());
   list.push_back(std::make_unique<AddressCommand>());
   list.push_back(std::make_unique<AddCommand>());
   list.push_back(std::make_unique<DeleteCommand>());

@@ -6,11 +6,11 @@
 #include <ostream>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/named_sets.hpp"
 #include "conditions/setting_steps.hpp"
-#include "files/text_file.hpp"
 #include "start/home.hpp"
 
 namespace lotmere {

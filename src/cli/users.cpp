@@ -6,8 +6,8 @@
 #include <ostream>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "cli/command.hpp"
-#include "files/text_file.hpp"
 #include "users/accounts.hpp"
 
 namespace lotmere {

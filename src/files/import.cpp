@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "base/text.hpp"
-#include "files/text_file.hpp"
+#include "base/text_file.hpp"
 #include "game/game.hpp"
 #include "tickets/ticket_steps.hpp"
 #include "tickets/upkeep.hpp"

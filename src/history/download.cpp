@@ -29,15 +29,10 @@ constexpr std::string_view kFailure =
     "若无法更新可能是由于你的防火墙设为禁止程序访问网络,\r\n\r\n"
     "你可以重新设置防火墙或关闭防火墙后再试.)";
 
-std::string faultText(PeriodNo period, const ListedEntry& entry) {
-  return fmt::format("第 {} 行（{} 期）：{}", entry.line, period, entry.fault);
-}
-
 // The runs over one reply. Runs overlap; an entry counts in the first one that sees it.
 class Merge {
  public:
-  Merge(Store& store, Desk& desk, const DrawList& list, Date today)
-      : store_(store), desk_(desk), list_(list), today_(today) {}
+  Merge(Store& store, Desk& desk, const DrawList& list) : store_(store), desk_(desk), list_(list) {}
 
   // One run around `latest`.
   void run(PeriodNo latest) {
@@ -65,7 +60,7 @@ class Merge {
 
   void storeEntry(PeriodNo period) {
     const bool counts = period > looked_up_to_;
-    const ListedEntry entry = list_.parseDraw(period, today_);
+    const ListedEntry entry = list_.parseDraw(period);
     if (!entry.draw) {
       if (counts) skip(period, entry);
       return;
@@ -79,8 +74,7 @@ class Merge {
   }
 
   void skip(PeriodNo period, const ListedEntry& entry) {
-    constexpr int told = 3;
-    if (++result_.skipped <= told) result_.faults.push_back(faultText(period, entry));
+    if (++result_.skipped <= kFaultsTold) result_.faults.push_back(faultText({period, entry}));
   }
 
   std::string storedDate(PeriodNo period) {
@@ -92,7 +86,6 @@ class Merge {
   Store& store_;
   Desk& desk_;
   const DrawList& list_;
-  Date today_;
   DownloadResult result_;
   PeriodNo looked_up_to_ = 0;
 };
@@ -112,12 +105,12 @@ void mergeAll(Store& store, Merge& merge, PeriodNo newest) {
 enum class Runs { one, all };
 
 // Why a reply holds nothing to merge; empty where it does.
-std::string replyFault(const DrawList& list, Date today) {
+std::string replyFault(const DrawList& list) {
   if (!list.isDrawList()) return "这不是开奖数据，开头没有 336 标记";
-  if (list.newest(today) != 0) return {};
+  if (list.newest() != 0) return {};
   const PeriodNo first = list.first();
   const std::string none = "开奖数据里没有一条有效的记录";
-  return first == 0 ? none : fmt::format("{}，{}", none, faultText(first, list.parseDraw(first, today)));
+  return first == 0 ? none : fmt::format("{}，{}", none, faultText({first, list.parseDraw(first)}));
 }
 
 DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::string& address, Date today,
@@ -128,19 +121,21 @@ DownloadResult download(Store& store, Desk& desk, Fetcher& fetcher, const std::s
   if (!fetched.reply)
     return {.outcome = fetched.stopped ? Outcome::stopped : Outcome::refused,
             .cause = std::move(fetched.cause)};
-  const DrawList list(*fetched.reply);
-  if (std::string fault = replyFault(list, today); !fault.empty()) return {.cause = std::move(fault)};
-  Merge merge(store, desk, list, today);
+  const DrawList list(*fetched.reply, today);
+  if (std::string fault = replyFault(list); !fault.empty()) return {.cause = std::move(fault)};
+  Merge merge(store, desk, list);
   StoreChange change(store);
   if (runs == Runs::one)
     merge.run(latestPeriod(store));
   else
-    mergeAll(store, merge, list.newest(today));
+    mergeAll(store, merge, list.newest());
   rememberAddress(store, AddressUse::draw_list, address);
+  if (store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") == 0)
+    return {.cause = "历史记录还是空的，这些数据不在一次下载的范围里", .more = true};
   DownloadResult result = std::move(merge.result());
   result.outcome = Outcome::done;
-  result.newest = store.value(R"(SELECT EXISTS (SELECT 1 FROM "历史记录"))") != 0 ? latestPeriod(store) : 0;
-  result.more = list.newest(today) > result.newest;
+  result.newest = latestPeriod(store);
+  result.more = list.newest() > result.newest;
   change.commit();
   return result;
 }
@@ -159,9 +154,8 @@ DownloadResult downloadAll(Store& store, Desk& desk, Fetcher& fetcher, const std
 
 std::vector<std::string> reportLines(const DownloadResult& result) {
   std::vector<std::string> lines{"已成功更新!"};
-  lines.push_back(fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据", result.added, result.overwritten,
-                              result.skipped));
-  if (result.newest != 0) lines.back() += fmt::format("，最新一期 {}", result.newest);
+  lines.push_back(fmt::format("新增 {} 期，更新 {} 期，跳过 {} 条无效数据，最新一期 {}", result.added,
+                              result.overwritten, result.skipped, result.newest));
   if (result.added == 0 && !result.more) lines.emplace_back("没有比现有记录更新的开奖数据。");
   lines.insert(lines.end(), result.faults.begin(), result.faults.end());
   if (result.skipped > static_cast<int>(result.faults.size())) lines.emplace_back("……");

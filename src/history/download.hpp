@@ -16,7 +16,7 @@ namespace lotmere {
 
 struct DownloadResult {
   // Done: the reply was a draw list with at least one draw, whether or not it held anything new. Else nothing
-  // has changed.
+  // has changed; refused as well is a run that finds nothing in reach of an empty history.
   Outcome outcome = Outcome::refused;
   std::string cause{};  // of a refusal, in a few words for the user
 

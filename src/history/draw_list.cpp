@@ -4,6 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+
+#include "base/text_file.hpp"
+#include "history/any_draw_list.hpp"
 
 namespace lotmere {
 namespace {
@@ -52,6 +56,12 @@ std::string numberFault(const DrawNumbers& numbers) {
   return "红球没有从小到大排列";
 }
 
+std::optional<std::string> textOf(std::string_view bytes) {
+  FreeCourse course;
+  CourseLeg job(course, 0, Course::Stop::impossible);
+  return decodeBytes(std::string(bytes), job);
+}
+
 }  // namespace
 
 std::string compactDrawText(std::string_view raw) {
@@ -61,7 +71,9 @@ std::string compactDrawText(std::string_view raw) {
   return text;
 }
 
-DrawList::DrawList(std::string_view reply) {
+DrawList::DrawList(std::string_view reply, Date today) : today_(today) {
+  std::optional<std::string> decoded;
+  if (isUtf16(reply) && (decoded = textOf(reply))) reply = *decoded;
   text_.reserve(reply.size());
   for (std::size_t i = 0; i < reply.size(); ++i) {
     const bool last = i + 1 == reply.size() || reply[i + 1] != '\n';
@@ -80,13 +92,32 @@ DrawList::DrawList(std::string_view reply) {
     digits = 0;
     value = 0;
   }
+  if (isDrawList()) takeOtherForm(reply);
+}
+
+void DrawList::takeOtherForm(std::string_view reply) {
+  const auto decoded = textOf(reply);
+  if (!decoded) return;
+  const AnyDrawList any = readAnyDrawList(*decoded, today_);
+  const auto draws =
+      std::ranges::count_if(any.rows, [](const ListedRow& row) { return row.entry.draw.has_value(); });
+  if (2 * countDraws() >= static_cast<std::size_t>(draws)) return;
+  for (const ListedRow& row : any.rows)
+    if (const auto [known, is_new] = rows_.try_emplace(row.period, row.entry); !is_new && row.entry.draw)
+      known->second = row.entry;
+}
+
+std::size_t DrawList::countDraws() const {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      place_, [this](const auto& entry) { return parseDraw(entry.first).draw.has_value(); }));
 }
 
 int DrawList::lineOf(std::size_t place) const {
   return static_cast<int>(std::ranges::upper_bound(line_ends_, place) - line_ends_.begin()) + 1;
 }
 
-ListedEntry DrawList::parseDraw(PeriodNo period, Date today) const {
+ListedEntry DrawList::parseDraw(PeriodNo period) const {
+  if (const auto row = rows_.find(period); row != rows_.end()) return row->second;
   const auto found = place_.find(period);
   if (found == place_.end()) return {};
   ListedEntry entry{std::nullopt, {}, lineOf(found->second)};
@@ -103,17 +134,22 @@ ListedEntry DrawList::parseDraw(PeriodNo period, Date today) const {
     std::copy_n(fields.begin(), kRedsPerTicket, draw.numbers.reds.begin());
     draw.numbers.blue = fields.back();
   }
-  if (entry.fault.empty()) entry.fault = *date > today ? "日期在今天之后" : numberFault(draw.numbers);
+  if (entry.fault.empty()) entry.fault = *date > today_ ? "日期在今天之后" : numberFault(draw.numbers);
   if (!entry.fault.empty()) return entry;
   draw.date = *date;
   entry.draw = draw;
   return entry;
 }
 
-PeriodNo DrawList::newest(Date today) const {
+PeriodNo DrawList::newest() const {
   PeriodNo newest = 0;
-  for (const auto& [period, place] : place_)
-    if (period > newest && parseDraw(period, today).draw) newest = period;
+  const auto look = [&](const auto& entry) {
+    if (entry.first > newest && parseDraw(entry.first).draw) newest = entry.first;
+  };
+  if (isOfAnotherForm())
+    std::ranges::for_each(rows_, look);
+  else
+    std::ranges::for_each(place_, look);
   return newest;
 }
 

@@ -12,14 +12,14 @@
 namespace lotmere {
 namespace {
 
-// A stored draw in one line: "2008118 期  2008-10-12  01 04 16 22 26 31+04".
+// A stored draw as drawInWords() writes it; nothing where none is stored.
 std::optional<std::string> storedText(Store& store, std::int64_t number) {
   Query row = store.query(
       R"(SELECT "开奖日期","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "历史记录" WHERE
          "期号"=?)");
   row.bind(number);
   if (!row.next()) return std::nullopt;
-  return fmt::format("{} 期  {}  {}", number, row.text(0), numbersText(readNumbers(row, 1)));
+  return drawInWords(row.text(0), readNumbers(row, 1));
 }
 
 }  // namespace
@@ -43,6 +43,23 @@ void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNu
   change.commit();
 }
 
+std::string drawInWords(std::string_view date, const DrawNumbers& numbers) {
+  return fmt::format("{}  {}", date, numbersText(numbers));
+}
+
+Outcome enterDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers) {
+  const auto stored = storedText(store, period);
+  const std::string entered = drawInWords(formatDate(date), numbers);
+  if (stored && *stored != entered) {
+    constexpr std::string_view buttons[] = {"替换", "不替换"};
+    const std::string question = fmt::format("{1} 期已经有开奖记录，要替换吗？{0}{0}原有：{2}{0}新的：{3}",
+                                             kLineBreak, period, *stored, entered);
+    if (desk.choose(question, buttons, 1, "添加记录") != 0) return Outcome::refused;
+  }
+  saveDraw(store, desk, period, date, numbers, Recalc::yes);
+  return Outcome::done;
+}
+
 Outcome deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string_view done) {
   const auto number = parseWhole(typed);
   if (!number) {
@@ -55,7 +72,8 @@ Outcome deleteDraw(Store& store, Desk& desk, std::string_view typed, std::string
     return Outcome::refused;
   }
   constexpr std::string_view buttons[] = {"删除", "不删除"};
-  const std::string question = fmt::format("要删除这一期开奖记录吗？{0}{0}{1}", kLineBreak, *draw);
+  const std::string question =
+      fmt::format("要删除这一期开奖记录吗？{0}{0}{1} 期  {2}", kLineBreak, *number, *draw);
   if (desk.choose(question, buttons, 1, "删除记录") != 0) return Outcome::refused;
   store.query(R"(DELETE FROM "历史记录" WHERE "期号"=?)").bind(*number).run();
   desk.tell(done);

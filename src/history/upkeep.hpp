@@ -1,6 +1,7 @@
 // Adding, replacing and deleting single draws of the history.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "base/dates.hpp"
@@ -19,6 +20,14 @@ enum class Recalc { yes, no };
 // the end.
 void saveDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers,
               Recalc recalc);
+
+// The same for a draw that a user entered, with its statistics. Where the period is stored with another date
+// or other numbers, a question shows both first; refused, and nothing has changed, when they think better of
+// it.
+Outcome enterDraw(Store& store, Desk& desk, PeriodNo period, Date date, const DrawNumbers& numbers);
+
+// A draw as questions show it, behind its period: "2008-10-12  01 04 16 22 26 31+04".
+[[nodiscard]] std::string drawInWords(std::string_view date, const DrawNumbers& numbers);
 
 // Removes one draw after a question that shows it, and tells so with `done`. `typed` is its number as the
 // user typed it, the whole of it: any number that is stored will do, also one that is no period. False, and

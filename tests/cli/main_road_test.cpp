@@ -26,10 +26,10 @@ class MainRoad : public testing::Test {
 TEST_F(MainRoad, FromADrawListToATicketFile) {
   const std::string list = home_.putFile("list.txt", kDrawList);
   const std::string fault = "第 5 行（2024004 期）：红球 35 不对\n";
-  const std::string first = outOf({"draws", "fetch", list});
-  EXPECT_TRUE(first.ends_with("历史记录还是空的，首次下载请加 --all\n")) << first;
-  // The address is remembered.
-  expectReply({"draws", "fetch", "--all"},
+  const Reply first = home_.run({"draws", "fetch", list});
+  EXPECT_EQ(first.err, "历史记录还是空的，首次下载请加 --all。\n");
+  EXPECT_EQ(first.status, 1);
+  expectReply({"draws", "fetch", "--all", list},
               "已成功更新!\n新增 5 期，更新 0 期，跳过 1 条无效数据，最新一期 2024006\n" + fault);
   expectReply({"draws", "list", "--last", "2"},
               "2024005 2024-01-11 04 07 11 17 22 27+08\n2024006 2024-01-14 01 11 14 19 20 27+03\n");
@@ -127,12 +127,47 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   EXPECT_EQ(stored(counts), "31001");
 }
 
+TEST_F(MainRoad, DrawsComeFromAFileOfTheirOwn) {
+  const std::string file = (home_.path() / "draws.txt").string();
+  const auto import = [&](const std::string& text, Arguments more = {}) {
+    home_.putFile("draws.txt", text);
+    more.insert(more.begin(), {"draws", "import", file});
+    return home_.run(more);
+  };
+  const std::string own =
+      "2024001 2024-01-02 01 08 09 10 21 33+09\n2024002 2024-01-04 01 02 03 04 05 06+08\n";
+  EXPECT_EQ(
+      import(own + "2024003 2024-01-07 01 02 03 04 05 06+18").out,
+      "读到 2 期：新增 2 期，更改 0 期，跳过 1 行，最新一期 2024002\n第 3 行（2024003 期）：蓝球 18 不对\n");
+  expectReply({"draws", "list"}, own);
+  const std::string other = "24002,2024/1/4,1,2,3,4,5,7,8";
+  const Reply asked = import(other);
+  EXPECT_EQ(asked.status, 1);
+  EXPECT_EQ(asked.err,
+            "有 １ 期和历史记录里的不同： 2024002 期 　原有：2024-01-04  01 02 03 04 05 06+08 "
+            "　新的：2024-01-04  01 02 03 04 05 07+08 要用新的替换原有的吗？ "
+            "没有执行：请加 --answer yes（替换）或 --answer no（保留原有的）。\n");
+  expectReply({"draws", "list"}, own);
+  EXPECT_EQ(import(other, {"--existing", "keep"}).err, "");
+  expectReply({"draws", "list"}, own);
+  EXPECT_EQ(import(other, {"--existing", "replace"}).out,
+            "读到 1 期：新增 0 期，更改 1 期，跳过 0 行，最新一期 2024002\n");
+  EXPECT_EQ(outOf({"draws", "list", "--last", "1"}), "2024002 2024-01-04 01 02 03 04 05 07+08\n");
+  EXPECT_EQ(import("2024003 01 02 03 04 05 06+07").err,
+            "没有导入开奖数据：这份数据没有开奖日期，每一行要有期号、开奖日期和七个号码。\n");
+}
+
 TEST_F(MainRoad, SingleDrawsAreAddedReplacedAndDeleted) {
   // As a ball is written: 08 and 09 are no octal numbers, and 010 is ten.
   expectReply({"draws", "add", "2024001", "2024-01-02", "33", "09", "21", "08", "010", "1", "09"},
               "2024001 2024-01-02 01 08 09 10 21 33+09\n");
   expectReply({"draws", "add", "２０２４００２", "2024-01-05", "1", "2", "3", "4", "5", "6", "8"},
               "2024002 2024-01-05 01 02 03 04 05 06+08\n");
+  const Arguments again{"draws", "add", "2024002", "2024-01-04", "1", "2", "3", "4", "5", "6", "8"};
+  const Reply refused = home_.run(again);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(refused.err.ends_with("没有执行：请加 --answer yes（替换）或 --answer no（不替换）。\n"))
+      << refused.err;
   const std::string question = "要删除这一期开奖记录吗？ 2024001 期  2024-01-02  01 08 09 10 21 33+09 ";
   expectReply({"--answer", "yes", "draws", "delete", "2024001"}, "删除完成！\n", question + "[删除]\n");
   expectReply({"draws", "list"}, "2024002 2024-01-05 01 02 03 04 05 06+08\n");

@@ -287,6 +287,33 @@ TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   EXPECT_EQ(storedAddress(store_, AddressUse::detail_page), "https://me@site/d/");
 }
 
+TEST_F(HistoryPageTest, AStoredDrawIsReplacedOnlyWhenTheUserSaysSo) {
+  const std::vector<const char*> typed{"33", "7", "21", "5", "1", "14", "8"};
+  part<QDateEdit>("DTPicker_KJ").setDate(QDate(2008, 4, 29));
+  desk_.choices = {std::nullopt};
+  type("2008050", typed);
+  EXPECT_NE(desk_.asked.back().find("原有：2008-04-29  05 08 09 10 11 12+05"), std::string::npos);
+  EXPECT_EQ(changes_.count(), 0);
+  EXPECT_EQ(box(0) + ' ' + box(1), "2008050 1") << "what was typed stays";
+  desk_.choices = {0};
+  press("cmmUpdateHistory_0");
+  EXPECT_EQ(findDraw(store_, 2008050).value().numbers, kNumbers);
+
+  // The same question for a file.
+  desk_.choices = {1};
+  desk_.files = {QString(), QString::fromStdString(putList("2008050 2008-04-29 1 2 3 4 5 6 7\n"
+                                                           "2008051,2008-05-01,1,2,3,4,5,6,7"))};
+  choose("mnu_ImportDraws");
+  EXPECT_EQ(changes_.count(), 1) << "no file, no import";
+  choose("mnu_ImportDraws");
+  EXPECT_EQ(told(),
+            "读到 2 期：新增 1 期，更改 0 期，跳过 0 行，最新一期 2008051\r\n有 1 "
+            "期和原有记录不同，保留了原有的。");
+  EXPECT_EQ(shownRows(), "2008049-2008051:3");
+  EXPECT_EQ(proposed(), "2008052 2008-05-04");
+  EXPECT_EQ(changes_.count(), 2);
+}
+
 TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   putOldDraws();
   auto& grid = part<FrozenGrid>("TDBGridHistory");

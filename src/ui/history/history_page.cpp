@@ -1,5 +1,8 @@
 #include "ui/history/history_page.hpp"
 
+#include <fmt/ranges.h>
+
+#include <QFile>
 #include <QHBoxLayout>
 #include <QRegularExpression>
 #include <QVBoxLayout>
@@ -11,6 +14,7 @@
 #include "history/curl_fetcher.hpp"
 #include "history/detail.hpp"
 #include "history/download.hpp"
+#include "history/draw_import.hpp"
 #include "history/export_sheet.hpp"
 #include "history/search.hpp"
 #include "history/upkeep.hpp"
@@ -71,6 +75,11 @@ void HistoryPage::makeMenuCommands() {
         session_.desk.tell("请输入开奖号码,然后点击“添加记录”");
         strip_->focusNumber(1);
       });
+  add({"mnu_ImportDraws",
+       QStringLiteral("从文件导入开奖数据(&F)..."),
+       {},
+       QStringLiteral("从文本或 CSV 文件导入开奖记录，每行有期号、日期和号码")},
+      [this] { importDraws(); });
   const auto add_choice = [&](const ActionText& text, const std::function<void()>& handler) {
     add(text, handler)->setCheckable(true);
   };
@@ -271,9 +280,10 @@ void HistoryPage::addDraw() {
     strip_->slide();
     return;
   }
-  session_.store.run([&, date = strip_->date()](Store& store) {
-    saveDraw(store, session_.desk, *checked.period, date, *checked.numbers, Recalc::yes);
+  const Outcome outcome = session_.store.run([&, date = strip_->date()](Store& store) {
+    return enterDraw(store, session_.desk, *checked.period, date, *checked.numbers);
   });
+  if (outcome != Outcome::done) return strip_->focusNumber(0);
   loadEntry();
   strip_->clearNumbers();
   strip_->focusNumber(1);
@@ -286,6 +296,26 @@ void HistoryPage::download() {
   const auto fetcher = makeCurlFetcher(session_.desk.course());
   const Outcome outcome = session_.store.run([&, today = session_.clock.today()](Store& store) {
     return downloadCommand(store, session_.desk, *fetcher, today, list_typed_).outcome;
+  });
+  if (outcome != Outcome::done) return;
+  loadEntry();
+  refreshHistoryView();
+  Q_EMIT historyChanged();
+}
+
+void HistoryPage::importDraws() {
+  const ProgressPlace place(session_.desk, *download_view_);
+  const QString file =
+      session_.desk.chooseFile(QStringLiteral("从文件导入开奖数据"), QStringLiteral("*.txt *.csv;;*"));
+  if (file.isEmpty()) return;
+  const Outcome outcome = session_.store.run([&, today = session_.clock.today()](Store& store) {
+    const DrawImport result =
+        lotmere::importDraws(store, session_.desk, QFile::encodeName(file).toStdString(), today);
+    if (result.outcome == Outcome::done)
+      session_.desk.tell(fmt::format("{}", fmt::join(importReport(result), kLineBreak)));
+    else
+      tellNoImport(session_.desk, result);
+    return result.outcome;
   });
   if (outcome != Outcome::done) return;
   loadEntry();

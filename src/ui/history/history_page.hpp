@@ -60,6 +60,7 @@ class HistoryPage : public QWidget {
   void showDistribution();
 
   void addDraw();
+  void importDraws();
   void removeDraw();
   void promptSearch();
   void search();

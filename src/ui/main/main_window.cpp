@@ -172,8 +172,9 @@ void MainWindow::addMenu(const char* name, const QString& title, std::initialize
 void MainWindow::makeMenus() {
   addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
   addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
-          {"mnu_AutoUpdate", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao", "mnu_HistoryData", nullptr,
-           "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
+          {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao",
+           "mnu_HistoryData", nullptr, "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr,
+           "mnu_DownloadAddress", "mnu_DetailAddress"});
   addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
           {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
   addConditionMenus();

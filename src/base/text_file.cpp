@@ -1,4 +1,4 @@
-#include "files/text_file.hpp"
+#include "base/text_file.hpp"
 
 #include <algorithm>
 #include <string_view>
@@ -14,6 +14,9 @@ namespace fs = std::filesystem;
 constexpr std::size_t kChunk = std::size_t{256} * 1024;     // a millisecond or two of conversion
 constexpr std::size_t kLargestFile = std::size_t{1} << 30;  // all tickets that there are, with some room
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
+constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+constexpr std::size_t kWideUnit = 2;  // bytes of a unit of UTF-16
 
 [[noreturn]] void fail(const fs::path& path, std::errc reason) {
   throw fs::filesystem_error("read", path, std::make_error_code(reason));
@@ -21,9 +24,10 @@ constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
 enum class Strict { yes, no };
 
-// Nothing when a byte is no character and the conversion is strict.
-std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict,
-                                       CourseLeg& job) {
+// Nothing when a byte is no character and the conversion is strict. A unit that begins no character is passed
+// over whole, so that those behind it are read.
+std::optional<std::string> convertText(std::string_view rest, const char* from, Strict strict, CourseLeg& job,
+                                       std::size_t unit = 1) {
   TextConverter converter(from, std::min(rest.size(), kChunk));
   std::string text;
   text.reserve(rest.size() + rest.size() / 2);
@@ -32,13 +36,19 @@ std::optional<std::string> convertText(std::string_view rest, const char* from, 
     if (!converter.convert(rest, text)) {
       if (strict == Strict::yes) return std::nullopt;
       text += '?';
-      rest.remove_prefix(1);
+      rest.remove_prefix(std::min(unit, rest.size()));
     }
     if (rest.size() + kChunk > serve_at) continue;
     if (job.advance(0)) break;
     serve_at = rest.size();
   }
   return text;
+}
+
+std::string convertWide(std::string_view bytes, CourseLeg& job) {
+  const char* from = bytes.starts_with(kLittleEndianMark) ? "UTF-16LE" : "UTF-16BE";
+  bytes.remove_prefix(kWideUnit);
+  return *convertText(bytes, from, Strict::no, job, kWideUnit);
 }
 
 // Whether a converted text holds a code above the last character, which the library lets pass.
@@ -70,13 +80,24 @@ std::string TextFile::bytes(CourseLeg& job) {
     bytes.resize(size + kChunk);
     file_.read(bytes.data() + size, kChunk);
     bytes.resize(size + static_cast<std::size_t>(file_.gcount()));
-    if (bytes.find('\0', size) != std::string::npos) break;  // no text, and often much more of it
+    // No text, and often much more of it.
+    if (bytes.find('\0', size) != std::string::npos && !isUtf16(bytes)) break;
   }
   if (file_.bad()) fail(path_, std::errc::io_error);
   return bytes;
 }
 
+bool isUtf16(std::string_view bytes) {
+  return bytes.starts_with(kLittleEndianMark) || bytes.starts_with(kBigEndianMark);
+}
+
+std::string readBytes(const fs::path& path, CourseLeg& job) {
+  if (path != "-") return TextFile(path).bytes(job);
+  return readStandardInput(kLargestFile, [&job] { return job.advance(0); });
+}
+
 std::optional<std::string> decodeBytes(std::string bytes, CourseLeg& job) {
+  if (isUtf16(bytes)) bytes = convertWide(bytes, job);
   if (bytes.find('\0') != std::string::npos) return std::nullopt;
   const bool plain = std::all_of(bytes.begin(), bytes.end(), [](unsigned char c) { return c < 0x80; });
   if (plain) return bytes;
