@@ -6,6 +6,7 @@
 
 #include "base/text.hpp"
 #include "base/text_file.hpp"
+#include "files/compound_line.hpp"
 #include "files/export.hpp"
 #include "files/import.hpp"
 #include "fuzzing.hpp"
@@ -66,6 +67,7 @@ void checkBlockEdge(const std::string& bytes, const std::string& text) {
 void checkDecoding(const std::string& bytes, const std::string& text) {
   constexpr std::string_view mark = "\xEF\xBB\xBF", mark_of_gb = "\x84\x31\x95\x33";
   expect(countUtf8(text).has_value(), "a text is UTF-8");
+  if (isUtf16(bytes)) return;
   if (bytes.starts_with(mark) || bytes.starts_with(mark_of_gb)) return;
   const auto characters = countUtf8(bytes);
   if (characters) expect(text == bytes, "UTF-8 is taken as it stands");
@@ -110,12 +112,31 @@ void checkTicket(std::string_view line, const ImportChoice& choice, const Import
   checkExport({ticket.period, ticket.numbers, false});
 }
 
+// A bet is written so that it reads back, and is as many tickets as its line says.
+void checkBet(std::string_view line, const CompoundBet& bet) {
+  const std::string written = compoundLine(bet);
+  expect(readCompoundLine(written) == bet, "a written bet reads back");
+  expect(hasTicketCount(written), "a written bet tells its tickets");
+  if (!hasTicketCount(line))
+    expect(readCompoundLine(fmt::format("{} (0注)", line)) == std::nullopt, "no bet is empty");
+  std::int64_t tickets = 0;
+  constexpr std::int64_t many = 1000;
+  if (countTickets(bet) > many) return;
+  expandBet(bet, [&](const DrawNumbers& numbers) {
+    ++tickets;
+    expect(numbers.reds.front() >= 1 && numbers.reds.back() <= kRedCount,
+           "the reds of a bet lie in their range");
+  });
+  expect(tickets == countTickets(bet), "a bet is its tickets");
+}
+
 void checkLines(std::string_view text, const ImportChoice& choice) {
   while (!text.empty()) {
     const std::size_t before = text.size();
     const std::string_view line = takeLine(text);
     expect(line.size() < before || text.empty(), "a line takes its end along");
     expect(line.find_first_of("\r\n") == std::string_view::npos, "a line holds no line end");
+    if (const auto bet = readCompoundLine(line)) checkBet(line, *bet);
     if (const auto ticket = importLine(line, choice)) checkTicket(line, choice, *ticket);
   }
 }
@@ -130,7 +151,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ImportChoice choice{static_cast<ImportFormat>(data[0] % formats), fuzz::kPeriod};
   const std::string bytes(data + 1, data + size);
   const auto text = fuzz::decode(bytes);
-  fuzz::expect(text.has_value() == (bytes.find('\0') == std::string::npos), "only a 0 byte is no text");
+  fuzz::expect(text.has_value() == (bytes.find('\0') == std::string::npos) || isUtf16(bytes),
+               "only a 0 byte is no text");
   if (!text) return 0;
   fuzz::checkDecoding(bytes, *text);
   fuzz::checkLines(*text, choice);

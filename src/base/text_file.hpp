@@ -34,9 +34,10 @@ class TextFile {
 // Whether bytes begin with the mark of UTF-16.
 [[nodiscard]] bool isUtf16(std::string_view bytes);
 
-// A text as UTF-8 without mark: it is taken for UTF-16 where it begins with the mark of that, for UTF-8 where
-// all of it is, else for GB18030; these two may begin with their mark. Bytes that are no character there become "?" and don't swallow what follows. Nothing when a
-// byte (in UTF-16: a character) is 0: that is no text. Cut short when the person asks to stop.
+// A text as UTF-8 without mark: it is taken for UTF-16 where it begins with the mark of that, for UTF-8
+// where all of it is, else for GB18030; these two may begin with their mark. Bytes that are no character
+// there become "?" and don't swallow what follows. Nothing when a byte (in UTF-16: a character) is 0: that
+// is no text. Cut short when the person asks to stop.
 [[nodiscard]] std::optional<std::string> decodeBytes(std::string bytes, CourseLeg& job);
 
 // Takes the first line off a text and gives it without its end: LF, CR or CR LF. Each call takes at least one

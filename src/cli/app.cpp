@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <ostream>
 
@@ -26,6 +27,7 @@ CommandList allCommands() {
   addConditionCommands(list);
   addSetCommands(list);
   addTicketCommands(list);
+  addTicketFileCommands(list);
   addAnalysisCommands(list);
   addUserCommands(list);
   addStoreCommands(list);
@@ -103,6 +105,12 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
     return detail.starts_with("A subcommand")
                ? fmt::format("缺少命令。{}", help)
                : fmt::format("缺少参数 {}。{}", detail.substr(0, detail.find(' ')), help);
+  if (code == CLI::ExitCodes::ExcludesError) {
+    constexpr std::string_view between = " excludes ";
+    const std::size_t at = std::min(detail.find(between), detail.size());
+    return fmt::format("参数 {} 和 {} 不能同用。{}", detail.substr(0, at),
+                       detail.substr(std::min(at + between.size(), detail.size())), help);
+  }
   const std::string name = detail.substr(0, detail.find(':'));
   if (code == CLI::ExitCodes::ArgumentMismatch) return fmt::format("参数 {} 的个数不对。{}", name, help);
   return fmt::format("参数 {} 的值不对。{}", name, help);

@@ -87,6 +87,7 @@ void addOwnSetCommands(CommandList& list);
 void addSettingStepCommands(CommandList& list);
 void addSetCommands(CommandList& list);
 void addTicketCommands(CommandList& list);
+void addTicketFileCommands(CommandList& list);
 void addAnalysisCommands(CommandList& list);
 void addUserCommands(CommandList& list);
 void addStoreCommands(CommandList& list);

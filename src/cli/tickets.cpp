@@ -9,8 +9,6 @@
 #include "cli/command.hpp"
 #include "cli/ticket_commands.hpp"
 #include "conditions/condition_store.hpp"
-#include "files/export.hpp"
-#include "files/import.hpp"
 #include "game/game.hpp"
 #include "pipeline/run.hpp"
 #include "start/home.hpp"
@@ -173,86 +171,6 @@ class StepCommand final : public Command {
   Make make_;
 };
 
-class ExportCommand final : public Command {
- public:
-  ExportCommand() : Command("tickets", "export", "把号码写到文本文件，一注一行") {}
-
-  void addOptions(CLI::App& app) override {
-    app.add_option("FILE", file_, "文件名")->required();
-    app.add_option("--columns", columns_, "内容，用逗号隔开：序号,期号,号码,分隔行（不写时只有号码）");
-    app.add_option("--format", switches_.format, "0 淘宝彩票网格式，1 财付通彩票格式")
-        ->check(CLI::Range(0, 1));
-  }
-
-  int run(Session& session) override {
-    if (columns_ && !readColumns())
-      return refuse(session.desk,
-                    fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quoteTyped(*columns_)));
-    if (file_.empty()) return refuse(session.desk, kNoFileName);
-    const auto [outcome, count] = exportCommand(session.store, session.desk, file_, switches_);
-    if (outcome != Outcome::done) return statusOf(outcome);
-    session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
-    return kExitDone;
-  }
-
- private:
-  bool readColumns() {
-    switches_.numbers = false;
-    for (std::size_t from = 0; from <= columns_->size();) {
-      const std::size_t end = std::min(columns_->find(',', from), columns_->size());
-      const std::string_view name = trim(std::string_view(*columns_).substr(from, end - from));
-      if (name == "序号")
-        switches_.seq = true;
-      else if (name == "期号")
-        switches_.period = true;
-      else if (name == "号码")
-        switches_.numbers = true;
-      else if (name == "分隔行")
-        switches_.separator = true;
-      else
-        return false;
-      from = end + 1;
-    }
-    return true;
-  }
-
-  std::string file_;
-  std::optional<std::string> columns_;
-  ExportSwitches switches_;
-};
-
-class ImportCommand final : public Command {
- public:
-  ImportCommand() : Command("tickets", "import", "从文本文件导入号码") {}
-
-  void addOptions(CLI::App& app) override {
-    app.add_option("FILE", file_, "文件名")->required();
-    app.add_option("--format", format_, "一行的内容：0 只有号码，1 期号＋号码，2 序号＋号码（不写时为 0）")
-        ->transform(wholeNumber(0, 2));
-    app.add_option("--period", period_, "号码的期号，如 2007001；格式 1 用文件里的期号");
-    existing_.add(app);
-  }
-
-  int run(Session& session) override {
-    if (file_.empty()) return refuse(session.desk, kNoFileName);
-    ImportChoice choice{static_cast<ImportFormat>(format_), 0};
-    if (choice.format != ImportFormat::period_numbers) {
-      if (period_.empty()) return refuse(session.desk, "请用 --period 写上号码的期号，如 2007001。");
-      const auto period = readPeriod(session.desk, period_);
-      if (!period) return kExitRefused;
-      choice.period = *period;
-    }
-    const ImportResult result = importCommand(session.store, session.desk, file_, choice, existing_.value());
-    return statusOf(result.outcome);
-  }
-
- private:
-  std::string file_;
-  int format_ = 0;
-  std::string period_;
-  ExistingOption existing_;
-};
-
 }  // namespace
 
 void addTicketCommands(CommandList& list) {
@@ -265,8 +183,6 @@ void addTicketCommands(CommandList& list) {
   list.push_back(
       std::make_unique<StepCommand>("undo", "撤销上一次初始化、过滤缩水、导入、生成或删除", undoTickets));
   list.push_back(std::make_unique<StepCommand>("redo", "重做撤销了的号码操作", redoTickets));
-  list.push_back(std::make_unique<ExportCommand>());
-  list.push_back(std::make_unique<ImportCommand>());
   list.push_back(std::make_unique<CheckCommand>());
 }
 

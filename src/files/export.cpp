@@ -8,14 +8,14 @@
 #include <vector>
 
 #include "base/text.hpp"
+#include "files/export_rows.hpp"
 #include "start/home.hpp"
 #include "tickets/upkeep.hpp"
 
 namespace lotmere {
 namespace {
 
-constexpr std::size_t kRowsPerServe = 1024;  // about a millisecond of work
-constexpr std::size_t kGroupLength = 5;      // tickets between two separator lines
+constexpr std::size_t kGroupLength = 5;  // tickets between two separator lines
 constexpr std::size_t kLongestLine = 48;
 
 // Keeps its storage over all lines of a file.
@@ -35,33 +35,6 @@ void putLine(Line& line, int seq, PeriodNo period, const DrawNumbers& numbers,
   if (switches.format != 1) return;
   std::replace(line.begin(), line.end(), ' ', ',');
   std::replace(line.begin(), line.end(), '+', '|');
-}
-
-struct ExportRow {
-  int seq = 0;
-  DrawNumbers numbers;
-};
-
-// The rows by running number. They nearly always stand so already, and reading them in the order of the table
-// lets the desk be served on the way, which a sort inside the engine would not.
-std::vector<ExportRow> readRows(Store& store, PeriodNo period, std::size_t count, CourseLeg& job) {
-  std::vector<ExportRow> tickets;
-  tickets.reserve(count);
-  Query rows = store.query(
-      R"(SELECT "序号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球" FROM "日志表" WHERE "期号"=?
-         ORDER BY "ID")");
-  rows.bind(period);
-  while (rows.next()) {
-    ExportRow& ticket = tickets.emplace_back();
-    ticket.seq = rows.number(0);
-    for (int i = 0; i < kRedsPerTicket; ++i) ticket.numbers.reds[i] = rows.number(1 + i);
-    ticket.numbers.blue = rows.number(1 + kRedsPerTicket);
-    if (tickets.size() % kRowsPerServe == 0) job.advance(0);
-  }
-  const auto by_seq = [](const ExportRow& a, const ExportRow& b) { return a.seq < b.seq; };
-  if (!std::is_sorted(tickets.begin(), tickets.end(), by_seq))
-    std::stable_sort(tickets.begin(), tickets.end(), by_seq);
-  return tickets;
 }
 
 std::string fileText(const std::vector<ExportRow>& tickets, PeriodNo period, const ExportSwitches& switches,
@@ -93,7 +66,7 @@ int exportTickets(Store& store, Desk& desk, PeriodNo period, const std::filesyst
   const auto count = store.value(R"(SELECT count(*) FROM "日志表" WHERE "期号"=?)", period);
   if (count == 0) return 0;
   CourseLeg job(desk.course(), count + 1, Course::Stop::impossible);
-  const auto tickets = readRows(store, period, static_cast<std::size_t>(count), job);
+  const auto tickets = readExportRows(store, period, static_cast<std::size_t>(count), job);
   const std::string text = fileText(tickets, period, switches, job);
   job.advance(count);
   files.writeWhole(target, text);

@@ -9,6 +9,7 @@
 
 #include "base/text.hpp"
 #include "base/text_file.hpp"
+#include "files/compound_line.hpp"
 #include "game/game.hpp"
 #include "tickets/ticket_steps.hpp"
 #include "tickets/upkeep.hpp"
@@ -99,23 +100,48 @@ struct Survey {
   ImportResult result;          // as it will be
   std::int64_t wide_lines = 0;  // tickets on whose lines further numbers follow
   std::int64_t first_wide = 0;  // number of the first of them
+  std::int64_t tickets = 0;
+
+  void addTicket(std::string_view line, std::int64_t number, const ImportChoice& choice) {
+    const auto ticket = importLine(line, choice);
+    if (!ticket) skip(line, number);
+    if (ticket && ++tickets > 0 && ticket->more && wide_lines++ == 0) first_wide = number;
+    if ((!ticket || ticket->more) && result.refusal.empty() && hasTicketCount(line))
+      result.refusal =
+          fmt::format("第 {} 行写着注数，是复式号码，要按复式格式导入（命令行 --format 3），没有导入号码！",
+                      toFullWidth(number));
+  }
+  void addBet(std::string_view line, std::int64_t number) {
+    const auto bet = readCompoundLine(line);
+    if (bet)
+      tickets += countTickets(*bet);
+    else
+      skip(line, number);
+  }
+  void skip(std::string_view line, std::int64_t number) {
+    if (!trim(line).empty() && result.skipped++ == 0) result.first_skipped = number;
+  }
 };
 
 Survey surveyFile(TextFile& source, Desk& desk, const ImportChoice& choice) {
   CourseLeg job(desk.course(), static_cast<std::int64_t>(source.size()), Course::Stop::impossible);
   Survey survey;
   auto decoded = decodeBytes(source.bytes(job), job);
-  survey.result.is_text = decoded.has_value();
-  if (!decoded) return survey;
+  if (!decoded) {
+    survey.result.refusal = "这不是文本文件，没有导入号码！";
+    return survey;
+  }
   survey.text = *std::move(decoded);
   walkLines(survey.text, job, [&](std::string_view line, std::int64_t number) {
-    if (const auto ticket = importLine(line, choice)) {
-      ++survey.result.count;
-      if (ticket->more && survey.wide_lines++ == 0) survey.first_wide = number;
-    } else if (!trim(line).empty() && survey.result.skipped++ == 0) {
-      survey.result.first_skipped = number;
-    }
+    if (choice.format == ImportFormat::compound)
+      survey.addBet(line, number);
+    else
+      survey.addTicket(line, number, choice);
   });
+  if (survey.tickets > kMostCompoundTickets && choice.format == ImportFormat::compound)
+    survey.result.refusal = fmt::format("文件里的复式号码共 {} 注，超过 {} 注，没有导入号码！",
+                                        toFullWidth(survey.tickets), toFullWidth(kMostCompoundTickets));
+  survey.result.count = survey.result.refusal.empty() ? static_cast<int>(survey.tickets) : 0;
   return survey;
 }
 
@@ -143,12 +169,17 @@ void writeTickets(Store& store, Desk& desk, std::string_view text, const ImportC
   CourseLeg job(desk.course(), static_cast<std::int64_t>(text.size()), Course::Stop::impossible);
   RowWriter writer(store, lastRow(store, job));
   walkLines(text, job, [&](std::string_view line, std::int64_t /*number*/) {
-    if (const auto ticket = importLine(line, choice)) writer.add(*ticket);
+    if (choice.format == ImportFormat::compound) {
+      const auto add = [&](const DrawNumbers& numbers) { writer.add({choice.period, numbers}); };
+      if (const auto bet = readCompoundLine(line)) expandBet(*bet, add);
+    } else if (const auto ticket = importLine(line, choice)) {
+      writer.add(*ticket);
+    }
   });
 }
 
 std::string resultText(const ImportResult& result) {
-  if (!result.is_text) return "这不是文本文件，没有导入号码！";
+  if (!result.refusal.empty()) return result.refusal;
   std::string text = fmt::format("数据导入完成，共导入：{} 注！", toFullWidth(result.count));
   if (result.skipped == 0) return text;
   return text + fmt::format("跳过了 {} 行，第一处在第 {} 行。", toFullWidth(result.skipped),

@@ -1,5 +1,5 @@
-// A list of draws in whatever form a user can save or copy: a line a draw with period, date and numbers, among
-// other columns and lines.
+// A list of draws in whatever form a user can save or copy: a line a draw with period, date and numbers,
+// among other columns and lines.
 #pragma once
 
 #include <cstddef>

@@ -31,11 +31,11 @@ struct DrawLine {
   bool means_draw = false;
 };
 
-// Reads one line of UTF-8. A date is YYYY-MM-DD with "-", "/", ".", or 年 月 日 between its parts, leading zeros or
-// not, or eight digits; a time of day behind it is passed over. A period has seven digits, or five without
-// the century. Where several numbers could be the period, the one of the date's year is. Six or seven numbers
-// of two digits without anything between them (010203040506) count as so many. Full-width characters are read
-// as plain ones.
+// Reads one line of UTF-8. A date is YYYY-MM-DD with "-", "/", ".", or 年 月 日 between its parts, leading
+// zeros or not, or eight digits; a time of day behind it is passed over. A period has seven digits, or five
+// without the century. Where several numbers could be the period, the one of the date's year is. Six or
+// seven numbers of two digits without anything between them (010203040506) count as so many. Full-width
+// characters are read as plain ones.
 [[nodiscard]] DrawLine readDrawLine(std::string_view line);
 
 }  // namespace lotmere

@@ -74,6 +74,19 @@ TEST_F(MainRoad, FromADrawListToATicketFile) {
   expectReply({"tickets", "clear", "--answer", "yes"}, "删除记录完成！\n", "确认要删除全部记录吗？ [删除]\n");
 }
 
+TEST_F(MainRoad, TicketsTravelAsCompoundBets) {
+  const std::string target = (home_.path() / "bets.txt").string();
+  home_.doStep({"numbers", "pick", "--red-tuo", "1-3,5,8,13,21", "--blue-tuo", "4,9"});
+  home_.doStep({"tickets", "init", "2024007"});
+  const std::string before = outOf({"tickets", "list"});
+  expectReply({"tickets", "export", target, "--compound"},
+              "已导出 14 注，合成 1 行复式，到 " + target + "\n");
+  EXPECT_EQ(readFile(target), "01 02 03 05 08 13 21 + 04 09 (14注)\r\n");
+  expectReply({"tickets", "import", target, "--format", "3", "--period", "2024007", "--existing", "replace"},
+              "数据导入完成，共导入：１４ 注！\n");
+  EXPECT_EQ(outOf({"tickets", "list"}), before);
+}
+
 TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   const auto stored = [&](const std::string& select) {
     SQLite::Database db(home_.home().mainDb().string());

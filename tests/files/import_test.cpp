@@ -208,7 +208,7 @@ TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   int served = 0;
   desk_.course().on_look = [&] { ++served; };
   std::filesystem::resize_file(file_, std::uintmax_t{1} << 30);
-  EXPECT_FALSE(importTickets(home_.store(), desk_, file_, {}).is_text);
+  EXPECT_EQ(importTickets(home_.store(), desk_, file_, {}).refusal, "这不是文本文件，没有导入号码！");
   EXPECT_LT(served, 5) << "what is no text isn't read to its end";
   std::filesystem::resize_file(file_, (std::uintmax_t{1} << 30) + 1);
   for (const auto& path : {home_.path() / "none", home_.path(), std::filesystem::path(), file_})
