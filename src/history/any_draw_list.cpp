@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <span>
+#include <string>
 #include <unordered_map>
 
 #include "base/text_file.hpp"
@@ -79,6 +80,10 @@ ListedRow rowOf(const Candidate& candidate, std::size_t common, Date today) {
   return row;
 }
 
+bool hasDraw(const std::vector<ListedRow>& rows) {
+  return std::ranges::any_of(rows, [](const ListedRow& row) { return row.entry.draw.has_value(); });
+}
+
 void refute(ListedEntry& entry, int other_line) {
   entry.draw.reset();
   entry.fault = fmt::format("和第 {} 行的不同", other_line);
@@ -110,27 +115,74 @@ void settleRepeats(std::vector<ListedRow>& rows) {
   rows = std::move(settled);
 }
 
+// Walks over the lines of a text; false when `read` ended it.
+template <class Use>
+bool walkLines(std::string_view text, const BytesRead& read, Use&& use) {
+  const std::size_t size = text.size();
+  std::size_t look_at = kBytesBetweenLooks;
+  for (int line = 1; !text.empty(); ++line) {
+    use(takeLine(text), line);
+    if (size - text.size() < look_at) continue;
+    if (read && read(size - text.size())) return false;
+    look_at = size - text.size() + kBytesBetweenLooks;
+  }
+  return true;
+}
+
+// A draw over several lines, as a page gives it that has a box around each number: it begins at the line with
+// its period and ends at the one with its seventh number. Its date must stand in between: what stands behind
+// the numbers may belong to the next draw.
+class SpreadDraws {
+ public:
+  void add(std::string_view line, int number) {
+    constexpr int most_lines = 40;  // of a draw
+    if (readDrawLine(line).period.value) {
+      open_ = {number, {}};
+      text_.clear();
+      lines_ = 0;
+    }
+    if (open_.line == 0 || ++lines_ > most_lines) return;
+    text_.append(line) += '\t';
+    open_.content = readDrawLine(text_);
+    if (open_.content.numbers.empty()) return;
+    found_.push_back(std::move(open_));
+    open_ = {};
+  }
+  [[nodiscard]] std::vector<Candidate>& found() { return found_; }
+
+ private:
+  std::vector<Candidate> found_;
+  Candidate open_;  // line 0: none
+  std::string text_;
+  int lines_ = 0;
+};
+
+std::vector<ListedRow> rowsOf(std::span<const Candidate> candidates, Date today) {
+  const std::size_t common = commonPlace(candidates);
+  std::vector<ListedRow> rows;
+  rows.reserve(candidates.size());
+  for (const Candidate& candidate : candidates) rows.push_back(rowOf(candidate, common, today));
+  settleRepeats(rows);
+  return rows;
+}
+
 }  // namespace
 
 AnyDrawList readAnyDrawList(std::string_view text, Date today, const BytesRead& read) {
   AnyDrawList list;
   std::vector<Candidate> candidates;
-  const std::size_t size = text.size();
-  std::size_t look_at = kBytesBetweenLooks;
-  for (int line = 1; !text.empty(); ++line) {
-    DrawLine content = readDrawLine(takeLine(text));
-    if (content.means_draw) {
-      list.dated = list.dated || content.date.stands;
-      candidates.push_back({line, std::move(content)});
-    }
-    if (size - text.size() < look_at) continue;
-    if (read && read(size - text.size())) break;
-    look_at = size - text.size() + kBytesBetweenLooks;
-  }
-  const std::size_t common = commonPlace(candidates);
-  list.rows.reserve(candidates.size());
-  for (const Candidate& candidate : candidates) list.rows.push_back(rowOf(candidate, common, today));
-  settleRepeats(list.rows);
+  const bool is_whole = walkLines(text, read, [&](std::string_view line, int number) {
+    DrawLine content = readDrawLine(line);
+    if (!content.means_draw) return;
+    list.dated = list.dated || content.date.stands;
+    candidates.push_back({number, std::move(content)});
+  });
+  list.rows = rowsOf(candidates, today);
+  if (!is_whole || hasDraw(list.rows)) return list;
+
+  SpreadDraws spread;
+  walkLines(text, read, [&](std::string_view line, int number) { spread.add(line, number); });
+  if (auto rows = rowsOf(spread.found(), today); hasDraw(rows)) return {std::move(rows), true};
   return list;
 }
 

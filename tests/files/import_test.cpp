@@ -192,6 +192,23 @@ TEST_F(Import, ReadsUtf8AndElseGb18030) {
     EXPECT_EQ(import(line, 0, Existing::keep).count, 1) << line;
 }
 
+TEST_F(Import, ReadsUtf16BehindItsMark) {
+  // A surrogate alone, which takes nothing of the line behind it along; its first byte is a line feed.
+  const std::u16string text = std::u16string(150'000, u'第') + u"\xD80A\n01，02，03，04，05，06＋07\r\n";
+  for (const bool little : {true, false}) {
+    std::string bytes = little ? "\xFF\xFE" : "\xFE\xFF";
+    for (const char16_t unit : text) {
+      const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+      bytes += {little ? low : high, little ? high : low};
+    }
+    const ImportResult result = import(bytes, 0, Existing::keep);
+    EXPECT_TRUE(result.count == 1 && result.first_skipped == 1 && result.skipped == 1) << little;
+    EXPECT_TRUE(
+        import(bytes + std::string(2, '\0'), 0, Existing::keep).refusal.starts_with("这不是文本文件"));
+    EXPECT_EQ(import(bytes + "0", 0, Existing::keep).count, 1) << "half a character";
+  }
+}
+
 TEST_F(Import, ChangesNothingUnlessItSucceeds) {
   putTicket(home_.store(), 9, 1, 2001001, kNumbers);
   desk_.runningText().set("text");

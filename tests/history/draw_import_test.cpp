@@ -43,7 +43,8 @@ TEST(DrawLists, OddOnesGiveTheSameDraws) {
   const struct {
     const char* file;
     int skipped;
-  } lists[] = {{"bars_between_all_columns.txt", 0},
+  } lists[] = {{"a_box_around_each_number.txt", 0},
+               {"bars_between_all_columns.txt", 0},
                {"date_in_front_of_short_periods.csv", 0},
                {"full_width_digits_and_chinese_dates.txt", 0},
                {"gb18030_with_semicolons.csv", 0},
@@ -130,6 +131,15 @@ TEST(DrawLists, TheNumbersAreFoundAmongOtherColumns) {
   EXPECT_EQ(list[2].entry.draw.value().numbers.blue, 12);
 }
 
+TEST(DrawLists, ADateBehindTheNumbersOfADrawOverSeveralLinesMayBeThatOfTheNext) {
+  std::string text = "24001\n2024-01-02\n1\n2\n3\n4\n5\n6\n7\n8\n";
+  EXPECT_EQ(readAnyDrawList(text, kToday).rows.at(0).entry.draw.value().numbers.blue, 7);
+  for (const char* order :
+       {"2024-01-02\n24001\n1\n2\n3\n4\n5\n6\n7\n2024-01-04\n24002\n1\n2\n3\n4\n5\n6\n8\n",
+        "24001\n1\n2\n3\n4\n5\n6\n7\n2024-01-02\n24002\n1\n2\n3\n4\n5\n6\n8\n2024-01-04\n"})
+    for (const auto& row : readAnyDrawList(order, kToday).rows) EXPECT_FALSE(row.entry.draw) << order;
+}
+
 TEST(DrawLists, AMarkedListMayHaveAnyForm) {
   const std::string marked = "=336=\n";
   const char* const rest[] = {"2024001,2024/1/2,6,22,23,25,26,29,8\n2024002,2024/1/4,3,8,14,24,32,33,1\n",
@@ -142,6 +152,9 @@ TEST(DrawLists, AMarkedListMayHaveAnyForm) {
     EXPECT_EQ(list.parseDraw(2024002).draw.value().numbers.blue, 1);
     EXPECT_FALSE(DrawList(text, kToday).isDrawList()) << "the mark must be there";
   }
+  std::string wide = "\xFF\xFE";  // UTF-16
+  for (const char c : marked + rest[0]) wide += {c, '\0'};
+  EXPECT_EQ(DrawList(wide, kToday).newest(), 2024002);
   // Half of them in the plain form: it stays the plain one, with the faults of that.
   const DrawList plain(
       marked + "2024001 2024/01/02 06 22 23 25 26 29 08\n" + "2024002 2024-01-04 03 08 14 24 32 33 01",
