@@ -52,6 +52,9 @@ class ExistingOption {
 
 // A text of the engine, its line ends those of a terminal.
 void printLines(std::ostream& out, std::string_view text);
+// By what settings the tickets were filtered, and what has changed since.
+// Of one period, or of all for 0.
+void printRunNotes(Session& session, PeriodNo period = 0);
 // The funnel, its fields separated by tabs.
 void printFunnel(std::ostream& out, const std::vector<FunnelRow>& rows);
 

@@ -44,6 +44,7 @@ class ExportCommand final : public Command {
     const auto [outcome, tickets, bets] = exportCompound(session.store, session.desk, file_);
     if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("已导出 {} 注，合成 {} 行复式，到 {}\n", tickets, bets, file_);
+    printRunNotes(session);
     return kExitDone;
   }
 
@@ -51,6 +52,7 @@ class ExportCommand final : public Command {
     const auto [outcome, count] = exportCommand(session.store, session.desk, file_, switches_);
     if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
+    printRunNotes(session);
     return kExitDone;
   }
 

@@ -126,6 +126,7 @@ class CheckCommand final : public PeriodCommand {
     if (result.outcome == Outcome::refused) return refuse(session.desk, result.refusal);
     printLines(session.out, tallyText(result));
     session.out << '\n' << moneyText(result) << '\n';
+    printRunNotes(session, period);
     return kExitDone;
   }
 };

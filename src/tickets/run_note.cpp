@@ -21,10 +21,11 @@ std::string noteOf(PeriodNo period, const RunSettings& run, const ConditionSet& 
 
 }  // namespace
 
-std::vector<std::string> runNotes(Store& store, const ConditionSet& now) {
+std::vector<std::string> runNotes(Store& store, const ConditionSet& now, PeriodNo period) {
   std::vector<std::string> notes;
-  for (const PeriodNo period : runPeriods(store))
-    if (const auto run = loadRunSettings(store, period)) notes.push_back(noteOf(period, *run, now));
+  for (const PeriodNo one : runPeriods(store))
+    if (const auto run = loadRunSettings(store, one); run && (period == 0 || period == one))
+      notes.push_back(noteOf(one, *run, now));
   return notes;
 }
 

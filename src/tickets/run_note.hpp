@@ -10,7 +10,8 @@
 namespace lotmere {
 
 // A line a period whose tickets are those of a run: the name of its set, if it had one, and which settings
-// differ in `now`. Picked numbers don't count.
-[[nodiscard]] std::vector<std::string> runNotes(Store& store, const ConditionSet& now);
+// differ in `now`. Picked numbers don't
+// count. Of one period, or of all for 0.
+[[nodiscard]] std::vector<std::string> runNotes(Store& store, const ConditionSet& now, PeriodNo period = 0);
 
 }  // namespace lotmere
