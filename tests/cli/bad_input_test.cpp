@@ -57,6 +57,26 @@ TEST_F(BadInput, PeriodsAndDraws) {
     home_.expectRefused({{word, 2, addDraw("2024007", "2024-01-16", {word, "2", "3", "4", "5", "6", "7"})}});
 }
 
+TEST_F(BadInput, SetsAndTheWayBack) {
+  home_.doStep({"sets", "save", "周末"});
+  home_.putFile("bad.txt", "Lotmere 条件 1\n总和值：开 999\n完\n");
+  const std::string bad = (home_.path() / "bad.txt").string();
+  home_.expectRefused({
+      {"a set that isn't there", 1, {"sets", "load", "平日"}},
+      {"numbers that it doesn't hold", 1, {"sets", "load", "周末", "--with-numbers"}},
+      {"a name of blanks", 1, {"sets", "save", "  "}},
+      {"a replacement that nobody answered", 1, {"sets", "save", "周末", "--with-numbers"}},
+      {"a deletion that nobody answered", 1, {"sets", "delete", "周末"}},
+      {"the program's own file", 1, {"sets", "export", "周末", home_.home().mainDb().string()}},
+      {"a file that isn't there", 1, {"sets", "import", (home_.path() / "none.txt").string()}},
+      {"a value that breaks a rule", 1, {"sets", "import", bad}},
+      {"another set that isn't there", 1, {"sets", "diff", "周末", "平日"}},
+      {"a back-test of a set that isn't there", 1, {"conditions", "backtest", "--set", "平日"}},
+      {"nothing to make again", 1, {"conditions", "redo"}},
+      {"no tickets to bring back again", 1, {"tickets", "redo"}},
+  });
+}
+
 // What a list may hold is tested with its reader; here, that every command asks it, and for its own numbers.
 TEST_F(BadInput, NumberLists) {
   for (const std::string& list : {std::string(), std::string("5-2"), kLongWord})

@@ -69,9 +69,54 @@ TEST_F(MainRoad, FromADrawListToATicketFile) {
 
   const std::string target = (home_.path() / "tickets.txt").string();
   expectReply({"tickets", "export", target, "--columns", "序号,号码", "--format", "1"},
-              "已导出 4 注到 " + target + "\n");
+              "已导出 4 注到 " + target + "\n2024007 期的号码按当时的设置过滤，设置至今未变。\n");
   EXPECT_EQ(readFile(target).substr(0, 34), "1,,,,,,,01,02,03,04,05,06|01\r\n2,,,");
   expectReply({"tickets", "clear", "--answer", "yes"}, "删除记录完成！\n", "确认要删除全部记录吗？ [删除]\n");
+}
+
+TEST_F(MainRoad, SetsWithNamesAndTheWayBack) {
+  fetch(kDrawList);
+  const std::string file = (home_.path() / "周末.txt").string();
+  home_.doStep({"numbers", "pick", "--red-tuo", "1-8", "--blue-tuo", "1,2"});
+  const std::string picked = outOf({"numbers", "show"});
+  expectReply({"sets", "save", "周末", "--with-numbers"}, "已保存方案“周末”。\n");
+  home_.doStep({"conditions", "allow", "总和值", "21-25"});
+  home_.doStep({"numbers", "clear"});
+  expectReply({"sets", "save", "小和"}, "已保存方案“小和”。\n");
+  expectReply({"sets", "list"}, "周末\t含选号\t3 项不同\n小和\t-\t相同\n");
+  expectReply({"sets", "diff", "周末", "小和"}, "总和值\t开 60-143\t开 21-25\n");
+  expectReply({"conditions", "undo"}, "已撤销：红球拖码、蓝球拖码。\n");
+  expectReply({"conditions", "undo"}, "已撤销：总和值。\n");
+  expectReply({"conditions", "redo"}, "已重做：总和值。\n");
+  EXPECT_EQ(outOf({"numbers", "show"}), picked);
+
+  expectReply({"sets", "export", "周末", file}, "已把方案“周末”写到 " + file + "。\n");
+  expectReply({"--answer", "yes", "sets", "delete", "周末"}, "",
+              "确认要删除方案“周末”吗？删除后不能恢复。 [删除]\n");
+  expectReply({"sets", "import", file}, "已读入方案“周末”。\n");
+
+  // 56 tickets, of which a run leaves four; the way back and forth, and what is said of them.
+  home_.doStep({"conditions", "use", "9", "off"});
+  for (const char* name : {"奇数个数", "大数个数", "最大间距", "连号"})
+    home_.doStep({"conditions", "use", name, "off"});
+  expectReply({"--answer", "yes", "sets", "save", "小和"}, "已保存方案“小和”。\n",
+              "已有方案“小和”，要替换它吗？ [替换]\n");
+  home_.doStep({"tickets", "init", "2024006"});
+  const std::string before = outOf({"tickets", "list"});
+  home_.doStep({"tickets", "run", "2024006"});
+  const std::string after = outOf({"tickets", "list"});
+  EXPECT_NE(before, after);
+  const std::string checked = outOf({"tickets", "check", "2024006"});
+  EXPECT_TRUE(checked.ends_with("2024006 期的号码按方案“小和”过滤，设置至今未变。\n")) << checked;
+  expectReply({"sets", "load", "周末", "--with-numbers"},
+              "已载入方案“周末”，改变了：总和值、最大间距、连号 等 6 项。\n");
+  EXPECT_TRUE(
+      outOf({"tickets", "check", "2024006"})
+          .ends_with("2024006 期的号码按方案“小和”过滤，此后改变了：总和值、最大间距、连号 等 6 项。\n"));
+  expectReply({"tickets", "undo"}, "已撤销[过滤缩水]，表格中现有 ５６ 注。\n");
+  EXPECT_EQ(outOf({"tickets", "list"}), before);
+  expectReply({"tickets", "redo"}, "已重做[过滤缩水]，表格中现有 ４ 注。\n");
+  EXPECT_EQ(outOf({"tickets", "list"}), after);
 }
 
 TEST_F(MainRoad, TicketsTravelAsCompoundBets) {

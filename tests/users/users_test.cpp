@@ -5,11 +5,15 @@
 #include <fstream>
 #include <random>
 
+#include "conditions/condition_store.hpp"
+#include "conditions/named_sets.hpp"
+#include "conditions/setting_steps.hpp"
 #include "store/interval_mark.hpp"
 #include "store/store_files.hpp"
 #include "support/desk_script.hpp"
 #include "support/faulty_files.hpp"
 #include "support/test_store.hpp"
+#include "tickets/ticket_steps.hpp"
 #include "users/accounts.hpp"
 #include "users/login.hpp"
 #include "users/profile.hpp"
@@ -120,6 +124,38 @@ TEST(Users, EachFindsTheirOwnSettingsAgainAndTheGuestTheLast) {
     EXPECT_EQ(exitProgram(shop.at()), doneIf(leaves));
     EXPECT_EQ(currentUser(shop.store), leaves ? "" : "用户1");
   }
+}
+
+TEST(Users, SetsWithNamesTravelWithTheirUserAndTheWayBackEndsWithAnothers) {
+  Shop shop;
+  const auto sets = [&] { return shop.rowsOf("命名方案"); };
+  const auto steps = [&] { return shop.store.value(R"(SELECT count(*) FROM "设置步骤")"); };
+  std::map<std::string, std::string> left;
+  for (const std::string name : {"甲", "乙", "甲", "临时用户", "乙", "乙", "丁"}) {
+    const bool same = name == currentUser(shop.store);
+    shop.putTickets();
+    keepTickets(shop.store, TicketAction::import);
+    shop.enter(name);
+    EXPECT_EQ(sets(), left[name]) << name;
+    EXPECT_EQ(steps(), same ? 1 : 0) << name;
+    EXPECT_EQ(shop.rowsOf("号码步骤"), "") << name;
+    changeSettings(shop.store, [](ConditionSet& set) { set.cells.set(5, 3 - set.cells.value(5)); });
+    for (const char* kind : {"常用", "的"}) {
+      if (same) continue;
+      ASSERT_EQ(
+          keepNamedSet(shop.store, shop.desk, {name + kind, true, setText(loadConditionSet(shop.store))}),
+          Outcome::done);
+    }
+    if (name != kGuest) left[name] = sets();
+    if (same) shop.run(R"(DELETE FROM "设置步骤" WHERE "序号">1)");
+  }
+  // The way back outlasts the end of the program, for whoever comes back first.
+  const auto before = loadConditionSet(shop.store);
+  changeSettings(shop.store, [](ConditionSet& set) { set.cells.set(9, 1); });
+  ASSERT_EQ(logOut(shop.at()), Outcome::done);
+  shop.enter("丁");
+  ASSERT_TRUE(undoSettings(shop.store));
+  EXPECT_EQ(loadConditionSet(shop.store), before);
 }
 
 TEST(Users, WhoComesWithOtherIntervalsLeavesTheirCountsDue) {
