@@ -10,6 +10,8 @@
 
 #include "base/text.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/named_sets.hpp"
+#include "conditions/set_text.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/grouped_tickets.hpp"
 #include "pipeline/run_text.hpp"
@@ -19,6 +21,7 @@
 #include "reduction/smart.hpp"
 #include "store/periods.hpp"
 #include "tickets/init.hpp"
+#include "tickets/ticket_steps.hpp"
 
 namespace lotmere {
 namespace {
@@ -87,7 +90,8 @@ class Generation {
       : store_(store),
         desk_(desk),
         limits_(limits),
-        plan_(compileRules(loadConditionSet(store)), loadDrawTable(store), period),
+        set_(loadConditionSet(store)),
+        plan_(compileRules(set_), loadDrawTable(store), period),
         groups_(selection, plan_.rules().places) {}
 
   GenerateResult make(Existing settled) {
@@ -224,7 +228,10 @@ class Generation {
     computeDrawStatistics(store_, desk_, previous, previous);
     CourseLeg job(desk_.course(), static_cast<std::int64_t>(tickets.size()), Course::Stop::impossible);
     const auto tell = [&](std::size_t rows) { return job.advance(static_cast<std::int64_t>(rows)); };
-    std::int64_t id = makeRoom(store_, plan_.period(), settled);
+    keepTickets(store_, TicketAction::generate);
+    saveRunSettings(store_, plan_.period(),
+                    {nameOfSet(store_, set_).value_or(std::string()), setText(set_, WithPicks::no)});
+    const std::int64_t id = makeRoom(store_, plan_.period(), settled);
     const auto first_new = static_cast<std::size_t>(
         std::ranges::lower_bound(tickets.origin, static_cast<std::uint32_t>(tickets.stored.id.size())) -
         tickets.origin.begin());
@@ -240,6 +247,7 @@ class Generation {
   Store& store_;
   Desk& desk_;
   GenerateLimits limits_;
+  ConditionSet set_;
   FilterPlan plan_;
   GroupedTickets groups_;
 };

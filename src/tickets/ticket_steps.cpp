@@ -192,9 +192,7 @@ void BeforeRun::keep(Store& store, const std::string& set_name, const std::strin
                 SELECT ?,"期号","方案","内容" FROM "运行条件" WHERE "方向"=?)")
       .bind(static_cast<int>(kUndo), static_cast<int>(kNow))
       .run();
-  store.query(R"(INSERT OR REPLACE INTO "运行条件" ("方向","期号","方案","内容") VALUES (?,?,?,?))")
-      .bind(static_cast<int>(kNow), period_, set_name, set_text)
-      .run();
+  saveRunSettings(store, period_, {set_name, set_text});
 }
 
 std::optional<RunOrigin> loadRunOrigin(Store& store, PeriodNo period) {
@@ -225,6 +223,12 @@ std::vector<PeriodNo> runPeriods(Store& store) {
   std::vector<PeriodNo> periods;
   while (rows.next()) periods.push_back(rows.number(0));
   return periods;
+}
+
+void saveRunSettings(Store& store, PeriodNo period, const RunSettings& settings) {
+  store.query(R"(INSERT OR REPLACE INTO "运行条件" ("方向","期号","方案","内容") VALUES (?,?,?,?))")
+      .bind(static_cast<int>(kNow), period, settings.name, settings.text)
+      .run();
 }
 
 NextTicketSteps nextTicketSteps(Store& store) { return {readAction(store, kUndo), readAction(store, kRedo)}; }

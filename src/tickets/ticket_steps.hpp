@@ -55,6 +55,9 @@ struct RunSettings {
 [[nodiscard]] std::optional<RunSettings> loadRunSettings(Store& store, PeriodNo period);
 // The periods for which there are such, ascending.
 [[nodiscard]] std::vector<PeriodNo> runPeriods(Store& store);
+// Says what they were filtered with. Runs inside the change of an action that filters them, behind
+// keepTickets(). Throws SQLite::Exception.
+void saveRunSettings(Store& store, PeriodNo period, const RunSettings& settings);
 
 // What the next undo and redo would take back or make again, for a menu; nothing where there is none.
 struct NextTicketSteps {

@@ -15,6 +15,7 @@
 #include "reduction/cover.hpp"
 #include "support/store_test.hpp"
 #include "tickets/init.hpp"
+#include "tickets/ticket_steps.hpp"
 
 namespace lotmere {
 namespace {
@@ -257,6 +258,9 @@ TEST_F(Generate, AsksBeforeItReplacesAndRefusesAnEmptySelection) {
   });
   EXPECT_EQ(generateTickets(store_, desk_, kPeriod, selection).left, 7);
   EXPECT_EQ(test::readRows(store_).front().id, 4) << "behind the row that went";
+  EXPECT_TRUE(loadRunSettings(store_, kPeriod) && !loadRunOrigin(store_, kPeriod));
+  EXPECT_EQ(undoTickets(store_, desk_), Outcome::done);
+  EXPECT_EQ(test::readRows(store_), before);
 }
 
 }  // namespace
