@@ -197,7 +197,7 @@ std::string guaranteeText(const Guarantee& guarantee, std::string_view taken) {
                                  guarantee.held);
   text += "最高奖级\t期数\t占％\t平均中奖注数\n";
   for (std::size_t tier = 1; tier <= kPrizeTiers; ++tier)
-    text += fmt::format("{}\t{}\t{:.2f}\t{:.2f}\n", names[tier], guarantee.best.at(tier),
+    text += fmt::format("{}\t{}\t{:.2f}\t{:.4f}\n", names[tier], guarantee.best.at(tier),
                         100 * static_cast<double>(guarantee.best.at(tier)) / draws,
                         static_cast<double>(guarantee.won.at(tier - 1)) / draws);
   text += fmt::format("{}\t{}\t{:.2f}\t—\n", names[0], guarantee.best[0],

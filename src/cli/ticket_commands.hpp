@@ -59,5 +59,6 @@ void printRunNotes(Session& session, PeriodNo period = 0);
 void printFunnel(std::ostream& out, const std::vector<FunnelRow>& rows);
 
 void addGenerateCommand(CommandList& list);
+void addTicketAdviceCommands(CommandList& list);
 
 }  // namespace lotmere

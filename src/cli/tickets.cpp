@@ -185,6 +185,7 @@ void addTicketCommands(CommandList& list) {
       std::make_unique<StepCommand>("undo", "撤销上一次初始化、过滤缩水、导入、生成或删除", undoTickets));
   list.push_back(std::make_unique<StepCommand>("redo", "重做撤销了的号码操作", redoTickets));
   list.push_back(std::make_unique<CheckCommand>());
+  addTicketAdviceCommands(list);
 }
 
 }  // namespace lotmere

@@ -16,6 +16,10 @@ class TicketCommands : public testing::Test {
     home_.doStep({"tickets", "import", file("two.txt"), "--format", "1"});
   }
   [[nodiscard]] std::string file(const char* name) const { return (home_.path() / name).string(); }
+  // A selection of which the factory conditions leave some tickets.
+  void pickWide() const {
+    home_.doStep({"numbers", "pick", "--red-tuo", "2,5,9,14,18,23,27,32", "--blue-tuo", "1"});
+  }
   [[nodiscard]] std::size_t tickets() const {
     const std::string list = home_.run({"tickets", "list"}).out;
     return static_cast<std::size_t>(std::count(list.begin(), list.end(), '\n'));
@@ -88,11 +92,11 @@ TEST_F(TicketCommands, GeneratesInOneGo) {
   home_.expectRefused({{"tickets of the period", 1, generate},
                        {"a blue beyond the game", 1, with({"--existing", "keep", "--blues", "1,17"})},
                        {"no blue", 1, with({"--existing", "keep", "--blues", ""})}});
-  home_.doStep({"conditions", "use", "总和值", "off"});
-  home_.doStep({"conditions", "use", "大数个数", "off"});
+  pickWide();
   home_.doStep({"tickets", "init", "2024007", "--existing", "keep"});
   const std::string run = home_.run({"tickets", "run", "2024007"}).out;
   const std::string list = home_.run({"tickets", "list"}).out;
+  EXPECT_GT(tickets(), 2U) << run;
   home_.doStep({"tickets", "import", file("two.txt"), "--format", "1", "--existing", "replace"});
   const Reply made = home_.run(with({"--existing", "keep"}));
   EXPECT_EQ(home_.run({"tickets", "list"}).out, list);
@@ -101,7 +105,7 @@ TEST_F(TicketCommands, GeneratesInOneGo) {
   const Reply too_many = home_.run(with({"--existing", "keep", "--all-reds", "--blues", "1-16"}));
   EXPECT_EQ(too_many.status, 1);
   EXPECT_TRUE(too_many.err.starts_with("过滤缩水后还有 ")) << too_many.err;
-  EXPECT_TRUE(too_many.out.starts_with("条件\t之前\t之后\t去掉％\t单独去掉\n奇数个数\t177210"))
+  EXPECT_TRUE(too_many.out.starts_with("条件\t之前\t之后\t去掉％\t单独去掉\n总和值\t17721091\t16868147\t"))
       << too_many.out;
   EXPECT_EQ(home_.run({"tickets", "list"}).out, list);
   home_.doStep({"conditions", "shrink", "3"});
@@ -109,6 +113,32 @@ TEST_F(TicketCommands, GeneratesInOneGo) {
   const std::string ten = home_.run({"tickets", "list"}).out;
   EXPECT_TRUE(ten.find("+04\n") != ten.npos && ten.find("+09\n") != ten.npos &&
               ten.find("+01\n") == ten.npos);
+}
+
+// Of the tickets in front of the last run or of its shrink, as long as nothing else changes them.
+TEST_F(TicketCommands, AGuaranteeIsThatOfTheLastRun) {
+  const auto guarantee = [](const char* of) {
+    return Arguments{"tickets", "guarantee", "2024007", "--of", of};
+  };
+  pickWide();
+  home_.doStep({"conditions", "shrink", "6"});
+  home_.doStep({"tickets", "init", "2024007", "--existing", "replace"});
+  home_.expectRefused({{"no run so far", 1, guarantee("run")},
+                       {"another period", 1, {"tickets", "guarantee", "2024008"}},
+                       {"of nothing", 2, guarantee("init")}});
+  const Reply run = home_.run({"tickets", "run", "2024007", "--funnel"});
+  EXPECT_NE(run.out.find("\n保六型\t21\t3\t"), run.out.npos) << run.out;
+  home_.doStep({"tickets", "list"});
+  for (const auto& [of, taken] :
+       {std::pair("run", "把过滤缩水前的 28 注"), std::pair("shrink", "把缩水前的 21 注")}) {
+    const std::string told = home_.run(guarantee(of)).out;
+    EXPECT_TRUE(told.starts_with(std::string(taken) + "逐一当作开奖号码，核对余下的 3 注：\n最高奖级\t"))
+        << told;
+    EXPECT_NE(told.find("\n一等奖\t3\t"), told.npos) << told;
+    EXPECT_NE(told.find("\n成本 6 元；"), told.npos) << told;
+  }
+  home_.doStep({"tickets", "undo"});
+  home_.expectRefused({{"taken back", 1, guarantee("run")}});
 }
 
 TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
