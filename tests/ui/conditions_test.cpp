@@ -256,6 +256,15 @@ TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
       << "the summary follows the pad";
 }
 
+TEST_F(ConditionsTest, TheShrinkPageSaysWhatTheChosenTypePromises) {
+  choose(kShrink);
+  for (const int type : {3, 7, 4}) {
+    click("Option_ShuoSuiLeiXing_" + std::to_string(type));
+    settle();
+    EXPECT_TRUE(text("shrinkHint").ends_with(promiseText(type))) << text("shrinkHint");
+  }
+}
+
 TEST_F(ConditionsTest, AListTakesTheSpaceBarAndTellsTheCurrentValues) {
   auto& list = part<CheckList>("List_TjA_8");  // 奇数个数
   const QAbstractItemModelTester tester(list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);

@@ -25,8 +25,8 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
     types_.addButton(option, type);
     column->addWidget(option);
   }
-  connect(&types_, &QButtonGroup::idClicked, this, [&clicks](int type) {
-    clicks.change([=](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); });
+  connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
+    clicks.change([=](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); }, [this] { load(); });
   });
   smart_->setObjectName(QStringLiteral("Check_auto"));
   connect(smart_, &QCheckBox::clicked, this,
@@ -49,6 +49,7 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
   fewer->addWidget(fewer_);
   fewer->addWidget(effort_);
   fewer->addStretch();
+  hint_->setObjectName(QStringLiteral("shrinkHint"));
   hint_->setWordWrap(true);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
