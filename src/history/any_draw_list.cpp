@@ -47,6 +47,15 @@ std::size_t commonPlace(std::span<const Candidate> candidates) {
   return found == votes.end() ? 0 : static_cast<std::size_t>(found - votes.begin());
 }
 
+// Where the numbers of a line begin. A mark counts where the common place doesn't serve as it stands: columns
+// behind the numbers may have signs of their own.
+std::size_t placeOf(const DrawLine& content, std::size_t common) {
+  if (!content.first_red) return common;
+  const bool serves =
+      common + kNumbersOfDraw <= content.numbers.size() && isDraw(numbersAt(content.numbers, common));
+  return serves ? common : *content.first_red;
+}
+
 // Why numbers aren't those of a draw; empty where they are. The reds are ascending.
 std::string numberFault(const DrawNumbers& numbers) {
   for (const int red : numbers.reds)
@@ -71,7 +80,7 @@ ListedRow rowOf(const Candidate& candidate, std::size_t common, Date today) {
   const DrawLine& content = candidate.content;
   ListedRow row{content.period.value.value_or(0), {std::nullopt, fieldFault(content, today), candidate.line}};
   if (!row.entry.fault.empty()) return row;
-  const std::size_t place = content.first_red.value_or(common);
+  const std::size_t place = placeOf(content, common);
   DrawNumbers numbers;
   if (place + kNumbersOfDraw <= content.numbers.size()) numbers = numbersAt(content.numbers, place);
   std::ranges::sort(numbers.reds);
