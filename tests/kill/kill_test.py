@@ -121,6 +121,8 @@ def scenarios(folder):
     return [
         Scenario("first start", [], ["numbers", "show"]),
         Scenario("draws fetch --all", [["numbers", "show"]], fetch[0]),
+        Scenario("draws import", [["draws", "add", "2024001", "2024-01-02", *last_draw[4:]]],
+                 ["draws", "import", DRAWS, "--existing", "replace"]),
         Scenario("draws add", fetch, last_draw),
         Scenario("draws delete", fetch, ["--answer", "yes", "draws", "delete", LAST_PERIOD]),
         Scenario("numbers pick", fetch, picked[0]),
