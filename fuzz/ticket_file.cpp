@@ -100,7 +100,8 @@ void checkTicket(std::string_view line, const ImportChoice& choice, const Import
   expect(blue >= 1 && blue <= kBlueCount, "the blue lies in its range");
   expect(countUtf8(trim(line)) >= shortest, "a usable line has fifteen characters");
   if (choice.format == ImportFormat::period_numbers) {
-    expect(ticket.period >= 1 && line.find(fmt::format("{:07}", ticket.period)) != std::string_view::npos,
+    expect(ticket.period >= 1 &&
+               plainDigits(line).find(fmt::format("{:07}", ticket.period)) != std::string::npos,
            "the period stands in the line");
   } else {
     expect(ticket.period == choice.period, "the period is the chosen one");

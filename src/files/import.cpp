@@ -218,7 +218,7 @@ ImportResult importTickets(Store& store, Desk& desk, const std::filesystem::path
 
 ImportResult importCommand(Store& store, Desk& desk, const std::filesystem::path& file,
                            const std::optional<ImportChoice>& choice, Existing existing) {
-  const ImportResult result = choice ? importTickets(store, desk, file, *choice, existing) : ImportResult{};
+  ImportResult result = choice ? importTickets(store, desk, file, *choice, existing) : ImportResult{};
   if (result.cancelled) return result;
   const std::string text = resultText(result);
   desk.tell(text, result.count == 0 ? Tone::warning : Tone::information);

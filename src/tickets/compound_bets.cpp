@@ -143,10 +143,11 @@ std::vector<CompoundBet> joinTickets(std::span<const DrawNumbers> tickets, const
       bets.push_back({{{numbers.reds.begin(), numbers.reds.end()}, {numbers.blue}}, place});
   }
   std::vector<Six> sixes = joinBlues(std::move(in_game));
-  const auto odd = std::ranges::partition(sixes, [](const Six& six) { return isAscending(six.reds); });
-  for (const Six& six : odd)
-    bets.push_back({{{six.reds.begin(), six.reds.end()}, bluesOf(six.blues)}, six.place});
-  sixes.erase(odd.begin(), odd.end());
+  const auto odd =
+      std::partition(sixes.begin(), sixes.end(), [](const Six& six) { return isAscending(six.reds); });
+  for (auto six = odd; six != sixes.end(); ++six)
+    bets.push_back({{{six->reds.begin(), six->reds.end()}, bluesOf(six->blues)}, six->place});
+  sixes.erase(odd, sixes.end());
 
   const auto group = [](const Six& six) { return std::tie(six.blues, six.times); };
   std::ranges::sort(sixes, {}, [](const Six& six) { return std::tie(six.blues, six.times, six.reds); });
