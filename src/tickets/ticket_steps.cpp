@@ -13,7 +13,7 @@ namespace lotmere {
 namespace {
 
 // Where a row of `号码步骤` or `运行条件` belongs.
-enum Place : int { kNow, kUndo, kRedo };
+enum Place : int { now, undo, redo };  // as the rows hold it
 
 constexpr std::string_view kActions[] = {"初始化", "过滤缩水", "导入", "删除", "生成"};
 constexpr std::string_view kRun = kActions[static_cast<std::size_t>(TicketAction::run)];
@@ -105,8 +105,8 @@ void moveRunSettings(Store& store, Place from, Place to) {
 
 // Makes room for the step of a new action.
 void beginStep(Store& store) {
-  store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(kRedo)).run();
-  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(kRedo)).run();
+  store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(redo)).run();
+  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(redo)).run();
 }
 
 void deleteTickets(Store& store, PeriodNo period) {
@@ -114,7 +114,7 @@ void deleteTickets(Store& store, PeriodNo period) {
 }
 
 Outcome makeStep(Store& store, Desk& desk, Place place) {
-  const bool back = place == kUndo;
+  const bool back = place == undo;
   StoreChange change(store);
   const auto step = readStep(store, place);
   const auto rows = step ? unpackRows(step->tickets) : std::nullopt;
@@ -123,14 +123,14 @@ Outcome makeStep(Store& store, Desk& desk, Place place) {
     return Outcome::refused;
   }
   CourseLeg job(desk.course(), static_cast<std::int64_t>(rows->size()), Course::Stop::impossible);
-  const Place other = back ? kRedo : kUndo;
-  // The bits stay with the tickets that a run began with: going forward they are those that stand now.
+  const Place other = back ? redo : undo;
+  // The bits belong to the tickets that the run began with, in either direction.
   writeStep(store, other, {step->action, step->period, packStored(store, step->period), step->before_shrink});
   deleteTickets(store, step->period);
   writeRows(store, *rows, job);
   store.query(R"(DELETE FROM "号码步骤" WHERE "方向"=?)").bind(static_cast<int>(place)).run();
-  moveRunSettings(store, kNow, other);
-  moveRunSettings(store, place, kNow);
+  moveRunSettings(store, now, other);
+  moveRunSettings(store, place, now);
   change.commit();
   desk.tell(fmt::format("已{}[{}]，表格中现有 {} 注。", back ? "撤销" : "重做", step->action,
                         toFullWidth(store.value(R"(SELECT count(*) FROM "日志表")"))));
@@ -141,8 +141,8 @@ Outcome makeStep(Store& store, Desk& desk, Place place) {
 
 void keepTickets(Store& store, TicketAction action) {
   beginStep(store);
-  writeStep(store, kUndo, {std::string(nameOf(action)), 0, packStored(store, 0), {}});
-  moveRunSettings(store, kNow, kUndo);
+  writeStep(store, undo, {std::string(nameOf(action)), 0, packStored(store, 0), {}});
+  moveRunSettings(store, now, undo);
 }
 
 BeforeRun::BeforeRun(Store& store, const TicketSet& tickets)
@@ -185,18 +185,18 @@ void BeforeRun::markBeforeShrink(const TicketSet& tickets) {
 
 void BeforeRun::keep(Store& store, const std::string& set_name, const std::string& set_text) const {
   beginStep(store);
-  writeStep(store, kUndo, {std::string(kRun), period_, packed_, before_shrink_});
-  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(kUndo)).run();
+  writeStep(store, undo, {std::string(kRun), period_, packed_, before_shrink_});
+  store.query(R"(DELETE FROM "运行条件" WHERE "方向"=?)").bind(static_cast<int>(undo)).run();
   store
       .query(R"(INSERT INTO "运行条件" ("方向","期号","方案","内容")
                 SELECT ?,"期号","方案","内容" FROM "运行条件" WHERE "方向"=?)")
-      .bind(static_cast<int>(kUndo), static_cast<int>(kNow))
+      .bind(static_cast<int>(undo), static_cast<int>(now))
       .run();
   saveRunSettings(store, period_, {set_name, set_text});
 }
 
 std::optional<RunOrigin> loadRunOrigin(Store& store, PeriodNo period) {
-  const auto step = readStep(store, kUndo);
+  const auto step = readStep(store, undo);
   if (!step || step->action != kRun || step->period != period) return std::nullopt;
   const auto rows = unpackRows(step->tickets);
   if (!rows) return std::nullopt;
@@ -212,14 +212,14 @@ std::optional<RunOrigin> loadRunOrigin(Store& store, PeriodNo period) {
 
 std::optional<RunSettings> loadRunSettings(Store& store, PeriodNo period) {
   Query row = store.query(R"(SELECT "方案","内容" FROM "运行条件" WHERE "方向"=? AND "期号"=?)");
-  row.bind(static_cast<int>(kNow), period);
+  row.bind(static_cast<int>(now), period);
   if (!row.next()) return std::nullopt;
   return RunSettings{row.text(0), row.text(1)};
 }
 
 std::vector<PeriodNo> runPeriods(Store& store) {
   Query rows = store.query(R"(SELECT "期号" FROM "运行条件" WHERE "方向"=? ORDER BY "期号")");
-  rows.bind(static_cast<int>(kNow));
+  rows.bind(static_cast<int>(now));
   std::vector<PeriodNo> periods;
   while (rows.next()) periods.push_back(rows.number(0));
   return periods;
@@ -227,14 +227,14 @@ std::vector<PeriodNo> runPeriods(Store& store) {
 
 void saveRunSettings(Store& store, PeriodNo period, const RunSettings& settings) {
   store.query(R"(INSERT OR REPLACE INTO "运行条件" ("方向","期号","方案","内容") VALUES (?,?,?,?))")
-      .bind(static_cast<int>(kNow), period, settings.name, settings.text)
+      .bind(static_cast<int>(now), period, settings.name, settings.text)
       .run();
 }
 
-NextTicketSteps nextTicketSteps(Store& store) { return {readAction(store, kUndo), readAction(store, kRedo)}; }
+NextTicketSteps nextTicketSteps(Store& store) { return {readAction(store, undo), readAction(store, redo)}; }
 
-Outcome undoTickets(Store& store, Desk& desk) { return makeStep(store, desk, kUndo); }
+Outcome undoTickets(Store& store, Desk& desk) { return makeStep(store, desk, undo); }
 
-Outcome redoTickets(Store& store, Desk& desk) { return makeStep(store, desk, kRedo); }
+Outcome redoTickets(Store& store, Desk& desk) { return makeStep(store, desk, redo); }
 
 }  // namespace lotmere
