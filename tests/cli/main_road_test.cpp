@@ -245,21 +245,21 @@ TEST_F(MainRoad, AddressesAreShownAndChanged) {
 }
 
 TEST_F(MainRoad, OwnSetsAndReset) {
-  constexpr std::string_view kSteps = "设置步骤";  // which tell how it came there
+  constexpr std::string_view steps = "设置步骤";  // which tell how it came there
   home_.doStep({"draws", "list"});
-  const std::string factory = home_.contents(kSteps);
+  const std::string factory = home_.contents(steps);
   home_.doStep({"conditions", "group", "10", "1,33"});
-  EXPECT_NE(home_.contents(kSteps), factory);
+  EXPECT_NE(home_.contents(steps), factory);
   home_.doStep({"conditions", "group", "10", "无"});
-  EXPECT_EQ(home_.contents(kSteps), factory);
+  EXPECT_EQ(home_.contents(steps), factory);
   home_.doStep({"conditions", "interval", "4", "1-7"});
   expectReply({"numbers", "pick", "--red-dan", "1-4", "--red-tuo", "32,33", "--blue-dan", "16"},
               "红球拖码: 32 33\n红球胆码: 01 02 03 04\n蓝球拖码:\n蓝球胆码: 16\n注数: 1\n");
   home_.doStep({"--answer", "yes", "conditions", "reset"});
-  EXPECT_EQ(home_.contents(kSteps), factory);
+  EXPECT_EQ(home_.contents(steps), factory);
   home_.doStep({"numbers", "pick", "--red-tuo", "25-33", "--blue-tuo", "16"});
   home_.doStep({"numbers", "clear"});
-  EXPECT_EQ(home_.contents(kSteps), factory);
+  EXPECT_EQ(home_.contents(steps), factory);
 }
 
 TEST(Help, StandsOnEveryLevelWithoutAHome) {

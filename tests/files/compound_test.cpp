@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -90,8 +91,8 @@ TEST_F(Compound, TheFormatsAreKeptApart) {
   EXPECT_EQ(desk_.told.back().text, "数据导入完成，共导入：１５ 注！跳过了 ２ 行，第一处在第 ３ 行。");
   const auto before = tickets();
   for (const int format : {0, 1, 2}) {
-    const std::string plain = "2024001 01 02 03 04 05 06 07\n";
-    EXPECT_EQ(import(plain + bet + plain + bet, format).outcome, Outcome::refused) << format;
+    const std::string list = fmt::format("{0}{1}{0}{1}", "2024001 01 02 03 04 05 06 07\n", bet);
+    EXPECT_EQ(import(list, format).outcome, Outcome::refused) << format;
     EXPECT_EQ(desk_.told.back().text,
               "第 ２ 行写着注数，是复式号码，要按复式格式导入（命令行 --format 3），没有导入号码！");
   }
