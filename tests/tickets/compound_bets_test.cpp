@@ -28,7 +28,7 @@ std::map<std::pair<Reds, int>, int> counted(const Tickets& tickets) {
 
 // Joins, and holds the bets against the tickets.
 std::vector<CompoundBet> join(const Tickets& tickets) {
-  const auto bets = joinTickets(tickets);
+  auto bets = joinTickets(tickets);
   Tickets all;
   for (const CompoundBet& bet : bets) {
     const Tickets some = expand(bet);
