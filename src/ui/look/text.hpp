@@ -1,7 +1,9 @@
 // Texts between the engine, which speaks UTF-8 with CR LF, and the widgets.
 #pragma once
 
+#include <QLocale>
 #include <QString>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -14,5 +16,10 @@ namespace lotmere::ui {
 }
 
 [[nodiscard]] inline std::string utf8(const QString& text) { return text.toStdString(); }
+
+// "12,345", as the window writes numbers of its own.
+[[nodiscard]] inline QString grouped(std::int64_t number) {
+  return QLocale(QLocale::English).toString(static_cast<qlonglong>(number));
+}
 
 }  // namespace lotmere::ui

@@ -19,8 +19,8 @@ struct Look {
 
 const Look kLight{{QColor(0xD8392F), QColor(0x2F6FD0), QColor(0x1E9E57), QColor(0xD23B34), QColor(0xFFFFFF),
                    QColor(0xE3E0DA), QColor(0xC22A20), QColor(0x2460BF), QColor(0xFFFFE1), QColor(0x6B7280),
-                   QColor(0xDADDE3), QColor(0x1E7F49), QColor(0xB45309), QColor(128, 128, 255),
-                   QColor(0xF03A30), QColor(0xBCC2CE)},
+                   QColor(0xDADDE3), QColor(0x1E7F49), QColor(0xB45309), QColor(0x9DBBEF), QColor(0xF0A8A0),
+                   QColor(0xC9CED8), QColor(128, 128, 255), QColor(0xF03A30), QColor(0xBCC2CE)},
                   QColor(0xF4F5F7),
                   QColor(0xFFFFFF),
                   QColor(0xF8F9FB),
@@ -33,8 +33,8 @@ const Look kLight{{QColor(0xD8392F), QColor(0x2F6FD0), QColor(0x1E9E57), QColor(
 
 const Look kDark{{QColor(0xE4574D), QColor(0x4C8BEA), QColor(0x2FAF68), QColor(0xE0544C), QColor(0x363B45),
                   QColor(0x2A2D34), QColor(0xFF8A80), QColor(0x86B4FF), QColor(0x3A3A2C), QColor(0x9AA3B2),
-                  QColor(0x3A3F4A), QColor(0x5CCB8D), QColor(0xF0A94B), QColor(128, 128, 255),
-                  QColor(0xF5554B), QColor(0x646C7C)},
+                  QColor(0x3A3F4A), QColor(0x5CCB8D), QColor(0xF0A94B), QColor(0x47689F), QColor(0xA8534B),
+                  QColor(0x59616F), QColor(128, 128, 255), QColor(0xF5554B), QColor(0x646C7C)},
                  QColor(0x1F2228),
                  QColor(0x262A31),
                  QColor(0x2B2F37),

@@ -27,6 +27,10 @@ struct Colours {
   QColor line;      // between areas
   QColor good;      // of a state that is as it should be
   QColor warning;   // of one that isn't
+  // Of a set of tickets: what a condition leaves, and what it takes away.
+  QColor kept;
+  QColor removed;
+  QColor chance;  // what chance gives, beside what was seen
   // The gaps of a number in the omission analysis.
   QColor running_gap;
   QColor long_gap;  // the average gap, and a running one that is longer
