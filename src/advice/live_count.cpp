@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <numeric>
 #include <utility>
 
 #include "base/text.hpp"
+#include "pipeline/funnel_rows.hpp"
 #include "pipeline/judge_block.hpp"
 #include "reduction/cover.hpp"
 #include "tickets/init.hpp"
@@ -53,70 +53,102 @@ std::shared_ptr<const LiveTickets> loadLiveTickets(Store& store, const Dropped& 
   return std::make_shared<LiveTickets>(*period, std::move(tickets->balls));
 }
 
-// Which tickets the steps leave doesn't depend on their order, so the sixes go through those that look at the
-// reds alone, block by block, and the tickets of what is left through the places and the cover.
-std::optional<std::int64_t> LiveTickets::countLeft(const FilterPlan& plan, Course& course) const {
-  const FilterRules& rules = plan.rules();
-  const auto steps = filterSteps();
-  std::size_t places = steps.size();
-  std::vector<std::size_t> by_reds;
-  for (std::size_t step = 0; step < steps.size(); ++step) {
-    if (!plan.runs(step)) continue;
-    if (steps[step].kind == StepKind::places)
-      places = step;
-    else
-      by_reds.push_back(step);
+template <class Keep>
+bool LiveTickets::walkTolerant(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const {
+  const std::size_t steps = filterSteps().size();
+  std::vector<std::int64_t> failing(steps);
+  for (std::size_t begin = 0; begin < tickets_.size(); begin += kBlock) {
+    const auto block = std::span(tickets_).subspan(begin, std::min(kBlock, tickets_.size() - begin));
+    std::array<std::uint8_t, kBlock> failed{}, rejected{};
+    for (std::size_t step = 0; step < steps; ++step)
+      if (plan.runs(step))
+        failing[step] +=
+            addFailures(plan, step, block, step == matchStep() ? rejected.data() : failed.data());
+    for (std::size_t row = 0; row < block.size(); ++row)
+      if (rejected[row] == 0 && failed[row] <= plan.rules().tolerance) keep(block[row]);
+    if (leg.advance(static_cast<std::int64_t>(begin + block.size()))) return false;
   }
+  for (std::size_t step = 0; step < steps; ++step)
+    if (plan.isOn(step))
+      left.funnel.push_back({filterSteps()[step].plainName(), size(), size() - failing[step]});
+  left.funnel.push_back({toleranceRowName(plan), size(), left.filtered});
+  return true;
+}
+
+// Block by block, each in the order of the steps. A group of equal sixes goes through the steps that look at the
+// reds alone once, with the number of its tickets that are left; only the places look at its tickets.
+template <class Keep>
+bool LiveTickets::walkSteps(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const {
+  struct Group {
+    std::uint32_t number;
+    std::uint32_t tickets;  // of it, that are left
+  };
+  const auto steps = filterSteps();
+  const PlaceTest& places = plan.rules().places;
+  const auto at_place = [&](Balls ticket) { return places.countWrong(ticket) <= places.tolerance; };
+  std::vector<std::int64_t> behind(steps.size());
+  std::vector<Group> groups;
+  for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
+    groups.resize(std::min(kBlock, sixes_.size() - begin));
+    for (std::size_t i = 0; i < groups.size(); ++i)
+      groups[i] = {static_cast<std::uint32_t>(begin + i), first_row_[begin + i + 1] - first_row_[begin + i]};
+    bool placed = false;
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+      if (!plan.isOn(step)) continue;
+      if (plan.runs(step) && steps[step].kind == StepKind::places) {
+        placed = true;
+        for (Group& group : groups)
+          group.tickets = static_cast<std::uint32_t>(
+              std::count_if(tickets_.begin() + first_row_[group.number],
+                            tickets_.begin() + first_row_[group.number + 1], at_place));
+        std::erase_if(groups, [](const Group& group) { return group.tickets == 0; });
+      } else if (plan.runs(step)) {
+        plan.withTest(step, [&](auto test) {
+          std::erase_if(groups, [&](const Group& group) { return !test(sixes_[group.number]); });
+        });
+      }
+      for (const Group& group : groups) behind[step] += group.tickets;
+    }
+    std::size_t looked_at = 0;
+    for (const Group& group : groups) {
+      for (std::size_t row = first_row_[group.number]; row < first_row_[group.number + 1]; ++row) {
+        if (placed && !at_place(tickets_[row])) continue;
+        keep(tickets_[row]);
+        if (++looked_at % kBlock == 0 && leg.advance(first_row_[group.number])) return false;
+      }
+    }
+    if (leg.advance(first_row_[std::min(begin + kBlock, sixes_.size())])) return false;
+  }
+  std::int64_t before = size();
+  for (std::size_t step = 0; step < steps.size(); ++step)
+    if (plan.isOn(step)) {
+      left.funnel.push_back({steps[step].plainName(), before, behind[step]});
+      before = behind[step];
+    }
+  return true;
+}
+
+std::optional<LiveTickets::Left> LiveTickets::countLeft(const FilterPlan& plan, Course& course) const {
+  const FilterRules& rules = plan.rules();
   std::optional<Cover> cover;
   if (rules.shrink_type < kLargestShrink) cover.emplace(rules.shrink_type, repeats_);
-
-  CourseLeg leg(course, static_cast<std::int64_t>(tickets_.size()), Course::Stop::possible);
-  std::int64_t left = 0;
+  CourseLeg leg(course, size(), Course::Stop::possible);
+  Left left;
   std::uint32_t blues = 0, kept_blues = 0;
   const auto keep = [&](Balls ticket) {
+    ++left.filtered;
     const std::uint32_t blue = 1U << blueOf(ticket);
     blues |= blue;
     if (cover && !cover->take(ticket)) return;
-    ++left;
+    ++left.left;
     kept_blues |= blue;
   };
+  const bool whole =
+      rules.tolerance > 0 ? walkTolerant(plan, left, leg, keep) : walkSteps(plan, left, leg, keep);
+  if (!whole) return std::nullopt;
   // The search for fewer tickets keeps every blue, where the plain cover may lose one; bit 0 is no blue.
-  const auto total = [&] {
-    return cover && rules.effort > 0 ? left + std::popcount(blues & ~kept_blues & ~1U) : left;
-  };
-  if (rules.tolerance > 0) {
-    for (std::size_t begin = 0; begin < tickets_.size(); begin += kBlock) {
-      const auto block = std::span(tickets_).subspan(begin, std::min(kBlock, tickets_.size() - begin));
-      std::array<std::uint8_t, kBlock> failed{}, rejected{};
-      for (std::size_t step = 0; step < steps.size(); ++step)
-        if (plan.runs(step))
-          addFailures(plan, step, block, step == matchStep() ? rejected.data() : failed.data());
-      for (std::size_t row = 0; row < block.size(); ++row)
-        if (rejected[row] == 0 && failed[row] <= rules.tolerance) keep(block[row]);
-      if (leg.advance(static_cast<std::int64_t>(begin + block.size()))) return std::nullopt;
-    }
-    return total();
-  }
-  std::vector<std::uint32_t> groups;
-  for (std::size_t begin = 0; begin < sixes_.size(); begin += kBlock) {
-    groups.resize(std::min(kBlock, sixes_.size() - begin));
-    std::iota(groups.begin(), groups.end(), static_cast<std::uint32_t>(begin));
-    for (const std::size_t step : by_reds)
-      plan.withTest(step, [&](auto test) {
-        std::erase_if(groups, [&](std::uint32_t group) { return !test(sixes_[group]); });
-      });
-    std::size_t looked_at = 0;
-    for (const std::uint32_t group : groups) {
-      for (std::size_t row = first_row_[group]; row < first_row_[group + 1]; ++row) {
-        if (places < steps.size() && rules.places.countWrong(tickets_[row]) > rules.places.tolerance)
-          continue;
-        keep(tickets_[row]);
-        if (++looked_at % kBlock == 0 && leg.advance(first_row_[group])) return std::nullopt;
-      }
-    }
-    if (leg.advance(first_row_[std::min(begin + kBlock, sixes_.size())])) return std::nullopt;
-  }
-  return total();
+  if (cover && rules.effort > 0) left.left += std::popcount(blues & ~kept_blues & ~1U);
+  return left;
 }
 
 const LiveTickets& LiveCount::expanded(const NumberSelection& selection, PeriodNo period) {
@@ -148,9 +180,12 @@ std::optional<LiveCount::Result> LiveCount::count(const Question& question, Cour
   result.tickets = tickets->size();
   const FilterPlan plan(compileRules(question.set), question.draws, result.period);
   result.at_most = plan.rules().effort > 0 && plan.rules().shrink_type < kLargestShrink;
-  const auto left = tickets->countLeft(plan, course);
+  auto left = tickets->countLeft(plan, course);
   if (!left) return std::nullopt;
-  result.survivors = *left;
+  result.survivors = left->left;
+  result.filtered = left->filtered;
+  result.funnel = std::move(left->funnel);
+  result.shrink = shrinkCaption(plan.rules().shrink_type);
   return result;
 }
 

@@ -21,22 +21,47 @@
 
 namespace lotmere {
 
+// What stands in front of a step and behind it.
+struct FunnelStep {
+  std::string name;  // "总和值"
+  std::int64_t before = 0;
+  std::int64_t after = 0;
+
+  friend bool operator==(const FunnelStep&, const FunnelStep&) = default;
+};
+
 // Tickets to be counted, never changed once made. The same six reds with several blues stand together: what
 // looks at the reds alone judges each such group once.
 class LiveTickets {
  public:
+  // What a run would leave of the tickets.
+  struct Left {
+    // The steps that are on, in the order of a run: what stands in front of each and behind it. With a tolerance
+    // over the whole set each has the whole set in front of it, and a last row tells what all together leave.
+    std::vector<FunnelStep> funnel;
+    std::int64_t filtered = 0;  // behind the filters
+    // Behind the reduction; where it searches for fewer tickets, how many at most: those of the plain shrink, and
+    // one for each blue that the plain shrink loses.
+    std::int64_t left = 0;
+  };
+
   LiveTickets() = default;
   // In the order of their creation.
   LiveTickets(PeriodNo period, std::vector<Balls> tickets);
 
   [[nodiscard]] PeriodNo period() const { return period_; }
   [[nodiscard]] std::int64_t size() const { return static_cast<std::int64_t>(tickets_.size()); }
-  // How many of them a run would leave, the reduction included; where it searches for fewer tickets, how many
-  // at most: those of the plain shrink, and one for each blue that the plain shrink loses. Nothing when the
-  // course stops it.
-  [[nodiscard]] std::optional<std::int64_t> countLeft(const FilterPlan& plan, Course& course) const;
+  // Nothing when the course stops it.
+  [[nodiscard]] std::optional<Left> countLeft(const FilterPlan& plan, Course& course) const;
 
  private:
+  // Each gives the tickets behind the filters to `keep` and counts them in the funnel of `left`; false when the
+  // course stops it.
+  template <class Keep>
+  bool walkTolerant(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const;
+  template <class Keep>
+  bool walkSteps(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const;
+
   PeriodNo period_ = 0;
   std::vector<Balls> tickets_;
   std::vector<Balls> sixes_;              // the reds of each group,
@@ -64,9 +89,12 @@ class LiveCount {
     PeriodNo period = 0;
     std::int64_t tickets = 0;  // before the run
     std::int64_t survivors = 0;
-    bool from_selection = false;  // the table holds no ticket
-    bool too_many = false;        // the selection makes more than kMaxTickets; nothing is counted
-    bool at_most = false;         // the run searches for fewer tickets, so that it may leave less
+    bool from_selection = false;       // the table holds no ticket
+    bool too_many = false;             // the selection makes more than kMaxTickets; nothing is counted
+    bool at_most = false;              // the run searches for fewer tickets, so that it may leave less
+    std::int64_t filtered = 0;         // behind the filters, in front of the reduction
+    std::vector<FunnelStep> funnel{};  // as LiveTickets::Left tells it
+    std::string shrink{};              // "保六型"
 
     friend bool operator==(const Result&, const Result&) = default;
   };

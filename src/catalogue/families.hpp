@@ -44,6 +44,7 @@ struct Family {
   int turn;                      // combination turn 0 to 31, -1 for none
   int first_group_id;            // the id of group 0 in group texts: tails count from 0, all others from 1
   std::string_view factory;      // the shapes that the factory allows, as a number list
+  std::string_view grouping;     // how the reds are grouped, in words
   std::string_view page = {};    // caption of the page that the filter has for itself
   int since = 1;                 // the schema version that brought it
 };

@@ -31,10 +31,13 @@ std::vector<FunnelRow> funnelRows(const FilterPlan& plan, const Funnel& funnel,
   }
   if (plan.rules().tolerance > 0) {
     const std::int64_t whole = funnel.steps.front().before;
-    rows.push_back({std::string(kSetToleranceName) + std::to_string(plan.rules().tolerance), whole,
-                    funnel.left, whole - funnel.left});
+    rows.push_back({toleranceRowName(plan), whole, funnel.left, whole - funnel.left});
   }
   return rows;
+}
+
+std::string toleranceRowName(const FilterPlan& plan) {
+  return std::string(kSetToleranceName) + std::to_string(plan.rules().tolerance);
 }
 
 FunnelRow shrinkRow(const FilterPlan& plan, std::int64_t before, std::int64_t after, std::int64_t alone) {

@@ -29,6 +29,8 @@ struct FunnelRow {
 // the whole set in front of it, and a row of the tolerance behind them tells what all together leave.
 [[nodiscard]] std::vector<FunnelRow> funnelRows(const FilterPlan& plan, const Funnel& funnel,
                                                 std::span<const std::int64_t> alone);
+// "全部条件容错值2", the name of that row.
+[[nodiscard]] std::string toleranceRowName(const FilterPlan& plan);
 // The row of the shrink, which comes last.
 [[nodiscard]] FunnelRow shrinkRow(const FilterPlan& plan, std::int64_t before, std::int64_t after,
                                   std::int64_t alone);

@@ -16,6 +16,7 @@ std::string faultOf(const Condition& row) {
   const bool bare =
       row.kind == CellKind::position || row.kind == CellKind::combination || row.kind == CellKind::setting;
   if (row.usage <= 0 || row.name.empty() || row.log_name.empty()) return "no number or no name";
+  if (row.definition.empty()) return "no definition";
   if (bare) return row.first == 0 && row.factory.empty() ? "" : "cells of nothing";
   if (row.first <= 0 || row.last < row.first) return "no cells";
   if (row.first % 10 != 0) return "cell k doesn't stand at place k";
@@ -56,6 +57,7 @@ TEST(Catalogue, ARowThatLacksSomethingIsSeen) {
   EXPECT_EQ(broken([](Condition& row) { row.factory = "60-1143"; }), "no factory value");
   EXPECT_EQ(broken([](Condition& row) { row.item_text.clear(); }), "no text for its items");
   EXPECT_EQ(broken([](Condition& row) { row.figure = {}; }), "no figure");
+  EXPECT_EQ(broken([](Condition& row) { row.definition.clear(); }), "no definition");
   EXPECT_EQ(broken([](Condition& row) { row.log_name.clear(); }), "no number or no name");
 }
 

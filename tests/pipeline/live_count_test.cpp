@@ -74,7 +74,17 @@ class Live : public test::StoreTest {
   LiveCount::Question question() {
     return {loadLiveTickets(store_), loadConditionSet(store_), loadDrawTable(store_), kPeriod};
   }
-  std::int64_t run() { return runPipeline(store_, desk_, firstTicketPeriod(store_)).tickets; }
+  // What a run leaves; what stood before and behind each of its steps must be what the count told.
+  std::int64_t run(const LiveCount::Result& counted) {
+    const RunResult result = runPipeline(store_, desk_, firstTicketPeriod(store_), WithFunnel::yes);
+    std::vector<FunnelStep> steps;
+    for (const FunnelRow& row : result.funnel) steps.push_back({row.name, row.before, row.after});
+    std::vector<FunnelStep> told = counted.funnel;
+    if (!counted.at_most) told.push_back({counted.shrink, counted.filtered, counted.survivors});
+    if (counted.at_most) steps.pop_back();
+    EXPECT_EQ(told, steps);
+    return result.tickets;
+  }
 
   LiveCount live_;
   FreeCourse course_;
@@ -95,7 +105,7 @@ TEST_F(Live, CountsWhatARunLeaves) {
     EXPECT_EQ(expanded.period, kPeriod);
     EXPECT_EQ(expanded.tickets, countCombos(selectionOf(loadConditionSet(store_))).tickets);
     if (initTickets(store_, desk_, kPeriod).outcome == Outcome::done) {
-      EXPECT_EQ(expanded.survivors, run());
+      EXPECT_EQ(expanded.survivors, run(expanded));
     }
 
     test::putTickets(store_, random, pick(random, 1, 400));
@@ -106,7 +116,7 @@ TEST_F(Live, CountsWhatARunLeaves) {
     EXPECT_FALSE(counted.from_selection);
     EXPECT_EQ(counted.period, store_.value(R"(SELECT min("期号") FROM "日志表")"));
     EXPECT_EQ(counted.tickets, countTickets(store_, counted.period));
-    EXPECT_EQ(counted.survivors, run());
+    EXPECT_EQ(counted.survivors, run(counted));
     thinned += counted.survivors > 0 && counted.survivors < counted.tickets;
     emptied += counted.survivors == 0;
   }
@@ -126,7 +136,9 @@ TEST_F(Live, FollowsTheSelectionAndRefusesTooMany) {
   EXPECT_EQ(liveText({kPeriod, 840, 12, true, false, true}),
             "已选号码展开共 ８４０ 注，按当前条件过滤缩水后最多余 １２ 注。");
   changeSettings(store_, clearReds);
-  EXPECT_EQ(count(), (LiveCount::Result{kPeriod, 0, 0, true, false}));
+  const auto nothing = count();
+  EXPECT_EQ(std::pair(nothing.tickets, nothing.survivors), std::pair(std::int64_t{0}, std::int64_t{0}));
+  EXPECT_EQ(liveText(nothing), "还没有投注号，也没有选好号码。");
 }
 
 // The search for fewer tickets may leave less than the count says and never more.
@@ -148,7 +160,7 @@ TEST_F(Live, CountsThePlainShrinkWhereARunSearchesForFewer) {
     const auto counted = count();
     EXPECT_EQ(counted.at_most, trial != 4);
     EXPECT_GE(counted.survivors, plain.survivors);
-    const auto left = run();
+    const auto left = run(counted);
     EXPECT_LE(left, counted.survivors);
     fewer += left < plain.survivors;
   }

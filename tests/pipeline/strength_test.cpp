@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "advice/value_shares.hpp"
 #include "conditions/condition_store.hpp"
 #include "history/draw_stats.hpp"
 #include "pipeline/random_store.hpp"
@@ -81,7 +82,20 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
          {1, 4, 5, 6, 7, 8, 9, 12, 13, 16, 20, 37, 59, 104, 263, 265, 266, 301, 302, 463}) {
       SCOPED_TRACE(testing::Message() << draws << " draws, condition " << usage);
       const Condition& condition = conditionOfUsage(usage);
-      const auto strength = conditionStrength(set_, loadDrawTable(store_), condition, kPeriod, last);
+      const DrawTable table = loadDrawTable(store_);
+      const auto strength = conditionStrength(set_, table, condition, kPeriod, last);
+      const auto shares = valueShares(set_, table, condition, kPeriod, last);
+      EXPECT_EQ(shares.has_value(), usage != 104 && usage != 266);
+      if (shares) {
+        EXPECT_EQ(strengthOf(*shares, set_, condition), strength);
+        EXPECT_TRUE(holdsFor(*shares, set_, table, condition, kPeriod));
+        ConditionSet other = set_;
+        if (usage == 20) {
+          other.setMember(AttributeTable::first, "自定义组1", 7,
+                          !holds(other.column(AttributeTable::first, "自定义组1"), 7));
+          EXPECT_FALSE(holdsFor(*shares, other, table, condition, kPeriod));
+        }
+      }
       set_.use(usage, true);
       EXPECT_EQ(strength, model(last));
       set_.use(usage, false);
@@ -97,6 +111,37 @@ TEST_F(StrengthTest, IsWhatThePassOfTheConditionKeeps) {
   EXPECT_GT(partly, 10) << "the draws must have something to tell";
   for (const UsageId usage : {30, 36, 300})
     EXPECT_EQ(conditionStrength(set_, {}, conditionOfUsage(usage), kPeriod, 100), std::nullopt) << usage;
+}
+
+// A six or a draw counts for the number that it has at the place.
+TEST_F(StrengthTest, AValueOfAPlaceHasTheSixesThatHaveItThere) {
+  std::mt19937 random(6);
+  test::putHistory(store_, random, 30);
+  const DrawTable table = loadDrawTable(store_);
+  for (int place = 1; place <= kPlaceCount; ++place) {
+    const auto numberOf = [&](Balls ticket) { return static_cast<int>(ticket >> (8 * (place - 1)) & 0xFF); };
+    const auto shares = valueShares(set_, table, conditionOfUsage(usageOfPlace(place)), kPeriod, 12).value();
+    std::vector<std::int64_t> sixes(shares.sixes.size());
+    std::vector<int> draws(sixes.size());
+    for (const Balls six : sixes_.balls)
+      if (place < kPlaceCount) ++sixes[static_cast<std::size_t>(numberOf(six))];
+    if (place == kPlaceCount) std::fill(sixes.begin() + 1, sixes.end(), kAllRedSixes / kBlueCount);
+    for (const StoredDraw& draw : drawsBefore(store_, kPeriod, 12))
+      ++draws[static_cast<std::size_t>(numberOf(packBalls(draw.numbers.reds, draw.numbers.blue)))];
+    EXPECT_EQ(shares.sixes, sixes) << place;
+    EXPECT_EQ(shares.draws, draws) << place;
+  }
+}
+
+TEST(StrengthText, ASentenceSaysWhatChanceGives) {
+  const std::string end = " 期符合，按机会应有 37～57 期：";
+  const std::pair<int, std::string> cases[] = {{37, "与随机相当。"}, {36, "比随机少。"}, {58, "比随机多。"}};
+  for (const auto& [passed, verdict] : cases) {
+    const std::string lead = "放行全部红球组合的 47.2%；最近 100 期中 ";
+    EXPECT_EQ(strengthSentence({523'000, passed, 100}, false), lead + std::to_string(passed) + end + verdict);
+  }
+  EXPECT_EQ(strengthSentence({kAllRedSixes, 0, 0}, true),
+            "对下一期放行全部红球组合的 100%；还没有开奖记录可以对照。");
 }
 
 // The oldest draw that is judged has its own draws before it too.
