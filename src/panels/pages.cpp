@@ -6,7 +6,6 @@
 
 #include "base/text.hpp"
 #include "game/prizes.hpp"
-#include "panels/sheet.hpp"
 
 namespace lotmere {
 namespace {
@@ -59,7 +58,6 @@ ConditionPanel valuePage(const ConditionSet& set, int tab) {
   const Condition& condition = *conditionPage(tab).conditions.front();
   ConditionPanel panel = pagePanel(set, condition);
   if (!condition.page_name.empty()) panel.caption = useCaption(condition.page_name);
-  if (isOnSheet(condition)) panel.items.clear();
   return panel;
 }
 

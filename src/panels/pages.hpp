@@ -1,4 +1,4 @@
-// The pages of `TabStrip_TiaoJian`: one for each condition or series of conditions, then the shrink settings
+// The pages of the conditions: one for each condition or series of conditions, then the shrink settings
 // and the summary. The pages of what a person makes (groups, places, match) have a header of their own.
 #pragma once
 
@@ -14,7 +14,7 @@ namespace lotmere {
 
 enum class PageKind {
   picks,          // the counts of the picked numbers
-  value,          // one box; the values are edited on the sheet
+  value,          // one list of values
   counts,         // two lists of counts
   intervals,      // the four intervals
   places,         // the numbers allowed at the seven places
@@ -36,7 +36,7 @@ struct ConditionPage {
 // A page by its tab, from 1 on.
 [[nodiscard]] const ConditionPage& conditionPage(int tab);
 
-// The box of a value page. 跨度, which the sheet doesn't have, has its list here.
+// The box and list of a value page.
 [[nodiscard]] ConditionPanel valuePage(const ConditionSet& set, int tab);
 
 // The two lists of a count page (tabs 11 to 13). Its boxes are its own: those of the sheet stay as they are.

@@ -1,6 +1,6 @@
 // Takes a picture of every page and dialog, over a home of invented draws that goes away again.
 //
-//   lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark
+//   lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark [WIDTHxHEIGHT]
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
@@ -18,6 +18,8 @@
 
 namespace lotmere::ui {
 namespace {
+
+constexpr int kSettling = 700;  // milliseconds, in which what is worked out beside the window comes
 
 // The day behind the last invented draw.
 class SampleClock : public Clock {
@@ -39,7 +41,7 @@ class PictureDesk : public WindowDesk {
     // What is worked out behind a click is there as well.
     QElapsedTimer since;
     since.start();
-    while (since.elapsed() < 150) QApplication::processEvents();
+    while (since.elapsed() < kSettling) QApplication::processEvents();
     const QString path = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
     if (!widget.grab().save(path, nullptr, 0)) throw std::runtime_error("can't write " + path.toStdString());
     std::puts(path.toUtf8().constData());
@@ -89,13 +91,13 @@ void fillHome(const Home& home, WindowDesk& desk, const std::string& draws) {
 
 class Pictures {
  public:
-  Pictures(PictureDesk& desk, const Home& home) : desk_(desk), home_(home) {}
+  Pictures(PictureDesk& desk, const Home& home, QSize size) : desk_(desk), home_(home), size_(size) {}
 
   void takeAll() {
     program_ = std::make_unique<Program>(home_, desk_, clock_);
     desk_.next = QStringLiteral("first-run");
     if (!program_->start()) throw std::runtime_error("the start came to no end");
-    program_->window().resize(1240, 720);
+    program_->window().resize(size_);
     takePages();
     program_.reset();
     Store(home_.mainDb()).query(R"(UPDATE "用户模式" SET "模式"=2)").run();
@@ -117,8 +119,13 @@ class Pictures {
     shoot("omission");
     give("Cstj_0");
     shoot("counts");
-    for (const auto& [name, tab] :
-         {std::pair{"intervals", 14}, {"places", 15}, {"shapes", 16}, {"groups", 41}, {"match", 42}}) {
+    for (const auto& [name, tab] : {std::pair{"values", 2},
+                                    {"pair", 11},
+                                    {"intervals", 14},
+                                    {"places", 15},
+                                    {"shapes", 16},
+                                    {"groups", 41},
+                                    {"match", 42}}) {
       give(ConditionsPage::tabCommand(tab).c_str());
       shoot(name);
     }
@@ -165,14 +172,16 @@ class Pictures {
 
   PictureDesk& desk_;
   const Home home_;
+  const QSize size_;
   SampleClock clock_;
   std::unique_ptr<Program> program_;
 };
 
 int run(QApplication& application) {
   const QStringList arguments = QApplication::arguments();
-  if (arguments.size() != 4) {
-    std::fputs("usage: lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark\n", stderr);
+  const QStringList size = arguments.value(4, QStringLiteral("1240x720")).split(QLatin1Char('x'));
+  if (arguments.size() < 4 || size.size() != 2) {
+    std::fputs("usage: lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark [WIDTHxHEIGHT]\n", stderr);
     return 2;
   }
   const bool dark = arguments[3] == QStringLiteral("dark");
@@ -181,7 +190,7 @@ int run(QApplication& application) {
   const Home home{folder.path().toStdString()};
   PictureDesk desk(arguments[2], dark ? QStringLiteral("-dark") : QString());
   fillHome(home, desk, arguments[1].toStdString());
-  Pictures(desk, home).takeAll();
+  Pictures(desk, home, {size[0].toInt(), size[1].toInt()}).takeAll();
   return 0;
 }
 

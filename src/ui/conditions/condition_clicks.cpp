@@ -50,9 +50,31 @@ void ConditionClicks::connectBox(PanelBox& panel, UsageId usage) {
           [this, usage](bool on) { change([=](ConditionSet& set) { set.use(usage, on); }); });
 }
 
+void ConditionClicks::connectRange(PanelBox& panel, const Condition& condition, bool leading,
+                                   std::function<void()> show) {
+  connect(&panel, &PanelBox::itemsClicked, this,
+          [this, condition, leading, &panel, show = std::move(show)](const std::vector<int>& items,
+                                                                     bool selected) {
+            BoxState box{};
+            change(
+                [&](ConditionSet& set) {
+                  for (const int k : items)
+                    if (leading)
+                      box = clickLeadingItem(set, condition, k, selected);
+                    else
+                      clickItem(set, condition, k, selected);
+                },
+                [&] {
+                  if (leading) panel.showBox(box);
+                  if (show) show();
+                });
+          });
+}
+
 void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, std::function<void()> show) {
   setTip(panel, [condition] { return condition; });
   connectBox(panel, condition.usage);
+  connectRange(panel, condition, false, show);
   connect(&panel, &PanelBox::itemClicked, this,
           [this, condition, show = std::move(show)](int k, bool selected) {
             change([&](ConditionSet& set) { clickItem(set, condition, k, selected); }, show);
@@ -62,6 +84,7 @@ void ConditionClicks::connectPanel(PanelBox& panel, const Condition& condition, 
 void ConditionClicks::connectLeading(PanelBox& panel, const Condition& condition) {
   setTip(panel, [condition] { return condition; });
   connectBox(panel, condition.usage);
+  connectRange(panel, condition, true, {});
   connect(&panel, &PanelBox::itemClicked, this, [this, condition, &panel](int k, bool selected) {
     BoxState box{};
     change([&](ConditionSet& set) { box = clickLeadingItem(set, condition, k, selected); },

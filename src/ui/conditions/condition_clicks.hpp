@@ -45,6 +45,8 @@ class ConditionClicks : public QObject {
 
  private:
   void connectBox(PanelBox& panel, UsageId usage);
+  // A range of items at once.
+  void connectRange(PanelBox& panel, const Condition& condition, bool leading, std::function<void()> show);
 
   Session& session_;
   AnswerThread strengths_;

@@ -4,7 +4,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QRadioButton>
+#include <QResizeEvent>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "panels/help_texts.hpp"
 #include "store/periods.hpp"
@@ -13,7 +16,9 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr int kColumns = 4;
+constexpr int kLeastColumn = 190;  // width; as many columns stand beside each other as find room
+constexpr int kFewestColumns = 2;
+constexpr int kMostColumns = 10;
 constexpr int kListHeight = 132;
 
 // "当前取值：" and the values on one line.
@@ -49,7 +54,7 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
   });
 }
 
-QGridLayout* ConditionSheetView::addSection(const QString& title) {
+ConditionSheetView::Section& ConditionSheetView::addSection(const QString& title) {
   auto* label = new QLabel(title, page_);
   QFont bold = label->font();
   bold.setBold(true);
@@ -57,36 +62,51 @@ QGridLayout* ConditionSheetView::addSection(const QString& title) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(12);
   grid->setVerticalSpacing(12);
-  for (int i = 0; i < kColumns; ++i) grid->setColumnStretch(i, 1);
   auto* layout = static_cast<QVBoxLayout*>(page_->layout());
   layout->addWidget(label);
   layout->addLayout(grid);
-  return grid;
+  sections_.push_back({grid, {}});
+  return sections_.back();
 }
 
-PanelBox* ConditionSheetView::addPanel(QGridLayout* grid, const QString& list, const QString& box,
+void ConditionSheetView::place(Section& section) {
+  for (int i = 0; i < kMostColumns; ++i) section.grid->setColumnStretch(i, i < columns_ ? 1 : 0);
+  for (std::size_t i = 0; i < section.cells.size(); ++i) {
+    const int at = static_cast<int>(i);
+    section.grid->removeWidget(section.cells[i]);
+    section.grid->addWidget(section.cells[i], at / columns_, at % columns_, Qt::AlignTop);
+  }
+}
+
+void ConditionSheetView::resizeEvent(QResizeEvent* event) {
+  QScrollArea::resizeEvent(event);
+  const int columns = std::clamp(viewport()->width() / kLeastColumn, kFewestColumns, kMostColumns);
+  if (std::exchange(columns_, columns) == columns) return;
+  for (Section& section : sections_) place(section);
+}
+
+PanelBox* ConditionSheetView::addPanel(Section& section, const QString& list, const QString& box,
                                        const Condition& condition, std::function<void()> show) {
   auto* panel = new PanelBox(list, box, page_);
   panel->list().setFixedHeight(kListHeight);
-  const int place = grid->count();
-  grid->addWidget(panel, place / kColumns, place % kColumns, Qt::AlignTop);
+  section.cells.push_back(panel);
   clicks_.connectPanel(*panel, condition, std::move(show));
   return panel;
 }
 
 void ConditionSheetView::makeSlots() {
-  QGridLayout* values = addSection(QStringLiteral("数值条件"));
+  Section& values = addSection(QStringLiteral("数值条件"));
   for (int i = 0; i < kSlotCount; ++i) {
     const Condition* condition = slotCondition(i);
     if (condition == nullptr) continue;
     slots_[i] = addPanel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
                          [this, i] { showSlotTip(i); });
   }
-  QGridLayout* intervals = addSection(QStringLiteral("区间"));
+  Section& intervals = addSection(QStringLiteral("区间"));
   for (int i = 0; i < kIntervalCount; ++i)
     intervals_[i] = addPanel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
                              conditionOfUsage(usageOfInterval(i + 1)));
-  QGridLayout* relatives = addSection(QStringLiteral("与历史数据有关的条件"));
+  Section& relatives = addSection(QStringLiteral("与历史数据有关的条件"));
   for (int i = 0; i < kRelativeCount; ++i)
     relatives_[i] =
         addPanel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relativeCondition(i));
@@ -100,30 +120,35 @@ void ConditionSheetView::makeSlots() {
 }
 
 void ConditionSheetView::makeCombinations() {
-  QGridLayout* concrete = addSection(shown(kCombinationCaption));
+  QGridLayout* concrete = addSection(shown(kCombinationCaption)).grid;
   periods_ = new QComboBox;
   periods_->setObjectName(QStringLiteral("Combo_guoluqh"));
   periods_->setAccessibleName(QStringLiteral("期号"));
   combinations_ = new CheckList;
   combinations_->setObjectName(QStringLiteral("List_jtzhsgl"));
   combinations_->setFixedHeight(2 * kListHeight);
-  concrete->addWidget(periods_, 0, 0);
-  concrete->addWidget(combinations_, 1, 0, 1, kColumns);
+  concrete->addWidget(periods_, 0, 0, Qt::AlignLeft);
+  concrete->addWidget(combinations_, 1, 0);
   connect(periods_, &QComboBox::activated, this,
           [this] { session_.commands.runner().run([this] { buildCombinations(); }); });
-  connect(combinations_, &CheckList::itemClicked, this, [this](int turn, bool selected) {
-    const Condition& condition = conditionOfUsage(usageOfTurn(turn));
-    clicks_.change([&](ConditionSet& set) { clickItem(set, condition, turn, selected); });
-  });
-  QGridLayout* shapes = addSection(QStringLiteral("组合形式"));
+  connect(combinations_, &CheckList::itemClicked, this,
+          [this](int turn, bool selected) { useTurns({turn}, selected); });
+  connect(combinations_, &CheckList::itemsClicked, this, &ConditionSheetView::useTurns);
+  Section& shapes = addSection(QStringLiteral("组合形式"));
   const auto panels = shapePanels(session_.settings.set());
   for (int i = 0; i < kTurnCount; ++i)
     shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
                           conditionOfUsage(panels[i].usage));
 }
 
+void ConditionSheetView::useTurns(const std::vector<int>& turns, bool used) {
+  clicks_.change([&](ConditionSet& set) {
+    for (const int turn : turns) clickItem(set, conditionOfUsage(usageOfTurn(turn)), turn, used);
+  });
+}
+
 void ConditionSheetView::makeDivisions() {
-  QGridLayout* grid = addSection(QStringLiteral("自定义区间"));
+  Section& section = addSection(QStringLiteral("自定义区间"));
   auto* options = new QHBoxLayout;
   auto* group = new QButtonGroup(this);
   for (int division = kSmallestDivision; division <= kLargestDivision; ++division) {
@@ -143,16 +168,16 @@ void ConditionSheetView::makeDivisions() {
     group->button(shown_division_)->setChecked(true);  // a running command has refused the click
   });
   for (int i = 0; i < kLargestDivision; ++i) {
-    auto* place = new QWidget(page_);
-    auto* column = new QVBoxLayout(place);
+    auto* cell = new QWidget(page_);
+    auto* column = new QVBoxLayout(cell);
     column->setContentsMargins(0, 0, 0, 0);
-    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i), place);
+    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i), cell);
     division_[i]->list().setFixedHeight(kListHeight);
-    pickers_[i] = new QPushButton(QStringLiteral("选择号码..."), place);
+    pickers_[i] = new QPushButton(QStringLiteral("选择号码..."), cell);
     pickers_[i]->setObjectName(numbered("cmm_QujianTip", 101 + i));
     column->addWidget(division_[i]);
     column->addWidget(pickers_[i], 0, Qt::AlignLeft);
-    grid->addWidget(place, i / kColumns, i % kColumns, Qt::AlignTop);
+    section.cells.push_back(cell);
     connect(pickers_[i], &QPushButton::clicked, this, [this, i] { pickNumbers(i); });
     connect(division_[i], &PanelBox::boxClicked, this, [this, i](bool on) {
       clicks_.change([&](ConditionSet& set) { set.use(division_panels_[i].condition.usage, on); });
@@ -160,6 +185,12 @@ void ConditionSheetView::makeDivisions() {
     connect(division_[i], &PanelBox::itemClicked, this, [this, i](int k, bool selected) {
       clicks_.change([&](ConditionSet& set) { clickItem(set, division_panels_[i].condition, k, selected); });
     });
+    connect(division_[i], &PanelBox::itemsClicked, this,
+            [this, i](const std::vector<int>& items, bool selected) {
+              clicks_.change([&](ConditionSet& set) {
+                for (const int k : items) clickItem(set, division_panels_[i].condition, k, selected);
+              });
+            });
   }
 }
 
@@ -167,6 +198,7 @@ void ConditionSheetView::open() {
   if (!stale_) return;
   panelReload();
   stale_ = false;
+  for (CheckList* list : page_->findChildren<CheckList*>()) list->showFirstTicked();
 }
 
 void ConditionSheetView::showSettings() {

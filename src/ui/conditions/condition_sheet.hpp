@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QScrollArea>
 #include <array>
+#include <deque>
 
 #include "panels/combination_list.hpp"
 #include "panels/own_pages.hpp"
@@ -29,12 +30,22 @@ class ConditionSheetView : public QScrollArea {
   // Shows the settings again on a sheet that isn't stale.
   void showSettings();
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void panelReload();
   void showPanels();
-  QGridLayout* addSection(const QString& title);
-  PanelBox* addPanel(QGridLayout* grid, const QString& list, const QString& box, const Condition& condition,
+  // A heading, and cells in as many columns as find room.
+  struct Section {
+    QGridLayout* grid;
+    std::vector<QWidget*> cells;
+  };
+  Section& addSection(const QString& title);
+  void place(Section& section);
+  PanelBox* addPanel(Section& section, const QString& list, const QString& box, const Condition& condition,
                      std::function<void()> show = {});
+  void useTurns(const std::vector<int>& turns, bool used);
   void makeSlots();
   void makeCombinations();
   void makeDivisions();
@@ -46,7 +57,9 @@ class ConditionSheetView : public QScrollArea {
 
   Session& session_;
   ConditionClicks& clicks_;
-  QWidget* page_;                              // Frame_subtj
+  QWidget* page_;  // Frame_subtj
+  std::deque<Section> sections_;
+  int columns_ = 0;
   std::array<PanelBox*, kSlotCount> slots_{};  // slot 1 is empty
   std::array<PanelBox*, kIntervalCount> intervals_{};
   std::array<PanelBox*, 4> relatives_{};

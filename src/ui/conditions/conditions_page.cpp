@@ -1,7 +1,10 @@
 #include "ui/conditions/conditions_page.hpp"
 
 #include <QHBoxLayout>
+#include <QScrollArea>
+#include <QSplitter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "conditions/own_sets.hpp"
 #include "panels/pages.hpp"
@@ -11,8 +14,9 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr int kPadWidth = 330;
-constexpr int kTabsWidth = 138;
+constexpr int kPadWidth = 290;
+constexpr int kScrollBar = 14;
+constexpr int kListWidth = 400;
 constexpr int kCountDelay = 15;    // milliseconds behind a click, which is painted first
 constexpr int kCountAgain = 100;   // milliseconds, while a command runs
 constexpr int kCountUnseen = 200;  // milliseconds
@@ -21,6 +25,15 @@ int tabOfKind(PageKind kind) {
   const auto pages = conditionPages();
   const auto page = std::ranges::find(pages, kind, &ConditionPage::kind);
   return static_cast<int>(page - pages.begin()) + 1;
+}
+
+// A page that can be reached in full on a small screen.
+QScrollArea* scrolled(QWidget* page) {
+  auto* area = new QScrollArea;
+  area->setWidget(page);
+  area->setWidgetResizable(true);
+  area->setFrameShape(QFrame::NoFrame);
+  return area;
 }
 
 // The count of the picked numbers under the pad, without the empty lines of the text.
@@ -34,16 +47,18 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
     : QWidget(parent),
       session_(session),
       clicks_(session),
+      facts_(session),
       answers_(session.desk),
       make_pane_(std::move(make_pane)) {
   count_timer_.setSingleShot(true);
   unseen_timer_.setSingleShot(true);
   unseen_timer_.setInterval(kCountUnseen);
-  connect(&unseen_timer_, &QTimer::timeout, this, [this] { survivors_->setText(shown(kCountingText)); });
+  connect(&unseen_timer_, &QTimer::timeout, this, [this] { funnel_->showCounting(); });
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
   connect(&session_.settings, &Settings::changed, this, &ConditionsPage::settingChanged);
   connect(&session_.settings, &Settings::refused, this, &ConditionsPage::showAgain);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
+  connect(&facts_, &ConditionFacts::known, this, &ConditionsPage::factsChanged);
   addCommands();
 }
 
@@ -56,7 +71,7 @@ void ConditionsPage::makeContents() {
   pane_ = make_pane_(pages_);
   sheet_ = new ConditionSheetView(session_, clicks_, pane_);
   pane_->setFirstView(sheet_, [this] { sheet_->open(); });
-  panels_ = new PanelPage(session_, clicks_, pages_);
+  editors_ = new EditorPage(session_, clicks_, facts_, pages_);
   places_ = new PlacePageView(session_, clicks_, pages_);
   groups_ = new GroupPageView(session_, clicks_, pages_);
   match_ = new MatchPageView(session_, clicks_, pages_);
@@ -65,34 +80,78 @@ void ConditionsPage::makeContents() {
   summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
   summary_->setReadOnly(true);
   summary_->document()->setDocumentMargin(14);
-  for (QWidget* page :
-       std::initializer_list<QWidget*>{pane_, panels_, places_, groups_, match_, shrink_, summary_})
-    pages_->addWidget(page);
-  auto* left = new QVBoxLayout;
+  for (QWidget* page : std::initializer_list<QWidget*>{pane_, places_, groups_, match_, shrink_}) {
+    QScrollArea* area = scrolled(page);
+    areas_[page] = area;
+    pages_->addWidget(area);
+  }
+  for (QWidget* page : std::initializer_list<QWidget*>{editors_, summary_}) pages_->addWidget(page);
+  auto* side = new QWidget;
+  auto* left = new QVBoxLayout(side);
+  left->setContentsMargins(0, 0, 0, 0);
   left->setSpacing(8);
   left->addWidget(pad_, 1);
   left->addWidget(count_);
-  auto* layout = new QHBoxLayout(this);
-  layout->setContentsMargins(12, 12, 12, 8);
-  layout->setSpacing(12);
-  layout->addLayout(left);
-  layout->addWidget(makeTabs());
-  survivors_ = new QLabel;
-  survivors_->setObjectName(QStringLiteral("Label_liveCount"));
-  auto* right = new QVBoxLayout;
-  right->setSpacing(8);
-  right->addWidget(pages_, 1);
-  right->addWidget(survivors_);
-  layout->addLayout(right, 1);
+  makeList();
+  funnel_ = new FunnelPane;
+  auto* split = new QSplitter;
+  split->setObjectName(QStringLiteral("conditionSplitter"));
+  split->setChildrenCollapsible(false);
+  split->addWidget(list_);
+  split->addWidget(pages_);
+  split->setStretchFactor(0, 2);
+  split->setStretchFactor(1, 3);
+  split->setSizes({kListWidth, 2 * kListWidth});
+  auto* middle = new QHBoxLayout;
+  middle->setSpacing(6);
+  QScrollArea* pad_area = scrolled(side);
+  pad_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  pad_area->setFixedWidth(kPadWidth + kScrollBar);
+  middle->addWidget(pad_area);
+  middle->addWidget(split, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(12, 8, 12, 6);
+  layout->setSpacing(8);
+  layout->addLayout(middle, 1);
+  layout->addWidget(funnel_);
+  connect(funnel_, &FunnelPane::stepWanted, this, &ConditionsPage::showStep);
   connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
+}
+
+void ConditionsPage::factsChanged() {
+  if (pages_ == nullptr || !isVisible()) return;
+  list_->refresh();
+  if (pages_->currentWidget() == editors_) editors_->refresh();
+}
+
+void ConditionsPage::switchRow(const ConditionRow& row, bool on) {
+  clicks_.change(
+      [&](ConditionSet& set) {
+        if (row.kind == RowKind::match)
+          set.match.used = on;
+        else
+          set.use(row.condition->usage, on);
+      },
+      [this] { showTabSettings(); });
+}
+
+void ConditionsPage::showStep(const QString& name) {
+  const std::string step = utf8(name);
+  for (const ConditionGroup& group : conditionGroups())
+    for (const ConditionRow& row : group.rows)
+      if (row.step == step && isTicked(session_.settings.set(), row))
+        return session_.commands.runner().run(
+            [&] { showTab(row.tab, row.condition == nullptr ? 0 : row.condition->usage); });
 }
 
 void ConditionsPage::settingChanged() {
   if (pages_ == nullptr) return;
   // The other pages are loaded whenever they are shown; the sheet is large and keeps what it has until it is
   // stale.
-  if (!isVisible() || pages_->currentWidget() != pane_) sheet_->markStale();
+  if (!isVisible() || pages_->currentWidget() != areas_.at(pane_)) sheet_->markStale();
   if (pages_->currentWidget() == summary_) showTabSettings();
+  facts_.workOut(editors_->conditions());
+  factsChanged();
   count_timer_.start(kCountDelay);
 }
 
@@ -104,28 +163,18 @@ void ConditionsPage::showAgain() {
 
 void ConditionsPage::markStale() {
   if (pane_ == nullptr) return;
+  facts_.forget();
   sheet_->markStale();
   pane_->markStale();
 }
 
-QWidget* ConditionsPage::makeTabs() {
-  QStringList captions;
-  for (const ConditionPage& page : conditionPages()) captions.append(shown(page.caption));
-  captions_.setStringList(captions);
-  tabs_ = new QListView(this);
-  tabs_->setObjectName(QStringLiteral("TabStrip_TiaoJian"));
-  tabs_->setModel(&captions_);
-  tabs_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  tabs_->setFixedWidth(kTabsWidth);
-  tabs_->setSpacing(2);
-  tabs_->setAccessibleName(QStringLiteral("过滤条件"));
-  tabs_->setCurrentIndex(captions_.index(0));
-  connect(tabs_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& index) {
-            session_.commands.runner().run([this, &index] { showTab(index.row() + 1); });
-            markTab();  // a running command has refused it
-          });
-  return tabs_;
+void ConditionsPage::makeList() {
+  list_ = new ConditionList(session_, facts_, this);
+  connect(list_, &ConditionList::wanted, this, [this](int tab, int usage) {
+    session_.commands.runner().run([&] { showTab(tab, usage); });
+    markTab();  // a running command has refused it
+  });
+  connect(list_, &ConditionList::boxClicked, this, &ConditionsPage::switchRow);
 }
 
 void ConditionsPage::addCommands() {
@@ -148,35 +197,36 @@ void ConditionsPage::addCommands() {
                [this] { restoreDefaults(); });
 }
 
-void ConditionsPage::showTab(int tab) {
+void ConditionsPage::showTab(int tab, UsageId usage) {
   tab_ = tab;
+  usage_ = usage;
   if (pages_ == nullptr) return;
   markTab();
   loadTab();
 }
 
-void ConditionsPage::markTab() {
-  const QSignalBlocker quiet(tabs_->selectionModel());
-  tabs_->setCurrentIndex(captions_.index(tab_ - 1));
-  tabs_->viewport()->update();
-}
+void ConditionsPage::markTab() { list_->mark(tab_, usage_); }
 
 void ConditionsPage::bringTab(int tab) {
   // The tab that stood there before isn't shown on the way: showing one may store something.
   tab_ = tab;
+  usage_ = 0;
   tab_loaded_ = false;
   Q_EMIT wanted();
   markTab();
   if (!tab_loaded_) loadTab();
 }
 
+PageKind ConditionsPage::kindOfTab() const { return tab_ == 0 ? PageKind::value : conditionPage(tab_).kind; }
+
 void ConditionsPage::showTabSettings() {
-  switch (conditionPage(tab_).kind) {
+  switch (kindOfTab()) {
     case PageKind::picks:
       return sheet_->showSettings();
     case PageKind::places:
       return places_->load();
     case PageKind::groups:
+      if (usage_ != 0) groups_->choose(usage_ - usageOfGroup(0));
       return groups_->load();
     case PageKind::history_match:
       return match_->showSettings();
@@ -185,12 +235,13 @@ void ConditionsPage::showTabSettings() {
     case PageKind::summary:
       return summary_->setPlainText(shown(summaryText(session_.settings.set())));
     default:
-      return panels_->open(tab_);
+      editors_->open(tab_, usage_);
+      return facts_.workOut(editors_->conditions());
   }
 }
 
 QWidget* ConditionsPage::pageOfTab() const {
-  switch (conditionPage(tab_).kind) {
+  switch (kindOfTab()) {
     case PageKind::picks:
       return pane_;
     case PageKind::places:
@@ -204,7 +255,7 @@ QWidget* ConditionsPage::pageOfTab() const {
     case PageKind::summary:
       return summary_;
     default:
-      return panels_;
+      return editors_;
   }
 }
 
@@ -217,14 +268,17 @@ void ConditionsPage::loadTab() {
     match_->open();
   else
     showTabSettings();
-  pages_->setCurrentWidget(page);
+  const auto area = areas_.find(page);
+  pages_->setCurrentWidget(area == areas_.end() ? page : area->second);
 }
 
 void ConditionsPage::open() {
   if (pages_ == nullptr) makeContents();
   forgetTickets();
+  facts_.forget();
   pad_->open();
   loadTab();
+  facts_.workOut(editors_->conditions());
   count_timer_.start(kCountDelay);
 }
 
@@ -263,9 +317,10 @@ void ConditionsPage::countSurvivors() {
                  return [this, live, question = std::move(question)](Course& course) -> AnswerThread::Answer {
                    const auto result = live->count(question, course);
                    if (!result) return {};
-                   return [this, text = liveText(*result)] {
+                   return [this, result = *result] {
                      unseen_timer_.stop();
-                     survivors_->setText(shown(text));
+                     funnel_->showResult(result);
+                     list_->showFunnel(result.funnel);
                    };
                  };
                });

@@ -2,23 +2,26 @@
 #pragma once
 
 #include <QLabel>
-#include <QListView>
 #include <QPlainTextEdit>
 #include <QStackedWidget>
-#include <QStringListModel>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 
 #include "advice/live_count.hpp"
+#include "panels/pages.hpp"
 #include "ui/conditions/condition_clicks.hpp"
+#include "ui/conditions/condition_facts.hpp"
+#include "ui/conditions/condition_list.hpp"
 #include "ui/conditions/condition_sheet.hpp"
+#include "ui/conditions/editor_page.hpp"
+#include "ui/conditions/funnel_pane.hpp"
 #include "ui/conditions/group_page.hpp"
 #include "ui/conditions/match_page.hpp"
 #include "ui/conditions/number_pad.hpp"
-#include "ui/conditions/panel_page.hpp"
 #include "ui/conditions/place_page.hpp"
 #include "ui/conditions/shrink_page.hpp"
 #include "ui/shell/answer_thread.hpp"
@@ -56,20 +59,28 @@ class ConditionsPage : public QWidget {
  private:
   void addCommands();
   void makeContents();
-  QWidget* makeTabs();
-  // Shows the page of a tab, 1 to 44.
-  void showTab(int tab);
-  // The strip shows which tab is in front.
+  void makeList();
+  // Shows the page of a tab, 1 to 44, with the condition of a switch in front (0: any); the editor of that
+  // condition alone with tab 0.
+  void showTab(int tab, UsageId usage = 0);
+  // The list shows which row is in front.
   void markTab();
   // The same as a command that may be given from another page.
   void bringTab(int tab);
   void loadTab();
+  [[nodiscard]] PageKind kindOfTab() const;
   [[nodiscard]] QWidget* pageOfTab() const;
   void showTabSettings();
   // A change was refused.
   void showAgain();
   void restoreDefaults();
   void settingChanged();
+  // What is told about the conditions changed.
+  void factsChanged();
+  // A box of the list was clicked.
+  void switchRow(const ConditionRow& row, bool on);
+  // The page of the condition of a step of the funnel.
+  void showStep(const QString& name);
   // Asks for the count; the tickets of the table are read once, by the first.
   void countSurvivors();
   // What the count under way rests on is about to change: it is dropped, and taken anew behind that.
@@ -81,6 +92,7 @@ class ConditionsPage : public QWidget {
 
   Session& session_;
   ConditionClicks clicks_;
+  ConditionFacts facts_;
   QTimer count_timer_;   // counts once the clicks of one moment are over
   QTimer unseen_timer_;  // a count that takes longer says that it is under way
   // The tickets of the table as they were read; the work thread alone looks into it.
@@ -92,21 +104,22 @@ class ConditionsPage : public QWidget {
   std::shared_ptr<LiveCount> live_ = std::make_shared<LiveCount>();  // only the thread below works on it
   AnswerThread answers_;
   NumberPad* pad_ = nullptr;
-  QLabel* survivors_ = nullptr;  // Label_liveCount
-  QLabel* count_ = nullptr;      // Text_ChoseNumberTip
-  QListView* tabs_ = nullptr;    // TabStrip_TiaoJian
-  QStringListModel captions_;
+  FunnelPane* funnel_ = nullptr;
+  QLabel* count_ = nullptr;  // Text_ChoseNumberTip
+  ConditionList* list_ = nullptr;
   QStackedWidget* pages_ = nullptr;
+  std::map<QWidget*, QWidget*> areas_;  // of the pages that scroll
   MakePane make_pane_;
   FrontPane* pane_ = nullptr;
   ConditionSheetView* sheet_ = nullptr;
-  PanelPage* panels_ = nullptr;
+  EditorPage* editors_ = nullptr;
   PlacePageView* places_ = nullptr;
   GroupPageView* groups_ = nullptr;
   MatchPageView* match_ = nullptr;
   ShrinkPageView* shrink_ = nullptr;
   QPlainTextEdit* summary_ = nullptr;  // Text_TiaoJianList
   int tab_ = 1;
+  UsageId usage_ = 0;
   bool tab_loaded_ = false;  // since the tab was last chosen by a command
 };
 

@@ -47,16 +47,19 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(counts_, &PanelBox::boxClicked, this, [this](bool on) {
     clicks_.change([&](ConditionSet& set) { set.use(usageOfGroup(group_), on); }, [this] { load(); });
   });
-  connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) {
-    BoxState box{};
-    const auto edit = [&](ConditionSet& set) {
-      box = clickLeadingItem(set, conditionOfUsage(usageOfGroup(group_)), k, selected);
-    };
-    const auto show = [&] {
-      load();
-      counts_->showBox(box);
-    };
-    clicks_.change(edit, show);
+  connect(counts_, &PanelBox::itemClicked, this, [this](int k, bool selected) { allow({k}, selected); });
+  connect(counts_, &PanelBox::itemsClicked, this, &GroupPageView::allow);
+}
+
+void GroupPageView::allow(const std::vector<int>& counts, bool allowed) {
+  BoxState box{};
+  const auto edit = [&](ConditionSet& set) {
+    for (const int k : counts)
+      box = clickLeadingItem(set, conditionOfUsage(usageOfGroup(group_)), k, allowed);
+  };
+  clicks_.change(edit, [&] {
+    load();
+    counts_->showBox(box);
   });
 }
 
@@ -86,6 +89,12 @@ void GroupPageView::load() {
   for (const std::string& line : groupLines(session_.settings.set())) lines.append(shown(line));
   lines_.setStringList(lines);
   showGroup(group_);
+}
+
+void GroupPageView::choose(int group) {
+  group_ = group;
+  const QSignalBlocker quiet(tabs_);
+  tabs_->setCurrentIndex(group_ - 1);
 }
 
 void GroupPageView::openGroup(int group) {

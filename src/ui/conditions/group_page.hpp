@@ -19,8 +19,11 @@ class GroupPageView : public QWidget {
   GroupPageView(Session& session, ConditionClicks& clicks, QWidget* parent = nullptr);
   // Shows the page as it is set.
   void load();
+  // The group (1 to 10) that load() shows from then on.
+  void choose(int group);
 
  private:
+  void allow(const std::vector<int>& counts, bool allowed);
   [[nodiscard]] QWidget* makeEditor();
   void openGroup(int group);
   void showGroup(int group);

@@ -170,7 +170,7 @@ QWidget* NumberPad::makeLegend() {
     ball->setObjectName(QString::fromUtf8(entry.name));
     layout->addWidget(ball);
     layout->addWidget(new QLabel(entry.text));
-    layout->addSpacing(8);
+    layout->addSpacing(2);
   }
   layout->addStretch();
   return legend;

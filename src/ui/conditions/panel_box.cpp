@@ -36,7 +36,7 @@ PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* p
   line_->setTextFormat(Qt::PlainText);
   line_->setForegroundRole(QPalette::PlaceholderText);
   line_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-  line_->setMaximumHeight(kMostLines * line_->fontMetrics().lineSpacing());
+  line_->setMaximumHeight(kMostLines * line_->fontMetrics().lineSpacing() + 1);
   line_->hide();
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -47,6 +47,7 @@ PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* p
   // clicked() comes from a person alone, never from setChecked().
   connect(box_, &QCheckBox::clicked, this, &PanelBox::boxClicked);
   connect(list_, &CheckList::itemClicked, this, &PanelBox::itemClicked);
+  connect(list_, &CheckList::itemsClicked, this, &PanelBox::itemsClicked);
 }
 
 void PanelBox::showPanel(const ConditionPanel& panel) {
@@ -60,6 +61,11 @@ void PanelBox::showPanel(const ConditionPanel& panel) {
 void PanelBox::showBox(const BoxState& box) {
   box_->setChecked(box.ticked);
   box_->setEnabled(box.enabled);
+}
+
+void PanelBox::addAboveList(QWidget* widget) {
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  column->insertWidget(column->indexOf(list_), widget);
 }
 
 void PanelBox::showLine(const QString& text) {

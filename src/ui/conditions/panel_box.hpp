@@ -42,6 +42,8 @@ class PanelBox : public QWidget {
   // Shows the panel; a panel without items has no list. Nothing is written back.
   void showPanel(const ConditionPanel& panel);
   void showBox(const BoxState& box);
+  // Puts a widget between the box and the list.
+  void addAboveList(QWidget* widget);
   // Under the list; an empty text takes no room.
   void showLine(const QString& text);
   [[nodiscard]] QString line() const { return line_->text(); }
@@ -52,6 +54,7 @@ class PanelBox : public QWidget {
  Q_SIGNALS:
   void boxClicked(bool on);
   void itemClicked(int k, bool selected);
+  void itemsClicked(const std::vector<int>& items, bool selected);
 
  private:
   TipBox* box_;

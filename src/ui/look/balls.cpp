@@ -37,10 +37,7 @@ Paint paintOf(BallFace face) {
   return {palette.color(QPalette::Window), palette.color(QPalette::Disabled, QPalette::WindowText), false};
 }
 
-}  // namespace
-
-void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFace face, bool crossed) {
-  const Paint paint = paintOf(face);
+void paintAs(QPainter& painter, const QRectF& box, const QString& text, const Paint& paint, bool crossed) {
   const double size = std::min(box.width(), box.height());
   const QRectF ball(box.center().x() - size / 2, box.center().y() - size / 2, size, size);
   painter.save();
@@ -69,6 +66,17 @@ void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFa
     painter.drawText(ball, Qt::AlignCenter, text);
   }
   painter.restore();
+}
+
+}  // namespace
+
+void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFace face, bool crossed) {
+  paintAs(painter, box, text, paintOf(face), crossed);
+}
+
+void paintBall(QPainter& painter, const QRectF& box, const QString& text, const QColor& body) {
+  paintAs(painter, box, text, {body, body.lightness() > 175 ? QColor(Qt::black) : QColor(Qt::white), true},
+          false);
 }
 
 }  // namespace lotmere::ui

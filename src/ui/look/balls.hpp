@@ -1,6 +1,7 @@
 // Lottery balls as vector pictures.
 #pragma once
 
+#include <QColor>
 #include <QRectF>
 #include <QString>
 
@@ -22,5 +23,8 @@ enum class BallFace {
 // underlined and struck through, as that of a number marked as unlikely.
 void paintBall(QPainter& painter, const QRectF& box, const QString& text, BallFace face,
                bool crossed = false);
+
+// The same with a colour of its own, for numbers in groups.
+void paintBall(QPainter& painter, const QRectF& box, const QString& text, const QColor& body);
 
 }  // namespace lotmere::ui

@@ -69,6 +69,13 @@ QPalette paletteOf(const Look& look) {
   return palette;
 }
 
+// So much of one colour over another.
+QColor mixed(const QColor& over, const QColor& under, double part) {
+  const auto channel = [part](int a, int b) { return static_cast<int>(a * part + b * (1 - part)); };
+  return {channel(over.red(), under.red()), channel(over.green(), under.green()),
+          channel(over.blue(), under.blue())};
+}
+
 // Flat controls with room around their texts; every colour is the palette's or the line colour.
 QString styleSheet(const Look& look) {
   return QStringLiteral(R"(
@@ -85,9 +92,12 @@ QLineEdit:focus { border-color: palette(highlight); }
 QLineEdit:disabled { color: @disabled; background: palette(window); }
 QComboBox QLineEdit, QDateEdit QLineEdit { border: none; background: transparent; padding: 0; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
-QPlainTextEdit, QTextEdit, QTableView, QListView { background: palette(base); border: 1px solid @line;
+QPlainTextEdit, QTextEdit, QTableView, QListView, QTreeView { background: palette(base); border: 1px solid @line;
 border-radius: 5px; }
 QTableView { gridline-color: @line; }
+QTreeView { show-decoration-selected: 1; }
+QTreeView::item { padding: 2px 0; }
+QTreeView::item:selected, QTreeView::branch:selected { background: @chosen; color: palette(text); }
 QHeaderView { background: palette(window); border: none; }
 QHeaderView::section { background: palette(window); border: none; border-right: 1px solid @line;
   border-bottom: 1px solid @line; padding: 4px 6px; }
@@ -124,6 +134,7 @@ QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 10px; paddi
 QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; color: @faint; }
 )")
       .replace(QStringLiteral("@line"), look.colours.line.name())
+      .replace(QStringLiteral("@chosen"), mixed(look.highlight, look.base, 0.18).name())
       .replace(QStringLiteral("@handle"), look.disabled.name())
       .replace(QStringLiteral("@disabled"), look.disabled.name())
       .replace(QStringLiteral("@faint"), look.colours.faint.name());
@@ -158,6 +169,13 @@ void applyAppearance(QApplication& application, Appearance appearance) {
 Appearance currentAppearance() { return g_appearance; }
 
 const Colours& colours() { return look().colours; }
+
+QColor groupColour(int group) {
+  constexpr QRgb shades[] = {0xFFD9534F, 0xFF3F78C8, 0xFF3F9E5A, 0xFFE08A2E, 0xFF8A5FB5, 0xFF3AA6A0,
+                             0xFFC4607F, 0xFF7A8B2A, 0xFF9A6B4B, 0xFF5B6BD6, 0xFFC7A51F, 0xFF5C7C8A,
+                             0xFFB04FA6, 0xFF2E8B7A, 0xFFE0727A, 0xFF6F9BD9, 0xFF77797F};
+  return QColor(shades[static_cast<std::size_t>(group) % std::size(shades)]);
+}
 
 Appearance desktopAppearance(const QApplication& application) {
   const QPalette palette = application.palette();

@@ -42,6 +42,9 @@ void applyAppearance(QApplication& application, Appearance appearance);
 [[nodiscard]] Appearance currentAppearance();
 [[nodiscard]] const Colours& colours();
 
+// A colour for each of up to 17 groups, from 0 on, that stand beside each other well.
+[[nodiscard]] QColor groupColour(int group);
+
 // What the desktop asks for at the start: dark where its windows are darker than their text.
 [[nodiscard]] Appearance desktopAppearance(const QApplication& application);
 
