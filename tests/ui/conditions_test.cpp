@@ -8,8 +8,10 @@
 #include <QTreeView>
 #include <map>
 
+#include "advice/value_shares.hpp"
 #include "catalogue/draw_columns.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/values.hpp"
 #include "panels/own_pages.hpp"
 #include "panels/pages.hpp"
 #include "store/interval_mark.hpp"
@@ -18,6 +20,7 @@
 #include "ui/analysis/omission_chart.hpp"
 #include "ui/widgets/check_list.hpp"
 #include "ui/widgets/frozen_grid.hpp"
+#include "ui/widgets/funnel_bars.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
@@ -194,7 +197,7 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
     EXPECT_EQ(differences(face(), shown_before), "") << "refused behind a command that runs";
     whileHeld(row.click);
     EXPECT_EQ(differences(face(), shown_before), "");
-    EXPECT_EQ(desk_.told.size(), 1U) << [&] { std::string all; for (const auto& each : desk_.told) all += each.text + '|'; return all; }();
+    EXPECT_EQ(desk_.told.size(), 1U);
     EXPECT_EQ(changes(stored), "");
     foot.setText(QStringLiteral("?"));
     row.click();
@@ -272,6 +275,115 @@ TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
   pick({9});
   EXPECT_NE(text("Text_TiaoJianList").find("“拖码”： ０９"), std::string::npos)
       << "the summary follows the pad";
+}
+
+TEST_F(ConditionsTest, TheListTellsWhatIsOnAndSwitchesIt) {
+  auto& tree = part<QTreeView>("conditionList");
+  const auto cell = [&](const char* row, int column) {
+    return utf8(rowNamed(row).siblingAtColumn(column).data().toString());
+  };
+  const auto known = [&](const char* row) {
+    return QTest::qWaitFor([&] { return !cell(row, 2).empty(); }, 20'000);
+  };
+  pick({1, 5, 9, 14, 20, 27, 30, 33});
+  click("cmm_C7_103");
+  ASSERT_TRUE(known("自定义组1"));
+  for (const auto& [row, values] : {std::pair{"总和值", "60～143"},
+                                    {"尾数形式", "1,1,1,1,1,1 2,1,1,1,1 2,2,1,1 …"},
+                                    {"保Ｎ型缩水", "保六型"}})
+    EXPECT_EQ(cell(row, 1), values);
+  const auto live = countLive();
+  ASSERT_TRUE(live && live->from_selection);
+  const auto left = [&] { return std::vector{cell("总和值", 3), cell("AC值", 3)}; };
+  const std::vector<std::string> wanted{utf8(grouped(live->funnel.front().after)),
+                                        utf8(grouped(live->filtered))};
+  EXPECT_TRUE(QTest::qWaitFor([&] { return left() == wanted; })) << left()[0] << " " << left()[1];
+  // A box: stored, and the sheet and the funnel follow.
+  const auto before = settings();
+  const std::size_t bars = part<FunnelBars>("funnelBars").bars().size();
+  const QModelIndex box = rowNamed("AC值");
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(box).topLeft() + QPoint(8, 12));
+  settle();
+  EXPECT_EQ(changes(before), "switch 9=0; ");
+  EXPECT_FALSE(part<QAbstractButton>("Check_useTiaojiao_13").isChecked());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return part<FunnelBars>("funnelBars").bars().size() == bars - 1; }));
+  EXPECT_EQ(cell("AC值", 3), "");
+  // The funnel leads to the editor, the search and the box to rows.
+  Q_EMIT part<FunnelBars>("funnelBars").clicked(1);
+  EXPECT_EQ(chosenRow(), "奇数个数");
+  EXPECT_TRUE(part("List_TJ_0").isVisible());
+  part<QLineEdit>("conditionSearch").setText(QStringLiteral("生肖"));
+  EXPECT_TRUE(rowNamed("生肖链").isValid());
+  EXPECT_FALSE(rowNamed("总和值").isValid());
+  part<QLineEdit>("conditionSearch").clear();
+  click("onlyUsedConditions");
+  EXPECT_TRUE(rowNamed("总和值").isValid());
+  EXPECT_FALSE(rowNamed("生肖链").isValid() || rowNamed("AC值").isValid());
+}
+
+TEST_F(ConditionsTest, TheEditorExplainsItsConditionAndTakesRanges) {
+  chooseRow("连号");
+  auto& list = part<CheckList>("List_TJ_0");
+  EXPECT_EQ(text("conditionDefinition_0"), conditionNamed("连号").definition);
+  EXPECT_FALSE(part("conditionBalls_0").isVisible());
+  chooseRow("生肖链");
+  EXPECT_TRUE(part("conditionBalls_0").isVisible());
+  chooseRow("尾数和值");  // which has no page of its own
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !text("conditionStrength_0").empty(); }, 20'000));
+  const ConditionSet stored = loadConditionSet(store());
+  const Condition& condition = conditionNamed("尾数和值");
+  const auto shares = valueShares(stored, loadDrawTable(store()), condition, 2026091, kStrengthDraws).value();
+  EXPECT_EQ(text("conditionStrength_0"), strengthSentence(strengthOf(shares, stored, condition), false));
+  EXPECT_EQ(list.list().shares().at(25).chance, static_cast<double>(shares.sixes[25]) / kAllRedSixes);
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    return list.indexAt({20, 10}).row() == 14;
+  })) << list.indexAt({20, 10}).row()
+      << "the first value that is on stands on top";
+  const auto allowed = [&] { return utf8(part<QLineEdit>("conditionValues_0").text()); };
+  const auto row = [&](int k) { return list.visualRect(list.model()->index(k, 0)).center(); };
+  const auto press = [&](int k, Qt::KeyboardModifiers keys) {
+    QTest::mousePress(list.viewport(), Qt::LeftButton, keys, row(k));
+  };
+  const auto release = [&](int k, Qt::KeyboardModifiers keys) {
+    QTest::mouseRelease(list.viewport(), Qt::LeftButton, keys, row(k));
+  };
+  press(16, {}), QTest::mouseMove(list.viewport(), row(17)), QTest::mouseMove(list.viewport(), row(19)),
+      release(19, {});
+  settle();
+  EXPECT_EQ(allowed(), "14,15,20-38") << "dragged";
+  press(22, {}), release(22, {});
+  press(24, Qt::ShiftModifier), release(24, Qt::ShiftModifier);
+  settle();
+  EXPECT_EQ(allowed(), "14,15,20,21,25-38") << "Shift";
+  const std::pair<const char*, std::string> buttons[] = {{"allowOthers_0", "0-13,16-19,22-24,39-50"},
+                                                         {"allowAll_0", "0-50"},
+                                                         {"allowDrawn_0", "11,21,31"},
+                                                         {"allowFactory_0", "14-38"}};
+  for (const auto& [name, values] : buttons) {
+    click(name);
+    settle();
+    EXPECT_EQ(allowed(), values) << name;
+    EXPECT_EQ(formatValues(condition,
+                           [&] {
+                             std::vector<int> cells;
+                             const ValueArray now =
+                                 loadConditionSet(store()).cellRange(condition.first, condition.last);
+                             for (int k = 0; k <= 50; ++k)
+                               if (now[static_cast<std::size_t>(k)] > 0) cells.push_back(k);
+                             return cells;
+                           }()),
+              values);
+  }
+  auto& field = part<QLineEdit>("conditionValues_0");
+  for (const auto& [typed, values] : {std::pair{"20-22,30", "20-22,30"}, {"9-", "20-22,30"}}) {
+    field.setFocus();
+    field.clear();
+    QTest::keyClicks(&field, QString::fromUtf8(typed));
+    QTest::keyClick(&field, Qt::Key_Return);
+    settle();
+    EXPECT_EQ(allowed(), values) << typed;
+  }
+  EXPECT_NE(told().find("“尾数和值”的取值应为"), std::string::npos);
 }
 
 TEST_F(ConditionsTest, TheShrinkPageSaysWhatTheChosenTypePromises) {
