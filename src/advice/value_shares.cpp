@@ -110,6 +110,18 @@ Strength strengthOf(const ValueShares& shares, const ConditionSet& set, const Co
   return strength;
 }
 
+std::optional<int> figureOfDraw(const ConditionSet& set, const DrawTable& draws, const Condition& condition,
+                                PeriodNo period) {
+  const Draws drawn = draws.range(period, period);
+  if (drawn.empty()) return std::nullopt;
+  const DrawNumbers& numbers = drawn.front().numbers;
+  if (condition.kind == CellKind::position)
+    return condition.turn == kPlaceCount ? numbers.blue : numbers.reds[condition.turn - 1];
+  const auto metric = prepareMetric(set, condition, draws.before(period));
+  if (!metric) return std::nullopt;
+  return metricValue(*metric, numbers.reds);
+}
+
 CountRange chanceRange(const Strength& strength) {
   const std::vector<double> chances(static_cast<std::size_t>(strength.draws), sharePercent(strength) / 100);
   return centralRange(successDistribution(chances));

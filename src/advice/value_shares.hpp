@@ -42,6 +42,11 @@ struct ValueShares {
 [[nodiscard]] Strength strengthOf(const ValueShares& shares, const ConditionSet& set,
                                   const Condition& condition);
 
+// The figure of a stored draw, against the draws before it; nothing for a period that isn't stored and where
+// valueShares() gives nothing.
+[[nodiscard]] std::optional<int> figureOfDraw(const ConditionSet& set, const DrawTable& draws,
+                                              const Condition& condition, PeriodNo period);
+
 // What chance gives: the range in which 95 percent of all series of `strength.draws` independent draws end.
 [[nodiscard]] CountRange chanceRange(const Strength& strength);
 // "放行全部红球组合的 81.9%；最近 100 期中 83 期符合，按机会应有 74～89 期：与随机相当。" A condition that looks

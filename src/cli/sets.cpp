@@ -2,11 +2,9 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <ostream>
 
 #include "base/text.hpp"
-#include "base/text_file.hpp"
 #include "cli/command.hpp"
 #include "conditions/condition_store.hpp"
 #include "conditions/named_sets.hpp"
@@ -166,7 +164,7 @@ class ImportSetCommand final : public Command {
 
   int run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
-    auto set = readSetFile(session);
+    auto set = readNamedSetFile(session.desk, file_, name_, loadConditionSet(session.store));
     if (!set) return kExitRefused;
     const std::string name(trim(set->name));
     const Outcome outcome = keepNamedSet(session.store, session.desk, *std::move(set));
@@ -175,18 +173,6 @@ class ImportSetCommand final : public Command {
   }
 
  private:
-  std::optional<NamedSet> readSetFile(Session& session) {
-    TextFile file(file_);
-    CourseLeg job(session.desk.course(), static_cast<std::int64_t>(file.size()), Course::Stop::impossible);
-    const auto text = decodeBytes(file.bytes(job), job);
-    if (!text) {
-      refuse(session.desk, "这不是文本文件。");
-      return std::nullopt;
-    }
-    return readNamedSet(session.desk, name_.value_or(std::filesystem::path(file_).stem().string()), *text,
-                        loadConditionSet(session.store));
-  }
-
   std::string file_;
   std::optional<std::string> name_;
 };

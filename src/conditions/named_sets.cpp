@@ -6,6 +6,7 @@
 #include <array>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "conditions/condition_store.hpp"
 
 namespace lotmere {
@@ -130,6 +131,18 @@ std::optional<NamedSet> readNamedSet(Desk& desk, std::string name, std::string_v
                           read->skipped.front().number, quoteTyped(read->skipped.front().text)),
               Tone::warning);
   return NamedSet{std::move(name), read->with_picks, std::string(text)};
+}
+
+std::optional<NamedSet> readNamedSetFile(Desk& desk, const std::filesystem::path& path,
+                                         const std::optional<std::string>& name, const ConditionSet& base) {
+  TextFile file(path);
+  CourseLeg job(desk.course(), static_cast<std::int64_t>(file.size()), Course::Stop::impossible);
+  const auto text = decodeBytes(file.bytes(job), job);
+  if (!text) {
+    desk.tell("这不是文本文件。", Tone::warning);
+    return std::nullopt;
+  }
+  return readNamedSet(desk, name.value_or(path.stem().string()), *text, base);
 }
 
 }  // namespace lotmere

@@ -1,6 +1,7 @@
 // The sets of settings that a user keeps under a name.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,5 +48,10 @@ Outcome loadNamedSet(Store& store, Desk& desk, std::string_view name, WithPicks 
 // whose value breaks a rule; lines that this program doesn't know are told and kept.
 [[nodiscard]] std::optional<NamedSet> readNamedSet(Desk& desk, std::string name, std::string_view text,
                                                    const ConditionSet& base);
+
+// The same of a file, whose name without its ending is the set's where none is given. Throws as TextFile does.
+[[nodiscard]] std::optional<NamedSet> readNamedSetFile(Desk& desk, const std::filesystem::path& file,
+                                                       const std::optional<std::string>& name,
+                                                       const ConditionSet& base);
 
 }  // namespace lotmere

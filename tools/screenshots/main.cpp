@@ -129,6 +129,8 @@ class Pictures {
       give(ConditionsPage::tabCommand(tab).c_str());
       shoot(name);
     }
+    give("conditions.backtest");
+    shoot("backtest");
     give("mnu_TiaojianShuosui");
     shoot("shrink");
     give("mnu_TiaojianView");

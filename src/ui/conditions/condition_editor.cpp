@@ -29,6 +29,7 @@ ConditionEditor::ConditionEditor(Session& session, ConditionClicks& clicks, Cond
       balls_(new GroupBalls),
       text_(new QLineEdit),
       tools_(makeTools(place)),
+      draw_(new QLabel),
       legend_(new QLabel),
       foot_(new QLabel) {
   legend_->setTextFormat(Qt::RichText);
@@ -44,8 +45,10 @@ ConditionEditor::ConditionEditor(Session& session, ConditionClicks& clicks, Cond
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
   }
+  draw_->setObjectName(QStringLiteral("conditionDraw_%1").arg(place));
+  draw_->setWordWrap(true);
   definition_->setForegroundRole(QPalette::PlaceholderText);
-  for (QWidget* widget : std::initializer_list<QWidget*>{definition_, balls_, tools_})
+  for (QWidget* widget : std::initializer_list<QWidget*>{definition_, balls_, draw_, tools_})
     panel_->addAboveList(widget);
   panel_->list().setMinimumHeight(kLeastList);
   auto* layout = new QVBoxLayout(this);
@@ -106,8 +109,30 @@ void ConditionEditor::open(const Condition& condition, const ConditionPanel& pan
   definition_->setText(shown(condition.definition));
   tools_->setVisible(!panel.items.empty() && cellCount(condition) > 0);
   if (other) text_->setModified(false);
+  draw_->hide();
   showFacts();
   if (other) panel_->list().showFirstTicked();
+}
+
+void ConditionEditor::showDraw(PeriodNo period) {
+  const DrawTable* draws = facts_.draws();
+  const auto drawn = draws == nullptr ? std::span<const PastDraw>() : draws->range(period, period);
+  if (drawn.empty()) return;
+  QStringList numbers;
+  for (const int red : drawn.front().numbers.reds) numbers.append(shown(formatBall(red)));
+  QString text = QStringLiteral("%1 期：%2 + %3")
+                     .arg(period)
+                     .arg(numbers.join(QLatin1Char(' ')), shown(formatBall(drawn.front().numbers.blue)));
+  const auto figure = figureOfDraw(session_.settings.set(), *draws, *condition_, period);
+  const auto& items = panel_->list().list().items();
+  const auto item =
+      std::ranges::find_if(items, [&](const PanelItem& each) { return figure && each.k == *figure; });
+  if (item != items.end()) {
+    text += QStringLiteral("　→　") + shown(item->text);
+    panel_->list().showRow(static_cast<int>(item - items.begin()));
+  }
+  draw_->setText(text);
+  draw_->show();
 }
 
 void ConditionEditor::refresh() {

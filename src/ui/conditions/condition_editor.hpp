@@ -26,6 +26,8 @@ class ConditionEditor : public QWidget {
   void open(const Condition& condition, const ConditionPanel& panel, Box box);
   // The settings or the facts changed.
   void refresh();
+  // Tells the numbers of a draw and its value, which the list shows; gone when another condition is opened.
+  void showDraw(PeriodNo period);
   [[nodiscard]] const Condition* condition() const { return condition_; }
   [[nodiscard]] PanelBox& panel() { return *panel_; }
 
@@ -50,6 +52,7 @@ class ConditionEditor : public QWidget {
   GroupBalls* balls_;
   QLineEdit* text_;
   QWidget* tools_;
+  QLabel* draw_;
   QLabel* legend_;
   QLabel* foot_;
 };

@@ -32,6 +32,8 @@ class ConditionFacts : public QObject {
   [[nodiscard]] std::optional<Strength> strength(const Condition& condition) const;
   [[nodiscard]] std::optional<Strength> matchStrength() const { return match_; }
   [[nodiscard]] std::optional<NumberGroups> groups(const Condition& condition) const;
+  // The draws that all of it rests on, nullptr until they are read.
+  [[nodiscard]] const DrawTable* draws() const { return draws_ == nullptr ? nullptr : &draws_->table; }
 
  Q_SIGNALS:
   // More is known than before.

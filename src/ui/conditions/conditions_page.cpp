@@ -49,7 +49,8 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
       clicks_(session),
       facts_(session),
       answers_(session.desk),
-      make_pane_(std::move(make_pane)) {
+      make_pane_(std::move(make_pane)),
+      sets_(session) {
   count_timer_.setSingleShot(true);
   unseen_timer_.setSingleShot(true);
   unseen_timer_.setInterval(kCountUnseen);
@@ -57,6 +58,7 @@ ConditionsPage::ConditionsPage(Session& session, MakePane make_pane, QWidget* pa
   connect(&count_timer_, &QTimer::timeout, this, &ConditionsPage::countSurvivors);
   connect(&session_.settings, &Settings::changed, this, &ConditionsPage::settingChanged);
   connect(&session_.settings, &Settings::refused, this, &ConditionsPage::showAgain);
+  connect(&session_.settings, &Settings::replaced, this, &ConditionsPage::showAgain);
   connect(&session_.commands.runner(), &CommandRunner::begins, this, &ConditionsPage::dropCount);
   connect(&facts_, &ConditionFacts::known, this, &ConditionsPage::factsChanged);
   addCommands();
@@ -76,11 +78,14 @@ void ConditionsPage::makeContents() {
   groups_ = new GroupPageView(session_, clicks_, pages_);
   match_ = new MatchPageView(session_, clicks_, pages_);
   shrink_ = new ShrinkPageView(session_, clicks_, pages_);
+  back_test_ = new BackTestView(session_, clicks_, pages_);
+  connect(back_test_, &BackTestView::drawWanted, this, &ConditionsPage::showDraw);
   summary_ = new QPlainTextEdit;
   summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
   summary_->setReadOnly(true);
   summary_->document()->setDocumentMargin(14);
-  for (QWidget* page : std::initializer_list<QWidget*>{pane_, places_, groups_, match_, shrink_}) {
+  for (QWidget* page :
+       std::initializer_list<QWidget*>{pane_, places_, groups_, match_, shrink_, back_test_}) {
     QScrollArea* area = scrolled(page);
     areas_[page] = area;
     pages_->addWidget(area);
@@ -98,7 +103,13 @@ void ConditionsPage::makeContents() {
   split->setObjectName(QStringLiteral("conditionSplitter"));
   split->setChildrenCollapsible(false);
   split->addWidget(list_);
-  split->addWidget(pages_);
+  auto* right = new QWidget;
+  auto* column = new QVBoxLayout(right);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(4);
+  column->addWidget(makeTools());
+  column->addWidget(pages_, 1);
+  split->addWidget(right);
   split->setStretchFactor(0, 2);
   split->setStretchFactor(1, 3);
   split->setSizes({kListWidth, 2 * kListWidth});
@@ -118,6 +129,35 @@ void ConditionsPage::makeContents() {
   connect(pad_, &NumberPad::counted, this, [this](const QString& text) { count_->setText(compact(text)); });
 }
 
+QWidget* ConditionsPage::makeTools() {
+  auto* tools = new QWidget;
+  auto* row = new QHBoxLayout(tools);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch();
+  row->addWidget(sets_.makeUndoButton());
+  auto* sets = new QPushButton(QStringLiteral("方案"));
+  sets->setObjectName(QStringLiteral("setsButton"));
+  sets->setMenu(sets_.makeMenu(sets));
+  row->addWidget(sets);
+  back_test_button_ = session_.commands.makeButton("backTestButton", QStringLiteral("回测"),
+                                                   session_.commands.action("conditions.backtest"));
+  back_test_button_->setCheckable(true);
+  row->addWidget(back_test_button_);
+  return tools;
+}
+
+void ConditionsPage::showBackTest() {
+  Q_EMIT wanted();
+  back_test_->open();
+  pages_->setCurrentWidget(areas_.at(back_test_));
+  back_test_button_->setChecked(true);
+}
+
+void ConditionsPage::showDraw(const QString& step, int period) {
+  showStep(step);
+  if (pages_->currentWidget() == editors_) editors_->showDraw(period);
+}
+
 void ConditionsPage::factsChanged() {
   if (pages_ == nullptr || !isVisible()) return;
   list_->refresh();
@@ -132,7 +172,7 @@ void ConditionsPage::switchRow(const ConditionRow& row, bool on) {
         else
           set.use(row.condition->usage, on);
       },
-      [this] { showTabSettings(); });
+      [this] { showFront(); });
 }
 
 void ConditionsPage::showStep(const QString& name) {
@@ -150,6 +190,7 @@ void ConditionsPage::settingChanged() {
   // stale.
   if (!isVisible() || pages_->currentWidget() != areas_.at(pane_)) sheet_->markStale();
   if (pages_->currentWidget() == summary_) showTabSettings();
+  if (isBackTestShown()) back_test_->open();
   facts_.workOut(editors_->conditions());
   factsChanged();
   count_timer_.start(kCountDelay);
@@ -158,7 +199,7 @@ void ConditionsPage::settingChanged() {
 void ConditionsPage::showAgain() {
   if (pages_ == nullptr) return;
   pad_->reload();
-  showTabSettings();
+  showFront();
 }
 
 void ConditionsPage::markStale() {
@@ -193,6 +234,16 @@ void ConditionsPage::addCommands() {
           tabOfKind(PageKind::summary));
   for (int tab = tabOfKind(PageKind::value); tab < tabOfKind(PageKind::shrink); ++tab)
     add_tab({tabCommand(tab).c_str(), shown(conditionPage(tab).caption)}, tab);
+  commands.add({"conditions.backtest",
+                QStringLiteral("回测全部条件(&B)"),
+                {},
+                QStringLiteral("整套条件在最近各期的表现，与随机对照")},
+               [this] {
+                 if (pages_ != nullptr && isBackTestShown())
+                   showTab(tab_, usage_);
+                 else
+                   showBackTest();
+               });
   commands.add({"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
                [this] { restoreDefaults(); });
 }
@@ -218,6 +269,13 @@ void ConditionsPage::bringTab(int tab) {
 }
 
 PageKind ConditionsPage::kindOfTab() const { return tab_ == 0 ? PageKind::value : conditionPage(tab_).kind; }
+
+void ConditionsPage::showFront() {
+  if (isBackTestShown())
+    back_test_->open();
+  else
+    showTabSettings();
+}
 
 void ConditionsPage::showTabSettings() {
   switch (kindOfTab()) {
@@ -259,8 +317,11 @@ QWidget* ConditionsPage::pageOfTab() const {
   }
 }
 
+bool ConditionsPage::isBackTestShown() const { return pages_->currentWidget() == areas_.at(back_test_); }
+
 void ConditionsPage::loadTab() {
   tab_loaded_ = true;
+  back_test_button_->setChecked(false);
   QWidget* page = pageOfTab();
   if (page == pane_)
     pane_->showCurrentView();

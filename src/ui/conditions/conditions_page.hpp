@@ -13,6 +13,7 @@
 
 #include "advice/live_count.hpp"
 #include "panels/pages.hpp"
+#include "ui/conditions/backtest_view.hpp"
 #include "ui/conditions/condition_clicks.hpp"
 #include "ui/conditions/condition_facts.hpp"
 #include "ui/conditions/condition_list.hpp"
@@ -23,6 +24,7 @@
 #include "ui/conditions/match_page.hpp"
 #include "ui/conditions/number_pad.hpp"
 #include "ui/conditions/place_page.hpp"
+#include "ui/conditions/set_tools.hpp"
 #include "ui/conditions/shrink_page.hpp"
 #include "ui/shell/answer_thread.hpp"
 #include "ui/shell/session.hpp"
@@ -48,6 +50,9 @@ class ConditionsPage : public QWidget {
   // The settings, the user or the draws changed elsewhere.
   void markStale();
 
+  // The menu of the sets with names.
+  [[nodiscard]] QMenu* makeSetMenu(QWidget* menu_parent) { return sets_.makeMenu(menu_parent); }
+
   // The commands of the pages of single conditions, by tab, for the menus.
   [[nodiscard]] static std::string tabCommand(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
 
@@ -60,6 +65,11 @@ class ConditionsPage : public QWidget {
   void addCommands();
   void makeContents();
   void makeList();
+  // Undo, sets and back-test over the pages.
+  QWidget* makeTools();
+  void showBackTest();
+  // A draw in the editor of a condition that it failed.
+  void showDraw(const QString& step, int period);
   // Shows the page of a tab, 1 to 44, with the condition of a switch in front (0: any); the editor of that
   // condition alone with tab 0.
   void showTab(int tab, UsageId usage = 0);
@@ -69,8 +79,10 @@ class ConditionsPage : public QWidget {
   void bringTab(int tab);
   void loadTab();
   [[nodiscard]] PageKind kindOfTab() const;
+  [[nodiscard]] bool isBackTestShown() const;
   [[nodiscard]] QWidget* pageOfTab() const;
   void showTabSettings();
+  void showFront();
   // A change was refused.
   void showAgain();
   void restoreDefaults();
@@ -107,9 +119,12 @@ class ConditionsPage : public QWidget {
   FunnelPane* funnel_ = nullptr;
   QLabel* count_ = nullptr;  // Text_ChoseNumberTip
   ConditionList* list_ = nullptr;
+  BackTestView* back_test_ = nullptr;
+  QPushButton* back_test_button_ = nullptr;
   QStackedWidget* pages_ = nullptr;
   std::map<QWidget*, QWidget*> areas_;  // of the pages that scroll
   MakePane make_pane_;
+  SetTools sets_;
   FrontPane* pane_ = nullptr;
   ConditionSheetView* sheet_ = nullptr;
   EditorPage* editors_ = nullptr;

@@ -81,6 +81,11 @@ void EditorPage::refresh() {
     if (!editor->isHidden()) editor->refresh();
 }
 
+void EditorPage::showDraw(PeriodNo period) {
+  for (ConditionEditor* editor : editors_)
+    if (!editor->isHidden()) editor->showDraw(period);
+}
+
 std::vector<const Condition*> EditorPage::conditions() const {
   std::vector<const Condition*> list;
   for (const ConditionEditor* editor : editors_)

@@ -20,6 +20,8 @@ class EditorPage : public QScrollArea {
   void open(int tab, UsageId usage);
   // The settings or the facts changed.
   void refresh();
+  // The numbers of a draw and its values of the conditions that stand here.
+  void showDraw(PeriodNo period);
   // What stands on it.
   [[nodiscard]] std::vector<const Condition*> conditions() const;
 

@@ -171,12 +171,14 @@ void MainWindow::addMenu(const char* name, const QString& title, std::initialize
 
 void MainWindow::makeMenus() {
   addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
+  addMenu("editMenu", QStringLiteral("编辑(&I)"), {"conditions.undo", "conditions.redo"});
   addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
           {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao",
            "mnu_HistoryData", nullptr, "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr,
            "mnu_DownloadAddress", "mnu_DetailAddress"});
   addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
-          {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "huanyuan", "mnu_TiaojianView"});
+          {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "conditions.backtest", nullptr,
+           "huanyuan", "mnu_TiaojianView"});
   addConditionMenus();
   addMenu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
           {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
@@ -193,6 +195,7 @@ void MainWindow::addConditionMenus() {
   QAction* before = session_.commands.action("mnu_TiaojianShuosui");
   QMenu* group = nullptr;
   PageKind kind = PageKind::picks;
+  menu->insertMenu(before, conditions_->makeSetMenu(menu));
   const auto pages = conditionPages();
   for (int tab = 1; tab <= static_cast<int>(pages.size()); ++tab) {
     const ConditionPage& page = pages[static_cast<std::size_t>(tab - 1)];
@@ -256,6 +259,10 @@ void MainWindow::connectPages() {
   });
   connect(conditions_, &ConditionsPage::defaultsRestored, this, [this] {
     showPage(Page::history);
+    recountIntervals();
+  });
+  connect(&session_.settings, &Settings::replaced, this, [this] {
+    conditions_->markStale();
     recountIntervals();
   });
   connect(history_, &HistoryPage::historyChanged, this, [this] {

@@ -19,12 +19,14 @@ struct Settings::Shared {
   };
   std::vector<Change> wanted;
   ConditionSet stored;  // written by the work thread, or where it does nothing
+  NextSteps steps;      // behind the last save
 };
 
 Settings::Settings(StoreDoor store, WindowDesk& desk)
     : store_(store), desk_(desk), shared_(std::make_shared<Shared>()) {
   set_ = store_.run(loadConditionSet);
   shared_->stored = set_;
+  readSteps();
 }
 
 Settings::~Settings() {
@@ -57,7 +59,9 @@ void Settings::save(const StepNote& note) {
         }
         change.commit();
         shared->stored = std::move(wanted.back().set);
+        NextSteps steps = nextSteps(store);
         const std::lock_guard lock(shared->mutex);
+        shared->steps = std::move(steps);
         shared->wanted.erase(shared->wanted.begin(),
                              shared->wanted.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
       },
@@ -66,6 +70,11 @@ void Settings::save(const StepNote& note) {
 
 void Settings::saved(int number, const std::exception_ptr& failure) {
   ended_ = number;
+  if (!failure) {
+    const std::lock_guard lock(shared_->mutex);
+    steps_ = shared_->steps;
+  }
+  if (!failure) Q_EMIT stepsChanged();
   if (!failure || number != saves_) return;  // the next save tries all again
   set_ = shared_->stored;
   {
@@ -104,7 +113,36 @@ void Settings::reload() {
     const std::lock_guard lock(shared_->mutex);
     shared_->wanted.clear();
   }
+  readSteps();
   Q_EMIT changed();
 }
+
+void Settings::replace() {
+  reload();
+  Q_EMIT replaced();
+}
+
+void Settings::readSteps() {
+  steps_ = store_.run(nextSteps);
+  Q_EMIT stepsChanged();
+}
+
+std::optional<std::string> Settings::makeStep(std::optional<StepMade> (*make)(Store&)) {
+  // Behind the saves under way, which it may be about.
+  const auto made = store_.run([make, shared = shared_](Store& store) {
+    auto step = make(store);
+    if (step) shared->stored = step->set;
+    return step;
+  });
+  if (!made) return std::nullopt;
+  set_ = made->set;
+  readSteps();
+  Q_EMIT changed();
+  Q_EMIT replaced();
+  return made->name;
+}
+
+std::optional<std::string> Settings::undo() { return makeStep(undoSettings); }
+std::optional<std::string> Settings::redo() { return makeStep(redoSettings); }
 
 }  // namespace lotmere::ui

@@ -7,6 +7,7 @@
 
 #include "conditions/condition_set.hpp"
 #include "conditions/condition_store.hpp"
+#include "conditions/setting_steps.hpp"
 #include "ui/shell/store_door.hpp"
 #include "ui/shell/window_desk.hpp"
 
@@ -36,6 +37,14 @@ class Settings : public QObject {
   [[nodiscard]] bool restoreDefaults();
   // Reads the store again, which somebody else has written: a login, a restore. Throws when the store refuses.
   void reload();
+  // The same behind a change of the settings that the engine has made by itself, a set that was loaded.
+  void replace();
+  // Takes the last change back, or makes the one again that was taken back last; gives its name, nothing where there
+  // is none. Throws when the store refuses, with nothing changed.
+  std::optional<std::string> undo();
+  std::optional<std::string> redo();
+  // What undo and redo would change, as far as it is saved.
+  [[nodiscard]] const NextSteps& steps() const { return steps_; }
 
  Q_SIGNALS:
   // set() is another one, or may be.
@@ -43,16 +52,23 @@ class Settings : public QObject {
   // A change was not taken, and set() is what it was. The control that was clicked shows the click all the
   // same, so whoever shows settings shows them again.
   void refused();
+  // set() came from somewhere else than a control in front: an undo, a set that was loaded.
+  void replaced();
+  // steps() are others.
+  void stepsChanged();
 
  private:
   struct Shared;
 
   void save(const StepNote& note);
   void saved(int number, const std::exception_ptr& failure);
+  void readSteps();
+  std::optional<std::string> makeStep(std::optional<StepMade> (*make)(Store&));
 
   StoreDoor store_;
   WindowDesk& desk_;
   ConditionSet set_;
+  NextSteps steps_;
   std::shared_ptr<Shared> shared_;
   int saves_ = 0;  // given so far
   int ended_ = 0;  // and over

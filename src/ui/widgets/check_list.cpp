@@ -149,6 +149,11 @@ void CheckList::showFirstTicked() {
     scrollToTop();
 }
 
+void CheckList::showRow(int row) {
+  setCurrentIndex(model_->index(row));
+  scrollTo(currentIndex(), PositionAtCenter);
+}
+
 // What is ticked while the button is down shows at once; it is told when the button is let go, so that a range is
 // one change.
 void CheckList::begin(int row, bool from_last) {

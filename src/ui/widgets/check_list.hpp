@@ -54,6 +54,8 @@ class CheckList : public QListView {
   void showShares(std::vector<ItemShare> shares);
   // Scrolls to the first row that is ticked.
   void showFirstTicked();
+  // Makes a row the current one, in the middle of the list.
+  void showRow(int row);
   [[nodiscard]] const CheckListModel& list() const { return *model_; }
   // The room that the widest text takes.
   [[nodiscard]] int textWidth() const { return text_width_; }
