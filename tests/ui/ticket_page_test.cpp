@@ -7,11 +7,14 @@
 #include <fstream>
 
 #include "conditions/condition_store.hpp"
+#include "panels/pages.hpp"
 #include "tickets/low_chance.hpp"
 #include "ui/conditions/number_pad.hpp"
 #include "ui/look/ball_delegate.hpp"
 #include "ui/look/balls.hpp"
+#include "ui/look/text.hpp"
 #include "ui/look/theme.hpp"
+#include "ui/tickets/run_result.hpp"
 #include "window_fixture.hpp"
 
 namespace lotmere::ui::test {
@@ -30,6 +33,10 @@ class TicketPageTest : public WindowTest {
   void pressWith(const char* button, std::optional<std::string> period = "2026091") {
     desk_.texts = {std::move(period)};
     press(button);
+  }
+  // The picked reds stand side by side: without it no ticket would be left.
+  void allowRuns() {
+    changeSettings(store(), [](ConditionSet& set) { set.use(conditionNamed("连号").usage, false); });
   }
   void init() { pressWith("cmmTouZhu_0"); }
   void run() { pressWith("cmmTouZhu_1"); }
@@ -56,6 +63,56 @@ TEST_F(TicketPageTest, InitialisesFiltersAndShowsTheCourse) {
   EXPECT_EQ(model().rowCount(), stored());
   EXPECT_NE(log().find("全部过滤缩水完成,余："), std::string::npos);
   EXPECT_TRUE(part<QPlainTextEdit>("TextChaoZuoTip").textCursor().atEnd());
+}
+
+// In front stands what the run came to; the running text is a tab behind it. An undo brings the tickets back.
+TEST_F(TicketPageTest, TheResultStandsInFrontAndCanBeTakenBack) {
+  init();
+  EXPECT_EQ(text("ticketHead"), "第 2026091 期　840 注　1,680 元");
+  allowRuns();
+  run();
+  const auto left = stored();
+  ASSERT_GT(left, 0);
+  EXPECT_TRUE(part("runHead").isVisible());
+  EXPECT_FALSE(part("TextChaoZuoTip").isVisible());
+  EXPECT_EQ(text("runHead").find("840 → "), 0U) << text("runHead");
+  EXPECT_NE(text("runHead").find("→ " + utf8(grouped(left)) + " 注"), std::string::npos) << text("runHead");
+  // Only steps that removed something have a row, and no condition that is off.
+  EXPECT_LE(part<StepRows>("runSteps").count(), 8);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return part("runPrizes").isVisible(); }));
+  EXPECT_EQ(text("runPromise"), promiseText(6));
+  const auto& prizes = part<QTableWidget>("runPrizes");
+  double share = 0;
+  for (int row = 0; row < prizes.rowCount(); ++row)
+    share += prizes.item(row, 1)->text().remove(u'%').toDouble();
+  EXPECT_NEAR(share, 100, 0.3);
+  EXPECT_EQ(text("runCost"),
+            utf8(QStringLiteral("把过滤缩水前的 840 注逐一当作开奖号码；余下 %1 注，成本 %2 元。")
+                     .arg(grouped(left), grouped(2 * left))));
+  EXPECT_EQ(commands().action("tickets.undo")->text(), QStringLiteral("撤销：过滤缩水"));
+  press("undoTickets");
+  EXPECT_EQ(stored(), kAll);
+  EXPECT_FALSE(part("runPrizes").isVisible());
+  choose("tickets.redo");
+  EXPECT_EQ(stored(), left);
+  EXPECT_EQ(model().rowCount(), left);
+}
+
+TEST_F(TicketPageTest, GeneratesFromTheChosenNumbersAndShowsWhyNothingIsStored) {
+  desk_.choices = {std::nullopt};
+  pressWith("generateTickets");
+  EXPECT_EQ(stored(), 0) << "cancelled";
+  allowRuns();
+  desk_.choices = {0};
+  pressWith("generateTickets");
+  const auto left = stored();
+  EXPECT_TRUE(left > 0 && left < kAll);
+  EXPECT_EQ(model().rowCount(), left);
+  desk_.choices = {2, 0};
+  changeSettings(store(), [](ConditionSet& set) { set.cells.set(kShrinkTypeCell, kLargestShrink); });
+  pressWith("generateTickets");
+  EXPECT_EQ(stored(), left) << "all numbers leave too many";
+  EXPECT_EQ(text("runHead").find("17,721,088"), 0U) << text("runHead");
 }
 
 TEST_F(TicketPageTest, WithoutAPeriodOrAnAnswerNothingChanges) {

@@ -181,8 +181,8 @@ void MainWindow::makeMenus() {
            "huanyuan", "mnu_TiaojianView"});
   addConditionMenus();
   addMenu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
-          {"mnu_ShengCeng_0", "mnu_ShengCeng_1", nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr,
-           "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
+          {"mnu_ShengCeng_0", "mnu_ShengCeng_1", "tickets.generate", nullptr, "tickets.undo", "tickets.redo",
+           nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr, "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
   addMenu("mnu_Else", QStringLiteral("其它(&E)"),
           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
            "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});

@@ -1,16 +1,22 @@
 #include "ui/tickets/ticket_page.hpp"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QVBoxLayout>
+#include <algorithm>
 
+#include "conditions/condition_store.hpp"
 #include "files/import.hpp"
+#include "panels/pages.hpp"
+#include "pipeline/generate.hpp"
 #include "pipeline/run.hpp"
 #include "store/periods.hpp"
 #include "tickets/init.hpp"
 #include "tickets/prize_check.hpp"
+#include "tickets/ticket_steps.hpp"
 #include "tickets/upkeep.hpp"
 #include "ui/look/ball_delegate.hpp"
 #include "ui/look/text.hpp"
@@ -37,24 +43,28 @@ struct Step {
 constexpr Step kSteps[] = {
     {"mnu_ShengCeng_0", "cmmTouZhu_0", "初始化(&I)...", "第一步：初始化...", "Ctrl+G",
      "把选好的号码展开成一期的全部投注号"},
+    {"tickets.generate", "generateTickets", "生成(&A)...", "生成...", "",
+     "展开、过滤、缩水一次完成，最多可以是全部 17,721,088 注，只存储余下的"},
     {"mnu_ShengCeng_1", "cmmTouZhu_1", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R",
      "按设置的条件过滤，再缩水"},
     {nullptr, "cmmTouZhu_2", "", "精选号码", "", ""},
     {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本文件并打开"},
     {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+O", "从文本文件读入投注号"},
     {"mnu_ShengCeng_5", "cmmTouZhu_5", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
+    {"tickets.undo", "undoTickets", "撤销(&U)", "撤销上一步", "", "号码回到上一步之前"},
+    {"tickets.redo", nullptr, "重做(&Y)", "", "", "重做撤销了的一步"},
     {"mnu_ShengCeng_6", "cmmTouZhu_6", "开奖核对(&C)", "开奖核对", "Ctrl+J", "与一期开奖号码核对"},
 };
 
 }  // namespace
 
 TicketPage::TicketPage(Session& session, QWidget* parent)
-    : QWidget(parent), session_(session), model_(new TicketModel(this)) {
+    : QWidget(parent), session_(session), model_(new TicketModel(this)), answers_(session.desk) {
   addCommands();
   auto* body = new QHBoxLayout;
   body->setSpacing(12);
   body->addWidget(makeGrid(), 3);
-  body->addWidget(makeLog(), 2);
+  body->addWidget(makeResult(), 2);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->setSpacing(10);
@@ -65,8 +75,10 @@ TicketPage::TicketPage(Session& session, QWidget* parent)
 
 void TicketPage::addCommands() {
   void (TicketPage::*const handlers[])() = {
-      &TicketPage::init,       &TicketPage::run,   nullptr,           &TicketPage::exportFile,
-      &TicketPage::importFile, &TicketPage::clear, &TicketPage::check};
+      &TicketPage::init,       &TicketPage::generate,   &TicketPage::run,   nullptr,
+      &TicketPage::exportFile, &TicketPage::importFile, &TicketPage::clear, &TicketPage::undo,
+      &TicketPage::redo,       &TicketPage::check};
+  static_assert(std::size(handlers) == std::size(kSteps));
   for (std::size_t i = 0; i < std::size(kSteps); ++i) {
     const Step& step = kSteps[i];
     if (step.action == nullptr) continue;
@@ -86,6 +98,7 @@ QWidget* TicketPage::makeStrip() {
   auto* layout = new QHBoxLayout(strip);
   layout->setContentsMargins(0, 0, 0, 0);
   for (const Step& step : kSteps) {
+    if (step.button == nullptr) continue;
     const QString caption = QString::fromUtf8(step.caption);
     QPushButton* button = nullptr;
     if (step.action != nullptr) {
@@ -96,6 +109,7 @@ QWidget* TicketPage::makeStrip() {
       button->hide();
     }
     layout->addWidget(button);
+    if (step.button == std::string_view("undoTickets")) undo_ = button;
   }
   layout->addStretch();
   return strip;
@@ -119,21 +133,63 @@ QWidget* TicketPage::makeGrid() {
   bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy", place);
   auto* layout = new QGridLayout(place);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(grid_, 0, 0);
-  layout->addWidget(bar_, 0, 0, Qt::AlignCenter);
+  head_ = new QLabel;
+  head_->setObjectName(QStringLiteral("ticketHead"));
+  head_->setTextFormat(Qt::PlainText);
+  layout->addWidget(head_, 0, 0);
+  layout->addWidget(grid_, 1, 0);
+  layout->addWidget(bar_, 1, 0, Qt::AlignCenter);
   return place;
 }
 
-QWidget* TicketPage::makeLog() {
+QWidget* TicketPage::makeResult() {
   log_ = new QPlainTextEdit(this);
   log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
   log_->setReadOnly(true);
   log_->document()->setDocumentMargin(12);
   log_->setPlaceholderText(QStringLiteral("各步操作的结果显示在这里。"));
-  return log_;
+  result_ = new RunResultView;
+  results_ = new QTabWidget(this);
+  results_->setObjectName(QStringLiteral("runTabs"));
+  results_->addTab(result_, QStringLiteral("结果"));
+  results_->addTab(log_, QStringLiteral("全文"));
+  return results_;
 }
 
-void TicketPage::refreshTickets() { model_->showTickets(session_.store.run(loadTicketList)); }
+void TicketPage::refreshTickets() {
+  model_->showTickets(session_.store.run(loadTicketList));
+  showHead();
+  showSteps();
+}
+
+void TicketPage::showHead() {
+  const auto& tickets = model_->tickets();
+  if (tickets.empty()) return head_->setText(QStringLiteral("还没有投注号"));
+  const auto count = static_cast<std::int64_t>(tickets.size());
+  const PeriodNo period = tickets.front().period;
+  const bool one = std::ranges::all_of(tickets, [&](const TicketRow& row) { return row.period == period; });
+  QStringList parts;
+  parts.append(one ? QStringLiteral("第 %1 期").arg(period) : QStringLiteral("几期"));
+  parts.append(QStringLiteral("%1 注").arg(grouped(count)));
+  parts.append(QStringLiteral("%1 元").arg(grouped(kTicketPrice * count)));
+  const auto origin = session_.store.run([period](Store& store) { return loadRunSettings(store, period); });
+  if (one && origin && !origin->name.empty())
+    parts.append(QStringLiteral("方案：%1").arg(shown(origin->name)));
+  head_->setText(parts.join(QStringLiteral("　")));
+}
+
+void TicketPage::showSteps() {
+  const NextTicketSteps steps = session_.store.run(nextTicketSteps);
+  const auto show = [&](const char* name, const char* caption, const std::optional<std::string>& step) {
+    session_.commands.action(name)->setText(
+        step ? QStringLiteral("%1：%2").arg(QString::fromUtf8(caption), shown(*step))
+             : QString::fromUtf8(caption));
+  };
+  show("tickets.undo", "撤销", steps.undo);
+  show("tickets.redo", "重做", steps.redo);
+  undo_->setToolTip(steps.undo ? QStringLiteral("撤销：%1").arg(shown(*steps.undo))
+                               : QStringLiteral("没有可以撤销的一步"));
+}
 
 void TicketPage::showLog(const QString& text) {
   log_->setPlainText(text);
@@ -168,7 +224,65 @@ void TicketPage::init() {
 void TicketPage::run() {
   const auto period = askPeriod("要过滤哪期的号码 ？", currentPeriod());
   if (!period) return;
-  session_.store.run([&](Store& store) { return runPipeline(store, session_.desk, *period); });
+  results_->setCurrentWidget(log_);
+  result_->clear();
+  QElapsedTimer since;
+  since.start();
+  const RunResult result = session_.store.run(
+      [&](Store& store) { return runPipeline(store, session_.desk, *period, WithFunnel::yes); });
+  refreshTickets();
+  if (result.outcome == Outcome::refused) return;
+  result_->showFunnel(result.funnel, static_cast<double>(since.elapsed()) / 1000, true);
+  results_->setCurrentWidget(result_);
+  countGuarantee(*period);
+}
+
+void TicketPage::countGuarantee(PeriodNo period) {
+  answers_.ask(session_.store, [this, period](Store& store, Course& reading) -> AnswerThread::Question {
+    const auto origin = loadRunOrigin(store, period);
+    auto held = loadTickets(store, period, [&](std::size_t) { return reading.stopRequested(); });
+    if (!origin || !held) return {};
+    const int type = loadConditionSet(store).cells.value(kShrinkTypeCell);
+    return [this, type, draws = origin->tickets,
+            held = std::move(held->balls)](Course& course) -> AnswerThread::Answer {
+      const auto guarantee = checkGuarantee(draws, held, course);
+      if (!guarantee) return {};
+      return [this, type, found = *guarantee] { result_->showGuarantee(found, promiseText(type)); };
+    };
+  });
+}
+
+void TicketPage::generate() {
+  constexpr std::string_view choices[] = {"已选的号码", "全部红球，已选的蓝球", "全部号码", "取消"};
+  const auto period = askPeriod("生成哪期的号码 ？", session_.nextPeriod());
+  if (!period) return;
+  const std::size_t cancel = std::size(choices) - 1;
+  const std::size_t choice = session_.desk.choose(
+      "展开、过滤、缩水一次完成，只存储余下的号码。从哪些号码开始？", choices, cancel, "生成");
+  if (choice == cancel) return;
+  NumberSelection selection = selectionOf(session_.settings.set());
+  if (choice > 0) std::fill(selection.red.begin() + 1, selection.red.end(), PickState::tuo);
+  if (choice == 2) std::fill(selection.blue.begin() + 1, selection.blue.end(), PickState::tuo);
+  results_->setCurrentWidget(log_);
+  result_->clear();
+  const GenerateResult result = session_.store.run(
+      [&](Store& store) { return generateTickets(store, session_.desk, *period, selection); });
+  if (!result.funnel.empty()) {
+    result_->showFunnel(result.funnel, 0, false);
+    results_->setCurrentWidget(result_);
+  }
+  if (result.outcome == Outcome::done) refreshTickets();
+}
+
+void TicketPage::undo() {
+  session_.store.run([&](Store& store) { return undoTickets(store, session_.desk); });
+  result_->clear();
+  refreshTickets();
+}
+
+void TicketPage::redo() {
+  session_.store.run([&](Store& store) { return redoTickets(store, session_.desk); });
+  result_->clear();
   refreshTickets();
 }
 
@@ -208,6 +322,7 @@ void TicketPage::check() {
   const CheckResult result =
       session_.store.run([&](Store& store) { return checkCommand(store, session_.desk, *period); });
   if (result.outcome != Outcome::done) return;
+  results_->setCurrentWidget(log_);
   refreshTickets();
   const auto draw = session_.store.run([&](Store& store) { return findDraw(store, *period); });
   if (draw) model_->markDraw(*draw);

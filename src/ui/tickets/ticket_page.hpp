@@ -1,13 +1,18 @@
 // The ticket page: the tickets of the table, the running text, and the seven steps of the work on them.
 #pragma once
 
+#include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QWidget>
 
 #include "files/export.hpp"
+#include "ui/shell/answer_thread.hpp"
 #include "ui/shell/job_bar.hpp"
 #include "ui/shell/session.hpp"
+#include "ui/tickets/run_result.hpp"
 #include "ui/tickets/ticket_model.hpp"
 
 namespace lotmere::ui {
@@ -32,7 +37,10 @@ class TicketPage : public QWidget {
   void addCommands();
   QWidget* makeStrip();
   QWidget* makeGrid();
-  QWidget* makeLog();
+  QWidget* makeResult();
+  // Over the grid: period, number of tickets, what they cost, the set that filtered them.
+  void showHead();
+  void showSteps();
 
   void init();
   void run();
@@ -40,6 +48,11 @@ class TicketPage : public QWidget {
   void importFile();
   void clear();
   void check();
+  void generate();
+  void undo();
+  void redo();
+  // What the tickets that a run left promise, worked out beside the window.
+  void countGuarantee(PeriodNo period);
 
   // Asks for a period; nothing when the user cancels and, told, when what was typed is none.
   [[nodiscard]] std::optional<PeriodNo> askPeriod(std::string_view prompt, PeriodNo proposed);
@@ -52,6 +65,11 @@ class TicketPage : public QWidget {
   QTableView* grid_ = nullptr;
   QPlainTextEdit* log_ = nullptr;  // TextChaoZuoTip
   JobBar* bar_ = nullptr;
+  QLabel* head_ = nullptr;
+  QTabWidget* results_ = nullptr;  // the result of a run, and the running text
+  RunResultView* result_ = nullptr;
+  QPushButton* undo_ = nullptr;
+  AnswerThread answers_;
   ExportSwitches export_;  // what the dialog shows next time
 };
 
