@@ -65,7 +65,8 @@ std::optional<Mended> mendStore(const Home& home, Desk& desk, FileSystem& files)
 // Names that begin with these, as "Lotmere.db-journal" does, and those of profiles with whatever stands
 // behind them.
 bool isOwnName(const Home& home, std::string_view name) {
-  for (const fs::path& own : {home.mainDb(), home.backupDb(), home.templateFile(), home.lockFile()})
+  for (const fs::path& own :
+       {home.mainDb(), home.backupDb(), home.templateFile(), home.lockFile(), home.windowFile()})
     if (name.starts_with(own.filename().string())) return true;
   return name.find(kProfileExtension) != std::string_view::npos;
 }

@@ -25,6 +25,8 @@ struct Home {
   [[nodiscard]] std::filesystem::path backupDb() const { return folder / "Lotmere.backup.db"; }
   [[nodiscard]] std::filesystem::path templateFile() const { return folder / "TJmode.tjmod"; }
   [[nodiscard]] std::filesystem::path lockFile() const { return folder / "Lotmere.lock"; }
+  // The habits of the window: its size, its place, what was used last.
+  [[nodiscard]] std::filesystem::path windowFile() const { return folder / "Lotmere.window.ini"; }
   // The profiles of all users, by name; empty without the folder.
   [[nodiscard]] std::vector<std::filesystem::path> profiles() const;
 };
@@ -35,7 +37,7 @@ struct Home {
                             const std::string& user_home);
 
 // Whether a file that somebody names is one of the program's own, which no export may take the place of: the
-// store, its backup, the profiles with their template, the lock, and whatever stands beside one of them under
+// store, its backup, the profiles with their template, the lock, the habits of the window, and whatever stands beside one of them under
 // its name (a journal, a copy of a damaged one). What counts is where the path leads, by whatever links,
 // symbolic or hard; a name in the folder that no file has yet counts too. Throws
 // std::filesystem::filesystem_error when the machine refuses.

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <csignal>
 #include <set>
@@ -287,6 +288,39 @@ TEST_F(StartTest, ABackupThatCanNotBeMadeIsTold) {
   open();
   ASSERT_EQ(desk_.told.size(), 1U);
   EXPECT_NE(told().find("备份没有更新：文件操作失败"), std::string::npos) << told();
+}
+
+TEST_F(StartTest, TheNextStartFindsTheWindowAsItWasLeftAndEachHomeHasItsOwn) {
+  settleHome();
+  open();
+  window().resize(900, 600);
+  part<FrozenGrid>("TDBGridHistory").setColumnWidth(9, 133);
+  choose("mnu_HistoryShowAll");
+  choose("mnu_Appearance");
+  const auto leaveLook = qScopeGuard([] { applyAppearance(*qApp, Appearance::light); });
+  desk_.files = {QString::fromStdString((home_.path() / "a folder" / "all.lotmere").string())};
+  std::filesystem::create_directory(home_.path() / "a folder");
+  choose("mnu_StoreSave");
+  desk_.answers = {true};
+  window().close();
+  EXPECT_TRUE(closes());
+  open();
+  EXPECT_EQ(window().size(), QSize(900, 600));
+  EXPECT_EQ(part<FrozenGrid>("TDBGridHistory").columnWidth(9), 133);
+  EXPECT_TRUE(part<QRadioButton>("OptionHistoryMode_1").isChecked());
+  EXPECT_EQ(Remembered::look(home_.home().folder), Appearance::dark);
+  desk_.files = {QString()};
+  choose("mnu_ImportDraws");
+  EXPECT_EQ(desk_.places.back(), (home_.path() / "a folder").string());
+  lotmere::test::TempHome other;
+  EXPECT_EQ(Remembered::look(other.home().folder), std::nullopt);
+  EXPECT_TRUE(isOwnFile(home_.home(), home_.home().windowFile()));
+
+  program_.reset();
+  realFiles().writeWhole(home_.home().windowFile(),
+                         "[window]\nplace=@ByteArray(zz)\nlook=7\n[columns\n\xff=1");
+  open();
+  EXPECT_GE(window().width(), 800) << "a damaged file counts as none";
 }
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {

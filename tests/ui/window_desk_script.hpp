@@ -36,15 +36,9 @@ class ScriptedWindowDesk : public WindowDesk {
   std::vector<std::string> proposed;  // with each question for a text
   std::vector<Said> tips;
   std::vector<QUrl> opened;
+  std::vector<std::string> places;  // that the file dialogs proposed
 
   StoppableCourse& course() override { return watched_; }
-  QString chooseFile(const QString& title, const QString& /*filter*/) override {
-    return take(files, title.toStdString());
-  }
-  QString chooseNewFile(const QString& title, const QString& /*filter*/,
-                        const QString& /*proposed*/) override {
-    return take(files, title.toStdString());
-  }
   bool runDialog(QDialog& dialog) override { return take(dialogs, "a dialog")(dialog); }
   bool openOutside(const QUrl& address) override {
     opened.push_back(address);
@@ -52,6 +46,14 @@ class ScriptedWindowDesk : public WindowDesk {
   }
 
  protected:
+  QString pickFile(const QString& title, const QString& /*filter*/, const QString& folder) override {
+    places.push_back(folder.toStdString());
+    return take(files, title.toStdString());
+  }
+  QString nameFile(const QString& title, const QString& /*filter*/, const QString& path) override {
+    places.push_back(path.toStdString());
+    return take(files, title.toStdString());
+  }
   void showMessage(std::string_view text, Tone tone, std::string_view title) override {
     told.push_back({std::string(text), std::string(title), tone});
   }

@@ -53,7 +53,7 @@ class PictureDesk : public WindowDesk {
     dialog.hide();
     return answer;
   }
-  QString chooseFile(const QString& /*title*/, const QString& /*filter*/) override {
+  QString pickFile(const QString& /*title*/, const QString& /*filter*/, const QString& /*folder*/) override {
     return QStringLiteral("/dev/null");
   }
   bool openOutside(const QUrl& /*address*/) override { return true; }

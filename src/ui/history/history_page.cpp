@@ -27,6 +27,7 @@ namespace {
 
 constexpr int kMargin = 12;
 constexpr int kSpacing = 8;
+const QString kSpan = QStringLiteral("history span");
 
 constexpr PeriodRange kEveryPeriod{std::numeric_limits<PeriodNo>::min(),
                                    std::numeric_limits<PeriodNo>::max()};
@@ -160,14 +161,25 @@ void HistoryPage::makeOptions() {
                                       {QStringLiteral("图表"), "mnu_HistoryTubiao"}});
   spans_ = make_group("OptionHistoryMode", {{QStringLiteral("最近100期"), "mnu_HistoryShow100"},
                                             {QStringLiteral("显示全部"), "mnu_HistoryShowAll"}});
+  spans_->button(session_.remembered.choice(kSpan, 2))->setChecked(true);
+}
+
+void HistoryPage::remember() {
+  session_.remembered.setChoice(kSpan, spans_->checkedId());
+  QList<int> widths;
+  for (int column = 0; column < model_.columnCount(); ++column) widths.append(grid_->columnWidth(column));
+  session_.remembered.setColumns(grid_->objectName(), widths);
 }
 
 void HistoryPage::makeViews() {
   views_ = new QStackedWidget(this);
   grid_ = new FrozenGrid(model_, kIdentityColumns, views_);
   grid_->setObjectName(QStringLiteral("TDBGridHistory"));
+  const QList<int> widths = session_.remembered.columns(grid_->objectName());
+  const bool known = widths.size() == model_.columnCount();
   for (int column = 0; column < model_.columnCount(); ++column) {
-    grid_->setColumnWidth(column, model_.columnWidth(column, fontMetrics()));
+    const int width = known ? widths[column] : 0;
+    grid_->setColumnWidth(column, width > 0 ? width : model_.columnWidth(column, fontMetrics()));
     if (HistoryModel::isWorkColumn(column)) grid_->hideColumn(column);
   }
   connect(grid_, &FrozenGrid::filterEdited, this, [this] {

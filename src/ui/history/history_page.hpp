@@ -29,6 +29,9 @@ class HistoryPage : public QWidget {
   // the filter row is emptied with it. Throws SQLite::Exception when the store refuses.
   void refreshHistoryView();
 
+  // Leaves the span and the widths of the columns for the next start.
+  void remember();
+
   // Proposes the date and the period of the draw that comes next.
   void loadEntry();
 

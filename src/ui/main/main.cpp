@@ -33,12 +33,14 @@ int main(int argc, char** argv) {
                                 QStringLiteral("LOOK"));
   parser.addOptions({home, look});
   parser.process(application);
+  const lotmere::Home folder = homeOf(parser.value(home));
   if (parser.isSet(look))
     lotmere::ui::applyAppearance(application, parser.value(look) == QStringLiteral("dark")
                                                   ? lotmere::ui::Appearance::dark
                                                   : lotmere::ui::Appearance::light);
+  else if (const auto chosen = lotmere::ui::Remembered::look(folder.folder))
+    lotmere::ui::applyAppearance(application, *chosen);
   lotmere::ui::WindowDesk desk;
-  const lotmere::Home folder = homeOf(parser.value(home));
   const lotmere::ui::EndWatch watch;
   for (;;) {
     lotmere::ui::Program program(folder, desk);

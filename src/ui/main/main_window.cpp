@@ -6,7 +6,6 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QSignalBlocker>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -28,6 +27,7 @@ namespace {
 
 constexpr int kTabCount = 3;
 constexpr QSize kSize{1240, 780};
+constexpr QSize kFrame{16, 48};  // of a window that has its title above it
 constexpr const char* kDownloadTip = "正在下载，请稍候．．．";
 constexpr const char* kEverythingFilter = "Lotmere 全部数据 (*.lotmere);;全部文件 (*)";
 
@@ -63,7 +63,7 @@ MainWindow::MainWindow(Session& session)
   setObjectName(QStringLiteral("Form_main"));
   setWindowTitle(main_caption_);
   if (const QScreen* shown_on = screen(); shown_on != nullptr)
-    resize(kSize.boundedTo(shown_on->availableSize()));
+    resize(kSize.boundedTo(shown_on->availableSize() - kFrame));
   session_.desk.setWindow(this);
   pages_->setObjectName(QStringLiteral("Pic_Main"));
   for (QWidget* page : {static_cast<QWidget*>(history_), static_cast<QWidget*>(conditions_),
@@ -85,6 +85,7 @@ MainWindow::MainWindow(Session& session)
   history_->loadEntry();
   history_->refreshHistoryView();
   updateStatus();
+  restoreGeometry(session_.remembered.place());
 }
 
 void MainWindow::addCommands() {
@@ -104,9 +105,8 @@ void MainWindow::addCommands() {
 }
 
 void MainWindow::saveStore() {
-  const QString proposed = QStringLiteral("%1/Lotmere-%2.lotmere")
-                               .arg(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-                                    QString::fromStdString(formatDate(session_.clock.today())));
+  const QString proposed =
+      QStringLiteral("Lotmere-%1.lotmere").arg(QString::fromStdString(formatDate(session_.clock.today())));
   const QString file = session_.desk.chooseNewFile(QStringLiteral("保存全部数据"),
                                                    QString::fromUtf8(kEverythingFilter), proposed);
   if (file.isEmpty()) return;
@@ -375,6 +375,7 @@ void MainWindow::setBusy(bool busy) {
 
 void MainWindow::toggleAppearance() {
   applyAppearance(*qApp, currentAppearance() == Appearance::light ? Appearance::dark : Appearance::light);
+  session_.remembered.setLook(currentAppearance());
   updateStatus();
 }
 
@@ -411,6 +412,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
       ending_ = !asks || asUser(session_, exitProgram) == Outcome::done;
     });
   event->setAccepted(ending_);
+  if (!ending_) return;
+  session_.remembered.setPlace(saveGeometry());
+  history_->remember();
 }
 
 }  // namespace lotmere::ui

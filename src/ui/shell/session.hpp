@@ -9,6 +9,7 @@
 #include "store/periods.hpp"
 #include "store/store.hpp"
 #include "ui/shell/commands.hpp"
+#include "ui/shell/remembered.hpp"
 #include "ui/shell/settings.hpp"
 #include "ui/shell/store_door.hpp"
 #include "ui/shell/window_desk.hpp"
@@ -25,7 +26,14 @@ struct Session {
         clock(time),
         commands(all),
         password_limits(limits),
-        settings(store, window_desk) {}
+        settings(store, window_desk),
+        remembered(home.folder, window_desk.work()) {
+    desk.setFolder(remembered.folder());
+    QObject::connect(&desk, &WindowDesk::folderChanged, &settings,
+                     [this](const QString& folder) { remembered.setFolder(folder); });
+  }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
   StoreDoor store;
   Home home;
@@ -34,6 +42,7 @@ struct Session {
   Commands& commands;
   HashLimits password_limits;
   Settings settings;
+  Remembered remembered;
   Date entry_date = {};  // the value of the date field of the entry strip
 
   // The period that every prompt proposes.

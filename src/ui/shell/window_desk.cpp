@@ -4,11 +4,14 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QDialog>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <algorithm>
 #include <iostream>
 
@@ -150,14 +153,34 @@ void WindowDesk::showTipDialog(std::string_view text, std::string_view title) {
   runDialog(tip);
 }
 
+QString WindowDesk::folder() const {
+  return QFileInfo(folder_).isDir() ? folder_
+                                    : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+QString WindowDesk::rememberFolder(const QString& file) {
+  if (!file.isEmpty()) {
+    folder_ = QFileInfo(file).absolutePath();
+    Q_EMIT folderChanged(folder_);
+  }
+  return file;
+}
+
 QString WindowDesk::chooseFile(const QString& title, const QString& filter) {
-  return ending_ ? QString() : QFileDialog::getOpenFileName(window_, title, QString(), filter);
+  return ending_ ? QString() : rememberFolder(pickFile(title, filter, folder()));
 }
 
 QString WindowDesk::chooseNewFile(const QString& title, const QString& filter, const QString& proposed) {
-  return ending_ ? QString()
-                 : QFileDialog::getSaveFileName(window_, title, proposed, filter, nullptr,
-                                                QFileDialog::DontConfirmOverwrite);
+  return ending_ ? QString() : rememberFolder(nameFile(title, filter, QDir(folder()).filePath(proposed)));
+}
+
+QString WindowDesk::pickFile(const QString& title, const QString& filter, const QString& folder) {
+  return QFileDialog::getOpenFileName(window_, title, folder, filter);
+}
+
+QString WindowDesk::nameFile(const QString& title, const QString& filter, const QString& proposed) {
+  return QFileDialog::getSaveFileName(window_, title, proposed, filter, nullptr,
+                                      QFileDialog::DontConfirmOverwrite);
 }
 
 bool WindowDesk::runDialog(QDialog& dialog) { return !ending_ && dialog.exec() == QDialog::Accepted; }

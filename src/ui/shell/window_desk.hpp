@@ -43,11 +43,14 @@ class WindowDesk : public QObject, public Desk {
   // The thread on which the engine works.
   [[nodiscard]] WorkThread& work() { return work_; }
 
-  // A file that the person picks to be read; empty when they cancel.
-  virtual QString chooseFile(const QString& title, const QString& filter);
-  // A file that the user names to be written, with the folder and name proposed; empty when they cancel.
-  // Whoever writes asks about one that stands.
-  virtual QString chooseNewFile(const QString& title, const QString& filter, const QString& proposed);
+  // A file that the user picks to be read; empty when they cancel. The dialog starts in the last folder.
+  QString chooseFile(const QString& title, const QString& filter);
+  // A file that the user names to be written; empty when they cancel. `proposed` is a path, or a name in the
+  // last folder. Whoever writes asks about one that stands.
+  QString chooseNewFile(const QString& title, const QString& filter, const QString& proposed);
+  // The folder of the file that was chosen last, or else the user's documents.
+  [[nodiscard]] QString folder() const;
+  void setFolder(const QString& folder) { folder_ = folder; }
   // Shows a dialog until the person closes it; true when they accepted it.
   virtual bool runDialog(QDialog& dialog);
   // Hands a file or an address to the desktop's program for it; false where there is none.
@@ -69,8 +72,12 @@ class WindowDesk : public QObject, public Desk {
   void jobEnded();
   void statusChanged(const QString& text);
   void runningTextChanged(const QString& text);
+  void folderChanged(const QString& folder);
 
  protected:
+  // The file dialogs; empty when the user cancels.
+  virtual QString pickFile(const QString& title, const QString& filter, const QString& folder);
+  virtual QString nameFile(const QString& title, const QString& filter, const QString& proposed);
   // The dialogs behind what the work says and asks, on the window's thread.
   virtual void showMessage(std::string_view text, Tone tone, std::string_view title);
   virtual bool askUser(std::string_view text, std::string_view title);
@@ -85,7 +92,9 @@ class WindowDesk : public QObject, public Desk {
 
  private:
   void showProgress();
+  QString rememberFolder(const QString& file);
 
+  QString folder_;
   QPointer<QWidget> window_;
   ProgressView* view_ = nullptr;
   ProgressView* job_view_ = nullptr;  // of the job that runs

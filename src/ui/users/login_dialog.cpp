@@ -16,7 +16,8 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   name_->setEditable(true);
   name_->setMinimumWidth(220);
   fillNames();
-  const QString current = shown(session_.store.run(currentUser));
+  QString current = shown(session_.store.run(currentUser));
+  if (current.isEmpty()) current = session_.remembered.userName();
   name_->setCurrentText(current);
   password_ = new QLineEdit;
   password_->setObjectName(QStringLiteral("txtPWD"));
@@ -63,7 +64,9 @@ void LoginDialog::logIn() {
     const auto log_in = [&](const UserDesk& at) {
       return lotmere::logIn(at, typed, new_user_ ? NewUser::asked : NewUser::refused);
     };
-    if (asUser(session_, log_in) == Outcome::done) accept();
+    if (asUser(session_, log_in) != Outcome::done) return;
+    session_.remembered.setUserName(name_->currentText());
+    accept();
   });
 }
 

@@ -147,6 +147,10 @@ void FrozenGrid::setColumnWidth(int column, int width) {
   (column < frozen_ ? left_ : right_)->setColumnWidth(column, width);
 }
 
+int FrozenGrid::columnWidth(int column) const {
+  return (column < frozen_ ? left_ : right_)->columnWidth(column);
+}
+
 void FrozenGrid::hideColumn(int column) {
   (column < frozen_ ? left_ : right_)->setColumnHidden(column, true);
 }

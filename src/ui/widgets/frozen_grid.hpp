@@ -21,6 +21,8 @@ class FrozenGrid : public QFrame {
   [[nodiscard]] EndTable& right() const { return *right_; }
 
   void setColumnWidth(int column, int width);
+  // 0 for a hidden one.
+  [[nodiscard]] int columnWidth(int column) const;
   void hideColumn(int column);
 
   // The column of the current cell; 0 with none.
