@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 
@@ -31,10 +32,12 @@ struct MergePlan {
   std::vector<Conflict> conflicts;  // one for each of `changed`
 };
 
-std::optional<AnyDrawList> readList(Desk& desk, const std::filesystem::path& file, Date today,
-                                    bool& is_stopped) {
+// Gives the bytes of a list, served for by the leg.
+using Bytes = std::function<std::string(CourseLeg& reading)>;
+
+std::optional<AnyDrawList> readList(Desk& desk, const Bytes& bytes, Date today, bool& is_stopped) {
   CourseLeg reading(desk.course(), 0, Course::Stop::possible);
-  auto text = decodeBytes(readBytes(file, reading), reading);
+  auto text = decodeBytes(bytes(reading), reading);
   std::optional<AnyDrawList> list;
   if (text) list = readAnyDrawList(*text, today, [&](std::size_t done) { return reading.advance(done); });
   is_stopped = desk.course().stopRequested();
@@ -131,13 +134,10 @@ void countList(const AnyDrawList& list, DrawImport& result) {
   }
 }
 
-}  // namespace
-
-DrawImport importDraws(Store& store, Desk& desk, const std::filesystem::path& file, Date today,
-                       Conflicts conflicts) {
+DrawImport importList(Store& store, Desk& desk, const Bytes& bytes, Date today, Conflicts conflicts) {
   const StopScope stop(desk.course());
   bool is_stopped = false;
-  const auto list = readList(desk, file, today, is_stopped);
+  const auto list = readList(desk, bytes, today, is_stopped);
   if (is_stopped) return {.outcome = Outcome::stopped};
   if (!list) return {.cause = "这不是文本文件"};
   if (std::string fault = listFault(*list); !fault.empty()) return {.cause = std::move(fault)};
@@ -157,6 +157,19 @@ DrawImport importDraws(Store& store, Desk& desk, const std::filesystem::path& fi
   countList(*list, result);
   result.newest = latestPeriod(store);
   return result;
+}
+
+}  // namespace
+
+DrawImport importDraws(Store& store, Desk& desk, const std::filesystem::path& file, Date today,
+                       Conflicts conflicts) {
+  return importList(
+      store, desk, [&](CourseLeg& reading) { return readBytes(file, reading); }, today, conflicts);
+}
+
+DrawImport importDrawText(Store& store, Desk& desk, std::string_view text, Date today, Conflicts conflicts) {
+  return importList(
+      store, desk, [text](CourseLeg&) { return std::string(text); }, today, conflicts);
 }
 
 std::vector<std::string> importReport(const DrawImport& result) {

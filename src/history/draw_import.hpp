@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/dates.hpp"
@@ -38,6 +39,10 @@ struct DrawImport {
 // the store refuses.
 [[nodiscard]] DrawImport importDraws(Store& store, Desk& desk, const std::filesystem::path& file, Date today,
                                      Conflicts conflicts = Conflicts::ask);
+
+// The same from a text that the user has copied.
+[[nodiscard]] DrawImport importDrawText(Store& store, Desk& desk, std::string_view text, Date today,
+                                        Conflicts conflicts = Conflicts::ask);
 
 // What an import that is done comes to, in lines.
 [[nodiscard]] std::vector<std::string> importReport(const DrawImport& result);

@@ -74,6 +74,26 @@ std::optional<std::string> sheetBytes(Store& store, Desk& desk, std::int64_t dra
   return bytes;
 }
 
+// Fields are quoted where they hold a comma; a mark in front makes spreadsheets read UTF-8.
+std::optional<std::string> listBytes(Store& store, Desk& desk, std::int64_t draws) {
+  CourseLeg job(desk.course(), draws, Course::Stop::possible);
+  const auto columns = exportedColumns();
+  std::string text = "\xEF\xBB\xBF";
+  const auto put = [&text](std::string_view field, bool is_last) {
+    const bool quoted = field.find(',') != std::string_view::npos;
+    text += fmt::format("{0}{1}{0}{2}", quoted ? "\"" : "", field, is_last ? "\r\n" : ",");
+  };
+  const std::size_t last = columns.size() - 1;
+  for (std::size_t column = 0; column <= last; ++column) put(columns[column].name, column == last);
+  Query rows = store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", namesOf(columns)));
+  for (int row = 1; rows.next(); ++row) {
+    for (std::size_t column = 0; column <= last; ++column)
+      put(rows.text(static_cast<int>(column)), column == last);
+    if (row % kRowsBetweenLooks == 0 && job.advance(row)) return std::nullopt;
+  }
+  return text;
+}
+
 }  // namespace
 
 Exported exportHistory(Store& store, Desk& desk, const std::filesystem::path& target, FileSystem& files) {
@@ -88,7 +108,8 @@ Exported exportHistory(Store& store, Desk& desk, const std::filesystem::path& ta
       desk.tell(kOwnFile, Tone::warning);
       return {};
     }
-    const auto bytes = sheetBytes(store, desk, draws);
+    const auto bytes =
+        target.extension() == ".csv" ? listBytes(store, desk, draws) : sheetBytes(store, desk, draws);
     if (bytes) {
       files.writeWhole(target, *bytes);
       return {Outcome::done, static_cast<int>(draws)};

@@ -2,8 +2,11 @@
 #include "ui/history/history_page.hpp"
 
 #include <QAbstractItemModelTester>
+#include <QClipboard>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTreeWidget>
+#include <fstream>
 
 #include "catalogue/draw_columns.hpp"
 #include "history/addresses.hpp"
@@ -188,23 +191,26 @@ TEST_F(HistoryPageTest, ADeletedDrawIsProposedAgain) {
 TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
   putOldDraws();
   EXPECT_EQ(shownRows(), kNormalRows);
-  const auto can_begin = [&] { return part("filterBegin").isEnabled(); };
-  EXPECT_FALSE(can_begin());
+  QSignalSpy status(&desk_, &WindowDesk::statusChanged);
+  const auto told_passing = [&] {
+    settle();
+    return utf8(status.last()[0].toString());
+  };
   choose("CmmSousuo");
+  EXPECT_TRUE(told_passing().starts_with("请在表格中最顶一行") && desk_.told.empty());
   EXPECT_EQ(focused(), "FilterText_0");
   QTest::keyClicks(page_.focusWidget(), QStringLiteral("200701"));
   choose("mnu_InputKaiJian");
   QTest::qWait(0);
   EXPECT_EQ(rows().rowCount(), 100) << "no search while somebody types, nor by another command";
-  press("filterBegin");
+  press("CmmSousuo");
   EXPECT_EQ(shownRows(), "2007010-2007019:10");
+  EXPECT_EQ(told_passing(), "找到 10 期");
   QTest::qWait(0);
-  EXPECT_FALSE(can_begin());
   search(8, "5");
   EXPECT_EQ(shownRows(), kNormalRows) << "nothing is found: back to the normal rows";
   EXPECT_EQ(told(), "没有符合条件的记录。");
   EXPECT_EQ(text("FilterText_0"), "200701") << "what was typed stays";
-  EXPECT_TRUE(can_begin());
   press("cmdClearFilter");
   search(8, "05");
   EXPECT_EQ(shownRows(), "2008049-2008050:2") << "as the grid shows it";
@@ -240,13 +246,17 @@ TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
     const char* command;
     std::deque<std::optional<std::string>> texts;
     std::string place;
-  } rows[] = {{"cmm_Daocu", {}, "LotmereHistory.xlsx"}, {"cmm_kjqk", {"2008050", prefix}, "08050.html"}};
+  } rows[] = {{"cmm_Daocu", {}, "a list.xlsx"},
+              {"cmm_Daocu", {}, "a list.csv"},
+              {"cmm_kjqk", {"2008050", prefix}, "08050.html"}};
   for (const auto& [command, texts, place] : rows) {
     SCOPED_TRACE(command);
     for (const bool opens : {true, false}) {
       desk_.opens = opens;
       desk_.told.clear();
       desk_.texts = texts;
+      desk_.files = {QString::fromStdString((home_.path() / place).string())};
+      desk_.choices = {0, 0};  // to open it, the second time behind the leave to replace it
       choose(command);
       EXPECT_EQ(utf8(desk_.opened.back().toString()), prefix + place);
       EXPECT_TRUE(std::filesystem::exists(home_.path() / place));
@@ -254,9 +264,21 @@ TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
           << told();
     }
   }
+  EXPECT_NE(desk_.places.back().find("LotmereHistory.xlsx"), std::string::npos);
+  std::ifstream list(home_.path() / "a list.csv");
+  std::string head, first;
+  std::getline(list, head);
+  std::getline(list, first);
+  EXPECT_TRUE(head.starts_with("\xEF\xBB\xBF期号,开奖日期,红球1,") && head.ends_with("\r")) << head;
+  EXPECT_TRUE(first.starts_with("2008049,2008-04-27,2,3,4,5,6,7,5,")) << first;
+  EXPECT_EQ(std::ranges::count(head, ','), std::ranges::count(first, ',')) << first;
+  desk_.files = {QString::fromStdString((home_.path() / "a list.csv").string())};
+  desk_.choices = {std::nullopt};
+  choose("cmm_Daocu");
+  EXPECT_NE(desk_.asked.back().find("要替换吗"), std::string::npos);
   desk_.texts = {"2008049"};
   choose("cmm_kjqk");
-  EXPECT_EQ(desk_.opened.size(), 4U) << "no page, nothing opened";
+  EXPECT_EQ(desk_.opened.size(), 6U) << "no page, nothing opened";
 }
 
 TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
@@ -312,6 +334,69 @@ TEST_F(HistoryPageTest, AStoredDrawIsReplacedOnlyWhenTheUserSaysSo) {
   EXPECT_EQ(shownRows(), "2008049-2008051:3");
   EXPECT_EQ(proposed(), "2008052 2008-05-04");
   EXPECT_EQ(changes_.count(), 2);
+}
+
+TEST_F(HistoryPageTest, ACopiedListIsLookedAtBeforeItIsStored) {
+  QApplication::clipboard()->setText(
+      QStringLiteral("期号\t日期\n2008051\t2008-05-01\t01 05 07 14 21 33 08\n"
+                     "2008052\t2008-05-01\t01 05 07 14 21 34 08"));
+  desk_.dialogs = {[](QDialog&) { return false; },
+                   [&](QDialog& dialog) {
+                     const auto& rows = partOf<QTreeWidget>(dialog, "List_understood");
+                     EXPECT_EQ(rows.topLevelItemCount(), 2);
+                     EXPECT_EQ(textOf(dialog, "cmdOK"), "存入 1 期");
+                     EXPECT_EQ(utf8(rows.topLevelItem(1)->text(2)), "红球 34 不对");
+                     auto& typed = partOf<QPlainTextEdit>(dialog, "Text_pasted");
+                     typed.setPlainText(QStringLiteral("nothing"));
+                     EXPECT_TRUE(QTest::qWaitFor([&] { return !partOf(dialog, "cmdOK").isEnabled(); }));
+                     typed.setPlainText(QStringLiteral("2008051 2008-05-01 01 05 07 14 21 33 08"));
+                     EXPECT_TRUE(QTest::qWaitFor([&] { return partOf(dialog, "cmdOK").isEnabled(); }));
+                     return true;
+                   }};
+  part<FrozenGrid>("TDBGridHistory").left().setFocus();
+  QTest::keyClick(page_.focusWidget(), Qt::Key_V, Qt::ControlModifier);
+  settle();
+  EXPECT_TRUE(desk_.told.empty()) << "the look was enough";
+  QTest::keyClick(page_.focusWidget(), Qt::Key_V, Qt::ControlModifier);
+  settle();
+  EXPECT_EQ(told(), "读到 1 期：新增 1 期，更改 0 期，跳过 0 行，最新一期 2008051");
+  EXPECT_EQ(findDraw(store_, 2008051)->numbers, kNumbers);
+  auto& grid = part<FrozenGrid>("TDBGridHistory");
+  EXPECT_EQ(grid.selectedRows(), std::vector<int>{2}) << "what came";
+  grid.left().setFocus();
+  QTest::keyClick(&grid.left(), Qt::Key_C, Qt::ControlModifier);
+  const QString copied = QApplication::clipboard()->text();
+  EXPECT_TRUE(copied.startsWith(QStringLiteral("2008051\t2008-05-01\t01\t05\t07\t14\t21\t33\t08\t81\t")))
+      << utf8(copied);
+  EXPECT_EQ(copied.count(QLatin1Char('\n')), 1);
+  desk_.choices = {0};
+  QTest::keyClick(&grid.left(), Qt::Key_Delete);
+  settle();
+  EXPECT_FALSE(findDraw(store_, 2008051)) << "the chosen one, without its number typed";
+  EXPECT_TRUE(findDraw(store_, 2008050));
+}
+
+TEST_F(HistoryPageTest, WhatADownloadBroughtStandsThereBeforeItsMessage) {
+  const std::string list = putList("=336= 2008051 2008/05/01 01 05 07 14 21 33 08");
+  desk_.texts = {list};
+  std::string at_message;
+  desk_.on_tell = [&] { at_message = shownRows(); };
+  choose("mnu_AutoUpdate");
+  EXPECT_EQ(at_message, "2008049-2008051:3");
+}
+
+TEST_F(HistoryPageTest, TwoDigitsLeadToTheNextBallAndAnEnterBehindThemIsNoStep) {
+  part(boxName(1)).setFocus();
+  QTest::keyClicks(page_.focusWidget(), QStringLiteral("01"));
+  EXPECT_EQ(focused(), boxName(2));
+  QTest::keyClick(page_.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(focused(), boxName(2));
+  QTest::keyClick(page_.focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(focused(), boxName(3)) << "one that is meant";
+  for (int box = 3; box <= 6; ++box) QTest::keyClicks(page_.focusWidget(), QString::number(10 + box));
+  EXPECT_EQ(focused(), boxName(7));
+  QTest::keyClicks(page_.focusWidget(), QStringLiteral("08"));
+  EXPECT_EQ(focused(), boxName(7)) << "nothing is stored without an Enter";
 }
 
 TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {

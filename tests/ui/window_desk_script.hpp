@@ -25,6 +25,7 @@ class ScriptedWindowDesk : public WindowDesk {
   // Called on the window's thread at every look of a job at its course, for instance to press stop in the
   // middle.
   std::function<void()> on_look;
+  std::function<void()> on_tell;  // in front of each message
 
   struct Said {
     std::string text;
@@ -55,6 +56,7 @@ class ScriptedWindowDesk : public WindowDesk {
     return take(files, title.toStdString());
   }
   void showMessage(std::string_view text, Tone tone, std::string_view title) override {
+    if (on_tell) on_tell();
     told.push_back({std::string(text), std::string(title), tone});
   }
   bool askUser(std::string_view text, std::string_view /*title*/) override {

@@ -11,6 +11,7 @@
 #include "ui/look/text.hpp"
 #include "ui/look/theme.hpp"
 #include "ui/widgets/digit_validator.hpp"
+#include "ui/widgets/flow_layout.hpp"
 
 namespace lotmere::ui {
 namespace {
@@ -84,7 +85,15 @@ void EntryStrip::makeBoxes() {
     QLineEdit* box = boxes_[i] = new DigitBox(digit * digits + 24);
     if (i > 0) box->setMaxLength(digits);  // a longer period is refused: cut, it would name another draw
     box->setObjectName(QStringLiteral("TextHistory_%1").arg(i));
+    connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) {
+      moved_to_ = 0;
+      if (i == 0 || i == kBlueBox || text.size() < 2) return;
+      boxes_[i + 1]->setFocus(Qt::TabFocusReason);
+      moved_to_ = i + 1;
+    });
     connect(box, &QLineEdit::returnPressed, this, [this, i] {
+      // The hand that is used to it sends an Enter behind the number that has moved on already.
+      if (std::exchange(moved_to_, 0) == i && i > 0) return;
       if (i == kBlueBox)
         Q_EMIT completed();
       else
@@ -116,17 +125,11 @@ void EntryStrip::place() {
   setTabOrder(boxes_[0], date_);
   setTabOrder(date_, boxes_[1]);
   frame_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
-  auto* outer = new QHBoxLayout(this);
-  outer->setContentsMargins(0, 0, 0, 0);
-  outer->setSpacing(6);
+  auto* outer = new FlowLayout(6, this);
   outer->addWidget(frame_);
-  outer->addStretch();
 }
 
-void EntryStrip::addButton(QWidget* button) {
-  auto* outer = static_cast<QHBoxLayout*>(layout());
-  outer->insertWidget(outer->count() - 1, button);
-}
+void EntryStrip::addButton(QWidget* button) { layout()->addWidget(button); }
 
 void EntryStrip::colourNumbers() {
   for (int i = 1; i <= kBlueBox; ++i) {

@@ -58,6 +58,7 @@ class EntryStrip : public QWidget {
   QWidget* frame_;
   QDateEdit* date_;
   std::array<QLineEdit*, 8> boxes_{};  // 0 the period, 1 to 6 the reds, 7 the blue
+  int moved_to_ = 0;  // the box that the second digit of the one before led to, until something is typed
   QTimer timer_;
   QPointer<QWidget> focused_;  // had the focus when a job began
 };

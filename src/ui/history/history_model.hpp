@@ -46,6 +46,7 @@ class HistoryModel : public QAbstractTableModel {
   }
   // The columns that only the statistics use.
   [[nodiscard]] static bool isWorkColumn(int column);
+  [[nodiscard]] PeriodNo period(int row) const { return fields_.front().numbers[row]; }
   // In pixels, with room for the caption.
   [[nodiscard]] int columnWidth(int column, const QFontMetrics& metrics) const;
 

@@ -2,8 +2,13 @@
 
 #include <fmt/ranges.h>
 
+#include <QApplication>
+#include <QClipboard>
 #include <QFile>
+#include <QFileInfo>
 #include <QHBoxLayout>
+#include <QLocale>
+#include <QMenu>
 #include <QRegularExpression>
 #include <QVBoxLayout>
 #include <limits>
@@ -20,7 +25,10 @@
 #include "history/upkeep.hpp"
 #include "store/periods.hpp"
 #include "store/schema.hpp"
+#include "ui/history/list_hint.hpp"
+#include "ui/history/paste_dialog.hpp"
 #include "ui/look/text.hpp"
+#include "ui/widgets/flow_layout.hpp"
 
 namespace lotmere::ui {
 namespace {
@@ -45,6 +53,10 @@ HistoryPage::HistoryPage(Session& session, QWidget* parent) : QWidget(parent), s
                                         commands.action("cmmUpdateHistory_0")));
   strip_->addButton(commands.makeButton("cmmUpdateHistory_1", QStringLiteral("下载记录"),
                                         commands.action("mnu_AutoUpdate")));
+  strip_->addButton(commands.makeButton("cmmImportDraws", QStringLiteral("导入文件..."),
+                                        commands.action("mnu_ImportDraws")));
+  strip_->addButton(commands.makeButton("cmmPasteDraws", QStringLiteral("粘贴开奖号码..."),
+                                        commands.action("mnu_PasteDraws")));
   connect(strip_, &EntryStrip::completed, commands.action("cmmUpdateHistory_0"), &QAction::trigger);
   makeOptions();
   makeViews();
@@ -77,10 +89,15 @@ void HistoryPage::makeMenuCommands() {
         strip_->focusNumber(1);
       });
   add({"mnu_ImportDraws",
-       QStringLiteral("从文件导入开奖数据(&F)..."),
+       QStringLiteral("导入文件(&F)..."),
        {},
        QStringLiteral("从文本或 CSV 文件导入开奖记录，每行有期号、日期和号码")},
       [this] { importDraws(); });
+  QAction* paste = add({"mnu_PasteDraws", QStringLiteral("粘贴开奖号码(&V)..."), QKeySequence::Paste,
+                        QStringLiteral("把复制来的开奖号码存入历史记录，存入前先看读到了什么")},
+                       [this] { pasteDraws(); });
+  // Elsewhere the keys paste into a field.
+  paste->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   const auto add_choice = [&](const ActionText& text, const std::function<void()>& handler) {
     add(text, handler)->setCheckable(true);
   };
@@ -121,12 +138,21 @@ void HistoryPage::makeCommands() {
       [this] { addDraw(); });
   add({"cmm_scls", QStringLiteral("删除"), Qt::CTRL | Qt::Key_Delete, QStringLiteral("删除一期开奖记录")},
       [this] { removeDraw(); });
+  // The keys of the grid alone.
+  add({"copyRows", QStringLiteral("复制(&C)"), QKeySequence::Copy, QStringLiteral("复制选中的各行")},
+      [this] { copyRows(); });
+  add({"removeSelected", QStringLiteral("删除这一期(&D)..."), QKeySequence::Delete,
+       QStringLiteral("删除选中的一期开奖记录")},
+      [this] { removeSelected(); });
+  for (const char* name : {"copyRows", "removeSelected"}) {
+    removeAction(session_.commands.action(name));
+    session_.commands.action(name)->setShortcutContext(Qt::WidgetShortcut);
+  }
   add({"CmmSousuo", QStringLiteral("搜索记录"), Qt::CTRL | Qt::Key_F,
-       QStringLiteral("在表头下的空白行输入条件查找记录")},
+       QStringLiteral("在表头下的空白行输入条件，再按一次查找；在条件栏中按回车键也可")},
       [this] { promptSearch(); });
-  add({"filterBegin", QStringLiteral("搜 索"), Qt::CTRL | Qt::SHIFT | Qt::Key_F,
-       QStringLiteral("按输入的条件查找，在条件栏中按回车键也可")},
-      [this] { search(); });
+  session_.commands.action("CmmSousuo")
+      ->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_F), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F)});
   add({"cmdClearFilter", QStringLiteral("清空查找"), Qt::CTRL | Qt::SHIFT | Qt::Key_X,
        QStringLiteral("清空条件，回到原来的记录")},
       [this] { clearFilter(); });
@@ -182,15 +208,18 @@ void HistoryPage::makeViews() {
     grid_->setColumnWidth(column, width > 0 ? width : model_.columnWidth(column, fontMetrics()));
     if (HistoryModel::isWorkColumn(column)) grid_->hideColumn(column);
   }
-  connect(grid_, &FrozenGrid::filterEdited, this, [this] {
-    filter_edited_ = true;
-    session_.commands.action("filterBegin")->setEnabled(true);
-  });
-  connect(grid_, &FrozenGrid::filterSubmitted, session_.commands.action("filterBegin"), &QAction::trigger);
+  connect(grid_, &FrozenGrid::filterSubmitted, this,
+          [this] { session_.commands.runner().run([this] { search(); }); });
+  for (EndTable* pane : {&grid_->left(), &grid_->right()}) {
+    pane->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(pane, &QWidget::customContextMenuRequested, this,
+            [this, pane](QPoint at) { showRowMenu(pane, at); });
+    pane->addActions({session_.commands.action("copyRows"), session_.commands.action("removeSelected")});
+  }
   distribution_ = new DistributionGrid(views_);
   grid_->setAccessibleName(QStringLiteral("开奖记录"));
   distribution_->setAccessibleName(QStringLiteral("号码分布"));
-  empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载或手工添加。"));
+  empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载、导入文件、粘贴或手工添加。"));
   empty_->setAlignment(Qt::AlignCenter);
   empty_->setEnabled(false);
   for (QWidget* view :
@@ -199,32 +228,27 @@ void HistoryPage::makeViews() {
 }
 
 QLayout* HistoryPage::placeTools() {
-  auto* row = new QHBoxLayout;
-  row->setSpacing(kSpacing);
-  const auto add_options = [row](const QString& caption, const QButtonGroup* group) {
-    row->addWidget(new QLabel(caption));
-    for (QAbstractButton* option : group->buttons()) row->addWidget(option);
-    row->addSpacing(2 * kSpacing);
+  auto* row = new FlowLayout(kSpacing);
+  const auto add_options = [this, row](const QString& caption, const QButtonGroup* group) {
+    auto* choice = new QWidget(this);
+    auto* line = new QHBoxLayout(choice);
+    line->setContentsMargins(0, 0, 2 * kSpacing, 0);
+    line->setSpacing(kSpacing);
+    line->addWidget(new QLabel(caption));
+    for (QAbstractButton* option : group->buttons()) line->addWidget(option);
+    row->addWidget(choice);
   };
   add_options(QStringLiteral("数据模式"), modes_);
   add_options(QStringLiteral("数据显示"), spans_);
-  row->addStretch();
-  row->addWidget(bar_);
-  for (const char* name : {"CmmSousuo", "filterBegin", "cmdClearFilter", "cmm_scls", "cmm_Daocu"}) {
+  for (const char* name : {"CmmSousuo", "cmdClearFilter", "cmm_scls", "cmm_Daocu"}) {
     QAction* action = session_.commands.action(name);
     row->addWidget(session_.commands.makeButton(name, action->text(), action));
   }
+  row->addWidget(bar_);
   return row;
 }
 
-// Whoever disables the commands while a job runs may enable this one with the others.
 void HistoryPage::followRuns() {
-  const auto set_filter_begin = [this] {
-    session_.commands.action("filterBegin")->setEnabled(filter_edited_);
-  };
-  set_filter_begin();
-  connect(&session_.commands.runner(), &CommandRunner::finished, this, set_filter_begin,
-          Qt::QueuedConnection);
   const auto set_options = [this](bool enabled) {
     for (const QButtonGroup* group : {modes_, spans_})
       for (QAbstractButton* option : group->buttons()) option->setEnabled(enabled);
@@ -246,7 +270,7 @@ void HistoryPage::showSpan(int span) {
 void HistoryPage::refreshHistoryView() {
   const ProgressPlace place(session_.desk, *bar_);
   grid_->clearFilters();
-  filter_edited_ = false;
+  session_.desk.showStatus({});
   if (showsChart())
     showDistribution();
   else
@@ -303,55 +327,136 @@ void HistoryPage::addDraw() {
   Q_EMIT historyChanged();
 }
 
+void HistoryPage::showCame(PeriodNo before) {
+  loadEntry();
+  refreshHistoryView();
+  const int rows = model_.rowCount();
+  int first = rows;
+  while (first > 0 && model_.period(first - 1) > before) --first;
+  // All of them tell nothing.
+  if (first > 0) grid_->selectFrom(first);
+  Q_EMIT historyChanged();
+}
+
+void HistoryPage::offerDraws() {
+  const std::string question = "开奖记录不是最新的，是否需要更新到最新的数据．．．";
+  if (model_.rowCount() > 0) {
+    if (session_.desk.ask(question)) download();
+    return;
+  }
+  constexpr std::string_view buttons[] = {"下载", "导入文件...", "粘贴开奖号码...", "以后再说"};
+  const std::string hint = utf8(listHint());
+  switch (session_.desk.choose(
+      fmt::format("{0}{1}{1}也可以从文件导入，或粘贴从别处复制来的号码。{2}", question, kLineBreak, hint),
+      buttons, 3)) {
+    case 0:
+      return download();
+    case 1:
+      return importDraws();
+    case 2:
+      return pasteDraws();
+    default:
+      return;
+  }
+}
+
 void HistoryPage::download() {
   const ProgressPlace place(session_.desk, *download_view_);
   const auto fetcher = makeCurlFetcher(session_.desk.course());
-  const Outcome outcome = session_.store.run([&, today = session_.clock.today()](Store& store) {
-    return downloadCommand(store, session_.desk, *fetcher, today, list_typed_).outcome;
+  const auto address = session_.store.run(
+      [&](Store& store) { return knownAddress(store, session_.desk, AddressUse::draw_list, list_typed_); });
+  if (!address) return;
+  const auto [before, result] = session_.store.run([&, today = session_.clock.today()](Store& store) {
+    const PeriodNo newest = latestPeriod(store);
+    return std::pair(newest, downloadAll(store, session_.desk, *fetcher, *address, today));
   });
-  if (outcome != Outcome::done) return;
-  loadEntry();
-  refreshHistoryView();
-  Q_EMIT historyChanged();
+  if (result.outcome != Outcome::done) return tellFailure(session_.desk, result);
+  showCame(before);
+  session_.desk.tell(fmt::format("{}", fmt::join(reportLines(result), kLineBreak)));
 }
 
 void HistoryPage::importDraws() {
-  const ProgressPlace place(session_.desk, *download_view_);
   const QString file =
       session_.desk.chooseFile(QStringLiteral("从文件导入开奖数据"), QStringLiteral("*.txt *.csv;;*"));
   if (file.isEmpty()) return;
-  const Outcome outcome = session_.store.run([&, today = session_.clock.today()](Store& store) {
-    const DrawImport result =
-        lotmere::importDraws(store, session_.desk, QFile::encodeName(file).toStdString(), today);
-    if (result.outcome == Outcome::done)
-      session_.desk.tell(fmt::format("{}", fmt::join(importReport(result), kLineBreak)));
-    else
-      tellNoImport(session_.desk, result);
-    return result.outcome;
+  storeList([&, today = session_.clock.today()](Store& store) {
+    return lotmere::importDraws(store, session_.desk, QFile::encodeName(file).toStdString(), today);
   });
-  if (outcome != Outcome::done) return;
-  loadEntry();
-  refreshHistoryView();
-  Q_EMIT historyChanged();
+}
+
+void HistoryPage::pasteDraws() {
+  PasteDialog dialog(QApplication::clipboard()->text(), session_.clock.today(), this);
+  if (!session_.desk.runDialog(dialog)) return;
+  storeList([&, text = utf8(dialog.text()), today = session_.clock.today()](Store& store) {
+    return importDrawText(store, session_.desk, text, today);
+  });
+}
+
+void HistoryPage::storeList(const std::function<DrawImport(Store&)>& import) {
+  const ProgressPlace place(session_.desk, *download_view_);
+  const auto [before, result] = session_.store.run([&](Store& store) {
+    const PeriodNo newest = latestPeriod(store);
+    return std::pair(newest, import(store));
+  });
+  if (result.outcome != Outcome::done) return tellNoImport(session_.desk, result);
+  showCame(before);
+  session_.desk.tell(fmt::format("{}", fmt::join(importReport(result), kLineBreak)));
 }
 
 void HistoryPage::removeDraw() {
+  const auto chosen = grid_->selectedRows();
+  const bool one = !showsChart() && chosen.size() == 1;
+  const auto typed = session_.desk.askText(
+      "您要删除哪期的记录？", "请输入期号",
+      std::to_string(one ? model_.period(chosen.front()) : session_.store.run(latestPeriod)));
+  if (typed) removeTyped(*typed);
+}
+
+void HistoryPage::removeSelected() {
+  const auto chosen = grid_->selectedRows();
+  if (chosen.size() != 1) return session_.desk.showStatus("请先在表格中选中要删除的一期。");
+  removeTyped(std::to_string(model_.period(chosen.front())));
+}
+
+void HistoryPage::removeTyped(const std::string& typed) {
   const ProgressPlace place(session_.desk, *bar_);
-  const auto typed = session_.desk.askText("您要删除哪期的记录？", "请输入期号",
-                                           std::to_string(session_.store.run(latestPeriod)));
   const std::string_view done = showsChart() ? "删除完成，将重新加载数据。" : "删除完成！";
-  if (!typed) return;
   const Outcome outcome =
-      session_.store.run([&](Store& store) { return deleteDraw(store, session_.desk, *typed, done); });
+      session_.store.run([&](Store& store) { return deleteDraw(store, session_.desk, typed, done); });
   if (outcome != Outcome::done) return;
   refreshHistoryView();
   loadEntry();
   Q_EMIT historyChanged();
+}
+
+// As a spreadsheet takes them: tabs between the fields, the visible columns alone.
+void HistoryPage::copyRows() {
+  QStringList lines;
+  for (const int row : grid_->selectedRows()) {
+    QStringList fields;
+    for (int column = 0; column < model_.columnCount(); ++column)
+      if (!HistoryModel::isWorkColumn(column)) fields.append(model_.index(row, column).data().toString());
+    lines.append(fields.join(QLatin1Char('\t')));
+  }
+  if (lines.isEmpty()) return;
+  QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+  session_.desk.showStatus(utf8(QStringLiteral("已复制 %1 行").arg(QLocale().toString(lines.size()))));
+}
+
+void HistoryPage::showRowMenu(QWidget* pane, QPoint at) {
+  QMenu menu;
+  for (const char* name : {"copyRows", "removeSelected"}) menu.addAction(session_.commands.action(name));
+  menu.addSeparator();
+  for (const char* name : {"mnu_PasteDraws", "mnu_ImportDraws", "cmm_kjqk", "cmm_Daocu"})
+    menu.addAction(session_.commands.action(name));
+  menu.exec(static_cast<QAbstractScrollArea*>(pane)->viewport()->mapToGlobal(at));
 }
 
 void HistoryPage::promptSearch() {
   if (showsChart()) showMode(0);
-  session_.desk.tell("请在表格中最顶一行空白处相应项目栏输入条件值，然后点击“搜索”按钮！");
+  for (int column = 0; column < model_.columnCount(); ++column)
+    if (!grid_->filter(column).isEmpty()) return search();
+  session_.desk.showStatus("请在表格中最顶一行空白处相应项目栏输入条件值，然后点击“搜索”按钮！");
   grid_->focusFilter();
 }
 
@@ -367,7 +472,6 @@ void HistoryPage::search() {
   const auto condition = buildSearchWhere(session_.desk, filters);
   const int column = grid_->currentColumn();
   const bool asks = condition && !condition->where.empty();
-  filter_edited_ = false;
   int found = 0;
   try {
     if (asks)
@@ -377,25 +481,42 @@ void HistoryPage::search() {
     grid_->clearFilters();  // what the store refuses doesn't stand there to be asked again
     throw;
   }
-  if (found != 0) return grid_->showEnd(column);
+  if (found != 0) {
+    session_.desk.showStatus(utf8(QStringLiteral("找到 %1 期").arg(QLocale().toString(found))));
+    return grid_->showEnd(column);
+  }
   // Boxes that ask for nothing, or for what no draw has, lead back to the rows that the options name; what no
   // draw has stays in the boxes to be corrected.
   if (!asks) return refreshHistoryView();
   fillHistoryGrid();
-  filter_edited_ = true;
   session_.desk.tell("没有符合条件的记录。", Tone::warning);
 }
 
 void HistoryPage::clearFilter() { refreshHistoryView(); }
 
 void HistoryPage::exportHistory() {
+  if (model_.rowCount() == 0 && session_.store.run(latestPeriod) == 0)
+    return session_.desk.tell("历史记录是空的，没有可导出的数据。", Tone::warning);
+  const QString path = session_.desk.chooseNewFile(QStringLiteral("导出开奖记录"),
+                                                   QStringLiteral("表格文件 (*.xlsx);;CSV 文件 (*.csv)"),
+                                                   QStringLiteral("LotmereHistory.xlsx"));
+  if (path.isEmpty()) return;
+  if (QFileInfo::exists(path)) {
+    constexpr std::string_view buttons[] = {"替换", "取消"};
+    if (session_.desk.choose(utf8(QStringLiteral("文件已经存在，要替换吗？\r\n%1").arg(path)), buttons, 1) ==
+        1)
+      return;
+  }
   const ProgressPlace place(session_.desk, *bar_);
-  const auto file = session_.home.folder / "LotmereHistory.xlsx";
-  const Exported written =
-      session_.store.run([&](Store& store) { return lotmere::exportHistory(store, session_.desk, file); });
+  const Exported written = session_.store.run([&](Store& store) {
+    return lotmere::exportHistory(store, session_.desk, QFile::encodeName(path).toStdString());
+  });
   if (written.outcome != Outcome::done) return;
-  const QString path = QString::fromStdString(file.string());
-  open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
+  const QString done = QStringLiteral("已导出 %1 期到 %2").arg(QLocale().toString(written.rows), path);
+  session_.desk.showStatus(utf8(done));
+  constexpr std::string_view next[] = {"打开", "关闭"};
+  if (session_.desk.choose(utf8(done), next, 1) == 0)
+    open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
 }
 
 void HistoryPage::queryDetail() {

@@ -7,8 +7,11 @@
 #include <QRadioButton>
 #include <QStackedWidget>
 #include <QWidget>
+#include <functional>
+#include <string>
 
 #include "history/addresses.hpp"
+#include "history/draw_import.hpp"
 #include "ui/history/distribution_grid.hpp"
 #include "ui/history/entry_strip.hpp"
 #include "ui/history/history_model.hpp"
@@ -38,6 +41,10 @@ class HistoryPage : public QWidget {
   // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
   void download();
 
+  // Asks an outdated history for its draws: the download, and where it is empty also a file or a copied list.
+  // To be called inside a command.
+  void offerDraws();
+
   // Where a download shows its course; the page's own bar until this is called. `view` outlives the page.
   void setProgress(ProgressView& view) { download_view_ = &view; }
 
@@ -64,7 +71,16 @@ class HistoryPage : public QWidget {
 
   void addDraw();
   void importDraws();
+  void pasteDraws();
+  void storeList(const std::function<DrawImport(Store&)>& import);
+  // Behind draws that came: shows them and chooses those that are newer than `before`.
+  void showCame(PeriodNo before);
   void removeDraw();
+  void removeSelected();
+  void removeTyped(const std::string& typed);
+  void copyRows();
+  void showRowMenu(QWidget* pane, QPoint at);
+  // The boxes of the filter row: searches where something stands there, else leads the user to them.
   void promptSearch();
   void search();
   void clearFilter();
@@ -86,7 +102,6 @@ class HistoryPage : public QWidget {
   QButtonGroup* spans_;     // `OptionHistoryMode`: 0 the newest hundred, 1 all
   std::string list_typed_;  // the addresses as they were typed the last time, until one leads somewhere
   std::string page_typed_;
-  bool filter_edited_ = false;  // since the rows were last read
 };
 
 }  // namespace lotmere::ui

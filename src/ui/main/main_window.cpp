@@ -173,9 +173,9 @@ void MainWindow::makeMenus() {
   addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
   addMenu("editMenu", QStringLiteral("编辑(&I)"), {"conditions.undo", "conditions.redo"});
   addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
-          {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_InputKaiJian", nullptr, "mnu_HistoryTubiao",
-           "mnu_HistoryData", nullptr, "mnu_HistoryShowAll", "mnu_HistoryShow100", nullptr,
-           "mnu_DownloadAddress", "mnu_DetailAddress"});
+          {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_PasteDraws", "mnu_InputKaiJian", nullptr,
+           "mnu_HistoryTubiao", "mnu_HistoryData", nullptr, "mnu_HistoryShowAll", "mnu_HistoryShow100",
+           nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
   addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
           {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "conditions.backtest", nullptr,
            "huanyuan", "mnu_TiaojianView"});
@@ -361,9 +361,7 @@ void MainWindow::switchUser() {
 void MainWindow::checkHistory() {
   updateStatus();
   if (!readStatus().outdated) return;
-  session_.commands.runner().run([this] {
-    if (session_.desk.ask("开奖记录不是最新的，是否需要更新到最新的数据．．．")) history_->download();
-  });
+  session_.commands.runner().run([this] { history_->offerDraws(); });
 }
 
 void MainWindow::setBusy(bool busy) {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <functional>
 
 #include "ui/look/ball_delegate.hpp"
@@ -163,6 +164,20 @@ void FrozenGrid::showEnd(int column) {
   right_->showEnd();
   left_->showEnd();
   syncLeft();
+}
+
+std::vector<int> FrozenGrid::selectedRows() const {
+  std::vector<int> rows;
+  for (const QModelIndex& index : left_->selectionModel()->selectedRows()) rows.push_back(index.row());
+  std::ranges::sort(rows);
+  return rows;
+}
+
+void FrozenGrid::selectFrom(int first) {
+  const int last = model_.rowCount() - 1;
+  if (first > last) return;
+  left_->selectionModel()->select({model_.index(first, 0), model_.index(last, model_.columnCount() - 1)},
+                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 QString FrozenGrid::filter(int column) const {

@@ -4,6 +4,7 @@
 
 #include <QAbstractItemModel>
 #include <QFrame>
+#include <vector>
 
 #include "ui/widgets/filter_header.hpp"
 #include "ui/widgets/row_table.hpp"
@@ -30,6 +31,11 @@ class FrozenGrid : public QFrame {
   // Puts the last row in sight, its cell in `column` being the current one. The end stays in sight when the
   // window changes its size.
   void showEnd(int column);
+
+  // The rows that are chosen, ascending.
+  [[nodiscard]] std::vector<int> selectedRows() const;
+  // Chooses the rows from `first` on.
+  void selectFrom(int first);
 
   [[nodiscard]] QString filter(int column) const;
   void clearFilters();
