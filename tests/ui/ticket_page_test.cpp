@@ -182,8 +182,9 @@ TEST_F(TicketPageTest, ClosingInTheMiddleOfAJobAsksFirstAndStopsItOnYes) {
   EXPECT_EQ(stored(), kAll);
 }
 
-TEST_F(TicketPageTest, ExportsWhatTheDialogSaysAndOpensIt) {
-  const auto target = home_.path() / "LotmereTemp.txt";
+TEST_F(TicketPageTest, ExportsWhatTheDialogSaysWhereTheUserWantsIt) {
+  const auto target = home_.path() / "号码.txt";
+  const QString file = QString::fromStdString(target.string());
   init();
   desk_.dialogs = {[](QDialog&) { return false; },
                    [](QDialog& dialog) {
@@ -195,17 +196,29 @@ TEST_F(TicketPageTest, ExportsWhatTheDialogSaysAndOpensIt) {
                    [](QDialog& dialog) {
                      EXPECT_TRUE(partOf<QCheckBox>(dialog, "Check_ToFile_1").isChecked()) << "kept";
                      return true;
+                   },
+                   [](QDialog& dialog) {
+                     partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(2);
+                     return true;
                    }};
   press("cmmTouZhu_3");
   EXPECT_FALSE(std::filesystem::exists(target)) << "cancelled";
+  desk_.files = {file, file, file};
+  desk_.choices = {0};
   press("cmmTouZhu_3");
   EXPECT_TRUE(lotmere::test::readFile(target).starts_with("2026091,,,08,09,10,11,12,13|08\r\n"));
   ASSERT_EQ(desk_.opened.size(), 1);
-  EXPECT_EQ(desk_.opened[0].toLocalFile().toStdString(), target.string());
-  desk_.opens = false;
+  EXPECT_EQ(desk_.opened[0].toLocalFile(), file);
+  EXPECT_EQ(desk_.asked.back(), "已导出 840 注到 " + target.string());
+  std::ofstream(target) << "mine";
+  desk_.choices = {std::nullopt};
   press("cmmTouZhu_3");
-  EXPECT_NE(told().find("LotmereTemp.txt"), std::string::npos)
-      << "no editor: the user learns where the file is";
+  EXPECT_EQ(lotmere::test::readFile(target), "mine") << "a file that stands there is asked about";
+  desk_.choices = {0, 1};
+  press("cmmTouZhu_3");
+  EXPECT_NE(lotmere::test::readFile(target).find("08 09 10 11 12 13 14 15 16 17"), std::string::npos)
+      << "ten reds in one compound bet";
+  EXPECT_EQ(desk_.opened.size(), 1);
 }
 
 TEST_F(TicketPageTest, ImportsInTheChosenFormat) {

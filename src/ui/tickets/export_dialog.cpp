@@ -5,6 +5,11 @@
 #include "ui/shell/dialog_parts.hpp"
 
 namespace lotmere::ui {
+namespace {
+
+constexpr int kCompound = 2;  // the format of compound bets, behind those of single tickets
+
+}  // namespace
 
 ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("frmToFile"));
@@ -22,9 +27,13 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   }
   format_ = new QComboBox;
   format_->setObjectName(QStringLiteral("ComboDCgesi"));
-  format_->addItems({QStringLiteral("淘宝彩票网格式"), QStringLiteral("财付通彩票格式")});
+  format_->addItems({QStringLiteral("淘宝彩票网格式"), QStringLiteral("财付通彩票格式"),
+                     QStringLiteral("复式投注（一行一注复式）")});
   format_->setCurrentIndex(switches.format);
 
+  connect(format_, &QComboBox::currentIndexChanged, this, [this] {
+    for (QCheckBox* box : boxes_) box->setEnabled(!compound());
+  });
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(12);
   grid->addWidget(new QLabel(QStringLiteral("导出内容：")), 0, 0);
@@ -40,9 +49,11 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   layout->addLayout(makeDialogFoot({ok, cancel}));
 }
 
+bool ExportDialog::compound() const { return format_->currentIndex() == kCompound; }
+
 ExportSwitches ExportDialog::switches() const {
   return {boxes_[0]->isChecked(), boxes_[1]->isChecked(), boxes_[2]->isChecked(), boxes_[3]->isChecked(),
-          format_->currentIndex()};
+          compound() ? 0 : format_->currentIndex()};
 }
 
 }  // namespace lotmere::ui

@@ -17,7 +17,9 @@ class ExportDialog : public QDialog {
   // Shows these switches at first.
   ExportDialog(const ExportSwitches& switches, QWidget* parent);
 
+  // The last format, compound bets, has no switches.
   [[nodiscard]] ExportSwitches switches() const;
+  [[nodiscard]] bool compound() const;
 
  private:
   std::array<QCheckBox*, 4> boxes_{};

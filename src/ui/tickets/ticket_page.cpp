@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "conditions/condition_store.hpp"
+#include "files/export_compound.hpp"
 #include "files/import.hpp"
 #include "panels/pages.hpp"
 #include "pipeline/generate.hpp"
@@ -20,6 +21,7 @@
 #include "tickets/upkeep.hpp"
 #include "ui/look/ball_delegate.hpp"
 #include "ui/look/text.hpp"
+#include "ui/shell/written_file.hpp"
 #include "ui/tickets/export_dialog.hpp"
 #include "ui/tickets/import_dialog.hpp"
 #include "ui/widgets/row_table.hpp"
@@ -291,13 +293,26 @@ void TicketPage::exportFile() {
   const bool accepted = session_.desk.runDialog(dialog);
   export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
   if (!accepted) return;
-  const auto target = session_.home.folder / kExportFile;
+  const bool compound = dialog.compound();
+  const QString path =
+      chooseTarget(session_.desk, QStringLiteral("数 据 导 出"),
+                   QStringLiteral("文本文件 (*.txt);;全部文件 (*)"), QString::fromUtf8(kExportFile));
+  if (path.isEmpty()) return;
+  const std::filesystem::path target = QFile::encodeName(path).toStdString();
+  if (compound) {
+    const CompoundExport written =
+        session_.store.run([&](Store& store) { return exportCompound(store, session_.desk, target); });
+    if (written.outcome == Outcome::done)
+      tellWritten(session_.desk,
+                  QStringLiteral("已导出 %1 注，共 %2 行，到 %3")
+                      .arg(grouped(written.tickets), grouped(written.bets), path),
+                  path);
+    return;
+  }
   const Exported written =
       session_.store.run([&](Store& store) { return exportCommand(store, session_.desk, target, export_); });
-  if (written.outcome != Outcome::done) return;
-  const QString path = shown(target.string());
-  if (!session_.desk.openOutside(QUrl::fromLocalFile(path)))
-    session_.desk.tell(utf8(QStringLiteral("号码已写到文件 %1").arg(path)));
+  if (written.outcome == Outcome::done)
+    tellWritten(session_.desk, QStringLiteral("已导出 %1 注到 %2").arg(grouped(written.rows), path), path);
 }
 
 void TicketPage::importFile() {
