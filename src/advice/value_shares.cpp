@@ -62,7 +62,7 @@ std::optional<ValueShares> valueShares(const ConditionSet& set, const DrawTable&
   shares.metric = *metric;
   // A figure beyond the table lands in its last field, which is cut off.
   std::array<std::int64_t, 258> counted{};
-  const auto fieldOf = [](int figure) { return figure < 0 || figure > 255 ? 256 : figure; };
+  const auto field_of = [](int figure) { return figure < 0 || figure > 255 ? 256 : figure; };
   withFigure(*metric, [&](auto figure) {
     for (int a = 1; a <= kRedCount - 5; ++a)
       for (int b = a + 1; b <= kRedCount - 4; ++b)
@@ -70,7 +70,7 @@ std::optional<ValueShares> valueShares(const ConditionSet& set, const DrawTable&
           for (int d = c + 1; d <= kRedCount - 2; ++d)
             for (int e = d + 1; e <= kRedCount - 1; ++e)
               for (int f = e + 1; f <= kRedCount; ++f)
-                ++counted[fieldOf(figure(*metric, Reds{a, b, c, d, e, f}))];
+                ++counted[field_of(figure(*metric, Reds{a, b, c, d, e, f}))];
   });
   const auto cells = static_cast<std::size_t>(cellCount(condition));
   shares.sixes.assign(counted.begin(), counted.begin() + static_cast<std::ptrdiff_t>(cells));

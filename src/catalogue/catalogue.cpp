@@ -53,7 +53,7 @@ std::string shapeDefinition(const Family& family) {
 void addSums(Rows& rows) {
   rows.add({.usage = 1, .name = "总和值", .kind = value, .first = 1000, .last = 1170, .factory = "60-143",
             .used_at_first = true, .first_item = 15, .last_item = 165, .figure = NumberValue::number,
-            .log_name = "[ 总和值 ]", .page = "和值过滤", .page_name = "和值",
+            .log_name = "[ 总和值 ]", .page = "和值过滤",
             .definition = "六个红球相加的和，最小 21，最大 183。"});
   rows.add({.usage = 2, .name = "奇数和值", .kind = value, .first = 2000, .last = 2170,
             .factory = "0-1,3,5,7-94,96,98", .first_item = 0, .last_item = 155, .figure = NumberValue::odd,
@@ -132,7 +132,6 @@ void addFigures(Rows& rows) {
             .definition = "红球中连续号码的长度：2+2 是两段两连号，3 是一段三连号，0 是没有连号。"});
   rows.add({.usage = 9, .name = "AC值", .kind = value, .first = 3600, .last = 3630, .factory = "5-10",
             .used_at_first = true, .first_item = 0, .last_item = 15, .figure = acValue, .page = "AC值",
-            .page_name = "ＡＣ值",
             .definition = "六个红球两两之差中，不同的差的个数减 5。越大号码越散，最大 10。"});
   rows.add({.usage = 7, .name = "重叠号", .kind = count, .first = 3470, .last = 3480, .factory = "0-3",
             .item_text = "重叠码个数=", .figure = AgainstPrevious{markReds}, .page = "重叠号",

@@ -67,7 +67,6 @@ struct Condition {
   FigureRule figure{};
   std::string log_name{};        // as the lines of a run carry it, "[总和值]"
   std::string_view page{};       // caption of the page that it has for itself, if it has one
-  std::string_view page_name{};  // what its box calls it there, where that isn't its name
   std::string definition{};      // what it looks at, in a sentence or two
   std::string_view help{};       // what the button beside its list explains
   int since = 1;                 // the schema version that brought it

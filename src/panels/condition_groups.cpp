@@ -115,7 +115,7 @@ std::string valueText(const ConditionSet& set, const ConditionRow& row) {
     return fmt::format("{}～{}，{} 个以上相同", set.match.first, set.match.last, set.match.match);
   if (row.kind == RowKind::shrink) return shrinkCaption(set.cells.value(kShrinkTypeCell));
   const Condition& condition = *row.condition;
-  const std::string value = currentValue(set, condition);
+  std::string value = currentValue(set, condition);
   switch (condition.kind) {
     case CellKind::shape:
     case CellKind::run_shape:
@@ -126,7 +126,7 @@ std::string valueText(const ConditionSet& set, const ConditionRow& row) {
     default:
       break;
   }
-  const std::string plain = plainDigits(value);
+  std::string plain = plainDigits(value);
   if (placeOf(condition) != own && placeOf(condition) != divisions) return plain;
   const std::string numbers = numbersOf(set, condition);
   return numbers.empty() ? "" : fmt::format("{}：{}", numbers, plain);

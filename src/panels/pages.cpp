@@ -56,9 +56,7 @@ const ConditionPage& conditionPage(int tab) { return conditionPages()[static_cas
 
 ConditionPanel valuePage(const ConditionSet& set, int tab) {
   const Condition& condition = *conditionPage(tab).conditions.front();
-  ConditionPanel panel = pagePanel(set, condition);
-  if (!condition.page_name.empty()) panel.caption = useCaption(condition.page_name);
-  return panel;
+  return pagePanel(set, condition);
 }
 
 std::array<ConditionPanel, 2> countPanels(const ConditionSet& set, int tab) {

@@ -102,7 +102,7 @@ TEST_F(Panels, ThePagesHaveEverySwitchFrom1To61Once) {
   EXPECT_EQ(tabs.size(), 61U);
   EXPECT_EQ(tabs.rbegin()->first, 61);
   EXPECT_TRUE(tabs[1] == 2 && tabs[15] == 13 && tabs[16] == 14 && tabs[29] == 41 && tabs[36] == 15);
-  EXPECT_EQ(valuePage(set_, 10).caption, "使用“ＡＣ值”过滤");
+  EXPECT_EQ(valuePage(set_, 10).caption, "使用“AC值”过滤");
   EXPECT_EQ(countPanels(set_, 13)[1].caption, "使用“低尾码个数”过滤");
 }
 

@@ -56,6 +56,10 @@ class PictureDesk : public WindowDesk {
   QString pickFile(const QString& /*title*/, const QString& /*filter*/, const QString& /*folder*/) override {
     return QStringLiteral("/dev/null");
   }
+  QString nameFile(const QString& /*title*/, const QString& /*filter*/,
+                   const QString& /*proposed*/) override {
+    return {};
+  }
   bool openOutside(const QUrl& /*address*/) override { return true; }
 
  protected:

@@ -27,6 +27,12 @@ int tabOfKind(PageKind kind) {
   return static_cast<int>(page - pages.begin()) + 1;
 }
 
+// A condition is called the same in the menu, in the list and on its page.
+QString nameOfTab(int tab) {
+  const ConditionPage& page = conditionPage(tab);
+  return page.conditions.size() == 1 ? shown(page.conditions.front()->name) : shown(page.caption);
+}
+
 // A page that can be reached in full on a small screen.
 QScrollArea* scrolled(QWidget* page) {
   auto* area = new QScrollArea;
@@ -97,6 +103,7 @@ void ConditionsPage::makeContents() {
   left->setSpacing(8);
   left->addWidget(pad_, 1);
   left->addWidget(count_);
+  left->addStretch();
   makeList();
   funnel_ = new FunnelPane;
   auto* split = new QSplitter;
@@ -233,7 +240,7 @@ void ConditionsPage::addCommands() {
            QStringLiteral("全部设置一览")},
           tabOfKind(PageKind::summary));
   for (int tab = tabOfKind(PageKind::value); tab < tabOfKind(PageKind::shrink); ++tab)
-    add_tab({tabCommand(tab).c_str(), shown(conditionPage(tab).caption)}, tab);
+    add_tab({tabCommand(tab).c_str(), nameOfTab(tab)}, tab);
   commands.add({"conditions.backtest",
                 QStringLiteral("回测全部条件(&B)"),
                 {},

@@ -50,8 +50,8 @@ void GroupBalls::resizeEvent(QResizeEvent* event) {
 
 QRectF GroupBalls::boxOf(int number) const {
   const int columns = columnsFor(width());
-  return QRectF((number - 1) % columns * (kBall + kGap), (number - 1) / columns * (kBall + kGap), kBall,
-                kBall);
+  const int column = (number - 1) % columns, row = (number - 1) / columns;
+  return QRectF(QRect(column * (kBall + kGap), row * (kBall + kGap), kBall, kBall));
 }
 
 void GroupBalls::paintEvent(QPaintEvent* /*event*/) {

@@ -18,6 +18,7 @@ namespace lotmere::ui {
 namespace {
 
 constexpr int kColumns = 7;
+constexpr int kTallestButton = 56;
 
 bool isBlue(int code) { return code > kBlueCodeBase; }
 
@@ -69,6 +70,7 @@ PadButton::PadButton(int code, QWidget* parent) : QAbstractButton(parent), code_
   setObjectName(QStringLiteral("cmm_C7_%1").arg(code, 2, 10, QLatin1Char('0')));
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setMaximumHeight(kTallestButton);
   showState(PickState::none, false);
 }
 

@@ -75,11 +75,11 @@ void FunnelBars::paintEvent(QPaintEvent* /*event*/) {
     const FunnelBar& bar = bars_[static_cast<std::size_t>(i)];
     const QRectF box = boxOf(i);
     const double gap = std::max(0.5, box.width() * kBarGap);
-    const auto heightOf = [&](std::int64_t tickets) {
+    const auto height_of = [&](std::int64_t tickets) {
       return room * static_cast<double>(tickets) / static_cast<double>(whole);
     };
     // What stands above nothing at all is still seen as a line.
-    const double before = std::max(1.0, heightOf(bar.before)), after = heightOf(bar.after);
+    const double before = std::max(1.0, height_of(bar.before)), after = height_of(bar.after);
     const QRectF column(box.left() + gap, 2 + room - before, box.width() - 2 * gap, before);
     painter.fillRect(column, bar.after < bar.before ? colours().removed : colours().kept);
     painter.fillRect(QRectF(column.left(), column.bottom() - after, column.width(), after), colours().kept);
