@@ -62,6 +62,8 @@ TEST_F(SlowDiskTest, TheWindowNeverWaitsForIt) {
   EXPECT_EQ(countRows("历史记录"), 2);
   expectServed("an export", [&] {
     desk_.dialogs = {[](QDialog&) { return true; }};
+    desk_.files = {QString::fromStdString((home_.path() / "号码.txt").string())};
+    desk_.choices = {1};
     choose("mnu_ShengCeng_3");
   });
   expectServed("a run", [&] {
