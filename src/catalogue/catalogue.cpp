@@ -42,7 +42,7 @@ class Rows {
 
 // How the reds are grouped, and how a shape is read.
 std::string shapeDefinition(const Family& family) {
-  const char* reading = family.set == ShapeSet::six    ? "1,1,1,1,1,1 是六个都不同组，2,1,1,1,1 是有一对同组"
+  const char* reading = family.set == ShapeSet::six ? "1,1,1,1,1,1 是六个都不同组，2,1,1,1,1 是有一对同组"
                         : family.set == ShapeSet::four ? "2,2,1,1 是四组都有，3,2,1 是三组各有 3、2、1 个"
                                                        : "2,2,2 是三组各有两个，6 是全在一组";
   return fmt::format("{}。看六个红球落在各组里的个数：{}。", family.grouping, reading);
@@ -223,7 +223,9 @@ std::vector<Condition> makeRows() {
   addShapes(rows);
   addTurns(rows);
   addRelatives(rows);
-  rows.add({.usage = kSmartOptimisation, .name = "智能优化", .kind = setting,
+  rows.add({.usage = kSmartOptimisation,
+            .name = "智能优化",
+            .kind = setting,
             .definition = "缩水前给每注号码打分，分数高的先留下。"});
   addCustomIntervals(rows);
   std::vector<Condition> list = rows.take();

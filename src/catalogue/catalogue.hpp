@@ -65,12 +65,12 @@ struct Condition {
   const Family* family = nullptr;  // of a shape or combination condition
   int turn = 0;  // place (1 to 7) of a position, turn (0 to 31) of a combination, `序号` of a custom interval
   FigureRule figure{};
-  std::string log_name{};        // as the lines of a run carry it, "[总和值]"
-  std::string_view page{};       // caption of the page that it has for itself, if it has one
-  std::string definition{};      // what it looks at, in a sentence or two
-  std::string_view help{};       // what the button beside its list explains
-  int since = 1;                 // the schema version that brought it
-  int pass = 0;                  // its place in the order of a run: the place of its row
+  std::string log_name{};    // as the lines of a run carry it, "[总和值]"
+  std::string_view page{};   // caption of the page that it has for itself, if it has one
+  std::string definition{};  // what it looks at, in a sentence or two
+  std::string_view help{};   // what the button beside its list explains
+  int since = 1;             // the schema version that brought it
+  int pass = 0;              // its place in the order of a run: the place of its row
 };
 
 // Whether a condition judges six reds against the draws before their period, and how many of those it takes
