@@ -1,6 +1,7 @@
 // What a condition lets through by itself, against its own pass over all red sixes and over each draw.
 #include "advice/strength.hpp"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -119,15 +120,15 @@ TEST_F(StrengthTest, AValueOfAPlaceHasTheSixesThatHaveItThere) {
   test::putHistory(store_, random, 30);
   const DrawTable table = loadDrawTable(store_);
   for (int place = 1; place <= kPlaceCount; ++place) {
-    const auto numberOf = [&](Balls ticket) { return static_cast<int>(ticket >> (8 * (place - 1)) & 0xFF); };
+    const auto number_of = [&](Balls ticket) { return static_cast<int>(ticket >> (8 * (place - 1)) & 0xFF); };
     const auto shares = valueShares(set_, table, conditionOfUsage(usageOfPlace(place)), kPeriod, 12).value();
     std::vector<std::int64_t> sixes(shares.sixes.size());
     std::vector<int> draws(sixes.size());
     for (const Balls six : sixes_.balls)
-      if (place < kPlaceCount) ++sixes[static_cast<std::size_t>(numberOf(six))];
+      if (place < kPlaceCount) ++sixes[static_cast<std::size_t>(number_of(six))];
     if (place == kPlaceCount) std::fill(sixes.begin() + 1, sixes.end(), kAllRedSixes / kBlueCount);
     for (const StoredDraw& draw : drawsBefore(store_, kPeriod, 12))
-      ++draws[static_cast<std::size_t>(numberOf(packBalls(draw.numbers.reds, draw.numbers.blue)))];
+      ++draws[static_cast<std::size_t>(number_of(packBalls(draw.numbers.reds, draw.numbers.blue)))];
     EXPECT_EQ(shares.sixes, sixes) << place;
     EXPECT_EQ(shares.draws, draws) << place;
   }
@@ -137,8 +138,8 @@ TEST(StrengthText, ASentenceSaysWhatChanceGives) {
   const std::string end = " 期符合，按机会应有 37～57 期：";
   const std::pair<int, std::string> cases[] = {{37, "与随机相当。"}, {36, "比随机少。"}, {58, "比随机多。"}};
   for (const auto& [passed, verdict] : cases) {
-    const std::string lead = "放行全部红球组合的 47.2%；最近 100 期中 ";
-    EXPECT_EQ(strengthSentence({523'000, passed, 100}, false), lead + std::to_string(passed) + end + verdict);
+    EXPECT_EQ(strengthSentence({523'000, passed, 100}, false),
+              fmt::format("放行全部红球组合的 47.2%；最近 100 期中 {}{}{}", passed, end, verdict));
   }
   EXPECT_EQ(strengthSentence({kAllRedSixes, 0, 0}, true),
             "对下一期放行全部红球组合的 100%；还没有开奖记录可以对照。");

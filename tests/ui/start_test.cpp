@@ -299,7 +299,7 @@ TEST_F(StartTest, TheNextStartFindsTheWindowAsItWasLeftAndEachHomeHasItsOwn) {
   part<FrozenGrid>("TDBGridHistory").setColumnWidth(9, 133);
   choose("mnu_HistoryShowAll");
   choose("mnu_Appearance");
-  const auto leaveLook = qScopeGuard([] { applyAppearance(*qApp, Appearance::light); });
+  const auto leave_look = qScopeGuard([] { applyAppearance(*qApp, Appearance::light); });
   desk_.files = {QString::fromStdString((home_.path() / "a folder" / "all.lotmere").string())};
   std::filesystem::create_directory(home_.path() / "a folder");
   choose("mnu_StoreSave");
