@@ -7,8 +7,10 @@
 #include "analysis/distribution.hpp"
 #include "analysis/omission_bars.hpp"
 #include "analysis/omission_text.hpp"
+#include "analysis/trend.hpp"
 #include "base/text.hpp"
 #include "game/game.hpp"
+#include "game/metrics.hpp"
 #include "history/history_rows.hpp"
 #include "support/store_test.hpp"
 
@@ -187,6 +189,47 @@ TEST_F(Analysis, TheDistributionHoldsEachNumberInItsColumn) {
     for (int i = 0; i < kCodeCount; ++i) EXPECT_EQ(row.drawn[i], !cells[1 + i].empty());
   }
   EXPECT_EQ(place, 201U);
+}
+
+class TrendTest : public StoreTest {};
+
+// Each figure by looking at the draws one by one.
+TEST_F(TrendTest, GapsAndFootAreThoseOfAPlainModel) {
+  const auto stored = putOddDraws(store_, 130, 5);
+  const DrawTable history = loadDrawTable(store_);
+  const auto all = history.all();
+  const auto holds = [&](std::size_t draw, int place) {
+    const DrawNumbers& numbers = all[draw].numbers;
+    return place < kRedCount ? std::ranges::count(numbers.reds, place + 1) > 0
+                             : numbers.blue == place - kRedCount + 1;
+  };
+  for (const std::size_t count : {std::size_t{1}, std::size_t{100}, std::size_t{1000}}) {
+    const std::size_t end = 120;  // not the newest
+    const Trend trend = trendOf(history, all[end - 1].period, count);
+    const std::size_t first = end - std::min(end, count);
+    ASSERT_EQ(trend.gaps.size(), end - first);
+    for (int place = 0; place < kCodeCount; ++place) {
+      TrendFoot foot;
+      for (std::size_t draw = first; draw < end; ++draw) {
+        std::size_t seen = draw + 1;
+        while (seen > 0 && !holds(seen - 1, place)) --seen;
+        const int gap = static_cast<int>(draw + 1 - seen);
+        EXPECT_EQ(trend.gaps[draw - first][place], gap) << draw << ' ' << place;
+        std::size_t run = draw + 1;
+        while (run > first && holds(run - 1, place)) --run;
+        foot.hits += holds(draw, place) ? 1 : 0;
+        foot.largest_gap = std::max(foot.largest_gap, gap);
+        foot.longest_run = std::max(foot.longest_run, static_cast<int>(draw + 1 - run));
+      }
+      foot.average_gap = static_cast<double>(end - first - foot.hits) / (foot.hits + 1);
+      EXPECT_EQ(trend.foot[place], foot) << count << ' ' << place;
+    }
+  }
+  EXPECT_TRUE(trendOf({}, 2008001, 100).gaps.empty());
+  const DrawNumbers numbers{{1, 5, 7, 14, 21, 33}, 8};
+  std::vector<int> figures;
+  for (const TrendStatistic& statistic : trendStatistics()) figures.push_back(statistic.figure(numbers));
+  EXPECT_EQ(figures, (std::vector<int>{81, 32, 5, 1, 21, 12, acValue(numbers.reds)}));
 }
 
 }  // namespace

@@ -596,8 +596,13 @@ TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceFollowTheDrawsAndGiveItBack) {
   press("cmm_Yltj_1");
   EXPECT_EQ(text("Combo_ItemOfYLFX"), "蓝球号码遗漏分析");
   EXPECT_TRUE(part("Combo_ItemOfYLFX").isVisible() && !part("List_TjA_0").isVisible());
+  EXPECT_TRUE(part<QPushButton>("cmm_Yltj_1").isChecked());
   press("cmm_Cstj_1");
   EXPECT_EQ(text("Combo_MSChartItem"), "蓝球号码统计");
+  EXPECT_TRUE(part<QPushButton>("cmm_Cstj_1").isChecked() && !part<QPushButton>("cmm_Yltj_1").isChecked());
+  press("cmm_Cstj_1");
+  EXPECT_TRUE(part<QPushButton>("cmm_Cstj_1").isChecked())
+      << "the view in front, however often it is pressed";
   enterDraw(2026091, 10);
   choose("tab_2");
   EXPECT_EQ(text("Combo_pic_TiaoJian_1"), "2026091");
@@ -606,7 +611,7 @@ TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceFollowTheDrawsAndGiveItBack) {
   EXPECT_TRUE(part("Combo_MSChartItem").isVisible()) << "the view stays until the user leaves it";
   for (auto* back : window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
     if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
-  EXPECT_TRUE(part("List_TjA_0").isVisible());
+  EXPECT_TRUE(part("List_TjA_0").isVisible() && !part<QPushButton>("cmm_Cstj_1").isChecked());
   press("cmm_Yltj_0");
   enterDraw(2026092, 11);
   choose("tab_2");

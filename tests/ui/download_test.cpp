@@ -12,11 +12,15 @@ TEST_F(DownloadTest, ASilentServerIsLeftAtTheStopButtonEachTime) {
   openSettled();
   clock_.day = std::chrono::sys_days{std::chrono::August / 22 / 2026};  // a draw is due
   int served = 0;
+  int stops = 0;  // first by the button, then by its key
   desk_.on_look = [&] {
     if (++served != 5) return;  // the first times the server may not have taken the call yet
     EXPECT_TRUE(part("myJinDuCTL1").isVisible());
     EXPECT_FALSE(part("TabStrip_Top").isEnabled());
-    QTest::mousePress(&partOf(part("myJinDuCTL1"), "cmm_stop"), Qt::LeftButton);
+    if (++stops == 1)
+      QTest::mousePress(&partOf(part("myJinDuCTL1"), "cmm_stop"), Qt::LeftButton);
+    else
+      QTest::keyClick(&window(), Qt::Key_Escape);
   };
   for (int times = 1; times <= 2; ++times) {
     served = 0;

@@ -3,6 +3,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QComboBox>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTreeWidget>
@@ -376,6 +377,33 @@ TEST_F(HistoryPageTest, ACopiedListIsLookedAtBeforeItIsStored) {
   EXPECT_TRUE(findDraw(store_, 2008050));
 }
 
+TEST_F(HistoryPageTest, TheTrendStandsBesideTheBallsWhereItIsWanted) {
+  auto& chart = part<DistributionGrid>("TDBGrid_FenBu");
+  EXPECT_FALSE(part("Check_trendGaps").isVisible());
+  press("Option_TorD_1");
+  const auto shown_at = [&](int row, int column) {
+    return utf8(chart.model()->index(row, column).data().toString());
+  };
+  const QImage plain = chart.grab().toImage();
+  EXPECT_EQ(shown_at(1, 2) + shown_at(1, 5), "05") << "the balls alone";
+  click("Check_trendGaps");
+  EXPECT_EQ(shown_at(0, 1) + shown_at(1, 1) + shown_at(1, 2) + shown_at(1, 5), "12105");
+  EXPECT_FALSE(chart.model()->index(1, 1).data(kBallRole).isValid());
+  click("Check_trendGaps");
+  EXPECT_EQ(chart.grab().toImage(), plain);
+  click("Check_trendLine");
+  EXPECT_NE(chart.grab().toImage(), plain) << "one blue above the other";
+  click("Check_trendFoot");
+  ASSERT_EQ(chart.model()->rowCount(), 2 + 4);
+  EXPECT_EQ(shown_at(2, 0) + shown_at(2, 5) + shown_at(3, 1) + shown_at(4, 1) + shown_at(5, 5),
+            "出现次数22.022");
+  part<QComboBox>("Combo_trendStatistic").setCurrentIndex(1);
+  EXPECT_EQ(shown_at(1, 50), "55");
+  EXPECT_EQ(utf8(chart.model()->headerData(50, Qt::Horizontal).toString()), "和值");
+  press("Option_TorD_0");
+  EXPECT_FALSE(part("Check_trendGaps").isVisible());
+}
+
 TEST_F(HistoryPageTest, WhatADownloadBroughtStandsThereBeforeItsMessage) {
   const std::string list = putList("=336= 2008051 2008/05/01 01 05 07 14 21 33 08");
   desk_.texts = {list};
@@ -464,7 +492,7 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
 
   DistributionRow last_red{2008050, {}};
   last_red.drawn[kRedCount - 1] = last_red.drawn[kRedCount] = true;  // and the first blue
-  numbers.setRows({last_red});
+  numbers.setRows({last_red}, {});
   const QVariant none, red_text = colours().red_text, blue_text = colours().blue_text;
   const QVariant red = static_cast<int>(BallFace::red), blue = static_cast<int>(BallFace::blue);
   const struct {

@@ -86,8 +86,16 @@ TEST_F(StartTest, AStartThatComesToNoEndSaysWhy) {
   EXPECT_TRUE(desk_.told[0].text.starts_with("文件操作失败：")) << desk_.told[0].text;
   EXPECT_TRUE(desk_.told[1].text.starts_with("请以管理员身份来运行程序！"));
   openSettled();
+  window().setWindowState(Qt::WindowMinimized);
+  const std::size_t before = desk_.told.size();
   EXPECT_FALSE(Program(home_.home(), desk_, clock_).start());
-  EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !window().isMinimized(); }))
+      << "a second start shows the first";
+  EXPECT_EQ(desk_.told.size(), before);
+  program_.reset();
+  const auto lock = lockHome(home_.home());
+  EXPECT_FALSE(Program(home_.home(), desk_, clock_).start());
+  EXPECT_EQ(told(), "程序正在运行,不允许同时打开多个!!!") << "where something else holds the home";
 }
 
 TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
@@ -335,6 +343,16 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
     EXPECT_TRUE(part(name).isVisible());
     EXPECT_TRUE(text(name).starts_with(start)) << name;
   }
+  choose("mnu_About");
+  EXPECT_NE(told().find(home_.path().string()), std::string::npos);
+  EXPECT_NE(told().find("GPL"), std::string::npos);
+  choose("tab_1");
+  part("TextHistory_1").setFocus();
+  desk_.files = {QString()};
+  QTest::keyClick(&part("TextHistory_1"), Qt::Key_E, Qt::ControlModifier);
+  settle();
+  EXPECT_TRUE(desk_.files.empty()) << "the export, from within a field";
+  choose("mnu_youxiguizhe");
   auto& tabs = part<QTabBar>("TabStrip_Top");
   QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
   EXPECT_EQ(window().currentPage(), MainWindow::Page::history) << "the tab of the page behind leads back";

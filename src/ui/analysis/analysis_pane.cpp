@@ -32,8 +32,14 @@ QWidget* AnalysisPane::makeStrip() {
     row->addWidget(new QLabel(i == 0 ? QStringLiteral("红球：") : QStringLiteral("蓝球：")));
     for (const auto& [name, caption] : {std::pair{"Yltj", "遗漏统计"}, {"Cstj", "次数统计"}}) {
       const QByteArray action = QByteArray(name) + '_' + QByteArray::number(i);
-      row->addWidget(session_.commands.makeButton(("cmm_" + action).constData(), QString::fromUtf8(caption),
-                                                  session_.commands.action(action.constData())));
+      auto* button = session_.commands.makeButton(("cmm_" + action).constData(), QString::fromUtf8(caption),
+                                                  session_.commands.action(action.constData()));
+      button->setAccessibleName(session_.commands.action(action.constData())->text());
+      button->setCheckable(true);
+      // A press marks by itself; the view in front decides.
+      connect(button, &QPushButton::clicked, this, &AnalysisPane::markButtons);
+      buttons_.append(button);
+      row->addWidget(button);
     }
     row->addSpacing(16);
   }
@@ -49,7 +55,9 @@ void AnalysisPane::showOmission(BallColour balls) {
             [this] { session_.commands.runner().run([this] { showFirstView(); }); });
   }
   views_->setCurrentWidget(omission_);
+  balls_ = balls;
   omission_->open(balls);
+  markButtons();
 }
 
 void AnalysisPane::showCounts(BallColour balls) {
@@ -60,7 +68,9 @@ void AnalysisPane::showCounts(BallColour balls) {
             [this] { session_.commands.runner().run([this] { showFirstView(); }); });
   }
   views_->setCurrentWidget(counts_);
+  balls_ = balls;
   counts_->open(balls);
+  markButtons();
 }
 
 void AnalysisPane::setFirstView(QWidget* view, std::function<void()> open) {
@@ -73,6 +83,14 @@ void AnalysisPane::setFirstView(QWidget* view, std::function<void()> open) {
 void AnalysisPane::showFirstView() {
   open_first_();
   views_->setCurrentWidget(first_);
+  markButtons();
+}
+
+void AnalysisPane::markButtons() {
+  const QWidget* front = views_->currentWidget();
+  const int first = balls_ == BallColour::red ? 0 : 2;
+  for (int i = 0; i < buttons_.size(); ++i)
+    buttons_[i]->setChecked(front != first_ && i == first + (front == counts_ ? 1 : 0));
 }
 
 void AnalysisPane::showCurrentView() {

@@ -2,6 +2,7 @@
 // count chart, one at a time.
 #pragma once
 
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QWidget>
 
@@ -30,6 +31,8 @@ class AnalysisPane : public FrontPane {
   QWidget* makeStrip();
   void showOmission(BallColour balls);
   void showCounts(BallColour balls);
+  // The button of the view in front.
+  void markButtons();
 
   Session& session_;
   QStackedWidget* views_;
@@ -37,6 +40,8 @@ class AnalysisPane : public FrontPane {
   std::function<void()> open_first_;
   OmissionView* omission_ = nullptr;
   CountChart* counts_ = nullptr;
+  QList<QPushButton*> buttons_;         // omission and counts of the reds, then of the blues
+  BallColour balls_ = BallColour::red;  // that were asked for last
   bool periods_stale_ = false;
 };
 

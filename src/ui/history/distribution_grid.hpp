@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/distribution.hpp"
+#include "analysis/trend.hpp"
 #include "ui/widgets/row_table.hpp"
 
 namespace lotmere::ui {
@@ -16,7 +17,20 @@ class DistributionModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void setRows(std::vector<DistributionRow> rows);
+  // The trend is that of the same draws.
+  void setRows(std::vector<DistributionRow> rows, Trend trend);
+  // What stands beside the balls; nothing of it at first.
+  struct Extras {
+    bool gaps = false;   // running gaps in the empty cells
+    bool line = false;   // that joins the blues
+    bool foot = false;   // hits and gaps of each number in rows below the draws
+    int statistic = -1;  // a column with this one of trendStatistics()
+  };
+  void setExtras(const Extras& extras);
+  [[nodiscard]] const Extras& extras() const { return extras_; }
+  [[nodiscard]] int drawCount() const { return static_cast<int>(rows_.size()); }
+  // The column of the blue of a draw; 0 with none.
+  [[nodiscard]] int blueColumn(int row) const;
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -24,7 +38,11 @@ class DistributionModel : public QAbstractTableModel {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  [[nodiscard]] QVariant footData(int line, int column, int role) const;
+
   std::vector<DistributionRow> rows_;
+  Trend trend_;
+  Extras extras_;
 };
 
 class DistributionGrid : public EndTable {
@@ -34,9 +52,11 @@ class DistributionGrid : public EndTable {
   explicit DistributionGrid(QWidget* parent = nullptr);
 
   // Shows these draws, the last one in sight. It stays there when the window changes its size.
-  void showRows(std::vector<DistributionRow> rows);
+  void showRows(std::vector<DistributionRow> rows, Trend trend);
+  void setExtras(const DistributionModel::Extras& extras);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

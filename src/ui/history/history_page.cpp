@@ -3,7 +3,9 @@
 #include <fmt/ranges.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -14,6 +16,7 @@
 #include <limits>
 
 #include "analysis/distribution.hpp"
+#include "analysis/trend.hpp"
 #include "base/text.hpp"
 #include "catalogue/draw_columns.hpp"
 #include "history/curl_fetcher.hpp"
@@ -244,8 +247,45 @@ QLayout* HistoryPage::placeTools() {
     QAction* action = session_.commands.action(name);
     row->addWidget(session_.commands.makeButton(name, action->text(), action));
   }
+  row->addWidget(makeExtras());
   row->addWidget(bar_);
   return row;
+}
+
+// What the chart can show beside the balls; in sight with it.
+QWidget* HistoryPage::makeExtras() {
+  extras_ = new QWidget(this);
+  auto* line = new QHBoxLayout(extras_);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(kSpacing);
+  const auto add_box = [&](const char* name, const QString& caption, const QString& tip) {
+    auto* box = new QCheckBox(caption);
+    box->setObjectName(QString::fromUtf8(name));
+    box->setToolTip(tip);
+    line->addWidget(box);
+    return box;
+  };
+  auto* gaps =
+      add_box("Check_trendGaps", QStringLiteral("遗漏"), QStringLiteral("空格里写出已有多少期没有出现"));
+  auto* joined = add_box("Check_trendLine", QStringLiteral("蓝球连线"), QStringLiteral("用线连接各期的蓝球"));
+  auto* foot = add_box("Check_trendFoot", QStringLiteral("统计"),
+                       QStringLiteral("表的末尾列出各号码的出现次数、平均遗漏、最大遗漏和最大连出"));
+  auto* statistic = new QComboBox;
+  statistic->setObjectName(QStringLiteral("Combo_trendStatistic"));
+  statistic->setAccessibleName(QStringLiteral("号码旁边的统计项"));
+  statistic->addItem(QStringLiteral("不加统计项"));
+  for (const TrendStatistic& one : trendStatistics()) statistic->addItem(shown(one.name));
+  line->addWidget(statistic);
+  const auto show = [this, gaps, joined, foot, statistic] {
+    distribution_->setExtras({.gaps = gaps->isChecked(),
+                              .line = joined->isChecked(),
+                              .foot = foot->isChecked(),
+                              .statistic = statistic->currentIndex() - 1});
+  };
+  for (const QCheckBox* box : {gaps, joined, foot}) connect(box, &QCheckBox::toggled, this, show);
+  connect(statistic, &QComboBox::currentIndexChanged, this, show);
+  extras_->setVisible(false);
+  return extras_;
 }
 
 void HistoryPage::followRuns() {
@@ -271,6 +311,7 @@ void HistoryPage::refreshHistoryView() {
   const ProgressPlace place(session_.desk, *bar_);
   grid_->clearFilters();
   session_.desk.showStatus({});
+  extras_->setVisible(showsChart());
   if (showsChart())
     showDistribution();
   else
@@ -289,11 +330,13 @@ void HistoryPage::fillHistoryGrid() {
 void HistoryPage::showDistribution() {
   const auto span = spans_->checkedId() == 0 ? DistributionSpan::recent : DistributionSpan::all;
   auto [rows, table] = session_.store.run([&](Store& store) {
-    const auto built = buildHaoMaFenBu(store, session_.desk, latestPeriod(store), span);
-    return std::pair(built, loadDistribution(store));
+    const PeriodNo latest = latestPeriod(store);
+    const auto built = buildHaoMaFenBu(store, session_.desk, latest, span);
+    auto trend = trendOf(loadDrawTable(store), latest, static_cast<std::size_t>(built));
+    return std::pair(built, std::pair(loadDistribution(store), std::move(trend)));
   });
   views_->setCurrentWidget(rows > 0 ? static_cast<QWidget*>(distribution_) : empty_);
-  distribution_->showRows(std::move(table));
+  distribution_->showRows(std::move(table.first), std::move(table.second));
 }
 
 void HistoryPage::loadEntry() {

@@ -61,6 +61,7 @@ class HistoryPage : public QWidget {
   void makeViews();
   void makeOptions();
   QLayout* placeTools();
+  QWidget* makeExtras();
   void followRuns();
 
   [[nodiscard]] bool showsChart() const { return modes_->checkedId() == 1; }
@@ -98,6 +99,7 @@ class HistoryPage : public QWidget {
   FrozenGrid* grid_;
   DistributionGrid* distribution_;
   QLabel* empty_;
+  QWidget* extras_ = nullptr;
   QButtonGroup* modes_;     // `Option_TorD`: 0 the grid, 1 the distribution
   QButtonGroup* spans_;     // `OptionHistoryMode`: 0 the newest hundred, 1 all
   std::string list_typed_;  // the addresses as they were typed the last time, until one leads somewhere

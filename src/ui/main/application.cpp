@@ -8,7 +8,7 @@ namespace lotmere::ui {
 
 void setUpApplication(QApplication& application) {
   QApplication::setApplicationName(QStringLiteral("lotmere"));
-  QApplication::setApplicationDisplayName(QStringLiteral("Lotmere"));
+  QApplication::setApplicationDisplayName(QStringLiteral("Lotmere 双色球"));  // put behind titles without it
   QApplication::setApplicationVersion(QStringLiteral(LOTMERE_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("io.github.lotmere.Lotmere"));
   const QLocale chinese(QLocale::Chinese, QLocale::China);

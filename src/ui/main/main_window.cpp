@@ -86,6 +86,7 @@ MainWindow::MainWindow(Session& session)
   history_->refreshHistoryView();
   updateStatus();
   restoreGeometry(session_.remembered.place());
+  qApp->installEventFilter(this);
 }
 
 void MainWindow::addCommands() {
@@ -100,6 +101,7 @@ void MainWindow::addCommands() {
   session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { saveStore(); });
   session_.commands.add({"mnu_StoreRestore", QStringLiteral("读入全部数据(&L)...")},
                         [this] { restoreStore(); });
+  session_.commands.add({"mnu_About", QStringLiteral("关于(&T)...")}, [this] { tellAbout(); });
   session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
                         [this] { toggleAppearance(); });
 }
@@ -185,7 +187,7 @@ void MainWindow::makeMenus() {
            nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr, "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
   addMenu("mnu_Else", QStringLiteral("其它(&E)"),
           {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
-           "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help"});
+           "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help", "mnu_About"});
   addMenu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
   user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
 }
@@ -375,6 +377,35 @@ void MainWindow::toggleAppearance() {
   applyAppearance(*qApp, currentAppearance() == Appearance::light ? Appearance::dark : Appearance::light);
   session_.remembered.setLook(currentAppearance());
   updateStatus();
+}
+
+void MainWindow::tellAbout() {
+  const QString text =
+      QStringLiteral(
+          "Lotmere 双色球 %1\r\n\r\n双色球选号、过滤、缩水工具。\r\n自由软件，许可证是 GPL 第 3 "
+          "版或更新的版本。\r\n\r\n"
+          "数据所在的文件夹：\r\n%2")
+          .arg(QApplication::applicationVersion(), QString::fromStdString(session_.home.folder.string()));
+  session_.desk.tell(utf8(text), Tone::information, "关于");
+}
+
+void MainWindow::comeToFront() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  raise();
+  activateWindow();
+}
+
+// A field would take Ctrl+E for a key of its own, which leads to the end of its line.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_E && key->modifiers() == Qt::ControlModifier) {
+      event->ignore();
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::endProgram() {

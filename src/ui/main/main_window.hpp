@@ -40,6 +40,9 @@ class MainWindow : public QMainWindow {
   // Offers the download where a draw is missing.
   void checkHistory();
 
+  // Somebody started the program a second time.
+  void comeToFront();
+
   // Closes without asking.
   void endProgram();
   // The same where the system wants it: behind the command that runs, which is asked to stop, and with the
@@ -52,6 +55,7 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void addCommands();
@@ -70,6 +74,7 @@ class MainWindow : public QMainWindow {
   void switchUser();
   void setBusy(bool busy);
   void toggleAppearance();
+  void tellAbout();
   void saveStore();
   // Behind a restore the program ends; what is to come is put in place by the start that follows.
   void restoreStore();

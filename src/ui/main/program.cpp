@@ -24,7 +24,15 @@ StartStep Program::onThread(StartStep step) {
 }
 
 std::vector<StartStep> Program::startOrder() {
-  return {start_.singleInstance(),
+  StartStep single = start_.singleInstance();
+  single.run = [this, take = std::move(single.run)] {
+    // The lock decides; only who doesn't get it is told, where no window comes to the front.
+    if (SingleWindow::raiseOther(start_.home().folder)) return false;
+    if (!take()) return false;
+    single_window_.listen(start_.home().folder);
+    return true;
+  };
+  return {std::move(single),
           {"splash",
            [this] {
              splash_ = std::make_unique<Splash>();
@@ -40,6 +48,8 @@ std::vector<StartStep> Program::startOrder() {
            [this] {
              session_.emplace(start_.store(), start_.home(), desk_, clock_, commands_, password_limits_);
              window_ = std::make_unique<MainWindow>(*session_);
+             QObject::connect(&single_window_, &SingleWindow::raiseWanted, window_.get(),
+                              &MainWindow::comeToFront);
              return true;
            },
            StartAdvice::security},
@@ -79,6 +89,7 @@ void Program::end() {
 }
 
 void Program::finish() {
+  single_window_.close();                                // who starts now is told that the program still runs
   if (!session_ || restoreWaits(start_.home())) return;  // the store is about to be replaced
   runGuarded(desk_, [this] {
     const bool copied = session_->store.run([this](Store& store) {

@@ -7,6 +7,7 @@
 #include "base/platform.hpp"
 #include "start/startup.hpp"
 #include "ui/main/main_window.hpp"
+#include "ui/main/single_window.hpp"
 #include "ui/main/splash.hpp"
 #include "ui/shell/session.hpp"
 #include "ui/shell/window_desk.hpp"
@@ -50,6 +51,7 @@ class Program {
   ProgramStart start_;
   Commands commands_;
   std::optional<Session> session_;
+  SingleWindow single_window_;
   std::unique_ptr<Splash> splash_;
   std::unique_ptr<MainWindow> window_;
   bool started_ = false;

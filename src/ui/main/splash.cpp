@@ -1,13 +1,21 @@
 #include "ui/main/splash.hpp"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 
 #include "ui/look/balls.hpp"
 #include "ui/look/theme.hpp"
 
 namespace lotmere::ui {
+namespace {
+
+constexpr int kPatience = 300;  // milliseconds
+constexpr int kLook = 20;
+
+}  // namespace
 
 Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
   setObjectName(QStringLiteral("frmInitapp"));
@@ -18,6 +26,11 @@ Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) 
 
 void Splash::showNow() {
   show();
+  // What is painted in front of the first exposure is lost.
+  QElapsedTimer waited;
+  waited.start();
+  while (!windowHandle()->isExposed() && waited.elapsed() < kPatience)
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents, kLook);
   repaint();
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

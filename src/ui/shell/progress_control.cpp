@@ -21,6 +21,8 @@ ProgressControl::ProgressControl(WindowDesk& desk, QWidget* parent) : QFrame(par
   done_->setObjectName(QStringLiteral("LabelJindu"));
   stop_ = new QPushButton(QStringLiteral("停 止"));
   stop_->setObjectName(QStringLiteral("cmm_stop"));
+  stop_->setShortcut(Qt::Key_Escape);
+  stop_->setToolTip(QStringLiteral("停止（Esc）"));
   connect(stop_, &QPushButton::pressed, this, [this, &desk] {
     stopped_ = true;
     stop_->setEnabled(false);

@@ -24,7 +24,7 @@ namespace {
 
 constexpr int kProgressEvery = 30;  // milliseconds
 
-constexpr const char* kProgram = "Lotmere";
+constexpr const char* kProgram = "Lotmere 双色球";
 
 QString titleOf(std::string_view title) { return title.empty() ? QString::fromUtf8(kProgram) : shown(title); }
 
