@@ -15,9 +15,9 @@ std::array<bool, kCodeCount> placesOf(const DrawNumbers& numbers) {
   return places;
 }
 
-template <NumberValue kind>
+template <NumberValue kValue>
 int sumOfValue(const DrawNumbers& numbers) {
-  return sumOf(numberTable(kind), numbers.reds);
+  return sumOf(numberTable(kValue), numbers.reds);
 }
 
 constexpr TrendStatistic kStatistics[] = {

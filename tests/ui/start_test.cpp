@@ -343,6 +343,11 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
     EXPECT_TRUE(part(name).isVisible());
     EXPECT_TRUE(text(name).starts_with(start)) << name;
   }
+  for (const char* page : {"tab_1", "mnu_HistoryTubiao", "tab_3", "mnu_newQuJian", "mnu_youxiguizhe"}) {
+    choose(page);
+    EXPECT_LE(window().minimumSizeHint().width(), 1008) << page << " fits a small screen";
+    EXPECT_LE(window().minimumSizeHint().height(), 560) << page;
+  }
   choose("mnu_About");
   EXPECT_NE(told().find(home_.path().string()), std::string::npos);
   EXPECT_NE(told().find("GPL"), std::string::npos);

@@ -1,7 +1,9 @@
 // Takes a picture of every page and dialog, over a home of invented draws that goes away again.
 //
 //   lotmere-screenshots DRAW_LIST TARGET_FOLDER light|dark [WIDTHxHEIGHT]
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
@@ -116,6 +118,10 @@ class Pictures {
     shoot("history");
     give("mnu_HistoryTubiao");
     shoot("distribution");
+    for (const char* box : {"Check_trendGaps", "Check_trendLine", "Check_trendFoot"})
+      program_->window().findChild<QAbstractButton*>(QString::fromUtf8(box))->click();
+    program_->window().findChild<QComboBox*>(QStringLiteral("Combo_trendStatistic"))->setCurrentIndex(1);
+    shoot("trend");
     give("mnu_HistoryData");
     give("tab_2");
     shoot("numbers");

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <algorithm>
+#include <utility>
 
 #include "ui/look/ball_delegate.hpp"
 #include "ui/look/balls.hpp"
@@ -29,10 +30,25 @@ class CellDelegate : public BallDelegate {
  public:
   using BallDelegate::BallDelegate;
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    BallDelegate::paint(painter, option, index);
+    if (index.column() == 0 || index.data(kBallRole).isValid())
+      BallDelegate::paint(painter, option, index);
+    else
+      paintFigure(painter, option, index);
     if (index.column() == kRedCount)
       painter->fillRect(option.rect.right() - 1, option.rect.top(), 2, option.rect.height() + 1,
                         colours().faint);
+  }
+
+ private:
+  // From edge to edge: a cell of a number has room for "4.3", but not for the usual margins as well.
+  void paintFigure(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QString text = std::exchange(cell.text, QString());
+    cell.widget->style()->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    const bool chosen = option.state.testFlag(QStyle::State_Selected);
+    painter->setPen(cell.palette.color(chosen ? QPalette::HighlightedText : QPalette::Text));
+    painter->drawText(option.rect, static_cast<int>(Qt::AlignCenter), text);
   }
 };
 
@@ -176,8 +192,8 @@ void DistributionGrid::fitColumns() {
                               fontMetrics().horizontalAdvance(QStringLiteral("出现次数"))) +
                      kPeriodPadding;
   const bool has_statistic = model_.extras().statistic >= 0;
-  const int statistic =
-      has_statistic ? fontMetrics().horizontalAdvance(QStringLiteral("奇数个数")) + kPeriodPadding : 0;
+  const QString caption = model_.headerData(kDistributionColumns, Qt::Horizontal, Qt::DisplayRole).toString();
+  const int statistic = has_statistic ? fontMetrics().horizontalAdvance(caption) + kPeriodPadding : 0;
   const int width = std::clamp((viewport()->width() - period - statistic) / kCodeCount, kNarrowest, kWidest);
   if (has_statistic) setColumnWidth(kDistributionColumns, statistic);
   setColumnWidth(0, period);

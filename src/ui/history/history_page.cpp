@@ -7,7 +7,6 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLocale>
 #include <QMenu>
@@ -31,6 +30,7 @@
 #include "ui/history/list_hint.hpp"
 #include "ui/history/paste_dialog.hpp"
 #include "ui/look/text.hpp"
+#include "ui/shell/written_file.hpp"
 #include "ui/widgets/flow_layout.hpp"
 
 namespace lotmere::ui {
@@ -540,26 +540,17 @@ void HistoryPage::clearFilter() { refreshHistoryView(); }
 void HistoryPage::exportHistory() {
   if (model_.rowCount() == 0 && session_.store.run(latestPeriod) == 0)
     return session_.desk.tell("历史记录是空的，没有可导出的数据。", Tone::warning);
-  const QString path = session_.desk.chooseNewFile(QStringLiteral("导出开奖记录"),
-                                                   QStringLiteral("表格文件 (*.xlsx);;CSV 文件 (*.csv)"),
-                                                   QStringLiteral("LotmereHistory.xlsx"));
+  const QString path = chooseTarget(session_.desk, QStringLiteral("导出开奖记录"),
+                                    QStringLiteral("表格文件 (*.xlsx);;CSV 文件 (*.csv)"),
+                                    QStringLiteral("LotmereHistory.xlsx"));
   if (path.isEmpty()) return;
-  if (QFileInfo::exists(path)) {
-    constexpr std::string_view buttons[] = {"替换", "取消"};
-    if (session_.desk.choose(utf8(QStringLiteral("文件已经存在，要替换吗？\r\n%1").arg(path)), buttons, 1) ==
-        1)
-      return;
-  }
   const ProgressPlace place(session_.desk, *bar_);
   const Exported written = session_.store.run([&](Store& store) {
     return lotmere::exportHistory(store, session_.desk, QFile::encodeName(path).toStdString());
   });
   if (written.outcome != Outcome::done) return;
-  const QString done = QStringLiteral("已导出 %1 期到 %2").arg(QLocale().toString(written.rows), path);
-  session_.desk.showStatus(utf8(done));
-  constexpr std::string_view next[] = {"打开", "关闭"};
-  if (session_.desk.choose(utf8(done), next, 1) == 0)
-    open(QUrl::fromLocalFile(path), QStringLiteral("开奖记录已导出到：\r\n%1").arg(path));
+  tellWritten(session_.desk, QStringLiteral("已导出 %1 期到 %2").arg(QLocale().toString(written.rows), path),
+              path);
 }
 
 void HistoryPage::queryDetail() {
