@@ -1,6 +1,5 @@
 // The commands that show the draws and write them to a file.
 #include <fmt/format.h>
-#include <strings.h>
 
 #include <CLI/CLI.hpp>
 #include <ostream>
@@ -11,6 +10,7 @@
 #include "history/export_sheet.hpp"
 #include "history/search.hpp"
 #include "history/status.hpp"
+#include "sheets/table_file.hpp"
 
 namespace lotmere {
 namespace {
@@ -86,16 +86,17 @@ class StatusCommand final : public Command {
 
 class ExportCommand final : public Command {
  public:
-  ExportCommand() : Command("draws", "export", "把全部开奖记录和统计值写到电子表格文件（.xlsx）") {}
+  ExportCommand()
+      : Command("draws", "export", "把全部开奖记录和统计值写到电子表格文件（.xlsx）或 CSV 文件（.csv）") {}
 
   void addOptions(CLI::App& app) override {
-    app.add_option("FILE", file_, "文件名，以 .xlsx 结尾")->required();
+    app.add_option("FILE", file_, "文件名，以 .xlsx 或 .csv 结尾")->required();
   }
 
   int run(Session& session) override {
     const std::filesystem::path file(file_);
-    if (::strcasecmp(file.extension().c_str(), ".xlsx") != 0)
-      return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 结尾。", quoteTyped(file_)));
+    if (!tableFormOf(file))
+      return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 或 .csv 结尾。", quoteTyped(file_)));
     const auto [outcome, draws] = exportHistory(session.store, session.desk, file);
     if (outcome != Outcome::done) return statusOf(outcome);
     session.out << fmt::format("已导出 {} 期到 {}\n", draws, file_);

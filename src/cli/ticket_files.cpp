@@ -17,17 +17,24 @@ namespace {
 
 class ExportCommand final : public Command {
  public:
-  ExportCommand() : Command("tickets", "export", "把号码写到文本文件，一注一行或合成复式") {}
+  ExportCommand()
+      : Command("tickets", "export", "把号码写到文件：文本、电子表格（.xlsx）或 CSV，一注一行；或合成复式") {}
 
   void addOptions(CLI::App& app) override {
     app.add_option("FILE", file_, "文件名")->required();
     CLI::Option* columns =
-        app.add_option("--columns", columns_, "内容，用逗号隔开：序号,期号,号码,分隔行（不写时只有号码）");
+        app.add_option("--columns", columns_,
+                       "内容，用逗号隔开：序号,期号,号码,分隔行（不写时只有号码，表格是序号、期号和号码）");
     CLI::Option* format = app.add_option("--format", switches_.format, "0 淘宝彩票网格式，1 财付通彩票格式")
                               ->check(CLI::Range(0, 1));
+    CLI::Option* as =
+        app.add_option("--as", as_, "text 文本，xlsx 电子表格，csv CSV 文件（不写时按文件名的结尾）")
+            ->check(CLI::IsMember({"text", "xlsx", "csv"}));
+    format_ = format;
     app.add_flag("--compound", compound_,
-                 "合成复式号码，一行一个复式，行末写注数；不能和 --columns、--format 同用")
+                 "合成复式号码，一行一个复式，行末写注数；不能和 --columns、--format、--as 同用")
         ->excludes(columns)
+        ->excludes(as)
         ->excludes(format);
   }
 
@@ -36,6 +43,17 @@ class ExportCommand final : public Command {
       return refuse(session.desk,
                     fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quoteTyped(*columns_)));
     if (file_.empty()) return refuse(session.desk, kNoFileName);
+    const TicketFile named = ticketFileOf(file_);
+    switches_.file = as_ == "text"   ? TicketFile::text
+                     : as_ == "xlsx" ? TicketFile::spreadsheet
+                     : as_ == "csv"  ? TicketFile::csv
+                                     : named;
+    const bool table = switches_.file != TicketFile::text;
+    if (compound_ && table)
+      return refuse(session.desk, "复式号码写成文本文件：文件名不能以 .xlsx 或 .csv 结尾。");
+    if (table && (format_->count() > 0 || switches_.separator))
+      return refuse(session.desk, "--format 和分隔行只用于文本文件；要写成文本，请加上 --as text。");
+    if (table && !columns_) switches_.seq = switches_.period = true;
     return compound_ ? writeCompound(session) : writeTickets(session);
   }
 
@@ -78,6 +96,8 @@ class ExportCommand final : public Command {
 
   std::string file_;
   std::optional<std::string> columns_;
+  std::string as_;
+  CLI::Option* format_ = nullptr;
   ExportSwitches switches_;
   bool compound_ = false;
 };

@@ -6,7 +6,7 @@
 
 #include "base/text.hpp"
 #include "catalogue/draw_columns.hpp"
-#include "history/spreadsheet.hpp"
+#include "sheets/table_file.hpp"
 #include "start/home.hpp"
 #include "store/schema.hpp"
 
@@ -23,75 +23,43 @@ std::vector<DrawColumn> exportedColumns() {
   return columns;
 }
 
-std::string namesOf(const std::vector<DrawColumn>& columns) {
+std::vector<std::string> headsOf(const std::vector<DrawColumn>& columns) {
   std::vector<std::string> names;
   names.reserve(columns.size());
   for (const DrawColumn& column : columns) names.push_back(column.name);
-  return columnList(names);
+  return names;
 }
 
-void putHead(Spreadsheet& sheet, const std::vector<DrawColumn>& columns) {
-  int place = 0;
-  for (const DrawColumn& column : columns) sheet.putHead(place++, column.name);
-  sheet.freezeHead();
-  sheet.setWidth(0, kFirstWidth);
-  sheet.setWidth(1, 2 * kFirstWidth);
-}
-
-void putField(Spreadsheet& sheet, int row, int column, DrawColumnType type, const SQLite::Column& field) {
-  if (field.isInteger() || field.isFloat()) {
-    sheet.putNumber(row, column, field.getDouble());
-    return;
-  }
-  const std::string text = field.getString();
+TableField fieldOf(DrawColumnType type, const SQLite::Column& field) {
+  if (field.isNull()) return {};
+  if (field.isInteger()) return std::int64_t{field.getInt64()};
+  if (field.isFloat()) return field.getDouble();
+  std::string text = field.getString();
   const auto date = type == DrawColumnType::date ? parseDate(text) : std::optional<Date>();
-  if (date && yearOf(*date) >= kFirstYear)
-    sheet.putDate(row, column, *date);
-  else
-    sheet.putText(row, column, text);
+  if (date && yearOf(*date) >= kFirstYear) return *date;
+  return text;
 }
 
-// False when the person asked to stop.
-bool putDraws(Store& store, Spreadsheet& sheet, const std::vector<DrawColumn>& columns, CourseLeg& job) {
-  Query rows = store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", namesOf(columns)));
+// The bytes of the file; nothing when the user asked to stop.
+std::optional<std::string> tableBytes(Store& store, Desk& desk, std::int64_t draws, TableForm form) {
+  CourseLeg job(desk.course(), draws, Course::Stop::possible);
+  const auto columns = exportedColumns();
+  const auto heads = headsOf(columns);
+  TableFile table(form, heads);
+  table.setWidth(0, kFirstWidth);
+  table.setWidth(1, 2 * kFirstWidth);
+  std::vector<TableField> fields(columns.size());
+  Query rows =
+      store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", columnList(heads)));
   for (int row = 1; rows.next(); ++row) {
     for (int column = 0; column < int(columns.size()); ++column)
-      putField(sheet, row, column, columns[column].type, rows.statement().getColumn(column));
-    if (row % kRowsBetweenLooks == 0 && job.advance(row)) return false;
-  }
-  return true;
-}
-
-// The bytes of the file; nothing when the person asked to stop.
-std::optional<std::string> sheetBytes(Store& store, Desk& desk, std::int64_t draws) {
-  CourseLeg job(desk.course(), draws, Course::Stop::possible);
-  Spreadsheet sheet("sheet1");
-  const auto columns = exportedColumns();
-  putHead(sheet, columns);
-  if (!putDraws(store, sheet, columns, job)) return std::nullopt;
-  std::string bytes = sheet.finish();
-  if (job.advance(draws)) return std::nullopt;
-  return bytes;
-}
-
-// Fields are quoted where they hold a comma; a mark in front makes spreadsheets read UTF-8.
-std::optional<std::string> listBytes(Store& store, Desk& desk, std::int64_t draws) {
-  CourseLeg job(desk.course(), draws, Course::Stop::possible);
-  const auto columns = exportedColumns();
-  std::string text = "\xEF\xBB\xBF";
-  const auto put = [&text](std::string_view field, bool is_last) {
-    const bool quoted = field.find(',') != std::string_view::npos;
-    text += fmt::format("{0}{1}{0}{2}", quoted ? "\"" : "", field, is_last ? "\r\n" : ",");
-  };
-  const std::size_t last = columns.size() - 1;
-  for (std::size_t column = 0; column <= last; ++column) put(columns[column].name, column == last);
-  Query rows = store.query(fmt::format(R"(SELECT {} FROM "历史记录" ORDER BY "期号" ASC)", namesOf(columns)));
-  for (int row = 1; rows.next(); ++row) {
-    for (std::size_t column = 0; column <= last; ++column)
-      put(rows.text(static_cast<int>(column)), column == last);
+      fields[column] = fieldOf(columns[column].type, rows.statement().getColumn(column));
+    table.addRow(fields);
     if (row % kRowsBetweenLooks == 0 && job.advance(row)) return std::nullopt;
   }
-  return text;
+  std::string bytes = table.finish();
+  if (job.advance(draws)) return std::nullopt;
+  return bytes;
 }
 
 }  // namespace
@@ -108,8 +76,7 @@ Exported exportHistory(Store& store, Desk& desk, const std::filesystem::path& ta
       desk.tell(kOwnFile, Tone::warning);
       return {};
     }
-    const auto bytes =
-        target.extension() == ".csv" ? listBytes(store, desk, draws) : sheetBytes(store, desk, draws);
+    const auto bytes = tableBytes(store, desk, draws, tableFormOf(target).value_or(TableForm::spreadsheet));
     if (bytes) {
       files.writeWhole(target, *bytes);
       return {Outcome::done, static_cast<int>(draws)};

@@ -144,6 +144,10 @@ TEST_F(TicketCommands, AGuaranteeIsThatOfTheLastRun) {
 TEST_F(TicketCommands, AnExportHoldsTheColumnsThatWereAskedFor) {
   home_.doStep({"tickets", "export", file("out.txt"), "--columns", "期号, 序号"});
   EXPECT_EQ(readFile(file("out.txt")), "1       2024007\r\n");
+  home_.doStep({"tickets", "export", file("out.csv")});
+  EXPECT_TRUE(readFile(file("out.csv")).starts_with("\xEF\xBB\xBF序号,期号,红球1,"));
+  home_.doStep({"tickets", "export", file("out.csv"), "--as", "text", "--format", "1"});
+  EXPECT_TRUE(std::isdigit(readFile(file("out.csv")).front()));
   home_.doStep({"tickets", "export", file("out.txt")});
   EXPECT_EQ(readFile(file("out.txt")), "01 02 03 04 05 06+07\r\n") << "numbers alone";
 }

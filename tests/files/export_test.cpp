@@ -57,6 +57,29 @@ TEST_F(Export, OfNoTicketWritesNothingAndWarns) {
   EXPECT_EQ(readFile(file_), "yesterday");
 }
 
+TEST_F(Export, AsATableHasAColumnForEachNumberAndCanBeStopped) {
+  putTicket(store_, 1, 2, 2007001, kNumbers);
+  putTicket(store_, 2, 1, 2007001, {{9, 8, 8, 33, 1, 2}, 16});
+  const struct {
+    ExportSwitches switches;
+    const char* text;
+  } rows[] = {{{true, true, true, true, 1, TicketFile::csv},
+               "\xEF\xBB\xBF序号,期号,红球1,红球2,红球3,红球4,红球5,红球6,蓝球\r\n"
+               "1,2007001,09,08,08,33,01,02,16\r\n2,2007001,01,02,03,04,05,06,07\r\n"},
+              {{true, false, false, false, 0, TicketFile::csv}, "\xEF\xBB\xBF序号\r\n1\r\n2\r\n"}};
+  for (const auto& [switches, text] : rows) {
+    EXPECT_EQ(exportCommand(store_, desk_, file_, switches).rows, 2);
+    EXPECT_EQ(readFile(file_), text);
+  }
+  desk_.course().on_look = [&] { desk_.course().requestStop(); };
+  const ExportSwitches sheet{.file = TicketFile::spreadsheet};
+  EXPECT_EQ(exportCommand(store_, desk_, file_, sheet).outcome, Outcome::stopped);
+  EXPECT_EQ(readFile(file_), rows[1].text);
+  desk_.course().on_look = {};
+  EXPECT_EQ(exportCommand(store_, desk_, file_, sheet).rows, 2);
+  EXPECT_TRUE(readFile(file_).starts_with("PK"));
+}
+
 // By name and by every kind of link, also to a profile that has no file yet.
 TEST_F(Export, NeverTakesThePlaceOfAFileOfTheProgram) {
   putTicket(store_, 1, 1, 2007001, kNumbers);

@@ -219,6 +219,20 @@ TEST_F(TicketPageTest, ExportsWhatTheDialogSaysWhereTheUserWantsIt) {
   EXPECT_NE(lotmere::test::readFile(target).find("08 09 10 11 12 13 14 15 16 17"), std::string::npos)
       << "ten reds in one compound bet";
   EXPECT_EQ(desk_.opened.size(), 1);
+  for (const auto& [format, name, begin] :
+       {std::tuple{3, "LotmereTemp.xlsx", "PK"}, {4, "LotmereTemp.csv", "\xEF\xBB\xBF期号,红球1,"}}) {
+    desk_.dialogs = {[format = format](QDialog& dialog) {
+      partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(format);
+      EXPECT_FALSE(partOf<QCheckBox>(dialog, "Check_ToFile_3").isEnabled()) << "a table has no empty lines";
+      partOf<QCheckBox>(dialog, "Check_ToFile_1").setChecked(true);
+      return true;
+    }};
+    desk_.files = {file};
+    desk_.choices = {0, 1};
+    press("cmmTouZhu_3");
+    EXPECT_TRUE(desk_.places.back().ends_with(name)) << desk_.places.back();
+    EXPECT_TRUE(lotmere::test::readFile(target).starts_with(begin)) << name;
+  }
 }
 
 TEST_F(TicketPageTest, ImportsInTheChosenFormat) {

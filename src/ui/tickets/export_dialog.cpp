@@ -7,7 +7,8 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr int kCompound = 2;  // the format of compound bets, behind those of single tickets
+// The formats behind those of single tickets as text.
+enum Format { kCompound = 2, kSpreadsheet, kCsv };
 
 }  // namespace
 
@@ -28,12 +29,12 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   format_ = new QComboBox;
   format_->setObjectName(QStringLiteral("ComboDCgesi"));
   format_->addItems({QStringLiteral("淘宝彩票网格式"), QStringLiteral("财付通彩票格式"),
-                     QStringLiteral("复式投注（一行一注复式）")});
-  format_->setCurrentIndex(switches.format);
-
-  connect(format_, &QComboBox::currentIndexChanged, this, [this] {
-    for (QCheckBox* box : boxes_) box->setEnabled(!compound());
-  });
+                     QStringLiteral("复式投注（一行一注复式）"), QStringLiteral("电子表格（.xlsx）"),
+                     QStringLiteral("CSV 文件（.csv）")});
+  connect(format_, &QComboBox::currentIndexChanged, this, &ExportDialog::showContent);
+  format_->setCurrentIndex(switches.file == TicketFile::text          ? switches.format
+                           : switches.file == TicketFile::spreadsheet ? int{kSpreadsheet}
+                                                                      : int{kCsv});
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(12);
   grid->addWidget(new QLabel(QStringLiteral("导出内容：")), 0, 0);
@@ -51,9 +52,19 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
 
 bool ExportDialog::compound() const { return format_->currentIndex() == kCompound; }
 
+// A table has no empty lines.
+void ExportDialog::showContent() {
+  for (QCheckBox* box : boxes_) box->setEnabled(!compound());
+  if (format_->currentIndex() > kCompound) boxes_.back()->setEnabled(false);
+}
+
 ExportSwitches ExportDialog::switches() const {
-  return {boxes_[0]->isChecked(), boxes_[1]->isChecked(), boxes_[2]->isChecked(), boxes_[3]->isChecked(),
-          compound() ? 0 : format_->currentIndex()};
+  const int format = format_->currentIndex();
+  ExportSwitches switches{boxes_[0]->isChecked(), boxes_[1]->isChecked(), boxes_[2]->isChecked(),
+                          boxes_[3]->isChecked(), format < kCompound ? format : 0};
+  if (format == kSpreadsheet) switches.file = TicketFile::spreadsheet;
+  if (format == kCsv) switches.file = TicketFile::csv;
+  return switches;
 }
 
 }  // namespace lotmere::ui

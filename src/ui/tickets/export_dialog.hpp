@@ -17,11 +17,13 @@ class ExportDialog : public QDialog {
   // Shows these switches at first.
   ExportDialog(const ExportSwitches& switches, QWidget* parent);
 
-  // The last format, compound bets, has no switches.
+  // Compound bets have no switches.
   [[nodiscard]] ExportSwitches switches() const;
   [[nodiscard]] bool compound() const;
 
  private:
+  void showContent();
+
   std::array<QCheckBox*, 4> boxes_{};
   QComboBox* format_;
 };

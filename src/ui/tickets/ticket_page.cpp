@@ -29,7 +29,14 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr const char* kExportFile = "LotmereTemp.txt";
+// What the file dialog of an export offers, by the kind of the file.
+struct ExportTarget {
+  const char* name;
+  const char* filter;
+};
+constexpr ExportTarget kExportTargets[] = {{"LotmereTemp.txt", "文本文件 (*.txt);;全部文件 (*)"},
+                                           {"LotmereTemp.xlsx", "电子表格 (*.xlsx)"},
+                                           {"LotmereTemp.csv", "CSV 文件 (*.csv)"}};
 constexpr int kRowHeight = 26;
 
 // The steps in the order of their buttons. The third one has no operation: its button stays hidden, and it
@@ -50,7 +57,7 @@ constexpr Step kSteps[] = {
     {"mnu_ShengCeng_1", "cmmTouZhu_1", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R",
      "按设置的条件过滤，再缩水"},
     {nullptr, "cmmTouZhu_2", "", "精选号码", "", ""},
-    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本文件并打开"},
+    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本、表格或 CSV 文件"},
     {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+O", "从文本文件读入投注号"},
     {"mnu_ShengCeng_5", "cmmTouZhu_5", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
     {"tickets.undo", "undoTickets", "撤销(&U)", "撤销上一步", "", "号码回到上一步之前"},
@@ -294,9 +301,9 @@ void TicketPage::exportFile() {
   export_ = accepted ? dialog.switches() : ExportSwitches{.format = dialog.switches().format};
   if (!accepted) return;
   const bool compound = dialog.compound();
-  const QString path =
-      chooseTarget(session_.desk, QStringLiteral("数 据 导 出"),
-                   QStringLiteral("文本文件 (*.txt);;全部文件 (*)"), QString::fromUtf8(kExportFile));
+  const ExportTarget& proposed = kExportTargets[static_cast<std::size_t>(export_.file)];
+  const QString path = chooseTarget(session_.desk, QStringLiteral("数 据 导 出"),
+                                    QString::fromUtf8(proposed.filter), QString::fromUtf8(proposed.name));
   if (path.isEmpty()) return;
   const std::filesystem::path target = QFile::encodeName(path).toStdString();
   if (compound) {

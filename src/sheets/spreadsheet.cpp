@@ -1,4 +1,4 @@
-#include "history/spreadsheet.hpp"
+#include "sheets/spreadsheet.hpp"
 
 #include <fmt/format.h>
 #include <minizip/unzip.h>
@@ -76,15 +76,22 @@ Spreadsheet::Spreadsheet(const char* sheet_name)
     : book_(::workbook_new(file_.name().c_str())),
       sheet_(::workbook_add_worksheet(book_.get(), sheet_name)),
       date_format_(::workbook_add_format(book_.get())),
+      ball_format_(::workbook_add_format(book_.get())),
       head_format_(::workbook_add_format(book_.get())) {
-  if (!book_ || sheet_ == nullptr || date_format_ == nullptr || head_format_ == nullptr)
+  if (!book_ || sheet_ == nullptr || date_format_ == nullptr || ball_format_ == nullptr ||
+      head_format_ == nullptr)
     fail(std::make_error_code(std::errc::not_enough_memory));
   ::format_set_num_format(date_format_, "yyyy-mm-dd");
+  ::format_set_num_format(ball_format_, "00");
   ::format_set_bold(head_format_);
 }
 
 void Spreadsheet::putNumber(int row, int column, double number) {
   check(::worksheet_write_number(sheet_, rowOf(row), columnOf(column), number, nullptr));
+}
+
+void Spreadsheet::putBall(int row, int column, int number) {
+  check(::worksheet_write_number(sheet_, rowOf(row), columnOf(column), number, ball_format_));
 }
 
 void Spreadsheet::putText(int row, int column, const std::string& text) {

@@ -20,6 +20,8 @@ class Spreadsheet {
   explicit Spreadsheet(const char* sheet_name);
 
   void putNumber(int row, int column, double number);
+  // Shown with at least two digits, as the numbers of balls are.
+  void putBall(int row, int column, int number);
   // An empty text leaves the cell empty.
   void putText(int row, int column, const std::string& text);
   // A day from the year 1900 on, as a date of the sheet and shown as 2026-08-20.
@@ -33,7 +35,7 @@ class Spreadsheet {
 
   // The bytes of the file; nothing may be put into it any more. Takes some tenths of a second for a long
   // history and touches nothing but this object, so that it can run beside the thread that serves the
-  // person. Its intermediate files have no name in the temporary folder; a full one is a failure.
+  // user. Its intermediate files have no name in the temporary folder; a full one is a failure.
   [[nodiscard]] std::string finish();
 
  private:
@@ -45,6 +47,7 @@ class Spreadsheet {
   std::unique_ptr<lxw_workbook, Free> book_;
   lxw_worksheet* sheet_;
   lxw_format* date_format_;
+  lxw_format* ball_format_;
   lxw_format* head_format_;
 };
 
