@@ -15,9 +15,9 @@ std::array<bool, kCodeCount> placesOf(const DrawNumbers& numbers) {
   return places;
 }
 
-template <NumberValue kValue>
+template <NumberValue Value>
 int sumOfValue(const DrawNumbers& numbers) {
-  return sumOf(numberTable(kValue), numbers.reds);
+  return sumOf(numberTable(Value), numbers.reds);
 }
 
 constexpr TrendStatistic kStatistics[] = {
