@@ -8,7 +8,7 @@ namespace lotmere::ui {
 namespace {
 
 // The formats behind those of single tickets as text.
-enum Format { kCompound = 2, kSpreadsheet, kCsv };
+enum Format { compound_bets = 2, spreadsheet_file, csv_file };
 
 }  // namespace
 
@@ -33,8 +33,8 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
                      QStringLiteral("CSV 文件（.csv）")});
   connect(format_, &QComboBox::currentIndexChanged, this, &ExportDialog::showContent);
   format_->setCurrentIndex(switches.file == TicketFile::text          ? switches.format
-                           : switches.file == TicketFile::spreadsheet ? int{kSpreadsheet}
-                                                                      : int{kCsv});
+                           : switches.file == TicketFile::spreadsheet ? int{spreadsheet_file}
+                                                                      : int{csv_file});
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(12);
   grid->addWidget(new QLabel(QStringLiteral("导出内容：")), 0, 0);
@@ -50,20 +50,20 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   layout->addLayout(makeDialogFoot({ok, cancel}));
 }
 
-bool ExportDialog::compound() const { return format_->currentIndex() == kCompound; }
+bool ExportDialog::compound() const { return format_->currentIndex() == compound_bets; }
 
 // A table has no empty lines.
 void ExportDialog::showContent() {
   for (QCheckBox* box : boxes_) box->setEnabled(!compound());
-  if (format_->currentIndex() > kCompound) boxes_.back()->setEnabled(false);
+  if (format_->currentIndex() > compound_bets) boxes_.back()->setEnabled(false);
 }
 
 ExportSwitches ExportDialog::switches() const {
   const int format = format_->currentIndex();
   ExportSwitches switches{boxes_[0]->isChecked(), boxes_[1]->isChecked(), boxes_[2]->isChecked(),
-                          boxes_[3]->isChecked(), format < kCompound ? format : 0};
-  if (format == kSpreadsheet) switches.file = TicketFile::spreadsheet;
-  if (format == kCsv) switches.file = TicketFile::csv;
+                          boxes_[3]->isChecked(), format < compound_bets ? format : 0};
+  if (format == spreadsheet_file) switches.file = TicketFile::spreadsheet;
+  if (format == csv_file) switches.file = TicketFile::csv;
   return switches;
 }
 
