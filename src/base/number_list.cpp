@@ -5,11 +5,12 @@
 #include "base/text.hpp"
 
 namespace lotmere {
-std::optional<std::vector<int>> parseNumberList(std::string_view text, int first, int last) {
+std::optional<std::vector<int>> parseNumberList(std::string_view typed, int first, int last) {
+  const std::string text = halfWidth(typed);
   std::vector<int> numbers;
   for (std::size_t from = 0; from <= text.size();) {
     const std::size_t comma = std::min(text.find(',', from), text.size());
-    const std::string_view part = text.substr(from, comma - from);
+    const std::string_view part = std::string_view(text).substr(from, comma - from);
     const std::size_t dash = part.find('-');
     const auto low = parseWhole(part.substr(0, dash));
     const auto high = dash == std::string_view::npos ? low : parseWhole(part.substr(dash + 1));

@@ -9,10 +9,11 @@
 
 namespace lotmere {
 
-// Reads numbers and ascending ranges separated by commas; blanks around a part are allowed. Each number must
-// lie in first to last and may stand once. The answer is ascending. Nothing for a text that breaks a rule,
-// the empty text included.
-[[nodiscard]] std::optional<std::vector<int>> parseNumberList(std::string_view text, int first, int last);
+// Reads numbers and ascending ranges separated by commas; blanks around a part are allowed, and the
+// full-width characters that a Chinese keyboard makes of digits, commas and dashes. Each number must lie in
+// first to last and may stand once. The answer is ascending. Nothing for a text that breaks a rule, the empty
+// text included.
+[[nodiscard]] std::optional<std::vector<int>> parseNumberList(std::string_view typed, int first, int last);
 
 // Ascending numbers as parseNumberList reads them, runs of three and more with a dash: "1,2,5-9". Empty for
 // none.

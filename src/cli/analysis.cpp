@@ -31,19 +31,19 @@ class OmissionCommand final : public Command {
     app.add_option("PERIOD", period_, "截止期号，不写为最新一期");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto period = period_ ? readPeriod(session.desk, *period_) : latestPeriod(session.store);
-    if (!period) return kExitRefused;
+    if (!period) return Outcome::refused;
     const auto analyse = balls_ == "red" ? analyseRedOmission : analyseBlueOmission;
     const auto omission = analyse(session.store, session.desk, *period);
-    if (!omission) return kExitRefused;
+    if (!omission) return Outcome::refused;
     int number = 0;
     for (const OmissionFigures& figures : omission->numbers)
       session.out << fmt::format("{}\t{}\t{}\t{}\t{}\t{}\n", formatBall(++number), figures.hits,
                                  gapText(figures, &ClosedGaps::largest),
                                  gapText(figures, &ClosedGaps::average), gapText(figures, &ClosedGaps::last),
                                  figures.running);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -61,15 +61,15 @@ class CountsCommand final : public Command {
     app.add_option("TO", to_, "结束期号")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     // A range turned round holds no draw, so every number stands at 0.
     const auto from = readPeriod(session.desk, from_);
     const auto to = from ? readPeriod(session.desk, to_) : std::nullopt;
-    if (!to) return kExitRefused;
+    if (!to) return Outcome::refused;
     const auto count = balls_ == "red" ? countRedDraws : countBlueDraws;
     for (const CountRow& row : count(session.store, session.desk, *from, *to))
       session.out << fmt::format("{}\t{}\n", formatBall(row.number), row.count);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -86,7 +86,7 @@ class DistributionCommand final : public Command {
 
   void addOptions(CLI::App& app) override { app.add_flag("--all", all_, "列出全部期号"); }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     buildHaoMaFenBu(session.store, session.desk, latestPeriod(session.store),
                     all_ ? DistributionSpan::all : DistributionSpan::recent);
     for (const DistributionRow& row : loadDistribution(session.store)) {
@@ -95,7 +95,7 @@ class DistributionCommand final : public Command {
         line += ' ' + (row.drawn[i] ? formatBall(i < kRedCount ? i + 1 : i + 1 - kRedCount) : "..");
       session.out << line << '\n';
     }
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

@@ -19,6 +19,13 @@
 namespace lotmere {
 namespace {
 
+constexpr int kExitUsage = 2;
+
+int statusOf(Outcome outcome) {
+  constexpr int interrupted = 130;  // as a shell tells of a command that Ctrl-C ended
+  return outcome == Outcome::done ? 0 : outcome == Outcome::stopped ? interrupted : 1;
+}
+
 CommandList allCommands() {
   CommandList list;
   addDrawCommands(list);
@@ -118,10 +125,10 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
 
 // The steps of a start that this command needs, in their order.
 std::vector<StartStep> startOrder(ProgramStart& start, const Call& call, Desk& desk, const Credentials& typed,
-                                  HashLimits limits, int& status) {
-  const auto prepare = [&start, &call, &desk, &status] {
-    status = call.command->prepare(start.home(), desk);
-    return status == kExitDone;
+                                  HashLimits limits, Outcome& prepared) {
+  const auto prepare = [&start, &call, &desk, &prepared] {
+    prepared = call.command->prepare(start.home(), desk);
+    return prepared == Outcome::done;
   };
   std::vector<StartStep> order{start.singleInstance(), {"preparation", prepare}, start.databasePresence()};
   if (call.command->compacts()) {
@@ -174,46 +181,46 @@ TerminalDesk::Answer typedAnswer(const std::string& text) {
   return text == "yes" ? TerminalDesk::Answer::yes : TerminalDesk::Answer::no;
 }
 
-int runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
+Outcome runInHome(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
   TerminalDesk desk(out, err, typedAnswer(call.answer), surroundings.show_bar);
   if (call.home.empty() && surroundings.data_home.empty() && surroundings.user_home.empty())
     return refuse(desk, "不知道数据放在哪里，请用 --home 指定文件夹。");
   std::optional<std::string> password;
   if (!call.password_file.empty() && !(password = readPassword(desk, call.password_file)))
-    return desk.course().wasInterrupted() ? kExitStopped : kExitRefused;
+    return desk.course().wasInterrupted() ? Outcome::stopped : Outcome::refused;
   ProgramStart start(call.home.empty() ? findHome(surroundings.program_folder, surroundings.data_home,
                                                   surroundings.user_home)
                                        : Home{std::filesystem::path(call.home)},
                      desk);
-  int prepared = kExitDone;
+  Outcome prepared = Outcome::done;
   const StartOutcome outcome =
       runSteps(startOrder(start, call, desk, {call.user, password.value_or(std::string())},
                           surroundings.password_limits, prepared));
   if (!outcome.messages.empty()) return refuse(desk, outcome.messages.front());
   if (!outcome.ready)
-    return prepared != kExitDone && desk.course().wasInterrupted() ? kExitStopped : kExitRefused;
+    return prepared != Outcome::done && desk.course().wasInterrupted() ? Outcome::stopped : Outcome::refused;
   Session session{start, start.store(), desk, out, password, surroundings.password_limits};
   recountIntervals(session.store, desk);
-  int status = call.command->run(session);
-  if (status == kExitRefused && desk.course().wasInterrupted()) status = kExitStopped;
+  Outcome ended = call.command->run(session);
+  if (ended == Outcome::refused && desk.course().wasInterrupted()) ended = Outcome::stopped;
   recountIntervals(session.store, desk);
   if (call.command->needsUser()) saveSettings(start, desk);
   refreshBackup(start, *call.command, desk);
   desk.course().settleInterrupt();
   out.flush();
   if (!out) return refuse(desk, "无法写出结果。");
-  return status;
+  return ended;
 }
 
 // The one place that catches a failure of the store or of a file: what the operation had not committed is
 // rolled back by then.
 int runCommand(const Call& call, std::ostream& out, std::ostream& err, const Surroundings& surroundings) {
   try {
-    return runInHome(call, out, err, surroundings);
+    return statusOf(runInHome(call, out, err, surroundings));
   } catch (const std::exception& failure) {
     err << failureText(failure) << '\n';
   }
-  return kExitRefused;
+  return statusOf(Outcome::refused);
 }
 
 }  // namespace
@@ -236,6 +243,10 @@ int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::os
   if (call.user_typed && call.command->namesUser()) {
     err << fmt::format("{} {} 自己写用户名，不能再加 --user。用 --help 查看用法。\n", call.command->group(),
                        call.command->name());
+    return kExitUsage;
+  }
+  if (const std::string fault = call.command->usageFault(); !fault.empty()) {
+    err << fault << '\n';
     return kExitUsage;
   }
   return runCommand(call, out, err, surroundings);

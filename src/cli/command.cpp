@@ -21,20 +21,18 @@ std::optional<PeriodRange> readRange(Desk& desk, const std::string& from, const 
 
 CLI::Validator wholeNumber(int first, int last) {
   const auto check = [=](std::string& text) -> std::string {
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (text.empty() || error != std::errc{} || end != text.data() + text.size() || value < first ||
-        value > last)
+    const auto value = parseWhole(plainDigits(text));
+    if (!value || *value < first || *value > last)
       return fmt::format("“{}”应为 {} 到 {} 的整数", text, first, last);
-    text = std::to_string(value);  // the parser itself would take a leading zero for octal
+    text = std::to_string(*value);  // the parser itself would take a leading zero for octal
     return {};
   };
   return CLI::Validator(check, "");
 }
 
-int refuse(Desk& desk, std::string_view text) {
+Outcome refuse(Desk& desk, std::string_view text) {
   desk.tell(text, Tone::warning);
-  return kExitRefused;
+  return Outcome::refused;
 }
 
 }  // namespace lotmere

@@ -36,15 +36,6 @@ struct Session {
 
 inline constexpr std::string_view kNoFileName = "文件名为空。";
 
-inline constexpr int kExitDone = 0;
-inline constexpr int kExitRefused = 1;
-inline constexpr int kExitUsage = 2;
-inline constexpr int kExitStopped = 130;  // as a shell tells of a command that Ctrl-C ended
-
-[[nodiscard]] constexpr int statusOf(Outcome outcome) {
-  return outcome == Outcome::done ? kExitDone : outcome == Outcome::stopped ? kExitStopped : kExitRefused;
-}
-
 class Command {
  public:
   // A command with the empty group stands at the top level.
@@ -65,12 +56,14 @@ class Command {
   // Whether its start refreshes the backup and compacts the store.
   [[nodiscard]] virtual bool compacts() const { return false; }
   virtual void addOptions(CLI::App& /*app*/) {}
-  // What is done to the locked home before its store is looked at. kExitDone goes on with the start; any
-  // other status ends the command, told why.
-  [[nodiscard]] virtual int prepare(const Home& /*home*/, Desk& /*desk*/) { return kExitDone; }
-  // Exit status: kExitDone, or kExitRefused after the desk told why, which counts as kExitStopped where
-  // Ctrl-C stopped a job of the command; kExitStopped where what was done so far stands.
-  virtual int run(Session& session) = 0;
+  // What is wrong with the words typed that the parser couldn't see, as one line; empty where nothing is.
+  [[nodiscard]] virtual std::string usageFault() const { return {}; }
+  // What is done to the locked home before its store is looked at. `done` goes on with the start; any
+  // other end is that of the command, told why.
+  [[nodiscard]] virtual Outcome prepare(const Home& /*home*/, Desk& /*desk*/) { return Outcome::done; }
+  // How it ended: refused after the desk told why, which counts as stopped where Ctrl-C stopped a job of the
+  // command; stopped where what was done so far stands.
+  virtual Outcome run(Session& session) = 0;
 
  private:
   const char* group_;
@@ -99,7 +92,7 @@ void addStoreCommands(CommandList& list);
 // Lets a whole number of first to last through, in decimal digits and with leading zeros (09 is nine).
 [[nodiscard]] CLI::Validator wholeNumber(int first, int last);
 
-// Tells a refusal and gives its exit status.
-int refuse(Desk& desk, std::string_view text);
+// Tells a refusal.
+Outcome refuse(Desk& desk, std::string_view text);
 
 }  // namespace lotmere

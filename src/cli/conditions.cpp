@@ -48,14 +48,14 @@ class ListCommand final : public Command {
  public:
   ListCommand() : Command("conditions", "list", "列出所有条件：编号、名称、开关、当前取值，一行一个") {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const ConditionSet set = loadConditionSet(session.store);
     for (const Condition& condition : allConditions()) printCondition(session, set, condition);
     const int tolerance = set.cells.value(kSetToleranceCell);
     session.out << fmt::format("-\t{}\t{}\t{}\n", kSetToleranceName, tolerance > 0 ? "on" : "off", tolerance);
     printFewerSettings(session, set);
     printMatchSettings(session, set);
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -73,18 +73,18 @@ class StrengthCommand final : public Command {
         ->transform(wholeNumber(1, 10'000));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const ConditionSet set = loadConditionSet(session.store);
     const DrawTable draws = loadDrawTable(session.store);
     const PeriodNo next = latestPeriod(session.store) + 1;
     if (name_ && trim(*name_) == kHistoryMatchName) {
       printMatch(session, set, draws, next);
-      return kExitDone;
+      return Outcome::done;
     }
     std::vector<Condition> conditions;
     if (name_) {
       const auto condition = namedCondition(session, *name_);
-      if (!condition) return kExitRefused;
+      if (!condition) return Outcome::refused;
       conditions.push_back(*condition);
     } else {
       conditions = allConditions();
@@ -100,7 +100,7 @@ class StrengthCommand final : public Command {
         return refuse(session.desk, fmt::format("用户中止，算完了 {} 个条件。", toFullWidth(done)));
     }
     if (!name_) printMatch(session, set, draws, next);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -137,7 +137,7 @@ class BackTestCommand final : public Command {
     app.add_option("--set", set_, "用这个方案的条件，不写为现在的条件");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const DrawTable draws = loadDrawTable(session.store);
     if (draws.all().empty()) return refuse(session.desk, "还没有开奖记录可以回测。");
     ConditionSet set = loadConditionSet(session.store);
@@ -152,7 +152,7 @@ class BackTestCommand final : public Command {
     if (!test) return refuse(session.desk, "用户中止，回测没有算完。");
     for (const DrawVerdict& draw : test->draws) session.out << verdictText(draw) << '\n';
     for (const std::string& line : backTestLines(*test)) session.out << line << '\n';
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -170,26 +170,26 @@ class UseCommand final : public Command {
     app.add_option("STATE", state_, "on 打开，off 关闭")->required()->check(CLI::IsMember({"on", "off"}));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (trim(name_) == kHistoryMatchName) {
       const auto latest = newestPeriods(session.store, kMatchPeriods);
       printMatchSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
                            switchHistoryMatch(set, state_ == "on", latest);
                          }));
-      return kExitDone;
+      return Outcome::done;
     }
     if (trim(name_) == kFewerName) {
       printFewerSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
                            set.cells.set(kFewerCell, state_ == "on" ? 1 : 0);
                          }));
-      return kExitDone;
+      return Outcome::done;
     }
     const auto condition = namedCondition(session, name_);
-    if (!condition) return kExitRefused;
+    if (!condition) return Outcome::refused;
     const ConditionSet changed =
         changeSettings(session.store, [&](ConditionSet& set) { set.use(condition->usage, state_ == "on"); });
     printCondition(session, changed, *condition);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -206,16 +206,16 @@ class AllowCommand final : public Command {
     app.add_option("VALUES", values_, "取值，如 60-140,150；形式用分号隔开，如 2,2,1,1;3,3")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto condition = namedCondition(session, name_);
-    if (!condition) return kExitRefused;
+    if (!condition) return Outcome::refused;
     bool allowed = false;
     const ConditionSet changed = changeSettings(session.store, [&](ConditionSet& set) {
       allowed = allowValues(set, session.desk, *condition, values_);
     });
-    if (!allowed) return kExitRefused;
+    if (!allowed) return Outcome::refused;
     printCondition(session, changed, *condition);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -226,23 +226,23 @@ class AllowCommand final : public Command {
 // Stores one number of the settings.
 class NumberSettingCommand final : public Command {
  public:
-  NumberSettingCommand(const char* name, const char* description, ConditionId cell, int first, int last)
-      : Command("conditions", name, description), cell_(cell), first_(first), last_(last) {}
+  NumberSettingCommand(const char* name, std::string_view label, const char* description, ConditionId cell,
+                       int last)
+      : Command("conditions", name, description), label_(label), cell_(cell), last_(last) {}
 
   void addOptions(CLI::App& app) override {
-    app.add_option("N", number_, fmt::format("{} 到 {}", first_, last_))
-        ->required()
-        ->transform(wholeNumber(first_, last_));
+    app.add_option("N", number_, fmt::format("0 到 {}", last_))->required()->transform(wholeNumber(0, last_));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     changeSettings(session.store, [&](ConditionSet& set) { set.cells.set(cell_, number_); });
-    return kExitDone;
+    session.out << fmt::format("{}\t{}\n", label_, number_);
+    return Outcome::done;
   }
 
  private:
+  std::string_view label_;
   ConditionId cell_;
-  int first_;
   int last_;
   int number_ = 0;
 };
@@ -263,14 +263,15 @@ class ShrinkCommand final : public Command {
         ->transform(wholeNumber(kLeastEffort, kMostEffort));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const ConditionSet changed = changeSettings(session.store, [&](ConditionSet& set) {
       set.cells.set(kShrinkTypeCell, type_);
       if (fewer_) set.cells.set(kFewerCell, *fewer_ == "on" ? 1 : 0);
       if (effort_) set.cells.set(kEffortCell, *effort_);
     });
+    session.out << fmt::format("缩水类型\t{}\n", shrinkCaption(type_));
     if (fewer_ || effort_) printFewerSettings(session, changed);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -291,13 +292,13 @@ class MatchCommand final : public Command {
     app.add_option("N", match_, "最大匹配值，1 到 6")->required()->transform(wholeNumber(1, kRedsPerTicket));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto range = readRange(session.desk, from_, to_);
-    if (!range) return kExitRefused;
+    if (!range) return Outcome::refused;
     printMatchSettings(session, changeSettings(session.store, [&](ConditionSet& set) {
                          set.match = {true, range->from, range->to, match_, true};
                        }));
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -310,10 +311,10 @@ class SummaryCommand final : public Command {
  public:
   SummaryCommand() : Command("conditions", "show", "显示全部设置") {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     for (const char c : summaryText(loadConditionSet(session.store)))
       if (c != '\r') session.out << c;
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -321,12 +322,12 @@ class ResetCommand final : public Command {
  public:
   ResetCommand() : Command("conditions", "reset", "还原默认值，并清空已选的号码") {}
 
-  int run(Session& session) override {
-    if (!agreesToDefaults(session.desk)) return kExitRefused;
+  Outcome run(Session& session) override {
+    if (!agreesToDefaults(session.desk)) return Outcome::refused;
     changeSettings(session.store, [&](ConditionSet& set) { set = loadFactorySet(session.store); },
                    {.name = "还原默认值"});
     session.desk.tell("完成，过滤条件已经还原为默认值！");
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -340,11 +341,11 @@ void addConditionCommands(CommandList& list) {
   list.push_back(std::make_unique<AllowCommand>());
   list.push_back(std::make_unique<SummaryCommand>());
   addOwnSetCommands(list);
-  list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位的容错值", kToleranceCell, 0,
-                                                        kPlaceCount));
+  list.push_back(std::make_unique<NumberSettingCommand>("tolerance", "号码定位容错值", "号码定位的容错值",
+                                                        kToleranceCell, kPlaceCount));
   list.push_back(std::make_unique<NumberSettingCommand>(
-      "tolerance-all", "全部条件的容错值：不符合的条件多于 N 个的号码才被过滤掉", kSetToleranceCell, 0,
-      kMostSetTolerance));
+      "tolerance-all", kSetToleranceName, "全部条件的容错值：不符合的条件多于 N 个的号码才被过滤掉",
+      kSetToleranceCell, kMostSetTolerance));
   list.push_back(std::make_unique<ShrinkCommand>());
   list.push_back(std::make_unique<MatchCommand>());
   list.push_back(std::make_unique<ResetCommand>());

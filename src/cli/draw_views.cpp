@@ -28,9 +28,9 @@ class ListCommand final : public Command {
     app.add_option("--last", last_, "只列最近的几期")->transform(wholeNumber(1, 1'000'000));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     listDraws(session.store, last_, [&](const Query& row) { printDraw(session.out, row); });
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -46,7 +46,7 @@ class SearchCommand final : public Command {
         ->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     std::vector<ColumnFilter> filters;
     for (const std::string& filter : filters_) {
       const auto sign = filter.find('=');
@@ -56,14 +56,14 @@ class SearchCommand final : public Command {
       filters.push_back({filter.substr(0, sign), filter.substr(sign + 1)});
     }
     const auto condition = buildSearchWhere(session.desk, filters);
-    if (!condition) return kExitRefused;
+    if (!condition) return Outcome::refused;
     bool found = false;
     searchDraws(session.store, *condition, [&](const Query& row) {
       printDraw(session.out, row);
       found = true;
     });
     if (!found) session.desk.tell("没有符合条件的记录。", Tone::warning);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -74,13 +74,13 @@ class StatusCommand final : public Command {
  public:
   StatusCommand() : Command("draws", "status", "显示历史记录是否完整，以及下一期的期号和开奖日期") {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const Date today = realClock().today();
     const HistoryStatus status =
         updateHistoryStatus(session.store, today, upcomingDrawDate(session.store, today));
     session.out << trim(status.history) << '\n' << trim(status.next_draw) << '\n';
     if (!status.missing.empty()) session.out << status.missing << '\n';
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -93,14 +93,14 @@ class ExportCommand final : public Command {
     app.add_option("FILE", file_, "文件名，以 .xlsx 或 .csv 结尾")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const std::filesystem::path file(file_);
     if (!tableFormOf(file))
       return refuse(session.desk, fmt::format("文件名{}不对，应以 .xlsx 或 .csv 结尾。", quoteTyped(file_)));
     const auto [outcome, draws] = exportHistory(session.store, session.desk, file);
-    if (outcome != Outcome::done) return statusOf(outcome);
+    if (outcome != Outcome::done) return outcome;
     session.out << fmt::format("已导出 {} 期到 {}\n", draws, file_);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

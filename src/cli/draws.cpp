@@ -28,10 +28,10 @@ class FetchCommand final : public Command {
     app.add_flag("--all", all_, "一直下载到没有更新的数据为止");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto address = address_ ? readAddress(session.desk, *address_)
                                   : std::optional(storedAddress(session.store, AddressUse::draw_list));
-    if (!address) return kExitRefused;
+    if (!address) return Outcome::refused;
     if (address->empty()) return refuse(session.desk, "还没有下载地址，请在命令后面写上地址。");
     const auto fetcher = makeCurlFetcher(session.desk.course());
     const auto fetch = all_ ? downloadAll : downloadDraws;
@@ -41,11 +41,11 @@ class FetchCommand final : public Command {
       return refuse(session.desk, "历史记录还是空的，首次下载请加 --all。");
     if (result.outcome != Outcome::done) {
       tellFailure(session.desk, result);
-      return kExitRefused;
+      return Outcome::refused;
     }
     for (const std::string& line : reportLines(result)) session.out << line << '\n';
     if (result.more) session.out << "数据里还有更新的开奖记录，请加 --all 继续下载\n";
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -63,7 +63,7 @@ class ImportCommand final : public Command {
         ->check(CLI::IsMember({"keep", "replace"}));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
     const Conflicts conflicts = existing_.empty()     ? Conflicts::ask
                                 : existing_ == "keep" ? Conflicts::keep
@@ -73,7 +73,7 @@ class ImportCommand final : public Command {
       for (const std::string& line : importReport(result)) session.out << line << '\n';
     else
       tellNoImport(session.desk, result);
-    return statusOf(result.outcome);
+    return result.outcome;
   }
 
  private:
@@ -92,17 +92,17 @@ class AddressCommand final : public Command {
     app.add_option("ADDRESS", address_, "新的地址，写成空的 \"\" 就是不再记住");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto use = use_ == "list" ? AddressUse::draw_list : AddressUse::detail_page;
     if (address_) {
       const auto address =
           trim(*address_).empty() ? std::optional<std::string>("") : readAddress(session.desk, *address_);
-      if (!address) return kExitRefused;
+      if (!address) return Outcome::refused;
       rememberAddress(session.store, use, *address);
     }
     const std::string shown = shownAddress(storedAddress(session.store, use));
     session.out << (shown.empty() ? "还没有设置地址" : shown) << '\n';
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -123,9 +123,9 @@ class AddCommand final : public Command {
         ->transform(wholeNumber(0, 99));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto period = readPeriod(session.desk, period_);
-    if (!period) return kExitRefused;
+    if (!period) return Outcome::refused;
     const auto date = parseDate(date_);
     if (!date) return refuse(session.desk, fmt::format("日期{}不对，应为 YYYY-MM-DD。", quoteTyped(date_)));
     DrawEntry entry{period_, {}, std::to_string(numbers_.back())};
@@ -133,12 +133,12 @@ class AddCommand final : public Command {
     const CheckedEntry checked = checkManualEntry(entry);
     if (!checked.numbers) {
       session.desk.tell("输入有误或不完整,请核对后重新输入!", Tone::error);
-      return kExitRefused;
+      return Outcome::refused;
     }
     const Outcome outcome = enterDraw(session.store, session.desk, *period, *date, *checked.numbers);
-    if (outcome != Outcome::done) return statusOf(outcome);
+    if (outcome != Outcome::done) return outcome;
     session.out << fmt::format("{} {} {}\n", *period, formatDate(*date), numbersText(*checked.numbers));
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -153,7 +153,7 @@ class DeleteCommand final : public Command {
 
   void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "期号")->required(); }
 
-  int run(Session& session) override { return statusOf(deleteDraw(session.store, session.desk, period_)); }
+  Outcome run(Session& session) override { return deleteDraw(session.store, session.desk, period_); }
 
  private:
   std::string period_;
@@ -168,14 +168,14 @@ class StatsCommand final : public Command {
     app.add_option("TO", to_, "结束期号")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto range = readRange(session.desk, from_, to_);
-    if (!range) return kExitRefused;
+    if (!range) return Outcome::refused;
     const auto rows = countDraws(session.store, *range);
     if (rows == 0) return refuse(session.desk, "这段期号里没有开奖记录。");
     computeDrawStatistics(session.store, session.desk, range->from, range->to);
     session.out << fmt::format("统计完成，共 {} 期\n", rows);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

@@ -20,11 +20,11 @@ class GenerateCommand final : public PeriodCommand {
     PeriodCommand::addOptions(app);
     app.add_flag("--all-reds", all_reds_, "用全部 33 个红球，代替已选的红球");
     app.add_option("--blues", blues_, "用这些蓝球，代替已选的蓝球，如 1-16");
-    existing_.add(app);
+    existing_.add(app, kExistingOfPeriod);
   }
 
  protected:
-  int runPeriod(Session& session, PeriodNo period) override {
+  Outcome runPeriod(Session& session, PeriodNo period) override {
     NumberSelection selection = selectionOf(loadConditionSet(session.store));
     if (all_reds_) std::fill(selection.red.begin() + 1, selection.red.end(), PickState::tuo);
     if (blues_) {
@@ -39,7 +39,7 @@ class GenerateCommand final : public PeriodCommand {
         generateTickets(session.store, session.desk, period, selection, existing_.value());
     if (result.outcome == Outcome::done) printLines(session.out, session.desk.runningText().text());
     if (result.outcome == Outcome::refused && !result.funnel.empty()) printFunnel(session.out, result.funnel);
-    if (result.outcome != Outcome::stopped) return statusOf(result.outcome);
+    if (result.outcome != Outcome::stopped) return result.outcome;
     return refuse(session.desk, "用户中止，没有存储任何号码。");
   }
 

@@ -39,12 +39,12 @@ class PickCommand final : public Command {
     app.add_option("--blue-tuo", lists_[2], "蓝球拖码");
     app.add_option("--blue-dan", lists_[3], "蓝球胆码");
   }
+  [[nodiscard]] std::string usageFault() const override {
+    const bool typed = std::ranges::any_of(lists_, [](const auto& list) { return list.has_value(); });
+    return typed ? "" : "没有给出号码，如 --red-tuo 1,2,5-9；清空选号用 numbers clear。";
+  }
 
-  int run(Session& session) override {
-    if (std::ranges::none_of(lists_, [](const auto& list) { return list.has_value(); })) {
-      refuse(session.desk, "没有给出号码，如 --red-tuo 1,2,5-9；清空选号用 numbers clear。");
-      return kExitUsage;
-    }
+  Outcome run(Session& session) override {
     NumberSelection selection;
     for (int i = 0; i < 4; ++i) {
       if (!lists_[i]) continue;
@@ -63,9 +63,9 @@ class PickCommand final : public Command {
     bool fits = false;
     changeSettings(session.store,
                    [&](ConditionSet& set) { fits = replaceSelection(set, session.desk, selection); });
-    if (!fits) return kExitRefused;
+    if (!fits) return Outcome::refused;
     printSelection(session, selection);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -75,21 +75,22 @@ class PickCommand final : public Command {
 class ShowCommand final : public Command {
  public:
   ShowCommand() : Command("numbers", "show", "显示已选的号码和注数") {}
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     printSelection(session, selectionOf(loadConditionSet(session.store)));
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
 class ClearCommand final : public Command {
  public:
   ClearCommand() : Command("numbers", "clear", "清空已选的号码") {}
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     changeSettings(session.store, [](ConditionSet& set) {
       clearReds(set);
       clearBlues(set);
     });
-    return kExitDone;
+    printSelection(session, {});
+    return Outcome::done;
   }
 };
 
@@ -99,14 +100,14 @@ class HintsCommand final : public Command {
 
   void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "期号，不写为下一期"); }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto period =
         period_.empty() ? nextPeriod(session.store, realClock().today()) : readPeriod(session.desk, period_);
-    if (!period) return kExitRefused;
+    if (!period) return Outcome::refused;
     hintGaiLv(session.store, *period);
     const LowChanceNumbers marked = lowChanceNumbers(session.store);
     session.out << "红球" << ballList(marked.reds) << "\n蓝球" << ballList(marked.blues) << '\n';
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

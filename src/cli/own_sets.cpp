@@ -18,7 +18,7 @@ class MembersCommand : public Command {
  public:
   using Command::Command;
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     std::vector<int> members;
     if (numbers_ != "无") {
       auto numbers = parseNumberList(numbers_, 1, largest());
@@ -30,10 +30,11 @@ class MembersCommand : public Command {
     StoreChange change(session.store);
     bool known = false;
     changeSettings(session.store, [&](ConditionSet& set) { known = setMembers(set, session.desk, members); });
-    if (!known) return kExitRefused;
+    if (!known) return Outcome::refused;
     recountDivided(session.store, session.desk);
     change.commit();
-    return kExitDone;
+    session.out << fmt::format("{}\t{}\n", label(), members.empty() ? "无" : formatNumberList(members));
+    return Outcome::done;
   }
 
  protected:
@@ -41,6 +42,8 @@ class MembersCommand : public Command {
     app.add_option("L", numbers_, "号码，如 1,2,5-9；写“无”清空")->required();
   }
   [[nodiscard]] virtual int largest() const { return kRedCount; }
+  // What the set is called where it is told what it holds now.
+  [[nodiscard]] virtual std::string label() const = 0;
   // False, told, when there is no such set.
   virtual bool setMembers(ConditionSet& set, Desk& desk, std::span<const int> members) = 0;
 
@@ -74,9 +77,11 @@ class IntervalCommand final : public NumberedSetCommand {
   IntervalCommand() : NumberedSetCommand("interval", "设置区间1到区间4的号码", 4) {}
 
  protected:
+  [[nodiscard]] std::string label() const override {
+    return std::string(conditionOfUsage(usageOfInterval(index())).name);
+  }
   bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
-    return set.setColumn(AttributeTable::first, conditionOfUsage(usageOfInterval(index())).name,
-                         membersOf(members));
+    return set.setColumn(AttributeTable::first, label(), membersOf(members));
   }
 };
 
@@ -85,6 +90,9 @@ class GroupCommand final : public NumberedSetCommand {
   GroupCommand() : NumberedSetCommand("group", "设置自定义组1到10的号码", 10) {}
 
  protected:
+  [[nodiscard]] std::string label() const override {
+    return std::string(conditionOfUsage(usageOfGroup(index())).name);
+  }
   bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
     setGroup(set, index(), members);
     return true;
@@ -97,6 +105,9 @@ class PositionCommand final : public NumberedSetCommand {
       : NumberedSetCommand("position", "号码定位：设置每个位置允许的号码，7 是蓝球", kPlaceCount) {}
 
  protected:
+  [[nodiscard]] std::string label() const override {
+    return std::string(conditionOfUsage(usageOfPlace(index())).name);
+  }
   [[nodiscard]] int largest() const override { return index() == kPlaceCount ? kBlueCount : kRedCount; }
   bool setMembers(ConditionSet& set, Desk& /*desk*/, std::span<const int> members) override {
     setPlace(set, index(), members);
@@ -114,6 +125,7 @@ class DivisionCommand final : public MembersCommand {
   }
 
  protected:
+  [[nodiscard]] std::string label() const override { return name_; }
   bool setMembers(ConditionSet& set, Desk& desk, std::span<const int> members) override {
     if (setCustomInterval(set, name_, members)) return true;
     refuse(desk, fmt::format("没有名为{}的自定义区间，名称如 六区间1。", quoteTyped(name_)));

@@ -26,7 +26,7 @@ class ListSetsCommand final : public Command {
   ListSetsCommand()
       : Command("sets", "list", "列出方案，一行一个：名称、含不含选号、与现在的设置有几项不同") {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const ConditionSet now = loadConditionSet(session.store);
     for (const NamedSet& set : allNamedSets(session.store)) {
       const auto with_picks = set.with_picks ? WithPicks::yes : WithPicks::no;
@@ -35,7 +35,7 @@ class ListSetsCommand final : public Command {
           "{}\t{}\t{}\n", set.name, set.with_picks ? "含选号" : "-",
           differences.empty() ? std::string("相同") : fmt::format("{} 项不同", differences.size()));
     }
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -74,12 +74,12 @@ class SaveSetCommand final : public PicksCommand {
  public:
   SaveSetCommand() : PicksCommand("save", "把现在的条件存为一个方案", "选号也存") {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const Outcome outcome = keepNamedSet(
         session.store, session.desk,
         {setName(), withPicks() == WithPicks::yes, setText(loadConditionSet(session.store), withPicks())});
     if (outcome == Outcome::done) session.desk.tell(fmt::format("已保存方案“{}”。", trim(setName())));
-    return statusOf(outcome);
+    return outcome;
   }
 };
 
@@ -88,8 +88,8 @@ class LoadSetCommand final : public PicksCommand {
   LoadSetCommand()
       : PicksCommand("load", "用一个方案代替现在的条件（可以用 conditions undo 撤销）", "选号也换") {}
 
-  int run(Session& session) override {
-    return statusOf(loadNamedSet(session.store, session.desk, setName(), withPicks()));
+  Outcome run(Session& session) override {
+    return loadNamedSet(session.store, session.desk, setName(), withPicks());
   }
 };
 
@@ -97,9 +97,7 @@ class DeleteSetCommand final : public SetCommand {
  public:
   DeleteSetCommand() : SetCommand("sets", "delete", "删除一个方案") {}
 
-  int run(Session& session) override {
-    return statusOf(deleteNamedSet(session.store, session.desk, setName()));
-  }
+  Outcome run(Session& session) override { return deleteNamedSet(session.store, session.desk, setName()); }
 };
 
 class DiffSetCommand final : public SetCommand {
@@ -112,11 +110,11 @@ class DiffSetCommand final : public SetCommand {
     app.add_option("OTHER", other_, "另一个方案的名称");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto set = namedSet(session, setName());
-    if (!set) return kExitRefused;
+    if (!set) return Outcome::refused;
     std::optional<NamedSet> other;
-    if (other_ && !(other = namedSet(session, *other_))) return kExitRefused;
+    if (other_ && !(other = namedSet(session, *other_))) return Outcome::refused;
     // Picked numbers count where both sides have some.
     const bool with_picks = set->with_picks && (!other || other->with_picks);
     const auto picks = with_picks ? WithPicks::yes : WithPicks::no;
@@ -125,7 +123,7 @@ class DiffSetCommand final : public SetCommand {
     const ConditionSet theirs = other ? putNamedSet(now, *other, picks) : now;
     for (const SetDifference& line : differencesBetween(mine, theirs, picks))
       session.out << fmt::format("{}\t{}\t{}\n", line.name, line.before, line.after);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -140,14 +138,14 @@ class ExportSetCommand final : public SetCommand {
     app.add_option("FILE", file_, "文件名")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
     if (isOwnFile(session.start.home(), file_)) return refuse(session.desk, kOwnFile);
     const auto set = namedSet(session, setName());
-    if (!set) return kExitRefused;
+    if (!set) return Outcome::refused;
     realFiles().writeWhole(file_, set->text);
     session.desk.tell(fmt::format("已把方案“{}”写到 {}。", set->name, file_));
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -162,14 +160,14 @@ class ImportSetCommand final : public Command {
     app.add_option("NAME", name_, "方案的名称，不写为文件名");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
     auto set = readNamedSetFile(session.desk, file_, name_, loadConditionSet(session.store));
-    if (!set) return kExitRefused;
+    if (!set) return Outcome::refused;
     const std::string name(trim(set->name));
     const Outcome outcome = keepNamedSet(session.store, session.desk, *std::move(set));
     if (outcome == Outcome::done) session.desk.tell(fmt::format("已读入方案“{}”。", name));
-    return statusOf(outcome);
+    return outcome;
   }
 
  private:
@@ -184,11 +182,11 @@ class StepCommand final : public Command {
   StepCommand(const char* name, const char* description, Make make, const char* done, const char* none)
       : Command("conditions", name, description), make_(make), done_(done), none_(none) {}
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto step = make_(session.store);
     if (!step) return refuse(session.desk, none_);
     session.desk.tell(fmt::format("{}：{}。", done_, step->name));
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

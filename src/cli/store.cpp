@@ -52,14 +52,14 @@ class CheckCommand final : public Command {
 
   [[nodiscard]] bool needsUser() const override { return false; }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const Home& home = session.start.home();
     const std::string backup = mendBackup(home);
     session.out << fmt::format("数据文件\t{}\n备份\t{}\n恢复\t{}\n结构版本\t{}\n", stateText(home.mainDb()),
                                backup, mendedText(session.start.mended()), storedVersion(session.store.db()));
     for (const auto& [table, rows] : tableSizes(session.store))
       session.out << fmt::format("{}\t{}\n", table, rows);
-    if (isSoundStore(home.backupDb())) return kExitDone;
+    if (isSoundStore(home.backupDb())) return Outcome::done;
     return refuse(session.desk, fmt::format("备份不能用：{}。", backup));
   }
 };
@@ -72,11 +72,11 @@ class CompactCommand final : public Command {
   [[nodiscard]] bool compacts() const override { return true; }
 
   // The start has done it already, and told what it couldn't do.
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const CompactResult& result = session.start.compactionResult().value();
-    if (!undoneText(result).empty()) return kExitRefused;
+    if (!undoneText(result).empty()) return Outcome::refused;
     session.out << fmt::format("备份已更新，数据文件 {} → {} 字节\n", result.size_before, result.size_after);
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -87,11 +87,11 @@ class SaveCommand final : public Command {
   [[nodiscard]] bool needsUser() const override { return false; }
   void addOptions(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
     const Outcome saved = saveEverything(session.store, session.start.home(), session.desk, file_);
     if (saved == Outcome::done) session.out << fmt::format("已保存到 {}\n", file_);
-    return statusOf(saved);
+    return saved;
   }
 
  private:
@@ -106,13 +106,13 @@ class RestoreCommand final : public Command {
   void addOptions(CLI::App& app) override { app.add_option("FILE", file_, "文件名")->required(); }
 
   // The start behind it puts everything in place and opens it.
-  [[nodiscard]] int prepare(const Home& home, Desk& desk) override {
+  [[nodiscard]] Outcome prepare(const Home& home, Desk& desk) override {
     if (file_.empty()) return refuse(desk, kNoFileName);
-    return statusOf(prepareRestore(home, desk, file_));
+    return prepareRestore(home, desk, file_);
   }
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     session.out << fmt::format("已从 {} 读入全部数据\n", file_);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

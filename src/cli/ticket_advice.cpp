@@ -26,7 +26,7 @@ class GuaranteeCommand final : public PeriodCommand {
   }
 
  protected:
-  int runPeriod(Session& session, PeriodNo period) override {
+  Outcome runPeriod(Session& session, PeriodNo period) override {
     const auto origin = loadRunOrigin(session.store, period);
     if (!origin)
       return refuse(session.desk,
@@ -42,7 +42,7 @@ class GuaranteeCommand final : public PeriodCommand {
                                           static_cast<int>(std::thread::hardware_concurrency()));
     if (!guarantee) return refuse(session.desk, "用户中止，没有算完。");
     session.out << guaranteeText(*guarantee, of_shrink ? "缩水前" : "过滤缩水前");
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

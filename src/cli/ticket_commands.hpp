@@ -22,24 +22,27 @@ class PeriodCommand : public Command {
     app.add_option("PERIOD", period_, "期号，如 2007001")->required();
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const auto period = readPeriod(session.desk, period_);
-    return period ? runPeriod(session, *period) : kExitRefused;
+    return period ? runPeriod(session, *period) : Outcome::refused;
   }
 
  protected:
-  virtual int runPeriod(Session& session, PeriodNo period) = 0;
+  virtual Outcome runPeriod(Session& session, PeriodNo period) = 0;
 
  private:
   std::string period_;
 };
 
+// What `--existing` means where one period's tickets are made anew.
+inline constexpr const char* kExistingOfPeriod =
+    "这一期已有的号码：keep 保留，replace 删除（不写时要问）；其他期的号码总是删除，tickets undo 可以恢复";
+
 // What a command does with the tickets that stand, said ahead of time.
 class ExistingOption {
  public:
-  void add(CLI::App& app) {
-    app.add_option("--existing", text_, "已有的号码：keep 保留，replace 删除（不写时要问）")
-        ->check(CLI::IsMember({"keep", "replace"}));
+  void add(CLI::App& app, const char* help) {
+    app.add_option("--existing", text_, help)->check(CLI::IsMember({"keep", "replace"}));
   }
   [[nodiscard]] Existing value() const {
     if (text_.empty()) return Existing::ask;

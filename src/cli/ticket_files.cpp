@@ -38,7 +38,7 @@ class ExportCommand final : public Command {
         ->excludes(format);
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (columns_ && !readColumns())
       return refuse(session.desk,
                     fmt::format("内容{}不对，可用：序号,期号,号码,分隔行。", quoteTyped(*columns_)));
@@ -58,20 +58,20 @@ class ExportCommand final : public Command {
   }
 
  private:
-  int writeCompound(Session& session) {
+  Outcome writeCompound(Session& session) {
     const auto [outcome, tickets, bets] = exportCompound(session.store, session.desk, file_);
-    if (outcome != Outcome::done) return statusOf(outcome);
+    if (outcome != Outcome::done) return outcome;
     session.out << fmt::format("已导出 {} 注，合成 {} 行复式，到 {}\n", tickets, bets, file_);
     printRunNotes(session);
-    return kExitDone;
+    return Outcome::done;
   }
 
-  int writeTickets(Session& session) {
+  Outcome writeTickets(Session& session) {
     const auto [outcome, count] = exportCommand(session.store, session.desk, file_, switches_);
-    if (outcome != Outcome::done) return statusOf(outcome);
+    if (outcome != Outcome::done) return outcome;
     session.out << fmt::format("已导出 {} 注到 {}\n", count, file_);
     printRunNotes(session);
-    return kExitDone;
+    return Outcome::done;
   }
 
   bool readColumns() {
@@ -112,20 +112,20 @@ class ImportCommand final : public Command {
                    "一行的内容：0 只有号码，1 期号＋号码，2 序号＋号码，3 复式号码（不写时为 0）")
         ->transform(wholeNumber(0, 3));
     app.add_option("--period", period_, "号码的期号，如 2007001；格式 1 用文件里的期号");
-    existing_.add(app);
+    existing_.add(app, "已有的号码（各期都算）：keep 保留并追加，replace 全部删除（不写时要问）");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (file_.empty()) return refuse(session.desk, kNoFileName);
     ImportChoice choice{static_cast<ImportFormat>(format_), 0};
     if (choice.format != ImportFormat::period_numbers) {
       if (period_.empty()) return refuse(session.desk, "请用 --period 写上号码的期号，如 2007001。");
       const auto period = readPeriod(session.desk, period_);
-      if (!period) return kExitRefused;
+      if (!period) return Outcome::refused;
       choice.period = *period;
     }
     const ImportResult result = importCommand(session.store, session.desk, file_, choice, existing_.value());
-    return statusOf(result.outcome);
+    return result.outcome;
   }
 
  private:

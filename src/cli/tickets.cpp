@@ -28,13 +28,13 @@ class InitCommand final : public PeriodCommand {
 
   void addOptions(CLI::App& app) override {
     PeriodCommand::addOptions(app);
-    existing_.add(app);
+    existing_.add(app, kExistingOfPeriod);
   }
 
  protected:
-  int runPeriod(Session& session, PeriodNo period) override {
+  Outcome runPeriod(Session& session, PeriodNo period) override {
     const InitResult result = initTickets(session.store, session.desk, period, existing_.value());
-    if (result.outcome != Outcome::stopped) return statusOf(result.outcome);
+    if (result.outcome != Outcome::stopped) return result.outcome;
     return refuse(session.desk, fmt::format("用户中止,当前记录余：{} 注", toFullWidth(result.rows)));
   }
 
@@ -52,14 +52,14 @@ class RunCommand final : public PeriodCommand {
   }
 
  protected:
-  int runPeriod(Session& session, PeriodNo period) override {
+  Outcome runPeriod(Session& session, PeriodNo period) override {
     const RunResult result =
         runPipeline(session.store, session.desk, period, funnel_ ? WithFunnel::yes : WithFunnel::no);
     if (result.outcome == Outcome::refused)
       return refuse(session.desk, trim(session.desk.runningText().text()));
     printLines(session.out, session.desk.runningText().text());
     if (funnel_) printFunnel(session.out, result.funnel);
-    return statusOf(result.outcome);
+    return result.outcome;
   }
 
  private:
@@ -78,13 +78,13 @@ class FunnelCommand final : public Command {
     app.add_option("--csv", csv_, "写到这个文件，用逗号分隔");
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (csv_ && csv_->empty()) return refuse(session.desk, kNoFileName);
     if (csv_ && isOwnFile(session.start.home(), *csv_)) return refuse(session.desk, kOwnFile);
     PeriodNo period = firstTicketPeriod(session.store);
     if (period_) {
       const auto typed = readPeriod(session.desk, *period_);
-      if (!typed) return kExitRefused;
+      if (!typed) return Outcome::refused;
       period = *typed;
     }
     const ConditionSet set = loadConditionSet(session.store);
@@ -108,7 +108,7 @@ class FunnelCommand final : public Command {
     if (!rows) return refuse(session.desk, "用户中止，没有算完。");
     if (csv_) realFiles().writeWhole(*csv_, funnelCsv(*rows));
     printFunnel(session.out, *rows);
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -121,13 +121,13 @@ class CheckCommand final : public PeriodCommand {
   CheckCommand() : PeriodCommand("tickets", "check", "用一期的开奖号码核对号码，按奖级统计") {}
 
  protected:
-  int runPeriod(Session& session, PeriodNo period) override {
+  Outcome runPeriod(Session& session, PeriodNo period) override {
     const CheckResult result = checkPrizes(session.store, session.desk, period);
     if (result.outcome == Outcome::refused) return refuse(session.desk, result.refusal);
     printLines(session.out, tallyText(result));
     session.out << '\n' << moneyText(result) << '\n';
     printRunNotes(session, period);
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -137,17 +137,17 @@ class ListCommand final : public Command {
 
   void addOptions(CLI::App& app) override { app.add_option("PERIOD", period_, "只列这一期"); }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     PeriodNo wanted = 0;
     if (period_) {
       const auto period = readPeriod(session.desk, *period_);
-      if (!period) return kExitRefused;
+      if (!period) return Outcome::refused;
       wanted = *period;
     }
     for (const TicketRow& ticket : loadTicketList(session.store))
       if (wanted == 0 || ticket.period == wanted)
         session.out << fmt::format("{} {} {}\n", ticket.period, ticket.seq, numbersText(ticket.numbers));
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:
@@ -157,7 +157,7 @@ class ListCommand final : public Command {
 class ClearCommand final : public Command {
  public:
   ClearCommand() : Command("tickets", "clear", "删除全部号码") {}
-  int run(Session& session) override { return statusOf(clearAllTickets(session.store, session.desk)); }
+  Outcome run(Session& session) override { return clearAllTickets(session.store, session.desk); }
 };
 
 // `tickets undo` and `redo`.
@@ -166,7 +166,7 @@ class StepCommand final : public Command {
   using Make = Outcome (*)(Store&, Desk&);
   StepCommand(const char* name, const char* description, Make make)
       : Command("tickets", name, description), make_(make) {}
-  int run(Session& session) override { return statusOf(make_(session.store, session.desk)); }
+  Outcome run(Session& session) override { return make_(session.store, session.desk); }
 
  private:
   Make make_;

@@ -21,13 +21,13 @@ class ListCommand final : public Command {
 
   [[nodiscard]] bool needsUser() const override { return false; }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const std::string current = currentUser(session.store);
     for (const User& user : allUsers(session.store))
       session.out << fmt::format("{}\t{}\t{}\n", user.name,
                                  user.last_login ? formatDate(*user.last_login) : "—",
                                  user.name == current ? "当前" : "");
-    return kExitDone;
+    return Outcome::done;
   }
 };
 
@@ -45,10 +45,10 @@ class NamedUserCommand : public Command {
   [[nodiscard]] bool namesUser() const override { return true; }
   void addOptions(CLI::App& app) override { app.add_option("NAME", name_, "用户名")->required(); }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     if (userMode(session.store) != UserMode::multi)
       return refuse(session.desk, "不是多用户模式，没有用户；用 users mode multi 设置。");
-    return work(session, name_) ? kExitDone : kExitRefused;
+    return doneIf(work(session, name_));
   }
 
  private:
@@ -124,12 +124,12 @@ class ModeCommand final : public Command {
     app.add_option("MODE", mode_, "single 或 multi")->required()->check(CLI::IsMember({"single", "multi"}));
   }
 
-  int run(Session& session) override {
+  Outcome run(Session& session) override {
     const bool multi = mode_ == "multi";
     if (!chooseUserMode(session.store, multi ? UserMode::multi : UserMode::single))
       return refuse(session.desk, "用户模式早已选定，不能再改。");
     session.out << (multi ? "多用户模式\n" : "单用户模式\n");
-    return kExitDone;
+    return Outcome::done;
   }
 
  private:

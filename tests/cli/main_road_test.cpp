@@ -138,20 +138,22 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
     return db.execAndGet("SELECT " + select).getString();
   };
   fetch(kDrawList);
-  for (const auto& [command, cell] :
-       {std::pair{"tolerance", "3901"}, {"tolerance-all", "3904"}, {"shrink", "3900"}}) {
+  for (const auto& [command, cell, answer] : {std::tuple{"tolerance", "3901", "号码定位容错值\t3\n"},
+                                              {"tolerance-all", "3904", "全部条件容错值\t3\n"},
+                                              {"shrink", "3900", "缩水类型\t保三型\n"}}) {
     const std::string others = std::string(R"(group_concat("Value") FROM "过滤条件" WHERE "ID"<>)") + cell;
     const std::string before = stored(others);
-    home_.doStep({"conditions", command, "3"});
+    expectReply({"conditions", command, "３"}, answer);
     EXPECT_EQ(stored(std::string(R"("Value" FROM "过滤条件" WHERE "ID"=)") + cell), "3");
     EXPECT_EQ(stored(others), before) << command << " writes one cell";
   }
-  expectReply({"conditions", "shrink", "6", "--fewer", "on", "--effort", "7"}, "-\t精简缩水\ton\t力度 7\n");
+  expectReply({"conditions", "shrink", "6", "--fewer", "on", "--effort", "7"},
+              "缩水类型\t保六型\n-\t精简缩水\ton\t力度 7\n");
   EXPECT_EQ(stored(R"(group_concat("Value") FROM "过滤条件" WHERE "ID" BETWEEN 3900 AND 3903)"), "6,3,1,7");
   EXPECT_TRUE(outOf({"conditions", "show"}).ends_with(" 精简缩水： 使 用，力度 ７\n\n"));
   expectReply({"conditions", "use", "精简缩水", "off"}, "-\t精简缩水\toff\t力度 7\n");
   EXPECT_EQ(outOf({"conditions", "show"}).find("精简缩水"), std::string::npos);
-  expectReply({"conditions", "shrink", "6", "--effort", "3"}, "-\t精简缩水\toff\t力度 3\n");
+  expectReply({"conditions", "shrink", "6", "--effort", "3"}, "缩水类型\t保六型\n-\t精简缩水\toff\t力度 3\n");
   const std::string range = "２０２４００２～２０２４００５，最大匹配值 ３（自选范围）\n";
   const std::string match = "-\t历史数据过滤\ton\t" + range;
   const std::string fewer = "-\t精简缩水\toff\t力度 3\n";
@@ -171,7 +173,7 @@ TEST_F(MainRoad, SettingsOfTheCommandLineStandWhereTheyBelong) {
   const std::string counts = R"(group_concat("区间1",'') FROM "历史记录" ORDER BY "期号")";
   const std::string factory = stored(counts);
   expectReply({"conditions", "interval", "1", "1-3"},
-              "区间重新划分之后，各区间的开出号码个数需要重新计算。。。\n");
+              "区间重新划分之后，各区间的开出号码个数需要重新计算。。。\n区间1\t1-3\n");
   EXPECT_EQ(stored(counts), "31001");
   expectReply({"--answer", "yes", "conditions", "reset"}, "完成，过滤条件已经还原为默认值！\n",
               "要把全部过滤条件还原为默认值，并清空已选的号码吗？ [还原]\n");
