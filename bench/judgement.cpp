@@ -1,5 +1,5 @@
-// smart-100k, match-100k, fewer-88k, guarantee-88k and backtest-3500: tickets and draws judged in memory against the rule done
-// literally.
+// smart-100k, match-100k, fewer-88k, guarantee-88k and backtest-3500: tickets and draws judged in memory
+// against the rule done literally.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -176,8 +176,8 @@ void fewer88k(State& state, const Sizes& sizes, int shared) {
   }
 }
 
-// The tickets of the filtered set taken in turn as the draw, those of the plain shrink checked against it; the
-// floor does a twentieth of that ticket by ticket.
+// The tickets of the filtered set taken in turn as the draw, those of the plain shrink checked against it;
+// the floor does a twentieth of that ticket by ticket.
 void guarantee88k(State& state, const Sizes& sizes, int threads) {
   constexpr std::size_t part = 20;
   const TicketSet tickets = filteredTickets(sizes);
@@ -210,8 +210,8 @@ void guarantee88k(State& state, const Sizes& sizes, int threads) {
   }
 }
 
-// Every draw judged by every condition, against a plan made anew for each tenth of them; and the shares at the
-// newest 100.
+// Every draw judged by every condition, against a plan made anew for each tenth of them; and the shares at
+// the newest 100.
 void backtest3500(State& state, const Sizes& sizes) {
   World world;
   Store& store = world.store();

@@ -8,14 +8,15 @@
 //   run-100k-walk   walking and updating the rows one by one in the store for each pass, against
 //                   runPipeline; at least 50
 //   undo-100k       the tickets packed and kept in front of a run against the run; at most 0.1
-//   live-100k       LiveCount over the tickets it holds, every condition on, against one plain read of the rows: a
-//                   count that a click waits for takes less than reading what it counts; at most 1 and 50 ms
-//                   (/shrink: with the smart optimisation and the shrink at 6)
+//   live-100k       LiveCount over the tickets it holds, every condition on, against one plain read of the
+//                   rows: a count that a click waits for takes less than reading what it counts; at most 1
+//                   and 50 ms (/shrink: with the smart optimisation and the shrink at 6)
 //   shrink-100k/N   the literal centre-by-centre rule at N = 6 against the shrink by bitmaps; at least 20
-//   fewer-88k/N     searchCover with the factory effort over 88,008 filtered tickets against the literal rule at
-//                   N = 6 over the same tickets; at most 20, and fewer tickets than the plain shrink leaves
-//   guarantee-88k   each of 88,008 tickets as the draw, the 5,148 of their plain shrink checked against it: ticket by
-//                   ticket against checkGuarantee; at least 20, and 2 s (/2: on two threads)
+//   fewer-88k/N     searchCover with the factory effort over 88,008 filtered tickets against the literal
+//                   rule at N = 6 over the same tickets; at most 20, and fewer tickets than the plain shrink
+//                   leaves
+//   guarantee-88k   each of 88,008 tickets as the draw, the 5,148 of their plain shrink checked against it:
+//                   ticket by ticket against checkGuarantee; at least 20, and 2 s (/2: on two threads)
 //   shrink-repeats  the same for 20,000 imported tickets that each repeat a red; at least 20
 //   stats-3500      66 counting selects a row against computeDrawStatistics over 3,500 draws; at least 20
 //   smart-100k      the literal comparison of 463 differences a ticket against optimiseSmart; at least 15
@@ -32,11 +33,11 @@
 //   shrink-all/N    all 17,721,088 tickets in memory, seconds a ticket against shrink-100k/N
 //   passes-all      every condition over all 17,721,088 tickets in memory, seconds for each ticket that a
 //                   pass looks at against the same over 99,008 tickets (/2: on two threads)
-//   generate-all    generateTickets for all 17,721,088 tickets, every condition on and N = 4, stored, against the
-//                   steps over all of them in memory on two threads and the shrink ticket by ticket; at most 1, and
-//                   1 s
-//   judge-all       how many of all conditions each of the 1,107,568 red sixes fails, against the passes over the same
-//                   sixes (/2: on two threads)
+//   generate-all    generateTickets for all 17,721,088 tickets, every condition on and N = 4, stored, against
+//                   the steps over all of them in memory on two threads and the shrink ticket by ticket; at
+//                   most 1, and 1 s
+//   judge-all       how many of all conditions each of the 1,107,568 red sixes fails, against the passes over
+//                   the same sixes (/2: on two threads)
 //
 // --smoke runs the small ones with small sizes, to show that they work; its figures mean nothing.
 #include <benchmark/benchmark.h>

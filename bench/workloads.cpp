@@ -92,8 +92,8 @@ void run100k(State& state, const Sizes& sizes) {
   }
 }
 
-// What the way back costs a run: the tickets packed and kept, against the run itself. `keep_ms` is the same in
-// front of an action that reads no tickets, `undo_ms` the way back.
+// What the way back costs a run: the tickets packed and kept, against the run itself. `keep_ms` is the same
+// in front of an action that reads no tickets, `undo_ms` the way back.
 void undo100k(State& state, const Sizes& sizes) {
   World world;
   setUp(world, sizes);
@@ -326,8 +326,8 @@ void passesAll(State& state, const Sizes& sizes, int threads) {
   }
 }
 
-// All tickets generated with every condition on and stored, against the same steps over all of them held singly
-// and the shrink ticket by ticket.
+// All tickets generated with every condition on and stored, against the same steps over all of them held
+// singly and the shrink ticket by ticket.
 void generateAll(State& state, const Sizes& sizes) {
   constexpr int shared = 4;
   World world;

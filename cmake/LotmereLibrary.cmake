@@ -4,9 +4,11 @@
 # include root of its own, so that a room sees only the rooms it links: a wrong include doesn't compile. A
 # NAME with a slash, "ui/look", is the target lotmere_ui_look.
 add_library(lotmere_options INTERFACE)
-target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+target_compile_options(lotmere_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                                 -Wno-sign-conversion
                                                  -Wnon-virtual-dtor $<$<BOOL:${LOTMERE_WERROR}>:-Werror>
-                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 warns falsely in std::string
+                                                 # GCC 12 warns falsely in std::string
+                                                 $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(LOTMERE_SANITIZE OR LOTMERE_FUZZ OR CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_definitions(lotmere_options INTERFACE LOTMERE_ASSERTS)
 endif()

@@ -31,7 +31,8 @@ check_program() {
   local answer
   if [ ! -x "$prefix/bin/$1" ]; then
     fault "bin/$1 is missing"
-  elif ! answer=$(cd "$scratch" && QT_QPA_PLATFORM=offscreen timeout 60 "$prefix/bin/$1" --version 2> "$scratch/errors"); then
+  elif ! answer=$(cd "$scratch" && QT_QPA_PLATFORM=offscreen timeout 60 "$prefix/bin/$1" --version \
+    2> "$scratch/errors"); then
     fault "bin/$1 --version fails: $answer $(< "$scratch/errors")"
   elif [[ " $answer " != *" $version "* ]]; then
     fault "bin/$1 --version says '$answer', not $version"

@@ -41,13 +41,15 @@ import xml.etree.ElementTree as tree
 
 root = tree.parse(sys.argv[1]).getroot()
 release = root.find("releases/release")
-facts = [root.findtext("id"), root.findtext("launchable[@type='desktop-id']"), root.findtext("icon[@type='stock']")]
+facts = [root.findtext("id"), root.findtext("launchable[@type='desktop-id']"),
+         root.findtext("icon[@type='stock']")]
 facts += [release.get(name) for name in ("version", "date")] if release is not None else [None, None]
 print("\n".join((fact or "").strip() for fact in facts))
 PYTHON
 )
 [ "${#facts[@]}" -eq 5 ] || { refuse "$metainfo can't be read"; exit 1; }
-id=${facts[0]} launchable=${facts[1]} stock_icon=${facts[2]} metainfo_version=${facts[3]} metainfo_date=${facts[4]}
+id=${facts[0]} launchable=${facts[1]} stock_icon=${facts[2]}
+metainfo_version=${facts[3]} metainfo_date=${facts[4]}
 
 heading=$(grep -m 1 '^## ' CHANGELOG.md || true)
 change_log_version=$(sed -E 's/^## +([^ ]*).*/\1/' <<< "$heading")
@@ -56,10 +58,12 @@ cmake_version=$(sed -nE 's/^project\(lotmere VERSION ([0-9.]+).*/\1/p' CMakeList
 [ "$change_log_version" = "$cmake_version" ] ||
   refuse "the newest heading of CHANGELOG.md is '$heading', the version in CMakeLists.txt '$cmake_version'"
 [ "$metainfo_version" = "$cmake_version" ] ||
-  refuse "the newest release of $metainfo is '$metainfo_version', the version in CMakeLists.txt '$cmake_version'"
+  refuse "the newest release of $metainfo is '$metainfo_version', the version in CMakeLists.txt" \
+    "'$cmake_version'"
 heading_date=$(grep -oE '[0-9]{4}-[0-9]{2}-[0-9]{2}' <<< "$heading" || true)
 [ -z "$heading_date" ] || [ "$heading_date" = "$metainfo_date" ] ||
-  refuse "the newest heading of CHANGELOG.md is of $heading_date, the newest release of $metainfo of '$metainfo_date'"
+  refuse "the newest heading of CHANGELOG.md is of $heading_date, the newest release of $metainfo" \
+    "of '$metainfo_date'"
 if "$release" && [[ "$heading" == *"(unreleased)"* ]]; then
   refuse "CHANGELOG.md still says '$heading'"
 fi

@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 missing=()
 while read -r package; do
   [[ "$package" =~ ^(#|$) ]] && continue
-  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null |
+    grep -q 'install ok installed' || missing+=("$package")
 done < packaging/debian-packages.txt
 [ "${#missing[@]}" -eq 0 ] && exit 0
 
@@ -15,4 +16,5 @@ as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 echo "Installing: ${missing[*]}" >&2
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
+  --no-install-recommends "${missing[@]}" >&2

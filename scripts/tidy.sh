@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# clang-tidy over src, tests, bench, tools and fuzz, headers included; with files as arguments, over those alone.
-# First it has to find a fault that is planted in a header: a filter that lets no header through finds
+# clang-tidy over src, tests, bench, tools and fuzz, headers included; with files as arguments, over those
+# alone. First it has to find a fault that is planted in a header: a filter that lets no header through finds
 # nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -16,7 +16,8 @@ trap 'rm -rf "$planted"' EXIT
 mkdir -p "$planted/include-roots/game"
 echo 'inline int Wrong_Name() { return 0; }' > "$planted/include-roots/game/planted.hpp"
 echo '#include "game/planted.hpp"' > "$planted/planted.cpp"
-found=$(clang-tidy --config-file=.clang-tidy "$planted/planted.cpp" -- -I "$planted/include-roots" 2> /dev/null || true)
+found=$(clang-tidy --config-file=.clang-tidy "$planted/planted.cpp" \
+  -- -I "$planted/include-roots" 2> /dev/null || true)
 if [[ $found != *Wrong_Name* ]]; then
   echo "clang-tidy doesn't see a fault in a header" >&2
   exit 1

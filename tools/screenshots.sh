@@ -8,5 +8,6 @@ cmake --preset release > /dev/null
 cmake --build --preset release --target lotmere-screenshots
 mkdir -p docs/images
 for look in light dark; do
-  xvfb-run -a -s "-screen 0 1280x800x24" build/release/bin/lotmere-screenshots "$PWD/samples/draws.txt" docs/images "$look"
+  xvfb-run -a -s "-screen 0 1280x800x24" build/release/bin/lotmere-screenshots \
+    "$PWD/samples/draws.txt" docs/images "$look"
 done

@@ -5,10 +5,11 @@
 //                   the steps that open the store; at most 2
 //   history-3500    the grid of all draws read anew and painted, against a plain read of every field
 //   tickets-100k    the ticket grid read anew and painted, 99,008 tickets, against a plain read of the rows
-//   sheet-3500      the condition page made and painted for the first time over 3,500 draws, against 300 ms; at most 1
+//   sheet-3500      the condition page made and painted for the first time over 3,500 draws, against 300 ms;
+//                   at most 1
 //   click-sheet     a click on a list of the condition sheet, to the repaint, against 30 ms; at most 1
-//   alive-100k      a run with every condition on over 99,008 tickets in the window: the longest time that the
-//                   window's thread doesn't look at its events, against 50 ms; at most 1
+//   alive-100k      a run with every condition on over 99,008 tickets in the window: the longest time that
+//                   the window's thread doesn't look at its events, against 50 ms; at most 1
 //   stop-pass-100k  the same run stopped in its middle: from the press to the end of the pass under way,
 //                   against 20 ms; at most 1
 //   stop-100k       the same, to the painted grid, against the write-back of such a run without a window and
@@ -49,7 +50,8 @@ double between(Moment from, Moment to) { return std::chrono::duration<double>(to
 // The look of a run at which stop is pressed: in its middle.
 constexpr int kStopAt = 40;
 
-// A course that is stopped at a look, and notes when, and when what can't be stopped any more begins behind it.
+// A course that is stopped at a look, and notes when, and when what can't be stopped any more begins behind
+// it.
 template <class Base>
 class StoppedCourse final : public Base {
  public:

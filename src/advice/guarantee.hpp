@@ -24,8 +24,8 @@ struct Guarantee {
 };
 
 // Takes each of `draws` in turn as the draw and checks all of `held` against it. Tickets of any kind: out of
-// order, twice, with a red repeated or a number missing. `threads` work side by side; the outcome is the same.
-// Nothing when the course stops it.
+// order, twice, with a red repeated or a number missing. `threads` work side by side; the outcome is the
+// same. Nothing when the course stops it.
 [[nodiscard]] std::optional<Guarantee> checkGuarantee(std::span<const Balls> draws,
                                                       std::span<const Balls> held, Course& course,
                                                       int threads = 1);

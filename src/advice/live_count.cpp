@@ -75,8 +75,8 @@ bool LiveTickets::walkTolerant(const FilterPlan& plan, Left& left, CourseLeg& le
   return true;
 }
 
-// Block by block, each in the order of the steps. A group of equal sixes goes through the steps that look at the
-// reds alone once, with the number of its tickets that are left; only the places look at its tickets.
+// Block by block, each in the order of the steps. A group of equal sixes goes through the steps that look at
+// the reds alone once, with the number of its tickets that are left; only the places look at its tickets.
 template <class Keep>
 bool LiveTickets::walkSteps(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const {
   struct Group {

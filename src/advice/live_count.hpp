@@ -36,12 +36,13 @@ class LiveTickets {
  public:
   // What a run would leave of the tickets.
   struct Left {
-    // The steps that are on, in the order of a run: what stands in front of each and behind it. With a tolerance
-    // over the whole set each has the whole set in front of it, and a last row tells what all together leave.
+    // The steps that are on, in the order of a run: what stands in front of each and behind it. With a
+    // tolerance over the whole set each has the whole set in front of it, and a last row tells what all
+    // together leave.
     std::vector<FunnelStep> funnel;
     std::int64_t filtered = 0;  // behind the filters
-    // Behind the reduction; where it searches for fewer tickets, how many at most: those of the plain shrink, and
-    // one for each blue that the plain shrink loses.
+    // Behind the reduction; where it searches for fewer tickets, how many at most: those of the plain shrink,
+    // and one for each blue that the plain shrink loses.
     std::int64_t left = 0;
   };
 
@@ -55,8 +56,8 @@ class LiveTickets {
   [[nodiscard]] std::optional<Left> countLeft(const FilterPlan& plan, Course& course) const;
 
  private:
-  // Each gives the tickets behind the filters to `keep` and counts them in the funnel of `left`; false when the
-  // course stops it.
+  // Each gives the tickets behind the filters to `keep` and counts them in the funnel of `left`; false when
+  // the course stops it.
   template <class Keep>
   bool walkTolerant(const FilterPlan& plan, Left& left, CourseLeg& leg, Keep&& keep) const;
   template <class Keep>

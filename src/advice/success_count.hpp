@@ -6,9 +6,9 @@
 
 namespace lotmere {
 
-// By the number of successes, 0 to all, how likely it is. `chances` are those of the trials, each 0 to 1: equal
-// ones give the binomial distribution, others the Poisson binomial one. Exact but for rounding, in time that
-// grows with the square of the number of trials (3,500 take some ten milliseconds).
+// By the number of successes, 0 to all, how likely it is. `chances` are those of the trials, each 0 to 1:
+// equal ones give the binomial distribution, others the Poisson binomial one. Exact but for rounding, in time
+// that grows with the square of the number of trials (3,500 take some ten milliseconds).
 [[nodiscard]] std::vector<double> successDistribution(std::span<const double> chances);
 
 struct CountRange {

@@ -16,8 +16,8 @@
 
 namespace lotmere {
 
-// By what a list item of the condition passes on (panelItems()): a value, the number of a shape, a number of a
-// place. Indices that no item has, and figures that no cell stands for, are counted nowhere.
+// By what a list item of the condition passes on (panelItems()): a value, the number of a shape, a number of
+// a place. Indices that no item has, and figures that no cell stands for, are counted nowhere.
 struct ValueShares {
   std::vector<std::int64_t> sixes;  // of kAllRedSixes, which have this figure
   std::vector<int> draws;           // the newest draws that have it, each against the draws before it
@@ -26,10 +26,10 @@ struct ValueShares {
   Metric metric;
 };
 
-// With the groups and members of the set as they are; the cells and switches don't matter. The sixes are judged
-// against the draws before `next_period`; `last` (from 1 on) of these draws are looked at. At a place of 号码定位 a
-// six counts for its red at that place; a blue counts as a sixteenth of all. Nothing for a condition without
-// cells, and for 前2期和值相同组, whose cells don't exclude each other.
+// With the groups and members of the set as they are; the cells and switches don't matter. The sixes are
+// judged against the draws before `next_period`; `last` (from 1 on) of these draws are looked at. At a place
+// of 号码定位 a six counts for its red at that place; a blue counts as a sixteenth of all. Nothing for a
+// condition without cells, and for 前2期和值相同组, whose cells don't exclude each other.
 [[nodiscard]] std::optional<ValueShares> valueShares(const ConditionSet& set, const DrawTable& draws,
                                                      const Condition& condition, PeriodNo next_period,
                                                      int last);

@@ -29,8 +29,8 @@ class Course {
   virtual void clearStop() {}
 };
 
-// An operation that can be stopped: a stop asked for is forgotten when it ends, on the route of a failure too,
-// so that the next one doesn't stop at once.
+// An operation that can be stopped: a stop asked for is forgotten when it ends, on the route of a failure
+// too, so that the next one doesn't stop at once.
 class StopScope {
  public:
   explicit StopScope(Course& course) : course_(course) {}

@@ -16,8 +16,8 @@ namespace lotmere {
 
 enum class Tone { information, warning, error };
 
-// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF. The work writes it while the face,
-// on a thread of its own, shows it.
+// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF. The work writes it while the
+// face, on a thread of its own, shows it.
 class RunningText {
  public:
   [[nodiscard]] std::string text() const;

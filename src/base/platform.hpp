@@ -152,8 +152,8 @@ class TextConverter {
 
 // What a program does before anything else. Makes sure that the descriptors 0 to 2 are open, so that no file
 // of the program's takes the place of one and gets what is printed: one that was closed reads nothing and
-// refuses what is written. What the program writes is its owner's to read, and a file that may grow no further
-// is a failure that can be told, as a full disk is.
+// refuses what is written. What the program writes is its owner's to read, and a file that may grow no
+// further is a failure that can be told, as a full disk is.
 void prepareProcess();
 // Whether warnings and questions go to a terminal.
 [[nodiscard]] bool errorsGoToTerminal();

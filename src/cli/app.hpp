@@ -20,8 +20,8 @@ struct Surroundings {
 };
 
 // Runs one command: `arguments` without the program's name. Returns 0 when it is done, 1 when it was refused
-// or failed (with one line on `err`), 2 when the arguments are no command, 130 when TerminalCourse::interrupt()
-// stopped it before its end. Nothing is thrown.
+// or failed (with one line on `err`), 2 when the arguments are no command, 130 when
+// TerminalCourse::interrupt() stopped it before its end. Nothing is thrown.
 int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
            const Surroundings& surroundings);
 

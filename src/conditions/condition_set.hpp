@@ -1,7 +1,7 @@
 // Everything that a user has set, as one value: picks, allowed cells, switches, groups, places, divisions,
 // intervals and the match with past draws. Loaded from the store once, compared, copied, changed, handed to
-// another thread, and saved back by key (conditions/condition_store.hpp). What judges a ticket is made from it
-// without the store.
+// another thread, and saved back by key (conditions/condition_store.hpp). What judges a ticket is made from
+// it without the store.
 #pragma once
 
 #include <array>
@@ -19,8 +19,8 @@
 
 namespace lotmere {
 
-// The cells of one condition. A range that starts at a multiple of ten has the cell of value k at index k; the
-// selection rows 1 to 33 and 101 to 116 land on the index of their number.
+// The cells of one condition. A range that starts at a multiple of ten has the cell of value k at index k;
+// the selection rows 1 to 33 and 101 to 116 land on the index of their number.
 using ValueArray = std::array<int, 200>;
 
 // Whole numbers by ascending key. A key that isn't there reads as 0 and can't be set.

@@ -49,7 +49,8 @@ Outcome loadNamedSet(Store& store, Desk& desk, std::string_view name, WithPicks 
 [[nodiscard]] std::optional<NamedSet> readNamedSet(Desk& desk, std::string name, std::string_view text,
                                                    const ConditionSet& base);
 
-// The same of a file, whose name without its ending is the set's where none is given. Throws as TextFile does.
+// The same of a file, whose name without its ending is the set's where none is given. Throws as TextFile
+// does.
 [[nodiscard]] std::optional<NamedSet> readNamedSetFile(Desk& desk, const std::filesystem::path& file,
                                                        const std::optional<std::string>& name,
                                                        const ConditionSet& base);

@@ -10,8 +10,8 @@
 
 namespace lotmere {
 
-// A line: its name, what it says of a set, and what it makes of one; `read` is false for a value that breaks a
-// rule, and may have changed the set by then.
+// A line: its name, what it says of a set, and what it makes of one; `read` is false for a value that breaks
+// a rule, and may have changed the set by then.
 struct SetLine {
   std::string name;
   std::function<std::string(const ConditionSet&)> write;

@@ -11,10 +11,10 @@
 //   精简缩水：开 3
 //   完
 //
-// The version stands on top, then a line a condition or setting, in any order, and a last line by which a text
-// that was cut off is known. What is missing stays as it is
-// in the set that the text is read into. A switch says 开 or 关, or its number where the store holds another.
-// The groups of the families are no user's and are left out.
+// The version stands on top, then a line a condition or setting, in any order, and a last line by which a
+// text that was cut off is known. What is missing stays as it is in the set that the text is read into. A
+// switch says 开 or 关, or its number where the store holds another. The groups of the families are no user's
+// and are left out.
 #pragma once
 
 #include <optional>

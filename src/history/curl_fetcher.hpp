@@ -13,8 +13,8 @@ namespace lotmere {
 // status 400 or above, when the reply breaks off before its announced end, or when it is longer than 32 MiB;
 // and at once when a file address names anything but a regular file, which could stay silent for ever.
 //
-// A fetch is a leg of the course, begun by the caller, and looks at it every few milliseconds; a stop breaks it
-// off and is the caller's to clear. Nothing is thrown but what the course throws; the connection is closed
+// A fetch is a leg of the course, begun by the caller, and looks at it every few milliseconds; a stop breaks
+// it off and is the caller's to clear. Nothing is thrown but what the course throws; the connection is closed
 // then.
 [[nodiscard]] std::unique_ptr<Fetcher> makeCurlFetcher(Course& course);
 

@@ -59,8 +59,8 @@ struct ShrinkPage {
   std::string promise;  // what the chosen type promises
 };
 [[nodiscard]] ShrinkPage shrinkPage(const ConditionSet& set);
-// What a shrink type promises, in a sentence: the prize that N shared numbers win in the worst case. Empty for a
-// number that names no type.
+// What a shrink type promises, in a sentence: the prize that N shared numbers win in the worst case. Empty
+// for a number that names no type.
 [[nodiscard]] std::string promiseText(int type);
 
 }  // namespace lotmere

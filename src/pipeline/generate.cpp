@@ -164,8 +164,8 @@ class Generation {
     return std::nullopt;
   }
 
-  // The last step of the run. Puts what is left into `tickets` where it may be stored, and gives how many that
-  // are.
+  // The last step of the run. Puts what is left into `tickets` where it may be stored, and gives how many
+  // that are.
   std::int64_t shrink(Entries& entries, const Funnel& funnel, TicketSet& tickets) {
     tickets.period = plan_.period();
     if (scores() || searches() || (!shrinks() && funnel.left <= limits_.stored)) {

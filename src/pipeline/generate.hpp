@@ -29,12 +29,12 @@ struct GenerateResult {
   std::vector<FunnelRow> funnel;  // of a refusal for too many tickets
 };
 
-// Does what an initialisation with this selection, however many tickets it makes, and a run behind it would do,
-// with the lines of the run in the running text; only IDs differ, which go on without a gap behind the highest.
-// Tickets of the period that are kept are filtered too, in front of the new ones. Refused, told in one line,
-// where the selection makes no ticket, the user cancels, or one of the limits is passed. What is refused,
-// stopped or fails (SQLite::Exception) changes nothing. The tickets stand as sixes until the conditions have
-// left few enough: some 50 MB for all 17,721,088.
+// Does what an initialisation with this selection, however many tickets it makes, and a run behind it would
+// do, with the lines of the run in the running text; only IDs differ, which go on without a gap behind the
+// highest. Tickets of the period that are kept are filtered too, in front of the new ones. Refused, told in
+// one line, where the selection makes no ticket, the user cancels, or one of the limits is passed. What is
+// refused, stopped or fails (SQLite::Exception) changes nothing. The tickets stand as sixes until the
+// conditions have left few enough: some 50 MB for all 17,721,088.
 GenerateResult generateTickets(Store& store, Desk& desk, PeriodNo period, const NumberSelection& selection,
                                Existing existing = Existing::ask, const GenerateLimits& limits = {});
 

@@ -168,8 +168,8 @@ class Walk {
     return {begin, end, counter_.count(std::span(tickets_.balls).subspan(begin, end - begin))};
   }
 
-  // Takes every segment block by block: keep(part, row, end, kept) moves what stays of the rows up to `end` to
-  // `kept` and onward. True when a stop cut it short.
+  // Takes every segment block by block: keep(part, row, end, kept) moves what stays of the rows up to `end`
+  // to `kept` and onward. True when a stop cut it short.
   template <class Keep>
   bool walk(const Keep& keep) {
     std::size_t rows = 0;

@@ -31,8 +31,8 @@ struct Funnel {
   std::vector<StepResult> steps;
   std::int64_t left = 0;  // tickets that stand behind the last
   bool stopped = false;
-  // Whether the tickets are numbered by their places; else, as no step but the combinations looked at them, in
-  // the order of the numbers that they had.
+  // Whether the tickets are numbered by their places; else, as no step but the combinations looked at them,
+  // in the order of the numbers that they had.
   bool by_place = false;
 };
 
@@ -62,8 +62,8 @@ class StepWatcher {
 // are those of tickets, while marks and running numbers belong to entries.
 //
 // With a tolerance over the whole set one walk judges every ticket by all steps and removes what
-// FilterPlan::rejects; whatever stays, after a stop what wasn't reached too, has mark 1 and running numbers in
-// the order of the rows. 历史数据过滤, which stands outside the tolerance, ends last.
+// FilterPlan::rejects; whatever stays, after a stop what wasn't reached too, has mark 1 and running numbers
+// in the order of the rows. 历史数据过滤, which stands outside the tolerance, ends last.
 Funnel thin(const FilterPlan& plan, TicketSet& tickets, Course& course, StepWatcher& watcher,
             int threads = 1);
 

@@ -49,8 +49,8 @@ class SixCover {
   // `shared` is N, 2 to 6.
   explicit SixCover(int shared) : reds_(kRedCount, shared), blues_(shared - 1) {}
 
-  // Takes the tickets of six reds with each of these blues (bit n for blue n), ascending. Gives the blue of the
-  // one that becomes a centre; 0 where earlier centres cover all.
+  // Takes the tickets of six reds with each of these blues (bit n for blue n), ascending. Gives the blue of
+  // the one that becomes a centre; 0 where earlier centres cover all.
   int take(Balls reds, std::uint32_t blues);
   // Makes a ticket of any kind a centre, covered or not.
   void keep(Balls ticket);

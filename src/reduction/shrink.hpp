@@ -28,9 +28,9 @@ class ShrinkLine {
 // visited in the order of creation, a ticket stays (a centre, `缩水标记` = type, `序号` from 1) unless an
 // earlier centre shares `type` or more. With an `effort` of 1 to 9 it searches for fewer centres that cover
 // the same tickets, and every blue (searchCover). Type 7 and any value that names no type only count. Calls
-// the smart optimisation first, whatever the type; `smart` says whether that one is switched on. On a stop the
-// tickets not reached stay as they were; of the search the best cover stays, which has reached all. Returns
-// the number of centres.
+// the smart optimisation first, whatever the type; `smart` says whether that one is switched on. On a stop
+// the tickets not reached stay as they were; of the search the best cover stays, which has reached all.
+// Returns the number of centres.
 std::int64_t shrinkCover(Store& store, Desk& desk, TicketSet& tickets, int type, bool smart, int effort = 0);
 
 }  // namespace lotmere

@@ -47,8 +47,8 @@ constexpr auto makeAllSubsets() {
 }
 constexpr auto kSubsets = makeAllSubsets();
 
-// Calls visit(rank) for the subsets of a size of a list until it returns true. The rank of a subset is the sum
-// of C(code, place) over its ascending codes.
+// Calls visit(rank) for the subsets of a size of a list until it returns true. The rank of a subset is the
+// sum of C(code, place) over its ascending codes.
 template <class Visit>
 bool visitSubsets(const CodeList& list, int size, Visit&& visit) {
   const Subsets& subsets = kSubsets[list.count][size];

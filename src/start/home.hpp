@@ -37,16 +37,16 @@ struct Home {
                             const std::string& user_home);
 
 // Whether a file that somebody names is one of the program's own, which no export may take the place of: the
-// store, its backup, the profiles with their template, the lock, the habits of the window, and whatever stands beside one of them under
-// its name (a journal, a copy of a damaged one). What counts is where the path leads, by whatever links,
-// symbolic or hard; a name in the folder that no file has yet counts too. Throws
-// std::filesystem::filesystem_error when the machine refuses.
+// store, its backup, the profiles with their template, the lock, the habits of the window, and whatever
+// stands beside one of them under its name (a journal, a copy of a damaged one). What counts is where the
+// path leads, by whatever links, symbolic or hard; a name in the folder that no file has yet counts too.
+// Throws std::filesystem::filesystem_error when the machine refuses.
 inline constexpr std::string_view kOwnFile = "这是程序自己的数据文件，请换一个文件名！";
 [[nodiscard]] bool isOwnFile(const Home& home, const std::filesystem::path& file);
 
 // Makes the folder where it is missing, and holds it for this process as long as the lock lives. Nothing when
-// another process holds it. Throws std::filesystem::filesystem_error when the folder can't be written, or what
-// stands in the place of the lock is no file.
+// another process holds it. Throws std::filesystem::filesystem_error when the folder can't be written, or
+// what stands in the place of the lock is no file.
 [[nodiscard]] std::unique_ptr<FileLock> lockHome(const Home& home);
 
 // What had to be mended before the store could be opened.

@@ -37,9 +37,9 @@ void createSchema(SQLite::Database& db);
 void createProfile(SQLite::Database& db);
 
 // Brings the tables of an older version (1 on) up to this one: tables, columns and rows that it lacks are
-// added with their factory values, and nothing that stands there changes but what the new version reads otherwise. A new
-// statistic leaves the mark that the statistics of the draws are due. Runs inside the caller's transaction.
-// Throws SQLite::Exception for a version that this program doesn't know.
+// added with their factory values, and nothing that stands there changes but what the new version reads
+// otherwise. A new statistic leaves the mark that the statistics of the draws are due. Runs inside the
+// caller's transaction. Throws SQLite::Exception for a version that this program doesn't know.
 void upgradeSchema(SQLite::Database& db);
 
 }  // namespace lotmere

@@ -24,13 +24,14 @@ struct InitResult {
   std::int64_t rows = 0;  // rows of the period at the end
 };
 
-// What becomes of the tickets that the period has already: what `existing` says, and where it says nothing and
-// there are some, what the user answers. Nothing when they cancel.
+// What becomes of the tickets that the period has already: what `existing` says, and where it says nothing
+// and there are some, what the user answers. Nothing when they cancel.
 [[nodiscard]] std::optional<Existing> settleExisting(Store& store, Desk& desk, PeriodNo period,
                                                      Existing existing);
 
-// Removes the tickets of other periods, and those of the period unless they are kept. Gives the highest ID that
-// the period had: those of new tickets go on behind it, behind rows removed here too. For use inside a change.
+// Removes the tickets of other periods, and those of the period unless they are kept. Gives the highest ID
+// that the period had: those of new tickets go on behind it, behind rows removed here too. For use inside a
+// change.
 std::int64_t makeRoom(Store& store, PeriodNo period, Existing settled);
 
 // Expands the selection into `日志表` for a period, lexicographic by reds, then by blue. Rows of other

@@ -68,7 +68,8 @@ struct TicketSet {
 
   [[nodiscard]] std::size_t size() const { return balls.size(); }
   void reserve(std::size_t rows);
-  // Adds a ticket that no stored row stands for, behind those that were read; marks 0, the next running number.
+  // Adds a ticket that no stored row stands for, behind those that were read; marks 0, the next running
+  // number.
   void add(Balls numbers);
   // Moves a ticket's entries to an earlier place.
   void moveRow(std::size_t from, std::size_t to) {
@@ -101,8 +102,8 @@ using RowsDone = std::function<bool(std::size_t)>;
 // numbers and scores updated. A crash leaves the table before or after. `done` is served but can't stop it.
 void saveTickets(Store& store, const TicketSet& tickets, const RowsDone& done);
 
-// Writes the tickets from a place on as new rows with the IDs behind `last_id`, for use inside a change. `done`
-// is served but can't stop it.
+// Writes the tickets from a place on as new rows with the IDs behind `last_id`, for use inside a change.
+// `done` is served but can't stop it.
 void insertTickets(Store& store, const TicketSet& tickets, std::size_t from, std::int64_t last_id,
                    const RowsDone& done);
 

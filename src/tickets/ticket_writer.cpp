@@ -1,5 +1,5 @@
-// Writing a ticket set down. For rows that stand there already two statements do it, a DELETE and an UPDATE over the rows of the period, which
-// ask the set about each row through an SQL function.
+// Writing a ticket set down. For rows that stand there already two statements do it, a DELETE and an UPDATE
+// over the rows of the period, which ask the set about each row through an SQL function.
 #include <algorithm>
 
 #include "store/row_function.hpp"

@@ -31,11 +31,13 @@ void hashPlainPasswords(const UserDesk& at);
 void removeProfiles(const UserDesk& at, const std::vector<std::string>& names);
 
 // Sets a new password for a user. `before` is the old one as typed; without it, somebody forgot theirs, and
-// the desk asks whether a new one is to be set all the same. Refused, with nothing changed: no such user, the guest, a wrong old password, an empty new one, or the question's answer.
+// the desk asks whether a new one is to be set all the same. Refused, with nothing changed: no such user, the
+// guest, a wrong old password, an empty new one, or the question's answer.
 [[nodiscard]] Outcome changePassword(const UserDesk& at, const std::string& name,
                                      const std::optional<std::string>& before, const std::string& after);
 
-// Removes a user with their profile, after asking. Refused, with nothing changed: no such user, the guest, whoever is current, or the question's answer.
+// Removes a user with their profile, after asking. Refused, with nothing changed: no such user, the guest,
+// whoever is current, or the question's answer.
 [[nodiscard]] Outcome removeUser(const UserDesk& at, const std::string& name);
 
 }  // namespace lotmere

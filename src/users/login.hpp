@@ -17,8 +17,8 @@ enum class NewUser { refused, asked, made };
 // becomes a new user with the factory conditions, as far as `new_user` lets it. Asked before anything
 // changes:
 //
-//   - whether to take the settings of a profile that lies there under a new user's name already; on no its file
-//     is kept under a free name (NAME.uLotmere.old, .old2, ...);
+//   - whether to take the settings of a profile that lies there under a new user's name already; on no its
+//     file is kept under a free name (NAME.uLotmere.old, .old2, ...);
 //   - whether to empty the tickets that stand, which belong to whoever made them.
 //
 // What stands against the login is told, and nothing changes then. The settings of the session before are
@@ -41,9 +41,9 @@ enum class NewUser { refused, asked, made };
 // What is asked before the program ends.
 inline constexpr std::string_view kExitQuestion = "确认要退出吗？";
 
-// The exit of the program: asks, and logs out in multi-user mode. Refused: the program goes on and nothing was
-// saved. Settings that can't be saved, which is told, stay current for the next start and don't keep anybody
-// from leaving.
+// The exit of the program: asks, and logs out in multi-user mode. Refused: the program goes on and nothing
+// was saved. Settings that can't be saved, which is told, stay current for the next start and don't keep
+// anybody from leaving.
 [[nodiscard]] Outcome exitProgram(const UserDesk& at);
 // The same without the question, for a program that the system ends.
 void leaveProgram(const UserDesk& at);

@@ -77,7 +77,8 @@ class CliHome : public TempHome {
     std::ofstream(path() / name, std::ios::binary) << text;
     return "file://" + (path() / name).string();
   }
-  // Every row of every table and the names of all files, but for one table: two homes with the same text hold the same.
+  // Every row of every table and the names of all files, but for one table: two homes with the same text hold
+  // the same.
   std::string contents(std::string_view but_for = {}) const {
     SQLite::Database db(home().mainDb().string(), SQLite::OPEN_READWRITE);
     SQLite::Statement tables(db, "SELECT name FROM sqlite_master WHERE type='table' ORDER BY name");

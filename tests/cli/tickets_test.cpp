@@ -81,7 +81,8 @@ TEST_F(TicketCommands, TheFunnelIsWhatTheRunTakesAway) {
   EXPECT_TRUE(told.ends_with(" 注\n" + ahead.out)) << told;
 }
 
-// What init and run would leave; with other reds and blues than those picked; and nothing where it is too much.
+// What init and run would leave; with other reds and blues than those picked; and nothing where it is too
+// much.
 TEST_F(TicketCommands, GeneratesInOneGo) {
   const Arguments generate{"tickets", "generate", "2024007"};
   const auto with = [&](const Arguments& more) {

@@ -17,15 +17,16 @@ import sys
 import tempfile
 import unittest
 
-from kill_test import DRAWS, STORE, TEMPLATE, Prepared, copy_home, find_fault, make_home, read_home, read_rows, \
-    read_settings, run, scenarios
+from kill_test import DRAWS, STORE, TEMPLATE, Prepared, copy_home, find_fault, make_home, read_home, \
+    read_rows, read_settings, run, scenarios
 
 PAGE = 4096
 
 
 # What becomes of the store's bytes (None: the file goes), and whose unfinished change leaves a journal beside
 # it.
-DAMAGES = [("cut to nothing", lambda data: b"", None), ("cut in its first page", lambda data: data[:50], None),
+DAMAGES = [("cut to nothing", lambda data: b"", None),
+           ("cut in its first page", lambda data: data[:50], None),
            ("cut in half", lambda data: data[:len(data) // 2], None),
            ("without its last page", lambda data: data[:-PAGE], None),
            ("without its last byte", lambda data: data[:-1], None),
@@ -96,7 +97,8 @@ class Faults(unittest.TestCase):
         for place in [*range(100), *(page * PAGE + page % 12 for page in pages),
                       *(page * PAGE + page * 97 % PAGE for page in pages)]:
             with self.subTest(byte=place):
-                home = self.damaged_home(lambda data: data[:place] + bytes([data[place] ^ 0xFF]) + data[place + 1:])
+                home = self.damaged_home(
+                    lambda data: data[:place] + bytes([data[place] ^ 0xFF]) + data[place + 1:])
                 flipped = (home / STORE).read_bytes()
                 status, said = self.run_work(["users", "list"])
                 if status:  # one byte turns the version into that of a newer program
@@ -104,7 +106,8 @@ class Faults(unittest.TestCase):
                     tally["refused"] += 1
                     continue
                 rows = read_rows(home / STORE)
-                changed = sum(a != b for table in rows for a, b in zip(self.rows[table], rows[table], strict=True))
+                changed = sum(a != b for table in rows
+                              for a, b in zip(self.rows[table], rows[table], strict=True))
                 self.assertEqual(rows["sqlite_master"], self.rows["sqlite_master"])
                 self.assertLessEqual(changed, 0 if "已从备份恢复" in said else 1, said)
                 self.assertEqual(self.run_work(["--user", "甲", "numbers", "clear"]), (0, ""))
@@ -122,7 +125,8 @@ class Faults(unittest.TestCase):
                 with self.subTest(scenario.name, limit=limit):
                     home = copy_home(case.home, self.folder / "work")
                     status, said = self.run_work(case.command, preexec_fn=lambda: fill_disk(limit))
-                    said = "".join(line for line in said.splitlines(True) if not line.endswith("]\n"))  # questions
+                    # without the questions
+                    said = "".join(line for line in said.splitlines(True) if not line.endswith("]\n"))
                     fault, state = find_fault(self.program, case, home)
                     self.assertEqual((fault, bool(said)), (None, status == 1 or state != case.after), said)
                     self.assertIn(state[STORE], (case.before[STORE] if status else None, case.after[STORE]))
@@ -136,13 +140,16 @@ class Faults(unittest.TestCase):
 
     def test_a_home_that_cannot_be_written_costs_one_line_and_changes_nothing(self):
         # The system's owner may write anywhere, unless that right is given up.
-        unprivileged = ["setpriv", "--bounding-set=-dac_override,-dac_read_search"] if os.geteuid() == 0 else []
+        unprivileged = []
+        if os.geteuid() == 0:
+            unprivileged = ["setpriv", "--bounding-set=-dac_override,-dac_read_search"]
         home = copy_home(self.home, self.folder / "closed")
         for mode in (0o600, 0o400):  # of the second, not even the lock can be had
             for path in home.iterdir():
                 path.chmod(mode)
             home.chmod(0o500)
-            for command in (["--user", "甲", "conditions", "tolerance", "2"], ["users", "login", "乙"], ["store", "compact"]):
+            for command in (["--user", "甲", "conditions", "tolerance", "2"], ["users", "login", "乙"],
+                            ["store", "compact"]):
                 status, said = run(unprivileged + self.program, home, command)
                 self.assert_one_line(said)
                 self.assertEqual(status, 1)

@@ -5,10 +5,10 @@
 
 Each round starts one command on a prepared home and kills it with SIGKILL: half of the kills come at a random
 moment, half when one of its passing files (a journal, a file under construction) shows up. Store, backup and
-profiles must then pass the engine's integrity check and hold in every table what they held before the command or
-what an undisturbed run leaves, the backup nothing that the store lacks; the next command must start without a
-word; and every user must find the settings that were stored. A kill counts as "in the middle" when the process
-had taken the home's lock and had not ended."""
+profiles must then pass the engine's integrity check and hold in every table what they held before the command
+or what an undisturbed run leaves, the backup nothing that the store lacks; the next command must start
+without a word; and every user must find the settings that were stored. A kill counts as "in the middle" when
+the process had taken the home's lock and had not ended."""
 
 import argparse
 import collections
@@ -71,7 +71,8 @@ def read_rows(path):
             raise sqlite3.DatabaseError(verdict)
         names = [name for (name,) in store.execute("SELECT name FROM sqlite_master WHERE type='table'")]
         columns = {"用户表": "用户名, 密码形式, substr(密码, 1, 10)", "sqlite_master": "name, sql"}
-        return {name: store.execute(f'SELECT {columns.get(name, "*")} FROM "{name}" ORDER BY rowid').fetchall()
+        return {name: store.execute(
+            f'SELECT {columns.get(name, "*")} FROM "{name}" ORDER BY rowid').fetchall()
                 for name in names + ["sqlite_master"]}
 
 
@@ -81,7 +82,8 @@ def read_file(path):
 
 
 def read_home(home):
-    """The figures of store, backup and profiles. The template need only be sound: it holds what was saved last."""
+    """The figures of store, backup and profiles. The template need only be sound: it holds what was saved
+    last."""
     read_file(home / TEMPLATE)
     return {name: read_file(home / name)
             for name in sorted({STORE, BACKUP, *(file.name for file in home.glob("*.uLotmere"))})}
@@ -135,9 +137,10 @@ def scenarios(folder):
         Scenario("tickets run on a stale draw", fetch + tickets + stale, ["tickets", "run", NEXT_PERIOD]),
         Scenario("tickets check", fetch + tickets + [last_draw], ["tickets", "check", NEXT_PERIOD]),
         Scenario("tickets clear", fetch + tickets, ["--answer", "yes", "tickets", "clear"]),
-        Scenario("tickets import", exported, ["tickets", "import", folder / "tickets.txt", "--existing", "replace",
-                                              "--period", LAST_PERIOD]),
-        Scenario("store restore", saved, ["--answer", "yes", "store", "restore", folder / "shop.lotmere"], "甲乙"),
+        Scenario("tickets import", exported, ["tickets", "import", folder / "tickets.txt",
+                                              "--existing", "replace", "--period", LAST_PERIOD]),
+        Scenario("store restore", saved,
+                 ["--answer", "yes", "store", "restore", folder / "shop.lotmere"], "甲乙"),
         Scenario("store compact", fetch + tickets, ["store", "compact"]),
         Scenario("a known user's login", shop, ["users", "login", "乙"], "甲乙"),
         Scenario("a new user's login", shop, ["users", "login", "--new", "丙"], "甲乙丙"),
@@ -162,7 +165,8 @@ class Prepared:
         self.duration = time.monotonic() - begin
         self.passing = sorted(seen - set(os.listdir(home)))
         self.after = read_home(home)
-        assert process.returncode == 0 and self.before != self.after, f"{self.name}: a kill would show nothing"
+        assert process.returncode == 0 and self.before != self.after, \
+            f"{self.name}: a kill would show nothing"
         self.settings_before = read_settings(program, copy_home(self.home, folder / "before"), self.users)
         self.settings_after = read_settings(program, home, self.users)
 
@@ -213,7 +217,8 @@ def play_round(program, case, home, chance, tally):
     fault, state = find_fault(program, case, home)
     if process.returncode == 0:
         tally["after the end"] += 1
-        case.duration *= 1 if passing else 0.85  # it follows what is seen: most kills are to come in the middle
+        # It follows what is seen: most kills are to come in the middle.
+        case.duration *= 1 if passing else 0.85
         if state != case.after:
             fault = fault or "done, but not the state after"
     elif process.returncode != -signal.SIGKILL:
@@ -239,7 +244,8 @@ def prove_comparison(program, cases, folder):
         case = next(case for case in cases if case.name == scenario)
         home = copy_home(case.home, folder / "doctored")
         execute(home / name, statement) if statement else (home / name).unlink()
-        assert find_fault(program, case, home)[0] is not None, f"{name}: a doctored home passes the comparison"
+        assert find_fault(program, case, home)[0] is not None, \
+            f"{name}: a doctored home passes the comparison"
 
 
 def main():

@@ -1,5 +1,5 @@
-// Generation in one go against initialisation and run, and against each ticket judged by itself, over stores of
-// chance; `--gtest_random_seed=N` tries others.
+// Generation in one go against initialisation and run, and against each ticket judged by itself, over stores
+// of chance; `--gtest_random_seed=N` tries others.
 #include "pipeline/generate.hpp"
 
 #include <gtest/gtest.h>
@@ -33,8 +33,8 @@ NumberSelection randomSelection(std::mt19937& random) {
   return selection;
 }
 
-// Settings of all kinds: with a few conditions or with many, with a tolerance, with a place for the blue, with
-// each shrink, with a score and a search.
+// Settings of all kinds: with a few conditions or with many, with a tolerance, with a place for the blue,
+// with each shrink, with a score and a search.
 void putSettings(Store& store, std::mt19937& random, int trial) {
   test::putConditions(store, random, trial % 5 * 12, pick(random, 80, 99));
   changeSettings(store, [&](ConditionSet& set) {

@@ -39,8 +39,8 @@ class Tolerance : public test::StoreTest {
   }
 };
 
-// A ticket stays when it fails no more than the tolerance, historical matches apart; every step's line and row
-// tell how many fail it, and without a tolerance how many are left behind it.
+// A ticket stays when it fails no more than the tolerance, historical matches apart; every step's line and
+// row tell how many fail it, and without a tolerance how many are left behind it.
 TEST_F(Tolerance, AndFunnelFollowEachTicketJudgedByItself) {
   std::mt19937 random(17 + GTEST_FLAG_GET(random_seed));
   FreeCourse course;

@@ -133,7 +133,8 @@ TEST_F(Shrink, AStopBeforehandComparesOneTicket) {
   }
 }
 
-// With an effort: the tickets of the search in their order, marked and numbered as ever, between the same lines.
+// With an effort: the tickets of the search in their order, marked and numbered as ever, between the same
+// lines.
 TEST_F(Shrink, SearchesForFewerCentres) {
   std::mt19937 random(7);
   const auto tickets = randomTickets(random, 500, 10, false);

@@ -66,14 +66,16 @@ def main(cli, home):
         assert b'name="sheet1"' in archive.read("xl/workbook.xml")
         styles = xml.fromstring(archive.read("xl/styles.xml"))
     # The stored widths are those of characters and 0.71 of one for the margins.
-    columns = [(column.get("min"), round(float(column.get("width")) - 0.71)) for column in sheet.iter(NS + "col")]
+    columns = [(column.get("min"), round(float(column.get("width")) - 0.71))
+               for column in sheet.iter(NS + "col")]
     assert columns == [("1", 9), ("2", 18)], columns
     pane = sheet.find(f".//{NS}pane")
     assert (pane.get("state"), pane.get("ySplit"), pane.get("xSplit")) == ("frozen", "1", None)
     assert styles.find(f".//{NS}numFmt").get("formatCode") == "yyyy-mm-dd"
     fonts = [styles.find(NS + "cellXfs")[int(sheet.find(f".//{NS}c[@r='{cell}']").get("s", 0))].get("fontId")
              for cell in ("C1", "C2")]
-    assert [styles.find(NS + "fonts")[int(font)].find(NS + "b") is not None for font in fonts] == [True, False]
+    bold = [styles.find(NS + "fonts")[int(font)].find(NS + "b") is not None for font in fonts]
+    assert bold == [True, False]
 
     # The interpreter ignores the signal of a file that grows too large, and so shall the program.
     refused = call(["prlimit", "--fsize=65536", *program, "export", target], restore_signals=False)

@@ -1,5 +1,5 @@
-// A disk that takes its time: every flush of a file or a folder by this program is delayed, and counted by the
-// thread that asked for it.
+// A disk that takes its time: every flush of a file or a folder by this program is delayed, and counted by
+// the thread that asked for it.
 #pragma once
 
 #include <chrono>

@@ -137,8 +137,8 @@ struct Click {
   std::string stores;
 };
 
-// Each click while a command runs, with the store held by another program, and then free: what it shows is what is stored, at once
-// and when the page is opened again, and the tickets that are left are counted anew.
+// Each click while a command runs, with the store held by another program, and then free: what it shows is
+// what is stored, at once and when the page is opened again, and the tickets that are left are counted anew.
 TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
   const std::string counts = tabCommand(11), intervals = tabCommand(14), places = tabCommand(15),
                     shapes = tabCommand(16), groups = tabCommand(41), match = tabCommand(42);

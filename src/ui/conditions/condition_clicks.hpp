@@ -36,8 +36,8 @@ class ConditionClicks : public QObject {
   // The same for the box of a condition: its name, and the line of its current values.
   void setTip(PanelBox& panel, const std::function<Condition()>& condition);
 
-  // Any other change of the settings. `show`, behind it, shows what follows from it. Where the change can't be
-  // saved, which is told, or a command runs, the settings say that it was refused.
+  // Any other change of the settings. `show`, behind it, shows what follows from it. Where the change can't
+  // be saved, which is told, or a command runs, the settings say that it was refused.
   void change(const std::function<void(ConditionSet&)>& edit, const std::function<void()>& show = {});
 
   // Takes a panel's clicks away, before it is connected to another condition.

@@ -1,5 +1,5 @@
-// One condition with everything about it: what it means, which numbers it looks at, which values are allowed, how
-// often each comes, and what all of it lets through.
+// One condition with everything about it: what it means, which numbers it looks at, which values are allowed,
+// how often each comes, and what all of it lets through.
 #pragma once
 
 #include <QLabel>

@@ -1,5 +1,5 @@
-// What the list and the editors tell about each condition: the shares of its values, what it lets through. Worked
-// out beside the window and kept as long as it holds.
+// What the list and the editors tell about each condition: the shares of its values, what it lets through.
+// Worked out beside the window and kept as long as it holds.
 #pragma once
 
 #include <QObject>

@@ -1,5 +1,5 @@
-// The funnel at the foot of the condition page: where the tickets start, what each condition takes away, what is
-// left behind the filters and behind the shrink.
+// The funnel at the foot of the condition page: where the tickets start, what each condition takes away, what
+// is left behind the filters and behind the shrink.
 #pragma once
 
 #include <QLabel>

@@ -1,5 +1,5 @@
-// The way back for settings, and the sets with names: the commands for them, and the buttons over the condition
-// page.
+// The way back for settings, and the sets with names: the commands for them, and the buttons over the
+// condition page.
 #pragma once
 
 #include <QMenu>

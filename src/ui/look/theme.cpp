@@ -92,8 +92,8 @@ QLineEdit:focus { border-color: palette(highlight); }
 QLineEdit:disabled { color: @disabled; background: palette(window); }
 QComboBox QLineEdit, QDateEdit QLineEdit { border: none; background: transparent; padding: 0; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
-QPlainTextEdit, QTextEdit, QTableView, QListView, QTreeView { background: palette(base); border: 1px solid @line;
-border-radius: 5px; }
+QPlainTextEdit, QTextEdit, QTableView, QListView, QTreeView { background: palette(base);
+  border: 1px solid @line; border-radius: 5px; }
 QTableView { gridline-color: @line; }
 QTreeView { show-decoration-selected: 1; }
 QTreeView::item { padding: 2px 0; }

@@ -13,8 +13,8 @@
 
 namespace lotmere::ui {
 
-// A change shows at once and is saved beside the window. Changes that come while a save is under way are saved
-// together by the next one. Work that is given behind a change finds it in the store.
+// A change shows at once and is saved beside the window. Changes that come while a save is under way are
+// saved together by the next one. Work that is given behind a change finds it in the store.
 class Settings : public QObject {
   Q_OBJECT
 
@@ -35,12 +35,13 @@ class Settings : public QObject {
   [[nodiscard]] bool changeNow(const std::function<void(ConditionSet&)>& edit, const StepNote& note = {});
   // Everything back to the factory, with nothing picked, as changeNow().
   [[nodiscard]] bool restoreDefaults();
-  // Reads the store again, which somebody else has written: a login, a restore. Throws when the store refuses.
+  // Reads the store again, which somebody else has written: a login, a restore. Throws when the store
+  // refuses.
   void reload();
   // The same behind a change of the settings that the engine has made by itself, a set that was loaded.
   void replace();
-  // Takes the last change back, or makes the one again that was taken back last; gives its name, nothing where there
-  // is none. Throws when the store refuses, with nothing changed.
+  // Takes the last change back, or makes the one again that was taken back last; gives its name, nothing
+  // where there is none. Throws when the store refuses, with nothing changed.
   std::optional<std::string> undo();
   std::optional<std::string> redo();
   // What undo and redo would change, as far as it is saved.

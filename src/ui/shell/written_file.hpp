@@ -7,8 +7,8 @@
 
 namespace lotmere::ui {
 
-// A file that the user names to be written, in the folder used last; one that stands there is asked about. Empty
-// when the user cancels.
+// A file that the user names to be written, in the folder used last; one that stands there is asked about.
+// Empty when the user cancels.
 [[nodiscard]] QString chooseTarget(WindowDesk& desk, const QString& title, const QString& filter,
                                    const QString& proposed);
 // Says in the status line that it is written, and offers to open it with the desktop's program.

@@ -11,7 +11,8 @@
 
 namespace lotmere::ui {
 
-// A row a step: its name, a bar of what stood in front of it with what it took away, what is left, what is gone.
+// A row a step: its name, a bar of what stood in front of it with what it took away, what is left, what is
+// gone.
 class StepRows : public QWidget {
   Q_OBJECT
 

@@ -154,8 +154,8 @@ void CheckList::showRow(int row) {
   scrollTo(currentIndex(), PositionAtCenter);
 }
 
-// What is ticked while the button is down shows at once; it is told when the button is let go, so that a range is
-// one change.
+// What is ticked while the button is down shows at once; it is told when the button is let go, so that a
+// range is one change.
 void CheckList::begin(int row, bool from_last) {
   before_ = model_->items();
   first_ = from_last && last_ >= 0 && last_ < model_->rowCount() ? last_ : row;

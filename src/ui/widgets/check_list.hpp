@@ -1,5 +1,5 @@
-// A list whose rows are ticked and unticked by a click or the space bar; Shift and dragging take a range. Beside
-// each row may stand how often its value comes.
+// A list whose rows are ticked and unticked by a click or the space bar; Shift and dragging take a range.
+// Beside each row may stand how often its value comes.
 #pragma once
 
 #include <QAbstractListModel>
