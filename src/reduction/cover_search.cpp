@@ -117,6 +117,13 @@ std::vector<std::uint32_t> plainCover(std::span<const Balls> tickets, int shared
   return kept;
 }
 
+SmallCover checkedCover(std::span<const Balls> tickets, std::vector<std::uint32_t> kept, int shared) {
+  SmallCover cover{std::move(kept), CoverFault::none};
+  cover.fault = checkCover(tickets, cover.kept, shared);
+  if (cover.fault != CoverFault::none) cover.kept = plainCover(tickets, shared);
+  return cover;
+}
+
 SmallCover searchCover(std::span<const Balls> tickets, int shared, int effort, Course& course,
                        const BetterCover& better) {
   LOTMERE_ASSERT(shared >= 3 && shared <= kRedsPerTicket && effort >= kLeastEffort && effort <= kMostEffort);
@@ -128,14 +135,12 @@ SmallCover searchCover(std::span<const Balls> tickets, int shared, int effort, C
     places.push_back(static_cast<std::uint32_t>(place));
     regular.push_back(tickets[place]);
   }
-  SmallCover result;
+  std::vector<std::uint32_t> kept;
   if (!regular.empty())
     for (const std::uint32_t number : searchRegular(regular, shared, effort, course, better))
-      result.kept.push_back(places[number]);
-  if (regular.size() < tickets.size()) addUncovered(tickets, shared, result.kept);
-  result.fault = checkCover(tickets, result.kept, shared);
-  if (result.fault != CoverFault::none) result.kept = plainCover(tickets, shared);
-  return result;
+      kept.push_back(places[number]);
+  if (regular.size() < tickets.size()) addUncovered(tickets, shared, kept);
+  return checkedCover(tickets, std::move(kept), shared);
 }
 
 }  // namespace lotmere

@@ -21,8 +21,13 @@ struct SmallCover {
 };
 
 // The plain shrink: the places of the tickets that share fewer than `shared` numbers with every one kept
-// before, in their order. Nothing when the course asks to stop before the end.
+// before, in their order.
 [[nodiscard]] std::vector<std::uint32_t> plainCover(std::span<const Balls> tickets, int shared);
+
+// A cover as it may be used: what is to be `kept` (places of tickets) where the check finds nothing wrong with
+// it, else what the plain shrink keeps.
+[[nodiscard]] SmallCover checkedCover(std::span<const Balls> tickets, std::vector<std::uint32_t> kept,
+                                      int shared);
 
 // Searches for few of the tickets such that each of them shares `shared` (3 to 6) or more of its seven
 // numbers with one that stays, and every blue among them stays in one. Never more than the plain shrink

@@ -66,10 +66,16 @@ std::int64_t keepCentres(Desk& desk, TicketSet& tickets, int type) {
 // Keeps as few centres as the search finds.
 std::int64_t keepFewer(Desk& desk, TicketSet& tickets, int type, int effort) {
   const StatusScope status(desk);
-  const SmallCover cover = searchCover(tickets.balls, type, effort, desk.course(), [&](std::size_t size) {
+  const auto show = [&](std::size_t size) {
     desk.showStatus(
         fmt::format("{}：目前最少 {} 注", kFewerName, toFullWidth(static_cast<std::int64_t>(size))));
-  });
+  };
+  return keepCover(desk, tickets, type, searchCover(tickets.balls, type, effort, desk.course(), show));
+}
+
+}  // namespace
+
+std::int64_t keepCover(Desk& desk, TicketSet& tickets, int type, const SmallCover& cover) {
   if (cover.fault != CoverFault::none) {
     desk.showStatus({});
     desk.tell(fmt::format("{}的结果没有通过检查，已改用普通缩水的结果。", kFewerName), Tone::error);
@@ -82,8 +88,6 @@ std::int64_t keepFewer(Desk& desk, TicketSet& tickets, int type, int effort) {
   tickets.truncate(kept);
   return static_cast<std::int64_t>(kept);
 }
-
-}  // namespace
 
 ShrinkLine::ShrinkLine(RunningText& text, int type)
     : text_(text), base_(text.text()), caption_(shrinkCaption(type)) {}

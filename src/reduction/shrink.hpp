@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/desk.hpp"
+#include "reduction/cover_search.hpp"
 #include "store/store.hpp"
 #include "tickets/ticket_set.hpp"
 
@@ -23,6 +24,10 @@ class ShrinkLine {
   std::string base_;
   std::string caption_;
 };
+
+// Keeps the tickets of a cover, in stored order, with the marks of centres; a cover that didn't pass its check
+// is told. Returns their number.
+std::int64_t keepCover(Desk& desk, TicketSet& tickets, int type, const SmallCover& cover);
 
 // Thins the tickets so that any two that stay share fewer than `type` of their seven numbers, blue included:
 // visited in the order of creation, a ticket stays (a centre, `缩水标记` = type, `序号` from 1) unless an

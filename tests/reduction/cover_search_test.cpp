@@ -8,8 +8,10 @@
 #include <set>
 
 #include "reduction/cover.hpp"
+#include "reduction/shrink.hpp"
 #include "reduction/subset_gains.hpp"
 #include "reduction/symmetry.hpp"
+#include "support/desk_script.hpp"
 #include "support/random_numbers.hpp"
 #include "support/scripted_course.hpp"
 
@@ -219,6 +221,25 @@ TEST(CoverCheck, NamesEachFault) {
       {"out of order", {2, 0, 3}, 6, not_of_the_set},
   };
   for (const auto& row : rows) EXPECT_EQ(checkCover(tickets, row.kept, row.shared), row.fault) << row.name;
+}
+
+// A search gone wrong costs tickets, never the promise.
+TEST(CoverCheck, TheRunGoesOnWithThePlainShrink) {
+  const Tickets tickets = {packBalls({1, 2, 3, 4, 5, 6}, 1), packBalls({1, 2, 3, 4, 5, 7}, 1),
+                           packBalls({1, 2, 3, 4, 5, 8}, 2), packBalls({20, 21, 22, 23, 24, 25}, 1)};
+  for (const auto& [kept, fault] :
+       {std::pair{Places{0, 2}, CoverFault::ticket_uncovered}, {Places{0, 1, 2, 3}, CoverFault::none}}) {
+    TicketSet set;
+    for (const Balls ticket : tickets) set.add(ticket);
+    ScriptedDesk desk;
+    const SmallCover cover = checkedCover(tickets, kept, 6);
+    EXPECT_EQ(cover.fault, fault);
+    const Places plain = {0, 2, 3};
+    EXPECT_EQ(cover.kept, fault == CoverFault::none ? kept : plain);
+    EXPECT_EQ(keepCover(desk, set, 6, cover), static_cast<std::int64_t>(cover.kept.size()));
+    EXPECT_EQ(std::ranges::count(set.shrink, 6), std::ssize(set.shrink));
+    EXPECT_EQ(desk.told.size(), fault == CoverFault::none ? 0U : 1U);
+  }
 }
 
 }  // namespace

@@ -359,8 +359,10 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
   EXPECT_TRUE(desk_.files.empty()) << "the export, from within a field";
   choose("mnu_youxiguizhe");
   auto& tabs = part<QTabBar>("TabStrip_Top");
+  EXPECT_EQ(utf8(tabs.tabText(tabs.currentIndex())), "游戏规则");
   QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
   EXPECT_EQ(window().currentPage(), MainWindow::Page::history) << "the tab of the page behind leads back";
+  EXPECT_FALSE(tabs.isTabVisible(3));
 }
 
 TEST_F(StartTest, NoTwoCommandsShareAShortcutAndNoTwoEntriesOfAMenuAMnemonic) {

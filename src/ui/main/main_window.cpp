@@ -25,7 +25,7 @@
 namespace lotmere::ui {
 namespace {
 
-constexpr int kTabCount = 3;
+constexpr int kTabCount = 3;  // that always stand; one more while the other page is in front
 constexpr QSize kSize{1240, 780};
 constexpr QSize kFrame{16, 48};  // of a window that has its title above it
 constexpr const char* kDownloadTip = "正在下载，请稍候．．．";
@@ -139,6 +139,7 @@ void MainWindow::makeTop() {
   tabs_->setExpanding(false);
   for (const char* caption : {"历史数据", "过滤条件", "投注号码"}) tabs_->addTab(QString::fromUtf8(caption));
   for (int i = 0; i < kTabCount; ++i) tabs_->setTabToolTip(i, QStringLiteral("Alt+%1").arg(i + 1));
+  tabs_->setTabVisible(tabs_->addTab(QString()), false);
   QFont large = tabs_->font();
   large.setPointSizeF(large.pointSizeF() + 1.5);
   tabs_->setFont(large);
@@ -238,11 +239,7 @@ void MainWindow::connectPages() {
     session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
     // Refused while a command runs: the strip goes on showing where the person is.
     const QSignalBlocker quiet(tabs_);
-    if (page_ != Page::other) tabs_->setCurrentIndex(static_cast<int>(page_));
-  });
-  connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
-    if (page_ == Page::other && index == tabs_->currentIndex())
-      session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
+    tabs_->setCurrentIndex(static_cast<int>(page_));
   });
   for (int i = 0; i < kTabCount; ++i) {
     auto* go = session_.commands.add({("tab_" + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
@@ -287,7 +284,10 @@ void MainWindow::connectPages() {
 void MainWindow::showPage(Page page) {
   {
     const QSignalBlocker quiet(tabs_);
-    if (page != Page::other) tabs_->setCurrentIndex(static_cast<int>(page));
+    constexpr int other = static_cast<int>(Page::other);
+    if (page == Page::other) tabs_->setTabText(other, other_->title());
+    tabs_->setTabVisible(other, page == Page::other);
+    tabs_->setCurrentIndex(static_cast<int>(page));
   }
   if (page == page_) return;
   const Page left = std::exchange(page_, page);

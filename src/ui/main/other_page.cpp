@@ -27,13 +27,19 @@ void OtherPage::showIntervals() {
     contents_->addWidget(intervals_);
   }
   intervals_->load();
-  contents_->setCurrentWidget(intervals_);
+  bringForward(intervals_, QStringLiteral("重新划分区间"));
+}
+
+void OtherPage::bringForward(QWidget* content, const QString& title) {
+  contents_->setCurrentWidget(content);
+  title_ = title;
   Q_EMIT wanted();
 }
 
 void OtherPage::addText(const char* action, const QString& caption, const char* name, QString (*text)()) {
+  const QString title = caption.section(QLatin1Char('('), 0, 0);
   session_.commands.add({action, caption},
-                        [this, name, text, view = static_cast<QPlainTextEdit*>(nullptr)]() mutable {
+                        [this, title, name, text, view = static_cast<QPlainTextEdit*>(nullptr)]() mutable {
                           if (view == nullptr) {
                             view = new QPlainTextEdit(text());
                             view->setObjectName(QString::fromUtf8(name));
@@ -41,8 +47,7 @@ void OtherPage::addText(const char* action, const QString& caption, const char* 
                             view->document()->setDocumentMargin(16);
                             contents_->addWidget(view);
                           }
-                          contents_->setCurrentWidget(view);
-                          Q_EMIT wanted();
+                          bringForward(view, title);
                         });
 }
 

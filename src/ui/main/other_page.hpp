@@ -17,6 +17,9 @@ class OtherPage : public QWidget {
   // Registers the commands that show its contents.
   explicit OtherPage(Session& session, QWidget* parent = nullptr);
 
+  // What is in front; empty as long as nothing was asked for.
+  [[nodiscard]] const QString& title() const { return title_; }
+
  Q_SIGNALS:
   // One of its commands asks for this page to stand in front.
   void wanted();
@@ -25,6 +28,7 @@ class OtherPage : public QWidget {
 
  private:
   void showIntervals();
+  void bringForward(QWidget* content, const QString& title);
   // Registers the command that shows a text.
   void addText(const char* action, const QString& caption, const char* name, QString (*text)());
 
@@ -32,6 +36,7 @@ class OtherPage : public QWidget {
   ConditionClicks clicks_;
   IntervalPage* intervals_ = nullptr;  // made when it is first asked for
   QStackedWidget* contents_;
+  QString title_;
 };
 
 }  // namespace lotmere::ui
