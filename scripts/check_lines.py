@@ -11,7 +11,8 @@ NAMES = {"CMakeLists.txt", "run"}
 
 root = pathlib.Path(__file__).resolve().parent.parent
 limit = int(re.search(r"^ColumnLimit: *(\d+)$", (root / ".clang-format").read_text(), re.MULTILINE)[1])
-listed = subprocess.run(["git", "ls-files", "-z"], cwd=root, capture_output=True, text=True, check=True).stdout
+listed = subprocess.run(["git", "ls-files", "-z"], cwd=root, capture_output=True, text=True,
+                        check=True).stdout
 looked_at = long = 0
 for name in filter(None, listed.split("\0")):
     path = root / name

@@ -24,8 +24,8 @@ struct SmallCover {
 // before, in their order.
 [[nodiscard]] std::vector<std::uint32_t> plainCover(std::span<const Balls> tickets, int shared);
 
-// A cover as it may be used: what is to be `kept` (places of tickets) where the check finds nothing wrong with
-// it, else what the plain shrink keeps.
+// A cover as it may be used: what is to be `kept` (places of tickets) where the check finds nothing wrong
+// with it, else what the plain shrink keeps.
 [[nodiscard]] SmallCover checkedCover(std::span<const Balls> tickets, std::vector<std::uint32_t> kept,
                                       int shared);
 

@@ -25,8 +25,8 @@ class ShrinkLine {
   std::string caption_;
 };
 
-// Keeps the tickets of a cover, in stored order, with the marks of centres; a cover that didn't pass its check
-// is told. Returns their number.
+// Keeps the tickets of a cover, in stored order, with the marks of centres; a cover that didn't pass its
+// check is told. Returns their number.
 std::int64_t keepCover(Desk& desk, TicketSet& tickets, int type, const SmallCover& cover);
 
 // Thins the tickets so that any two that stay share fewer than `type` of their seven numbers, blue included:
