@@ -472,6 +472,42 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
       << "a box stays over its column";
 }
 
+TEST_F(HistoryPageTest, ACaptionOfEitherPaneSortsBothAndRowsStayWhatTheyAre) {
+  putDraw(store_, 2008051, "2008-05-01", {{1, 2, 3, 4, 5, 33}, 16});
+  store_.db().exec(R"(UPDATE "历史记录" SET "和值"="红球1"+"红球2"+"红球3"+"红球4"+"红球5"+"红球6")");
+  page_.refreshHistoryView();
+  auto& grid = part<FrozenGrid>("TDBGridHistory");
+  const auto periods = [&] { return cell(0, 0) + " " + cell(1, 0) + " " + cell(2, 0); };
+  const auto click = [](EndTable& pane, int column) {
+    const QHeaderView& head = *pane.horizontalHeader();
+    QTest::mouseClick(head.viewport(), Qt::LeftButton, {}, {head.sectionViewportPosition(column) + 9, 9});
+    return head.sortIndicatorSection();
+  };
+  EXPECT_EQ(click(grid.left(), 2), 2);
+  EXPECT_EQ(periods(), "2008051 2008049 2008050");
+  EXPECT_EQ(click(grid.right(), 9), 9);
+  EXPECT_EQ(periods(), "2008049 2008051 2008050") << "sums of 27, 48 and 55";
+  EXPECT_EQ(grid.left().horizontalHeader()->sortIndicatorSection(), 9) << "one order, one mark";
+  grid.selectFrom(1);
+  EXPECT_EQ(grid.selectedRows(), (std::vector<int>{2, 1})) << "of the history, as they are shown";
+  grid.right().setFocus();
+  QTest::keyClick(&grid.right(), Qt::Key_C, Qt::ControlModifier);
+  const QString copied = QApplication::clipboard()->text();
+  EXPECT_TRUE(copied.startsWith(QStringLiteral("2008051\t2008-05-01\t01\t02"))) << utf8(copied);
+  EXPECT_EQ(copied.section(QLatin1Char('\n'), 1).left(8), QStringLiteral("2008050\t"));
+  QTest::mouseClick(grid.left().viewport(), Qt::LeftButton, {},
+                    grid.left().visualRect(grid.left().model()->index(1, 3)).center());
+  desk_.choices = {0};
+  QTest::keyClick(&grid.left(), Qt::Key_Delete);
+  settle();
+  EXPECT_FALSE(findDraw(store_, 2008051)) << "the one that was chosen";
+  EXPECT_EQ(shownRows(), "2008049-2008050:2");
+  click(grid.right(), 9);
+  EXPECT_EQ(cell(0, 0), "2008050");
+  EXPECT_EQ(click(grid.right(), 9), -1);
+  EXPECT_EQ(cell(0, 0), "2008049");
+}
+
 TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   HistoryModel draws;
   QAbstractItemModelTester draws_tester(&draws, QAbstractItemModelTester::FailureReportingMode::Fatal);

@@ -1,6 +1,7 @@
 // The road of a ticket through the window: pick, initialise, filter, stop, export, import, check.
 #include <QAbstractItemModelTester>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPainter>
@@ -292,6 +293,53 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   EXPECT_EQ(stored(), 2);
   press("cmmTouZhu_5");
   EXPECT_EQ(model().rowCount(), 0);
+}
+
+// Two periods, and numbers that stand in several rows.
+TEST_F(TicketPageTest, CaptionsSortAndWhatIsCopiedIsWhatIsShown) {
+  const QAbstractItemModelTester tester(&model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+  lotmere::test::putTicket(store(), 1, 1, 2026090, {{9, 10, 11, 12, 13, 14}, 7});
+  lotmere::test::putTicket(store(), 2, 2, 2026090, {{1, 2, 3, 9, 10, 11}, 16});
+  lotmere::test::putTicket(store(), 3, 10, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
+  choose("tab_1");
+  choose("tab_3");
+  auto& grid = part<RowTable>("TDBGrid_RZ");
+  const auto click = [&](int column) {
+    const QHeaderView& head = *grid.horizontalHeader();
+    QTest::mouseClick(head.viewport(), Qt::LeftButton, {},
+                      {head.sectionViewportPosition(column) + head.sectionSize(column) / 2, 6});
+  };
+  const auto copied = [&](Qt::Key key) {
+    QTest::keyClick(&grid, key, Qt::ControlModifier);
+    return utf8(QApplication::clipboard()->text());
+  };
+  const std::string first = "1\t2026090\t09\t10\t11\t12\t13\t14\t07\t0\t0\n";
+  const std::string second = "2\t2026090\t01\t02\t03\t09\t10\t11\t16\t0\t0\n";
+  const std::string third = "10\t2026091\t01\t02\t03\t09\t10\t11\t07\t0\t0\n";
+  const std::string stored = first + second + third;
+  const struct {
+    int column;
+    std::string order;
+  } clicks[] = {{2, second + third + first},  // equal ones as they are stored
+                {2, first + second + third}, {2, stored},
+                {8, first + third + second}, {0, first + second + third},  // 10 is more than 2
+                {0, third + second + first}};
+  for (const auto& [column, order] : clicks) {
+    click(column);
+    grid.selectAll();
+    EXPECT_EQ(copied(Qt::Key_C), order) << column;
+  }
+  check("2026090");  // reads the tickets anew and marks hits
+  EXPECT_EQ(cell(0, 0) + cell(1, 0) + cell(2, 0), "1021") << "the order lasts";
+  EXPECT_FALSE(model().index(0, 2).data(kBallRole).isValid()) << "of another period than the draw";
+  EXPECT_TRUE(model().index(1, 2).data(kBallRole).isValid());
+  QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(model().index(0, 3)).center());
+  click(0);
+  EXPECT_EQ(copied(Qt::Key_C), third) << "the choice goes with its row";
+  part<QAction>("copyNumbers").trigger();
+  EXPECT_EQ(utf8(QApplication::clipboard()->text()), "01 02 03 09 10 11 + 07\n");
+  check("2020001");
+  EXPECT_EQ(desk_.proposed.back(), "2026091") << "of the row that is current";
 }
 
 // The colour of the ball in the middle of a picture, looked at beside the number and the light.

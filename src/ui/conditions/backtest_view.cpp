@@ -15,7 +15,6 @@
 #include "ui/look/balls.hpp"
 #include "ui/look/text.hpp"
 #include "ui/look/theme.hpp"
-#include "ui/widgets/row_table.hpp"
 
 namespace lotmere::ui {
 namespace {
@@ -157,7 +156,7 @@ BackTestView::BackTestView(Session& session, ConditionClicks& clicks, QWidget* p
   strip_->setObjectName(QStringLiteral("backTestStrip"));
   table_->setObjectName(QStringLiteral("backTestDraws"));
   table_->setAccessibleName(QStringLiteral("各期不符合的条件"));
-  table_->setModel(model_);
+  table_->showRows(*model_);
   table_->setItemDelegate(new BallDelegate(table_));
   table_->setShowGrid(false);
   table_->verticalHeader()->hide();
@@ -176,14 +175,22 @@ BackTestView::BackTestView(Session& session, ConditionClicks& clicks, QWidget* p
   layout->addWidget(strip_);
   layout->addWidget(figures_);
   layout->addWidget(table_, 1);
-  connect(table_, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
-    const DrawVerdict& draw = model_->verdict(index.row());
-    for (std::size_t step = 0; step < filterSteps().size(); ++step)
-      if (draw.failed[step]) {
-        Q_EMIT drawWanted(shown(filterSteps()[step].plainName()), draw.period);
-        return;
-      }
-  });
+  connect(table_, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
+  connect(table_, &QTableView::doubleClicked, this, &BackTestView::openDraw);
+  auto* open_row = new QAction(QStringLiteral("打开没有通过的条件(&O)"), table_);
+  open_row->setObjectName(QStringLiteral("openFailed"));
+  connect(open_row, &QAction::triggered, this, [this] { openDraw(table_->currentIndex()); });
+  table_->addRowActions({open_row});
+}
+
+void BackTestView::openDraw(const QModelIndex& row) {
+  if (!row.isValid()) return;
+  const DrawVerdict& draw = model_->verdict(table_->storedRow(row.row()));
+  for (std::size_t step = 0; step < filterSteps().size(); ++step)
+    if (draw.failed[step]) {
+      Q_EMIT drawWanted(shown(filterSteps()[step].plainName()), draw.period);
+      return;
+    }
 }
 
 QWidget* BackTestView::makeHead() {

@@ -5,7 +5,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QSpinBox>
-#include <QTableView>
 #include <QWidget>
 #include <memory>
 #include <optional>
@@ -15,6 +14,7 @@
 #include "ui/conditions/condition_clicks.hpp"
 #include "ui/shell/answer_thread.hpp"
 #include "ui/shell/session.hpp"
+#include "ui/widgets/row_table.hpp"
 
 namespace lotmere::ui {
 
@@ -75,12 +75,14 @@ class BackTestView : public QWidget {
   void drop() { answers_.drop(); }
 
  Q_SIGNALS:
-  // A draw was double-clicked: the condition that it failed first, by the name of its step, and its period.
+  // A draw was double-clicked, or chosen in its menu: the condition that it failed first, by the name of its step, and its period.
   void drawWanted(const QString& step, int period);
 
  private:
   void showTest(std::shared_ptr<const JudgedDraws> judged);
   [[nodiscard]] QWidget* makeHead();
+  // Opens the condition that the draw of a row failed first.
+  void openDraw(const QModelIndex& row);
 
   Session& session_;
   ConditionClicks& clicks_;
@@ -90,7 +92,7 @@ class BackTestView : public QWidget {
   QLabel* sentence_;
   VerdictStrip* strip_;
   VerdictModel* model_;
-  QTableView* table_;
+  RowTable* table_;
   QLabel* figures_;
 };
 

@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLocale>
-#include <QMenu>
 #include <QRegularExpression>
 #include <QVBoxLayout>
 #include <limits>
@@ -141,16 +140,12 @@ void HistoryPage::makeCommands() {
       [this] { addDraw(); });
   add({"cmm_scls", QStringLiteral("删除"), Qt::CTRL | Qt::Key_Delete, QStringLiteral("删除一期开奖记录")},
       [this] { removeDraw(); });
-  // The keys of the grid alone.
-  add({"copyRows", QStringLiteral("复制(&C)"), QKeySequence::Copy, QStringLiteral("复制选中的各行")},
-      [this] { copyRows(); });
   add({"removeSelected", QStringLiteral("删除这一期(&D)..."), QKeySequence::Delete,
        QStringLiteral("删除选中的一期开奖记录")},
       [this] { removeSelected(); });
-  for (const char* name : {"copyRows", "removeSelected"}) {
-    removeAction(session_.commands.action(name));
-    session_.commands.action(name)->setShortcutContext(Qt::WidgetShortcut);
-  }
+  // The key of the grid alone.
+  removeAction(session_.commands.action("removeSelected"));
+  session_.commands.action("removeSelected")->setShortcutContext(Qt::WidgetShortcut);
   add({"CmmSousuo", QStringLiteral("搜索记录"), Qt::CTRL | Qt::Key_F,
        QStringLiteral("在表头下的空白行输入条件，再按一次查找；在条件栏中按回车键也可")},
       [this] { promptSearch(); });
@@ -214,12 +209,13 @@ void HistoryPage::makeViews() {
   connect(grid_, &FrozenGrid::filterSubmitted, this,
           [this] { session_.commands.runner().run([this] { search(); }); });
   for (EndTable* pane : {&grid_->left(), &grid_->right()}) {
-    pane->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(pane, &QWidget::customContextMenuRequested, this,
-            [this, pane](QPoint at) { showRowMenu(pane, at); });
-    pane->addActions({session_.commands.action("copyRows"), session_.commands.action("removeSelected")});
+    connect(pane, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
+    pane->addRowActions(session_.commands.actions({"removeSelected", "cmm_kjqk"}));
+    pane->addRowActions(session_.commands.actions({"mnu_PasteDraws", "mnu_ImportDraws", "cmm_Daocu"}));
   }
   distribution_ = new DistributionGrid(views_);
+  connect(distribution_, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
+  distribution_->addRowActions(session_.commands.actions({"cmm_kjqk", "cmm_Daocu"}));
   grid_->setAccessibleName(QStringLiteral("开奖记录"));
   distribution_->setAccessibleName(QStringLiteral("号码分布"));
   empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载、导入文件、粘贴或手工添加。"));
@@ -470,29 +466,6 @@ void HistoryPage::removeTyped(const std::string& typed) {
   refreshHistoryView();
   loadEntry();
   Q_EMIT historyChanged();
-}
-
-// As a spreadsheet takes them: tabs between the fields, the visible columns alone.
-void HistoryPage::copyRows() {
-  QStringList lines;
-  for (const int row : grid_->selectedRows()) {
-    QStringList fields;
-    for (int column = 0; column < model_.columnCount(); ++column)
-      if (!HistoryModel::isWorkColumn(column)) fields.append(model_.index(row, column).data().toString());
-    lines.append(fields.join(QLatin1Char('\t')));
-  }
-  if (lines.isEmpty()) return;
-  QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')) + QLatin1Char('\n'));
-  session_.desk.showStatus(utf8(QStringLiteral("已复制 %1 行").arg(QLocale().toString(lines.size()))));
-}
-
-void HistoryPage::showRowMenu(QWidget* pane, QPoint at) {
-  QMenu menu;
-  for (const char* name : {"copyRows", "removeSelected"}) menu.addAction(session_.commands.action(name));
-  menu.addSeparator();
-  for (const char* name : {"mnu_PasteDraws", "mnu_ImportDraws", "cmm_kjqk", "cmm_Daocu"})
-    menu.addAction(session_.commands.action(name));
-  menu.exec(static_cast<QAbstractScrollArea*>(pane)->viewport()->mapToGlobal(at));
 }
 
 void HistoryPage::promptSearch() {

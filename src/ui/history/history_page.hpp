@@ -79,8 +79,6 @@ class HistoryPage : public QWidget {
   void removeDraw();
   void removeSelected();
   void removeTyped(const std::string& typed);
-  void copyRows();
-  void showRowMenu(QWidget* pane, QPoint at);
   // The boxes of the filter row: searches where something stands there, else leads the user to them.
   void promptSearch();
   void search();

@@ -48,6 +48,12 @@ QAction* Commands::action(const char* name) const {
   return found;
 }
 
+QList<QAction*> Commands::actions(std::initializer_list<const char*> names) const {
+  QList<QAction*> found;
+  for (const char* name : names) found.append(action(name));
+  return found;
+}
+
 QPushButton* Commands::makeButton(const char* name, const QString& caption, QAction* action) const {
   auto* button = new QPushButton(caption);
   button->setObjectName(QString::fromUtf8(name));

@@ -58,6 +58,8 @@ class Commands : public QObject {
   QAction* add(const ActionText& text, std::function<void()> handler);
   // A command that was registered before.
   [[nodiscard]] QAction* action(const char* name) const;
+  // Several of them, for a menu.
+  [[nodiscard]] QList<QAction*> actions(std::initializer_list<const char*> names) const;
   [[nodiscard]] QList<QAction*> all() const { return actions_.actions(); }
   // No command can be given while busy; afterwards those can that could before.
   void setBusy(bool busy) { actions_.setEnabled(!busy); }

@@ -1,5 +1,9 @@
 #include "ui/tickets/ticket_page.hpp"
 
+#include <fmt/ranges.h>
+
+#include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGridLayout>
@@ -24,7 +28,6 @@
 #include "ui/shell/written_file.hpp"
 #include "ui/tickets/export_dialog.hpp"
 #include "ui/tickets/import_dialog.hpp"
-#include "ui/widgets/row_table.hpp"
 
 namespace lotmere::ui {
 namespace {
@@ -128,7 +131,7 @@ QWidget* TicketPage::makeGrid() {
   auto* place = new QWidget(this);
   grid_ = new RowTable(place);
   grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
-  grid_->setModel(model_);
+  grid_->showRows(*model_);
   grid_->setItemDelegate(new BallDelegate(grid_));
   grid_->setShowGrid(false);
   grid_->verticalHeader()->setDefaultSectionSize(kRowHeight);
@@ -139,6 +142,14 @@ QWidget* TicketPage::makeGrid() {
     grid_->setColumnWidth(column, grid_->fontMetrics().horizontalAdvance(QStringLiteral("00000000")) + 16);
   }
   grid_->horizontalHeader()->setHighlightSections(false);
+  connect(grid_, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
+  auto* numbers = new QAction(QStringLiteral("复制号码(&N)"), grid_);
+  numbers->setObjectName(QStringLiteral("copyNumbers"));
+  numbers->setToolTip(QStringLiteral("只复制号码，一行一注"));
+  connect(numbers, &QAction::triggered, this, &TicketPage::copyNumbers);
+  grid_->addAction(numbers);
+  grid_->addRowActions(session_.commands.actions({"mnu_ShengCeng_6", "mnu_ShengCeng_1", "tickets.undo"}));
+  grid_->addRowActions(session_.commands.actions({"mnu_ShengCeng_3", "mnu_ShengCeng_4", "mnu_ShengCeng_5"}));
   bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy", place);
   auto* layout = new QGridLayout(place);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -209,7 +220,21 @@ PeriodNo TicketPage::currentPeriod() const {
   const auto& tickets = model_->tickets();
   if (tickets.empty()) return session_.nextPeriod();
   const QModelIndex current = grid_->currentIndex();
-  return tickets[static_cast<std::size_t>(current.isValid() ? current.row() : 0)].period;
+  const int row = current.isValid() ? grid_->storedRow(current.row()) : 0;
+  return tickets[static_cast<std::size_t>(row)].period;
+}
+
+void TicketPage::copyNumbers() {
+  const std::vector<int> rows = grid_->selectedRows();
+  if (rows.empty()) return;
+  std::string text;
+  for (const int row : rows) {
+    const DrawNumbers& numbers = model_->tickets()[static_cast<std::size_t>(grid_->storedRow(row))].numbers;
+    fmt::format_to(std::back_inserter(text), "{:02} + {:02}\n", fmt::join(numbers.reds, " "), numbers.blue);
+  }
+  QApplication::clipboard()->setText(shown(text));
+  Q_EMIT session_.desk.statusChanged(
+      QStringLiteral("已复制 %1 注号码").arg(grouped(static_cast<std::int64_t>(rows.size()))));
 }
 
 std::optional<PeriodNo> TicketPage::askPeriod(std::string_view prompt, PeriodNo proposed) {

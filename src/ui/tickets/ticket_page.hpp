@@ -5,7 +5,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTableView>
 #include <QWidget>
 
 #include "files/export.hpp"
@@ -14,6 +13,7 @@
 #include "ui/shell/session.hpp"
 #include "ui/tickets/run_result.hpp"
 #include "ui/tickets/ticket_model.hpp"
+#include "ui/widgets/row_table.hpp"
 
 namespace lotmere::ui {
 
@@ -58,11 +58,13 @@ class TicketPage : public QWidget {
   [[nodiscard]] std::optional<PeriodNo> askPeriod(std::string_view prompt, PeriodNo proposed);
   // The period of the grid's current row, or the next one.
   [[nodiscard]] PeriodNo currentPeriod() const;
+  // Puts the numbers of the chosen tickets on the clipboard, a line a ticket.
+  void copyNumbers();
   void showLog(const QString& text);
 
   Session& session_;
   TicketModel* model_;
-  QTableView* grid_ = nullptr;
+  RowTable* grid_ = nullptr;
   QPlainTextEdit* log_ = nullptr;  // TextChaoZuoTip
   JobBar* bar_ = nullptr;
   QLabel* head_ = nullptr;

@@ -20,6 +20,7 @@ class Pane : public EndTable {
       : EndTable(parent), first_(first), last_(last) {
     auto* head = new FilterHeader(this);
     setHorizontalHeader(head);
+    makeSortable(*head);
     setModel(&model);
     head->setBoxes(first, last);
     for (int column = 0; column < model.columnCount(); ++column)
@@ -49,6 +50,12 @@ class Pane : public EndTable {
     EndTable::focusInEvent(event);
   }
 
+  // The columns of both panes.
+  [[nodiscard]] bool copies(int column) const override {
+    const bool mine = column >= first_ && column <= last_;
+    return !(mine ? isColumnHidden(column) : neighbour_->isColumnHidden(column));
+  }
+
  private:
   QModelIndex goOn(int column) {
     const QModelIndex next = currentIndex().siblingAtColumn(column);
@@ -70,9 +77,9 @@ class Pane : public EndTable {
 }  // namespace
 
 FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
-    : QFrame(parent), model_(model), frozen_(frozen) {
-  auto* left = new Pane(model, 0, frozen - 1, this);
-  auto* right = new Pane(model, frozen, model.columnCount() - 1, this);
+    : QFrame(parent), rows_(model), frozen_(frozen) {
+  auto* left = new Pane(rows_, 0, frozen - 1, this);
+  auto* right = new Pane(rows_, frozen, model.columnCount() - 1, this);
   left->setNeighbour(right);
   right->setNeighbour(left);
   left_ = left;
@@ -98,6 +105,7 @@ FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
   layout->addLayout(beside);
   layout->addWidget(right_, 1);
   shareScrolling();
+  shareOrder();
   connectFilters(left_head_, right_head_, left_);
   connectFilters(right_head_, left_head_, right_);
   connect(left_head_, &QHeaderView::sectionResized, this, &FrozenGrid::fitLeft);
@@ -117,6 +125,25 @@ void FrozenGrid::shareScrolling() {
   connect(left, &QScrollBar::valueChanged, this, [this, left, right](int value) {
     if (!syncing_ && left->maximum() == right->maximum()) right->setValue(value);
   });
+}
+
+// The order of one pane's captions takes the place of the other's.
+void FrozenGrid::shareOrder() {
+  for (FilterHeader* head : {left_head_, right_head_}) {
+    FilterHeader* other = head == left_head_ ? right_head_ : left_head_;
+    connect(head, &QHeaderView::sortIndicatorChanged, this,
+            [this, other](int column, Qt::SortOrder direction) {
+              rows_.sort(column, direction);
+              const QSignalBlocker quiet(other);
+              other->setSortIndicator(column, direction);
+              other->viewport()->update();
+              if (rows_.isSorted())
+                right_->scrollToTop();
+              else
+                right_->showEnd();
+              syncLeft();
+            });
+  }
 }
 
 void FrozenGrid::syncLeft() {
@@ -159,25 +186,35 @@ void FrozenGrid::hideColumn(int column) {
 int FrozenGrid::currentColumn() const { return std::max(0, left_->currentIndex().column()); }
 
 void FrozenGrid::showEnd(int column) {
-  left_->selectionModel()->setCurrentIndex(model_.index(model_.rowCount() - 1, column),
-                                           QItemSelectionModel::NoUpdate);
-  right_->showEnd();
-  left_->showEnd();
+  const int stored = rows_.rowCount() - 1;
+  const QModelIndex newest = rows_.index(stored < 0 ? -1 : rows_.shownRow(stored), column);
+  left_->selectionModel()->setCurrentIndex(newest, QItemSelectionModel::NoUpdate);
+  if (rows_.isSorted()) {
+    right_->scrollTo(newest.siblingAtColumn(frozen_));
+  } else {
+    right_->showEnd();
+    left_->showEnd();
+  }
   syncLeft();
 }
 
 std::vector<int> FrozenGrid::selectedRows() const {
-  std::vector<int> rows;
-  for (const QModelIndex& index : left_->selectionModel()->selectedRows()) rows.push_back(index.row());
-  std::ranges::sort(rows);
+  std::vector<int> rows = left_->selectedRows();
+  for (int& row : rows) row = rows_.storedRow(row);
   return rows;
 }
 
 void FrozenGrid::selectFrom(int first) {
-  const int last = model_.rowCount() - 1;
-  if (first > last) return;
-  left_->selectionModel()->select({model_.index(first, 0), model_.index(last, model_.columnCount() - 1)},
-                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  const int count = rows_.rowCount();
+  QItemSelection chosen;
+  for (int row = first; row < count; ++row) {
+    // One range for rows that stand together.
+    const int from = row;
+    while (row + 1 < count && rows_.shownRow(row + 1) == rows_.shownRow(row) + 1) ++row;
+    chosen.select(rows_.index(rows_.shownRow(from), 0),
+                  rows_.index(rows_.shownRow(row), rows_.columnCount() - 1));
+  }
+  if (first < count) left_->selectionModel()->select(chosen, QItemSelectionModel::ClearAndSelect);
 }
 
 QString FrozenGrid::filter(int column) const {

@@ -1,5 +1,5 @@
 // A wide table in two panes: the first columns stay at the left, the others scroll beside them. Both panes
-// show the same rows at the same height and share the selection.
+// show the same rows at the same height and share the selection. A click on a caption sorts them.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -28,13 +28,13 @@ class FrozenGrid : public QFrame {
 
   // The column of the current cell; 0 with none.
   [[nodiscard]] int currentColumn() const;
-  // Puts the last row in sight, its cell in `column` being the current one. The end stays in sight when the
-  // window changes its size.
+  // Puts the last row of the model in sight, its cell in `column` being the current one. In the stored order
+  // the end stays in sight when the window changes its size.
   void showEnd(int column);
 
-  // The rows that are chosen, ascending.
+  // The rows of the model that are chosen, in the order in which they are shown.
   [[nodiscard]] std::vector<int> selectedRows() const;
-  // Chooses the rows from `first` on.
+  // Chooses the rows of the model from `first` on.
   void selectFrom(int first);
 
   [[nodiscard]] QString filter(int column) const;
@@ -48,11 +48,12 @@ class FrozenGrid : public QFrame {
 
  private:
   void shareScrolling();
+  void shareOrder();
   void connectFilters(FilterHeader* header, FilterHeader* other, EndTable* pane);
   void fitLeft();
   void syncLeft();
 
-  QAbstractItemModel& model_;
+  SortedRows rows_;
   int frozen_;
   EndTable* left_;
   EndTable* right_;
