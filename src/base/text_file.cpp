@@ -87,6 +87,14 @@ std::string TextFile::bytes(CourseLeg& job) {
   return bytes;
 }
 
+std::string TextFile::head(std::size_t most) {
+  std::string bytes(std::min(most, size_), '\0');
+  file_.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(file_.gcount()));
+  if (file_.bad()) fail(path_, std::errc::io_error);
+  return bytes;
+}
+
 bool isUtf16(std::string_view bytes) {
   return bytes.starts_with(kLittleEndianMark) || bytes.starts_with(kBigEndianMark);
 }

@@ -21,6 +21,8 @@ class TextFile {
   // The bytes of the file, which `job` is served for. Throws std::filesystem::filesystem_error when the
   // machine breaks off. Cut short when the person asks to stop, and behind a byte of 0: that is no text.
   [[nodiscard]] std::string bytes(CourseLeg& job);
+  // In the place of all of them: at most the first `most` bytes. Throws as bytes().
+  [[nodiscard]] std::string head(std::size_t most);
 
  private:
   std::filesystem::path path_;

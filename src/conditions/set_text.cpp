@@ -15,6 +15,12 @@ constexpr std::string_view kTitle = "Lotmere 条件 ";
 constexpr std::string_view kColon = "：";
 constexpr std::string_view kEnd = "完";
 
+std::string_view withoutMark(std::string_view text) {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  return text;
+}
+
 bool isKnownTitle(std::string_view line) {
   if (!line.starts_with(kTitle)) return false;
   line.remove_prefix(kTitle.size());
@@ -49,9 +55,10 @@ std::string setText(const ConditionSet& set, WithPicks with_picks) {
   return text + std::string(kEnd) + '\n';
 }
 
+bool isSetText(std::string_view text) { return withoutMark(text).starts_with(kTitle); }
+
 std::optional<ReadSet> readSetText(std::string_view text, const ConditionSet& base, WithPicks with_picks) {
-  constexpr std::string_view mark = "\xEF\xBB\xBF";
-  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  text = withoutMark(text);
   ReadSet read{base, {}};
   int number = 0;
   for (std::size_t from = 0; from < text.size();) {

@@ -47,6 +47,9 @@ struct ReadSet {
   bool with_picks = false;  // lines of picked numbers stand there, whether they were taken or not
   bool complete = false;    // the last line stands there: nothing is cut off
 };
+// Whether a text begins as that of a set does, of this version or another.
+[[nodiscard]] bool isSetText(std::string_view text);
+
 // Reads a text into a copy of `base`. Nothing for a text without the first line, or of a later version.
 [[nodiscard]] std::optional<ReadSet> readSetText(std::string_view text, const ConditionSet& base,
                                                  WithPicks with_picks = WithPicks::yes);

@@ -115,6 +115,15 @@ bool writeArchive(const fs::path& path, const std::vector<ArchivedFile>& archive
   }
 }
 
+bool isArchive(std::string_view bytes) {
+  constexpr std::string_view database{"SQLite format 3\0", 16};
+  constexpr std::size_t application = 68;  // place of the application's number, its highest byte first
+  if (!bytes.starts_with(database) || bytes.size() < application + 4) return false;
+  int number = 0;
+  for (const char c : bytes.substr(application, 4)) number = number << 8 | static_cast<unsigned char>(c);
+  return number == kApplication;
+}
+
 Archive readArchive(const fs::path& path, Desk& desk) {
   requirePlainFile(path);
   if (!fs::exists(path))

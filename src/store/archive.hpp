@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/desk.hpp"
@@ -33,6 +34,9 @@ struct Archive {
   ArchiveState state = ArchiveState::sound;
   std::vector<ArchivedFile> files;  // of a sound one
 };
+
+// Whether a file begins as an archive does, of any format; the first hundred bytes tell.
+[[nodiscard]] bool isArchive(std::string_view bytes);
 
 // Reads an archive whole and checks it; the file is only read. Throws std::filesystem::filesystem_error where
 // there is no file, and StoreFailure when it can't be read at present.

@@ -53,6 +53,9 @@ class ConditionsPage : public QWidget {
   // The menu of the sets with names.
   [[nodiscard]] QMenu* makeSetMenu(QWidget* menu_parent) { return sets_.makeMenu(menu_parent); }
 
+  // Keeps the set of a file under a name.
+  void importSet(const QString& file) { sets_.importFile(file); }
+
   // The commands of the pages of single conditions, by tab, for the menus.
   [[nodiscard]] static std::string tabCommand(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
 

@@ -109,7 +109,10 @@ void SetTools::manage() {
 void SetTools::importSet() {
   const QString file = session_.desk.chooseFile(QStringLiteral("从文件读入方案"),
                                                 QStringLiteral("方案 (*.txt);;全部文件 (*)"));
-  if (file.isEmpty()) return;
+  if (!file.isEmpty()) importFile(file);
+}
+
+void SetTools::importFile(const QString& file) {
   const QString proposed = QFileInfo(file).completeBaseName();
   const auto name = session_.desk.askText("方案的名称：", "从文件读入方案", utf8(proposed));
   if (!name) return;

@@ -21,6 +21,8 @@ class SetTools : public QObject {
   [[nodiscard]] QMenu* makeMenu(QWidget* parent);
   // The button "撤销：勾选 总和值"; greyed where there is nothing to take back.
   [[nodiscard]] QPushButton* makeUndoButton();
+  // Keeps the set of a file under a name that is asked for. To be called inside a command.
+  void importFile(const QString& file);
 
  private:
   void step(std::optional<std::string> (Settings::*make)(), const char* done, const char* none);

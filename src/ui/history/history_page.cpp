@@ -417,7 +417,10 @@ void HistoryPage::download() {
 void HistoryPage::importDraws() {
   const QString file =
       session_.desk.chooseFile(QStringLiteral("从文件导入开奖数据"), QStringLiteral("*.txt *.csv;;*"));
-  if (file.isEmpty()) return;
+  if (!file.isEmpty()) importFile(file);
+}
+
+void HistoryPage::importFile(const QString& file) {
   storeList([&, today = session_.clock.today()](Store& store) {
     return lotmere::importDraws(store, session_.desk, QFile::encodeName(file).toStdString(), today);
   });

@@ -41,6 +41,9 @@ class HistoryPage : public QWidget {
   // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
   void download();
 
+  // Adds the draws of a file. To be called inside a command.
+  void importFile(const QString& file);
+
   // Asks an outdated history for its draws: the download, and where it is empty also a file or a copied list.
   // To be called inside a command.
   void offerDraws();

@@ -1,5 +1,7 @@
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <filesystem>
+#include <utility>
 
 #include "base/platform.hpp"
 #include "start/transfer.hpp"
@@ -32,7 +34,12 @@ int main(int argc, char** argv) {
   const QCommandLineOption look(QStringLiteral("appearance"), QStringLiteral("外观：light 或 dark"),
                                 QStringLiteral("LOOK"));
   parser.addOptions({home, look});
+  parser.addPositionalArgument(QStringLiteral("FILE"),
+                               QStringLiteral("要打开的文件：开奖记录、号码、方案或全部数据"),
+                               QStringLiteral("[FILE]"));
   parser.process(application);
+  QStringList files;
+  for (const QString& file : parser.positionalArguments()) files.append(QFileInfo(file).absoluteFilePath());
   const lotmere::Home folder = homeOf(parser.value(home));
   if (parser.isSet(look))
     lotmere::ui::applyAppearance(application, parser.value(look) == QStringLiteral("dark")
@@ -44,6 +51,7 @@ int main(int argc, char** argv) {
   const lotmere::ui::EndWatch watch;
   for (;;) {
     lotmere::ui::Program program(folder, desk);
+    program.openBehindStart(std::exchange(files, {}));
     const auto ends =
         QObject::connect(&watch, &lotmere::ui::EndWatch::endAsked, &desk, [&program] { program.end(); });
     if (!program.start()) return EXIT_FAILURE;

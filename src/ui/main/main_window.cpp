@@ -59,7 +59,8 @@ MainWindow::MainWindow(Session& session)
       conditions_(new ConditionsPage(
           session, [&session](QWidget* parent) { return new AnalysisPane(session, parent); }, pages_)),
       tickets_(new TicketPage(session, pages_)),
-      other_(new OtherPage(session, pages_)) {
+      other_(new OtherPage(session, pages_)),
+      opener_(session, *this, fileWays()) {
   setObjectName(QStringLiteral("Form_main"));
   setWindowTitle(main_caption_);
   if (const QScreen* shown_on = screen(); shown_on != nullptr)
@@ -122,7 +123,25 @@ void MainWindow::saveStore() {
 void MainWindow::restoreStore() {
   const QString file =
       session_.desk.chooseFile(QStringLiteral("读入全部数据"), QString::fromUtf8(kEverythingFilter));
-  if (file.isEmpty()) return;
+  if (!file.isEmpty()) restoreFrom(file);
+}
+
+FileWays MainWindow::fileWays() {
+  return {.draws =
+              [this](const QString& file) {
+                showPage(Page::history);
+                history_->importFile(file);
+              },
+          .tickets =
+              [this](const QString& file, ImportFormat format) {
+                showPage(Page::tickets);
+                tickets_->importFrom(file, format);
+              },
+          .conditions = [this](const QString& file) { conditions_->importSet(file); },
+          .everything = [this](const QString& file) { restoreFrom(file); }};
+}
+
+void MainWindow::restoreFrom(const QString& file) {
   {
     const TipScope tip(*progress_);
     const ProgressPlace place(session_.desk, *progress_);
@@ -173,7 +192,7 @@ void MainWindow::addMenu(const char* name, const QString& title, std::initialize
 }
 
 void MainWindow::makeMenus() {
-  addMenu("mnu_File", QStringLiteral("文件(&F)"), {"mnu_Exit"});
+  addMenu("mnu_File", QStringLiteral("文件(&F)"), {"file.open", nullptr, "mnu_Exit"});
   addMenu("editMenu", QStringLiteral("编辑(&I)"), {"conditions.undo", "conditions.redo"});
   addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
           {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_PasteDraws", "mnu_InputKaiJian", nullptr,
@@ -362,7 +381,7 @@ void MainWindow::switchUser() {
 
 void MainWindow::checkHistory() {
   updateStatus();
-  if (!readStatus().outdated) return;
+  if (ending_ || !readStatus().outdated) return;
   session_.commands.runner().run([this] { history_->offerDraws(); });
 }
 

@@ -10,6 +10,7 @@
 #include "history/status.hpp"
 #include "ui/conditions/conditions_page.hpp"
 #include "ui/history/history_page.hpp"
+#include "ui/main/file_opener.hpp"
 #include "ui/main/other_page.hpp"
 #include "ui/shell/progress_control.hpp"
 #include "ui/shell/session.hpp"
@@ -39,6 +40,9 @@ class MainWindow : public QMainWindow {
   void recountIntervals();
   // Offers the download where a draw is missing.
   void checkHistory();
+
+  // Asks what to do with files that somebody named; more than one are refused.
+  void openFiles(const QStringList& files) { opener_.open(files); }
 
   // Somebody started the program a second time.
   void comeToFront();
@@ -78,6 +82,9 @@ class MainWindow : public QMainWindow {
   void saveStore();
   // Behind a restore the program ends; what is to come is put in place by the start that follows.
   void restoreStore();
+  void restoreFrom(const QString& file);
+  // The ways of what a file can hold.
+  [[nodiscard]] FileWays fileWays();
 
   Session& session_;
   const QString main_caption_;
@@ -89,6 +96,7 @@ class MainWindow : public QMainWindow {
   ConditionsPage* conditions_;
   TicketPage* tickets_;
   OtherPage* other_;
+  FileOpener opener_;
   QMenu* user_menu_ = nullptr;
   QLabel* panels_[3]{};
   QPointer<QWidget> focus_;  // that a job took the focus from

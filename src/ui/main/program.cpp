@@ -27,7 +27,7 @@ std::vector<StartStep> Program::startOrder() {
   StartStep single = start_.singleInstance();
   single.run = [this, take = std::move(single.run)] {
     // The lock decides; only who doesn't get it is told, where no window comes to the front.
-    if (SingleWindow::raiseOther(start_.home().folder)) return false;
+    if (SingleWindow::raiseOther(start_.home().folder, files_wanted_)) return false;
     if (!take()) return false;
     single_window_.listen(start_.home().folder);
     return true;
@@ -50,6 +50,8 @@ std::vector<StartStep> Program::startOrder() {
              window_ = std::make_unique<MainWindow>(*session_);
              QObject::connect(&single_window_, &SingleWindow::raiseWanted, window_.get(),
                               &MainWindow::comeToFront);
+             QObject::connect(&single_window_, &SingleWindow::filesWanted, window_.get(),
+                              &MainWindow::openFiles);
              return true;
            },
            StartAdvice::security},
@@ -65,6 +67,11 @@ std::vector<StartStep> Program::startOrder() {
           {"interval counts",
            [this] {
              commands_.runner().run([this] { window_->recountIntervals(); });
+             return true;
+           }},
+          {"files",
+           [this] {
+             if (!files_wanted_.isEmpty()) window_->openFiles(files_wanted_);
              return true;
            }},
           {"history", [this] {

@@ -23,6 +23,9 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
+  // Files that the ready window is to open, by whole paths, or the one that is open already.
+  void openBehindStart(const QStringList& files) { files_wanted_ = files; }
+
   // The whole start order up to the ready window. False: the program ends; a failure has been told, and
   // nothing was changed that a later start would miss.
   [[nodiscard]] bool start();
@@ -54,6 +57,7 @@ class Program {
   SingleWindow single_window_;
   std::unique_ptr<Splash> splash_;
   std::unique_ptr<MainWindow> window_;
+  QStringList files_wanted_;
   bool started_ = false;
 };
 

@@ -1,7 +1,7 @@
 #include "ui/main/single_window.hpp"
 
 #include <QCryptographicHash>
-#include <QLocalSocket>
+#include <QDataStream>
 
 namespace lotmere::ui {
 namespace {
@@ -19,10 +19,16 @@ QString nameOf(const std::filesystem::path& home) {
 
 }  // namespace
 
-bool SingleWindow::raiseOther(const std::filesystem::path& home) {
+bool SingleWindow::raiseOther(const std::filesystem::path& home, const QStringList& files) {
   QLocalSocket call;
   call.connectToServer(nameOf(home));
-  return call.waitForConnected(kPatience);
+  if (!call.waitForConnected(kPatience)) return false;
+  if (files.isEmpty()) return true;
+  QDataStream words(&call);
+  words << files;
+  call.waitForBytesWritten(kPatience);
+  call.disconnectFromServer();
+  return true;
 }
 
 void SingleWindow::listen(const std::filesystem::path& home) {
@@ -30,10 +36,24 @@ void SingleWindow::listen(const std::filesystem::path& home) {
   // One that a killed process left behind.
   QLocalServer::removeServer(nameOf(home));
   connect(&server_, &QLocalServer::newConnection, this, [this] {
-    while (QLocalSocket* call = server_.nextPendingConnection()) call->deleteLater();
+    while (QLocalSocket* call = server_.nextPendingConnection()) answer(*call);
     Q_EMIT raiseWanted();
   });
   server_.listen(nameOf(home));
+}
+
+void SingleWindow::answer(QLocalSocket& call) {
+  const auto end = [this, &call] {
+    QStringList files;
+    QDataStream words(&call);
+    words >> files;
+    call.deleteLater();
+    if (!files.isEmpty()) Q_EMIT filesWanted(files);
+  };
+  if (call.state() == QLocalSocket::ConnectedState)
+    connect(&call, &QLocalSocket::disconnected, this, end);
+  else
+    end();
 }
 
 }  // namespace lotmere::ui

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QObject>
+#include <QStringList>
 #include <filesystem>
 
 namespace lotmere::ui {
@@ -13,8 +15,9 @@ class SingleWindow : public QObject {
  public:
   using QObject::QObject;
 
-  // Asks the window over the home to come to the front. False where none answers.
-  [[nodiscard]] static bool raiseOther(const std::filesystem::path& home);
+  // Asks the window over the home to come to the front and to open these files, which are named by whole
+  // paths. False where none answers.
+  [[nodiscard]] static bool raiseOther(const std::filesystem::path& home, const QStringList& files);
   // Takes such calls from now on. To be called by the process that holds the lock of the home; where the
   // system refuses, a second start is only told.
   void listen(const std::filesystem::path& home);
@@ -22,8 +25,12 @@ class SingleWindow : public QObject {
 
  Q_SIGNALS:
   void raiseWanted();
+  void filesWanted(const QStringList& files);
 
  private:
+  // Reads what a second start has to say, which it ends by going away.
+  void answer(QLocalSocket& call);
+
   QLocalServer server_;
 };
 

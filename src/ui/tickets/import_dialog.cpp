@@ -9,18 +9,18 @@
 
 namespace lotmere::ui {
 
-ImportDialog::ImportDialog(Session& session, QWidget* parent) : QDialog(parent), desk_(session.desk) {
+ImportDialog::ImportDialog(Session& session, ImportFormat proposed, QWidget* parent)
+    : QDialog(parent), desk_(session.desk) {
   setObjectName(QStringLiteral("frmFromFile"));
   setWindowTitle(QStringLiteral("数 据 导 入"));
   auto* options = new QHBoxLayout;
-  const char* const captions[] = {"只有号码", " 期号＋号码", " 序号＋号码"};
+  const char* const captions[] = {"只有号码", " 期号＋号码", " 序号＋号码", "复式号码"};
   for (int i = 0; i < static_cast<int>(std::size(captions)); ++i) {
     auto* option = new QRadioButton(QString::fromUtf8(captions[i]));
     option->setObjectName(QStringLiteral("Option_GeShi_%1").arg(i));
     formats_.addButton(option, i);
     options->addWidget(option);
   }
-  formats_.button(0)->setChecked(true);
   period_label_ = new QLabel(QStringLiteral("号码对应的期号："));
   period_label_->setObjectName(QStringLiteral("Label1_1"));
   period_ = new QLineEdit(QString::number(
@@ -49,6 +49,7 @@ ImportDialog::ImportDialog(Session& session, QWidget* parent) : QDialog(parent),
     period_label_->setEnabled(!checked);
     period_->setEnabled(!checked);
   });
+  formats_.button(static_cast<int>(proposed))->setChecked(true);
   connect(ok, &QPushButton::clicked, this, &ImportDialog::acceptChoice);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }

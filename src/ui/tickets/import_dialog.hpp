@@ -16,7 +16,7 @@ class ImportDialog : public QDialog {
   Q_OBJECT
 
  public:
-  ImportDialog(Session& session, QWidget* parent);
+  ImportDialog(Session& session, ImportFormat proposed, QWidget* parent);
 
   // What was accepted; nothing before.
   [[nodiscard]] const std::optional<ImportChoice>& choice() const { return choice_; }

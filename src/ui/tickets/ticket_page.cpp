@@ -349,8 +349,12 @@ void TicketPage::exportFile() {
 
 void TicketPage::importFile() {
   const QString file = session_.desk.chooseFile(QStringLiteral("数 据 导 入"), QStringLiteral("*.txt;;*"));
-  if (file.isEmpty()) return;
-  ImportDialog dialog(session_, session_.desk.window());
+  if (!file.isEmpty()) importFrom(file, ImportFormat::numbers);
+}
+
+void TicketPage::importFrom(const QString& file, ImportFormat proposed) {
+  const ProgressPlace place(session_.desk, *bar_);
+  ImportDialog dialog(session_, proposed, session_.desk.window());
   const auto choice = session_.desk.runDialog(dialog) ? dialog.choice() : std::nullopt;
   session_.store.run([&](Store& store) {
     return importCommand(store, session_.desk, QFile::encodeName(file).toStdString(), choice);

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include "files/export.hpp"
+#include "files/import.hpp"
 #include "ui/shell/answer_thread.hpp"
 #include "ui/shell/job_bar.hpp"
 #include "ui/shell/session.hpp"
@@ -26,6 +27,8 @@ class TicketPage : public QWidget {
 
   // Shows the tickets as they are stored.
   void refreshTickets();
+  // Adds the tickets of a file, as a dialog says that proposes a format. To be called inside a command.
+  void importFrom(const QString& file, ImportFormat proposed);
 
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
