@@ -32,10 +32,10 @@ struct FileContent {
 // As much of a file as has to be looked at.
 inline constexpr std::size_t kContentHead = std::size_t{64} * 1024;
 
-// Tells by the first bytes of a file, in any encoding, `whole` where these are all. A draw with its period and
-// date makes it a list of draws, unless more lines are tickets in some format; of tickets they have to be at
-// least half of the lines that aren't empty. Where neither holds, dated lines with a period or numbers are a
-// list of draws, whose faults its import tells. No draw is dated after `today`.
+// Tells by the first bytes of a file, in any encoding, `whole` where these are all. A draw with its period
+// and date makes it a list of draws, unless more lines are tickets in some format; of tickets they have to be
+// at least half of the lines that aren't empty. Where neither holds, dated lines with a period or numbers are
+// a list of draws, whose faults its import tells. No draw is dated after `today`.
 [[nodiscard]] FileContent contentOf(std::string bytes, bool whole, Date today);
 
 // The same of a file. Throws std::filesystem::filesystem_error as TextFile does, and when the machine breaks

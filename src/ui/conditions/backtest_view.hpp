@@ -75,7 +75,8 @@ class BackTestView : public QWidget {
   void drop() { answers_.drop(); }
 
  Q_SIGNALS:
-  // A draw was double-clicked, or chosen in its menu: the condition that it failed first, by the name of its step, and its period.
+  // A draw was double-clicked, or chosen in its menu: the condition that it failed first, by the name of its
+  // step, and its period.
   void drawWanted(const QString& step, int period);
 
  private:

@@ -26,8 +26,8 @@ class FileOpener : public QObject {
   Q_OBJECT
 
  public:
-  // Registers file.open and takes the drops on a window and whatever stands in it, in the place of fields that
-  // would take a path for a text.
+  // Registers file.open and takes the drops on a window and whatever stands in it, in the place of fields
+  // that would take a path for a text.
   FileOpener(Session& session, QWidget& window, FileWays ways);
 
   // Reads the file, asks what to do with it, and does that; without an answer nothing changes. Told instead,

@@ -7,7 +7,8 @@
 namespace lotmere::ui {
 
 // Shows the rows of another model, stored or in the order of a column. The other model changes by resets and
-// by changes of data alone; the order outlasts both. What is chosen, and the current cell, go with their rows.
+// by changes of data alone; the order outlasts both. What is chosen, and the current cell, go with their
+// rows.
 class SortedRows : public QAbstractTableModel {
   Q_OBJECT
 
