@@ -278,7 +278,7 @@ void clickSheet(State& state, const Sizes& sizes) {
   ui::MainWindow& window = open.program().window();
   window.showPage(ui::MainWindow::Page::conditions);
   paint(window);
-  auto* list = window.findChild<ui::CheckList*>(QStringLiteral("List_TjA_0"));
+  auto* list = window.findChild<ui::CheckList*>(QStringLiteral("metricValues.0"));
   std::vector<double> subjects;
   for (auto _ : state) {
     for (int round = 0; round < 10 * sizes.rounds; ++round)
@@ -306,7 +306,7 @@ void runAgain(State& state, const Sizes& sizes, const std::function<double(Open&
   }
 }
 
-void runCommand(Open& open) { open.program().commands().action("mnu_ShengCeng_1")->trigger(); }
+void runCommand(Open& open) { open.program().commands().action("tickets.run")->trigger(); }
 
 void alive100k(State& state, const Sizes& sizes) {
   runAgain(state, sizes, [](Open& open) {

@@ -16,7 +16,7 @@ namespace lotmere {
 
 enum class Tone { information, warning, error };
 
-// The text of the course of jobs (`TextChaoZuoTip`). Line breaks are CR LF. The work writes it while the
+// The text of the course of jobs. Line breaks are CR LF. The work writes it while the
 // face, on a thread of its own, shows it.
 class RunningText {
  public:
@@ -40,7 +40,7 @@ class Desk {
   Desk& operator=(const Desk&) = delete;
   virtual ~Desk() = default;
 
-  // A message that the person closes.
+  // A message that the user closes.
   virtual void tell(std::string_view text, Tone tone = Tone::information, std::string_view title = {}) = 0;
   // A question answered by yes or no.
   [[nodiscard]] virtual bool ask(std::string_view text, std::string_view title = {}) = 0;
@@ -50,7 +50,7 @@ class Desk {
   // knows only these words.
   [[nodiscard]] virtual std::size_t choose(std::string_view text, std::span<const std::string_view> buttons,
                                            std::size_t cancel, std::string_view title = {}) = 0;
-  // A text typed by the person; nothing when they cancel.
+  // A text typed by the user; nothing when they cancel.
   [[nodiscard]] virtual std::optional<std::string> askText(std::string_view prompt, std::string_view title,
                                                            std::string_view proposed) = 0;
   // A message that goes away by itself after ten seconds.

@@ -1,4 +1,4 @@
-// Lists of whole numbers as a person writes them: "1,2,5-9".
+// Lists of whole numbers as a user writes them: "1,2,5-9".
 #pragma once
 
 #include <optional>

@@ -134,7 +134,7 @@ void onEndSignal(int /*signal*/) {
 class RealClock final : public Clock {
  public:
   Date today() override {
-    // The person's own day, not the one at Greenwich.
+    // The user's own day, not the one at Greenwich.
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     ::localtime_r(&now, &local);

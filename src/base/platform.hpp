@@ -160,7 +160,7 @@ void prepareProcess();
 // The file of the program that runs; empty where the machine doesn't say.
 [[nodiscard]] std::filesystem::path programFile();
 
-// Why the machine refused, in a few words for the person: "磁盘已满".
+// Why the machine refused, in a few words for the user: "磁盘已满".
 [[nodiscard]] std::string reasonText(const std::error_code& code);
 
 // The real machine.

@@ -102,7 +102,7 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
   constexpr const char* help = "用 --help 查看用法。";
   const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
   const std::string detail = error.what();
-  // The parser misses a command before it looks at the words that it couldn't place; the person wants to know
+  // The parser misses a command before it looks at the words that it couldn't place; the user wants to know
   // the word.
   const auto unknown = app.remaining(true);
   if (!unknown.empty() && (code == CLI::ExitCodes::RequiredError || code == CLI::ExitCodes::ExtrasError))

@@ -24,7 +24,7 @@ class Validator;
 
 namespace lotmere {
 
-// What a command runs with. Results go to `out`; what the person must know goes through the desk.
+// What a command runs with. Results go to `out`; what the user must know goes through the desk.
 struct Session {
   const ProgramStart& start;
   Store& store;

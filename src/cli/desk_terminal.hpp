@@ -47,7 +47,7 @@ class TerminalCourse final : public StoppableCourse {
 class TerminalDesk final : public Desk {
  public:
   enum class Answer { none, yes, no };
-  // `answer` is what the person typed ahead for every question: without it a plain question is answered yes,
+  // `answer` is what the user typed ahead for every question: without it a plain question is answered yes,
   // and one that guards a slip is refused. `out` takes information, `err` warnings, errors, questions and
   // progress. With `show_bar` the progress stands as a percentage on one line of `err`.
   TerminalDesk(std::ostream& out, std::ostream& err, Answer answer, bool show_bar)

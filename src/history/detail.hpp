@@ -1,4 +1,4 @@
-// The page of a single draw on a web site (`cmm_kjqk`).
+// The page of a single draw on a web site.
 #pragma once
 
 #include <optional>

@@ -50,7 +50,7 @@ struct DownloadResult {
 // Tells what may be wrong, and the cause, of a download that was refused; nothing of one that was stopped.
 void tellFailure(Desk& desk, const DownloadResult& result);
 
-// The command (`cmmUpdateHistory(1)`): downloads all from the remembered address and tells what happened.
+// The command: downloads all from the remembered address and tells what happened.
 // While none is remembered the user is asked for one (see knownAddress); nothing happens when they cancel.
 [[nodiscard]] DownloadResult downloadCommand(Store& store, Desk& desk, Fetcher& fetcher, Date today,
                                              std::string& address_typed);

@@ -1,4 +1,4 @@
-// The list of the concrete combinations (`List_jtzhsgl`): which groups of the 32 families a draw hit.
+// The list of the concrete combinations: which groups of the 32 families a draw hit.
 #pragma once
 
 #include <array>

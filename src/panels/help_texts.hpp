@@ -5,13 +5,13 @@
 
 namespace lotmere {
 
-// Beside the seven places (`Text_dingweiTip`).
+// Beside the seven places.
 extern const std::string_view kPlaceHelp;
-// Beside the custom groups (`Text_ZDYhelp`).
+// Beside the custom groups.
 extern const std::string_view kGroupHelp;
 // On the page of the match with past draws.
 extern const std::string_view kMatchHelp;
-// How the intervals are divided (`Text_FenQuTip`).
+// How the intervals are divided.
 extern const std::string_view kDivisionHelp;
 
 }  // namespace lotmere

@@ -1,5 +1,5 @@
 // The pages of the conditions: one for each condition or series of conditions, then the shrink settings
-// and the summary. The pages of what a person makes (groups, places, match) have a header of their own.
+// and the summary. The pages of what a user makes (groups, places, match) have a header of their own.
 #pragma once
 
 #include <array>

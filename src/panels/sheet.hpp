@@ -1,4 +1,4 @@
-// The condition sheet (`Frame_subtj`): most conditions at once, each list with a line that tells its current
+// The condition sheet: most conditions at once, each list with a line that tells its current
 // value.
 #pragma once
 
@@ -16,7 +16,7 @@ inline constexpr int kSlotCount = 16;
 [[nodiscard]] const Condition* slotCondition(int slot);
 // Whether a slot is the condition's.
 [[nodiscard]] bool isOnSheet(const Condition& condition);
-// 尾数重叠, 合数重叠, 前3期出现个数, 前2期和值相同组 (`List_wscd`), counted from 0; 温度5 and 温度10.
+// 尾数重叠, 合数重叠, 前3期出现个数, 前2期和值相同组, counted from 0; 温度5 and 温度10.
 inline constexpr int kRelativeCount = 4;
 inline constexpr int kHeatCount = 2;
 [[nodiscard]] const Condition& relativeCondition(int i);

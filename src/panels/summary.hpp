@@ -8,12 +8,12 @@
 
 namespace lotmere {
 
-// The ten custom groups, a line each (the items of `List_ZDY`): name, members and allowed counts, or that the
+// The ten custom groups, a line each: name, members and allowed counts, or that the
 // group isn't in use.
 [[nodiscard]] std::array<std::string, 10> groupLines(const ConditionSet& set);
 
 // Selection, conditions, groups and shrink type, a line each, CR LF and an empty line between them
-// (`Text_TiaoJianList`). A condition that is off says so in place of its values. Behind these lines, which
+//. A condition that is off says so in place of its values. Behind these lines, which
 // always stand, comes one for every other setting that is on, so that the text tells everything that a run
 // will do.
 [[nodiscard]] std::string summaryText(const ConditionSet& set);

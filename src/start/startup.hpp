@@ -32,7 +32,7 @@ enum class StartAdvice {
 
 struct StartStep {
   std::string_view name;
-  std::function<bool()> run;  // false: the program ends here, and the person was told why
+  std::function<bool()> run;  // false: the program ends here, and the user was told why
   StartAdvice advice = StartAdvice::administrator;
 };
 

@@ -19,7 +19,7 @@ namespace lotmere {
 [[nodiscard]] int schemaVersion();
 
 // A name as an SQL identifier, quotes doubled. Only names of the data model pass through here, never what a
-// person typed.
+// user typed.
 [[nodiscard]] std::string sqlName(std::string_view name);
 // Quoted names joined by commas.
 [[nodiscard]] std::string columnList(const std::vector<std::string>& names);

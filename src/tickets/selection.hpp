@@ -38,7 +38,7 @@ struct ComboCounts {
   std::int64_t tickets = 0;
 };
 [[nodiscard]] ComboCounts countCombos(const NumberSelection& selection);
-// The summary that stands beside the pad (`Text_ChoseNumberTip`).
+// The summary that stands beside the pad.
 [[nodiscard]] std::string combosText(const ComboCounts& counts);
 
 // True when at least one ticket can be made; otherwise, if asked to, tells that numbers are missing.

@@ -33,7 +33,7 @@ inline Reply runBare(const Arguments& arguments) {
   return {status, out.str(), err.str()};
 }
 
-// A refusal or a report: one line that a person reads at a glance.
+// A refusal or a report: one line that a user reads at a glance.
 inline void expectOneLine(const Reply& reply, int status) {
   EXPECT_EQ(reply.status, status);
   EXPECT_GT(reply.err.size(), 1U);

@@ -101,7 +101,7 @@ class DrawStats : public StoreTest {
 };
 
 TEST_F(DrawStats, EveryColumnOfEveryRangeAgreesWithTheModel) {
-  // Groups as a person may edit them: overlapping intervals with a hole, another split of big numbers, tails
+  // Groups as a user may edit them: overlapping intervals with a hole, another split of big numbers, tails
   // that follow no rule.
   store_.db().exec(
       R"(UPDATE "号码特性" SET "区间1"="号码"<13, "区间2"="号码" BETWEEN 8 AND 17, "区间3"="号码" IN (25,26),

@@ -49,7 +49,7 @@ TEST(Factory, CellsHoldTheMostFrequentNinetyFivePercent) {
     if (condition.usage == 265) metric->table = typicalHeat({18, 15});
     if (condition.usage == 301) metric->table = typicalHeat({12, 14, 5, 2});
     if (condition.usage == 302) metric->table = typicalHeat({4, 10, 10, 6, 3});
-    std::vector<int> wanted = {0, 1, 2, 3, 4, 5, 6};  // of the person's own sets
+    std::vector<int> wanted = {0, 1, 2, 3, 4, 5, 6};  // of the user's own sets
     if (const bool own = condition.usage > 400 || (condition.usage >= 20 && condition.usage <= 29); !own) {
       std::vector<std::int64_t> sixes(200);
       expandSelection(all, [&](const Reds& six, const std::vector<int>&) {

@@ -131,7 +131,7 @@ class Model {
     return sumOf([flags = column_.at(column), wanted](int n) { return flags.at(n) == wanted ? 1 : 0; });
   }
 
-  // The counts of the person's own sets: columns with the names of their conditions.
+  // The counts of the user's own sets: columns with the names of their conditions.
   void series(int first, int last) {
     for (int usage = first; usage <= last; ++usage) {
       const Condition& set = condition_.at(usage);

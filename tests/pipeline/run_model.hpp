@@ -18,7 +18,7 @@ struct Outcome {
   std::vector<std::string> tips;
 };
 
-// What a run over kPeriod leaves behind. `stop_in` is the start line of the pass in which the person stops
+// What a run over kPeriod leaves behind. `stop_in` is the start line of the pass in which the user stops
 // it.
 [[nodiscard]] Outcome modelRun(Store& store, const std::string& stop_in = {});
 

@@ -64,11 +64,11 @@ TEST_F(SlowDiskTest, TheWindowNeverWaitsForIt) {
     desk_.dialogs = {[](QDialog&) { return true; }};
     desk_.files = {QString::fromStdString((home_.path() / "号码.txt").string())};
     desk_.choices = {1};
-    choose("mnu_ShengCeng_3");
+    choose("tickets.export");
   });
   expectServed("a run", [&] {
     desk_.texts = {"2026092"};
-    choose("mnu_ShengCeng_1");
+    choose("tickets.run");
   });
   expectServed("the end", [&] {
     desk_.answers = {true};
@@ -81,13 +81,13 @@ TEST_F(SlowDiskTest, TheWindowNeverWaitsForIt) {
 
 TEST_F(SlowDiskTest, ClicksWithinOneSlowSaveShowAtOnceAndAllCount) {
   openSettled();
-  choose("tab_2");
+  choose("page.2");
   expectServed("the save", [&] {
     QElapsedTimer since;
     since.start();
-    for (const char* ball : {"cmm_C7_03", "cmm_C7_08", "cmm_C7_33"}) part<QAbstractButton>(ball).click();
+    for (const char* ball : {"padBall.03", "padBall.08", "padBall.33"}) part<QAbstractButton>(ball).click();
     EXPECT_LT(since.elapsed(), kDelay.count()) << "no click waits for the disk";
-    EXPECT_EQ(part("cmm_C7_33").accessibleName(), QStringLiteral("红球 33 拖码"));
+    EXPECT_EQ(part("padBall.33").accessibleName(), QStringLiteral("红球 33 拖码"));
     settle();
   });
   EXPECT_EQ(

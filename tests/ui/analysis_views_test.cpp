@@ -56,7 +56,7 @@ class AnalysisViewTest : public DrivenTest {
 class OmissionViewTest : public AnalysisViewTest<OmissionView> {
  protected:
   [[nodiscard]] OmissionGroup& group(int number) {
-    return part<OmissionGroup>("Frame_YLFXgroup_" + std::to_string(number));
+    return part<OmissionGroup>("omissionGroup." + std::to_string(number));
   }
   // Whether a group tells the figures of this analysis.
   [[nodiscard]] bool tells(int number, const std::optional<Omission>& omission) {
@@ -69,12 +69,12 @@ class OmissionViewTest : public AnalysisViewTest<OmissionView> {
     return analyseBlueOmission(store_, desk_, period);
   }
   void typePeriod(const char* period) {
-    auto& line = *part<QComboBox>("Combo_QSofYLFX").lineEdit();
+    auto& line = *part<QComboBox>("omissionPeriod").lineEdit();
     line.selectAll();
     QTest::keyClicks(&line, QString::fromUtf8(period));
     QTest::keyClick(&line, Qt::Key_Return);
   }
-  [[nodiscard]] std::string period() { return text("Combo_QSofYLFX"); }
+  [[nodiscard]] std::string period() { return text("omissionPeriod"); }
   [[nodiscard]] int groupsShown() {
     return static_cast<int>(
         std::ranges::count_if(view_.findChildren<OmissionGroup*>(), &OmissionGroup::isVisible));
@@ -85,7 +85,7 @@ TEST_F(OmissionViewTest, BarsStandWhereTheGeometrySaysInTheirColours) {
   putTenDraws();
   show();
   const Omission omission = *reds(kFirst + 9);
-  const QWidget& frame = part("frm_YLFXmain");
+  const QWidget& frame = part("omissionChart");
   struct Case {
     const char* what;
     int number;
@@ -159,7 +159,7 @@ TEST_F(OmissionViewTest, TipsAndReportsTellTheFigures) {
 TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
   putTenDraws();
   show();
-  EXPECT_EQ(period() + text("Combo_ItemOfYLFX"), "2026010红球号码遗漏分析");
+  EXPECT_EQ(period() + text("omissionBalls"), "2026010红球号码遗漏分析");
   const std::string malformed = "不对，应为年份加三位期次的7位数字，如 2007001。";
   const struct {
     const char* typed;
@@ -179,15 +179,15 @@ TEST_F(OmissionViewTest, ThePeriodFallsBackIsRefusedOrTaken) {
     EXPECT_TRUE(tells(1, reds(std::stoi(row.taken)))) << row.typed;
   }
   EXPECT_EQ(groupsShown(), kRedCount);
-  select("Combo_ItemOfYLFX", 1);
+  select("omissionBalls", 1);
   EXPECT_EQ(groupsShown(), kBlueCount);
-  EXPECT_EQ(group(16).geometry().right(), part("frm_YLFXmain").contentsRect().right());
+  EXPECT_EQ(group(16).geometry().right(), part("omissionChart").contentsRect().right());
   EXPECT_TRUE(tells(5, blues(2026004)));
   putEleventhDraw();
   view_.loadOmissionPeriods();
   EXPECT_EQ(period(), "2026011");
-  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 11);
-  press("cmm_sxYL");
+  EXPECT_EQ(part<QComboBox>("omissionPeriod").count(), 11);
+  press("refreshOmission");
   EXPECT_TRUE(tells(7, blues(2026011)));
 }
 
@@ -196,7 +196,7 @@ TEST_F(OmissionViewTest, AnEmptyHistoryIsToldAndShowsNoGroup) {
   EXPECT_EQ(told(), "历史记录是空的，无法统计遗漏。");
   EXPECT_EQ(groupsShown(), 0);
   putTenDraws();
-  press("cmm_sxYL");
+  press("refreshOmission");
   EXPECT_EQ(groupsShown(), kRedCount);
   store_.query(R"(DELETE FROM "历史记录")").run();
   view_.loadOmissionPeriods();
@@ -212,20 +212,20 @@ TEST_F(OmissionViewTest, ALongWalkShowsItsBarAndTakesNoSecondStart) {
   int served = 0;
   desk_.on_look = [&] {
     if (!desk_.jobRunning() || ++served > 1) return;
-    EXPECT_TRUE(part("ProgressBar_YL").isVisible() && !part("Combo_ItemOfYLFX").isEnabled());
+    EXPECT_TRUE(part("omissionProgress").isVisible() && !part("omissionBalls").isEnabled());
     QTest::mouseClick(&group(1), Qt::LeftButton);
   };
   show();
   EXPECT_GT(served, 0);
   EXPECT_TRUE(desk_.told.empty());
-  EXPECT_TRUE(!part("ProgressBar_YL").isVisible() && part("Combo_ItemOfYLFX").isEnabled());
+  EXPECT_TRUE(!part("omissionProgress").isVisible() && part("omissionBalls").isEnabled());
   typePeriod("2026001");
   EXPECT_EQ(period(), "2026001") << "which isn't among the fifty listed";
 }
 
 class CountChartTest : public AnalysisViewTest<CountChart> {
  protected:
-  [[nodiscard]] CountBars& bars() { return part<CountBars>("MSChart_TiaoJian"); }
+  [[nodiscard]] CountBars& bars() { return part<CountBars>("countBars"); }
   // What the chart holds, as the engine would give it.
   void expectRows(const std::vector<CountRow>& rows) {
     QBarSet* set = static_cast<QBarSeries*>(bars().chart()->series().constFirst())->barSets().constFirst();
@@ -249,18 +249,18 @@ TEST_F(CountChartTest, TheChartHoldsTheCountsOfTheChosenSpan) {
   EXPECT_TRUE(desk_.told.empty()) << "an empty history counts nothing";
   putTenDraws();
   view_.loadPeriods();
-  select("Combo_MSChartItem", 0);
-  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").currentIndex(), -1) << "ten draws: from the first on";
+  select("countBalls", 0);
+  EXPECT_EQ(part<QComboBox>("countPeriod.0").currentIndex(), -1) << "ten draws: from the first on";
   expectRows(countRedDraws(store_, desk_, 0, 2026010));
   putEleventhDraw();
   view_.loadPeriods();
-  EXPECT_EQ(text("Combo_pic_TiaoJian_0"), "2026002");
+  EXPECT_EQ(text("countPeriod.0"), "2026002");
   expectRows(countRedDraws(store_, desk_, 2026002, 2026011));
-  select("Combo_pic_TiaoJian_1", 4);
+  select("countPeriod.1", 4);
   expectRows(countRedDraws(store_, desk_, 2026002, 2026007));
-  select("Combo_MSChartItem", 1);
+  select("countBalls", 1);
   expectRows(countBlueDraws(store_, desk_, 2026002, 2026007));
-  select("Combo_pic_TiaoJian_0", 0);
+  select("countPeriod.0", 0);
   expectRows(countBlueDraws(store_, desk_, 2026011, 2026007));
 }
 
@@ -277,10 +277,10 @@ TEST_F(CountChartTest, BarsInSpaceNeedOpenGlAndAllBarsLeadBack) {
   show();
   int back = 0;
   QObject::connect(&view_, &CountChart::backWanted, [&] { ++back; });
-  press("cmm_Qiehuan");
+  press("backToConditions");
   QTest::mouseDClick(bars().viewport(), Qt::LeftButton);
   EXPECT_EQ(back, 2);
-  auto& in_space = part<QCheckBox>("Check_3D");
+  auto& in_space = part<QCheckBox>("inSpace");
   EXPECT_EQ(in_space.isEnabled(), hasOpenGl());
   EXPECT_EQ(in_space.toolTip().contains(QStringLiteral("不支持 OpenGL")), !hasOpenGl());
   in_space.click();

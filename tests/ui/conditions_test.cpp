@@ -26,8 +26,8 @@
 namespace lotmere::ui::test {
 namespace {
 
-constexpr const char* kSheet = "mnu_TiaojianChoseNumber";
-constexpr const char* kShrink = "mnu_TiaojianShuosui";
+constexpr const char* kSheet = "conditions.edit";
+constexpr const char* kShrink = "conditions.shrink";
 std::string tabCommand(int tab) { return ConditionsPage::tabCommand(tab); }
 
 class ConditionsTest : public WindowTest {
@@ -36,7 +36,7 @@ class ConditionsTest : public WindowTest {
     lotmere::test::putDraw(home_.store(), 2026088, "2026-08-13", {{7, 9, 14, 20, 28, 33}, 2});
     lotmere::test::putDraw(home_.store(), 2026089, "2026-08-16", {{1, 12, 13, 24, 30, 31}, 9});
     openSettled();
-    choose("tab_2");
+    choose("page.2");
   }
   // A click on a row of a list.
   void tick(const std::string& name, int row) {
@@ -125,7 +125,7 @@ class ConditionsTest : public WindowTest {
   }
   // Whether the foot is written, which a test has replaced by a question mark.
   [[nodiscard]] bool isCounted() {
-    return QTest::qWaitFor([this] { return text("Label_liveCount") != "?"; }, 2000);
+    return QTest::qWaitFor([this] { return text("liveCount") != "?"; }, 2000);
   }
 };
 
@@ -146,47 +146,45 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
   const auto button = [&](const char* name) { return [=, this] { click(name); }; };
   const auto choice = [&](const char* name, int index) { return [=, this] { select(name, index); }; };
   choose(groups);
-  for (const char* number : {"cmm_ZDY_03", "cmm_ZDY_09"}) click(number);
+  for (const char* number : {"groupNumber.03", "groupNumber.09"}) click(number);
   const Click clicks[] = {
-      {kSheet, "an item", item("List_TjA_8", 6), "cell 3646=1; "},
-      {kSheet, "the first item of a longer list", item("List_TjA_11", 0), "cell 3401=1; "},
-      {kSheet, "a box", button("Check_useTiaojiao_8"), "switch 10=0; "},
-      {kSheet, "an item of an interval", item("List_QJ_3", 5), "cell 3725=1; "},
-      {kSheet, "an item beside past draws", item("List_wscd_1", 3), "cell 6663=0; "},
-      {kSheet, "a temperature", item("List_wenDu5", 20), "cell 6720=1; "},
-      {kSheet, "a shape of combinations", item("List_TiaojianMohu_2", 1), "cell 4021=0; "},
-      {kSheet, "a turn", item("List_jtzhsgl", 2), "switch 102=1; "},
-      {kSheet, "a division's box", button("Check_zdyQJ_1"), "switch 402=1; "},
-      {kSheet, "a division's item", item("List_zdyQJ_1", 3), "cell 7013=0; "},
-      {kSheet, "a division's number", button("Check_zdyQJnumber_33"), "number 33 六区间2=1; "},
-      {kSheet, "a ball", button("cmm_C7_07"), "cell 7=1; "},
-      {counts, "an item", item("List_TJ_1", 3), "cell 3653=0; "},
-      {counts, "a box", button("Check_page_1"), "switch 11=1; "},
-      {intervals, "an item", item("List_TJ_3", 5), "cell 3735=1; "},
-      {places, "a number", item("List_DingweiNumber_1", 4), "number 5 第1=1; switch 30=1; "},
-      {places, "its box", button("Check_useDingWeiTiaojiao_30"), "switch 30=0; "},
-      {places, "the tolerance", button("Option_DingweiRongcuo_3"), "cell 3901=3; "},
-      {shapes, "a shape", item("List_TiaojianElse", 9), "cell 4009=1; switch 37=1; "},
-      {tabCommand(17), "a shape of another condition", item("List_TiaojianElse", 2),
-       "cell 4022=0; switch 38=1; "},
-      {groups, "a number", button("cmm_ZDY_12"), "number 12 自定义组1=1; "},
-      {groups, "a count", item("List_ZDYset", 5), "cell 3805=0; switch 20=1; "},
-      {groups, "its box", button("Check_Zdy"), "switch 20=0; "},
-      {groups, "the empty button", button("cmm_EmptyZDY_0"),
+      {kSheet, "an item", item("metricValues.8", 6), "cell 3646=1; "},
+      {kSheet, "the first item of a longer list", item("metricValues.11", 0), "cell 3401=1; "},
+      {kSheet, "a box", button("metricSwitch.8"), "switch 10=0; "},
+      {kSheet, "an item of an interval", item("intervalValues.3", 5), "cell 3725=1; "},
+      {kSheet, "an item beside past draws", item("relativeValues.1", 3), "cell 6663=0; "},
+      {kSheet, "a temperature", item("heatValues.0", 20), "cell 6720=1; "},
+      {kSheet, "a shape of combinations", item("shapeValues.2", 1), "cell 4021=0; "},
+      {kSheet, "a turn", item("combinationDraws", 2), "switch 102=1; "},
+      {kSheet, "a division's box", button("divisionSwitch.1"), "switch 402=1; "},
+      {kSheet, "a division's item", item("divisionValues.1", 3), "cell 7013=0; "},
+      {kSheet, "a division's number", button("divisionNumber.33"), "number 33 六区间2=1; "},
+      {kSheet, "a ball", button("padBall.07"), "cell 7=1; "},
+      {counts, "an item", item("pageValues.1", 3), "cell 3653=0; "},
+      {counts, "a box", button("pageSwitch.1"), "switch 11=1; "},
+      {intervals, "an item", item("pageValues.3", 5), "cell 3735=1; "},
+      {places, "a number", item("placeNumbers.1", 4), "number 5 第1=1; switch 30=1; "},
+      {places, "its box", button("placeSwitch.30"), "switch 30=0; "},
+      {places, "the tolerance", button("placeTolerance.3"), "cell 3901=3; "},
+      {shapes, "a shape", item("pageShapes", 9), "cell 4009=1; switch 37=1; "},
+      {tabCommand(17), "a shape of another condition", item("pageShapes", 2), "cell 4022=0; switch 38=1; "},
+      {groups, "a number", button("groupNumber.12"), "number 12 自定义组1=1; "},
+      {groups, "a count", item("groupCounts", 5), "cell 3805=0; switch 20=1; "},
+      {groups, "its box", button("groupSwitch"), "switch 20=0; "},
+      {groups, "the empty button", button("emptyGroup.0"),
        "number 12 自定义组1=0; number 3 自定义组1=0; number 9 自定义组1=0; "},
-      {match, "the box", button("Check_Historyguolu"), "match 1 使用状态=1; "},
-      {match, "the first period", choice("Combo_HistoryGuoLu_0", 1),
-       "match 1 最小值=2026089; match 1 自选范围=1; "},
-      {match, "the last period", choice("Combo_HistoryGuoLu_1", 2), "match 1 最大值=2026088; "},
-      {match, "the match value", choice("Combo_PiPei", 2), "match 1 匹配值=3; "},
-      {match, "the latest fifty", button("cmm_latestPeriods"),
+      {match, "the box", button("matchSwitch"), "match 1 使用状态=1; "},
+      {match, "the first period", choice("matchFirst", 1), "match 1 最小值=2026089; match 1 自选范围=1; "},
+      {match, "the last period", choice("matchLast", 2), "match 1 最大值=2026088; "},
+      {match, "the match value", choice("matchValue", 2), "match 1 匹配值=3; "},
+      {match, "the latest fifty", button("latestPeriods"),
        "match 1 最大值=2026090; match 1 最小值=2026088; match 1 自选范围=0; "},
-      {kShrink, "the type", button("Option_ShuoSuiLeiXing_4"), "cell 3900=4; "},
-      {kShrink, "smart", button("Check_auto"), "switch 300=1; "},
+      {kShrink, "the type", button("shrinkType.4"), "cell 3900=4; "},
+      {kShrink, "smart", button("smartSwitch"), "switch 300=1; "},
       {kShrink, "fewer tickets", button("fewerTickets"), "cell 3902=1; "},
       {kShrink, "its effort", choice("fewerEffort", 5), "cell 3903=6; "}};
-  click("cmm_QujianTip_102");
-  auto& foot = part<QLabel>("Label_liveCount");
+  click("divisionMembers.102");
+  auto& foot = part<QLabel>("liveCount");
   for (const Click& row : clicks) {
     SCOPED_TRACE(row.command + ": " + row.name);
     choose(row.command);
@@ -206,8 +204,8 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
     EXPECT_TRUE(isCounted()) << "anew behind the click";
     const auto shown_behind = face();
     EXPECT_NE(differences(shown_behind, shown_before), "");
-    choose("tab_1");
-    choose("tab_2");
+    choose("page.1");
+    choose("page.2");
     EXPECT_EQ(differences(face(), shown_behind), "");
     foot.setText(QStringLiteral("?"));
     EXPECT_TRUE(isCounted()) << "when the page is opened; nothing is under way before the next click";
@@ -217,34 +215,34 @@ TEST_F(ConditionsTest, EveryControlStoresItsOwnCellAndShowsWhatIsStored) {
 // Behind each change the sheet and the pad are as a window shows it that is opened anew.
 TEST_F(ConditionsTest, TheSheetFollowsWhateverChangesTheStore) {
   const std::pair<const char*, std::function<void()>> rows[] = {
-      {"clicks on the sheet", [&] { pick({33}), tick("List_TjA_8", 5), click("Check_useTiaojiao_18"); }},
+      {"clicks on the sheet", [&] { pick({33}), tick("metricValues.8", 5), click("metricSwitch.18"); }},
       {"clicks on a page",
        [&] {
          choose(tabCommand(11));
-         tick("List_TJ_0", 6), click("Check_page_0");
+         tick("pageValues.0", 6), click("pageSwitch.0");
        }},
-      {"a click that leads its box", [&] { choose(tabCommand(16)), tick("List_TiaojianElse", 2); }},
+      {"a click that leads its box", [&] { choose(tabCommand(16)), tick("pageShapes", 2); }},
       {"a new draw", [&] { enterDraw(2026091, 20); }},
       {"empty intervals",
        [&] {
-         choose("mnu_newQuJian");
-         press("cmm_CLSQujianHuafen");
+         choose("intervals.divide");
+         press("clearInterval");
        }},
-      {"restored factory values", [&] { desk_.choices = {0}, choose("huanyuan"); }}};
+      {"restored factory values", [&] { desk_.choices = {0}, choose("conditions.reset"); }}};
   const auto face = [&] {
-    auto all = ConditionsTest::face(part("Frame_subtj"));
-    all.push_back(utf8(part("cmm_C7_33").accessibleName()));
+    auto all = ConditionsTest::face(part("conditionSheet"));
+    all.push_back(utf8(part("padBall.33").accessibleName()));
     return all;
   };
   for (const auto& [name, change] : rows) {
     const auto before = face();
     change();
-    choose("tab_2");
+    choose("page.2");
     choose(kSheet);
     const auto shown_here = face();
     EXPECT_NE(differences(shown_here, before), "") << name;
     open();
-    choose("tab_2");
+    choose("page.2");
     EXPECT_EQ(differences(shown_here, face()), "") << name;
   }
 }
@@ -267,13 +265,13 @@ TEST_F(ConditionsTest, OpeningEveryPageWritesNothingBack) {
     }
     EXPECT_LE(window().minimumSizeHint().width(), 1024) << "tab " << tab << " fits a small screen";
     EXPECT_LE(window().minimumSizeHint().height(), 560) << "tab " << tab;
-    EXPECT_EQ(part<CheckList>("List_TjA_8").isVisible(), tab == 1);
-    EXPECT_TRUE(page.kind != PageKind::value || part("List_TJ_0").isVisible());
+    EXPECT_EQ(part<CheckList>("metricValues.8").isVisible(), tab == 1);
+    EXPECT_TRUE(page.kind != PageKind::value || part("pageValues.0").isVisible());
   }
-  for (const char* command : {kShrink, "mnu_TiaojianView"}) choose(command);
+  for (const char* command : {kShrink, "conditions.show"}) choose(command);
   EXPECT_EQ(changes(before), "");
   pick({9});
-  EXPECT_NE(text("Text_TiaoJianList").find("“拖码”： ０９"), std::string::npos)
+  EXPECT_NE(text("settingsSummary").find("“拖码”： ０９"), std::string::npos)
       << "the summary follows the pad";
 }
 
@@ -286,7 +284,7 @@ TEST_F(ConditionsTest, TheListTellsWhatIsOnAndSwitchesIt) {
     return QTest::qWaitFor([&] { return !cell(row, 2).empty(); }, 20'000);
   };
   pick({1, 5, 9, 14, 20, 27, 30, 33});
-  click("cmm_C7_103");
+  click("padBall.103");
   ASSERT_TRUE(known("自定义组1"));
   for (const auto& [row, values] : {std::pair{"总和值", "60～143"},
                                     {"尾数形式", "1,1,1,1,1,1 2,1,1,1,1 2,2,1,1 …"},
@@ -305,13 +303,13 @@ TEST_F(ConditionsTest, TheListTellsWhatIsOnAndSwitchesIt) {
   QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(box).topLeft() + QPoint(8, 12));
   settle();
   EXPECT_EQ(changes(before), "switch 9=0; ");
-  EXPECT_FALSE(part<QAbstractButton>("Check_useTiaojiao_13").isChecked());
+  EXPECT_FALSE(part<QAbstractButton>("metricSwitch.13").isChecked());
   EXPECT_TRUE(QTest::qWaitFor([&] { return part<FunnelBars>("funnelBars").bars().size() == bars - 1; }));
   EXPECT_EQ(cell("AC值", 3), "");
   // The funnel leads to the editor, the search and the box to rows.
   Q_EMIT part<FunnelBars>("funnelBars").clicked(1);
   EXPECT_EQ(chosenRow(), "奇数个数");
-  EXPECT_TRUE(part("List_TJ_0").isVisible());
+  EXPECT_TRUE(part("pageValues.0").isVisible());
   part<QLineEdit>("conditionSearch").setText(QStringLiteral("生肖"));
   EXPECT_TRUE(rowNamed("生肖链").isValid());
   EXPECT_FALSE(rowNamed("总和值").isValid());
@@ -323,23 +321,23 @@ TEST_F(ConditionsTest, TheListTellsWhatIsOnAndSwitchesIt) {
 
 TEST_F(ConditionsTest, TheEditorExplainsItsConditionAndTakesRanges) {
   chooseRow("连号");
-  auto& list = part<CheckList>("List_TJ_0");
-  EXPECT_EQ(text("conditionDefinition_0"), conditionNamed("连号").definition);
-  EXPECT_FALSE(part("conditionBalls_0").isVisible());
+  auto& list = part<CheckList>("pageValues.0");
+  EXPECT_EQ(text("conditionDefinition.0"), conditionNamed("连号").definition);
+  EXPECT_FALSE(part("conditionBalls.0").isVisible());
   chooseRow("生肖链");
-  EXPECT_TRUE(part("conditionBalls_0").isVisible());
+  EXPECT_TRUE(part("conditionBalls.0").isVisible());
   chooseRow("尾数和值");  // which has no page of its own
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !text("conditionStrength_0").empty(); }, 20'000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !text("conditionStrength.0").empty(); }, 20'000));
   const ConditionSet stored = loadConditionSet(store());
   const Condition& condition = conditionNamed("尾数和值");
   const auto shares = valueShares(stored, loadDrawTable(store()), condition, 2026091, kStrengthDraws).value();
-  EXPECT_EQ(text("conditionStrength_0"), strengthSentence(strengthOf(shares, stored, condition), false));
+  EXPECT_EQ(text("conditionStrength.0"), strengthSentence(strengthOf(shares, stored, condition), false));
   EXPECT_EQ(list.list().shares().at(25).chance, static_cast<double>(shares.sixes[25]) / kAllRedSixes);
   EXPECT_TRUE(QTest::qWaitFor([&] {
     return list.indexAt({20, 10}).row() == 14;
   })) << list.indexAt({20, 10}).row()
       << "the first value that is on stands on top";
-  const auto allowed = [&] { return utf8(part<QLineEdit>("conditionValues_0").text()); };
+  const auto allowed = [&] { return utf8(part<QLineEdit>("conditionValues.0").text()); };
   const auto row = [&](int k) { return list.visualRect(list.model()->index(k, 0)).center(); };
   const auto press = [&](int k, Qt::KeyboardModifiers keys) {
     QTest::mousePress(list.viewport(), Qt::LeftButton, keys, row(k));
@@ -355,10 +353,10 @@ TEST_F(ConditionsTest, TheEditorExplainsItsConditionAndTakesRanges) {
   press(24, Qt::ShiftModifier), release(24, Qt::ShiftModifier);
   settle();
   EXPECT_EQ(allowed(), "14,15,20,21,25-38") << "Shift";
-  const std::pair<const char*, std::string> buttons[] = {{"allowOthers_0", "0-13,16-19,22-24,39-50"},
-                                                         {"allowAll_0", "0-50"},
-                                                         {"allowDrawn_0", "11,21,31"},
-                                                         {"allowFactory_0", "14-38"}};
+  const std::pair<const char*, std::string> buttons[] = {{"allowOthers.0", "0-13,16-19,22-24,39-50"},
+                                                         {"allowAll.0", "0-50"},
+                                                         {"allowDrawn.0", "11,21,31"},
+                                                         {"allowFactory.0", "14-38"}};
   for (const auto& [name, values] : buttons) {
     click(name);
     settle();
@@ -374,7 +372,7 @@ TEST_F(ConditionsTest, TheEditorExplainsItsConditionAndTakesRanges) {
                            }()),
               values);
   }
-  auto& field = part<QLineEdit>("conditionValues_0");
+  auto& field = part<QLineEdit>("conditionValues.0");
   for (const auto& [typed, values] : {std::pair{"20-22,30", "20-22,30"}, {"9-", "20-22,30"}}) {
     field.setFocus();
     field.clear();
@@ -389,14 +387,14 @@ TEST_F(ConditionsTest, TheEditorExplainsItsConditionAndTakesRanges) {
 TEST_F(ConditionsTest, TheShrinkPageSaysWhatTheChosenTypePromises) {
   choose(kShrink);
   for (const int type : {3, 7, 4}) {
-    click("Option_ShuoSuiLeiXing_" + std::to_string(type));
+    click("shrinkType." + std::to_string(type));
     settle();
     EXPECT_TRUE(text("shrinkHint").ends_with(promiseText(type))) << text("shrinkHint");
   }
 }
 
 TEST_F(ConditionsTest, AListTakesTheSpaceBarAndTellsTheCurrentValues) {
-  auto& list = part<CheckList>("List_TjA_8");  // 奇数个数
+  auto& list = part<CheckList>("metricValues.8");  // 奇数个数
   const QAbstractItemModelTester tester(list.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   for (int k = 0; k <= 6; ++k) {
     list.setCurrentIndex(list.model()->index(k, 0));
@@ -407,34 +405,35 @@ TEST_F(ConditionsTest, AListTakesTheSpaceBarAndTellsTheCurrentValues) {
 }
 
 TEST_F(ConditionsTest, ConcreteCombinationsFollowTheChosenDraw) {
-  const auto turns = [&] { return part<CheckList>("List_jtzhsgl").list().items(); };
+  const auto turns = [&] { return part<CheckList>("combinationDraws").list().items(); };
   const auto newest = turns();
   EXPECT_NE(newest[0].text.find("≠ ["), std::string::npos);
-  select("Combo_guoluqh", 1);
-  EXPECT_EQ(text("Combo_guoluqh"), "2026089");
+  select("combinationPeriods", 1);
+  EXPECT_EQ(text("combinationPeriods"), "2026089");
   EXPECT_NE(turns()[0].text, newest[0].text);
 }
 
 TEST_F(ConditionsTest, EachGroupIsFilledAndEmptiedByItself) {
   choose(tabCommand(41));
   const auto before = settings();
-  auto& lines = part<QListView>("List_ZDY");
-  for (const auto& [tab, number] : {std::pair{0, "cmm_ZDY_03"}, {1, "cmm_ZDY_05"}, {9, "cmm_ZDY_33"}}) {
-    part<QTabBar>("TabStrip_ZDYchose").setCurrentIndex(tab);
-    EXPECT_FALSE(part("Check_Zdy").isEnabled());
+  auto& lines = part<QListView>("groupList");
+  for (const auto& [tab, number] :
+       {std::pair{0, "groupNumber.03"}, {1, "groupNumber.05"}, {9, "groupNumber.33"}}) {
+    part<QTabBar>("groupTabs").setCurrentIndex(tab);
+    EXPECT_FALSE(part("groupSwitch").isEnabled());
     click(number);
-    tick("List_ZDYset", 1);
+    tick("groupCounts", 1);
   }
   EXPECT_EQ(changes(before),
             "cell 3801=0; cell 3811=0; cell 3891=0; number 3 自定义组1=1; number 33 自定义组10=1; "
             "number 5 自定义组2=1; switch 20=1; switch 21=1; switch 29=1; ");
   Q_EMIT lines.clicked(lines.model()->index(1, 0));
-  EXPECT_EQ(part<QTabBar>("TabStrip_ZDYchose").currentIndex(), 1);
+  EXPECT_EQ(part<QTabBar>("groupTabs").currentIndex(), 1);
   const auto filled = settings();
-  press("cmm_EmptyZDY_0");
+  press("emptyGroup.0");
   EXPECT_EQ(changes(filled), "number 5 自定义组2=0; switch 21=0; ") << "the group shown, and no other";
   EXPECT_EQ(utf8(lines.model()->index(1, 0).data().toString()), "自定义组2 ——　未 使 用 ");
-  press("cmm_EmptyZDY_1");
+  press("emptyGroup.1");
   EXPECT_EQ(changes(before), "cell 3801=0; cell 3811=0; cell 3891=0; ") << "every group";
 }
 
@@ -442,29 +441,29 @@ TEST_F(ConditionsTest, OnlyShowingTheMatchPageMovesItsRangeOn) {
   const auto last = [&] { return loadConditionSet(store()).match.last; };
   const std::string match = tabCommand(42);
   PeriodNo newest = 2026090;
-  for (const char* command : {"mnu_TiaojianView", "huanyuan", kSheet}) {
+  for (const char* command : {"conditions.show", "conditions.reset", kSheet}) {
     choose(match);
     EXPECT_EQ(last(), newest);
-    choose("tab_1");  // from here the page is left and another one asked for from outside
+    choose("page.1");  // from here the page is left and another one asked for from outside
     lotmere::test::putDraw(store(), ++newest, "2026-08-20", {{2, 4, 6, 8, 10, 12}, 1});
     desk_.choices = {1};
     choose(command);
     EXPECT_EQ(last(), newest - 1) << command << " doesn't show the page";
   }
   choose(match);
-  EXPECT_EQ(text("Label_matchRange"), kMatchTexts.latest);
-  select("Combo_HistoryGuoLu_1", 1);
-  EXPECT_EQ(text("Label_matchRange"), kMatchTexts.chosen);
+  EXPECT_EQ(text("matchRange"), kMatchTexts.latest);
+  select("matchLast", 1);
+  EXPECT_EQ(text("matchRange"), kMatchTexts.chosen);
 }
 
 TEST_F(ConditionsTest, ADivisionShowsItsIntervalsAndTheirClicksAreItsOwn) {
-  for (const auto& [option, count] : {std::pair{"Option_qjFenlei_6", 12}, {"Option_qjFenlei_2", 8}}) {
+  for (const auto& [option, count] : {std::pair{"divisionChoice.6", 12}, {"divisionChoice.2", 8}}) {
     click(option);
     for (int i = 0; i < 12; ++i)
-      EXPECT_EQ(part("Check_zdyQJ_" + std::to_string(i)).isVisibleTo(&window()), i < count) << option << i;
+      EXPECT_EQ(part("divisionSwitch." + std::to_string(i)).isVisibleTo(&window()), i < count) << option << i;
   }
   const auto before = settings();
-  click("Check_zdyQJ_7");
+  click("divisionSwitch.7");
   EXPECT_EQ(changes(before), "switch 421=1; ");
 }
 
@@ -476,13 +475,13 @@ class IntervalTest : public ConditionsTest {
     showPage();
   }
   void showPage() {
-    choose("mnu_newQuJian");
-    click("Option_QujianDingyi_1");
+    choose("intervals.divide");
+    click("intervalChoice.1");
   }
   // What the grid shows of 区间2, oldest draw first.
   std::string grid() {
     std::string text;
-    const QAbstractItemModel& rows = *part<FrozenGrid>("TDBGridHistory").left().model();
+    const QAbstractItemModel& rows = *part<FrozenGrid>("historyGrid").left().model();
     int column = 0;
     while (drawColumns()[static_cast<std::size_t>(column)].name != "区间2") ++column;
     for (int row = 0; row < rows.rowCount(); ++row) text += utf8(rows.index(row, column).data().toString());
@@ -500,20 +499,20 @@ TEST_F(IntervalTest, TheDrawsAreCountedAnewWhereverThePageIsLeft) {
     const char* clicked;
     std::function<void()> leave;
     const char* counts;
-  } rows[] = {{"for another page", "cmm_QujianHuafen_01", [&] { choose("tab_1"); }, "231"},
-              {"for the factory's intervals", "cmm_CLSQujianHuafen",
+  } rows[] = {{"for another page", "intervalNumber.01", [&] { choose("page.1"); }, "231"},
+              {"for the factory's intervals", "clearInterval",
                [&] {
                  desk_.choices = {0};
-                 choose("huanyuan");
+                 choose("conditions.reset");
                },
                "220"},
-              {"by a close that is taken back", "cmm_QujianHuafen_33", [&] { close(false); }, "320"},
-              {"by a kill, and a new start", "cmm_QujianHuafen_30", [&] { open(); }, "330"},
-              {"by a close", "cmm_QujianHuafen_01", [&] { close(true); }, "341"}};
+              {"by a close that is taken back", "intervalNumber.33", [&] { close(false); }, "320"},
+              {"by a kill, and a new start", "intervalNumber.30", [&] { open(); }, "330"},
+              {"by a close", "intervalNumber.01", [&] { close(true); }, "341"}};
   for (const auto& row : rows) {
     showPage();
     click(row.clicked);
-    choose("mnu_youxiguizhe");  // another text of the same page
+    choose("help.rules");  // another text of the same page
     row.leave();
     EXPECT_EQ(grid(), row.counts) << row.name;
   }
@@ -523,28 +522,28 @@ TEST_F(IntervalTest, TheDrawsAreCountedAnewWhereverThePageIsLeft) {
 TEST_F(IntervalTest, AClickThatCannotBeStoredShowsTheIntervalsAsTheyAre) {
   const auto before = face();
   whileHeld([&] {
-    click("cmm_QujianHuafen_01");
-    press("cmm_CLSQujianHuafen");
+    click("intervalNumber.01");
+    press("clearInterval");
   });
   EXPECT_EQ(differences(face(), before), "");
   EXPECT_EQ(desk_.told.size(), 2U);
   const auto stored = settings();
-  click("cmm_QujianHuafen_01");
+  click("intervalNumber.01");
   EXPECT_EQ(changes(stored), "number 1 区间2=1; ") << "the interval that is shown";
-  EXPECT_NE(text("Label_4qj_1").find("０１"), std::string::npos);
+  EXPECT_NE(text("intervalMembers.1").find("０１"), std::string::npos);
 }
 
 TEST_F(ConditionsTest, TheFootTellsWhatARunWouldLeave) {
   const auto tells = [&](const std::string& wanted) {
-    return QTest::qWaitFor([&] { return text("Label_liveCount") == wanted; });
+    return QTest::qWaitFor([&] { return text("liveCount") == wanted; });
   };
   EXPECT_TRUE(tells("还没有投注号，也没有选好号码。"));
   pick({8, 9, 10, 11, 12, 13, 14, 15, 16, 108, 109});
   EXPECT_TRUE(tells(liveText(*countLive())));
   desk_.texts = {"2026091"};
-  choose("mnu_ShengCeng_0");
-  choose("tab_2");
-  tick("List_TjA_8", 3);
+  choose("tickets.init");
+  choose("page.2");
+  tick("metricValues.8", 3);
   EXPECT_TRUE(tells(liveText(*countLive())));
 }
 
@@ -554,22 +553,22 @@ TEST_F(ConditionsTest, ACountUnderWayGivesWay) {
   store().db().exec(R"(WITH RECURSIVE c(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM c WHERE i<199999)
     INSERT INTO "日志表"("序号","期号","红球1","红球2","红球3","红球4","红球5","红球6","蓝球")
     SELECT i+1,2026091,1+i%5,6+i/5%5,11+i/25%5,16+i/125%5,21+i/625%6,27+i/3750%7,1+i/26250%16 FROM c)");
-  auto& foot = part<QLabel>("Label_liveCount");
+  auto& foot = part<QLabel>("liveCount");
   const auto open_in_the_middle = [&] {
-    choose("tab_1");
-    choose("tab_2");
+    choose("page.1");
+    choose("page.2");
     foot.setText(QStringLiteral("?"));
     QTest::qWait(70);  // while the tickets are read
   };
   open_in_the_middle();
-  click("Check_useTiaojiao_8");
+  click("metricSwitch.8");
   EXPECT_TRUE(QTest::qWaitFor([&] { return foot.text().startsWith(QStringLiteral("表格中")); }, 20'000));
   const auto counted = countLive();
   EXPECT_EQ(utf8(foot.text()), liveText(*counted));
   open_in_the_middle();
   desk_.texts = {"2026091"};
   desk_.told.clear();
-  choose("mnu_ShengCeng_1");
+  choose("tickets.run");
   EXPECT_TRUE(desk_.told.empty()) << told();
   EXPECT_EQ(countRows("日志表"), counted->survivors);
   open_in_the_middle();
@@ -586,38 +585,40 @@ TEST_F(ConditionsTest, TipsTellHowMuchAConditionLetsThrough) {
         QTest::qWaitFor([] { return QToolTip::text().contains(QStringLiteral("\n放行全部红球组合的")); }));
     return utf8(QToolTip::text());
   };
-  EXPECT_TRUE(tip("Check_useTiaojiao_0").starts_with("总和值\n当前取值：６０～１４３\n放行全部红球组合的"));
-  EXPECT_TRUE(tip("Check_zdyQJ_0").starts_with("六区间1"));
+  EXPECT_TRUE(tip("metricSwitch.0").starts_with("总和值\n当前取值：６０～１４３\n放行全部红球组合的"));
+  EXPECT_TRUE(tip("divisionSwitch.0").starts_with("六区间1"));
   choose(tabCommand(42));
-  EXPECT_TRUE(tip("Check_Historyguolu").starts_with("历史数据过滤\n放行全部红球组合的"));
+  EXPECT_TRUE(tip("matchSwitch").starts_with("历史数据过滤\n放行全部红球组合的"));
 }
 
 TEST_F(ConditionsTest, AnalysesTakeTheSheetsPlaceFollowTheDrawsAndGiveItBack) {
-  press("cmm_Yltj_1");
-  EXPECT_EQ(text("Combo_ItemOfYLFX"), "蓝球号码遗漏分析");
-  EXPECT_TRUE(part("Combo_ItemOfYLFX").isVisible() && !part("List_TjA_0").isVisible());
-  EXPECT_TRUE(part<QPushButton>("cmm_Yltj_1").isChecked());
-  press("cmm_Cstj_1");
-  EXPECT_EQ(text("Combo_MSChartItem"), "蓝球号码统计");
-  EXPECT_TRUE(part<QPushButton>("cmm_Cstj_1").isChecked() && !part<QPushButton>("cmm_Yltj_1").isChecked());
-  press("cmm_Cstj_1");
-  EXPECT_TRUE(part<QPushButton>("cmm_Cstj_1").isChecked())
+  press("analysis.blueOmission.button");
+  EXPECT_EQ(text("omissionBalls"), "蓝球号码遗漏分析");
+  EXPECT_TRUE(part("omissionBalls").isVisible() && !part("metricValues.0").isVisible());
+  EXPECT_TRUE(part<QPushButton>("analysis.blueOmission.button").isChecked());
+  press("analysis.blueCounts.button");
+  EXPECT_EQ(text("countBalls"), "蓝球号码统计");
+  EXPECT_TRUE(part<QPushButton>("analysis.blueCounts.button").isChecked() &&
+              !part<QPushButton>("analysis.blueOmission.button").isChecked());
+  press("analysis.blueCounts.button");
+  EXPECT_TRUE(part<QPushButton>("analysis.blueCounts.button").isChecked())
       << "the view in front, however often it is pressed";
   enterDraw(2026091, 10);
-  choose("tab_2");
-  EXPECT_EQ(text("Combo_pic_TiaoJian_1"), "2026091");
-  EXPECT_EQ(part<QComboBox>("Combo_pic_TiaoJian_0").count(), 4);
-  EXPECT_TRUE(part<CountBars>("MSChart_TiaoJian").tipOf(7).endsWith(QStringLiteral("　1 次")));
-  EXPECT_TRUE(part("Combo_MSChartItem").isVisible()) << "the view stays until the user leaves it";
-  for (auto* back : window().findChildren<QPushButton*>(QStringLiteral("cmm_Qiehuan")))
+  choose("page.2");
+  EXPECT_EQ(text("countPeriod.1"), "2026091");
+  EXPECT_EQ(part<QComboBox>("countPeriod.0").count(), 4);
+  EXPECT_TRUE(part<CountBars>("countBars").tipOf(7).endsWith(QStringLiteral("　1 次")));
+  EXPECT_TRUE(part("countBalls").isVisible()) << "the view stays until the user leaves it";
+  for (auto* back : window().findChildren<QPushButton*>(QStringLiteral("backToConditions")))
     if (back->isVisible()) QTest::mouseClick(back, Qt::LeftButton);
-  EXPECT_TRUE(part("List_TjA_0").isVisible() && !part<QPushButton>("cmm_Cstj_1").isChecked());
-  press("cmm_Yltj_0");
+  EXPECT_TRUE(part("metricValues.0").isVisible() &&
+              !part<QPushButton>("analysis.blueCounts.button").isChecked());
+  press("analysis.redOmission.button");
   enterDraw(2026092, 11);
-  choose("tab_2");
-  EXPECT_EQ(text("Combo_QSofYLFX"), "2026092");
-  EXPECT_EQ(part<QComboBox>("Combo_QSofYLFX").count(), 5);
-  EXPECT_EQ(part<OmissionChart>("frm_YLFXmain").omission()->period, 2026092);
+  choose("page.2");
+  EXPECT_EQ(text("omissionPeriod"), "2026092");
+  EXPECT_EQ(part<QComboBox>("omissionPeriod").count(), 5);
+  EXPECT_EQ(part<OmissionChart>("omissionChart").omission()->period, 2026092);
 }
 
 }  // namespace

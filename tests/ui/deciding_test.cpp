@@ -21,7 +21,7 @@ class DecidingTest : public WindowTest {
     lotmere::test::putDraw(home_.store(), 2026088, "2026-08-13", {{7, 9, 14, 20, 28, 33}, 2});
     lotmere::test::putDraw(home_.store(), 2026089, "2026-08-16", {{1, 12, 13, 24, 30, 31}, 9});
     openSettled();
-    choose("tab_2");
+    choose("page.2");
   }
   void give(const char* command) {
     choose(command);
@@ -36,26 +36,26 @@ TEST_F(DecidingTest, EveryClickCanBeTakenBackAndMadeAgain) {
   pick({7});
   settle();
   const ConditionSet picked = stored();
-  click("Check_useTiaojiao_8");
+  click("metricSwitch.8");
   settle();
   const ConditionSet both = stored();
   ASSERT_TRUE(first != picked && picked != both);
   EXPECT_EQ(caption("conditions.undo"), QStringLiteral("撤销：奇数个数(&U)"));
   give("conditions.undo");
   EXPECT_EQ(stored(), picked);
-  EXPECT_TRUE(part<QAbstractButton>("Check_useTiaojiao_8").isChecked()) << "the sheet follows";
+  EXPECT_TRUE(part<QAbstractButton>("metricSwitch.8").isChecked()) << "the sheet follows";
   EXPECT_EQ(caption("conditions.redo"), QStringLiteral("重做：奇数个数(&R)"));
   click("undoButton");
   settle();
   EXPECT_EQ(stored(), first);
-  EXPECT_TRUE(part("cmm_C7_07").accessibleName().contains(QStringLiteral("未选"))) << "the pad follows";
+  EXPECT_TRUE(part("padBall.07").accessibleName().contains(QStringLiteral("未选"))) << "the pad follows";
   give("conditions.undo");
   EXPECT_EQ(stored(), first) << "nothing is left to be taken back";
   give("conditions.redo");
   give("conditions.redo");
   EXPECT_EQ(stored(), both);
   open();
-  choose("tab_2");
+  choose("page.2");
   EXPECT_EQ(caption("conditions.undo"), QStringLiteral("撤销：奇数个数(&U)")) << "across starts";
 }
 
@@ -65,7 +65,7 @@ TEST_F(DecidingTest, ASetIsKeptComparedLoadedWrittenAndRemoved) {
   give("sets.save");
   EXPECT_TRUE(allNamedSets(store()).empty()) << "cancelled";
   give("sets.save");
-  click("Check_useTiaojiao_8");
+  click("metricSwitch.8");
   settle();
   desk_.texts = {"少一个"};
   give("sets.save");
@@ -96,7 +96,7 @@ TEST_F(DecidingTest, ASetIsKeptComparedLoadedWrittenAndRemoved) {
     return true;
   }};
   give("sets.manage");
-  EXPECT_TRUE(part<QAbstractButton>("Check_useTiaojiao_8").isChecked()) << "the sheet follows the loaded set";
+  EXPECT_TRUE(part<QAbstractButton>("metricSwitch.8").isChecked()) << "the sheet follows the loaded set";
   EXPECT_EQ(allNamedSets(store()).front().name, "平时");
   desk_.files = {file};
   desk_.texts = {"回来"};
@@ -126,8 +126,8 @@ TEST_F(DecidingTest, TheBackTestFollowsTheSettingsAndLeadsToAnEditor) {
   EXPECT_EQ(stored().cells.value(kSetToleranceCell), 5);
   ASSERT_TRUE(QTest::qWaitFor([&] { return told() == wanted(); }, 20'000)) << told();
   Q_EMIT part<QTableView>("backTestDraws").doubleClicked(model.index(0, 0));
-  EXPECT_TRUE(part("List_TJ_0").isVisible());
-  EXPECT_EQ(text("conditionDraw_0"), "2026090 期：01 02 03 04 05 06 + 07　→　总和值=21");
+  EXPECT_TRUE(part("pageValues.0").isVisible());
+  EXPECT_EQ(text("conditionDraw.0"), "2026090 期：01 02 03 04 05 06 + 07　→　总和值=21");
   give("conditions.backtest");
   EXPECT_TRUE(part("backTestDraws").isVisible());
   give("conditions.backtest");

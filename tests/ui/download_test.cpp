@@ -15,10 +15,10 @@ TEST_F(DownloadTest, ASilentServerIsLeftAtTheStopButtonEachTime) {
   int stops = 0;  // first by the button, then by its key
   desk_.on_look = [&] {
     if (++served != 5) return;  // the first times the server may not have taken the call yet
-    EXPECT_TRUE(part("myJinDuCTL1").isVisible());
-    EXPECT_FALSE(part("TabStrip_Top").isEnabled());
+    EXPECT_TRUE(part("progress").isVisible());
+    EXPECT_FALSE(part("pageTabs").isEnabled());
     if (++stops == 1)
-      QTest::mousePress(&partOf(part("myJinDuCTL1"), "cmm_stop"), Qt::LeftButton);
+      QTest::mousePress(&partOf(part("progress"), "stopButton"), Qt::LeftButton);
     else
       QTest::keyClick(&window(), Qt::Key_Escape);
   };
@@ -26,15 +26,15 @@ TEST_F(DownloadTest, ASilentServerIsLeftAtTheStopButtonEachTime) {
     served = 0;
     const bool left = lotmere::test::withServer("", true, [this](const std::string& address) {
       desk_.texts = {address};
-      press("cmmUpdateHistory_1");
+      press("downloadButton");
     });
     EXPECT_TRUE(left) << "the line that the server holds";
     EXPECT_TRUE(desk_.told.empty());
     EXPECT_EQ(countRows("历史记录"), 1);
     EXPECT_EQ(storedAddress(store(), AddressUse::draw_list), "") << "which is asked for again";
-    EXPECT_TRUE(part("TabStrip_Top").isEnabled() && part("cmmUpdateHistory_1").isEnabled());
-    EXPECT_FALSE(part("myJinDuCTL1").isVisible());
-    EXPECT_EQ(text("StatusBar_2"), "");
+    EXPECT_TRUE(part("pageTabs").isEnabled() && part("downloadButton").isEnabled());
+    EXPECT_FALSE(part("progress").isVisible());
+    EXPECT_EQ(text("statusPanel.2"), "");
   }
 }
 

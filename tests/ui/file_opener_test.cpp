@@ -50,23 +50,23 @@ class FileOpenerTest : public WindowTest {
 TEST_F(FileOpenerTest, ADroppedListIsNamedAskedAboutAndImported) {
   const QString draws = put("a & b.csv", kDraws);
   const QString tickets = put("tickets.txt", kTickets);
-  choose("tab_2");
+  choose("page.2");
   desk_.choices = {std::nullopt, 0};
   drop({draws});
   EXPECT_EQ(desk_.asked.back(), "文件“a & b.csv”里是开奖记录（每行有期号、日期和号码）。要怎么做？");
   EXPECT_EQ(stored(), "1 draws, 0 tickets") << "Esc";
   EXPECT_EQ(window().currentPage(), MainWindow::Page::conditions);
-  choose("tab_1");
-  drop(part<QLineEdit>("TextHistory_3"), {draws});
-  EXPECT_EQ(text("TextHistory_3"), "") << "no field takes the path";
+  choose("page.1");
+  drop(part<QLineEdit>("entryField.3"), {draws});
+  EXPECT_EQ(text("entryField.3"), "") << "no field takes the path";
   EXPECT_EQ(told(), "读到 1 期：新增 1 期，更改 0 期，跳过 0 行，最新一期 2026091");
   EXPECT_EQ(stored(), "2 draws, 0 tickets");
 
   desk_.choices = {1, 1};
   desk_.dialogs = {[](QDialog&) { return false; },
                    [](QDialog& dialog) {
-                     EXPECT_TRUE(partOf<QRadioButton>(dialog, "Option_GeShi_1").isChecked());
-                     partOf<QPushButton>(dialog, "cmm_ToFileOK").click();
+                     EXPECT_TRUE(partOf<QRadioButton>(dialog, "importFormat.1").isChecked());
+                     partOf<QPushButton>(dialog, "okButton").click();
                      return dialog.result() == QDialog::Accepted;
                    }};
   drop({tickets});

@@ -52,7 +52,7 @@ class HistoryPageTest : public DrivenTest {
     realFiles().writeWhole(home_.path() / "a list.txt", text);
     return (home_.path() / "a list.txt").string();
   }
-  static std::string boxName(int i) { return "TextHistory_" + std::to_string(i); }
+  static std::string boxName(int i) { return "entryField." + std::to_string(i); }
   std::string box(int i) { return text(boxName(i)); }
   // The period and the date that are proposed.
   std::string proposed() { return box(0) + ' ' + formatDate(session_.entry_date); }
@@ -72,10 +72,10 @@ class HistoryPageTest : public DrivenTest {
   void removeDraw(std::optional<std::string> typed, std::optional<std::size_t> answer) {
     desk_.texts = {std::move(typed)};
     desk_.choices = {answer};
-    press("cmm_scls");
+    press("draws.delete");
   }
 
-  QAbstractItemModel& rows() { return *part<FrozenGrid>("TDBGridHistory").left().model(); }
+  QAbstractItemModel& rows() { return *part<FrozenGrid>("historyGrid").left().model(); }
   std::string cell(int row, int column) { return utf8(rows().index(row, column).data().toString()); }
   // The first and the last shown period and the count.
   std::string shownRows() {
@@ -83,7 +83,7 @@ class HistoryPageTest : public DrivenTest {
     return cell(0, 0) + "-" + cell(last, 0) + ":" + std::to_string(last + 1);
   }
   void search(int column, const char* text) {
-    auto& field = part("FilterText_" + std::to_string(column));
+    auto& field = part("filterField." + std::to_string(column));
     QTest::keyClicks(&field, QString::fromUtf8(text));
     QTest::keyClick(&field, Qt::Key_Return);
     QTest::qWait(0);
@@ -98,9 +98,9 @@ class HistoryPageTest : public DrivenTest {
 
 TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
   EXPECT_EQ(proposed(), "2008051 2008-05-01");
-  part("TextHistory_3").setFocus();
-  press("TextHistory_0");
-  EXPECT_EQ(utf8(part<QLineEdit>("TextHistory_0").selectedText()), "2008051");
+  part("entryField.3").setFocus();
+  press("entryField.0");
+  EXPECT_EQ(utf8(part<QLineEdit>("entryField.0").selectedText()), "2008051");
   type("2008051", {"33", "07", "2x1", "05", "-1", "14", "8"});
   EXPECT_TRUE(desk_.told.empty());
   ASSERT_TRUE(findDraw(store_, 2008051));
@@ -108,9 +108,9 @@ TEST_F(HistoryPageTest, ADrawTypedInAnyOrderIsStoredSorted) {
   EXPECT_EQ(latestDrawDate(store_), *parseDate("2008-05-01"));
   EXPECT_EQ(cell(2, 9), "81") << "its statistics are there and shown";
   EXPECT_EQ(proposed() + box(1) + box(7), "2008052 2008-05-04") << "ready for the next one";
-  EXPECT_EQ(focused(), "TextHistory_1");
+  EXPECT_EQ(focused(), "entryField.1");
   EXPECT_EQ(changes_.count(), 1);
-  part<QDateEdit>("DTPicker_KJ").setDate(QDate(2008, 4, 24));
+  part<QDateEdit>("drawDate").setDate(QDate(2008, 4, 24));
   type("2008048", {"1", "2", "3", "4", "5", "6", "8"});
   EXPECT_TRUE(findDraw(store_, 2008048));
   EXPECT_EQ(proposed(), "2008052 2008-05-04") << "behind an older one, too";
@@ -135,7 +135,7 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
                {"", {"", "", "", "", "", "", ""}, bad_numbers, "       ", 1},
                {"202609", good, bad_period("202609"), "202609 1 2 3 4 5 6 8", 0},
                {"20080510", good, bad_period("20080510"), "20080510 1 2 3 4 5 6 8", 0}};
-  const QWidget& frame = part("FrameHkaijian");
+  const QWidget& frame = part("entryFrame");
   for (const auto& row : cases) {
     SCOPED_TRACE(row.shown);
     desk_.told.clear();
@@ -158,7 +158,7 @@ TEST_F(HistoryPageTest, ABadEntryChangesNothingAndShowsWhatWasRead) {
     part<QLineEdit>(boxName(i)).insert(QString::fromUtf8(pasted[i]));
   }
   EXPECT_EQ(box(0), "2008051");
-  QTest::keyClick(&part("TextHistory_7"), Qt::Key_Return);
+  QTest::keyClick(&part("entryField.7"), Qt::Key_Return);
   EXPECT_EQ(findDraw(store_, 2008051).value().numbers, (DrawNumbers{{1, 2, 3, 4, 5, 33}, 8}));
 }
 
@@ -176,16 +176,16 @@ TEST_F(HistoryPageTest, ADeletedDrawIsProposedAgain) {
   removeDraw(std::nullopt, 0);
   EXPECT_EQ(desk_.told.size(), 2U) << "nothing is said of a cancelled question";
   EXPECT_EQ(changes_.count(), 1);
-  press("Option_TorD_1");
+  press("historyMode.1");
   removeDraw("2008049", 0);
   EXPECT_EQ(told(), "删除完成，将重新加载数据。");
-  for (const char* mode : {"Option_TorD_1", "Option_TorD_0"}) {
+  for (const char* mode : {"historyMode.1", "historyMode.0"}) {
     press(mode);
-    EXPECT_FALSE(part("TDBGrid_FenBu").isVisible() || part("TDBGridHistory").isVisible())
+    EXPECT_FALSE(part("distributionGrid").isVisible() || part("historyGrid").isVisible())
         << "an empty history";
   }
   EXPECT_EQ(box(0), "2008001");
-  press("cmm_Daocu");
+  press("draws.export");
   EXPECT_TRUE(desk_.opened.empty()) << "there is nothing to open";
 }
 
@@ -197,46 +197,46 @@ TEST_F(HistoryPageTest, TheFilterRowSearchesAllDraws) {
     settle();
     return utf8(status.last()[0].toString());
   };
-  choose("CmmSousuo");
+  choose("searchButton");
   EXPECT_TRUE(told_passing().starts_with("请在表格中最顶一行") && desk_.told.empty());
-  EXPECT_EQ(focused(), "FilterText_0");
+  EXPECT_EQ(focused(), "filterField.0");
   QTest::keyClicks(page_.focusWidget(), QStringLiteral("200701"));
-  choose("mnu_InputKaiJian");
+  choose("draws.enter");
   QTest::qWait(0);
   EXPECT_EQ(rows().rowCount(), 100) << "no search while somebody types, nor by another command";
-  press("CmmSousuo");
+  press("searchButton");
   EXPECT_EQ(shownRows(), "2007010-2007019:10");
   EXPECT_EQ(told_passing(), "找到 10 期");
   QTest::qWait(0);
   search(8, "5");
   EXPECT_EQ(shownRows(), kNormalRows) << "nothing is found: back to the normal rows";
   EXPECT_EQ(told(), "没有符合条件的记录。");
-  EXPECT_EQ(text("FilterText_0"), "200701") << "what was typed stays";
-  press("cmdClearFilter");
+  EXPECT_EQ(text("filterField.0"), "200701") << "what was typed stays";
+  press("clearFilter");
   search(8, "05");
   EXPECT_EQ(shownRows(), "2008049-2008050:2") << "as the grid shows it";
-  press("cmdClearFilter");
+  press("clearFilter");
   EXPECT_EQ(shownRows(), kNormalRows);
   search(0, "200712");
-  press("OptionHistoryMode_1");
+  press("historySpan.1");
   EXPECT_EQ(shownRows(), "2007001-2008050:122");
-  press("Option_TorD_1");
-  const QScrollBar* chart = part<QTableView>("TDBGrid_FenBu").verticalScrollBar();
+  press("historyMode.1");
+  const QScrollBar* chart = part<QTableView>("distributionGrid").verticalScrollBar();
   EXPECT_TRUE(chart->maximum() > 0 && chart->value() == chart->maximum()) << "the newest draws are in sight";
 }
 
 TEST_F(HistoryPageTest, OptionsAndMenuShowTheSameViews) {
   QSignalSpy wanted(&page_, &HistoryPage::wanted);
-  auto& chart = part<QTableView>("TDBGrid_FenBu");
-  press("Option_TorD_1");
-  EXPECT_TRUE(chart.isVisible() && !part("TDBGridHistory").isVisible());
-  EXPECT_TRUE(commands_.action("mnu_HistoryTubiao")->isChecked());
-  choose("mnu_HistoryShowAll");
-  EXPECT_TRUE(part<QAbstractButton>("OptionHistoryMode_1").isChecked() && chart.isVisible());
-  choose("mnu_HistoryData");
-  EXPECT_TRUE(part<QAbstractButton>("Option_TorD_0").isChecked() && part("TDBGridHistory").isVisible());
-  choose("mnu_InputKaiJian");
-  EXPECT_EQ(focused(), "TextHistory_1");
+  auto& chart = part<QTableView>("distributionGrid");
+  press("historyMode.1");
+  EXPECT_TRUE(chart.isVisible() && !part("historyGrid").isVisible());
+  EXPECT_TRUE(commands_.action("draws.showTrend")->isChecked());
+  choose("draws.showAll");
+  EXPECT_TRUE(part<QAbstractButton>("historySpan.1").isChecked() && chart.isVisible());
+  choose("draws.showData");
+  EXPECT_TRUE(part<QAbstractButton>("historyMode.0").isChecked() && part("historyGrid").isVisible());
+  choose("draws.enter");
+  EXPECT_EQ(focused(), "entryField.1");
   EXPECT_EQ(wanted.count(), 4);
 }
 
@@ -247,9 +247,9 @@ TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
     const char* command;
     std::deque<std::optional<std::string>> texts;
     std::string place;
-  } rows[] = {{"cmm_Daocu", {}, "a list.xlsx"},
-              {"cmm_Daocu", {}, "a list.csv"},
-              {"cmm_kjqk", {"2008050", prefix}, "08050.html"}};
+  } rows[] = {{"draws.export", {}, "a list.xlsx"},
+              {"draws.export", {}, "a list.csv"},
+              {"draws.openPage", {"2008050", prefix}, "08050.html"}};
   for (const auto& [command, texts, place] : rows) {
     SCOPED_TRACE(command);
     for (const bool opens : {true, false}) {
@@ -275,10 +275,10 @@ TEST_F(HistoryPageTest, SheetAndDetailPageAreOpenedOrTheirPlaceIsTold) {
   EXPECT_EQ(std::ranges::count(head, ','), std::ranges::count(first, ',')) << first;
   desk_.files = {QString::fromStdString((home_.path() / "a list.csv").string())};
   desk_.choices = {std::nullopt};
-  choose("cmm_Daocu");
+  choose("draws.export");
   EXPECT_NE(desk_.asked.back().find("要替换吗"), std::string::npos);
   desk_.texts = {"2008049"};
-  choose("cmm_kjqk");
+  choose("draws.openPage");
   EXPECT_EQ(desk_.opened.size(), 6U) << "no page, nothing opened";
 }
 
@@ -286,49 +286,49 @@ TEST_F(HistoryPageTest, ADownloadAsksForTheAddressOnce) {
   const std::string list =
       putList("=336= 2008051 2008/05/01 01 05 07 14 21 33 08\n2008052 2008/05/04 01 02 03 04 05 06 07");
   int usable = -1;  // how often somebody could have typed while a job ran
-  desk_.on_look = [&] { usable = std::max(usable, 0) + part("Pic_addHistory").isEnabled(); };
+  desk_.on_look = [&] { usable = std::max(usable, 0) + part("entryStrip").isEnabled(); };
   desk_.texts = {"file:///nowhere", list};
-  part("TextHistory_3").setFocus();
-  choose("mnu_AutoUpdate");
+  part("entryField.3").setFocus();
+  choose("draws.download");
   EXPECT_TRUE(told().ends_with("\r\n\r\n原因：没有这个文件。")) << told();
   EXPECT_EQ(changes_.count(), 0);
-  choose("mnu_AutoUpdate");
+  choose("draws.download");
   EXPECT_EQ(told(),
             "已成功更新!\r\n新增 1 期，更新 0 期，跳过 1 条无效数据，最新一期 2008051\r\n"
             "第 2 行（2008052 期）：日期在今天之后");
-  choose("mnu_AutoUpdate");  // nothing newer
+  choose("draws.download");  // nothing newer
   EXPECT_EQ(desk_.proposed, (std::vector<std::string>{"", "file:///nowhere"})) << "the typed one stays";
   EXPECT_EQ(changes_.count(), 2);
   EXPECT_EQ(shownRows(), "2008049-2008051:3");
   EXPECT_EQ(proposed(), "2008052 2008-05-04") << "behind the newest draw, however often";
   EXPECT_EQ(usable, 0);
-  EXPECT_EQ(focused(), "TextHistory_3") << "the user goes on where they were";
+  EXPECT_EQ(focused(), "entryField.3") << "the user goes on where they were";
   desk_.texts = {"", "https://me@site/d/"};
-  choose("mnu_DownloadAddress");
-  choose("mnu_DetailAddress");
+  choose("draws.listAddress");
+  choose("draws.pageAddress");
   EXPECT_EQ(storedAddress(store_, AddressUse::draw_list), "");
   EXPECT_EQ(storedAddress(store_, AddressUse::detail_page), "https://me@site/d/");
 }
 
 TEST_F(HistoryPageTest, AStoredDrawIsReplacedOnlyWhenTheUserSaysSo) {
   const std::vector<const char*> typed{"33", "7", "21", "5", "1", "14", "8"};
-  part<QDateEdit>("DTPicker_KJ").setDate(QDate(2008, 4, 29));
+  part<QDateEdit>("drawDate").setDate(QDate(2008, 4, 29));
   desk_.choices = {std::nullopt};
   type("2008050", typed);
   EXPECT_NE(desk_.asked.back().find("原有：2008-04-29  05 08 09 10 11 12+05"), std::string::npos);
   EXPECT_EQ(changes_.count(), 0);
   EXPECT_EQ(box(0) + ' ' + box(1), "2008050 1") << "what was typed stays";
   desk_.choices = {0};
-  press("cmmUpdateHistory_0");
+  press("draws.add");
   EXPECT_EQ(findDraw(store_, 2008050).value().numbers, kNumbers);
 
   // The same question for a file.
   desk_.choices = {1};
   desk_.files = {QString(), QString::fromStdString(putList("2008050 2008-04-29 1 2 3 4 5 6 7\n"
                                                            "2008051,2008-05-01,1,2,3,4,5,6,7"))};
-  choose("mnu_ImportDraws");
+  choose("draws.import");
   EXPECT_EQ(changes_.count(), 1) << "no file, no import";
-  choose("mnu_ImportDraws");
+  choose("draws.import");
   EXPECT_EQ(told(),
             "读到 2 期：新增 1 期，更改 0 期，跳过 0 行，最新一期 2008051\r\n有 1 "
             "期和原有记录不同，保留了原有的。");
@@ -343,18 +343,18 @@ TEST_F(HistoryPageTest, ACopiedListIsLookedAtBeforeItIsStored) {
                      "2008052\t2008-05-01\t01 05 07 14 21 34 08"));
   desk_.dialogs = {[](QDialog&) { return false; },
                    [&](QDialog& dialog) {
-                     const auto& rows = partOf<QTreeWidget>(dialog, "List_understood");
+                     const auto& rows = partOf<QTreeWidget>(dialog, "understoodDraws");
                      EXPECT_EQ(rows.topLevelItemCount(), 2);
-                     EXPECT_EQ(textOf(dialog, "cmdOK"), "存入 1 期");
+                     EXPECT_EQ(textOf(dialog, "okButton"), "存入 1 期");
                      EXPECT_EQ(utf8(rows.topLevelItem(1)->text(2)), "红球 34 不对");
-                     auto& typed = partOf<QPlainTextEdit>(dialog, "Text_pasted");
+                     auto& typed = partOf<QPlainTextEdit>(dialog, "pastedText");
                      typed.setPlainText(QStringLiteral("nothing"));
-                     EXPECT_TRUE(QTest::qWaitFor([&] { return !partOf(dialog, "cmdOK").isEnabled(); }));
+                     EXPECT_TRUE(QTest::qWaitFor([&] { return !partOf(dialog, "okButton").isEnabled(); }));
                      typed.setPlainText(QStringLiteral("2008051 2008-05-01 01 05 07 14 21 33 08"));
-                     EXPECT_TRUE(QTest::qWaitFor([&] { return partOf(dialog, "cmdOK").isEnabled(); }));
+                     EXPECT_TRUE(QTest::qWaitFor([&] { return partOf(dialog, "okButton").isEnabled(); }));
                      return true;
                    }};
-  part<FrozenGrid>("TDBGridHistory").left().setFocus();
+  part<FrozenGrid>("historyGrid").left().setFocus();
   QTest::keyClick(page_.focusWidget(), Qt::Key_V, Qt::ControlModifier);
   settle();
   EXPECT_TRUE(desk_.told.empty()) << "the look was enough";
@@ -362,7 +362,7 @@ TEST_F(HistoryPageTest, ACopiedListIsLookedAtBeforeItIsStored) {
   settle();
   EXPECT_EQ(told(), "读到 1 期：新增 1 期，更改 0 期，跳过 0 行，最新一期 2008051");
   EXPECT_EQ(findDraw(store_, 2008051)->numbers, kNumbers);
-  auto& grid = part<FrozenGrid>("TDBGridHistory");
+  auto& grid = part<FrozenGrid>("historyGrid");
   EXPECT_EQ(grid.selectedRows(), std::vector<int>{2}) << "what came";
   grid.left().setFocus();
   QTest::keyClick(&grid.left(), Qt::Key_C, Qt::ControlModifier);
@@ -378,30 +378,30 @@ TEST_F(HistoryPageTest, ACopiedListIsLookedAtBeforeItIsStored) {
 }
 
 TEST_F(HistoryPageTest, TheTrendStandsBesideTheBallsWhereItIsWanted) {
-  auto& chart = part<DistributionGrid>("TDBGrid_FenBu");
-  EXPECT_FALSE(part("Check_trendGaps").isVisible());
-  press("Option_TorD_1");
+  auto& chart = part<DistributionGrid>("distributionGrid");
+  EXPECT_FALSE(part("trendGaps").isVisible());
+  press("historyMode.1");
   const auto shown_at = [&](int row, int column) {
     return utf8(chart.model()->index(row, column).data().toString());
   };
   const QImage plain = chart.grab().toImage();
   EXPECT_EQ(shown_at(1, 2) + shown_at(1, 5), "05") << "the balls alone";
-  click("Check_trendGaps");
+  click("trendGaps");
   EXPECT_EQ(shown_at(0, 1) + shown_at(1, 1) + shown_at(1, 2) + shown_at(1, 5), "12105");
   EXPECT_FALSE(chart.model()->index(1, 1).data(kBallRole).isValid());
-  click("Check_trendGaps");
+  click("trendGaps");
   EXPECT_EQ(chart.grab().toImage(), plain);
-  click("Check_trendLine");
+  click("trendLine");
   EXPECT_NE(chart.grab().toImage(), plain) << "one blue above the other";
-  click("Check_trendFoot");
+  click("trendFoot");
   ASSERT_EQ(chart.model()->rowCount(), 2 + 4);
   EXPECT_EQ(shown_at(2, 0) + shown_at(2, 5) + shown_at(3, 1) + shown_at(4, 1) + shown_at(5, 5),
             "出现次数22.022");
-  part<QComboBox>("Combo_trendStatistic").setCurrentIndex(1);
+  part<QComboBox>("trendStatistic").setCurrentIndex(1);
   EXPECT_EQ(shown_at(1, 50), "55");
   EXPECT_EQ(utf8(chart.model()->headerData(50, Qt::Horizontal).toString()), "和值");
-  press("Option_TorD_0");
-  EXPECT_FALSE(part("Check_trendGaps").isVisible());
+  press("historyMode.0");
+  EXPECT_FALSE(part("trendGaps").isVisible());
 }
 
 TEST_F(HistoryPageTest, WhatADownloadBroughtStandsThereBeforeItsMessage) {
@@ -409,7 +409,7 @@ TEST_F(HistoryPageTest, WhatADownloadBroughtStandsThereBeforeItsMessage) {
   desk_.texts = {list};
   std::string at_message;
   desk_.on_tell = [&] { at_message = shownRows(); };
-  choose("mnu_AutoUpdate");
+  choose("draws.download");
   EXPECT_EQ(at_message, "2008049-2008051:3");
 }
 
@@ -429,7 +429,7 @@ TEST_F(HistoryPageTest, TwoDigitsLeadToTheNextBallAndAnEnterBehindThemIsNoStep) 
 
 TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   putOldDraws();
-  auto& grid = part<FrozenGrid>("TDBGridHistory");
+  auto& grid = part<FrozenGrid>("historyGrid");
   QScrollBar* left = grid.left().verticalScrollBar();
   QScrollBar* right = grid.right().verticalScrollBar();
   const auto values = [&] { return std::pair(left->value(), right->value()); };
@@ -458,9 +458,9 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   EXPECT_EQ(current(), std::pair(8, static_cast<QWidget*>(&grid.left())));
 
   grid.focusFilter();
-  for (const auto& [name, key] : {std::pair{"FilterText_8", Qt::Key_Tab},
-                                  {"FilterText_9", Qt::Key_Backtab},
-                                  {"FilterText_8", Qt::Key_Escape}}) {
+  for (const auto& [name, key] : {std::pair{"filterField.8", Qt::Key_Tab},
+                                  {"filterField.9", Qt::Key_Backtab},
+                                  {"filterField.8", Qt::Key_Escape}}) {
     EXPECT_EQ(focused(), name);
     QTest::keyClick(page_.focusWidget(), key);
   }
@@ -468,7 +468,7 @@ TEST_F(HistoryPageTest, PanesShareRowsAndKeys) {
   const QHeaderView* head = grid.right().horizontalHeader();
   grid.right().scrollTo(rows().index(3, 60));
   grid.right().setColumnWidth(59, 300);
-  EXPECT_NEAR(part("FilterText_60").x(), head->sectionViewportPosition(60), 4)
+  EXPECT_NEAR(part("filterField.60").x(), head->sectionViewportPosition(60), 4)
       << "a box stays over its column";
 }
 
@@ -476,7 +476,7 @@ TEST_F(HistoryPageTest, ACaptionOfEitherPaneSortsBothAndRowsStayWhatTheyAre) {
   putDraw(store_, 2008051, "2008-05-01", {{1, 2, 3, 4, 5, 33}, 16});
   store_.db().exec(R"(UPDATE "历史记录" SET "和值"="红球1"+"红球2"+"红球3"+"红球4"+"红球5"+"红球6")");
   page_.refreshHistoryView();
-  auto& grid = part<FrozenGrid>("TDBGridHistory");
+  auto& grid = part<FrozenGrid>("historyGrid");
   const auto periods = [&] { return cell(0, 0) + " " + cell(1, 0) + " " + cell(2, 0); };
   const auto click = [](EndTable& pane, int column) {
     const QHeaderView& head = *pane.horizontalHeader();
@@ -517,7 +517,7 @@ TEST_F(HistoryPageTest, ModelsKeepTheRulesOfTheirKind) {
   EXPECT_EQ(draws.show(HistoryModel::read(store_, {2008050, 2008050})), 1);
   const auto caption = [&](int column) { return draws.headerData(column, Qt::Horizontal, Qt::DisplayRole); };
   EXPECT_EQ(caption(9), QStringLiteral("总和值"));
-  const auto& pane = part<FrozenGrid>("TDBGridHistory").right();
+  const auto& pane = part<FrozenGrid>("historyGrid").right();
   QString hidden;
   for (int column = kIdentityColumns; column < draws.columnCount(); ++column) {
     EXPECT_GT(draws.columnWidth(column, page_.fontMetrics()),

@@ -35,12 +35,13 @@ bool fill(QDialog& dialog, const char* box, const char* name,
 class StartTest : public WindowTest {
  protected:
   // Answers of the login dialog.
-  static bool logIn(QDialog& dialog, const char* name, const char* password, const char* button = "cmdOK") {
-    return fill(dialog, "Combo_userName", name, {{"txtPWD", password}}, button);
+  static bool logIn(QDialog& dialog, const char* name, const char* password,
+                    const char* button = "okButton") {
+    return fill(dialog, "userName", name, {{"password", password}}, button);
   }
   static std::function<bool(QDialog&)> comeNew(const char* name, const char* password) {
     return [=](QDialog& dialog) {
-      EXPECT_FALSE(logIn(dialog, name, password, "cmd_newUser"));
+      EXPECT_FALSE(logIn(dialog, name, password, "newUserButton"));
       return logIn(dialog, name, password);
     };
   }
@@ -52,25 +53,25 @@ class StartTest : public WindowTest {
 
 TEST_F(StartTest, FirstStartOfASingleUserEndsReadyAndOffersTheDownload) {
   desk_.dialogs = {[](QDialog& dialog) {
-    partOf<QRadioButton>(dialog, "Option_userMode_1").setChecked(true);
-    partOf<QPushButton>(dialog, "cmdOK").click();
+    partOf<QRadioButton>(dialog, "userMode.1").setChecked(true);
+    partOf<QPushButton>(dialog, "okButton").click();
     return dialog.result() == QDialog::Accepted;
   }};
   desk_.choices = {3};
   EXPECT_TRUE(open().isVisible());
   EXPECT_EQ(userMode(store()), UserMode::single);
-  EXPECT_FALSE(part<QMenu>("mnu_User").menuAction()->isVisible());
+  EXPECT_FALSE(part<QMenu>("userMenu").menuAction()->isVisible());
   ASSERT_EQ(desk_.asked.size(), 1);
   EXPECT_TRUE(desk_.asked[0].starts_with("开奖记录不是最新的，是否需要更新到最新的数据．．．"));
   EXPECT_NE(desk_.asked[0].find("2007001 2007-01-02 01 05"), std::string::npos) << "what a list looks like";
-  EXPECT_NE(text("StatusBar_1").find("不完整"), std::string::npos);
-  EXPECT_NE(text("StatusBar_3").find("2026001 期"), std::string::npos);
+  EXPECT_NE(text("statusPanel.1").find("不完整"), std::string::npos);
+  EXPECT_NE(text("statusPanel.3").find("2026001 期"), std::string::npos);
   EXPECT_LE(window().minimumSizeHint().width(), 1240) << "fits a small screen with the longest status, too";
 }
 
 TEST_F(StartTest, AStartThatComesToNoEndSaysWhy) {
   desk_.dialogs = {[](QDialog& dialog) {
-    partOf<QPushButton>(dialog, "cmd_End").click();
+    partOf<QPushButton>(dialog, "exitButton").click();
     return false;
   }};
   {
@@ -106,8 +107,8 @@ TEST_F(StartTest, ADrawOfTodayIsNotMissingYetAndOneOfYesterdayIs) {
   open();
   EXPECT_EQ(desk_.asked.size(), 1);
   enterDraw(2026091, 8);
-  EXPECT_NE(text("StatusBar_1").find("已更新"), std::string::npos);
-  EXPECT_NE(text("StatusBar_3").find("2026092 期"), std::string::npos);
+  EXPECT_NE(text("statusPanel.1").find("已更新"), std::string::npos);
+  EXPECT_NE(text("statusPanel.3").find("2026092 期"), std::string::npos);
 }
 
 TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
@@ -115,27 +116,27 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
   desk_.dialogs = {[this](QDialog& dialog) {
     EXPECT_FALSE(logIn(dialog, "甲", "1")) << "only the button makes a user";
     EXPECT_NE(told().find("“我是新用户”"), std::string::npos);
-    EXPECT_EQ(partOf<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Password);
+    EXPECT_EQ(partOf<QLineEdit>(dialog, "password").echoMode(), QLineEdit::Password);
     EXPECT_TRUE(comeNew("甲", "1")(dialog));
-    EXPECT_EQ(partOf<QLineEdit>(dialog, "txtPWD").echoMode(), QLineEdit::Normal)
+    EXPECT_EQ(partOf<QLineEdit>(dialog, "password").echoMode(), QLineEdit::Normal)
         << "while a new one is typed";
     return true;
   }};
   desk_.answers = {true};
   open();
-  EXPECT_TRUE(part<QMenu>("mnu_User").menuAction()->isVisible());
+  EXPECT_TRUE(part<QMenu>("userMenu").menuAction()->isVisible());
   EXPECT_EQ(utf8(window().windowTitle()), "甲  —— Lotmere 双色球");
-  choose("tab_2");
+  choose("page.2");
   pick({33});
-  click("Check_useTiaojiao_0");
+  click("metricSwitch.0");
   store().db().exec(R"(UPDATE "号码特性" SET "区间1"="号码"<=4)");
   putTickets(store(), 2);
   // What is this user's own: the pick of 33, the switch on the sheet, the interval counts of the draw 1 to 6.
   const auto shown_state = [&] {
     const auto counted = store().value(R"(SELECT "区间1" FROM "历史记录" WHERE "期号"=2026090)");
-    choose("tab_2");  // whose sheet counts the newest draw anew
+    choose("page.2");  // whose sheet counts the newest draw anew
     return std::tuple(selectionOf(loadConditionSet(store())).red[33],
-                      part<QAbstractButton>("Check_useTiaojiao_0").isChecked(), counted);
+                      part<QAbstractButton>("metricSwitch.0").isChecked(), counted);
   };
   desk_.choices = {std::nullopt, 0};  // Esc, then the button that empties the tickets
   desk_.dialogs = {[](QDialog& dialog) {
@@ -144,20 +145,20 @@ TEST_F(StartTest, SeveralUsersLogInSwitchAndKeepTheirOwnSelections) {
                    },
                    [](QDialog& dialog) { return logIn(dialog, "甲", "1"); }};
   desk_.answers = {true, true};
-  choose("mnu_UserQiehuan");
+  choose("users.switch");
   EXPECT_EQ(window().currentPage(), MainWindow::Page::history);
   EXPECT_EQ(utf8(window().windowTitle()), "乙  —— Lotmere 双色球");
-  EXPECT_EQ(part<QAbstractItemView>("TDBGrid_RZ").model()->rowCount(), 0);
+  EXPECT_EQ(part<QAbstractItemView>("ticketGrid").model()->rowCount(), 0);
   EXPECT_EQ(shown_state(), std::tuple(PickState::none, true, 6));
-  choose("mnu_UserQiehuan");
+  choose("users.switch");
   EXPECT_EQ(shown_state(), std::tuple(PickState::tuo, false, 4));
 
   desk_.dialogs = {[](QDialog&) { return false; },
-                   [](QDialog& dialog) { return logIn(dialog, "", "", "cmd_End"); }};
-  choose("mnu_UserQiehuan");
+                   [](QDialog& dialog) { return logIn(dialog, "", "", "exitButton"); }};
+  choose("users.switch");
   EXPECT_TRUE(window().isVisible()) << "a closed dialog changes nothing";
   EXPECT_EQ(currentUser(store()), "甲");
-  choose("mnu_UserQiehuan");
+  choose("users.switch");
   EXPECT_TRUE(closes());
 }
 
@@ -167,19 +168,18 @@ TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMe
   for (const char* name : {"甲", "乙"})
     addUser(home_.store(), name, hashPassword("forgotten", HashLimits::lowest()));
   const auto change = [](QDialog& dialog, const char* before, const char* again) {
-    fill(dialog, "Combo_manageUser", "甲",
-         {{"txtOldPWD", before}, {"txtNewPWD", "new"}, {"txtNewPWDAgain", again}}, "cmdChangePWD");
+    fill(dialog, "managedUser", "甲",
+         {{"txtOldPWD", before}, {"txtNewPWD", "new"}, {"txtNewPWDAgain", again}}, "changePasswordButton");
   };
   desk_.choices = {0};
   desk_.dialogs = {[](QDialog& dialog) {
                      EXPECT_FALSE(logIn(dialog, "甲", "new"));
-                     EXPECT_FALSE(logIn(dialog, "甲", "", "cmd_manageUsers"));
+                     EXPECT_FALSE(logIn(dialog, "甲", "", "manageUsersButton"));
                      return logIn(dialog, "甲", "new");
                    },
                    [&](QDialog& dialog) {
-                     EXPECT_EQ(partOf<QComboBox>(dialog, "Combo_manageUser").count(), 2)
-                         << "all but the guest";
-                     EXPECT_EQ(textOf(dialog, "Combo_manageUser"), "甲") << "who was typed";
+                     EXPECT_EQ(partOf<QComboBox>(dialog, "managedUser").count(), 2) << "all but the guest";
+                     EXPECT_EQ(textOf(dialog, "managedUser"), "甲") << "who was typed";
                      change(dialog, "", "old");
                      EXPECT_EQ(told(), "两次输入的新密码不一样。");
                      for (const char* before : {"", "new"}) {  // forgotten, which is asked about, and known
@@ -194,12 +194,12 @@ TEST_F(StartTest, AForgottenPasswordAndAUserWhoLeftAreSeenToAtTheLoginAndInTheMe
   desk_.choices = {std::nullopt, 0};
   desk_.dialogs = {[&](QDialog& dialog) {
     for (const bool there : {true, false}) {
-      fill(dialog, "Combo_manageUser", "乙", {}, "cmdRemoveUser");
+      fill(dialog, "managedUser", "乙", {}, "removeUserButton");
       EXPECT_EQ(findUser(store(), "乙").has_value(), there) << "Esc, and the button";
     }
     return false;
   }};
-  choose("mnu_UserManage");
+  choose("users.manage");
 }
 
 TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
@@ -211,7 +211,7 @@ TEST_F(StartTest, TheExitAsksAndNoGoesOnAndYesMakesABackup) {
   desk_.answers = {false, true};
   EXPECT_FALSE(window().close());
   EXPECT_TRUE(window().isVisible());
-  choose("mnu_Exit");
+  choose("program.exit");
   EXPECT_TRUE(closes());
   EXPECT_EQ(draws_in_backup(), 1) << "as the start left it";
   program_->finish();
@@ -226,7 +226,7 @@ TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
   open();
   const EndWatch watch;
   QObject::connect(&watch, &EndWatch::endAsked, &window(), [&] { program_->end(); });
-  choose("tab_2");
+  choose("page.2");
   pick({33});
   putTickets(store(), 3);
   desk_.on_look = [&] {
@@ -235,7 +235,7 @@ TEST_F(StartTest, ASignalInTheMiddleOfARunEndsTheProgramInGoodOrder) {
     QCoreApplication::processEvents();
   };
   desk_.texts = {"2026092"};
-  choose("mnu_ShengCeng_1");
+  choose("tickets.run");
   EXPECT_TRUE(closes());
   EXPECT_NE(desk_.runningText().text().find("用户中止,当前记录余：１ 注"), std::string::npos);
   EXPECT_EQ(desk_.asked.size(), 2) << "who the user is and which period to run, and nothing more";
@@ -260,7 +260,7 @@ TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
     EXPECT_NE(QApplication::activeModalWidget(), nullptr);
     std::raise(SIGHUP);
   });
-  program.commands().action("mnu_ShengCeng_5")->trigger();
+  program.commands().action("tickets.clear")->trigger();
   EXPECT_TRUE(QTest::qWaitFor([&] { return !program.window().isVisible(); }));
   EXPECT_EQ(program.store().value(R"(SELECT count(*) FROM "日志表")"), 2);
   constexpr std::string_view buttons[] = {"删除", "取消"};
@@ -269,20 +269,20 @@ TEST_F(StartTest, ASignalClosesAnOpenQuestionWithoutAnAnswer) {
 
 TEST_F(StartTest, EverythingIsSavedToAFileAndReadBackByANewStart) {
   openSettled();
-  choose("tab_2");
+  choose("page.2");
   pick({33});
   const QString file = QString::fromStdString((home_.path() / "all.lotmere").string());
   desk_.files = {QString(), file, QString(), file, file};
   desk_.choices = {std::nullopt, 0};
-  choose("mnu_StoreSave");
+  choose("store.save");
   EXPECT_TRUE(desk_.told.empty()) << "cancelled";
-  choose("mnu_StoreSave");
+  choose("store.save");
   EXPECT_NE(told().find("all.lotmere"), std::string::npos);
   pick({1, 33});
-  choose("mnu_StoreRestore");
-  choose("mnu_StoreRestore");
+  choose("store.restore");
+  choose("store.restore");
   EXPECT_FALSE(restoreWaits(home_.home())) << "neither cancelled nor by Esc";
-  choose("mnu_StoreRestore");
+  choose("store.restore");
   EXPECT_TRUE(closes());
   program_->finish();
   EXPECT_TRUE(restoreWaits(home_.home()));
@@ -304,23 +304,23 @@ TEST_F(StartTest, TheNextStartFindsTheWindowAsItWasLeftAndEachHomeHasItsOwn) {
   settleHome();
   open();
   window().resize(900, 600);
-  part<FrozenGrid>("TDBGridHistory").setColumnWidth(9, 133);
-  choose("mnu_HistoryShowAll");
-  choose("mnu_Appearance");
+  part<FrozenGrid>("historyGrid").setColumnWidth(9, 133);
+  choose("draws.showAll");
+  choose("window.look");
   const auto leave_look = qScopeGuard([] { applyAppearance(*qApp, Appearance::light); });
   desk_.files = {QString::fromStdString((home_.path() / "a folder" / "all.lotmere").string())};
   std::filesystem::create_directory(home_.path() / "a folder");
-  choose("mnu_StoreSave");
+  choose("store.save");
   desk_.answers = {true};
   window().close();
   EXPECT_TRUE(closes());
   open();
   EXPECT_EQ(window().size(), QSize(900, 600));
-  EXPECT_EQ(part<FrozenGrid>("TDBGridHistory").columnWidth(9), 133);
-  EXPECT_TRUE(part<QRadioButton>("OptionHistoryMode_1").isChecked());
+  EXPECT_EQ(part<FrozenGrid>("historyGrid").columnWidth(9), 133);
+  EXPECT_TRUE(part<QRadioButton>("historySpan.1").isChecked());
   EXPECT_EQ(Remembered::look(home_.home().folder), Appearance::dark);
   desk_.files = {QString()};
-  choose("mnu_ImportDraws");
+  choose("draws.import");
   EXPECT_EQ(desk_.places.back(), (home_.path() / "a folder").string());
   lotmere::test::TempHome other;
   EXPECT_EQ(Remembered::look(other.home().folder), std::nullopt);
@@ -335,30 +335,30 @@ TEST_F(StartTest, TheNextStartFindsTheWindowAsItWasLeftAndEachHomeHasItsOwn) {
 
 TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
   openSettled();
-  press("cmm_Autochosenumber");
+  press("stepsButton");
   EXPECT_TRUE(told().starts_with("使用步骤："));
-  for (const auto& [command, name, start] : {std::tuple{"mnu_youxiguizhe", "Text_yxgz", "双色球游戏规则"},
-                                             {"mnu_TiaojianDingYi", "Text_dingyi", "常用词的定义"}}) {
+  for (const auto& [command, name, start] : {std::tuple{"help.rules", "rulesText", "双色球游戏规则"},
+                                             {"help.definitions", "definitionsText", "常用词的定义"}}) {
     choose(command);
     EXPECT_TRUE(part(name).isVisible());
     EXPECT_TRUE(text(name).starts_with(start)) << name;
   }
-  for (const char* page : {"tab_1", "mnu_HistoryTubiao", "tab_3", "mnu_newQuJian", "mnu_youxiguizhe"}) {
+  for (const char* page : {"page.1", "draws.showTrend", "page.3", "intervals.divide", "help.rules"}) {
     choose(page);
     EXPECT_LE(window().minimumSizeHint().width(), 1008) << page << " fits a small screen";
     EXPECT_LE(window().minimumSizeHint().height(), 560) << page;
   }
-  choose("mnu_About");
+  choose("help.about");
   EXPECT_NE(told().find(home_.path().string()), std::string::npos);
   EXPECT_NE(told().find("GPL"), std::string::npos);
-  choose("tab_1");
-  part("TextHistory_1").setFocus();
+  choose("page.1");
+  part("entryField.1").setFocus();
   desk_.files = {QString()};
-  QTest::keyClick(&part("TextHistory_1"), Qt::Key_E, Qt::ControlModifier);
+  QTest::keyClick(&part("entryField.1"), Qt::Key_E, Qt::ControlModifier);
   settle();
   EXPECT_TRUE(desk_.files.empty()) << "the export, from within a field";
-  choose("mnu_youxiguizhe");
-  auto& tabs = part<QTabBar>("TabStrip_Top");
+  choose("help.rules");
+  auto& tabs = part<QTabBar>("pageTabs");
   EXPECT_EQ(utf8(tabs.tabText(tabs.currentIndex())), "游戏规则");
   QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
   EXPECT_EQ(window().currentPage(), MainWindow::Page::history) << "the tab of the page behind leads back";
@@ -367,7 +367,7 @@ TEST_F(StartTest, HelpAndTextsStandBehindTheirCommands) {
 
 TEST_F(StartTest, NoTwoCommandsShareAShortcutAndNoTwoEntriesOfAMenuAMnemonic) {
   openSettled();
-  choose("tab_2");
+  choose("page.2");
   std::set<QString> shortcuts;
   for (const QAction* action : commands().all()) {
     const QString keys = action->shortcut().toString();
@@ -422,10 +422,10 @@ TEST(WindowDeskTest, QuestionsAnswerWhatWasPressed) {
 
 TEST(WindowDeskTest, ATipCountsDownAndClosesItself) {
   TipDialog tip(QStringLiteral("text"), {}, nullptr);
-  EXPECT_EQ(textOf(tip, "cmdOK"), "知道了 (10)");
-  tip.findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1);
+  EXPECT_EQ(textOf(tip, "okButton"), "知道了 (10)");
+  tip.findChild<QTimer*>(QStringLiteral("tipTimer"))->setInterval(1);
   EXPECT_EQ(tip.exec(), QDialog::Accepted);
-  EXPECT_EQ(textOf(tip, "cmdOK"), "知道了 (0)");
+  EXPECT_EQ(textOf(tip, "okButton"), "知道了 (0)");
 }
 
 TEST(ProgressControlTest, EndsAndValueAreCut) {
@@ -438,11 +438,11 @@ TEST(ProgressControlTest, EndsAndValueAreCut) {
   EXPECT_EQ(std::pair(control.minimum(), control.maximum()), std::pair(10, 10));
   control.setMinimum(0);
   control.setValue(99);
-  EXPECT_EQ(textOf(control, "LabelJindu") + textOf(control, "LabelJinduAll"), "10/ 10");
+  EXPECT_EQ(textOf(control, "progressDone") + textOf(control, "progressAll"), "10/ 10");
   const StopScope scope(desk.course());
   control.begin(100, true);
   EXPECT_TRUE(control.stopEnabled() && !control.stopped() && !desk.course().stopRequested());
-  QTest::mousePress(&partOf(control, "cmm_stop"), Qt::LeftButton);
+  QTest::mousePress(&partOf(control, "stopButton"), Qt::LeftButton);
   EXPECT_TRUE(control.stopped() && desk.course().stopRequested() && !control.stopEnabled());
   control.begin(50, true);
   EXPECT_FALSE(control.stopEnabled()) << "a job inside the stopped one";

@@ -28,7 +28,7 @@ class TicketPageTest : public WindowTest {
     for (const int code : {8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 108, 109, 110, 111})
       lotmere::test::putPick(home_.store(), code, PickState::tuo);
     open();
-    choose("tab_3");
+    choose("page.3");
   }
   // Presses the button of a step and answers its question for a period; 2026091 follows the newest draw.
   void pressWith(const char* button, std::optional<std::string> period = "2026091") {
@@ -41,15 +41,15 @@ class TicketPageTest : public WindowTest {
       for (const char* name : {"连号", "AC值"}) set.use(conditionNamed(name).usage, false);
     });
   }
-  void init() { pressWith("cmmTouZhu_0"); }
-  void run() { pressWith("cmmTouZhu_1"); }
-  void check(const char* period) { pressWith("cmmTouZhu_6", period); }
+  void init() { pressWith("initButton"); }
+  void run() { pressWith("runButton"); }
+  void check(const char* period) { pressWith("checkButton", period); }
   [[nodiscard]] std::int64_t stored() { return countRows("日志表"); }
-  [[nodiscard]] QAbstractItemModel& model() { return *part<QTableView>("TDBGrid_RZ").model(); }
+  [[nodiscard]] QAbstractItemModel& model() { return *part<QTableView>("ticketGrid").model(); }
   [[nodiscard]] std::string cell(int row, int column) {
     return utf8(model().index(row, column).data().toString());
   }
-  [[nodiscard]] std::string log() { return text("TextChaoZuoTip"); }
+  [[nodiscard]] std::string log() { return text("runningText"); }
 
   static constexpr int kAll = 210 * 4;
 };
@@ -65,7 +65,7 @@ TEST_F(TicketPageTest, InitialisesFiltersAndShowsTheCourse) {
   EXPECT_LT(stored(), kAll);
   EXPECT_EQ(model().rowCount(), stored());
   EXPECT_NE(log().find("全部过滤缩水完成,余："), std::string::npos);
-  EXPECT_TRUE(part<QPlainTextEdit>("TextChaoZuoTip").textCursor().atEnd());
+  EXPECT_TRUE(part<QPlainTextEdit>("runningText").textCursor().atEnd());
 }
 
 // In front stands what the run came to; the running text is a tab behind it. An undo brings the tickets back.
@@ -77,7 +77,7 @@ TEST_F(TicketPageTest, TheResultStandsInFrontAndCanBeTakenBack) {
   const auto left = stored();
   ASSERT_GT(left, 0);
   EXPECT_TRUE(part("runHead").isVisible());
-  EXPECT_FALSE(part("TextChaoZuoTip").isVisible());
+  EXPECT_FALSE(part("runningText").isVisible());
   EXPECT_EQ(text("runHead").find("840 → "), 0U) << text("runHead");
   EXPECT_NE(text("runHead").find("→ " + utf8(grouped(left)) + " 注"), std::string::npos) << text("runHead");
   // Only steps that removed something have a row, and no condition that is off.
@@ -125,7 +125,7 @@ TEST_F(TicketPageTest, WithoutAPeriodOrAnAnswerNothingChanges) {
   init();
   EXPECT_EQ(model().rowCount(), kAll) << "Esc, and the button that drops the rows of before";
   desk_.told.clear();
-  for (const char* button : {"cmmTouZhu_0", "cmmTouZhu_1", "cmmTouZhu_6"}) {
+  for (const char* button : {"initButton", "runButton", "checkButton"}) {
     pressWith(button, std::nullopt);
     pressWith(button, "20260911");
     EXPECT_TRUE(told().starts_with("期号“20260911”不对")) << told();
@@ -135,9 +135,9 @@ TEST_F(TicketPageTest, WithoutAPeriodOrAnAnswerNothingChanges) {
 }
 
 TEST_F(TicketPageTest, WithoutNumbersTheUserStandsBeforeThePad) {
-  choose("tab_2");
-  for (const char* button : {"cmm_clsQ", "cmm_clsH"}) press(button);
-  choose("tab_3");
+  choose("page.2");
+  for (const char* button : {"clearReds", "clearBlues"}) press(button);
+  choose("page.3");
   init();
   EXPECT_EQ(told(), "号码还没有选取,或者已选的号码个数太少!请先选取号码！");
   EXPECT_EQ(window().currentPage(), MainWindow::Page::conditions);
@@ -149,11 +149,11 @@ TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
   desk_.on_look = [&] {
     if (!desk_.jobRunning() || ++served > 1) return;
     for (const QAction* action : commands().all()) EXPECT_FALSE(action->isEnabled());
-    EXPECT_FALSE(part("TabStrip_Top").isEnabled() || part("cmmTouZhu_1").isEnabled());
-    choose("mnu_ShengCeng_5");  // would ask
-    auto& bar = part("ProgressBar_TouZu_Busy");
+    EXPECT_FALSE(part("pageTabs").isEnabled() || part("runButton").isEnabled());
+    choose("tickets.clear");  // would ask
+    auto& bar = part("ticketProgress");
     EXPECT_TRUE(bar.isVisible());
-    QTest::mousePress(&partOf(*bar.parentWidget(), "cmm_stop"), Qt::LeftButton);
+    QTest::mousePress(&partOf(*bar.parentWidget(), "stopButton"), Qt::LeftButton);
   };
   for (int times = 1; times <= 2; ++times) {
     served = 0;
@@ -161,8 +161,8 @@ TEST_F(TicketPageTest, AJobDisablesEveryCommandAndStopsAtItsButtonEachTime) {
     EXPECT_GT(served, 0);
     EXPECT_EQ(stored(), kAll) << "stopped before the first pass";
     EXPECT_TRUE(log().ends_with("用户中止,当前记录余：８４０ 注")) << log();
-    EXPECT_TRUE(part("TabStrip_Top").isEnabled() && part("cmmTouZhu_1").isEnabled());
-    EXPECT_FALSE(part("ProgressBar_TouZu_Busy").isVisible() || desk_.course().stopRequested());
+    EXPECT_TRUE(part("pageTabs").isEnabled() && part("runButton").isEnabled());
+    EXPECT_FALSE(part("ticketProgress").isVisible() || desk_.course().stopRequested());
   }
 }
 
@@ -189,48 +189,48 @@ TEST_F(TicketPageTest, ExportsWhatTheDialogSaysWhereTheUserWantsIt) {
   init();
   desk_.dialogs = {[](QDialog&) { return false; },
                    [](QDialog& dialog) {
-                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "Check_ToFile_2").isChecked());
-                     partOf<QCheckBox>(dialog, "Check_ToFile_1").setChecked(true);
-                     partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(1);
+                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "exportContent.2").isChecked());
+                     partOf<QCheckBox>(dialog, "exportContent.1").setChecked(true);
+                     partOf<QComboBox>(dialog, "exportFormat").setCurrentIndex(1);
                      return true;
                    },
                    [](QDialog& dialog) {
-                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "Check_ToFile_1").isChecked()) << "kept";
+                     EXPECT_TRUE(partOf<QCheckBox>(dialog, "exportContent.1").isChecked()) << "kept";
                      return true;
                    },
                    [](QDialog& dialog) {
-                     partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(2);
+                     partOf<QComboBox>(dialog, "exportFormat").setCurrentIndex(2);
                      return true;
                    }};
-  press("cmmTouZhu_3");
+  press("exportButton");
   EXPECT_FALSE(std::filesystem::exists(target)) << "cancelled";
   desk_.files = {file, file, file};
   desk_.choices = {0};
-  press("cmmTouZhu_3");
+  press("exportButton");
   EXPECT_TRUE(lotmere::test::readFile(target).starts_with("2026091,,,08,09,10,11,12,13|08\r\n"));
   ASSERT_EQ(desk_.opened.size(), 1);
   EXPECT_EQ(desk_.opened[0].toLocalFile(), file);
   EXPECT_EQ(desk_.asked.back(), "已导出 840 注到 " + target.string());
   std::ofstream(target) << "mine";
   desk_.choices = {std::nullopt};
-  press("cmmTouZhu_3");
+  press("exportButton");
   EXPECT_EQ(lotmere::test::readFile(target), "mine") << "a file that stands there is asked about";
   desk_.choices = {0, 1};
-  press("cmmTouZhu_3");
+  press("exportButton");
   EXPECT_NE(lotmere::test::readFile(target).find("08 09 10 11 12 13 14 15 16 17"), std::string::npos)
       << "ten reds in one compound bet";
   EXPECT_EQ(desk_.opened.size(), 1);
   for (const auto& [format, name, begin] :
        {std::tuple{3, "LotmereTemp.xlsx", "PK"}, {4, "LotmereTemp.csv", "\xEF\xBB\xBF期号,红球1,"}}) {
     desk_.dialogs = {[format = format](QDialog& dialog) {
-      partOf<QComboBox>(dialog, "ComboDCgesi").setCurrentIndex(format);
-      EXPECT_FALSE(partOf<QCheckBox>(dialog, "Check_ToFile_3").isEnabled()) << "a table has no empty lines";
-      partOf<QCheckBox>(dialog, "Check_ToFile_1").setChecked(true);
+      partOf<QComboBox>(dialog, "exportFormat").setCurrentIndex(format);
+      EXPECT_FALSE(partOf<QCheckBox>(dialog, "exportContent.3").isEnabled()) << "a table has no empty lines";
+      partOf<QCheckBox>(dialog, "exportContent.1").setChecked(true);
       return true;
     }};
     desk_.files = {file};
     desk_.choices = {0, 1};
-    press("cmmTouZhu_3");
+    press("exportButton");
     EXPECT_TRUE(desk_.places.back().ends_with(name)) << desk_.places.back();
     EXPECT_TRUE(lotmere::test::readFile(target).starts_with(begin)) << name;
   }
@@ -241,29 +241,29 @@ TEST_F(TicketPageTest, ImportsInTheChosenFormat) {
   std::ofstream(file) << "2026092 01 02 03 04 05 06 + 07\n2026092 01 02 03 04 05 34 + 07\n";
   desk_.files = {QString::fromStdString(file.string()), QString()};
   desk_.dialogs = {[](QDialog& dialog) {
-    auto& period = partOf<QLineEdit>(dialog, "Txt_FromFileQS");
+    auto& period = partOf<QLineEdit>(dialog, "importPeriod");
     EXPECT_EQ(utf8(period.text()), "2026091");
     QTest::keyClicks(&period, QStringLiteral("1"));
-    partOf<QPushButton>(dialog, "cmm_ToFileOK").click();
+    partOf<QPushButton>(dialog, "okButton").click();
     EXPECT_EQ(dialog.result(), QDialog::Rejected) << "the period has to have seven digits";
-    partOf<QAbstractButton>(dialog, "Option_GeShi_1").click();
+    partOf<QAbstractButton>(dialog, "importFormat.1").click();
     EXPECT_FALSE(period.isEnabled());
-    partOf<QPushButton>(dialog, "cmm_ToFileOK").click();
+    partOf<QPushButton>(dialog, "okButton").click();
     return dialog.result() == QDialog::Accepted;
   }};
-  press("cmmTouZhu_4");
+  press("importButton");
   EXPECT_EQ(told(), "数据导入完成，共导入：１ 注！跳过了 １ 行，第一处在第 ２ 行。");
   ASSERT_EQ(model().rowCount(), 1);
   EXPECT_EQ(cell(0, 1), "2026092");
-  press("cmmTouZhu_4");
+  press("importButton");
   EXPECT_EQ(desk_.told.size(), 2) << "no file, nothing more is said";
 }
 
 TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
   lotmere::test::putTicket(store(), 1, 1, 2026090, {{1, 2, 3, 9, 10, 11}, 7});
   lotmere::test::putTicket(store(), 2, 2, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
-  choose("tab_1");
-  choose("tab_3");
+  choose("page.1");
+  choose("page.3");
   check("2026090");
   EXPECT_EQ(told(), "开奖核对完成,结果请查看右边的操作提示！");
   // What a row shows behind its period: the balls that are hits in brackets, and the figures.
@@ -283,15 +283,15 @@ TEST_F(TicketPageTest, ChecksShowHitsAsBallsAndDeletionAsksFirst) {
     return utf8(model().headerData(column, Qt::Horizontal).toString());
   };
   EXPECT_EQ(caption(8) + caption(9) + caption(10), "蓝球红球中蓝球中");
-  part<QTableView>("TDBGrid_RZ").setCurrentIndex(model().index(1, 4));
+  part<QTableView>("ticketGrid").setCurrentIndex(model().index(1, 4));
   check("2020001");
   EXPECT_EQ(desk_.proposed, (std::vector<std::string>{"2026090", "2026091"})) << "of the current row";
   EXPECT_EQ(desk_.told.back().title, "出错啦!");
 
   desk_.choices = {std::nullopt, 0};
-  press("cmmTouZhu_5");
+  press("clearButton");
   EXPECT_EQ(stored(), 2);
-  press("cmmTouZhu_5");
+  press("clearButton");
   EXPECT_EQ(model().rowCount(), 0);
 }
 
@@ -301,9 +301,9 @@ TEST_F(TicketPageTest, CaptionsSortAndWhatIsCopiedIsWhatIsShown) {
   lotmere::test::putTicket(store(), 1, 1, 2026090, {{9, 10, 11, 12, 13, 14}, 7});
   lotmere::test::putTicket(store(), 2, 2, 2026090, {{1, 2, 3, 9, 10, 11}, 16});
   lotmere::test::putTicket(store(), 3, 10, 2026091, {{1, 2, 3, 9, 10, 11}, 7});
-  choose("tab_1");
-  choose("tab_3");
-  auto& grid = part<RowTable>("TDBGrid_RZ");
+  choose("page.1");
+  choose("page.3");
+  auto& grid = part<RowTable>("ticketGrid");
   const auto click = [&](int column) {
     const QHeaderView& head = *grid.horizontalHeader();
     QTest::mouseClick(head.viewport(), Qt::LeftButton, {},
@@ -371,10 +371,10 @@ class NumberPadTest : public WindowTest {
  protected:
   void SetUp() override {
     openSettled();
-    choose("tab_2");
+    choose("page.2");
   }
   [[nodiscard]] PadButton& button(int code) {
-    return part<PadButton>((code < 10 ? "cmm_C7_0" : "cmm_C7_") + std::to_string(code));
+    return part<PadButton>((code < 10 ? "padBall.0" : "padBall.") + std::to_string(code));
   }
   // Each of the buttons as a letter: tuo, dan, none, or locked.
   [[nodiscard]] std::string states(std::initializer_list<int> codes) {
@@ -395,8 +395,8 @@ class NumberPadTest : public WindowTest {
 
 TEST_F(NumberPadTest, ShowsWhatEachClickMadeOfTheSelection) {
   pick({20, 21, 33});
-  EXPECT_NE(text("Text_ChoseNumberTip").find("已选红球“拖码”个数： ３"), std::string::npos);
-  turnToDan("TabStrip_Qiaqu");
+  EXPECT_NE(text("pickSummary").find("已选红球“拖码”个数： ３"), std::string::npos);
+  turnToDan("redTabs");
   EXPECT_EQ(told(), "现在点击数字按钮可以把相应的数设为红球的“胆码”。");
   desk_.answers = {false, true};
   pick({20, 21, 30});
@@ -407,17 +407,17 @@ TEST_F(NumberPadTest, ShowsWhatEachClickMadeOfTheSelection) {
   QTest::keyClick(&button(21), Qt::Key_Space);
   EXPECT_EQ(states({21}), "n") << "the keyboard does the same, without a question";
   pick({108});
-  turnToDan("TabStrip_Houqu");
+  turnToDan("blueTabs");
   pick({110});
   EXPECT_EQ(states({108, 109, 110, 33}), "lldt") << "a lone blue dan locks the others";
   EXPECT_NE(face(108), face(19)) << "locked, and free";
   pick({110});
   EXPECT_EQ(states({108, 110}), "nn");
   pick({110});
-  press("cmm_clsH");
+  press("clearBlues");
   EXPECT_EQ(states({108, 110, 30}), "nnd") << "the reds stay";
   pick({110});
-  press("cmm_clsQ");
+  press("clearReds");
   EXPECT_EQ(states({30, 110}), "nd") << "and the blues";
 }
 

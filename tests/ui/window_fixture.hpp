@@ -115,17 +115,17 @@ class WindowTest : public DrivenTest {
   }
   // The numbers of the pad, by code.
   void pick(std::initializer_list<int> codes) {
-    for (const int code : codes) press((code < 10 ? "cmm_C7_0" : "cmm_C7_") + std::to_string(code));
+    for (const int code : codes) press((code < 10 ? "padBall.0" : "padBall.") + std::to_string(code));
   }
   // A draw typed on its page, which stays in sight; its reds follow each other.
   void enterDraw(PeriodNo period, int first_red) {
-    choose("tab_1");
+    choose("page.1");
     for (int i = 0; i < 8; ++i)
-      part<QLineEdit>("TextHistory_" + std::to_string(i))
+      part<QLineEdit>("entryField." + std::to_string(i))
           .setText(QString::number(i == 0   ? period
                                    : i == 7 ? 8
                                             : first_red + i - 1));
-    choose("cmmUpdateHistory_0");
+    choose("draws.add");
   }
 
   std::unique_ptr<Program> program_;

@@ -116,18 +116,18 @@ class Pictures {
  private:
   void takePages() {
     shoot("history");
-    give("mnu_HistoryTubiao");
+    give("draws.showTrend");
     shoot("distribution");
-    for (const char* box : {"Check_trendGaps", "Check_trendLine", "Check_trendFoot"})
+    for (const char* box : {"trendGaps", "trendLine", "trendFoot"})
       program_->window().findChild<QAbstractButton*>(QString::fromUtf8(box))->click();
-    program_->window().findChild<QComboBox*>(QStringLiteral("Combo_trendStatistic"))->setCurrentIndex(1);
+    program_->window().findChild<QComboBox*>(QStringLiteral("trendStatistic"))->setCurrentIndex(1);
     shoot("trend");
-    give("mnu_HistoryData");
-    give("tab_2");
+    give("draws.showData");
+    give("page.2");
     shoot("numbers");
-    give("Yltj_0");
+    give("analysis.redOmission");
     shoot("omission");
-    give("Cstj_0");
+    give("analysis.redCounts");
     shoot("counts");
     for (const auto& [name, tab] : {std::pair{"values", 2},
                                     {"pair", 11},
@@ -141,26 +141,26 @@ class Pictures {
     }
     give("conditions.backtest");
     shoot("backtest");
-    give("mnu_TiaojianShuosui");
+    give("conditions.shrink");
     shoot("shrink");
-    give("mnu_TiaojianView");
+    give("conditions.show");
     shoot("settings");
-    shootDialog("init-prompt", "mnu_ShengCeng_0");
-    give("mnu_ShengCeng_1");
+    shootDialog("init-prompt", "tickets.init");
+    give("tickets.run");
     shoot("tickets");
-    shootDialog("export", "mnu_ShengCeng_3");
-    shootDialog("import", "mnu_ShengCeng_4");
+    shootDialog("export", "tickets.export");
+    shootDialog("import", "tickets.import");
     takeCheck();
-    give("mnu_newQuJian");
+    give("intervals.divide");
     shoot("division");
-    give("mnu_youxiguizhe");
+    give("help.rules");
     shoot("rules");
-    give("mnu_TiaojianDingYi");
+    give("help.definitions");
     shoot("definitions");
-    shootDialog("message", "cmm_help");
+    shootDialog("message", "help.steps");
     desk_.next = QStringLiteral("tip");
     desk_.showTip("此过滤条件与历史数据有关，只对当前这一期有效。", "信息提示");
-    give("tab_1");
+    give("page.1");
     auto* progress = program_->window().findChild<ProgressControl*>();
     progress->begin(5000, true);
     progress->setValue(2140);
@@ -170,8 +170,8 @@ class Pictures {
   // Tickets of a period that has been drawn, held against it.
   void takeCheck() {
     desk_.period = latestPeriod(program_->store());
-    give("mnu_ShengCeng_0");
-    give("mnu_ShengCeng_6");
+    give("tickets.init");
+    give("tickets.check");
     shoot("check");
   }
 

@@ -8,7 +8,7 @@ namespace lotmere::ui {
 
 AnalysisPane::AnalysisPane(Session& session, QWidget* parent)
     : FrontPane(parent), session_(session), views_(new QStackedWidget(this)) {
-  setObjectName(QStringLiteral("pic_Tuobiao"));
+  setObjectName(QStringLiteral("analysisArea"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(8);
@@ -21,19 +21,22 @@ void AnalysisPane::addCommand(const char* name, const QString& text, std::functi
 }
 
 QWidget* AnalysisPane::makeStrip() {
-  addCommand("Yltj_0", QStringLiteral("红球遗漏统计"), [this] { showOmission(BallColour::red); });
-  addCommand("Cstj_0", QStringLiteral("红球次数统计"), [this] { showCounts(BallColour::red); });
-  addCommand("Yltj_1", QStringLiteral("蓝球遗漏统计"), [this] { showOmission(BallColour::blue); });
-  addCommand("Cstj_1", QStringLiteral("蓝球次数统计"), [this] { showCounts(BallColour::blue); });
+  addCommand("analysis.redOmission", QStringLiteral("红球遗漏统计"),
+             [this] { showOmission(BallColour::red); });
+  addCommand("analysis.redCounts", QStringLiteral("红球次数统计"), [this] { showCounts(BallColour::red); });
+  addCommand("analysis.blueOmission", QStringLiteral("蓝球遗漏统计"),
+             [this] { showOmission(BallColour::blue); });
+  addCommand("analysis.blueCounts", QStringLiteral("蓝球次数统计"), [this] { showCounts(BallColour::blue); });
   auto* strip = new QWidget(this);
   auto* row = new QHBoxLayout(strip);
   row->setContentsMargins(0, 0, 0, 0);
   for (int i = 0; i < 2; ++i) {
     row->addWidget(new QLabel(i == 0 ? QStringLiteral("红球：") : QStringLiteral("蓝球：")));
-    for (const auto& [name, caption] : {std::pair{"Yltj", "遗漏统计"}, {"Cstj", "次数统计"}}) {
-      const QByteArray action = QByteArray(name) + '_' + QByteArray::number(i);
-      auto* button = session_.commands.makeButton(("cmm_" + action).constData(), QString::fromUtf8(caption),
-                                                  session_.commands.action(action.constData()));
+    for (const auto& [name, caption] : {std::pair{"Omission", "遗漏统计"}, {"Counts", "次数统计"}}) {
+      const QByteArray action = QByteArray(i == 0 ? "analysis.red" : "analysis.blue") + name;
+      auto* button =
+          session_.commands.makeButton((action + ".button").constData(), QString::fromUtf8(caption),
+                                       session_.commands.action(action.constData()));
       button->setAccessibleName(session_.commands.action(action.constData())->text());
       button->setCheckable(true);
       // A press marks by itself; the view in front decides.

@@ -25,8 +25,8 @@ int indexOf(std::optional<std::size_t> place) { return place ? static_cast<int>(
 
 CountChart::CountChart(Session& session, QWidget* parent)
     : QWidget(parent), session_(session), listed_(new QStringListModel(this)), bars_(new CountBars) {
-  setObjectName(QStringLiteral("Frame_Tongji"));
-  bars_->setObjectName(QStringLiteral("MSChart_TiaoJian"));
+  setObjectName(QStringLiteral("countChart"));
+  bars_->setObjectName(QStringLiteral("countBars"));
   makeStrip();
   charts_ = new QStackedLayout;
   charts_->addWidget(bars_);
@@ -40,7 +40,7 @@ CountChart::CountChart(Session& session, QWidget* parent)
 
 QComboBox* CountChart::makePeriodList(int index) {
   auto* list = new QComboBox;
-  list->setObjectName(QStringLiteral("Combo_pic_TiaoJian_%1").arg(index));
+  list->setObjectName(QStringLiteral("countPeriod.%1").arg(index));
   list->setModel(listed_);
   list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   list->setMinimumContentsLength(9);
@@ -57,9 +57,9 @@ QComboBox* CountChart::makePeriodList(int index) {
 
 void CountChart::makeStrip() {
   strip_ = new QWidget;
-  strip_->setObjectName(QStringLiteral("Frame_TongjiSub"));
+  strip_->setObjectName(QStringLiteral("countStrip"));
   balls_ = new QComboBox;
-  balls_->setObjectName(QStringLiteral("Combo_MSChartItem"));
+  balls_->setObjectName(QStringLiteral("countBalls"));
   balls_->setAccessibleName(QStringLiteral("次数统计"));
   balls_->addItems({QStringLiteral("红球号码统计"), QStringLiteral("蓝球号码统计")});
   from_ = makePeriodList(0);
@@ -67,9 +67,9 @@ void CountChart::makeStrip() {
   to_ = makePeriodList(1);
   to_->setAccessibleName(QStringLiteral("截止期号"));
   in_space_ = new QCheckBox(QStringLiteral("3D显示"));
-  in_space_->setObjectName(QStringLiteral("Check_3D"));
+  in_space_->setObjectName(QStringLiteral("inSpace"));
   auto* back = new QPushButton(QStringLiteral("设置过滤条件"));
-  back->setObjectName(QStringLiteral("cmm_Qiehuan"));
+  back->setObjectName(QStringLiteral("backToConditions"));
   back->setShortcut(QKeySequence::Back);
   back->setToolTip(QStringLiteral("回到过滤条件（%1），双击图表也可以")
                        .arg(back->shortcut().toString(QKeySequence::NativeText)));

@@ -1,4 +1,4 @@
-// The count chart (`Frame_Tongji`): how often each number came in a span of periods.
+// The count chart: how often each number came in a span of periods.
 #pragma once
 
 #include <QCheckBox>
@@ -22,7 +22,7 @@ class CountChart : public QWidget {
  public:
   explicit CountChart(Session& session, QWidget* parent = nullptr);
 
-  // The view comes to the front for reds or blues (`cmmCstj`), counted anew.
+  // The view comes to the front for reds or blues, counted anew.
   void open(BallColour balls);
   // Counts the chosen balls in the chosen span and shows that.
   void showCounts();
@@ -31,7 +31,7 @@ class CountChart : public QWidget {
   void loadPeriods();
 
  Q_SIGNALS:
-  // The person goes back to the condition panels: `cmmQiehuan`, or a double click on the chart.
+  // The user goes back to the condition panels, also by a double click on the chart.
   void backWanted();
 
  private:
@@ -46,10 +46,10 @@ class CountChart : public QWidget {
   std::vector<CountRow> rows_;
   QStringListModel* listed_;  // of both period lists
   QWidget* strip_ = nullptr;
-  QComboBox* balls_ = nullptr;     // Combo_MSChartItem
-  QComboBox* from_ = nullptr;      // Combo_pic_TiaoJian(0)
-  QComboBox* to_ = nullptr;        // Combo_pic_TiaoJian(1)
-  QCheckBox* in_space_ = nullptr;  // Check_3D
+  QComboBox* balls_ = nullptr;     // countBalls
+  QComboBox* from_ = nullptr;      // countPeriod(0)
+  QComboBox* to_ = nullptr;        // countPeriod(1)
+  QCheckBox* in_space_ = nullptr;  // inSpace
   QStackedLayout* charts_ = nullptr;
   CountBars* bars_;
   CountBars3D* bars_3d_ = nullptr;  // made when it is asked for

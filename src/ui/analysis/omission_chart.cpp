@@ -41,7 +41,7 @@ QFont smallFont(const QWidget& widget, int pixels) {
 }  // namespace
 
 OmissionGroup::OmissionGroup(int number, QWidget* parent) : QAbstractButton(parent), number_(number) {
-  setObjectName(QStringLiteral("Frame_YLFXgroup_%1").arg(number));
+  setObjectName(QStringLiteral("omissionGroup.%1").arg(number));
   setText(shown(formatBall(number)));
   setFocusPolicy(Qt::ClickFocus);
   setAttribute(Qt::WA_Hover);
@@ -154,7 +154,7 @@ void OmissionGroup::paintTop(QPainter& painter, const OmissionBars& bars) {
 }
 
 OmissionChart::OmissionChart(QWidget* parent) : QWidget(parent) {
-  setObjectName(QStringLiteral("frm_YLFXmain"));
+  setObjectName(QStringLiteral("omissionChart"));
   setContentsMargins(8, 2, 8, 2);
   setMinimumSize(ballCount(BallColour::red) * 16, 180);
   for (int number = 1; number <= ballCount(BallColour::red); ++number) {

@@ -49,7 +49,7 @@ class OmissionGroup : public QAbstractButton {
   QRectF box_;
 };
 
-// The frame with all groups (`frmYLFXmain`). Arrow keys, Home and End go from number to number.
+// The frame with all groups. Arrow keys, Home and End go from number to number.
 class OmissionChart : public QWidget {
   Q_OBJECT
 

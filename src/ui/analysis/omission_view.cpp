@@ -44,8 +44,8 @@ OmissionView::OmissionView(Session& session, QWidget* parent)
     : QWidget(parent),
       session_(session),
       chart_(new OmissionChart),
-      bar_(new JobBar(session.desk, "ProgressBar_YL")) {
-  setObjectName(QStringLiteral("Frame_yl"));
+      bar_(new JobBar(session.desk, "omissionProgress")) {
+  setObjectName(QStringLiteral("omissionView"));
   auto* place = new QWidget;
   auto* stack = new QGridLayout(place);
   stack->setContentsMargins(0, 0, 0, 0);
@@ -64,11 +64,11 @@ OmissionView::OmissionView(Session& session, QWidget* parent)
 
 void OmissionView::makeStrip() {
   balls_ = new QComboBox;
-  balls_->setObjectName(QStringLiteral("Combo_ItemOfYLFX"));
+  balls_->setObjectName(QStringLiteral("omissionBalls"));
   balls_->setAccessibleName(QStringLiteral("遗漏分析"));
   balls_->addItems({QStringLiteral("红球号码遗漏分析"), QStringLiteral("蓝球号码遗漏分析")});
   period_ = new QComboBox;
-  period_->setObjectName(QStringLiteral("Combo_QSofYLFX"));
+  period_->setObjectName(QStringLiteral("omissionPeriod"));
   period_->setEditable(true);
   period_->setInsertPolicy(QComboBox::NoInsert);
   period_->setCompleter(nullptr);
@@ -77,11 +77,11 @@ void OmissionView::makeStrip() {
   auto* until = new QLabel(QStringLiteral("截止(&Q)"));
   until->setBuddy(period_);
   auto* refresh = new QPushButton(QStringLiteral("刷 新"));
-  refresh->setObjectName(QStringLiteral("cmm_sxYL"));
+  refresh->setObjectName(QStringLiteral("refreshOmission"));
   refresh->setShortcut(Qt::Key_F9);
   refresh->setToolTip(QStringLiteral("重新统计（F9）"));
   auto* back = new QPushButton(QStringLiteral("设置过滤条件"));
-  back->setObjectName(QStringLiteral("cmm_Qiehuan"));
+  back->setObjectName(QStringLiteral("backToConditions"));
   back->setShortcut(QKeySequence::Back);
   back->setToolTip(
       QStringLiteral("回到过滤条件（%1）").arg(back->shortcut().toString(QKeySequence::NativeText)));
@@ -110,9 +110,9 @@ QWidget* OmissionView::makeLegend() {
     QString text;
     QColor Colours::*colour;
   };
-  const Entry entries[] = {{"Label_TuLi_value_0", QStringLiteral("-当前遗漏值"), &Colours::running_gap},
-                           {"Label_TuLi_value_1", QStringLiteral("-历史记录平均值"), &Colours::long_gap},
-                           {"Label_TuLi_Max", QStringLiteral("-历史记录中最大值"), &Colours::largest_gap}};
+  const Entry entries[] = {{"legendCurrentGap", QStringLiteral("-当前遗漏值"), &Colours::running_gap},
+                           {"legendAverageGap", QStringLiteral("-历史记录平均值"), &Colours::long_gap},
+                           {"legendLargestGap", QStringLiteral("-历史记录中最大值"), &Colours::largest_gap}};
   auto* legend = new QWidget;
   auto* layout = new QHBoxLayout(legend);
   layout->setContentsMargins(0, 0, 0, 0);

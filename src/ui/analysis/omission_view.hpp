@@ -1,4 +1,4 @@
-// The omission analysis (`Frame_yl`): how long each number stayed away, up to a chosen period.
+// The omission analysis: how long each number stayed away, up to a chosen period.
 #pragma once
 
 #include <QComboBox>
@@ -18,7 +18,7 @@ class OmissionView : public QWidget {
  public:
   explicit OmissionView(Session& session, QWidget* parent = nullptr);
 
-  // The view comes to the front for reds or blues (`cmmYltj`), analysed anew.
+  // The view comes to the front for reds or blues, analysed anew.
   void open(BallColour balls);
   // Analyses the chosen balls up to the chosen period, which writes work columns, and shows the figures. What
   // can't be analysed is told and leaves the page as it was.
@@ -27,7 +27,7 @@ class OmissionView : public QWidget {
   void loadOmissionPeriods();
 
  Q_SIGNALS:
-  // The person goes back to the condition panels (`cmmQiehuan`).
+  // The user goes back to the condition panels.
   void backWanted();
 
  private:
@@ -41,8 +41,8 @@ class OmissionView : public QWidget {
 
   Session& session_;
   QWidget* strip_ = nullptr;
-  QComboBox* balls_ = nullptr;   // Combo_ItemOfYLFX
-  QComboBox* period_ = nullptr;  // Combo_QSofYLFX
+  QComboBox* balls_ = nullptr;   // omissionBalls
+  QComboBox* period_ = nullptr;  // omissionPeriod
   OmissionChart* chart_;
   JobBar* bar_;
 };

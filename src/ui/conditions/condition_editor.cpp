@@ -23,8 +23,8 @@ ConditionEditor::ConditionEditor(Session& session, ConditionClicks& clicks, Cond
       session_(session),
       clicks_(clicks),
       facts_(facts),
-      panel_(
-          new PanelBox(QStringLiteral("List_TJ_%1").arg(place), QStringLiteral("Check_page_%1").arg(place))),
+      panel_(new PanelBox(QStringLiteral("pageValues.%1").arg(place),
+                          QStringLiteral("pageSwitch.%1").arg(place))),
       definition_(new QLabel),
       balls_(new GroupBalls),
       text_(new QLineEdit),
@@ -38,14 +38,14 @@ ConditionEditor::ConditionEditor(Session& session, ConditionClicks& clicks, Cond
                        .arg(colours().chance.name(), colours().running_gap.name())
                        .arg(kStrengthDraws));
   legend_->setForegroundRole(QPalette::PlaceholderText);
-  definition_->setObjectName(QStringLiteral("conditionDefinition_%1").arg(place));
-  balls_->setObjectName(QStringLiteral("conditionBalls_%1").arg(place));
-  foot_->setObjectName(QStringLiteral("conditionStrength_%1").arg(place));
+  definition_->setObjectName(QStringLiteral("conditionDefinition.%1").arg(place));
+  balls_->setObjectName(QStringLiteral("conditionBalls.%1").arg(place));
+  foot_->setObjectName(QStringLiteral("conditionStrength.%1").arg(place));
   for (QLabel* label : {definition_, foot_}) {
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
   }
-  draw_->setObjectName(QStringLiteral("conditionDraw_%1").arg(place));
+  draw_->setObjectName(QStringLiteral("conditionDraw.%1").arg(place));
   draw_->setWordWrap(true);
   definition_->setForegroundRole(QPalette::PlaceholderText);
   for (QWidget* widget : std::initializer_list<QWidget*>{definition_, balls_, draw_, tools_})
@@ -64,14 +64,14 @@ QWidget* ConditionEditor::makeTools(int place) {
   auto* row = new QHBoxLayout(tools);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(6);
-  text_->setObjectName(QStringLiteral("conditionValues_%1").arg(place));
+  text_->setObjectName(QStringLiteral("conditionValues.%1").arg(place));
   text_->setAccessibleName(QStringLiteral("允许的取值 %1").arg(place + 1));
   text_->setMinimumWidth(90);
   row->addWidget(text_, 1);
   connect(text_, &QLineEdit::editingFinished, this, &ConditionEditor::takeText);
   const auto add = [&](const char* name, const char* caption, const char* tip, auto items) {
     auto* button = new QPushButton(QString::fromUtf8(caption));
-    button->setObjectName(QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(place));
+    button->setObjectName(QStringLiteral("%1.%2").arg(QString::fromUtf8(name)).arg(place));
     button->setToolTip(QString::fromUtf8(tip));
     button->setAccessibleName(QStringLiteral("%1 %2").arg(button->text()).arg(place + 1));
     row->addWidget(button);

@@ -25,7 +25,7 @@ constexpr int kListHeight = 132;
 QString oneLine(const std::string& tip) { return shown(tip).simplified().remove(QLatin1Char(' ')); }
 
 QString numbered(const char* name, int index) {
-  return QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(index);
+  return QStringLiteral("%1.%2").arg(QString::fromUtf8(name)).arg(index);
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ ConditionSheetView::ConditionSheetView(Session& session, ConditionClicks& clicks
       clicks_(clicks),
       page_(new QWidget),
       picker_(new NumberPicker(this)) {
-  page_->setObjectName(QStringLiteral("Frame_subtj"));
+  page_->setObjectName(QStringLiteral("conditionSheet"));
   setWidget(page_);
   auto* layout = new QVBoxLayout(page_);
   layout->setContentsMargins(4, 4, 10, 8);
@@ -99,22 +99,19 @@ void ConditionSheetView::makeSlots() {
   for (int i = 0; i < kSlotCount; ++i) {
     const Condition* condition = slotCondition(i);
     if (condition == nullptr) continue;
-    slots_[i] = addPanel(values, numbered("List_TjA", i), numbered("Check_useTiaojiao", i), *condition,
+    slots_[i] = addPanel(values, numbered("metricValues", i), numbered("metricSwitch", i), *condition,
                          [this, i] { showSlotTip(i); });
   }
   Section& intervals = addSection(QStringLiteral("区间"));
   for (int i = 0; i < kIntervalCount; ++i)
-    intervals_[i] = addPanel(intervals, numbered("List_QJ", i + 1), numbered("Check_useTiaojiao", 16 + i),
+    intervals_[i] = addPanel(intervals, numbered("intervalValues", i + 1), numbered("metricSwitch", 16 + i),
                              conditionOfUsage(usageOfInterval(i + 1)));
   Section& relatives = addSection(QStringLiteral("与历史数据有关的条件"));
   for (int i = 0; i < kRelativeCount; ++i)
-    relatives_[i] =
-        addPanel(relatives, numbered("List_wscd", i), numbered("Check_tj3", i), relativeCondition(i));
-  const char* const heat[] = {"wenDu5", "wenDu10"};
+    relatives_[i] = addPanel(relatives, numbered("relativeValues", i), numbered("relativeSwitch", i),
+                             relativeCondition(i));
   for (int i = 0; i < kHeatCount; ++i) {
-    const QString name = QString::fromUtf8(heat[i]);
-    heat_[i] = addPanel(relatives, QStringLiteral("List_") + name, QStringLiteral("Check_") + name,
-                        heatCondition(i));
+    heat_[i] = addPanel(relatives, numbered("heatValues", i), numbered("heatSwitch", i), heatCondition(i));
     heat_[i]->list().setToolTip(shown(heatCondition(i).help));
   }
 }
@@ -122,10 +119,10 @@ void ConditionSheetView::makeSlots() {
 void ConditionSheetView::makeCombinations() {
   QGridLayout* concrete = addSection(shown(kCombinationCaption)).grid;
   periods_ = new QComboBox;
-  periods_->setObjectName(QStringLiteral("Combo_guoluqh"));
+  periods_->setObjectName(QStringLiteral("combinationPeriods"));
   periods_->setAccessibleName(QStringLiteral("期号"));
   combinations_ = new CheckList;
-  combinations_->setObjectName(QStringLiteral("List_jtzhsgl"));
+  combinations_->setObjectName(QStringLiteral("combinationDraws"));
   combinations_->setFixedHeight(2 * kListHeight);
   concrete->addWidget(periods_, 0, 0, Qt::AlignLeft);
   concrete->addWidget(combinations_, 1, 0);
@@ -137,7 +134,7 @@ void ConditionSheetView::makeCombinations() {
   Section& shapes = addSection(QStringLiteral("组合形式"));
   const auto panels = shapePanels(session_.settings.set());
   for (int i = 0; i < kTurnCount; ++i)
-    shapes_[i] = addPanel(shapes, numbered("List_TiaojianMohu", i), numbered("Check_TiaojianMohu", i),
+    shapes_[i] = addPanel(shapes, numbered("shapeValues", i), numbered("shapeSwitch", i),
                           conditionOfUsage(panels[i].usage));
 }
 
@@ -153,7 +150,7 @@ void ConditionSheetView::makeDivisions() {
   auto* group = new QButtonGroup(this);
   for (int division = kSmallestDivision; division <= kLargestDivision; ++division) {
     auto* option = new QRadioButton(shown(divisionCaption(division)));
-    option->setObjectName(numbered("Option_qjFenlei", division - kSmallestDivision));
+    option->setObjectName(numbered("divisionChoice", division - kSmallestDivision));
     option->setChecked(division == shown_division_);
     group->addButton(option, division);
     options->addWidget(option);
@@ -171,10 +168,10 @@ void ConditionSheetView::makeDivisions() {
     auto* cell = new QWidget(page_);
     auto* column = new QVBoxLayout(cell);
     column->setContentsMargins(0, 0, 0, 0);
-    division_[i] = new PanelBox(numbered("List_zdyQJ", i), numbered("Check_zdyQJ", i), cell);
+    division_[i] = new PanelBox(numbered("divisionValues", i), numbered("divisionSwitch", i), cell);
     division_[i]->list().setFixedHeight(kListHeight);
     pickers_[i] = new QPushButton(QStringLiteral("选择号码..."), cell);
-    pickers_[i]->setObjectName(numbered("cmm_QujianTip", 101 + i));
+    pickers_[i]->setObjectName(numbered("divisionMembers", 101 + i));
     column->addWidget(division_[i]);
     column->addWidget(pickers_[i], 0, Qt::AlignLeft);
     section.cells.push_back(cell);

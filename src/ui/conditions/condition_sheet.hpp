@@ -1,4 +1,4 @@
-// The condition sheet (`Frame_subtj`): most conditions at once on one page that scrolls.
+// The condition sheet: most conditions at once on one page that scrolls.
 #pragma once
 
 #include <QComboBox>
@@ -57,7 +57,7 @@ class ConditionSheetView : public QScrollArea {
 
   Session& session_;
   ConditionClicks& clicks_;
-  QWidget* page_;  // Frame_subtj
+  QWidget* page_;  // conditionSheet
   std::deque<Section> sections_;
   int columns_ = 0;
   std::array<PanelBox*, kSlotCount> slots_{};  // slot 1 is empty
@@ -65,8 +65,8 @@ class ConditionSheetView : public QScrollArea {
   std::array<PanelBox*, 4> relatives_{};
   std::array<PanelBox*, 2> heat_{};
   std::array<PanelBox*, kTurnCount> shapes_{};
-  CheckList* combinations_ = nullptr;  // List_jtzhsgl
-  QComboBox* periods_ = nullptr;       // Combo_guoluqh
+  CheckList* combinations_ = nullptr;  // combinationDraws
+  QComboBox* periods_ = nullptr;       // combinationPeriods
   std::array<PanelBox*, kLargestDivision> division_{};
   std::array<QPushButton*, kLargestDivision> pickers_{};
   CombinationTexts combination_texts_;  // of the draw chosen

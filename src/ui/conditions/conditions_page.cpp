@@ -74,7 +74,7 @@ void ConditionsPage::makeContents() {
   pad_ = new NumberPad(session_, this);
   pad_->setFixedWidth(kPadWidth);
   count_ = new QLabel;
-  count_->setObjectName(QStringLiteral("Text_ChoseNumberTip"));
+  count_->setObjectName(QStringLiteral("pickSummary"));
   pages_ = new QStackedWidget(this);
   pane_ = make_pane_(pages_);
   sheet_ = new ConditionSheetView(session_, clicks_, pane_);
@@ -87,7 +87,7 @@ void ConditionsPage::makeContents() {
   back_test_ = new BackTestView(session_, clicks_, pages_);
   connect(back_test_, &BackTestView::drawWanted, this, &ConditionsPage::showDraw);
   summary_ = new QPlainTextEdit;
-  summary_->setObjectName(QStringLiteral("Text_TiaoJianList"));
+  summary_->setObjectName(QStringLiteral("settingsSummary"));
   summary_->setReadOnly(true);
   summary_->document()->setDocumentMargin(14);
   for (QWidget* page :
@@ -230,13 +230,13 @@ void ConditionsPage::addCommands() {
   const auto add_tab = [&](const ActionText& text, int tab) {
     commands.add(text, [this, tab] { bringTab(tab); });
   };
-  add_tab({"mnu_TiaojianChoseNumber", QStringLiteral("设置条件(&S)..."),
-           QKeySequence(QStringLiteral("Ctrl+T")), QStringLiteral("选取号码，设置条件")},
+  add_tab({"conditions.edit", QStringLiteral("设置条件(&S)..."), QKeySequence(QStringLiteral("Ctrl+T")),
+           QStringLiteral("选取号码，设置条件")},
           tabOfKind(PageKind::picks));
   add_tab(
-      {"mnu_TiaojianShuosui", QStringLiteral("缩水设置(&K)..."), {}, QStringLiteral("缩水的类型和智能优化")},
+      {"conditions.shrink", QStringLiteral("缩水设置(&K)..."), {}, QStringLiteral("缩水的类型和智能优化")},
       tabOfKind(PageKind::shrink));
-  add_tab({"mnu_TiaojianView", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
+  add_tab({"conditions.show", QStringLiteral("查看设置情况(&V)"), QKeySequence(QStringLiteral("Ctrl+L")),
            QStringLiteral("全部设置一览")},
           tabOfKind(PageKind::summary));
   for (int tab = tabOfKind(PageKind::value); tab < tabOfKind(PageKind::shrink); ++tab)
@@ -251,8 +251,9 @@ void ConditionsPage::addCommands() {
                  else
                    showBackTest();
                });
-  commands.add({"huanyuan", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
-               [this] { restoreDefaults(); });
+  commands.add(
+      {"conditions.reset", QStringLiteral("还原默认值(&H)"), {}, QStringLiteral("全部条件回到默认值")},
+      [this] { restoreDefaults(); });
 }
 
 void ConditionsPage::showTab(int tab, UsageId usage) {

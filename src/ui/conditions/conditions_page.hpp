@@ -45,7 +45,7 @@ class ConditionsPage : public QWidget {
 
   // The page comes to the front: the marks for the coming draw are made, everything is shown as it is stored.
   void open();
-  // Stands the person before the number pad.
+  // Stands the user before the number pad.
   void showPad() { showTab(1); }
   // The settings, the user or the draws changed elsewhere.
   void markStale();
@@ -57,7 +57,7 @@ class ConditionsPage : public QWidget {
   void importSet(const QString& file) { sets_.importFile(file); }
 
   // The commands of the pages of single conditions, by tab, for the menus.
-  [[nodiscard]] static std::string tabCommand(int tab) { return "mnu_Tiaojian_" + std::to_string(tab); }
+  [[nodiscard]] static std::string tabCommand(int tab) { return "conditions.page." + std::to_string(tab); }
 
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
@@ -120,7 +120,7 @@ class ConditionsPage : public QWidget {
   AnswerThread answers_;
   NumberPad* pad_ = nullptr;
   FunnelPane* funnel_ = nullptr;
-  QLabel* count_ = nullptr;  // Text_ChoseNumberTip
+  QLabel* count_ = nullptr;  // pickSummary
   ConditionList* list_ = nullptr;
   BackTestView* back_test_ = nullptr;
   QPushButton* back_test_button_ = nullptr;
@@ -135,7 +135,7 @@ class ConditionsPage : public QWidget {
   GroupPageView* groups_ = nullptr;
   MatchPageView* match_ = nullptr;
   ShrinkPageView* shrink_ = nullptr;
-  QPlainTextEdit* summary_ = nullptr;  // Text_TiaoJianList
+  QPlainTextEdit* summary_ = nullptr;  // settingsSummary
   int tab_ = 1;
   UsageId usage_ = 0;
   bool tab_loaded_ = false;  // since the tab was last chosen by a command

@@ -54,9 +54,8 @@ void EditorPage::open(int tab, UsageId usage) {
   const auto panels = panelsOf(session_.settings.set(), tab, usage);
   const bool shape = tab != 0 && conditionPage(tab).kind == PageKind::shapes;
   PanelBox& first = editors_.front()->panel();
-  first.list().setObjectName(shape ? QStringLiteral("List_TiaojianElse") : QStringLiteral("List_TJ_0"));
-  first.box().setObjectName(shape ? QStringLiteral("Check_useTiaojiao_else")
-                                  : QStringLiteral("Check_page_0"));
+  first.list().setObjectName(shape ? QStringLiteral("pageShapes") : QStringLiteral("pageValues.0"));
+  first.box().setObjectName(shape ? QStringLiteral("pageShapeSwitch") : QStringLiteral("pageSwitch.0"));
   for (std::size_t i = 0; i < editors_.size(); ++i) {
     const bool used = i < panels.size();
     if (used)

@@ -21,7 +21,7 @@ FunnelPane::FunnelPane(QWidget* parent)
   start_->setObjectName(QStringLiteral("funnelStart"));
   bars_->setObjectName(QStringLiteral("funnelBars"));
   end_->setObjectName(QStringLiteral("funnelEnd"));
-  line_->setObjectName(QStringLiteral("Label_liveCount"));
+  line_->setObjectName(QStringLiteral("liveCount"));
   for (QLabel* label : {start_, end_}) label->setTextFormat(Qt::RichText);
   line_->setForegroundRole(QPalette::PlaceholderText);
   line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);

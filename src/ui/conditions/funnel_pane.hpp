@@ -28,7 +28,7 @@ class FunnelPane : public QWidget {
   QLabel* start_;
   FunnelBars* bars_;
   QLabel* end_;
-  QLabel* line_;  // Label_liveCount
+  QLabel* line_;  // liveCount
 };
 
 }  // namespace lotmere::ui

@@ -16,18 +16,18 @@ GroupPageView::GroupPageView(Session& session, ConditionClicks& clicks, QWidget*
       session_(session),
       clicks_(clicks),
       tabs_(new QTabBar),
-      numbers_(new NumberGrid(QStringLiteral("cmm_ZDY"), 9)),
-      counts_(new PanelBox(QStringLiteral("List_ZDYset"), QStringLiteral("Check_Zdy"))),
+      numbers_(new NumberGrid(QStringLiteral("groupNumber"), 9)),
+      counts_(new PanelBox(QStringLiteral("groupCounts"), QStringLiteral("groupSwitch"))),
       all_(new QListView) {
-  tabs_->setObjectName(QStringLiteral("TabStrip_ZDYchose"));
+  tabs_->setObjectName(QStringLiteral("groupTabs"));
   for (int g = 1; g <= kGroupCount; ++g) tabs_->addTab(shown(conditionOfUsage(usageOfGroup(g)).name));
   tabs_->setUsesScrollButtons(true);
   tabs_->setExpanding(false);
-  all_->setObjectName(QStringLiteral("List_ZDY"));
+  all_->setObjectName(QStringLiteral("groupList"));
   all_->setModel(&lines_);
   all_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   auto* help = new QPlainTextEdit(shown(kGroupHelp));
-  help->setObjectName(QStringLiteral("Text_ZDYhelp"));
+  help->setObjectName(QStringLiteral("groupHelp"));
   help->setReadOnly(true);
   auto* foot = new QHBoxLayout;
   foot->setSpacing(12);
@@ -72,7 +72,7 @@ QWidget* GroupPageView::makeEditor() {
   const char* const captions[] = {"清空当前组", "清空全部自定义组"};
   for (int i = 0; i < 2; ++i) {
     auto* button = new QPushButton(QString::fromUtf8(captions[i]));
-    button->setObjectName(QStringLiteral("cmm_EmptyZDY_%1").arg(i));
+    button->setObjectName(QStringLiteral("emptyGroup.%1").arg(i));
     connect(button, &QPushButton::clicked, this, [this, i] { emptyGroups(i == 1); });
     buttons->addWidget(button);
   }

@@ -31,10 +31,10 @@ class GroupPageView : public QWidget {
 
   Session& session_;
   ConditionClicks& clicks_;
-  QTabBar* tabs_;        // TabStrip_ZDYchose
-  NumberGrid* numbers_;  // cmmZDY
-  PanelBox* counts_;     // List_ZDYset, Check_Zdy
-  QListView* all_;       // List_ZDY
+  QTabBar* tabs_;        // groupTabs
+  NumberGrid* numbers_;  // groupNumber
+  PanelBox* counts_;     // groupCounts, groupSwitch
+  QListView* all_;       // groupList
   QStringListModel lines_;
   int group_ = 1;  // shown
 };

@@ -16,27 +16,27 @@ IntervalPage::IntervalPage(Session& session, ConditionClicks& clicks, QWidget* p
     : QWidget(parent),
       session_(session),
       clicks_(clicks),
-      numbers_(new NumberGrid(QStringLiteral("cmm_QujianHuafen"), 11)) {
-  setObjectName(QStringLiteral("Frame_QJnumber"));
+      numbers_(new NumberGrid(QStringLiteral("intervalNumber"), 11)) {
+  setObjectName(QStringLiteral("intervalPage"));
   auto* options = new QHBoxLayout;
   auto* previews = new QVBoxLayout;
   for (int i = 0; i < kIntervalCount; ++i) {
     auto* option = new QRadioButton(shown(conditionOfUsage(usageOfInterval(i + 1)).name));
-    option->setObjectName(QStringLiteral("Option_QujianDingyi_%1").arg(i));
+    option->setObjectName(QStringLiteral("intervalChoice.%1").arg(i));
     option->setChecked(i == 0);
     intervals_.addButton(option, i);
     options->addWidget(option);
     previews_[i] = new QLabel;
-    previews_[i]->setObjectName(QStringLiteral("Label_4qj_%1").arg(i));
+    previews_[i]->setObjectName(QStringLiteral("intervalMembers.%1").arg(i));
     previews_[i]->setWordWrap(true);
     previews->addWidget(previews_[i]);
   }
   auto* clear_all = new QPushButton(QStringLiteral("全部清空"));
-  clear_all->setObjectName(QStringLiteral("cmm_CLSQujianHuafen"));
+  clear_all->setObjectName(QStringLiteral("clearInterval"));
   options->addStretch();
   options->addWidget(clear_all);
   auto* help = new QPlainTextEdit(shown(kDivisionHelp));
-  help->setObjectName(QStringLiteral("Text_FenQuTip"));
+  help->setObjectName(QStringLiteral("intervalHelp"));
   help->setReadOnly(true);
   help->document()->setDocumentMargin(14);
   numbers_->setMaximumWidth(560);

@@ -28,9 +28,9 @@ class IntervalPage : public QWidget {
 
   Session& session_;
   ConditionClicks& clicks_;
-  QButtonGroup intervals_;                          // Option_QujianDingyi
-  NumberGrid* numbers_;                             // cmmQujianHuafen
-  std::array<QLabel*, kIntervalCount> previews_{};  // Label_4qj
+  QButtonGroup intervals_;                          // intervalChoice
+  NumberGrid* numbers_;                             // intervalNumber
+  std::array<QLabel*, kIntervalCount> previews_{};  // intervalMembers
   int interval_ = 0;                                // shown
 };
 

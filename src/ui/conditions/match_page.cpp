@@ -23,13 +23,13 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
     end = new QComboBox(this);
     end->setSizeAdjustPolicy(QComboBox::AdjustToContents);  // seven digits, also when the page is made empty
   }
-  used_->setObjectName(QStringLiteral("Check_Historyguolu"));
-  range_[0]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_0"));
-  range_[1]->setObjectName(QStringLiteral("Combo_HistoryGuoLu_1"));
-  match_->setObjectName(QStringLiteral("Combo_PiPei"));
-  latest_->setObjectName(QStringLiteral("cmm_latestPeriods"));
+  used_->setObjectName(QStringLiteral("matchSwitch"));
+  range_[0]->setObjectName(QStringLiteral("matchFirst"));
+  range_[1]->setObjectName(QStringLiteral("matchLast"));
+  match_->setObjectName(QStringLiteral("matchValue"));
+  latest_->setObjectName(QStringLiteral("latestPeriods"));
   latest_->setAutoDefault(false);
-  which_->setObjectName(QStringLiteral("Label_matchRange"));
+  which_->setObjectName(QStringLiteral("matchRange"));
   auto* sentence = new QHBoxLayout;
   sentence->addWidget(new QLabel(shown(kMatchTexts.lead)));
   sentence->addWidget(range_[0]);
@@ -42,7 +42,7 @@ MatchPageView::MatchPageView(Session& session, ConditionClicks& clicks, QWidget*
   sentence->addWidget(latest_);
   sentence->addStretch();
   auto* help = new QPlainTextEdit(shown(kMatchHelp));
-  help->setObjectName(QStringLiteral("Text2"));
+  help->setObjectName(QStringLiteral("matchHelp"));
   help->setReadOnly(true);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);

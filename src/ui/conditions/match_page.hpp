@@ -29,11 +29,11 @@ class MatchPageView : public QWidget {
   Session& session_;
   ConditionClicks& clicks_;
   std::vector<PeriodNo> periods_;  // of the last draws when the page came to the front, newest first
-  TipBox* used_;                   // Check_Historyguolu
-  QComboBox* range_[2]{};          // Combo_HistoryGuoLu
-  QComboBox* match_;               // Combo_PiPei
-  QPushButton* latest_;            // cmm_latestPeriods
-  QLabel* which_;                  // Label_matchRange
+  TipBox* used_;                   // matchSwitch
+  QComboBox* range_[2]{};          // matchFirst, matchLast
+  QComboBox* match_;               // matchValue
+  QPushButton* latest_;            // latestPeriods
+  QLabel* which_;                  // matchRange
 };
 
 }  // namespace lotmere::ui

@@ -67,7 +67,7 @@ class LegendBall : public QWidget {
 
 PadButton::PadButton(int code, QWidget* parent) : QAbstractButton(parent), code_(code) {
   setText(shown(formatBall(code % kBlueCodeBase)));
-  setObjectName(QStringLiteral("cmm_C7_%1").arg(code, 2, 10, QLatin1Char('0')));
+  setObjectName(QStringLiteral("padBall.%1").arg(code, 2, 10, QLatin1Char('0')));
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setMaximumHeight(kTallestButton);
@@ -110,13 +110,13 @@ NumberPad::NumberPad(Session& session, QWidget* parent) : QWidget(parent), sessi
 
 QWidget* NumberPad::makeHalf(bool blue) {
   auto* frame = new QWidget(this);
-  frame->setObjectName(blue ? QStringLiteral("Frame_HouQu") : QStringLiteral("Frame_QianQu"));
+  frame->setObjectName(blue ? QStringLiteral("bluePad") : QStringLiteral("redPad"));
   auto* title = new QLabel(blue ? QStringLiteral("蓝球") : QStringLiteral("红球"));
   QFont bold = title->font();
   bold.setBold(true);
   title->setFont(bold);
   auto* strip = new QTabBar;
-  strip->setObjectName(blue ? QStringLiteral("TabStrip_Houqu") : QStringLiteral("TabStrip_Qiaqu"));
+  strip->setObjectName(blue ? QStringLiteral("blueTabs") : QStringLiteral("redTabs"));
   strip->addTab(QStringLiteral("拖码"));
   strip->addTab(QStringLiteral("胆码"));
   (blue ? blue_strip_ : red_strip_) = strip;
@@ -134,8 +134,8 @@ QWidget* NumberPad::makeHalf(bool blue) {
   head->addWidget(title);
   head->addWidget(strip);
   head->addStretch();
-  head->addWidget(
-      session_.commands.makeButton(blue ? "cmm_clsH" : "cmm_clsQ", QStringLiteral("清 空"), clear_numbers));
+  head->addWidget(session_.commands.makeButton(blue ? "clearBlues" : "clearReds", QStringLiteral("清 空"),
+                                               clear_numbers));
   auto* grid = new QGridLayout;
   grid->setSpacing(2);
   const int count = blue ? kBlueCount : kRedCount;
@@ -160,10 +160,10 @@ QWidget* NumberPad::makeLegend() {
     bool crossed;
     QString text;
   };
-  const Entry entries[] = {{"Frame_Rongqi", BallFace::plain, false, QStringLiteral("未选")},
-                           {"Label_tuo", BallFace::tuo, false, QStringLiteral("拖码")},
-                           {"Label_dan", BallFace::dan, false, QStringLiteral("胆码")},
-                           {"Label_kill", BallFace::low_chance, true, QStringLiteral("几率较低")}};
+  const Entry entries[] = {{"legendPlain", BallFace::plain, false, QStringLiteral("未选")},
+                           {"legendTuo", BallFace::tuo, false, QStringLiteral("拖码")},
+                           {"legendDan", BallFace::dan, false, QStringLiteral("胆码")},
+                           {"legendUnlikely", BallFace::low_chance, true, QStringLiteral("几率较低")}};
   auto* legend = new QWidget;
   auto* layout = new QHBoxLayout(legend);
   layout->setContentsMargins(0, 0, 0, 0);

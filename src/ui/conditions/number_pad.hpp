@@ -60,8 +60,8 @@ class NumberPad : public QWidget {
 
   Session& session_;
   QButtonGroup buttons_;
-  QTabBar* red_strip_ = nullptr;   // TabStrip_Qiaqu
-  QTabBar* blue_strip_ = nullptr;  // TabStrip_Houqu
+  QTabBar* red_strip_ = nullptr;   // redTabs
+  QTabBar* blue_strip_ = nullptr;  // blueTabs
   PeriodNo hint_period_ = 0;       // that the marks were made for
   LowChanceNumbers marked_;        // none before the pad is opened
 };

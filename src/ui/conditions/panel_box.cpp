@@ -44,7 +44,7 @@ PanelBox::PanelBox(const QString& list_name, const QString& box_name, QWidget* p
   layout->addWidget(box_);
   layout->addWidget(list_, 1);
   layout->addWidget(line_);
-  // clicked() comes from a person alone, never from setChecked().
+  // clicked() comes from a user alone, never from setChecked().
   connect(box_, &QCheckBox::clicked, this, &PanelBox::boxClicked);
   connect(list_, &CheckList::itemClicked, this, &PanelBox::itemClicked);
   connect(list_, &CheckList::itemsClicked, this, &PanelBox::itemsClicked);

@@ -22,8 +22,8 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   places->setSpacing(8);
   for (int i = 0; i < kPlaceCount; ++i) {
     const UsageId usage = usageOfPlace(i + 1);
-    places_[i] = new PanelBox(QStringLiteral("List_DingweiNumber_%1").arg(i + 1),
-                              QStringLiteral("Check_useDingWeiTiaojiao_%1").arg(usage));
+    places_[i] = new PanelBox(QStringLiteral("placeNumbers.%1").arg(i + 1),
+                              QStringLiteral("placeSwitch.%1").arg(usage));
     clicks.connectLeading(*places_[i], conditionOfUsage(usage));
     places->addWidget(places_[i], i / kColumns, i % kColumns);
   }
@@ -31,7 +31,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   tolerances->addWidget(new QLabel(QStringLiteral("容错值：")));
   for (int k = 0; k <= kPlaceCount; ++k) {
     auto* option = new QRadioButton;
-    option->setObjectName(QStringLiteral("Option_DingweiRongcuo_%1").arg(k));
+    option->setObjectName(QStringLiteral("placeTolerance.%1").arg(k));
     tolerances_.addButton(option, k);
     tolerances->addWidget(option);
   }
@@ -39,7 +39,7 @@ PlacePageView::PlacePageView(Session& session, ConditionClicks& clicks, QWidget*
   connect(&tolerances_, &QButtonGroup::idClicked, this,
           [&clicks](int k) { clicks.change([=](ConditionSet& set) { set.cells.set(kToleranceCell, k); }); });
   auto* help = new QPlainTextEdit(shown(kPlaceHelp));
-  help->setObjectName(QStringLiteral("Text_dingweiTip"));
+  help->setObjectName(QStringLiteral("placeHelp"));
   help->setReadOnly(true);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);

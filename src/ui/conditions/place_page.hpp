@@ -21,7 +21,7 @@ class PlacePageView : public QWidget {
  private:
   Session& session_;
   std::array<PanelBox*, kPlaceCount> places_{};
-  QButtonGroup tolerances_;  // Option_DingweiRongcuo
+  QButtonGroup tolerances_;  // placeTolerance
 };
 
 }  // namespace lotmere::ui

@@ -21,14 +21,14 @@ ShrinkPageView::ShrinkPageView(Session& session, ConditionClicks& clicks, QWidge
   auto* column = new QVBoxLayout(types);
   for (int type = kSmallestShrink; type <= kLargestShrink; ++type) {
     auto* option = new QRadioButton;
-    option->setObjectName(QStringLiteral("Option_ShuoSuiLeiXing_%1").arg(type));
+    option->setObjectName(QStringLiteral("shrinkType.%1").arg(type));
     types_.addButton(option, type);
     column->addWidget(option);
   }
   connect(&types_, &QButtonGroup::idClicked, this, [this, &clicks](int type) {
     clicks.change([=](ConditionSet& set) { set.cells.set(kShrinkTypeCell, type); }, [this] { load(); });
   });
-  smart_->setObjectName(QStringLiteral("Check_auto"));
+  smart_->setObjectName(QStringLiteral("smartSwitch"));
   connect(smart_, &QCheckBox::clicked, this,
           [&clicks](bool on) { clicks.change([=](ConditionSet& set) { set.use(kSmartOptimisation, on); }); });
   fewer_->setObjectName(QStringLiteral("fewerTickets"));

@@ -21,8 +21,8 @@ class ShrinkPageView : public QWidget {
 
  private:
   Session& session_;
-  QButtonGroup types_;  // Option_ShuoSuiLeiXing
-  QCheckBox* smart_;    // Check_auto
+  QButtonGroup types_;  // shrinkType
+  QCheckBox* smart_;    // smartSwitch
   QCheckBox* fewer_;    // fewerTickets
   QComboBox* effort_;   // fewerEffort
   QLabel* hint_;

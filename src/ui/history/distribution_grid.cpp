@@ -136,7 +136,7 @@ QVariant DistributionModel::headerData(int section, Qt::Orientation orientation,
 }
 
 DistributionGrid::DistributionGrid(QWidget* parent) : EndTable(parent) {
-  setObjectName(QStringLiteral("TDBGrid_FenBu"));
+  setObjectName(QStringLiteral("distributionGrid"));
   setStyleSheet(QStringLiteral("QHeaderView::section { padding: 4px 0; }"));
   setModel(&model_);
   setItemDelegate(new CellDelegate(this));

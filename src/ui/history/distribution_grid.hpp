@@ -1,4 +1,4 @@
-// The distribution of the numbers (`TDBGrid_FenBu`): a row a draw, a column a number, a ball where the draw
+// The distribution of the numbers: a row a draw, a column a number, a ball where the draw
 // holds it.
 #pragma once
 

@@ -60,11 +60,11 @@ Date fromQt(QDate date) {
 }  // namespace
 
 EntryStrip::EntryStrip(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
-  setObjectName(QStringLiteral("Pic_addHistory"));
+  setObjectName(QStringLiteral("entryStrip"));
   frame_ = new QWidget(this);
-  frame_->setObjectName(QStringLiteral("FrameHkaijian"));
+  frame_->setObjectName(QStringLiteral("entryFrame"));
   date_ = new QDateEdit;
-  date_->setObjectName(QStringLiteral("DTPicker_KJ"));
+  date_->setObjectName(QStringLiteral("drawDate"));
   date_->setCalendarPopup(true);
   date_->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
   date_->setAccessibleName(QStringLiteral("开奖日期"));
@@ -74,7 +74,7 @@ EntryStrip::EntryStrip(Session& session, QWidget* parent) : QWidget(parent), ses
   place();
   colourNumbers();
   followJobs();
-  timer_.setObjectName(QStringLiteral("TimerHuadong"));
+  timer_.setObjectName(QStringLiteral("slideTimer"));
   connect(&timer_, &QTimer::timeout, this, &EntryStrip::slideOn);
 }
 
@@ -84,7 +84,7 @@ void EntryStrip::makeBoxes() {
     const int digits = i == 0 ? 7 : 2;
     QLineEdit* box = boxes_[i] = new DigitBox(digit * digits + 24);
     if (i > 0) box->setMaxLength(digits);  // a longer period is refused: cut, it would name another draw
-    box->setObjectName(QStringLiteral("TextHistory_%1").arg(i));
+    box->setObjectName(QStringLiteral("entryField.%1").arg(i));
     connect(box, &QLineEdit::textEdited, this, [this, i](const QString& text) {
       moved_to_ = 0;
       if (i == 0 || i == kBlueBox || text.size() < 2) return;

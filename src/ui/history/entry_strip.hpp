@@ -1,4 +1,4 @@
-// The strip in which a draw is typed by hand (`Pic_addHistory`).
+// The strip in which a draw is typed by hand.
 #pragma once
 
 #include <QDateEdit>

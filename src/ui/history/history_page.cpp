@@ -47,19 +47,19 @@ constexpr PeriodRange kEveryPeriod{std::numeric_limits<PeriodNo>::min(),
 HistoryPage::HistoryPage(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
   makeMenuCommands();
   makeCommands();
-  bar_ = new JobBar(session.desk, "ProgressBar_TuBiao", this);
+  bar_ = new JobBar(session.desk, "distributionProgress", this);
   download_view_ = bar_;
   strip_ = new EntryStrip(session, this);
   const Commands& commands = session.commands;
-  strip_->addButton(commands.makeButton("cmmUpdateHistory_0", QStringLiteral("添加记录"),
-                                        commands.action("cmmUpdateHistory_0")));
-  strip_->addButton(commands.makeButton("cmmUpdateHistory_1", QStringLiteral("下载记录"),
-                                        commands.action("mnu_AutoUpdate")));
-  strip_->addButton(commands.makeButton("cmmImportDraws", QStringLiteral("导入文件..."),
-                                        commands.action("mnu_ImportDraws")));
-  strip_->addButton(commands.makeButton("cmmPasteDraws", QStringLiteral("粘贴开奖号码..."),
-                                        commands.action("mnu_PasteDraws")));
-  connect(strip_, &EntryStrip::completed, commands.action("cmmUpdateHistory_0"), &QAction::trigger);
+  strip_->addButton(
+      commands.makeButton("draws.add", QStringLiteral("添加记录"), commands.action("draws.add")));
+  strip_->addButton(
+      commands.makeButton("downloadButton", QStringLiteral("下载记录"), commands.action("draws.download")));
+  strip_->addButton(commands.makeButton("importDrawsButton", QStringLiteral("导入文件..."),
+                                        commands.action("draws.import")));
+  strip_->addButton(commands.makeButton("pasteDrawsButton", QStringLiteral("粘贴开奖号码..."),
+                                        commands.action("draws.paste")));
+  connect(strip_, &EntryStrip::completed, commands.action("draws.add"), &QAction::trigger);
   makeOptions();
   makeViews();
   auto* layout = new QVBoxLayout(this);
@@ -81,21 +81,21 @@ void HistoryPage::makeMenuCommands() {
     addAction(action);
     return action;
   };
-  add({"mnu_AutoUpdate", QStringLiteral("下载最新开奖数据(&L)"), Qt::CTRL | Qt::Key_D,
+  add({"draws.download", QStringLiteral("下载最新开奖数据(&L)"), Qt::CTRL | Qt::Key_D,
        QStringLiteral("从网上下载最新的开奖记录")},
       [this] { download(); });
-  add({"mnu_InputKaiJian", QStringLiteral("手工录入开奖数据(&I)"), Qt::CTRL | Qt::Key_I,
+  add({"draws.enter", QStringLiteral("手工录入开奖数据(&I)"), Qt::CTRL | Qt::Key_I,
        QStringLiteral("手工录入一期开奖号码")},
       [this] {
         session_.desk.tell("请输入开奖号码,然后点击“添加记录”");
         strip_->focusNumber(1);
       });
-  add({"mnu_ImportDraws",
+  add({"draws.import",
        QStringLiteral("导入文件(&F)..."),
        {},
        QStringLiteral("从文本或 CSV 文件导入开奖记录，每行有期号、日期和号码")},
       [this] { importDraws(); });
-  QAction* paste = add({"mnu_PasteDraws", QStringLiteral("粘贴开奖号码(&V)..."), QKeySequence::Paste,
+  QAction* paste = add({"draws.paste", QStringLiteral("粘贴开奖号码(&V)..."), QKeySequence::Paste,
                         QStringLiteral("把复制来的开奖号码存入历史记录，存入前先看读到了什么")},
                        [this] { pasteDraws(); });
   // Elsewhere the keys paste into a field.
@@ -104,23 +104,20 @@ void HistoryPage::makeMenuCommands() {
     add(text, handler)->setCheckable(true);
   };
   add_choice(
-      {"mnu_HistoryTubiao", QStringLiteral("图表模式显示(&T)"), Qt::Key_F6, QStringLiteral("显示号码分布")},
+      {"draws.showTrend", QStringLiteral("图表模式显示(&T)"), Qt::Key_F6, QStringLiteral("显示号码分布")},
       [this] { showMode(1); });
-  add_choice({"mnu_HistoryData", QStringLiteral("数据模式显示(&S)"), Qt::Key_F5,
+  add_choice({"draws.showData", QStringLiteral("数据模式显示(&S)"), Qt::Key_F5,
               QStringLiteral("显示开奖记录和各项统计")},
              [this] { showMode(0); });
-  add_choice({"mnu_HistoryShowAll", QStringLiteral("显示全部记录(&A)"), Qt::Key_F8,
-              QStringLiteral("显示全部开奖记录")},
-             [this] { showSpan(1); });
-  add_choice({"mnu_HistoryShow100", QStringLiteral("只显示最近100期(&R)"), Qt::Key_F7,
+  add_choice(
+      {"draws.showAll", QStringLiteral("显示全部记录(&A)"), Qt::Key_F8, QStringLiteral("显示全部开奖记录")},
+      [this] { showSpan(1); });
+  add_choice({"draws.showLatest", QStringLiteral("只显示最近100期(&R)"), Qt::Key_F7,
               QStringLiteral("只显示最近100期")},
              [this] { showSpan(0); });
-  add({"mnu_DownloadAddress",
-       QStringLiteral("下载地址(&U)..."),
-       {},
-       QStringLiteral("设置开奖数据的下载地址")},
+  add({"draws.listAddress", QStringLiteral("下载地址(&U)..."), {}, QStringLiteral("设置开奖数据的下载地址")},
       [this] { changeStored(AddressUse::draw_list); });
-  add({"mnu_DetailAddress",
+  add({"draws.pageAddress",
        QStringLiteral("开奖页面网址(&P)..."),
        {},
        QStringLiteral("设置详细开奖页面的网址")},
@@ -135,10 +132,10 @@ void HistoryPage::makeCommands() {
   const auto add = [this](const ActionText& text, std::function<void()> handler) {
     addAction(session_.commands.add(text, std::move(handler)));
   };
-  add({"cmmUpdateHistory_0", QStringLiteral("添加记录"), Qt::CTRL | Qt::Key_Return,
+  add({"draws.add", QStringLiteral("添加记录"), Qt::CTRL | Qt::Key_Return,
        QStringLiteral("保存录入的开奖号码")},
       [this] { addDraw(); });
-  add({"cmm_scls", QStringLiteral("删除"), Qt::CTRL | Qt::Key_Delete, QStringLiteral("删除一期开奖记录")},
+  add({"draws.delete", QStringLiteral("删除"), Qt::CTRL | Qt::Key_Delete, QStringLiteral("删除一期开奖记录")},
       [this] { removeDraw(); });
   add({"removeSelected", QStringLiteral("删除这一期(&D)..."), QKeySequence::Delete,
        QStringLiteral("删除选中的一期开奖记录")},
@@ -146,18 +143,18 @@ void HistoryPage::makeCommands() {
   // The key of the grid alone.
   removeAction(session_.commands.action("removeSelected"));
   session_.commands.action("removeSelected")->setShortcutContext(Qt::WidgetShortcut);
-  add({"CmmSousuo", QStringLiteral("搜索记录"), Qt::CTRL | Qt::Key_F,
+  add({"searchButton", QStringLiteral("搜索记录"), Qt::CTRL | Qt::Key_F,
        QStringLiteral("在表头下的空白行输入条件，再按一次查找；在条件栏中按回车键也可")},
       [this] { promptSearch(); });
-  session_.commands.action("CmmSousuo")
+  session_.commands.action("searchButton")
       ->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_F), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F)});
-  add({"cmdClearFilter", QStringLiteral("清空查找"), Qt::CTRL | Qt::SHIFT | Qt::Key_X,
+  add({"clearFilter", QStringLiteral("清空查找"), Qt::CTRL | Qt::SHIFT | Qt::Key_X,
        QStringLiteral("清空条件，回到原来的记录")},
       [this] { clearFilter(); });
-  add({"cmm_Daocu", QStringLiteral("导出"), Qt::CTRL | Qt::Key_E,
+  add({"draws.export", QStringLiteral("导出"), Qt::CTRL | Qt::Key_E,
        QStringLiteral("把全部开奖记录导出为表格文件")},
       [this] { exportHistory(); });
-  add({"cmm_kjqk", QStringLiteral("详细开奖情况查询"), Qt::CTRL | Qt::Key_K,
+  add({"draws.openPage", QStringLiteral("详细开奖情况查询"), Qt::CTRL | Qt::Key_K,
        QStringLiteral("在浏览器中查看一期的开奖详情")},
       [this] { queryDetail(); });
 }
@@ -167,7 +164,7 @@ void HistoryPage::makeOptions() {
     auto* group = new QButtonGroup(this);
     for (int i = 0; i < 2; ++i) {
       auto* option = new QRadioButton(choices[i].first, this);
-      option->setObjectName(QStringLiteral("%1_%2").arg(QString::fromUtf8(name)).arg(i));
+      option->setObjectName(QStringLiteral("%1.%2").arg(QString::fromUtf8(name)).arg(i));
       QAction* action = session_.commands.action(choices[i].second);
       option->setToolTip(QStringLiteral("%1（%2）")
                              .arg(action->toolTip(), action->shortcut().toString(QKeySequence::NativeText)));
@@ -181,10 +178,10 @@ void HistoryPage::makeOptions() {
     group->button(0)->setChecked(true);
     return group;
   };
-  modes_ = make_group("Option_TorD", {{QStringLiteral("数据"), "mnu_HistoryData"},
-                                      {QStringLiteral("图表"), "mnu_HistoryTubiao"}});
-  spans_ = make_group("OptionHistoryMode", {{QStringLiteral("最近100期"), "mnu_HistoryShow100"},
-                                            {QStringLiteral("显示全部"), "mnu_HistoryShowAll"}});
+  modes_ = make_group("historyMode", {{QStringLiteral("数据"), "draws.showData"},
+                                      {QStringLiteral("图表"), "draws.showTrend"}});
+  spans_ = make_group("historySpan", {{QStringLiteral("最近100期"), "draws.showLatest"},
+                                      {QStringLiteral("显示全部"), "draws.showAll"}});
   spans_->button(session_.remembered.choice(kSpan, 2))->setChecked(true);
 }
 
@@ -198,7 +195,7 @@ void HistoryPage::remember() {
 void HistoryPage::makeViews() {
   views_ = new QStackedWidget(this);
   grid_ = new FrozenGrid(model_, kIdentityColumns, views_);
-  grid_->setObjectName(QStringLiteral("TDBGridHistory"));
+  grid_->setObjectName(QStringLiteral("historyGrid"));
   const QList<int> widths = session_.remembered.columns(grid_->objectName());
   const bool known = widths.size() == model_.columnCount();
   for (int column = 0; column < model_.columnCount(); ++column) {
@@ -210,12 +207,12 @@ void HistoryPage::makeViews() {
           [this] { session_.commands.runner().run([this] { search(); }); });
   for (EndTable* pane : {&grid_->left(), &grid_->right()}) {
     connect(pane, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
-    pane->addRowActions(session_.commands.actions({"removeSelected", "cmm_kjqk"}));
-    pane->addRowActions(session_.commands.actions({"mnu_PasteDraws", "mnu_ImportDraws", "cmm_Daocu"}));
+    pane->addRowActions(session_.commands.actions({"removeSelected", "draws.openPage"}));
+    pane->addRowActions(session_.commands.actions({"draws.paste", "draws.import", "draws.export"}));
   }
   distribution_ = new DistributionGrid(views_);
   connect(distribution_, &RowTable::copied, &session_.desk, &WindowDesk::statusChanged);
-  distribution_->addRowActions(session_.commands.actions({"cmm_kjqk", "cmm_Daocu"}));
+  distribution_->addRowActions(session_.commands.actions({"draws.openPage", "draws.export"}));
   grid_->setAccessibleName(QStringLiteral("开奖记录"));
   distribution_->setAccessibleName(QStringLiteral("号码分布"));
   empty_ = new QLabel(QStringLiteral("还没有开奖记录，请下载、导入文件、粘贴或手工添加。"));
@@ -239,7 +236,7 @@ QLayout* HistoryPage::placeTools() {
   };
   add_options(QStringLiteral("数据模式"), modes_);
   add_options(QStringLiteral("数据显示"), spans_);
-  for (const char* name : {"CmmSousuo", "cmdClearFilter", "cmm_scls", "cmm_Daocu"}) {
+  for (const char* name : {"searchButton", "clearFilter", "draws.delete", "draws.export"}) {
     QAction* action = session_.commands.action(name);
     row->addWidget(session_.commands.makeButton(name, action->text(), action));
   }
@@ -261,13 +258,12 @@ QWidget* HistoryPage::makeExtras() {
     line->addWidget(box);
     return box;
   };
-  auto* gaps =
-      add_box("Check_trendGaps", QStringLiteral("遗漏"), QStringLiteral("空格里写出已有多少期没有出现"));
-  auto* joined = add_box("Check_trendLine", QStringLiteral("蓝球连线"), QStringLiteral("用线连接各期的蓝球"));
-  auto* foot = add_box("Check_trendFoot", QStringLiteral("统计"),
+  auto* gaps = add_box("trendGaps", QStringLiteral("遗漏"), QStringLiteral("空格里写出已有多少期没有出现"));
+  auto* joined = add_box("trendLine", QStringLiteral("蓝球连线"), QStringLiteral("用线连接各期的蓝球"));
+  auto* foot = add_box("trendFoot", QStringLiteral("统计"),
                        QStringLiteral("表的末尾列出各号码的出现次数、平均遗漏、最大遗漏和最大连出"));
   auto* statistic = new QComboBox;
-  statistic->setObjectName(QStringLiteral("Combo_trendStatistic"));
+  statistic->setObjectName(QStringLiteral("trendStatistic"));
   statistic->setAccessibleName(QStringLiteral("号码旁边的统计项"));
   statistic->addItem(QStringLiteral("不加统计项"));
   for (const TrendStatistic& one : trendStatistics()) statistic->addItem(shown(one.name));

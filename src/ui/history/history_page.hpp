@@ -1,4 +1,4 @@
-// The page of draws (`Frm_Sub(0)`): the strip to type one, the grid or the distribution below it, and the
+// The page of draws: the strip to type one, the grid or the distribution below it, and the
 // commands that add, fetch, delete, search and export.
 #pragma once
 
@@ -38,7 +38,7 @@ class HistoryPage : public QWidget {
   // Proposes the date and the period of the draw that comes next.
   void loadEntry();
 
-  // Fetches the draw list and merges it (`cmmUpdateHistory(1)`). To be called inside a command.
+  // Fetches the draw list and merges it. To be called inside a command.
   void download();
 
   // Adds the draws of a file. To be called inside a command.
@@ -101,8 +101,8 @@ class HistoryPage : public QWidget {
   DistributionGrid* distribution_;
   QLabel* empty_;
   QWidget* extras_ = nullptr;
-  QButtonGroup* modes_;     // `Option_TorD`: 0 the grid, 1 the distribution
-  QButtonGroup* spans_;     // `OptionHistoryMode`: 0 the newest hundred, 1 all
+  QButtonGroup* modes_;     // `historyMode`: 0 the grid, 1 the distribution
+  QButtonGroup* spans_;     // `historySpan`: 0 the newest hundred, 1 all
   std::string list_typed_;  // the addresses as they were typed the last time, until one leads somewhere
   std::string page_typed_;
 };

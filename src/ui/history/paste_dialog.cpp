@@ -39,23 +39,23 @@ PasteDialog::PasteDialog(const QString& text, Date today, QWidget* parent)
       text_(new QPlainTextEdit(text)),
       draws_(new QTreeWidget),
       summary_(new QLabel) {
-  setObjectName(QStringLiteral("frmPasteDraws"));
+  setObjectName(QStringLiteral("pasteDialog"));
   setWindowTitle(QStringLiteral("粘贴开奖号码"));
-  text_->setObjectName(QStringLiteral("Text_pasted"));
+  text_->setObjectName(QStringLiteral("pastedText"));
   text_->setAccessibleName(QStringLiteral("粘贴的文字"));
   text_->setTabChangesFocus(true);
   text_->setPlaceholderText(listHint());
-  draws_->setObjectName(QStringLiteral("List_understood"));
+  draws_->setObjectName(QStringLiteral("understoodDraws"));
   draws_->setAccessibleName(QStringLiteral("读到的内容"));
   draws_->setHeaderLabels({QStringLiteral("行"), QStringLiteral("期号"), QStringLiteral("读到的内容")});
   draws_->setRootIsDecorated(false);
   draws_->setUniformRowHeights(true);
   draws_->setAlternatingRowColors(true);
-  summary_->setObjectName(QStringLiteral("Label_understood"));
+  summary_->setObjectName(QStringLiteral("understoodSummary"));
   auto* hint = new QLabel(listHint());
   hint->setWordWrap(true);
-  store_ = makeDialogButton("cmdOK", QStringLiteral("存入"), IsDefault::yes);
-  auto* cancel = makeDialogButton("cmd_Cancel", QStringLiteral("取消"));
+  store_ = makeDialogButton("okButton", QStringLiteral("存入"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cancelButton", QStringLiteral("取消"));
   connect(store_, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
   auto* layout = makeDialogLayout(this);

@@ -1,4 +1,4 @@
-// Draws from a text that was copied somewhere (`frmPasteDraws`): the text, and below it what was understood,
+// Draws from a text that was copied somewhere: the text, and below it what was understood,
 // before any of it is stored.
 #pragma once
 
@@ -26,10 +26,10 @@ class PasteDialog : public QDialog {
   void understand();
 
   Date today_;
-  QPlainTextEdit* text_;  // Text_pasted
-  QTreeWidget* draws_;    // List_understood
-  QLabel* summary_;       // Label_understood
-  QPushButton* store_;    // cmdOK
+  QPlainTextEdit* text_;  // pastedText
+  QTreeWidget* draws_;    // understoodDraws
+  QLabel* summary_;       // understoodSummary
+  QPushButton* store_;    // okButton
   QTimer timer_;          // reads once the typing of one moment is over
 };
 

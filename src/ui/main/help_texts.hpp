@@ -5,8 +5,8 @@
 
 namespace lotmere::ui {
 
-[[nodiscard]] QString stepsText();        // the five steps of the work (`Text_BZ`)
-[[nodiscard]] QString rulesText();        // the rules of the game (`Text_yxgz`)
-[[nodiscard]] QString definitionsText();  // the words of the game (`Text_dingyi`)
+[[nodiscard]] QString stepsText();        // the five steps of the work
+[[nodiscard]] QString rulesText();        // the rules of the game
+[[nodiscard]] QString definitionsText();  // the words of the game
 
 }  // namespace lotmere::ui

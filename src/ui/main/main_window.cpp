@@ -61,25 +61,25 @@ MainWindow::MainWindow(Session& session)
       tickets_(new TicketPage(session, pages_)),
       other_(new OtherPage(session, pages_)),
       opener_(session, *this, fileWays()) {
-  setObjectName(QStringLiteral("Form_main"));
+  setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(main_caption_);
   if (const QScreen* shown_on = screen(); shown_on != nullptr)
     resize(kSize.boundedTo(shown_on->availableSize() - kFrame));
   session_.desk.setWindow(this);
-  pages_->setObjectName(QStringLiteral("Pic_Main"));
+  pages_->setObjectName(QStringLiteral("pages"));
   for (QWidget* page : {static_cast<QWidget*>(history_), static_cast<QWidget*>(conditions_),
                         static_cast<QWidget*>(tickets_), static_cast<QWidget*>(other_)})
     pages_->addWidget(page);
-  history_->setObjectName(QStringLiteral("Frm_Sub_0"));
-  conditions_->setObjectName(QStringLiteral("Frm_Sub_1"));
-  tickets_->setObjectName(QStringLiteral("Frm_Sub_2"));
-  other_->setObjectName(QStringLiteral("Frm_Sub_5"));
+  history_->setObjectName(QStringLiteral("historyPage"));
+  conditions_->setObjectName(QStringLiteral("conditionsPage"));
+  tickets_->setObjectName(QStringLiteral("ticketPage"));
+  other_->setObjectName(QStringLiteral("otherPage"));
   addCommands();
   makeTop();
   makeMenus();
   makeStatusBar();
   progress_ = new ProgressControl(session_.desk, this);
-  progress_->setObjectName(QStringLiteral("myJinDuCTL1"));
+  progress_->setObjectName(QStringLiteral("progress"));
   progress_->setTipTxt(QString::fromUtf8(kDownloadTip));
   history_->setProgress(*progress_);
   connectPages();
@@ -91,19 +91,19 @@ MainWindow::MainWindow(Session& session)
 }
 
 void MainWindow::addCommands() {
-  session_.commands.add({"mnu_Exit", QStringLiteral("退出(&X)"), QKeySequence::Quit}, [this] { close(); });
-  session_.commands.add({"mnu_UserQiehuan", QStringLiteral("切换用户(&S)")}, [this] { switchUser(); });
-  session_.commands.add({"mnu_UserManage", QStringLiteral("密码和用户(&P)...")}, [this] {
+  session_.commands.add({"program.exit", QStringLiteral("退出(&X)"), QKeySequence::Quit},
+                        [this] { close(); });
+  session_.commands.add({"users.switch", QStringLiteral("切换用户(&S)")}, [this] { switchUser(); });
+  session_.commands.add({"users.manage", QStringLiteral("密码和用户(&P)...")}, [this] {
     UsersDialog dialog(session_, shown(session_.store.run(currentUser)), this);
     session_.desk.runDialog(dialog);
   });
-  session_.commands.add({"cmm_help", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
+  session_.commands.add({"help.steps", QStringLiteral("如何使用？(&H)"), QKeySequence::HelpContents},
                         [this] { session_.desk.tell(utf8(stepsText()), Tone::information, "如何使用？"); });
-  session_.commands.add({"mnu_StoreSave", QStringLiteral("保存全部数据(&B)...")}, [this] { saveStore(); });
-  session_.commands.add({"mnu_StoreRestore", QStringLiteral("读入全部数据(&L)...")},
-                        [this] { restoreStore(); });
-  session_.commands.add({"mnu_About", QStringLiteral("关于(&T)...")}, [this] { tellAbout(); });
-  session_.commands.add({"mnu_Appearance", QStringLiteral("深色／浅色外观(&A)")},
+  session_.commands.add({"store.save", QStringLiteral("保存全部数据(&B)...")}, [this] { saveStore(); });
+  session_.commands.add({"store.restore", QStringLiteral("读入全部数据(&L)...")}, [this] { restoreStore(); });
+  session_.commands.add({"help.about", QStringLiteral("关于(&T)...")}, [this] { tellAbout(); });
+  session_.commands.add({"window.look", QStringLiteral("深色／浅色外观(&A)")},
                         [this] { toggleAppearance(); });
 }
 
@@ -154,7 +154,7 @@ void MainWindow::restoreFrom(const QString& file) {
 }
 
 void MainWindow::makeTop() {
-  tabs_->setObjectName(QStringLiteral("TabStrip_Top"));
+  tabs_->setObjectName(QStringLiteral("pageTabs"));
   tabs_->setExpanding(false);
   for (const char* caption : {"历史数据", "过滤条件", "投注号码"}) tabs_->addTab(QString::fromUtf8(caption));
   for (int i = 0; i < kTabCount; ++i) tabs_->setTabToolTip(i, QStringLiteral("Alt+%1").arg(i + 1));
@@ -163,15 +163,15 @@ void MainWindow::makeTop() {
   large.setPointSizeF(large.pointSizeF() + 1.5);
   tabs_->setFont(large);
   auto* top = new QWidget(body_);
-  top->setObjectName(QStringLiteral("Pic_mainTop"));
+  top->setObjectName(QStringLiteral("topStrip"));
   auto* row = new QHBoxLayout(top);
   row->setContentsMargins(12, 4, 12, 0);
   row->addWidget(tabs_);
   row->addStretch();
-  row->addWidget(session_.commands.makeButton("cmm_kjqk", QStringLiteral("详细开奖情况查询"),
-                                              session_.commands.action("cmm_kjqk")));
-  row->addWidget(session_.commands.makeButton("cmm_Autochosenumber", QStringLiteral("如何使用？"),
-                                              session_.commands.action("cmm_help")));
+  row->addWidget(session_.commands.makeButton("draws.openPage", QStringLiteral("详细开奖情况查询"),
+                                              session_.commands.action("draws.openPage")));
+  row->addWidget(session_.commands.makeButton("stepsButton", QStringLiteral("如何使用？"),
+                                              session_.commands.action("help.steps")));
   auto* column = new QVBoxLayout(body_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -192,29 +192,29 @@ void MainWindow::addMenu(const char* name, const QString& title, std::initialize
 }
 
 void MainWindow::makeMenus() {
-  addMenu("mnu_File", QStringLiteral("文件(&F)"), {"file.open", nullptr, "mnu_Exit"});
+  addMenu("fileMenu", QStringLiteral("文件(&F)"), {"file.open", nullptr, "program.exit"});
   addMenu("editMenu", QStringLiteral("编辑(&I)"), {"conditions.undo", "conditions.redo"});
-  addMenu("mnu_History", QStringLiteral("1.历史数据(&D)"),
-          {"mnu_AutoUpdate", "mnu_ImportDraws", "mnu_PasteDraws", "mnu_InputKaiJian", nullptr,
-           "mnu_HistoryTubiao", "mnu_HistoryData", nullptr, "mnu_HistoryShowAll", "mnu_HistoryShow100",
-           nullptr, "mnu_DownloadAddress", "mnu_DetailAddress"});
-  addMenu("mnu_GuoLuTiaoJian", QStringLiteral("2.过滤条件(&T)"),
-          {"mnu_TiaojianChoseNumber", "mnu_TiaojianShuosui", nullptr, "conditions.backtest", nullptr,
-           "huanyuan", "mnu_TiaojianView"});
+  addMenu("drawMenu", QStringLiteral("1.历史数据(&D)"),
+          {"draws.download", "draws.import", "draws.paste", "draws.enter", nullptr, "draws.showTrend",
+           "draws.showData", nullptr, "draws.showAll", "draws.showLatest", nullptr, "draws.listAddress",
+           "draws.pageAddress"});
+  addMenu("conditionMenu", QStringLiteral("2.过滤条件(&T)"),
+          {"conditions.edit", "conditions.shrink", nullptr, "conditions.backtest", nullptr,
+           "conditions.reset", "conditions.show"});
   addConditionMenus();
-  addMenu("mnu_TouZhu", QStringLiteral("3.生成投注号(&N)"),
-          {"mnu_ShengCeng_0", "mnu_ShengCeng_1", "tickets.generate", nullptr, "tickets.undo", "tickets.redo",
-           nullptr, "mnu_ShengCeng_3", "mnu_ShengCeng_4", nullptr, "mnu_ShengCeng_5", "mnu_ShengCeng_6"});
-  addMenu("mnu_Else", QStringLiteral("其它(&E)"),
-          {"mnu_newQuJian", "mnu_youxiguizhe", "mnu_TiaojianDingYi", nullptr, "mnu_StoreSave",
-           "mnu_StoreRestore", nullptr, "mnu_Appearance", "cmm_help", "mnu_About"});
-  addMenu("mnu_User", QStringLiteral("用户(&U)"), {"mnu_UserQiehuan", "mnu_UserManage"});
-  user_menu_ = findChild<QMenu*>(QStringLiteral("mnu_User"));
+  addMenu("ticketMenu", QStringLiteral("3.生成投注号(&N)"),
+          {"tickets.init", "tickets.run", "tickets.generate", nullptr, "tickets.undo", "tickets.redo",
+           nullptr, "tickets.export", "tickets.import", nullptr, "tickets.clear", "tickets.check"});
+  addMenu("otherMenu", QStringLiteral("其它(&E)"),
+          {"intervals.divide", "help.rules", "help.definitions", nullptr, "store.save", "store.restore",
+           nullptr, "window.look", "help.steps", "help.about"});
+  addMenu("userMenu", QStringLiteral("用户(&U)"), {"users.switch", "users.manage"});
+  user_menu_ = findChild<QMenu*>(QStringLiteral("userMenu"));
 }
 
 void MainWindow::addConditionMenus() {
-  auto* menu = findChild<QMenu*>(QStringLiteral("mnu_GuoLuTiaoJian"));
-  QAction* before = session_.commands.action("mnu_TiaojianShuosui");
+  auto* menu = findChild<QMenu*>(QStringLiteral("conditionMenu"));
+  QAction* before = session_.commands.action("conditions.shrink");
   QMenu* group = nullptr;
   PageKind kind = PageKind::picks;
   menu->insertMenu(before, conditions_->makeSetMenu(menu));
@@ -241,11 +241,11 @@ void MainWindow::addConditionMenus() {
 }
 
 void MainWindow::makeStatusBar() {
-  statusBar()->setObjectName(QStringLiteral("StatusBar"));
+  statusBar()->setObjectName(QStringLiteral("statusBar"));
   statusBar()->setSizeGripEnabled(false);
   for (int i = 0; i < 3; ++i) {
     panels_[i] = new QLabel;
-    panels_[i]->setObjectName(QStringLiteral("StatusBar_%1").arg(i + 1));
+    panels_[i]->setObjectName(QStringLiteral("statusPanel.%1").arg(i + 1));
     panels_[i]->setTextFormat(Qt::PlainText);
     // The passing messages of the middle one take the room that there is.
     if (i == 1) panels_[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -256,12 +256,12 @@ void MainWindow::makeStatusBar() {
 void MainWindow::connectPages() {
   connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
     session_.commands.runner().run([this, index] { showPage(static_cast<Page>(index)); });
-    // Refused while a command runs: the strip goes on showing where the person is.
+    // Refused while a command runs: the strip goes on showing where the user is.
     const QSignalBlocker quiet(tabs_);
     tabs_->setCurrentIndex(static_cast<int>(page_));
   });
   for (int i = 0; i < kTabCount; ++i) {
-    auto* go = session_.commands.add({("tab_" + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
+    auto* go = session_.commands.add({("page." + std::to_string(i + 1)).c_str(), tabs_->tabText(i),
                                       QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + i))},
                                      [this, i] { showPage(static_cast<Page>(i)); });
     addAction(go);

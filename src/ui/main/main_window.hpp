@@ -1,4 +1,4 @@
-// The main window (`Form_main`): places the pages, the menus and the status line.
+// The main window: places the pages, the menus and the status line.
 #pragma once
 
 #include <QLabel>
@@ -32,7 +32,7 @@ class MainWindow : public QMainWindow {
   [[nodiscard]] Page currentPage() const { return page_; }
 
   // The steps of the start that stand behind the shown window, in their order. False: the program ends, as
-  // the person asked for.
+  // the user asked for.
   [[nodiscard]] bool chooseMode();
   [[nodiscard]] bool logIn();
   // The counts of the draws follow the intervals, which the login, an older version or a kill may have left
@@ -89,9 +89,9 @@ class MainWindow : public QMainWindow {
   Session& session_;
   const QString main_caption_;
   QWidget* body_;
-  QTabBar* tabs_;              // TabStrip_Top
-  QStackedWidget* pages_;      // Pic_Main
-  ProgressControl* progress_;  // myJinDuCTL1
+  QTabBar* tabs_;              // pageTabs
+  QStackedWidget* pages_;      // pages
+  ProgressControl* progress_;  // progress
   HistoryPage* history_;
   ConditionsPage* conditions_;
   TicketPage* tickets_;

@@ -12,13 +12,13 @@ OtherPage::OtherPage(Session& session, QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(12, 12, 12, 8);
   layout->addWidget(contents_);
-  session_.commands.add({"mnu_newQuJian", QStringLiteral("重新划分区间(&I)...")},
+  session_.commands.add({"intervals.divide", QStringLiteral("重新划分区间(&I)...")},
                         [this] { showIntervals(); });
   connect(&session_.settings, &Settings::changed, this, [this] {
     if (isVisible()) Q_EMIT intervalsChanged();
   });
-  addText("mnu_youxiguizhe", QStringLiteral("游戏规则(&R)..."), "Text_yxgz", &rulesText);
-  addText("mnu_TiaojianDingYi", QStringLiteral("常用词的定义(&W)..."), "Text_dingyi", &definitionsText);
+  addText("help.rules", QStringLiteral("游戏规则(&R)..."), "rulesText", &rulesText);
+  addText("help.definitions", QStringLiteral("常用词的定义(&W)..."), "definitionsText", &definitionsText);
 }
 
 void OtherPage::showIntervals() {

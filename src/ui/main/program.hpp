@@ -39,7 +39,7 @@ class Program {
   // behind it.
   void end();
 
-  // What a person would miss if the store's file were lost before the next start goes to the backup. Behind
+  // What a user would miss if the store's file were lost before the next start goes to the backup. Behind
   // the last event of the program; a failure is told.
   void finish();
 

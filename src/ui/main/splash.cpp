@@ -18,7 +18,7 @@ constexpr int kLook = 20;
 }  // namespace
 
 Splash::Splash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint) {
-  setObjectName(QStringLiteral("frmInitapp"));
+  setObjectName(QStringLiteral("splash"));
   setFixedSize(420, 220);
   if (const QScreen* screen = QApplication::primaryScreen())
     move(screen->availableGeometry().center() - rect().center());

@@ -1,4 +1,4 @@
-// What is seen before the main window (`frmInitapp`).
+// What is seen before the main window.
 #pragma once
 
 #include <QWidget>

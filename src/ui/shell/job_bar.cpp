@@ -17,7 +17,7 @@ JobBar::JobBar(WindowDesk& desk, const char* bar_name, QWidget* parent) : QFrame
   bar_->setObjectName(QString::fromUtf8(bar_name));
   bar_->setMinimumWidth(220);
   stop_ = new QPushButton(QStringLiteral("停 止"));
-  stop_->setObjectName(QStringLiteral("cmm_stop"));
+  stop_->setObjectName(QStringLiteral("stopButton"));
   stop_->setShortcut(Qt::Key_Escape);
   stop_->setToolTip(QStringLiteral("停止（Esc）"));
   // The press counts, not the release: it has to be taken between two blocks of work.

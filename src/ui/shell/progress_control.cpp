@@ -12,15 +12,15 @@ ProgressControl::ProgressControl(WindowDesk& desk, QWidget* parent) : QFrame(par
   setAutoFillBackground(true);
   setFixedSize(340, 110);
   tip_ = new QLabel;
-  tip_->setObjectName(QStringLiteral("TextTip"));
+  tip_->setObjectName(QStringLiteral("progressText"));
   bar_ = new QProgressBar;
   bar_->setTextVisible(false);
   all_ = new QLabel;
-  all_->setObjectName(QStringLiteral("LabelJinduAll"));
+  all_->setObjectName(QStringLiteral("progressAll"));
   done_ = new QLabel;
-  done_->setObjectName(QStringLiteral("LabelJindu"));
+  done_->setObjectName(QStringLiteral("progressDone"));
   stop_ = new QPushButton(QStringLiteral("停 止"));
-  stop_->setObjectName(QStringLiteral("cmm_stop"));
+  stop_->setObjectName(QStringLiteral("stopButton"));
   stop_->setShortcut(Qt::Key_Escape);
   stop_->setToolTip(QStringLiteral("停止（Esc）"));
   connect(stop_, &QPushButton::pressed, this, [this, &desk] {

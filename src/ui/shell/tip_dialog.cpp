@@ -6,15 +6,15 @@
 namespace lotmere::ui {
 
 TipDialog::TipDialog(const QString& text, const QString& title, QWidget* parent) : QDialog(parent) {
-  setObjectName(QStringLiteral("frmTip"));
+  setObjectName(QStringLiteral("tipDialog"));
   setWindowTitle(title.isEmpty() ? QStringLiteral("信息提示") : title);
   auto* label = new QLabel(text);
-  label->setObjectName(QStringLiteral("lblDescription"));
+  label->setObjectName(QStringLiteral("tipText"));
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
   label->setMinimumWidth(360);
   ok_ = new QPushButton;
-  ok_->setObjectName(QStringLiteral("cmdOK"));
+  ok_->setObjectName(QStringLiteral("okButton"));
   ok_->setDefault(true);
   connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
   auto* layout = new QVBoxLayout(this);
@@ -23,7 +23,7 @@ TipDialog::TipDialog(const QString& text, const QString& title, QWidget* parent)
   layout->addWidget(label);
   layout->addWidget(ok_, 0, Qt::AlignRight);
   showCounter();
-  timer_.setObjectName(QStringLiteral("Timer1"));
+  timer_.setObjectName(QStringLiteral("tipTimer"));
   connect(&timer_, &QTimer::timeout, this, &TipDialog::tick);
   timer_.start(1000);
 }

@@ -1,4 +1,4 @@
-// The tip that closes by itself (`frmTip`).
+// The tip that closes by itself.
 #pragma once
 
 #include <QDialog>

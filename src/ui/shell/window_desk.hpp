@@ -51,7 +51,7 @@ class WindowDesk : public QObject, public Desk {
   // The folder of the file that was chosen last, or else the user's documents.
   [[nodiscard]] QString folder() const;
   void setFolder(const QString& folder) { folder_ = folder; }
-  // Shows a dialog until the person closes it; true when they accepted it.
+  // Shows a dialog until the user closes it; true when they accepted it.
   virtual bool runDialog(QDialog& dialog);
   // Hands a file or an address to the desktop's program for it; false where there is none.
   virtual bool openOutside(const QUrl& address);

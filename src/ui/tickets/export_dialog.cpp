@@ -13,7 +13,7 @@ enum Format { compound_bets = 2, spreadsheet_file, csv_file };
 }  // namespace
 
 ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QDialog(parent) {
-  setObjectName(QStringLiteral("frmToFile"));
+  setObjectName(QStringLiteral("exportDialog"));
   setWindowTitle(QStringLiteral("数 据 导 出"));
   const std::pair<const char*, bool> content[] = {{"序号(&1)", switches.seq},
                                                   {"期号(&2)", switches.period},
@@ -22,12 +22,12 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   auto* boxes = new QHBoxLayout;
   for (std::size_t i = 0; i < boxes_.size(); ++i) {
     boxes_[i] = new QCheckBox(QString::fromUtf8(content[i].first));
-    boxes_[i]->setObjectName(QStringLiteral("Check_ToFile_%1").arg(i));
+    boxes_[i]->setObjectName(QStringLiteral("exportContent.%1").arg(i));
     boxes_[i]->setChecked(content[i].second);
     boxes->addWidget(boxes_[i]);
   }
   format_ = new QComboBox;
-  format_->setObjectName(QStringLiteral("ComboDCgesi"));
+  format_->setObjectName(QStringLiteral("exportFormat"));
   format_->addItems({QStringLiteral("淘宝彩票网格式"), QStringLiteral("财付通彩票格式"),
                      QStringLiteral("复式投注（一行一注复式）"), QStringLiteral("电子表格（.xlsx）"),
                      QStringLiteral("CSV 文件（.csv）")});
@@ -41,8 +41,8 @@ ExportDialog::ExportDialog(const ExportSwitches& switches, QWidget* parent) : QD
   grid->addLayout(boxes, 0, 1);
   grid->addWidget(new QLabel(QStringLiteral("导出格式：")), 1, 0);
   grid->addWidget(format_, 1, 1);
-  auto* ok = makeDialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
-  auto* cancel = makeDialogButton("cmm_Cancel", QStringLiteral("取消"));
+  auto* ok = makeDialogButton("okButton", QStringLiteral("确认"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cancelButton", QStringLiteral("取消"));
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
   auto* layout = makeDialogLayout(this);

@@ -1,4 +1,4 @@
-// What a ticket file holds and how its lines are written (`frmToFile`).
+// What a ticket file holds and how its lines are written.
 #pragma once
 
 #include <QCheckBox>

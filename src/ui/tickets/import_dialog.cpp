@@ -11,21 +11,21 @@ namespace lotmere::ui {
 
 ImportDialog::ImportDialog(Session& session, ImportFormat proposed, QWidget* parent)
     : QDialog(parent), desk_(session.desk) {
-  setObjectName(QStringLiteral("frmFromFile"));
+  setObjectName(QStringLiteral("importDialog"));
   setWindowTitle(QStringLiteral("数 据 导 入"));
   auto* options = new QHBoxLayout;
   const char* const captions[] = {"只有号码", " 期号＋号码", " 序号＋号码", "复式号码"};
   for (int i = 0; i < static_cast<int>(std::size(captions)); ++i) {
     auto* option = new QRadioButton(QString::fromUtf8(captions[i]));
-    option->setObjectName(QStringLiteral("Option_GeShi_%1").arg(i));
+    option->setObjectName(QStringLiteral("importFormat.%1").arg(i));
     formats_.addButton(option, i);
     options->addWidget(option);
   }
   period_label_ = new QLabel(QStringLiteral("号码对应的期号："));
-  period_label_->setObjectName(QStringLiteral("Label1_1"));
+  period_label_->setObjectName(QStringLiteral("importPeriodLabel"));
   period_ = new QLineEdit(QString::number(
       session.store.run([today = session.clock.today()](Store& store) { return nextPeriod(store, today); })));
-  period_->setObjectName(QStringLiteral("Txt_FromFileQS"));
+  period_->setObjectName(QStringLiteral("importPeriod"));
   period_->setValidator(new DigitValidator(period_));
   period_->setMaximumWidth(140);
   auto* period_row = new QHBoxLayout;
@@ -33,11 +33,11 @@ ImportDialog::ImportDialog(Session& session, ImportFormat proposed, QWidget* par
   period_row->addWidget(period_);
   period_row->addStretch();
   auto* hint = new QLabel(QStringLiteral("文件格式要求：文件内各数之前必须用空格或逗号分开。"));
-  hint->setObjectName(QStringLiteral("Label1_0"));
-  auto* ok = makeDialogButton("cmm_ToFileOK", QStringLiteral("确认"), IsDefault::yes);
-  auto* cancel = makeDialogButton("cmm_Cancel", QStringLiteral("取消"));
+  hint->setObjectName(QStringLiteral("importHint"));
+  auto* ok = makeDialogButton("okButton", QStringLiteral("确认"), IsDefault::yes);
+  auto* cancel = makeDialogButton("cancelButton", QStringLiteral("取消"));
   auto* label = new QLabel(QStringLiteral("文件内容格式："));
-  label->setObjectName(QStringLiteral("Label3"));
+  label->setObjectName(QStringLiteral("importFormatLabel"));
   auto* layout = makeDialogLayout(this);
   layout->addWidget(label);
   layout->addLayout(options);

@@ -1,4 +1,4 @@
-// How the lines of a ticket file are read (`frmFromFile`).
+// How the lines of a ticket file are read.
 #pragma once
 
 #include <QButtonGroup>

@@ -1,4 +1,4 @@
-// The tickets as a table (`TDBGrid_RZ`): running number, period, seven numbers, hits.
+// The tickets as a table: running number, period, seven numbers, hits.
 #pragma once
 
 #include <QAbstractTableModel>

@@ -53,19 +53,18 @@ struct Step {
   const char* tip;
 };
 constexpr Step kSteps[] = {
-    {"mnu_ShengCeng_0", "cmmTouZhu_0", "初始化(&I)...", "第一步：初始化...", "Ctrl+G",
+    {"tickets.init", "initButton", "初始化(&I)...", "第一步：初始化...", "Ctrl+G",
      "把选好的号码展开成一期的全部投注号"},
     {"tickets.generate", "generateTickets", "生成(&A)...", "生成...", "",
      "展开、过滤、缩水一次完成，最多可以是全部 17,721,088 注，只存储余下的"},
-    {"mnu_ShengCeng_1", "cmmTouZhu_1", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R",
-     "按设置的条件过滤，再缩水"},
-    {nullptr, "cmmTouZhu_2", "", "精选号码", "", ""},
-    {"mnu_ShengCeng_3", "cmmTouZhu_3", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本、表格或 CSV 文件"},
-    {"mnu_ShengCeng_4", "cmmTouZhu_4", "号码导入(&M)", "导入", "Ctrl+O", "从文本文件读入投注号"},
-    {"mnu_ShengCeng_5", "cmmTouZhu_5", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
+    {"tickets.run", "runButton", "过滤缩水(&R)", "第二步：过滤缩水", "Ctrl+R", "按设置的条件过滤，再缩水"},
+    {nullptr, "chosenButton", "", "精选号码", "", ""},
+    {"tickets.export", "exportButton", "号码导出(&E)", "导出", "Ctrl+S", "把投注号写到文本、表格或 CSV 文件"},
+    {"tickets.import", "importButton", "号码导入(&M)", "导入", "Ctrl+O", "从文本文件读入投注号"},
+    {"tickets.clear", "clearButton", "删除记录(&D)", "删除", "", "删除表格中的全部投注号"},
     {"tickets.undo", "undoTickets", "撤销(&U)", "撤销上一步", "", "号码回到上一步之前"},
     {"tickets.redo", nullptr, "重做(&Y)", "", "", "重做撤销了的一步"},
-    {"mnu_ShengCeng_6", "cmmTouZhu_6", "开奖核对(&C)", "开奖核对", "Ctrl+J", "与一期开奖号码核对"},
+    {"tickets.check", "checkButton", "开奖核对(&C)", "开奖核对", "Ctrl+J", "与一期开奖号码核对"},
 };
 
 }  // namespace
@@ -106,7 +105,7 @@ void TicketPage::addCommands() {
 
 QWidget* TicketPage::makeStrip() {
   auto* strip = new QWidget(this);
-  strip->setObjectName(QStringLiteral("Pic_subTouZhu"));
+  strip->setObjectName(QStringLiteral("ticketStrip"));
   auto* layout = new QHBoxLayout(strip);
   layout->setContentsMargins(0, 0, 0, 0);
   for (const Step& step : kSteps) {
@@ -130,7 +129,7 @@ QWidget* TicketPage::makeStrip() {
 QWidget* TicketPage::makeGrid() {
   auto* place = new QWidget(this);
   grid_ = new RowTable(place);
-  grid_->setObjectName(QStringLiteral("TDBGrid_RZ"));
+  grid_->setObjectName(QStringLiteral("ticketGrid"));
   grid_->showRows(*model_);
   grid_->setItemDelegate(new BallDelegate(grid_));
   grid_->setShowGrid(false);
@@ -148,9 +147,9 @@ QWidget* TicketPage::makeGrid() {
   numbers->setToolTip(QStringLiteral("只复制号码，一行一注"));
   connect(numbers, &QAction::triggered, this, &TicketPage::copyNumbers);
   grid_->addAction(numbers);
-  grid_->addRowActions(session_.commands.actions({"mnu_ShengCeng_6", "mnu_ShengCeng_1", "tickets.undo"}));
-  grid_->addRowActions(session_.commands.actions({"mnu_ShengCeng_3", "mnu_ShengCeng_4", "mnu_ShengCeng_5"}));
-  bar_ = new JobBar(session_.desk, "ProgressBar_TouZu_Busy", place);
+  grid_->addRowActions(session_.commands.actions({"tickets.check", "tickets.run", "tickets.undo"}));
+  grid_->addRowActions(session_.commands.actions({"tickets.export", "tickets.import", "tickets.clear"}));
+  bar_ = new JobBar(session_.desk, "ticketProgress", place);
   auto* layout = new QGridLayout(place);
   layout->setContentsMargins(0, 0, 0, 0);
   head_ = new QLabel;
@@ -164,7 +163,7 @@ QWidget* TicketPage::makeGrid() {
 
 QWidget* TicketPage::makeResult() {
   log_ = new QPlainTextEdit(this);
-  log_->setObjectName(QStringLiteral("TextChaoZuoTip"));
+  log_->setObjectName(QStringLiteral("runningText"));
   log_->setReadOnly(true);
   log_->document()->setDocumentMargin(12);
   log_->setPlaceholderText(QStringLiteral("各步操作的结果显示在这里。"));

@@ -33,7 +33,7 @@ class TicketPage : public QWidget {
  Q_SIGNALS:
   // A menu command asks for this page to stand in front.
   void wanted();
-  // There is nothing to expand yet: the person needs the number pad.
+  // There is nothing to expand yet: the user needs the number pad.
   void numbersWanted();
 
  private:
@@ -68,7 +68,7 @@ class TicketPage : public QWidget {
   Session& session_;
   TicketModel* model_;
   RowTable* grid_ = nullptr;
-  QPlainTextEdit* log_ = nullptr;  // TextChaoZuoTip
+  QPlainTextEdit* log_ = nullptr;  // runningText
   JobBar* bar_ = nullptr;
   QLabel* head_ = nullptr;
   QTabWidget* results_ = nullptr;  // the result of a run, and the running text

@@ -8,7 +8,7 @@
 namespace lotmere::ui {
 
 FirstRunDialog::FirstRunDialog(QWidget* parent) : QDialog(parent) {
-  setObjectName(QStringLiteral("frmFirstrun"));
+  setObjectName(QStringLiteral("firstRunDialog"));
   setWindowTitle(QStringLiteral("设置用户模式"));
   auto* layout = makeDialogLayout(this);
   layout->addWidget(new QLabel(shown(userModeText())));
@@ -16,15 +16,15 @@ FirstRunDialog::FirstRunDialog(QWidget* parent) : QDialog(parent) {
                                                       {UserMode::multi, "多用户模式(&2)"}};
   for (const auto& [mode, caption] : options) {
     auto* option = new QRadioButton(QString::fromUtf8(caption));
-    option->setObjectName(QStringLiteral("Option_userMode_%1").arg(static_cast<int>(mode)));
+    option->setObjectName(QStringLiteral("userMode.%1").arg(static_cast<int>(mode)));
     option->setChecked(mode == mode_);
     connect(option, &QRadioButton::toggled, this, [this, chosen = mode](bool checked) {
       if (checked) mode_ = chosen;
     });
     layout->addWidget(option);
   }
-  auto* ok = makeDialogButton("cmdOK", QStringLiteral("下一步"), IsDefault::yes);
-  auto* end = makeDialogButton("cmd_End", QStringLiteral("退出系统"));
+  auto* ok = makeDialogButton("okButton", QStringLiteral("下一步"), IsDefault::yes);
+  auto* end = makeDialogButton("exitButton", QStringLiteral("退出系统"));
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   connect(end, &QPushButton::clicked, this, &QDialog::reject);
   layout->addLayout(makeDialogFoot({ok, end}));

@@ -1,4 +1,4 @@
-// The question of the first run: one user or several (`frmFirstrun`).
+// The question of the first run: one user or several.
 #pragma once
 
 #include <QDialog>

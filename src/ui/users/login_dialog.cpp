@@ -9,10 +9,10 @@
 namespace lotmere::ui {
 
 LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
-  setObjectName(QStringLiteral("frmODBCLogon"));
+  setObjectName(QStringLiteral("loginDialog"));
   setWindowTitle(QStringLiteral("用户登录"));
   name_ = new QComboBox;
-  name_->setObjectName(QStringLiteral("Combo_userName"));
+  name_->setObjectName(QStringLiteral("userName"));
   name_->setEditable(true);
   name_->setMinimumWidth(220);
   fillNames();
@@ -20,7 +20,7 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   if (current.isEmpty()) current = session_.remembered.userName();
   name_->setCurrentText(current);
   password_ = new QLineEdit;
-  password_->setObjectName(QStringLiteral("txtPWD"));
+  password_->setObjectName(QStringLiteral("password"));
   password_->setEchoMode(QLineEdit::Password);
   auto* grid = new QGridLayout;
   grid->setVerticalSpacing(12);
@@ -32,10 +32,10 @@ LoginDialog::LoginDialog(Session& session, QWidget* parent) : QDialog(parent), s
   grid->addWidget(name_, 0, 1);
   grid->addWidget(password_label, 1, 0);
   grid->addWidget(password_, 1, 1);
-  auto* ok = makeDialogButton("cmdOK", QStringLiteral("登 陆"), IsDefault::yes);
-  auto* new_user = makeDialogButton("cmd_newUser", QStringLiteral("我是新用户"));
-  auto* manage = makeDialogButton("cmd_manageUsers", QStringLiteral("忘记密码／管理用户..."));
-  auto* end = makeDialogButton("cmd_End", QStringLiteral("退出系统"));
+  auto* ok = makeDialogButton("okButton", QStringLiteral("登 陆"), IsDefault::yes);
+  auto* new_user = makeDialogButton("newUserButton", QStringLiteral("我是新用户"));
+  auto* manage = makeDialogButton("manageUsersButton", QStringLiteral("忘记密码／管理用户..."));
+  auto* end = makeDialogButton("exitButton", QStringLiteral("退出系统"));
   connect(ok, &QPushButton::clicked, this, &LoginDialog::logIn);
   connect(new_user, &QPushButton::clicked, this, &LoginDialog::showNewUser);
   connect(manage, &QPushButton::clicked, this, &LoginDialog::manageUsers);

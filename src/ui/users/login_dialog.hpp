@@ -1,4 +1,4 @@
-// The login (`frmODBCLogon`).
+// The login.
 #pragma once
 
 #include <QComboBox>
@@ -16,7 +16,7 @@ class LoginDialog : public QDialog {
  public:
   LoginDialog(Session& session, QWidget* parent);
 
-  // Accepted: currentUser() is the one who logged in. Otherwise whether the person asked to end the program,
+  // Accepted: currentUser() is the one who logged in. Otherwise whether the user asked to end the program,
   // which is more than closing the dialog.
   [[nodiscard]] bool programEnds() const { return program_ends_; }
 

@@ -16,11 +16,11 @@ UsersDialog::UsersDialog(Session& session, const QString& first, QWidget* parent
       before_(makePasswordLine("txtOldPWD", QStringLiteral("忘记了就空着"))),
       after_(makePasswordLine("txtNewPWD", {})),
       again_(makePasswordLine("txtNewPWDAgain", {})),
-      change_(makeDialogButton("cmdChangePWD", QStringLiteral("更改密码"), IsDefault::yes)),
-      remove_(makeDialogButton("cmdRemoveUser", QStringLiteral("删除用户..."))) {
-  setObjectName(QStringLiteral("frmUsers"));
+      change_(makeDialogButton("changePasswordButton", QStringLiteral("更改密码"), IsDefault::yes)),
+      remove_(makeDialogButton("removeUserButton", QStringLiteral("删除用户..."))) {
+  setObjectName(QStringLiteral("usersDialog"));
   setWindowTitle(QStringLiteral("密码和用户"));
-  name_->setObjectName(QStringLiteral("Combo_manageUser"));
+  name_->setObjectName(QStringLiteral("managedUser"));
   name_->setMinimumWidth(220);
   fillNames();
   name_->setCurrentIndex(std::max(0, name_->findText(first)));
@@ -30,7 +30,7 @@ UsersDialog::UsersDialog(Session& session, const QString& first, QWidget* parent
   form->addRow(QStringLiteral("旧密码:"), before_);
   form->addRow(QStringLiteral("新密码:"), after_);
   form->addRow(QStringLiteral("再输一次:"), again_);
-  auto* close = makeDialogButton("cmdClose", QStringLiteral("关闭"));
+  auto* close = makeDialogButton("closeButton", QStringLiteral("关闭"));
   connect(change_, &QPushButton::clicked, this, &UsersDialog::changePassword);
   connect(remove_, &QPushButton::clicked, this, &UsersDialog::removeUser);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);

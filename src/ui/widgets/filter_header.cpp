@@ -30,7 +30,7 @@ QLineEdit* FilterHeader::box(int column) {
   QLineEdit*& box = boxes_[column];
   if (box != nullptr) return box;
   box = new QLineEdit(this);
-  box->setObjectName(QStringLiteral("FilterText_%1").arg(column));
+  box->setObjectName(QStringLiteral("filterField.%1").arg(column));
   box->setProperty("column", column);
   const QString caption = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
   box->setAccessibleName(QStringLiteral("查找 %1").arg(caption));

@@ -1,4 +1,4 @@
-// The head of a table with a row of boxes below the captions, in which a person types what the column has to
+// The head of a table with a row of boxes below the captions, in which a user types what the column has to
 // begin with.
 #pragma once
 

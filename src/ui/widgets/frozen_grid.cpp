@@ -89,8 +89,8 @@ FrozenGrid::FrozenGrid(QAbstractItemModel& model, int frozen, QWidget* parent)
   setFrameShape(StyledPanel);
   setStyleSheet(QStringLiteral(
       "QTableView { border: none; border-radius: 0; } #pane_Left { border-right: 2px solid palette(mid); }"));
-  left_->setObjectName(QStringLiteral("pane_Left"));
-  right_->setObjectName(QStringLiteral("pane_Right"));
+  left_->setObjectName(QStringLiteral("leftPane"));
+  right_->setObjectName(QStringLiteral("rightPane"));
   right_->setSelectionModel(left_->selectionModel());
   // One stop on the way of Tab: the arrow keys lead from pane to pane.
   right_->setFocusPolicy(Qt::ClickFocus);

@@ -46,7 +46,7 @@ NumberGrid::NumberGrid(const QString& name, int columns, QWidget* parent) : QWid
   grid->setSpacing(2);
   for (int n = 1; n <= kRedCount; ++n) {
     auto* button = new MemberButton(n, this);
-    button->setObjectName(QStringLiteral("%1_%2").arg(name, button->text()));
+    button->setObjectName(QStringLiteral("%1.%2").arg(name, button->text()));
     buttons_.addButton(button, n);
     grid->addWidget(button, (n - 1) / columns, (n - 1) % columns);
   }

@@ -12,7 +12,7 @@ class NumberGrid : public QWidget {
   Q_OBJECT
 
  public:
-  // Each button is named `name` and its two digits: "cmm_ZDY_05".
+  // Each button is named `name` and its two digits: "groupNumber.05".
   NumberGrid(const QString& name, int columns, QWidget* parent = nullptr);
 
   // 1 for each number of the set. Nothing is written back.
@@ -20,7 +20,7 @@ class NumberGrid : public QWidget {
   [[nodiscard]] std::vector<int> members() const;
 
  Q_SIGNALS:
-  // The person pressed a number, which is in the set now or no longer.
+  // The user pressed a number, which is in the set now or no longer.
   void numberClicked(int number);
 
  private:

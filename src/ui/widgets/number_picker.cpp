@@ -10,11 +10,11 @@ namespace lotmere::ui {
 NumberPicker::NumberPicker(QWidget* parent)
     : QFrame(parent, Qt::Popup),
       title_(new QLabel),
-      grid_(new NumberGrid(QStringLiteral("Check_zdyQJnumber"), 9)) {
-  setObjectName(QStringLiteral("Frame_zdyQJnumber"));
+      grid_(new NumberGrid(QStringLiteral("divisionNumber"), 9)) {
+  setObjectName(QStringLiteral("numberPicker"));
   setFrameShape(QFrame::StyledPanel);
   auto* close_button = new QPushButton(QStringLiteral("关 闭"));
-  close_button->setObjectName(QStringLiteral("cmm_CLSzdyQj"));
+  close_button->setObjectName(QStringLiteral("closePicker"));
   connect(close_button, &QPushButton::clicked, this, &QWidget::close);
   connect(grid_, &NumberGrid::numberClicked, this, [this] { Q_EMIT picked(name(), grid_->members()); });
   auto* head = new QHBoxLayout;

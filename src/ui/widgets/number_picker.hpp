@@ -1,4 +1,4 @@
-// The numbers of an interval, picked in a small window beside its button (`Frame_zdyQJnumber`).
+// The numbers of an interval, picked in a small window beside its button.
 #pragma once
 
 #include <QFrame>

@@ -51,7 +51,7 @@ class EndTable : public RowTable {
  public:
   explicit EndTable(QWidget* parent = nullptr);
 
-  // Puts the last row in sight. It stays there when rows or the size of the window change, until the person
+  // Puts the last row in sight. It stays there when rows or the size of the window change, until the user
   // scrolls away.
   void showEnd();
 
