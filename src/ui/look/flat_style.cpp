@@ -44,6 +44,21 @@ void drawMark(const QStyleOption& option, QPainter& painter, bool round) {
   painter.restore();
 }
 
+// Upright where the least row stands on top.
+void drawSortMark(const QStyleOptionHeader& option, QPainter& painter) {
+  if (option.sortIndicator == QStyleOptionHeader::None) return;
+  const QRectF box = QRectF(option.rect).adjusted(0.5, 1, -0.5, -1);
+  const bool upright = option.sortIndicator == QStyleOptionHeader::SortDown;  // what Qt calls ascending
+  const double tip = upright ? box.top() : box.bottom();
+  const double foot = upright ? box.bottom() : box.top();
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(option.palette.color(QPalette::Highlight));
+  painter.drawPolygon(QPolygonF{{box.center().x(), tip}, {box.right(), foot}, {box.left(), foot}});
+  painter.restore();
+}
+
 }  // namespace
 
 FlatStyle::FlatStyle() : QProxyStyle(QStringLiteral("Fusion")) { setObjectName(QStringLiteral("flat")); }
@@ -56,9 +71,24 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
       return drawMark(*option, *painter, false);
     case PE_IndicatorRadioButton:
       return drawMark(*option, *painter, true);
+    case PE_IndicatorHeaderArrow:
+      if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option))
+        drawSortMark(*header, *painter);
+      return;
     default:
       QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
+}
+
+// Narrow columns have no room beside their captions.
+QRect FlatStyle::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
+  if (element != SE_HeaderArrow) return QProxyStyle::subElementRect(element, option, widget);
+  constexpr QSize mark{9, 7};
+  return {option->rect.center().x() - mark.width() / 2, option->rect.top(), mark.width(), mark.height()};
+}
+
+int FlatStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  return metric == PM_HeaderMarkSize ? 0 : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 }  // namespace lotmere::ui

@@ -13,6 +13,9 @@ class FlatStyle : public QProxyStyle {
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+  // The mark of a sorted column stands over its caption.
+  QRect subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const override;
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
 };
 
 }  // namespace lotmere::ui
