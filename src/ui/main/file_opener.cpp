@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
+#include <QTimer>
 #include <utility>
 
 #include "start/home.hpp"
@@ -63,8 +64,7 @@ void FileOpener::takeDrop(QDropEvent& drop) {
   QStringList files;
   for (const QUrl& url : drop.mimeData()->urls())
     files.append(url.isLocalFile() ? url.toLocalFile() : url.toString());
-  QMetaObject::invokeMethod(
-      this, [this, files] { open(files); }, Qt::QueuedConnection);
+  QTimer::singleShot(0, this, [this, files] { open(files); });
 }
 
 void FileOpener::open(const QStringList& files) {
