@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
-#include <QTimer>
 #include <utility>
 
 #include "start/home.hpp"
@@ -43,6 +42,7 @@ FileOpener::FileOpener(Session& session, QWidget& window, FileWays ways)
             session_.desk.chooseFile(QStringLiteral("打开文件"), QString::fromUtf8(kFilters));
         if (!file.isEmpty()) openFile(file);
       });
+  connect(this, &FileOpener::dropped, this, &FileOpener::open, Qt::QueuedConnection);
   window_.setAcceptDrops(true);
   qApp->installEventFilter(this);
 }
@@ -64,7 +64,7 @@ void FileOpener::takeDrop(QDropEvent& drop) {
   QStringList files;
   for (const QUrl& url : drop.mimeData()->urls())
     files.append(url.isLocalFile() ? url.toLocalFile() : url.toString());
-  QTimer::singleShot(0, this, [this, files] { open(files); });
+  Q_EMIT dropped(files);
 }
 
 void FileOpener::open(const QStringList& files) {

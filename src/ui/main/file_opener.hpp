@@ -35,6 +35,9 @@ class FileOpener : public QObject {
   // another command runs nothing happens but a passing message.
   void open(const QStringList& files);
 
+ Q_SIGNALS:
+  void dropped(const QStringList& files);
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
